@@ -1,0 +1,12 @@
+# The warnings that every target of the house builds under, and the sanitizers of the sanitize preset.
+add_library(house_flags INTERFACE)
+if(MSVC)
+  target_compile_options(house_flags INTERFACE /W4 /permissive- /utf-8)
+else()
+  target_compile_options(house_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+endif()
+
+if(ZTH_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,0 +1,142 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include <QDateTime>
+#include <QString>
+
+class QTimer;
+class QWidget;
+
+/// The seams to everything outside the program. Nothing above this room opens a box or a file dialog, reads a clock,
+/// loads a library, or ends the process but through one of these; tests hand in scripted doubles.
+namespace zth::platform {
+
+/// A message box.
+enum class BoxIcon { None, Information, Warning, Critical };
+enum class BoxButtons { Ok, YesNo };
+enum class BoxAnswer { Ok, Yes, No };
+
+struct BoxQuestion {
+  QString title;
+  QString text;
+  BoxIcon icon = BoxIcon::None;
+  BoxButtons buttons = BoxButtons::Ok;
+};
+
+class Prompts {
+ public:
+  virtual ~Prompts() = default;
+  /// Shows the box, application-modal, and returns when it has been answered. Closing a box with Yes and No counts as
+  /// No.
+  virtual BoxAnswer Ask(const BoxQuestion& question) = 0;
+};
+
+/// An open or save file dialog.
+struct FileQuestion {
+  enum class Kind { Open, Save };
+  Kind kind = Kind::Open;
+  QString name;          ///< the dialog's objectName, as "CommonDialog1"
+  QString caption;       ///< its title
+  QString folder;        ///< where it starts
+  QString filter;        ///< "Log Files (*.csv)|*.csv": description and pattern pairs joined by bars
+  QString suggestion;    ///< file name offered at the start; may be empty
+  bool appends = false;  ///< the file will be extended, so that choosing an existing one needs no warning
+};
+
+class FileDialogs {
+ public:
+  virtual ~FileDialogs() = default;
+  /// The full path chosen, or an empty text when the dialog was cancelled. A Save adds the filter's first extension to
+  /// a name without one, and asks before it takes a file that exists, unless the question says that it appends.
+  virtual QString Ask(const FileQuestion& question, QWidget* parent) = 0;
+};
+
+/// Per-user settings: texts under a key, in the section "Settings".
+class Settings {
+ public:
+  virtual ~Settings() = default;
+  /// The stored text, or `fallback` when the key is not there.
+  virtual QString Get(const QString& key, const QString& fallback) const = 0;
+  /// Stores at once.
+  virtual void Put(const QString& key, const QString& text) = 0;
+};
+
+/// The desktop's shell.
+class Shell {
+ public:
+  virtual ~Shell() = default;
+  /// Opens an address in the user's browser; false when the desktop has no answer.
+  virtual bool Open(const QString& address) = 0;
+};
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  /// Seconds by a monotonic clock of unspecified start.
+  virtual double Now() const = 0;
+  /// The wall clock, for showing only.
+  virtual QDateTime WallTime() const = 0;
+  /// Blocks for so many milliseconds; no event is handled meanwhile. 0 or below returns at once.
+  virtual void WaitMs(float milliseconds) = 0;
+  /// Told of a timer that a test may want to drive; the real clock leaves it to the event loop.
+  virtual void Adopt(QTimer& timer) = 0;
+};
+
+class Events {
+ public:
+  virtual ~Events() = default;
+  /// Lets all pending events run.
+  virtual void Pump() = 0;
+  /// Lets windows paint, and nothing that the user does through.
+  virtual void PumpPaint() = 0;
+};
+
+/// One shared library, loaded for the life of the process.
+class Library {
+ public:
+  virtual ~Library() = default;
+  /// The address of an exported symbol, null when it is not there.
+  virtual void* Symbol(const char* name) const = 0;
+};
+
+struct LoadedLibrary {
+  std::shared_ptr<Library> library;  ///< null when loading failed
+  QString error;                     ///< why; contains "File not found" when no such file is in reach
+};
+
+class Libraries {
+ public:
+  virtual ~Libraries() = default;
+  /// Loads a library by its bare name ("smbus"): from the executable's own folder, else by the loader's search path.
+  virtual LoadedLibrary Load(const QString& name) = 0;
+};
+
+class Process {
+ public:
+  virtual ~Process() = default;
+  /// Ends the process. Does not return: the double of the tests leaves by throwing ProcessEnded.
+  [[noreturn]] virtual void End(int status) = 0;
+  /// The folder of the executable, without a separator behind it.
+  virtual QString Folder() const = 0;
+};
+
+/// Thrown by a Process that cannot really end. Guarded() in Guard.h stops it before it would reach the event loop.
+struct ProcessEnded {
+  int status = 0;
+};
+
+/// All of them, handed to whoever needs one. Whoever made the services outlives all users.
+struct Services {
+  Prompts& prompts;
+  FileDialogs& fileDialogs;
+  Settings& settings;
+  Shell& shell;
+  Clock& clock;
+  Events& events;
+  Libraries& libraries;
+  Process& process;
+};
+
+}  // namespace zth::platform
