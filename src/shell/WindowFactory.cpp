@@ -4,6 +4,9 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/config/frmEasySetup.h"
+#include "windows/config/frmGPIO.h"
+#include "windows/config/frmPinConfig.h"
 
 namespace zth::shell {
 namespace {
@@ -23,6 +26,9 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmEasySetup", Make<windows::frmEasySetup>},
+    Row{"frmGPIO", Make<windows::frmGPIO>},
+    Row{"frmPinConfig", Make<windows::frmPinConfig>},
 };
 
 const Row* FindRow(const QString& name) {

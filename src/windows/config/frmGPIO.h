@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+
+#include "windows/ChildWindow.h"
+
+class QCheckBox;
+class QComboBox;
+class QGridLayout;
+class QLabel;
+
+namespace zth::windows {
+
+/// Direction, polarity and status of the eight general-purpose pins. A live window: each change of a control goes to
+/// the chip at once, and the master timer refreshes it while it is open.
+class frmGPIO final : public ChildWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmGPIO(const Context& context);
+
+  void Form_Load() override;
+  void Form_Unload() override;
+
+  /// Reads the pins' registers and shows them. Writes nothing.
+  void UpdateGPIOStatus();
+
+ private:
+  static constexpr int kPins = 8;
+
+  /// The controls of one pin.
+  struct Row {
+    QComboBox* cmbDir = nullptr;
+    QComboBox* cmbPolarity = nullptr;
+    QComboBox* cmbStatus = nullptr;
+    QLabel* lblStatus = nullptr;
+    QCheckBox* chkPinEn = nullptr;
+  };
+
+  void BuildRow(int i, QGridLayout& grid);
+  void chkEnGPIO_Click();
+  void cmbDir_Click();
+  void cmbPolarity_Click();
+  void cmbStatus_Click();
+  void WriteGpioRegisters();
+
+  QCheckBox* chkEnGPIO_;
+  std::array<Row, kPins> rows_{};
+  bool loaded_ = false;
+};
+
+}  // namespace zth::windows
