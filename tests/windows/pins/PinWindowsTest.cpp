@@ -1,0 +1,102 @@
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTabBar>
+#include <QTest>
+
+#include "tests/windows/pins/PinsGround.h"
+#include "windows/SharedState.h"
+
+namespace zth::testing {
+namespace {
+
+const std::vector<QString> kWindows{"frmPinConfig", "frmGPIO", "frmEasySetup"};
+
+/// The letters that Alt presses in a window as it shows.
+std::vector<QString> Mnemonics(const QWidget& window) {
+  std::vector<QString> all;
+  const auto add = [&all](const QString& text) {
+    const QKeySequence keys = QKeySequence::mnemonic(text);
+    if (!keys.isEmpty()) all.push_back(keys.toString());
+  };
+  for (const auto* button : window.findChildren<QAbstractButton*>()) {
+    if (button->isVisible()) add(button->text());
+  }
+  for (const auto* label : window.findChildren<QLabel*>()) {
+    if (label->isVisible() && label->buddy() != nullptr) add(label->text());
+  }
+  for (const auto* bar : window.findChildren<QTabBar*>()) {
+    for (int i = 0; i < bar->count(); ++i) add(bar->tabText(i));
+  }
+  return all;
+}
+
+TEST(PinWindows, NoMnemonicStandsTwiceOnAPage) {
+  Desk desk;
+  desk.Start();
+  for (const QString& name : kWindows) {
+    auto& window = desk.Open(name);
+    auto* tabs = window.findChild<QTabWidget*>();
+    for (int page = 0; page < (tabs == nullptr ? 1 : tabs->count()); ++page) {
+      if (tabs != nullptr) tabs->setCurrentIndex(page);
+      const std::vector<QString> keys = Mnemonics(window);
+      EXPECT_GE(keys.size(), 3U);
+      EXPECT_EQ(std::set<QString>(keys.begin(), keys.end()).size(), keys.size()) << name.toStdString() << " " << page;
+    }
+  }
+}
+
+TEST(PinWindows, EveryControlTellsItsRegisterAndItsName) {
+  Desk desk;
+  desk.Start();
+  for (const QString& name : kWindows) {
+    auto& window = desk.Open(name);
+    for (const auto* list : window.findChildren<QComboBox*>()) {
+      EXPECT_EQ(list->toolTip().left(2), "0x") << list->objectName().toStdString();
+      bool named = !list->accessibleName().isEmpty();
+      for (const auto* label : window.findChildren<QLabel*>()) named = named || label->buddy() == list;
+      EXPECT_TRUE(named) << list->objectName().toStdString();
+    }
+  }
+  EXPECT_EQ(desk.Get<QComboBox>(desk.Open("frmPinConfig"), "cmbPin25").toolTip(), "0x12 bits 5:4, Pin Config 3");
+  EXPECT_EQ(desk.Get<QComboBox>(desk.Open("frmGPIO"), "cmbDir(4)").toolTip(), "0x0A bit 1, GPIO2_Bhvr");
+  EXPECT_EQ(desk.Get<QWidget>(desk.Open("frmEasySetup"), "chkOption(4)").toolTip(), "0x2C, PWM 1-4 Max");
+}
+
+TEST(PinWindows, TheKeyboardAloneSuffices) {
+  Desk desk;
+  desk.Start();
+  auto& setup = desk.Open("frmEasySetup");
+  QTest::keyClick(&setup, Qt::Key_Escape);
+  EXPECT_EQ(desk.Main().FindWindow("frmEasySetup"), nullptr);
+  EXPECT_TRUE(desk.board.TakeTraffic().empty());
+  Desk::Settle();
+  auto& again = desk.Open("frmEasySetup");
+  auto& option = desk.Get<QLineEdit>(again, "txtOption");
+  option.setFocus();
+  QTest::keyClick(&option, Qt::Key_Up);
+  QTest::keyClick(&option, Qt::Key_Up);
+  QTest::keyClick(&option, Qt::Key_Return);
+  EXPECT_EQ(Writes(desk.board.TakeTraffic()).front(), W(0x14, 0x04)) << "two steps up, and Enter is OK";
+  EXPECT_EQ(desk.Main().FindWindow("frmEasySetup"), nullptr);
+
+  auto& pins = desk.Open("frmPinConfig");
+  auto& tabs = desk.Get<QTabWidget>(pins, "SSTab1");
+  tabs.setCurrentIndex(1);
+  auto& pin7 = desk.Get<QComboBox>(pins, "cmbPin7");
+  pin7.setFocus();
+  desk.board.TakeTraffic();
+  QTest::keyClick(&pin7, Qt::Key_Up);
+  QTest::keyClick(&pin7, Qt::Key_Return);
+  EXPECT_TRUE(desk.board.TakeTraffic().empty()) << "a stray Enter re-routes no pins";
+  auto& apply = desk.Get<QAbstractButton>(pins, "cmdApply");
+  apply.setFocus();
+  QTest::keyClick(&apply, Qt::Key_Return);
+  EXPECT_EQ(Writes(desk.board.TakeTraffic()).front(), W(0x10, 0x7E));
+  QTest::keyClick(&pin7, Qt::Key_Escape);
+  EXPECT_EQ(desk.Main().FindWindow("frmPinConfig"), nullptr);
+}
+
+}  // namespace
+}  // namespace zth::testing
