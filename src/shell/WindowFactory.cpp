@@ -4,6 +4,7 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/config/frmGenConfig.h"
 
 namespace zth::shell {
 namespace {
@@ -23,6 +24,7 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmGenConfig", Make<windows::frmGenConfig>},
 };
 
 const Row* FindRow(const QString& name) {
