@@ -6,6 +6,7 @@
 #include "shell/frmAbout.h"
 #include "windows/config/frmEasySetup.h"
 #include "windows/config/frmGPIO.h"
+#include "windows/config/frmGenConfig.h"
 #include "windows/config/frmPinConfig.h"
 
 namespace zth::shell {
@@ -28,6 +29,7 @@ constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
     Row{"frmEasySetup", Make<windows::frmEasySetup>},
     Row{"frmGPIO", Make<windows::frmGPIO>},
+    Row{"frmGenConfig", Make<windows::frmGenConfig>},
     Row{"frmPinConfig", Make<windows::frmPinConfig>},
 };
 

@@ -1,6 +1,9 @@
 #include "windows/config/frmEasySetup.h"
 
+#include <cmath>
+
 #include <QCheckBox>
+#include <QEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -15,12 +18,15 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "widgets/UpDown.h"
+#include "windows/Bindings.h"
+#include "windows/BoundControls.h"
 #include "windows/Handlers.h"
-#include "windows/config/RegisterTip.h"
+#include "windows/PendingMarks.h"
 
 namespace zth::windows {
 namespace {
 
+constexpr char kBadOption[] = "Option value must be in range 1-5";
 constexpr char kSetting[] = "OpenEasySetup";
 constexpr int kGraphPlaceTwips = 500;
 
@@ -28,23 +34,26 @@ constexpr int kGraphPlaceTwips = 500;
 enum class Action : std::uint8_t { EasyOption, SetBits, WriteOnes, OpenGraphs };
 
 struct SetupOption {
-  const char* caption;
+  Binding row;  ///< the option's box, and the bits that it sets
   bool ticked;  ///< when the window opens
   Action action;
-  std::uint8_t reg = 0;
-  base::BitField bits{};
 };
 
 // In the order in which they run. The blanks at the ends belong to the texts.
+// clang-format off
 constexpr std::array<SetupOption, 7> kSetupOptions{{
-    {"Set &Easy Configuration Option", true, Action::EasyOption, 0x14, {0, 5}},
-    {"Enable &Tachs 1-4 ", true, Action::SetBits, 0x07, {0, 4}},
-    {"Enable '&Setup Complete' configuration bit", true, Action::SetBits, 0x01, {5, 1}},
-    {"Load &Graphing Window", true, Action::OpenGraphs},
-    {"Set Max &PWM1-4 to 100%", true, Action::WriteOnes, 0x2C, {0, 8}},
-    {"Set &fans to run at Max PWM", false, Action::SetBits, 0x02, {5, 1}},
-    {"Set &ALERT to Comparator mode ", false, Action::SetBits, 0x01, {3, 1}},
+    {{{"chkOption", 0}, "Set &Easy Configuration Option", 0x14, Bits(4, 0)}, true, Action::EasyOption},
+    {{{"chkOption", 1}, "Enable &Tachs 1-4 ", 0x07, Bits(3, 0)}, true, Action::SetBits},
+    {{{"chkOption", 2}, "Enable '&Setup Complete' configuration bit", 0x01, Bits(5, 5)}, true, Action::SetBits},
+    {{{"chkOption", 3}, "Load &Graphing Window", 0, {}}, true, Action::OpenGraphs},
+    {{{"chkOption", 4}, "Set Max &PWM1-4 to 100%", 0x2C, Bits(7, 0)}, true, Action::WriteOnes},
+    {{{"chkOption", 5}, "Set fa&ns to run at Max PWM", 0x02, Bits(5, 5)}, false, Action::SetBits},
+    {{{"chkOption", 6}, "Set ALERT to Co&mparator mode ", 0x01, Bits(3, 3)}, false, Action::SetBits},
 }};
+// clang-format on
+constexpr std::uint8_t kEasyConfig = kSetupOptions[0].row.reg;
+
+constexpr unsigned kOnes = 0xFF;
 
 }  // namespace
 
@@ -81,10 +90,10 @@ QWidget* frmEasySetup::BuildOptions() {
   auto* column = new QVBoxLayout(frame);
   for (std::size_t i = 0; i < chkOption_.size(); ++i) {
     const SetupOption& option = kSetupOptions[i];
-    auto* box = new QCheckBox(option.caption, frame);
-    box->setObjectName(QString("chkOption(%1)").arg(i));
+    auto* box = new QCheckBox(option.row.caption, frame);
+    box->setObjectName(NameOf(option.row.control));
     box->setChecked(option.ticked);
-    if (option.action != Action::OpenGraphs) box->setToolTip(RegisterTip(option.reg, option.bits));
+    if (option.action != Action::OpenGraphs) box->setToolTip("Sets " + PlaceOf(option.row));
     chkOption_[i] = box;
     if (option.action != Action::EasyOption) {
       column->addWidget(box);
@@ -93,11 +102,11 @@ QWidget* frmEasySetup::BuildOptions() {
     txtOption_->setObjectName("txtOption");
     txtOption_->setAccessibleName("Easy Configuration Option, 1 to 5");
     OnChange(*txtOption_, [this] { txtOption_Change(); });
-    upDown1_ = new widgets::UpDown(txtOption_, {1, 5, 1}, frame);
-    upDown1_->setObjectName("UpDown1");
+    auto* upDown1 = new widgets::UpDown(txtOption_, {1, 5, 1}, frame);
+    upDown1->setObjectName("UpDown1");
     auto* line = new QHBoxLayout;
     line->addWidget(box);
-    line->addLayout(upDown1_->Row());
+    line->addLayout(upDown1->Row());
     line->addStretch();
     column->addLayout(line);
   }
@@ -119,13 +128,23 @@ bool frmEasySetup::OptionIsValid() const {
 }
 
 void frmEasySetup::txtOption_Change() {
-  const QString where = RegisterTip(kSetupOptions[0].reg, kSetupOptions[0].bits);
+  const QString place = PlaceOf(kSetupOptions[0].row);
   if (!OptionIsValid()) {
-    txtOption_->setToolTip(where + "\nOption value must be in range 1-5");
+    MarkControl(*txtOption_, false, true);
+    txtOption_->setToolTip(place + "\n" + kBadOption);
     return;
   }
-  const int byte = chip::EasyOptionByte(base::LeadingDecimal(txtOption_->text().toStdString()));
-  txtOption_->setToolTip(where + "\nOK writes 0x" + QString("%1").arg(byte, 2, 16, QChar('0')).toUpper());
+  const double option = base::LeadingDecimal(txtOption_->text().toStdString());
+  const int byte = chip::EasyOptionByte(option);
+  // A fraction passes, but is not the option that the chip gets.
+  const bool odd = option != std::floor(option);
+  MarkControl(*txtOption_, false, odd);
+  txtOption_->setToolTip(place + (odd ? QString::asprintf("\nGoes out as 0x%02X", byte) : QString()));
+}
+
+void frmEasySetup::changeEvent(QEvent* event) {
+  ChildWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) txtOption_Change();
 }
 
 void frmEasySetup::cmdApply_Click() {
@@ -145,11 +164,11 @@ bool frmEasySetup::RunOption(std::size_t i) {
       OpenGraphs();
       return true;
     case Action::WriteOnes:
-      link::WriteRegisterValue(link::DeviceAddress, option.reg, base::PutField(0, option.bits, 0xFF));
+      link::WriteRegisterValue(link::DeviceAddress, option.row.reg, base::PutField(0, option.row.bits, kOnes));
       return true;
     case Action::SetBits: {
-      const auto before = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, option.reg));
-      link::WriteRegisterValue(link::DeviceAddress, option.reg, base::PutField(before, option.bits, 0xFF));
+      const auto before = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, option.row.reg));
+      link::WriteRegisterValue(link::DeviceAddress, option.row.reg, base::PutField(before, option.row.bits, kOnes));
       return true;
     }
   }
@@ -158,14 +177,13 @@ bool frmEasySetup::RunOption(std::size_t i) {
 
 bool frmEasySetup::SetEasyOption() {
   if (!OptionIsValid()) {
-    Services().prompts.Ask(
-        {base::kTitle, "Option value must be in range 1-5", platform::BoxIcon::Warning, platform::BoxButtons::Ok});
+    Services().prompts.Ask({base::kTitle, kBadOption, platform::BoxIcon::Warning, platform::BoxButtons::Ok});
     txtOption_->setFocus();
     txtOption_->selectAll();
     return false;
   }
   const double option = base::LeadingDecimal(txtOption_->text().toStdString());
-  link::WriteRegisterValue(link::DeviceAddress, kSetupOptions[0].reg, chip::EasyOptionByte(option));
+  link::WriteRegisterValue(link::DeviceAddress, kEasyConfig, chip::EasyOptionByte(option));
   return true;
 }
 

@@ -8,10 +8,6 @@ class QCheckBox;
 class QLineEdit;
 class QWidget;
 
-namespace zth::widgets {
-class UpDown;
-}
-
 namespace zth::windows {
 
 /// The first steps with a new chip: a few ticks, each of which only ever sets bits. Reads nothing from the chip when it
@@ -23,6 +19,9 @@ class frmEasySetup final : public ChildWindow {
   explicit frmEasySetup(const Context& context);
 
   void Form_Load() override;
+
+ protected:
+  void changeEvent(QEvent* event) override;
 
  private:
   static constexpr int kOptions = 7;
@@ -38,7 +37,6 @@ class frmEasySetup final : public ChildWindow {
 
   std::array<QCheckBox*, kOptions> chkOption_{};
   QLineEdit* txtOption_;
-  widgets::UpDown* upDown1_ = nullptr;
   QCheckBox* chkStartUp_;
 };
 

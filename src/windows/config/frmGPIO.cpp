@@ -7,158 +7,169 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QSignalBlocker>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
-#include "base/BitField.h"
 #include "chip/PinModel.h"
-#include "link/Declarations.h"
-#include "link/USBStuff.h"
+#include "windows/BoundControls.h"
 #include "windows/Handlers.h"
+#include "windows/Rows.h"
 #include "windows/SharedState.h"
-#include "windows/config/RegisterTip.h"
 
 namespace zth::windows {
 namespace {
 
-using base::BitField;
 using Flags = chip::PinFunctionFlags;
 
-constexpr std::uint8_t kConfiguration3 = 0x03;
-constexpr BitField kEnableGpio{0, 1};
-constexpr std::uint8_t kBehaviour1 = 0x09;
-constexpr std::uint8_t kBehaviour2 = 0x0A;
-constexpr std::uint8_t kStatus = 0xBF;
+constexpr std::array kPolarities{"Active Low", "Active High"};
+constexpr std::array kDirections{"I/P", "O/P"};
+constexpr std::array kStates{"Active", "Inactive"};
 
-/// One pin: its bits, and the flag that is 0 while the pin configuration gives the pin to GPIO.
-struct GpioPin {
-  std::uint8_t behaviour;
-  BitField polarity;
-  BitField direction;
-  BitField status;
-  std::int16_t Flags::*function;
-  std::uint8_t pinRegister;  ///< where `function` stands
-  BitField pinBits;
+// clang-format off
+constexpr std::array kRows{
+    Check("chkEnGPIO", "E&nable GPIO", 0x03, 0),
+    List({"cmbDir", 0}, nullptr, 0x09, Bits(1, 1), kDirections),
+    List({"cmbDir", 1}, nullptr, 0x09, Bits(3, 3), kDirections),
+    List({"cmbDir", 2}, nullptr, 0x09, Bits(5, 5), kDirections),
+    List({"cmbDir", 3}, nullptr, 0x09, Bits(7, 7), kDirections),
+    List({"cmbDir", 4}, nullptr, 0x0A, Bits(1, 1), kDirections),
+    List({"cmbDir", 5}, nullptr, 0x0A, Bits(3, 3), kDirections),
+    List({"cmbDir", 6}, nullptr, 0x0A, Bits(5, 5), kDirections),
+    List({"cmbDir", 7}, nullptr, 0x0A, Bits(7, 7), kDirections),
+    List({"cmbPolarity", 0}, nullptr, 0x09, Bits(0, 0), kPolarities),
+    List({"cmbPolarity", 1}, nullptr, 0x09, Bits(2, 2), kPolarities),
+    List({"cmbPolarity", 2}, nullptr, 0x09, Bits(4, 4), kPolarities),
+    List({"cmbPolarity", 3}, nullptr, 0x09, Bits(6, 6), kPolarities),
+    List({"cmbPolarity", 4}, nullptr, 0x0A, Bits(0, 0), kPolarities),
+    List({"cmbPolarity", 5}, nullptr, 0x0A, Bits(2, 2), kPolarities),
+    List({"cmbPolarity", 6}, nullptr, 0x0A, Bits(4, 4), kPolarities),
+    List({"cmbPolarity", 7}, nullptr, 0x0A, Bits(6, 6), kPolarities),
+    List({"cmbStatus", 0}, nullptr, 0xBF, Bits(0, 0), kStates),
+    List({"cmbStatus", 1}, nullptr, 0xBF, Bits(1, 1), kStates),
+    List({"cmbStatus", 2}, nullptr, 0xBF, Bits(2, 2), kStates),
+    List({"cmbStatus", 3}, nullptr, 0xBF, Bits(3, 3), kStates),
+    List({"cmbStatus", 4}, nullptr, 0xBF, Bits(4, 4), kStates),
+    List({"cmbStatus", 5}, nullptr, 0xBF, Bits(5, 5), kStates),
+    List({"cmbStatus", 6}, nullptr, 0xBF, Bits(6, 6), kStates),
+    List({"cmbStatus", 7}, nullptr, 0xBF, Bits(7, 7), kStates),
+};
+// clang-format on
+constexpr std::array kEnableRead{Read(0x03)};
+constexpr std::array kEnableWrite{Modify(0x03)};
+constexpr std::array kPinReads{Read(0x09, 2), Read(0xBF)};
+constexpr std::array kPinWrites{Whole(0x09), Whole(0x0A), Whole(0xBF)};
+static_assert(IsSound(kRows, Joined(kEnableRead, kPinReads), Joined(kEnableWrite, kPinWrites)));
+
+/// Where the pin configuration tells a pin's function, and the flag made of it: 0 while the pin serves GPIO.
+struct PinFunction {
+  Binding place;
+  std::int16_t Flags::*flag;
 };
 
-constexpr std::array<GpioPin, 8> kGpioPins{{
-    {kBehaviour1, {0, 1}, {1, 1}, {0, 1}, &Flags::Pin1, 0x10, {4, 1}},
-    {kBehaviour1, {2, 1}, {3, 1}, {1, 1}, &Flags::Pin2, 0x10, {3, 1}},
-    {kBehaviour1, {4, 1}, {5, 1}, {2, 1}, &Flags::Pin3, 0x10, {2, 1}},
-    {kBehaviour1, {6, 1}, {7, 1}, {3, 1}, &Flags::Pin4, 0x10, {1, 1}},
-    {kBehaviour2, {0, 1}, {1, 1}, {4, 1}, &Flags::Pin31, 0x13, {3, 1}},
-    {kBehaviour2, {2, 1}, {3, 1}, {5, 1}, &Flags::Pin32, 0x13, {2, 1}},
-    {kBehaviour2, {4, 1}, {5, 1}, {6, 1}, &Flags::Pin28, 0x13, {6, 2}},
-    {kBehaviour2, {6, 1}, {7, 1}, {7, 1}, &Flags::Pin29, 0x13, {4, 2}},
-}};
+// clang-format off
+constexpr std::array kPinFunctions{
+    PinFunction{Check({"chkPinEn", 0}, nullptr, 0x10, 4), &Flags::Pin1},
+    PinFunction{Check({"chkPinEn", 1}, nullptr, 0x10, 3), &Flags::Pin2},
+    PinFunction{Check({"chkPinEn", 2}, nullptr, 0x10, 2), &Flags::Pin3},
+    PinFunction{Check({"chkPinEn", 3}, nullptr, 0x10, 1), &Flags::Pin4},
+    PinFunction{Check({"chkPinEn", 4}, nullptr, 0x13, 3), &Flags::Pin31},
+    PinFunction{Check({"chkPinEn", 5}, nullptr, 0x13, 2), &Flags::Pin32},
+    PinFunction{{{"chkPinEn", 6}, nullptr, 0x13, Bits(7, 6)}, &Flags::Pin28},
+    PinFunction{{{"chkPinEn", 7}, nullptr, 0x13, Bits(5, 4)}, &Flags::Pin29},
+};
+// clang-format on
 
-enum Column : int { kPin, kDirection, kPolarity, kStatusColumn, kPinEnabled };
+enum Column : int { kPinColumn, kDirColumn, kPolarityColumn, kStatusColumn, kPinEnColumn };
 
-/// Shows an item without running the handler: a refresh writes nothing.
-void Show(QComboBox& list, unsigned item) {
-  const QSignalBlocker quiet(list);
-  list.setCurrentIndex(static_cast<int>(item));
-}
-
-/// The bit of a list of two items: 0 for the first.
-unsigned BitOf(const QComboBox& list) {
-  return list.currentIndex() == 0 ? 0U : 1U;
-}
-
-QComboBox* MakeList(const QString& name, const QStringList& items, const QString& tip, const QString& spoken) {
+QComboBox* MakeList(const QString& name, Items items, const QString& spoken) {
   auto* list = new QComboBox;
   list->setObjectName(name);
-  list->addItems(items);
-  list->setToolTip(tip);
+  for (const char* item : items) list->addItem(item);
   list->setAccessibleName(spoken);
   return list;
 }
 
 }  // namespace
 
-frmGPIO::frmGPIO(const Context& context)
-    : ChildWindow("frmGPIO", "GPIO Configuration", context), chkEnGPIO_(new QCheckBox("&Enable GPIO", this)) {
-  chkEnGPIO_->setObjectName("chkEnGPIO");
-  chkEnGPIO_->setToolTip(RegisterTip(kConfiguration3, kEnableGpio));
-  OnToggle(*chkEnGPIO_, [this] { chkEnGPIO_Click(); });
+frmGPIO::frmGPIO(const Context& context) : ChildWindow("frmGPIO", "GPIO Configuration", context) {
+  auto* chkEnGPIO = new QCheckBox(CaptionOf(kRows[0]), this);
+  chkEnGPIO->setObjectName("chkEnGPIO");
 
-  auto* frame = new QGroupBox(this);
-  frame->setObjectName("Frame1");
-  auto* grid = new QGridLayout(frame);
-  grid->setHorizontalSpacing(16);
-  const auto heading = [&](const QString& name, const QString& caption, Column column, Qt::Alignment alignment) {
-    auto* label = new QLabel(caption, frame);
+  QGroupBox* frame = MakeFrame("Frame1", "", this);
+  QGridLayout& grid = GridOf(*frame);
+  grid.setColumnStretch(kDirColumn, 0);
+  grid.setHorizontalSpacing(16);
+  const auto heading = [&](const QString& name, const QString& caption, Column column) {
+    auto* label = new QLabel(caption);
     label->setObjectName(name);
-    grid->addWidget(label, 0, column, alignment);
+    grid.addWidget(label, 0, column, column == kPinEnColumn ? Qt::AlignHCenter : Qt::AlignLeft);
   };
-  heading("lblDirection", "Direction", kDirection, Qt::AlignLeft);
-  heading("lblPolarity", "Polarity", kPolarity, Qt::AlignLeft);
-  heading("lblStatusHeading", "Status", kStatusColumn, Qt::AlignLeft);
-  heading("lblPinEnabled", "Pin Enabled", kPinEnabled, Qt::AlignHCenter);
-  for (int i = 0; i < kPins; ++i) BuildRow(i, *grid);
+  heading("lblDir", "Direction", kDirColumn);
+  heading("lblPolarity", "Polarity", kPolarityColumn);
+  heading("lblStatusHeading", "Status", kStatusColumn);
+  heading("lblPinEn", "Pin Enabled", kPinEnColumn);
+  for (std::size_t i = 0; i < kPins; ++i) BuildLine(i, grid);
 
-  auto* cmdCancel = new QPushButton("&Close", this);
+  auto* cmdCancel = new QPushButton("C&lose", this);
   cmdCancel->setObjectName("cmdCancel");
+  cmdCancel->setToolTip("Close this window; what it has written stays");
   OnClick(*cmdCancel, [this] { Unload(); });
   SetCancelButton(*cmdCancel);
 
   auto* column = new QVBoxLayout(this);
-  column->addWidget(chkEnGPIO_);
+  column->addWidget(chkEnGPIO);
   column->addWidget(frame);
   column->addStretch();
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
   buttons->addWidget(cmdCancel);
   column->addLayout(buttons);
+
+  // Each change is written at once, so that its mark goes as it comes.
+  controls_ = new BoundControls(*this, kRows);
+  OnToggle(*chkEnGPIO, [this] { chkEnGPIO_Click(); });
+  for (Line& line : lines_) {
+    line.cmbStatus->hide();
+    line.lblStatus->setMinimumWidth(line.cmbStatus->minimumWidth());
+    grid.setRowMinimumHeight(static_cast<int>(&line - lines_.data()) + 1, line.cmbStatus->sizeHint().height());
+  }
 }
 
-void frmGPIO::BuildRow(int i, QGridLayout& grid) {
-  const GpioPin& pin = kGpioPins[static_cast<std::size_t>(i)];
-  Row& row = rows_[static_cast<std::size_t>(i)];
+void frmGPIO::BuildLine(std::size_t i, QGridLayout& grid) {
   const QString element = QString("(%1)").arg(i);
   const QString spoken = QString("GPIO %1 ").arg(i + 1);
-
-  row.cmbDir =
-      MakeList("cmbDir" + element, {"I/P", "O/P"}, RegisterTip(pin.behaviour, pin.direction), spoken + "Direction");
-  row.cmbPolarity = MakeList("cmbPolarity" + element, {"Active Low", "Active High"},
-                             RegisterTip(pin.behaviour, pin.polarity), spoken + "Polarity");
-  row.cmbStatus =
-      MakeList("cmbStatus" + element, {"Active", "Inactive"}, RegisterTip(kStatus, pin.status), spoken + "Status");
-  row.cmbStatus->hide();
-  row.lblStatus = new QLabel;
-  row.lblStatus->setObjectName("lblStatus" + element);
-  row.lblStatus->setToolTip(row.cmbStatus->toolTip());
-  row.lblStatus->setMinimumWidth(row.cmbStatus->sizeHint().width());
-  // The text stands where the list shows its own, so that nothing jumps when they take each other's place.
-  row.lblStatus->setIndent(row.lblStatus->fontMetrics().horizontalAdvance('n'));
-  row.chkPinEn = new QCheckBox;
-  row.chkPinEn->setObjectName("chkPinEn" + element);
-  row.chkPinEn->setEnabled(false);
-  row.chkPinEn->setToolTip(RegisterTip(pin.pinRegister, pin.pinBits) + ": ticked while the pin serves GPIO");
-  row.chkPinEn->setAccessibleName(spoken + "Pin Enabled");
-
+  Line& line = lines_[i];
+  line.cmbDir = MakeList("cmbDir" + element, kDirections, spoken + "Direction");
+  auto* cmbPolarity = MakeList("cmbPolarity" + element, kPolarities, spoken + "Polarity");
+  line.cmbStatus = MakeList("cmbStatus" + element, kStates, spoken + "Status");
+  line.lblStatus = new QLabel;
+  line.lblStatus->setObjectName("lblStatus" + element);
+  // The text stands about where the list shows its own, so that little jumps when they take each other's place.
+  line.lblStatus->setIndent(line.lblStatus->fontMetrics().horizontalAdvance('n'));
+  line.chkPinEn = new QCheckBox;
+  line.chkPinEn->setObjectName("chkPinEn" + element);
+  line.chkPinEn->setEnabled(false);
+  line.chkPinEn->setToolTip(PlaceOf(kPinFunctions[i].place) + "\nTicked while the pin serves GPIO");
+  line.chkPinEn->setAccessibleName(spoken + "Pin Enabled");
   auto* caption = new QLabel(QString("GPIO &%1").arg(i + 1));
   caption->setObjectName("Label3" + element);
-  caption->setBuddy(row.cmbDir);
+  caption->setBuddy(line.cmbDir);
 
-  const int line = i + 1;
-  grid.addWidget(caption, line, kPin);
-  grid.addWidget(row.cmbDir, line, kDirection);
-  grid.addWidget(row.cmbPolarity, line, kPolarity);
-  grid.addWidget(row.cmbStatus, line, kStatusColumn);
-  grid.addWidget(row.lblStatus, line, kStatusColumn);
-  grid.addWidget(row.chkPinEn, line, kPinEnabled, Qt::AlignHCenter);
-  grid.setRowMinimumHeight(line, row.cmbStatus->sizeHint().height());
-
-  OnSelect(*row.cmbDir, [this] { cmbDir_Click(); });
-  OnSelect(*row.cmbPolarity, [this] { cmbPolarity_Click(); });
-  OnSelect(*row.cmbStatus, [this] { cmbStatus_Click(); });
+  const int row = static_cast<int>(i) + 1;
+  grid.addWidget(caption, row, kPinColumn);
+  grid.addWidget(line.cmbDir, row, kDirColumn);
+  grid.addWidget(cmbPolarity, row, kPolarityColumn);
+  grid.addWidget(line.cmbStatus, row, kStatusColumn);
+  grid.addWidget(line.lblStatus, row, kStatusColumn);
+  grid.addWidget(line.chkPinEn, row, kPinEnColumn, Qt::AlignHCenter);
+  OnSelect(*line.cmbDir, [this] { cmbDir_Click(); });
+  OnSelect(*cmbPolarity, [this] { cmbPolarity_Click(); });
+  OnSelect(*line.cmbStatus, [this] { cmbStatus_Click(); });
 }
 
 void frmGPIO::Form_Load() {
   loaded_ = false;
-  const std::int16_t configuration = link::ReadRegister(link::DeviceAddress, kConfiguration3);
-  chkEnGPIO_->setChecked(base::GetField(static_cast<unsigned>(configuration), kEnableGpio) != 0);
+  controls_->Load(kEnableRead);
   UpdateGPIOStatus();
   loaded_ = true;
   GpioOpen = true;
@@ -170,59 +181,40 @@ void frmGPIO::Form_Unload() {
 }
 
 void frmGPIO::UpdateGPIOStatus() {
-  link::ReadRegisterBlock(link::DeviceAddress, kBehaviour1, 2);
-  const std::array behaviours{link::ReadBuffer[0], link::ReadBuffer[1]};
-  for (std::size_t i = 0; i < rows_.size(); ++i) {
-    const GpioPin& pin = kGpioPins[i];
-    const unsigned behaviour = behaviours[pin.behaviour - kBehaviour1];
-    const bool output = base::GetField(behaviour, pin.direction) != 0;
-    Show(*rows_[i].cmbPolarity, base::GetField(behaviour, pin.polarity));
-    Show(*rows_[i].cmbDir, base::GetField(behaviour, pin.direction));
-    rows_[i].cmbStatus->setVisible(output);
-    rows_[i].lblStatus->setVisible(!output);
+  {
+    const QScopedValueRollback refreshing(refreshing_, true);
+    controls_->Load(kPinReads);
   }
-  const auto status = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, kStatus));
-  for (std::size_t i = 0; i < rows_.size(); ++i) {
-    const Row& row = rows_[i];
-    Show(*row.cmbStatus, base::GetField(status, kGpioPins[i].status));
-    row.lblStatus->setText(row.cmbStatus->currentText());
-    row.chkPinEn->setChecked(chip::PinFunctions.*kGpioPins[i].function == 0);
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    const Line& line = lines_[i];
+    const bool output = line.cmbDir->currentIndex() != 0;
+    line.cmbStatus->setVisible(output);
+    line.lblStatus->setVisible(!output);
+    line.lblStatus->setText(line.cmbStatus->currentText());
+    line.lblStatus->setToolTip(line.cmbStatus->toolTip());
+    line.chkPinEn->setChecked(chip::PinFunctions.*kPinFunctions[i].flag == 0);
   }
 }
 
 void frmGPIO::chkEnGPIO_Click() {
-  if (!loaded_) return;
-  const auto configuration = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, kConfiguration3));
-  link::WriteRegisterValue(link::DeviceAddress, kConfiguration3,
-                           base::PutField(configuration, kEnableGpio, chkEnGPIO_->isChecked() ? 1U : 0U));
+  if (loaded_) controls_->Apply(kEnableWrite);
 }
 
-// Any of the lists writes all of them.
 void frmGPIO::cmbDir_Click() {
-  if (loaded_) WriteGpioRegisters();
+  WriteGpioRegisters();
 }
 
 void frmGPIO::cmbPolarity_Click() {
-  if (loaded_) WriteGpioRegisters();
+  WriteGpioRegisters();
 }
 
 void frmGPIO::cmbStatus_Click() {
-  if (loaded_) WriteGpioRegisters();
+  WriteGpioRegisters();
 }
 
 void frmGPIO::WriteGpioRegisters() {
-  std::array<std::uint8_t, 2> behaviours{};
-  std::uint8_t status = 0;
-  for (std::size_t i = 0; i < rows_.size(); ++i) {
-    const GpioPin& pin = kGpioPins[i];
-    std::uint8_t& behaviour = behaviours[pin.behaviour - kBehaviour1];
-    behaviour = base::PutField(behaviour, pin.polarity, BitOf(*rows_[i].cmbPolarity));
-    behaviour = base::PutField(behaviour, pin.direction, BitOf(*rows_[i].cmbDir));
-    status = base::PutField(status, pin.status, BitOf(*rows_[i].cmbStatus));
-  }
-  link::WriteRegisterValue(link::DeviceAddress, kBehaviour1, behaviours[0]);
-  link::WriteRegisterValue(link::DeviceAddress, kBehaviour2, behaviours[1]);
-  link::WriteRegisterValue(link::DeviceAddress, kStatus, status);
+  // What a refresh shows stands in the chip already; written back, half of it would be older than the other half.
+  if (loaded_ && !refreshing_) controls_->Apply(kPinWrites);
 }
 
 }  // namespace zth::windows

@@ -11,6 +11,8 @@ class QLabel;
 
 namespace zth::windows {
 
+class BoundControls;
+
 /// Direction, polarity and status of the eight general-purpose pins. A live window: each change of a control goes to
 /// the chip at once, and the master timer refreshes it while it is open.
 class frmGPIO final : public ChildWindow {
@@ -26,27 +28,27 @@ class frmGPIO final : public ChildWindow {
   void UpdateGPIOStatus();
 
  private:
-  static constexpr int kPins = 8;
+  static constexpr std::size_t kPins = 8;
 
-  /// The controls of one pin.
-  struct Row {
+  /// The controls of one pin that follow the others.
+  struct Line {
     QComboBox* cmbDir = nullptr;
-    QComboBox* cmbPolarity = nullptr;
     QComboBox* cmbStatus = nullptr;
     QLabel* lblStatus = nullptr;
     QCheckBox* chkPinEn = nullptr;
   };
 
-  void BuildRow(int i, QGridLayout& grid);
+  void BuildLine(std::size_t i, QGridLayout& grid);
   void chkEnGPIO_Click();
   void cmbDir_Click();
   void cmbPolarity_Click();
   void cmbStatus_Click();
   void WriteGpioRegisters();
 
-  QCheckBox* chkEnGPIO_;
-  std::array<Row, kPins> rows_{};
+  std::array<Line, kPins> lines_{};
+  BoundControls* controls_ = nullptr;
   bool loaded_ = false;
+  bool refreshing_ = false;
 };
 
 }  // namespace zth::windows

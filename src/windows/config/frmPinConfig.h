@@ -8,13 +8,14 @@
 class QBoxLayout;
 class QComboBox;
 class QGridLayout;
+class QGroupBox;
 class QLabel;
 class QListWidget;
-class QPushButton;
 class QRadioButton;
-class QTabWidget;
 
 namespace zth::windows {
+
+class BoundControls;
 
 /// What the chip's multi-function pins do: one of its ready-made assignments, or pin by pin. Each tab has its own
 /// Apply, which writes that tab's registers alone and then makes open windows read the chip again.
@@ -27,11 +28,14 @@ class frmPinConfig final : public ChildWindow {
   void Form_Load() override;
 
  private:
+  static constexpr int kEasyOptions = kEasyRows.size();
+
   QWidget* BuildEasyTab();
+  QWidget* BuildDetails();
   QWidget* BuildIndividualTab();
   QBoxLayout* BuildButtons(const QString& apply, int close, void (frmPinConfig::*handler)());
-  QWidget* BuildBox(PinBox box, const QString& name, const QString& title);
-  void BuildList(std::size_t row, QGridLayout& grid);
+  QGroupBox* BuildBox(PinBox box, const QString& name, const QString& title);
+  void BuildPin(std::size_t i, QGridLayout& grid);
   QComboBox& List(const char* control) const;
 
   void cmbPins1234_31_32_Click();
@@ -46,12 +50,12 @@ class frmPinConfig final : public ChildWindow {
   void ShowEasyOptionDetails();
   void ReloadLimits();
 
-  QTabWidget* tabs_;
   std::array<QRadioButton*, kEasyOptions> optEasy_{};
-  std::array<QListWidget*, kEasyOptions> details_{};
+  std::array<QListWidget*, kEasyOptions> list1_{};
   QLabel* noDetails_ = nullptr;  ///< in the lists' place while no option is selected
-  std::array<QComboBox*, kPinLists.size()> lists_{};
-  std::array<QLabel*, kPinLists.size()> labels_{};
+  std::array<QComboBox*, kPins.size()> lists_{};
+  std::array<QLabel*, kPins.size()> lblPin_{};  ///< by the row of the table
+  BoundControls* controls_ = nullptr;
 };
 
 }  // namespace zth::windows

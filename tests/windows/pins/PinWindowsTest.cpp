@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QTabBar>
 #include <QTest>
 
@@ -61,7 +62,7 @@ TEST(PinWindows, EveryControlTellsItsRegisterAndItsName) {
   }
   EXPECT_EQ(desk.Get<QComboBox>(desk.Open("frmPinConfig"), "cmbPin25").toolTip(), "0x12 bits 5:4, Pin Config 3");
   EXPECT_EQ(desk.Get<QComboBox>(desk.Open("frmGPIO"), "cmbDir(4)").toolTip(), "0x0A bit 1, GPIO2_Bhvr");
-  EXPECT_EQ(desk.Get<QWidget>(desk.Open("frmEasySetup"), "chkOption(4)").toolTip(), "0x2C, PWM 1-4 Max");
+  EXPECT_EQ(desk.Get<QWidget>(desk.Open("frmEasySetup"), "chkOption(4)").toolTip(), "Sets 0x2C bits 7:0, PWM 1-4 Max");
 }
 
 TEST(PinWindows, TheKeyboardAloneSuffices) {
