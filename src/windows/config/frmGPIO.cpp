@@ -131,7 +131,6 @@ frmGPIO::frmGPIO(const Context& context) : ChildWindow("frmGPIO", "GPIO Configur
   for (Line& line : lines_) {
     line.cmbStatus->hide();
     line.lblStatus->setMinimumWidth(line.cmbStatus->minimumWidth());
-    grid.setRowMinimumHeight(static_cast<int>(&line - lines_.data()) + 1, line.cmbStatus->sizeHint().height());
   }
 }
 

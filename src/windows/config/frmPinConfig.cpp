@@ -93,6 +93,7 @@ QWidget* frmPinConfig::BuildDetails() {
   noDetails_->setAlignment(Qt::AlignCenter);
   auto* grid = new QGridLayout(details);
   grid->setContentsMargins(0, 0, 0, 0);
+  grid->setVerticalSpacing(8);
   grid->addWidget(label1, 0, 0);
   // All on the same spot, which is as large as the largest of them needs.
   grid->addWidget(noDetails_, 1, 0);

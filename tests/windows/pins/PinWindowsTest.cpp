@@ -33,16 +33,21 @@ std::vector<QString> Mnemonics(const QWidget& window) {
   return all;
 }
 
-TEST(PinWindows, NoMnemonicStandsTwiceOnAPage) {
+TEST(PinWindows, NoMnemonicStandsTwiceOnAPageOrInTheMenuBar) {
   Desk desk;
   desk.Start();
+  std::vector<QString> menus;
+  for (const QAction* menu : desk.Main().menuBar()->actions()) {
+    menus.push_back(QKeySequence::mnemonic(menu->text()).toString());
+  }
   for (const QString& name : kWindows) {
     auto& window = desk.Open(name);
     auto* tabs = window.findChild<QTabWidget*>();
     for (int page = 0; page < (tabs == nullptr ? 1 : tabs->count()); ++page) {
       if (tabs != nullptr) tabs->setCurrentIndex(page);
-      const std::vector<QString> keys = Mnemonics(window);
+      std::vector<QString> keys = Mnemonics(window);
       EXPECT_GE(keys.size(), 3U);
+      keys.insert(keys.end(), menus.begin(), menus.end());
       EXPECT_EQ(std::set<QString>(keys.begin(), keys.end()).size(), keys.size()) << name.toStdString() << " " << page;
     }
   }
@@ -63,6 +68,56 @@ TEST(PinWindows, EveryControlTellsItsRegisterAndItsName) {
   EXPECT_EQ(desk.Get<QComboBox>(desk.Open("frmPinConfig"), "cmbPin25").toolTip(), "0x12 bits 5:4, Pin Config 3");
   EXPECT_EQ(desk.Get<QComboBox>(desk.Open("frmGPIO"), "cmbDir(4)").toolTip(), "0x0A bit 1, GPIO2_Bhvr");
   EXPECT_EQ(desk.Get<QWidget>(desk.Open("frmEasySetup"), "chkOption(4)").toolTip(), "Sets 0x2C bits 7:0, PWM 1-4 Max");
+}
+
+TEST(PinWindows, WhatIsNotAppliedYetIsMarkedAndItsTextStays) {
+  Desk desk;
+  desk.Start();
+  auto& window = desk.Open("frmPinConfig");
+  auto& tabs = desk.Get<QTabWidget>(window, "SSTab1");
+  const auto marked = [&](const QString& control) { return desk.Get<QWidget>(window, control).font().bold(); };
+  const QColor plain = tabs.tabBar()->tabTextColor(1);
+  desk.Pick(window, "cmbPin7", 0);
+  desk.Check(window, "optEasy(3)", true);
+  EXPECT_EQ(desk.Text(window, "cmbPin7"), "+12V1");
+  EXPECT_TRUE(marked("cmbPin7"));
+  EXPECT_FALSE(marked("cmbPin8"));
+  EXPECT_TRUE(marked("optEasy(3)"));
+  EXPECT_NE(tabs.tabBar()->tabTextColor(1), plain) << "the tab behind tells it too";
+  desk.Press(window, "cmdApply");
+  EXPECT_FALSE(marked("cmbPin7"));
+  EXPECT_TRUE(marked("optEasy(3)")) << "each Apply settles its own tab";
+  EXPECT_EQ(tabs.tabBar()->tabTextColor(1), plain);
+  desk.Pick(window, "cmbPin7", 1);
+  desk.Press(window, "cmdEasyApply");
+  EXPECT_FALSE(marked("optEasy(3)"));
+  EXPECT_FALSE(marked("cmbPin7")) << "overwritten by what the chip holds";
+
+  auto& gpio = desk.Open("frmGPIO");
+  desk.Pick(gpio, "cmbDir(1)", 1);
+  EXPECT_FALSE(desk.Get<QWidget>(gpio, "cmbDir(1)").font().bold()) << "written at once";
+}
+
+TEST(PinWindows, AnOptionsNumberThatReadsAsAnotherIsMarkedWithWhatGoesOut) {
+  Desk desk;
+  desk.Start();
+  auto& window = desk.Open("frmEasySetup");
+  auto& box = desk.Get<QLineEdit>(window, "txtOption");
+  const QColor plain = box.palette().color(QPalette::Text);
+  const QString place = "0x14 bits 4:0, Easy Config";
+  const std::vector<std::pair<const char*, QString>> cases{
+      {"2", place},
+      {"2.5", place + "\nGoes out as 0x02"},
+      {"0.5", place + "\nGoes out as 0x00"},
+      {"6", place + "\nOption value must be in range 1-5"},
+      {"two", place + "\nOption value must be in range 1-5"},
+      {"5", place},
+  };
+  for (const auto& [text, tip] : cases) {
+    desk.Type(window, "txtOption", text);
+    EXPECT_EQ(box.toolTip(), tip);
+    EXPECT_EQ(box.palette().color(QPalette::Text) == plain, tip == place) << text;
+  }
 }
 
 TEST(PinWindows, TheKeyboardAloneSuffices) {
