@@ -24,13 +24,14 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 class FilesTest : public testing::Test {
- protected:
+ public:
   FilesTest() {
     fs::remove_all(root);
     fs::create_directories(root);
   }
   ~FilesTest() override { fs::remove_all(root); }
 
+ protected:
   static void Put(const fs::path& file, const std::string& text) {
     fs::create_directories(file.parent_path());
     std::ofstream(file) << text << "\n";

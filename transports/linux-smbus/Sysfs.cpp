@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdio>
 #include <fstream>
 #include <optional>
@@ -69,7 +68,7 @@ bool HangsOnDisplay(const fs::path& device) {
 
 }  // namespace
 
-Sysfs::Sysfs(fs::path root) : devices_(std::move(root) / "bus/i2c/devices") {}
+Sysfs::Sysfs(const fs::path& root) : devices_(root / "bus/i2c/devices") {}
 
 std::vector<Adapter> Sysfs::Adapters() const {
   std::vector<Adapter> adapters;

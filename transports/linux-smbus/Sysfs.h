@@ -14,7 +14,7 @@ namespace zth::smbus {
 class Sysfs {
  public:
   /// `root` is where sysfs is mounted.
-  explicit Sysfs(std::filesystem::path root);
+  explicit Sysfs(const std::filesystem::path& root);
 
   std::vector<Adapter> Adapters() const;
   bool IsThere(int adapter) const;
