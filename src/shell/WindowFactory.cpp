@@ -4,7 +4,11 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/config/frmEDO.h"
+#include "windows/config/frmFanConfig.h"
 #include "windows/config/frmGenConfig.h"
+#include "windows/config/frmTherm.h"
+#include "windows/config/frmVoltConfig.h"
 
 namespace zth::shell {
 namespace {
@@ -24,7 +28,11 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmEDO", Make<windows::frmEDO>},
+    Row{"frmFanConfig", Make<windows::frmFanConfig>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
+    Row{"frmTherm", Make<windows::frmTherm>},
+    Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };
 
 const Row* FindRow(const QString& name) {
