@@ -4,10 +4,14 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/config/frmEDO.h"
 #include "windows/config/frmEasySetup.h"
+#include "windows/config/frmFanConfig.h"
 #include "windows/config/frmGPIO.h"
 #include "windows/config/frmGenConfig.h"
 #include "windows/config/frmPinConfig.h"
+#include "windows/config/frmTherm.h"
+#include "windows/config/frmVoltConfig.h"
 
 namespace zth::shell {
 namespace {
@@ -27,10 +31,14 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmEDO", Make<windows::frmEDO>},
     Row{"frmEasySetup", Make<windows::frmEasySetup>},
+    Row{"frmFanConfig", Make<windows::frmFanConfig>},
     Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
     Row{"frmPinConfig", Make<windows::frmPinConfig>},
+    Row{"frmTherm", Make<windows::frmTherm>},
+    Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };
 
 const Row* FindRow(const QString& name) {

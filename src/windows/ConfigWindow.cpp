@@ -34,7 +34,8 @@ void ConfigWindow::Finish(QWidget* body) {
   buttons->addStretch();
   for (QPushButton* button : {cmdOK, cmdCancel, cmdApply}) buttons->addWidget(button);
   auto* column = new QVBoxLayout(this);
-  column->addWidget(body, 1);
+  column->addWidget(body);
+  column->addStretch(1);
   column->addLayout(buttons);
 
   controls_ = new BoundControls(*this, plan_.rows);

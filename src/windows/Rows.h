@@ -7,6 +7,7 @@
 class QGridLayout;
 class QGroupBox;
 class QString;
+class QTabWidget;
 class QWidget;
 
 namespace zth::windows {
@@ -22,5 +23,9 @@ void BuildGroup(QGridLayout& grid, const QString& heading, std::span<const Bindi
 /// A frame with a caption, which may be empty, whose layout is a grid for BuildRows.
 QGroupBox* MakeFrame(const QString& name, const QString& caption, QWidget* parent);
 QGridLayout& GridOf(QGroupBox& frame);
+
+/// A page more on a tab strip: its grid, or the grid of a frame on it. The rows stand at the top.
+QGridLayout& AddPage(QTabWidget& tabs, const QString& caption);
+QGridLayout& AddFramedPage(QTabWidget& tabs, const QString& caption, const QString& frame, const QString& frameCaption);
 
 }  // namespace zth::windows
