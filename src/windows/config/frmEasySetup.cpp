@@ -82,6 +82,13 @@ frmEasySetup::frmEasySetup(const Context& context)
   buttons->addWidget(cmdApply);
   buttons->addWidget(cmdClose);
   column->addLayout(buttons);
+
+  setTabOrder(chkOption_[0], txtOption_);
+  setTabOrder(txtOption_, chkOption_[1]);
+  setTabOrder(chkOption_.back(), chkStartUp_);
+  setTabOrder(chkStartUp_, cmdApply);
+  setTabOrder(cmdApply, cmdClose);
+  chkOption_[0]->setFocus();
 }
 
 QWidget* frmEasySetup::BuildOptions() {

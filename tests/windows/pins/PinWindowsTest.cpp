@@ -53,6 +53,41 @@ TEST(PinWindows, NoMnemonicStandsTwiceOnAPageOrInTheMenuBar) {
   }
 }
 
+/// The controls that Tab visits on the page that shows, from the first on.
+QString TabWalk(const QWidget& window, const QString& first) {
+  auto* start = window.findChild<QWidget*>(first);
+  QStringList names;
+  QWidget* each = start;
+  do {
+    const bool visited = (each->focusPolicy() & Qt::TabFocus) != 0 && each->isVisible() && each->isEnabled();
+    if (visited && window.isAncestorOf(each) && each->focusProxy() == nullptr) names << each->objectName();
+    each = each->nextInFocusChain();
+  } while (each != start);
+  return names.join(' ');
+}
+
+TEST(PinWindows, TabFollowsTheReadingOrder) {
+  Desk desk;
+  desk.board.usbChips[0x58][0x10] = 0x1F;  // no pin is taken
+  desk.board.usbChips[0x58][0x09] = 0x02;  // GPIO 1 is an output
+  desk.Start();
+  EXPECT_EQ(TabWalk(desk.Open("frmEasySetup"), "chkOption(0)"),
+            "chkOption(0) txtOption chkOption(1) chkOption(2) chkOption(3) chkOption(4) chkOption(5) chkOption(6) "
+            "chkStartUp cmdApply cmdClose");
+  const QString gpio = TabWalk(desk.Open("frmGPIO"), "chkEnGPIO");
+  EXPECT_TRUE(gpio.startsWith("chkEnGPIO cmbDir(0) cmbPolarity(0) cmbStatus(0) cmbDir(1) cmbPolarity(1) cmbDir(2)"))
+      << gpio.toStdString();
+  EXPECT_TRUE(gpio.endsWith("cmbDir(7) cmbPolarity(7) cmdCancel")) << gpio.toStdString();
+  auto& pins = desk.Open("frmPinConfig");
+  EXPECT_EQ(TabWalk(pins, "optEasy(0)"),
+            "optEasy(0) optEasy(1) optEasy(2) optEasy(3) optEasy(4) cmdEasyApply cmdClose(0) qt_tabwidget_tabbar");
+  desk.Get<QTabWidget>(pins, "SSTab1").setCurrentIndex(1);
+  EXPECT_EQ(TabWalk(pins, "cmbPins1234_31_32"),
+            "cmbPins1234_31_32 cmbPin1 cmbPin2 cmbPin3 cmbPin4 cmbPin31 cmbPin32 cmbPins1516 cmbPin15 cmbPins1920 "
+            "cmbPin20 cmbPin13 cmbPin27 cmbPin28 cmbPin29 cmbPin7 cmbPin8 cmbPin21 cmbPin22 cmbPin23 cmbPin24 "
+            "cmbPin25 cmbPin26 cmdApply cmdClose(1) qt_tabwidget_tabbar");
+}
+
 TEST(PinWindows, EveryControlTellsItsRegisterAndItsName) {
   Desk desk;
   desk.Start();
