@@ -12,8 +12,8 @@ namespace zth::simulator {
 
 /// How a board is built.
 struct BoardOptions {
-  ChipOptions chip;
-  PlantOptions plant;
+  ChipOptions chip{};
+  PlantOptions plant{};
   /// The board carries the two ADG715s. Without them every connection is closed for good.
   bool switches = true;
   /// A diode of the user's stands at the D2 connector and senses the same spot: it takes over when the D2 switches part

@@ -24,8 +24,12 @@ std::size_t At(int i) {
 
 }  // namespace
 
-FaultClock::FaultClock(const FaultPlan& plan) : plan_(plan) {
-  for (const Fault& fault : plan_) left_.push_back(fault.count);
+FaultClock::FaultClock(const FaultPlan& plan, Link link) {
+  for (const Fault& fault : plan) {
+    if (fault.link.value_or(link) != link) continue;
+    plan_.push_back(fault);
+    left_.push_back(fault.count);
+  }
 }
 
 BoardFaults FaultClock::OnBoard(std::chrono::nanoseconds now) const {

@@ -23,11 +23,15 @@ enum class FaultKind : std::uint8_t {
   AdapterUnplugged,  ///< no transfer gets through
 };
 
+/// The two ways to a board.
+enum class Link : std::uint8_t { Usb, Smbus };
+
 /// One line of a plan.
 struct Fault {
   FaultKind kind = FaultKind::TransferFails;
   std::chrono::nanoseconds from{0};               ///< simulated time since the library was loaded
   std::optional<std::chrono::nanoseconds> until;  ///< empty: for good
+  std::optional<Link> link;                       ///< empty: on both
   int index = 0;
   double value = 0;
   int count = 0;
@@ -49,7 +53,8 @@ struct Transfer {
 /// A plan running against time.
 class FaultClock {
  public:
-  explicit FaultClock(const FaultPlan& plan);
+  /// Takes the lines that hold on a link.
+  FaultClock(const FaultPlan& plan, Link link);
 
   /// What stands on the board at a time.
   BoardFaults OnBoard(std::chrono::nanoseconds now) const;

@@ -22,7 +22,7 @@ struct Settings {
   bool firmwareRefused = false;
   int connectAtTry = 1;  ///< the first connect request that succeeds
 
-  FaultPlan faults;
+  FaultPlan faults{};
 };
 
 }  // namespace zth::simulator
