@@ -39,6 +39,10 @@ BoardFaults FaultClock::OnBoard(std::chrono::nanoseconds now) const {
     if (fault.kind == FaultKind::FanStalled) board.fanStalled[At(fault.index)] = true;
     if (fault.kind == FaultKind::HeaterStuck) board.heaterStuck[At(fault.index)] = fault.value / 100;
     if (fault.kind == FaultKind::DiodeOpen) board.diodeOpen[At(fault.index)] = true;
+    if (fault.kind == FaultKind::ThermLow) board.thermPulledLow[At(fault.index)] = true;
+    if (fault.kind == FaultKind::VrHot) board.vrHot[At(fault.index)] = true;
+    if (fault.kind == FaultKind::Pin27Asserted) board.pin27Asserted = true;
+    if (fault.kind == FaultKind::GpioLow) board.gpioPulledLow[At(fault.index)] = true;
     if (fault.kind == FaultKind::SupplyFactor)
       board.supplyFactor[static_cast<std::size_t>(fault.pin)] = fault.value / 100;
   }

@@ -20,6 +20,10 @@ enum class FaultKind : std::uint8_t {
   HeaterStuck,       ///< heater `index`, 0 or 1, runs at `value` percent
   DiodeOpen,         ///< diode `index`, 1 to 3, is parted
   SupplyFactor,      ///< the supply of `pin` stands at `value` percent of what it should be
+  ThermLow,          ///< somebody pulls THERM pin `index`, 0 or 1
+  VrHot,             ///< regulator `index`, 0 or 1, reports heat
+  Pin27Asserted,     ///< the case is open, or the FANMAX input is asserted, whichever the pin is
+  GpioLow,           ///< GPIO pin `index`, 0 to 7, is pulled low
   AdapterUnplugged,  ///< no transfer gets through
 };
 

@@ -142,29 +142,48 @@ Problem ReadRegisterFault(const Rest& words, Fault& fault) {
   return std::nullopt;
 }
 
+/// A fault of one numbered part: the words, its kind, the highest number, and what to say of another one.
+struct PartRow {
+  std::string_view pattern;
+  FaultKind kind;
+  int last;
+  std::string_view others;
+};
+
+constexpr PartRow kParts[] = {
+    {"fan # stalled", FaultKind::FanStalled, kTachs, "there are fans 1 to 8"},
+    {"heater # stuck at # %", FaultKind::HeaterStuck, kHeaters, "there are heaters 1 and 2"},
+    {"diode # open", FaultKind::DiodeOpen, 3, "there are diodes 1 to 3"},
+    {"therm # low", FaultKind::ThermLow, 2, "there are THERM pins 1 and 2"},
+    {"vr-hot # reported", FaultKind::VrHot, 2, "there are regulators 1 and 2"},
+    {"gpio # low", FaultKind::GpioLow, kGpios, "there are GPIOs 1 to 8"},
+};
+
+Problem ReadPartFault(const PartRow& part, const std::vector<double>& numbers, Fault& fault) {
+  if (!InRange(numbers[0], 1, part.last)) return std::string(part.others);
+  fault.kind = part.kind;
+  const bool countsLocal = part.kind == FaultKind::DiodeOpen;  // diode 1 is that of Remote 1
+  fault.index = static_cast<int>(numbers[0]) - (countsLocal ? 0 : 1);
+  if (numbers.size() < 2) return std::nullopt;
+  if (!InRange(numbers[1], 0, 100)) return "a heater runs at 0 to 100 %";
+  fault.value = numbers[1];
+  return std::nullopt;
+}
+
 Problem ReadBoardFault(const Rest& words, Fault& fault) {
   std::vector<double> n;
-  if (Matches(words, "fan # stalled", n)) {
-    if (!InRange(n[0], 1, kTachs)) return "there are fans 1 to 8";
-    fault.kind = FaultKind::FanStalled;
-    fault.index = static_cast<int>(n[0]) - 1;
-  } else if (Matches(words, "heater # stuck at # %", n)) {
-    if (!InRange(n[0], 1, kHeaters)) return "there are heaters 1 and 2";
-    if (!InRange(n[1], 0, 100)) return "a heater runs at 0 to 100 %";
-    fault.kind = FaultKind::HeaterStuck;
-    fault.index = static_cast<int>(n[0]) - 1;
-    fault.value = n[1];
-  } else if (Matches(words, "diode # open", n)) {
-    if (!InRange(n[0], 1, 3)) return "there are diodes 1 to 3";
-    fault.kind = FaultKind::DiodeOpen;
-    fault.index = static_cast<int>(n[0]);
-  } else if (Matches(words, "supply pin # at # %", n)) {
+  for (const PartRow& part : kParts) {
+    if (Matches(words, part.pattern, n)) return ReadPartFault(part, n, fault);
+  }
+  if (Matches(words, "supply pin # at # %", n)) {
     const auto pin = PinByNumber(n[0]);
     if (!pin) return "no supply is measured on that pin";
     if (!InRange(n[1], 0, 200)) return "a supply stands at 0 to 200 %";
     fault.kind = FaultKind::SupplyFactor;
     fault.pin = *pin;
     fault.value = n[1];
+  } else if (Matches(words, "pin 27 asserted", n)) {
+    fault.kind = FaultKind::Pin27Asserted;
   } else if (Matches(words, "adapter unplugged", n)) {
     fault.kind = FaultKind::AdapterUnplugged;
     fault.link = Link::Usb;

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -82,7 +84,7 @@ TEST(Board, AHeaterWarmsItsDiodeInSecondsAndTheCurveAnswers) {
 }
 
 TEST(Board, TheSwitchesPartWhatHangsOnThem) {
-  Board board;
+  Board board({.diodeAtD2Connector = false});
   Chip& chip = board.TheChip();
   chip.Write(0x07, 0xFF);
   for (const int reg : {0x21, 0x22}) chip.Write(static_cast<std::uint8_t>(reg), 0x90);  // PWM1 and PWM2 off
@@ -113,13 +115,67 @@ TEST(Board, TheSwitchesPartWhatHangsOnThem) {
 }
 
 TEST(Board, ADiodeAtTheConnectorTakesOverWhenD2IsParted) {
-  Board board({.diodeAtD2Connector = true});
+  Board board;
+  board.Advance(1s);
   board.WritePort(0x4A, 0x3C);
   board.SetHeater(2, 100);
   const double before = board.ThePlant().TemperatureC(2);
   board.Advance(20s);
+  EXPECT_EQ(board.TheChip().Read(0xC0), 0x40) << "the change-over is an open diode for a moment";
   EXPECT_EQ(board.TheChip().Read(0xC0), 0);
   EXPECT_GT(Celsius(board, 2), before + 3);
+}
+
+TEST(Board, TheDynamicTminDemoIsAShow) {
+  Board board;
+  Chip& chip = board.TheChip();
+  const auto write = [&chip](int reg, int value) {
+    chip.Write(static_cast<std::uint8_t>(reg), static_cast<std::uint8_t>(value));
+  };
+  const auto tmin = [&chip] { return chip.Peek(0x5E) - 64; };
+  board.Advance(120s);
+  board.WritePort(0x4A, 0x3C);
+  for (const int pwm : {0, 1, 2, 3}) write(0x21 + pwm, 0x51);
+  for (const auto& [reg, value] : {std::pair{0x0D, 0x02},
+                                   {0x2C, 0xFF},
+                                   {0x02, 0x40},
+                                   {0x07, 0x0F},
+                                   {0x0B, 0x22},
+                                   {0x64, 0x20},
+                                   {0x62, 0xB2},
+                                   {0x52, 0x9A},
+                                   {0x5B, 0x95},
+                                   {0x5E, 0x68},
+                                   {0x46, 0x5F},
+                                   {0x4A, 0x6D},
+                                   {0x01, 0x21}}) {
+    write(reg, value);
+  }
+  // Far below the operating point, Tmin goes up to the high limit, the fans stop and Remote 2 warms past 35 degrees.
+  ASSERT_LT(Celsius(board, 2), 35);
+  int seconds = 0;
+  for (; Celsius(board, 2) < 35 && seconds < 120; ++seconds) board.Advance(1s);
+  EXPECT_LT(seconds, 60);
+  EXPECT_GT(tmin(), 40);
+  EXPECT_EQ(chip.Duty(2), 0);
+
+  // The forced THERM2 event loads the operating point; Tmin comes down and the fans answer.
+  write(0x52, 0x40);
+  board.Advance(500ms);
+  write(0x52, 0x9A);
+  EXPECT_EQ(chip.Peek(0x5B), 64 + 35);
+  int lowest = tmin(), highestDuty = 0;
+  double hottest = 0;
+  for (int i = 0; i < 180; ++i) {
+    board.Advance(1s);
+    lowest = std::min(lowest, tmin());
+    highestDuty = std::max<int>(highestDuty, chip.Duty(2));
+    if (i > 60) hottest = std::max(hottest, Celsius(board, 2));
+  }
+  EXPECT_LT(lowest, 36);
+  EXPECT_GE(lowest, 31);
+  EXPECT_GE(highestDuty, 0x80);
+  EXPECT_LT(hottest, 38) << "held near the operating point";
 }
 
 TEST(Board, TheSameSeedAndTimeGiveTheSameBytesHoweverTheTimeIsCut) {

@@ -134,6 +134,24 @@ TEST(Faults, DiodesAndSuppliesFailByNumber) {
   EXPECT_EQ(usb.Read(0xC4), 0x08);
 }
 
+TEST(Faults, PinsAreHeldByHand) {
+  Usb usb("fault at 1 therm 1 low\nfault at 1 vr-hot 2 reported\nfault at 1 pin 27 asserted\nfault at 1 gpio 3 low\n");
+  usb.Write(0x12, 0x4A);  // pin 26 is VR_Hot2
+  usb.Write(0x10, 0x7B);  // pin 3 is GPIO 3
+  usb.Write(0x03, 0x01);
+  usb.Wait(900ms);
+  EXPECT_EQ(usb.Read(0xC1), 0x00);
+  EXPECT_EQ(usb.Read(0xBF), 0x04);
+  usb.Wait(1s);
+  EXPECT_EQ(usb.Read(0xC1), 0x86);
+  EXPECT_EQ(usb.Read(0xC6), 0x80);
+  EXPECT_EQ(usb.Read(0xBF), 0x00);
+  usb.Ask(0xDF, 0x4A, 0x3B, 0, 0);  // the THERM1 switch parts the pin from whoever pulls it
+  usb.Wait(1s);
+  usb.Read(0xC1);
+  EXPECT_EQ(usb.Read(0xC1), 0x80);
+}
+
 TEST(Faults, AnUnpluggedAdapterAnswersNothingAndTheBusOfThePcGoesOn) {
   const std::string plan = "fault from 1 to 2 adapter unplugged\n";
   Usb usb(plan);

@@ -104,7 +104,7 @@ TEST(UsbAdapter, RefusesItsFirmwareWhenToldTo) {
 }
 
 TEST(UsbAdapter, HoldsAsManyChipsAsTheSettingsSayWithSwitchesOnTheFirst) {
-  Usb usb(Settings{.noise = 0, .usbChips = {0x5C, 0x58}});
+  Usb usb(Settings{.noise = 0, .diodeAtD2Connector = false, .usbChips = {0x5C, 0x58}});
   EXPECT_EQ(usb.Write(0x58, 0x2C, 1), 0);
   EXPECT_EQ(usb.Write(0x5C, 0x2C, 2), 0);
   EXPECT_EQ(usb.Read(0x58, 0x2C), 1);

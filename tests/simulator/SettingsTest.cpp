@@ -25,7 +25,7 @@ TEST(SimulatorSettings, AnEmptyTextMeansTheDefaults) {
 TEST(SimulatorSettings, EveryKeyIsTaken) {
   const auto parsed = ParseSettings(
       "seed = 12345\r\nambient = -5.5  # a cold room\ntime-factor = 20\nrevision = 3\nfan-pulses = 4\nnoise = 0\n"
-      "d2-connector = diode\nusb = 0x58 0x5C\nsmbus = none\nfirmware = refused\nconnect-at-try = 21");
+      "d2-connector = open\nusb = 0x58 0x5C\nsmbus = none\nfirmware = refused\nconnect-at-try = 21");
   ASSERT_TRUE(std::holds_alternative<Settings>(parsed));
   const auto& s = std::get<Settings>(parsed);
   EXPECT_EQ(s.seed, 12345U);
@@ -34,7 +34,7 @@ TEST(SimulatorSettings, EveryKeyIsTaken) {
   EXPECT_EQ(s.revision, 3);
   EXPECT_EQ(s.fanPulses, 4);
   EXPECT_EQ(s.noise, 0);
-  EXPECT_TRUE(s.diodeAtD2Connector);
+  EXPECT_FALSE(s.diodeAtD2Connector);
   EXPECT_EQ(s.usbChips, (std::vector<std::uint8_t>{0x58, 0x5C}));
   EXPECT_TRUE(s.smbusChips.empty());
   EXPECT_TRUE(s.firmwareRefused);
@@ -91,6 +91,9 @@ TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
                          Row{"fault at 5 heater 3 stuck at 5 %", "heaters"},
                          Row{"fault at 5 heater 1 stuck at 101 %", "0 to 100"},
                          Row{"fault at 5 diode 0 open", "diodes"},
+                         Row{"fault at 5 therm 3 low", "THERM"},
+                         Row{"fault at 5 vr-hot 0 reported", "regulators"},
+                         Row{"fault at 5 gpio 9 low", "GPIOs"},
                          Row{"fault at 5 supply pin 14 at 80 %", "pin"},
                          Row{"fault at 5 register 0x100 stuck at 0", "0xFF"},
                          Row{"fault at 5 register 1 bit 8 flipped", "0 to 7"},

@@ -161,7 +161,7 @@ TEST(Status, AlertGoesByTheMasksAndItsMode) {
 TEST(Status, RegulatorHeatAndAnOpenCaseShowWherePinsReportThem) {
   ChipOnBench bench;
   bench.pins.vrHot = {true, true};
-  bench.pins.chassisOpen = true;
+  bench.pins.pin27Asserted = true;
   bench.Convert();
   EXPECT_EQ(bench.Read(0xC1), 0x00);
   EXPECT_EQ(bench.Read(0xC6), 0x80);
@@ -169,7 +169,9 @@ TEST(Status, RegulatorHeatAndAnOpenCaseShowWherePinsReportThem) {
   bench.Convert();
   EXPECT_EQ(bench.Read(0xC1), 0xC0);
   bench.Read(0xC6);
-  EXPECT_EQ(bench.Read(0xC6), 0x00);
+  EXPECT_EQ(bench.Read(0xC6), 0x08) << "the pin is FANMAX now";
+  EXPECT_EQ(bench.Read(0xBE), 0x80) << "the host's copy, not read so far, has no bit for it";
+  EXPECT_EQ(bench.Read(0xBE), 0x00);
 }
 
 /// Pins 1 to 4, 28, 29, 31 and 32 as GPIOs, enabled.
