@@ -110,7 +110,7 @@ void StripPainter::PaintXLabels(QPainter& painter, const StripScene& scene, cons
   const QString unit = scene.IsXY() ? scene.setup.xUnit.trimmed()
                        : clock      ? QStringLiteral("h:m:s")
                                     : QStringLiteral("s");
-  const double left = layout_.plot.right() + 16 + kStripHandle;
+  const double left = layout_.plot.right() + 20 + kStripHandle;
   if (!layout_.legend.empty()) {
     painter.setPen(colours.faint);
     text_.Draw(painter, QPointF(left + 4, row.top()), unit);
@@ -148,8 +148,10 @@ void StripPainter::PaintLegend(QPainter& painter, const StripScene& scene, const
                   scene.TraceAt(label.trace).style, shown, colours);
     }
     painter.setPen(shown ? colours.text : colours.faint);
-    const bool heading = !scene.HasTrace(label.trace);
-    const QRect room = row.rect.adjusted(heading || !traced ? 0 : kLegendSample, 0, 0, 0);
+    // A text without a sample keeps its column where it fits, and else takes the sample's room.
+    const bool indented =
+        traced || (scene.HasTrace(label.trace) && text_.Width(label.text) <= row.rect.width() - kLegendSample);
+    const QRect room = row.rect.adjusted(indented ? kLegendSample : 0, 0, 0, 0);
     if (text_.Width(label.text) <= room.width()) {
       text_.Draw(painter, QPointF(room.left(), std::round(middle - text_.Height() / 2.0)), label.text);
     } else {

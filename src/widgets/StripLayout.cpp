@@ -7,7 +7,7 @@ namespace zth::widgets {
 namespace {
 
 constexpr int kMargin = 6;
-constexpr int kRightMargin = 26;  // half the last x label and a handle
+constexpr int kRightMargin = 32;  // half the last x label and a handle
 constexpr int kLegendGap = 14;
 constexpr int kGrip = 5;  // how far around a handle a press still means it
 constexpr double kMostLegend = 0.42;
@@ -21,7 +21,11 @@ int LegendWidthFor(const StripScene& scene, StripText& text, int widgetWidth) {
     widest = std::max(widest, text.Width(label.text));
   }
   if (!any) return 0;
-  widest = std::max(widest, text.Width(scene.setup.widestLegend));
+  // A window that tells what to expect keeps its plot: a text much longer than that wraps.
+  if (!scene.setup.widestLegend.isEmpty()) {
+    const int expected = text.Width(scene.setup.widestLegend);
+    widest = std::clamp(widest, expected, expected * 5 / 4);
+  }
   return std::min(widest + kLegendSample + kMargin, static_cast<int>(widgetWidth * kMostLegend));
 }
 
@@ -66,7 +70,7 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
   if (given.xDivisions > 0 && scene.view.XEnd() == given.xMax && scene.view.XBegin() == given.xMin) {
     xTicks = EvenTicks(given.xMin, given.xMax, given.xDivisions);
   } else if (scene.IsXY()) {
-    xTicks = RoundTicks(scene.view.XBegin(), scene.view.XEnd(), most);
+    xTicks = RoundTicks(scene.view.XBegin(), scene.view.XEnd(), std::max(2, plot.width() / 64));
   } else {
     xTicks = TimeTicks(scene.view.XBegin(), scene.view.XEnd(), std::max(most, std::min(11, plot.width() / 48)));
   }
@@ -127,8 +131,8 @@ void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, int left
 void StripLayout::PlaceHandles(const StripScene& scene) {
   using Kind = StripPart::Kind;
   const int middle = xLabels.center().y() - kStripHandle / 2;
-  handles.push_back({{Kind::XLow, 0}, QRect(plot.left() - 16 - kStripHandle, middle, kStripHandle, kStripHandle)});
-  handles.push_back({{Kind::XHigh, 0}, QRect(plot.right() + 14, middle, kStripHandle, kStripHandle)});
+  handles.push_back({{Kind::XLow, 0}, QRect(plot.left() - 18 - kStripHandle, middle, kStripHandle, kStripHandle)});
+  handles.push_back({{Kind::XHigh, 0}, QRect(plot.right() + 18, middle, kStripHandle, kStripHandle)});
   for (int i = 0; i < static_cast<int>(zones.size()); ++i) {
     const QRect& zone = zones[static_cast<std::size_t>(i)];
     handles.push_back({{Kind::YHigh, i}, QRect(kMargin - 2, zone.top(), kStripHandle, kStripHandle)});
@@ -147,8 +151,9 @@ StripPart StripLayout::PartAt(QPoint point, bool held) const {
   for (const Handle& handle : handles) {
     if (handle.part.kind == Kind::Border) {
       // The whole gap between the zones is the handle.
-      const QRect gap(plot.left(), handle.rect.top() - 2, plot.width(), handle.rect.height() + 4);
-      if (gap.contains(point)) return handle.part;
+      const auto upper = static_cast<std::size_t>(handle.part.index);
+      const QRect gap(QPoint(plot.left(), zones[upper].bottom() + 1), QPoint(plot.right(), zones[upper + 1].top() - 1));
+      if (gap.united(handle.rect).contains(point)) return handle.part;
     } else if (handle.rect.adjusted(-kGrip, -kGrip, kGrip, kGrip).contains(point)) {
       return handle.part;
     }

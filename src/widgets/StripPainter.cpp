@@ -34,7 +34,7 @@ bool NeedsSeam(const QColor& colour) {
 }
 
 QColor SeamOf(const QColor& colour) {
-  return colour.darker(190);
+  return colour.darker(140);
 }
 
 }  // namespace

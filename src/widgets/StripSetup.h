@@ -63,7 +63,7 @@ struct StripSetup {
   std::vector<StripAxis> axes = {StripAxis{}};
   std::vector<StripTrace> traces = {};
   std::vector<StripLabel> labels = {};
-  QString widestLegend = {};  ///< a text as wide as a legend row will get, so that live values do not move the plot
+  QString widestLegend = {};  ///< a text as wide as a row will get, so that live values do not move the plot
 };
 
 }  // namespace zth::widgets
