@@ -7,12 +7,13 @@
 namespace zth::platform {
 
 /// Wraps a handler so that no ProcessEnded crosses an event handler of Qt: the handler is given up where it was, and
-/// since the link refuses every further transfer once the process has ended, nothing reaches the board behind it.
+/// since the link refuses every further transfer once the process has ended, nothing reaches the board behind it. What
+/// the signal carries is dropped; a handler asks the control.
 template <typename Handler>
 auto Guarded(Handler handler) {
-  return [handler = std::move(handler)](auto&&... arguments) mutable {
+  return [handler = std::move(handler)]() mutable {
     try {
-      handler(std::forward<decltype(arguments)>(arguments)...);
+      handler();
     } catch (const ProcessEnded&) {  // the end has been recorded by whoever threw it
     }
   };

@@ -278,7 +278,7 @@ TEST_F(StripTest, MovesTheZonesByTheirBorderAndTellsTheWindow) {
 }
 
 TEST_F(StripTest, AClickOnALegendEntryHidesItsTrace) {
-  for (int i = 0; i < 400; ++i) Feed(0, 20 + 10 * std::sin(i * 0.1));
+  for (int i = 0; i < 2000; ++i) Feed(0, 20 + 10 * std::sin(i * 0.1));
   EXPECT_GT(PixelsOf(Qt::blue), 50);
   QTest::mouseClick(&strip, Qt::LeftButton, Qt::NoModifier, {770, 36});
   EXPECT_FALSE(strip.TraceVisible(0));

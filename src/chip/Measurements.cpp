@@ -1,0 +1,137 @@
+#include "chip/Measurements.h"
+
+#include <algorithm>
+
+#include "chip/Conversions.h"
+#include "link/Declarations.h"
+#include "link/USBStuff.h"
+
+namespace zth::chip {
+
+MeasurementSet Measurements;
+std::array<LogChannel, kLogChannels> LogChannelTable;
+std::int32_t TachClock = 0;
+std::int16_t ChipRevision = 0;
+bool PollEnabled = true;
+std::int32_t PollPeriodMs = 100;
+
+namespace {
+
+constexpr int kFirstTachRow = 4;
+constexpr int kFirstPwmRow = 12;
+constexpr int kFirstVoltageRow = 16;
+constexpr int kFirstTminRow = 39;
+constexpr int kFirstOpPointRow = 43;
+
+/// Reads a run of registers and takes it out of the shared buffer.
+template <std::size_t kCount>
+std::array<std::uint8_t, kCount> ReadBlock(std::int32_t first) {
+  link::ReadRegisterBlock(link::DeviceAddress, first, static_cast<std::int16_t>(kCount));
+  std::array<std::uint8_t, kCount> bytes{};
+  std::copy_n(link::ReadBuffer.begin(), kCount, bytes.begin());
+  return bytes;
+}
+
+template <typename Values>
+void StoreRows(int firstRow, const Values& values) {
+  auto row = LogChannelTable.begin() + firstRow;
+  for (const auto value : values) (row++)->Value = static_cast<float>(value);
+}
+
+void ReadTemperatures() {
+  const auto bytes = ReadBlock<8>(0x88);
+  for (std::size_t i = 0; i < 4; ++i) {
+    Measurements.Temperature[i] = TemperatureFromBytes(bytes[2 * i], bytes[2 * i + 1]);
+  }
+  StoreRows(0, Measurements.Temperature);
+}
+
+void ReadTachs() {
+  for (std::size_t half = 0; half < 2; ++half) {
+    const auto bytes = ReadBlock<8>(half == 0 ? 0x98 : 0xA2);
+    for (std::size_t i = 0; i < 4; ++i) {
+      const std::int32_t count = bytes[2 * i + 1] * 256 + bytes[2 * i];
+      Measurements.TachRpm[4 * half + i] = TachCountToRpm(count, TachClock);
+    }
+  }
+  StoreRows(kFirstTachRow, Measurements.TachRpm);
+}
+
+void ReadPwms() {
+  const auto bytes = ReadBlock<4>(0xAA);
+  for (std::size_t i = 0; i < 4; ++i) {
+    Measurements.PwmPercent[i] = PercentFromByte(PwmRawNormalise(bytes[i], ChipRevision));
+  }
+  StoreRows(kFirstPwmRow, Measurements.PwmPercent);
+}
+
+void ReadVoltages() {
+  std::array<std::uint8_t, 256> raw{};
+  const auto read = [&raw]<std::size_t kCount>(std::uint8_t first, std::integral_constant<std::size_t, kCount>) {
+    const auto bytes = ReadBlock<kCount>(first);
+    std::copy(bytes.begin(), bytes.end(), raw.begin() + first);
+  };
+  read(0x8B, std::integral_constant<std::size_t, 1>());
+  read(0x8F, std::integral_constant<std::size_t, 8>());
+  read(0xA3, std::integral_constant<std::size_t, 7>());
+  for (std::size_t i = 0; i < kVoltageInputs.size(); ++i) {
+    Measurements.Voltage[i] = VoltageFromRaw(raw[kVoltageInputs[i].reg], kVoltageInputs[i].scale);
+  }
+  StoreRows(kFirstVoltageRow, Measurements.Voltage);
+}
+
+void ReadThermOnTimes() {
+  const auto bytes = ReadBlock<2>(0xAE);
+  for (std::size_t i = 0; i < 2; ++i) Measurements.ThermPercent[i] = PercentFromByte(bytes[i]);
+}
+
+void ReadDynamicTminState() {
+  const auto remotePair = [](std::int32_t first, std::array<std::int16_t, 3>& values) {
+    const auto bytes = ReadBlock<2>(first);
+    values[1] = DegreesFromByte(bytes[0]);
+    values[2] = DegreesFromByte(bytes[1]);
+  };
+  remotePair(0x5A, Measurements.PolledOpPoint);
+  const auto tmins = ReadBlock<4>(0x5C);
+  std::transform(tmins.begin(), tmins.end(), Measurements.PolledTmin.begin(), DegreesFromByte);
+  remotePair(0x49, Measurements.PolledHighLimit);
+  remotePair(0x45, Measurements.PolledLowLimit);
+  StoreRows(kFirstTminRow, Measurements.PolledTmin);
+  StoreRows(kFirstOpPointRow, std::array{Measurements.PolledOpPoint[1], Measurements.PolledOpPoint[2]});
+}
+
+}  // namespace
+
+void ReadMeasurementGroup(std::int16_t group) {
+  switch (group) {
+    case 1:
+      return ReadTemperatures();
+    case 2:
+      return ReadTachs();
+    case 3:
+      return ReadPwms();
+    case 4:
+      return ReadVoltages();
+    case 5:
+      return ReadThermOnTimes();
+    case 6:
+      return ReadDynamicTminState();
+    default:
+      return;
+  }
+}
+
+void ResetChip() {
+  Measurements = {};
+  LogChannelTable = {};
+  TachClock = 0;
+  ChipRevision = 0;
+  PollEnabled = true;
+  PollPeriodMs = 100;
+  PinFunctions = {};
+  VoltagePresent = {};
+  VoltageName = {};
+  BoardSwitch = {};
+}
+
+}  // namespace zth::chip

@@ -1,0 +1,164 @@
+#include "chip/PinModel.h"
+
+#include <algorithm>
+
+#include "base/BitField.h"
+#include "chip/Measurements.h"
+#include "link/Declarations.h"
+#include "link/RegisterHooks.h"
+#include "link/USBStuff.h"
+
+namespace zth::chip {
+
+PinFunctionFlags PinFunctions;
+std::array<bool, kVoltageChannels> VoltagePresent{};
+std::array<std::string, kVoltageChannels> VoltageName;
+std::array<bool, 16> BoardSwitch{};
+
+namespace {
+
+constexpr std::int32_t kPinConfig1 = 0x10;
+
+std::int16_t Bit(unsigned whole, std::uint8_t shift) {
+  return static_cast<std::int16_t>(base::GetField(whole, {shift, 1}));
+}
+
+std::int16_t ThreeWay(unsigned whole, std::uint8_t shift) {
+  return static_cast<std::int16_t>(std::min(base::GetField(whole, {shift, 2}), 2U));
+}
+
+/// State of pin 23 or 24: 0 +2.5V, 1 +1.8V, 2 Vccp, 3 +1.5V.
+std::int16_t SupplyState(unsigned whole, std::uint8_t shift) {
+  static constexpr std::array<std::int16_t, 4> kStateOfField{2, 0, 1, 3};
+  return kStateOfField[base::GetField(whole, {shift, 2})];
+}
+
+std::array<bool, kVoltageChannels> PresentVoltages(const PinFunctionFlags& pins) {
+  return {
+      pins.Pin7 == 0,
+      pins.Pin8 == 0,
+      pins.Pin13 == 0,
+      !pins.D1 && pins.Pin15 == 0,
+      !pins.D1 && pins.Pin15 == 1,
+      !pins.D3 && pins.Pin20 == 0,
+      !pins.D3 && pins.Pin20 == 1,
+      pins.Pin21 == 0,
+      pins.Pin22 == 0,
+      pins.Pin23 == 2,
+      pins.Pin23 == 3,
+      pins.Pin23 == 1,
+      pins.Pin23 == 0,
+      pins.Pin24 == 2,
+      pins.Pin24 == 3,
+      pins.Pin24 == 1,
+      pins.Pin24 == 0,
+      pins.Pin25 == 1,
+      pins.Pin25 == 0,
+      pins.Pin26 == 1,
+      pins.Pin26 == 0,
+      pins.Pin28 == 1,
+      pins.Pin29 == 1,
+  };
+}
+
+void SetAvailability(const PinFunctionFlags& pins) {
+  const auto set = [](int row, bool available) {
+    LogChannelTable[static_cast<std::size_t>(row)].Available = available ? 1.0F : 0.0F;
+  };
+  const std::array temperatures{true, pins.D1, true, pins.D3};
+  const std::array tachs{pins.Pin1 == 1, pins.Pin2 == 1, pins.Pin3 == 1,  pins.Pin4 == 1,
+                         pins.Pin7 == 1, pins.Pin8 == 1, pins.Pin21 == 1, pins.Pin22 == 1};
+  const std::array pwms{pins.Pin31 == 1, pins.Pin32 == 1, true, pins.Pin13 == 1};
+  int row = 0;
+  for (const bool available : temperatures) set(row++, available);
+  for (const bool available : tachs) set(row++, available);
+  for (const bool available : pwms) set(row++, available);
+  for (const bool available : VoltagePresent) set(row++, available);
+  while (row < kLogChannels) set(row++, true);
+}
+
+}  // namespace
+
+PinFunctionFlags DecodePinFunctions(const std::array<std::uint8_t, 4>& configs) {
+  const auto [config1, config2, config3, config4] = configs;
+  PinFunctionFlags pins;
+  pins.Vid = base::GetBit(config1, 7);
+  pins.D1 = base::GetBit(config1, 6);
+  pins.D3 = base::GetBit(config1, 5);
+  pins.Pin1 = Bit(config1, 4);
+  pins.Pin2 = Bit(config1, 3);
+  pins.Pin3 = Bit(config1, 2);
+  pins.Pin4 = Bit(config1, 1);
+  pins.Pin7 = Bit(config1, 0);
+  pins.Pin8 = Bit(config2, 7);
+  pins.Pin13 = Bit(config2, 6);
+  pins.Pin15 = Bit(config2, 5);
+  pins.Pin20 = Bit(config2, 4);
+  pins.Pin21 = Bit(config2, 3);
+  pins.Pin22 = Bit(config2, 2);
+  pins.Pin23 = SupplyState(config2, 0);
+  pins.Pin24 = SupplyState(config3, 6);
+  pins.Pin25 = ThreeWay(config3, 4);
+  pins.Pin26 = ThreeWay(config3, 2);
+  pins.Pin27 = Bit(config3, 1);
+  pins.Pin28 = ThreeWay(config4, 6);
+  pins.Pin29 = ThreeWay(config4, 4);
+  pins.Pin31 = Bit(config4, 3);
+  pins.Pin32 = Bit(config4, 2);
+  return pins;
+}
+
+void ReadPinConfiguration() {
+  link::ReadRegisterBlock(link::DeviceAddress, kPinConfig1, 4);
+  std::array<std::uint8_t, 4> configs{};
+  std::copy_n(link::ReadBuffer.begin(), configs.size(), configs.begin());
+  PinFunctions = DecodePinFunctions(configs);
+  VoltagePresent = PresentVoltages(PinFunctions);
+  SetAvailability(PinFunctions);
+}
+
+std::uint8_t PackSwitchByte(int device) {
+  unsigned port = 0;
+  for (std::size_t bit = 0; bit < 8; ++bit) {
+    if (BoardSwitch[8 * static_cast<std::size_t>(device) + bit]) port |= 1U << bit;
+  }
+  return static_cast<std::uint8_t>(port);
+}
+
+void ResetBoardSwitches() {
+  for (const std::size_t closed : {0U, 1U, 12U, 13U, 14U, 15U}) BoardSwitch[closed] = true;
+  link::WriteBoardPort(kSwitchDevice0, PackSwitchByte(0));
+  link::WriteBoardPort(kSwitchDevice1, PackSwitchByte(1));
+}
+
+void UpdateBoardSwitches() {
+  BoardSwitch[2] = PinFunctions.Pin28 == 2;
+  BoardSwitch[3] = PinFunctions.Pin29 == 2;
+  BoardSwitch[4] = PinFunctions.Pin31 == 1;
+  BoardSwitch[5] = PinFunctions.Pin32 == 1;
+  BoardSwitch[6] = false;
+  BoardSwitch[7] = false;
+  link::WriteBoardPort(kSwitchDevice0, PackSwitchByte(0));
+  BoardSwitch[8] = PinFunctions.Pin1 == 1;
+  BoardSwitch[9] = PinFunctions.Pin2 == 1;
+  BoardSwitch[10] = PinFunctions.Pin3 == 1;
+  BoardSwitch[11] = PinFunctions.Pin4 == 1;
+  link::WriteBoardPort(kSwitchDevice1, PackSwitchByte(1));
+}
+
+void InitVoltageNames() {
+  for (std::size_t channel = 0; channel < kVoltageInputs.size(); ++channel) {
+    VoltageName[channel] = kVoltageInputs[channel].name;
+  }
+}
+
+void EnterPinHooks() {
+  for (std::int32_t reg = kPinConfig1; reg <= kPinConfig1 + 4; ++reg) {
+    link::OnRegisterWrite(reg, [] {
+      ReadPinConfiguration();
+      UpdateBoardSwitches();
+    });
+  }
+}
+
+}  // namespace zth::chip

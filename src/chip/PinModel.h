@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+/// What each multi-function pin does at present, derived once for all from the pin configuration registers, and the
+/// board's two ADG715 switches that follow it.
+namespace zth::chip {
+
+/// A flag of one bit holds 0 or 1. `Pin25`, `Pin26`, `Pin28` and `Pin29` hold 0, 1 or 2 (fields 2 and 3 both give 2).
+/// `Pin23` and `Pin24` hold a state, not the field: 0 +2.5V, 1 +1.8V, 2 Vccp, 3 +1.5V.
+struct PinFunctionFlags {
+  bool Vid = false;
+  bool D1 = false;  ///< pins 15, 16 are the diode pair of Remote 1
+  bool D3 = false;  ///< pins 19, 20 are the diode pair of Remote 3
+  std::int16_t Pin1 = 0, Pin2 = 0, Pin3 = 0, Pin4 = 0, Pin7 = 0;
+  std::int16_t Pin8 = 0, Pin13 = 0, Pin15 = 0, Pin20 = 0, Pin21 = 0, Pin22 = 0;
+  std::int16_t Pin23 = 0, Pin24 = 0, Pin25 = 0, Pin26 = 0, Pin27 = 0;
+  std::int16_t Pin28 = 0, Pin29 = 0, Pin31 = 0, Pin32 = 0;
+
+  bool operator==(const PinFunctionFlags&) const = default;
+};
+
+extern PinFunctionFlags PinFunctions;
+
+inline constexpr int kVoltageChannels = 23;
+
+/// Which voltage channels the pins provide; at most one of each pin.
+extern std::array<bool, kVoltageChannels> VoltagePresent;
+
+/// Short names of the voltage channels, as "12V1"; filled by InitVoltageNames.
+extern std::array<std::string, kVoltageChannels> VoltageName;
+
+/// Wanted state of the switches, true for closed: 0 to 7 are bits 0 to 7 of the ADG715 at 0x4A, 8 to 15 of that at
+/// 0x48.
+extern std::array<bool, 16> BoardSwitch;
+
+inline constexpr std::int32_t kSwitchDevice0 = 0x4A;
+inline constexpr std::int32_t kSwitchDevice1 = 0x48;
+
+/// The flags for the bytes of 0x10 to 0x13.
+PinFunctionFlags DecodePinFunctions(const std::array<std::uint8_t, 4>& configs);
+
+/// Reads 0x10 to 0x13 of the chip in use in one block and renews `PinFunctions`, `VoltagePresent` and the `Available`
+/// column of `LogChannelTable`.
+void ReadPinConfiguration();
+
+/// Derives the routing switches from `PinFunctions` and writes both devices, 0x4A first. Each is derived just before
+/// its write.
+void UpdateBoardSwitches();
+
+/// The start pattern of the switches, written to both devices.
+void ResetBoardSwitches();
+
+/// The port byte of device 0 (at 0x4A) or 1 (at 0x48).
+std::uint8_t PackSwitchByte(int device);
+
+void InitVoltageNames();
+
+/// Enters into the link's hooks: a write to 0x10 to 0x14 renews the flags and the switches. 0x14 holds no pin field,
+/// but the chip sets the others by itself when it is written.
+void EnterPinHooks();
+
+}  // namespace zth::chip

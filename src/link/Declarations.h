@@ -1,0 +1,69 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include <QString>
+
+#include "platform/Services.h"
+
+#if defined(_WIN32)
+#define ZTH_LIBRARY_CALL __stdcall
+#else
+#define ZTH_LIBRARY_CALL
+#endif
+
+/// The closed libraries' entry points and the link's shared variables. All of it belongs to the user-interface thread.
+namespace zth::link {
+
+/// `USBFunctions`, the library of the board's USB adapter. An entry is null until the library has been loaded.
+struct UsbEntries {
+  /// Downloads the firmware file at an ANSI path to the adapter; above 0 when the adapter is there and took it.
+  std::int16_t(ZTH_LIBRARY_CALL* LoadFirmWare)(const char* path) = nullptr;
+  /// One vendor request; 0 when done, anything else when the transfer failed. In a read (`direction` 1) `length` bytes
+  /// land in `buffer`.
+  std::int16_t(ZTH_LIBRARY_CALL* VendorIORequest)(std::int16_t request, std::int32_t value, std::int32_t index,
+                                                  std::int16_t direction, std::int16_t length,
+                                                  std::uint8_t* buffer) = nullptr;
+};
+
+/// `smbus`, the library of the PC's SMBus host. It has no way to report a failure.
+struct SmbusEntries {
+  void(ZTH_LIBRARY_CALL* DetectSmbus)() = nullptr;
+  std::uint8_t(ZTH_LIBRARY_CALL* ReadSmbus)(std::uint8_t address, std::uint8_t reg) = nullptr;
+  void(ZTH_LIBRARY_CALL* WriteSmbus)(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = nullptr;
+};
+
+extern UsbEntries UsbFunctions;
+extern SmbusEntries Smbus;
+
+/// Load a library and fill its table. The result is the error, empty when all entries are there; it contains "File not
+/// found" when no such library is in reach.
+QString LoadUsbFunctions(platform::Libraries& libraries);
+QString LoadSmbus(platform::Libraries& libraries);
+
+inline constexpr std::int16_t kModeUsb = 1;
+inline constexpr std::int16_t kModeSmbus = 2;
+
+/// 1 USB adapter, 2 SMBus host; with anything else there is no link and every operation does nothing and returns 0.
+extern std::int16_t InterfaceMode;
+
+/// Bus address of the chip in use.
+extern std::int32_t DeviceAddress;
+
+inline constexpr int kReadBufferSize = 65;
+
+/// The link's one buffer, good only until the next link call: take out what you need at once.
+extern std::array<std::uint8_t, kReadBufferSize> ReadBuffer;
+
+/// Which links exist, as found at the start.
+extern bool SmbusPresent;
+extern bool UsbPresent;
+
+/// PWM 1 to 4 at index 1 to 4: its behaviour field says manual. Index 0 is not in use.
+extern std::array<bool, 5> PwmManual;
+
+/// Puts all variables of this room back to the state of a program that has not started.
+void ResetLink();
+
+}  // namespace zth::link

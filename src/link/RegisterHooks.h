@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+/// What has to be read anew after a register has been written, so that the shared state stays true. The rooms above
+/// enter their routines here.
+namespace zth::link {
+
+/// Enters `routine` for a register (0 to 255); a second one for the same register replaces the first.
+void OnRegisterWrite(std::int32_t reg, std::function<void()> routine);
+
+/// Runs the register's routine, if it has one. The value written plays no part.
+void AfterRegisterWrite(std::int32_t reg);
+
+/// Enters this room's own rows: after a write to 0x21 to 0x24 the register is read back and `PwmManual` of that PWM
+/// becomes true when its behaviour field, bits 7:5, is all ones.
+void EnterPwmHooks();
+
+void ResetHooks();
+
+}  // namespace zth::link

@@ -1,0 +1,135 @@
+#include "link/USBStuff.h"
+
+#include <algorithm>
+
+#include "link/Declarations.h"
+#include "link/LinkErrors.h"
+#include "link/RegisterHooks.h"
+#include "link/SMBusStuff.h"
+
+namespace zth::link {
+namespace {
+
+// The adapter's requests. 0xDB is not in use.
+enum Request : std::int16_t {
+  kHeaters = 0xDA,
+  kBlockRead = 0xDC,
+  kConnect = 0xDD,
+  kRegister = 0xDE,
+  kBoardPort = 0xDF,
+};
+
+constexpr std::int16_t kToAdapter = 0;
+constexpr std::int16_t kFromAdapter = 1;
+
+constexpr std::int16_t kNoLibrary = -1;
+
+bool OnUsb() {
+  return InterfaceMode == kModeUsb && LinkOpen();
+}
+bool OnSmbus() {
+  return InterfaceMode == kModeSmbus && LinkOpen();
+}
+
+std::int16_t Call(Request request, std::int32_t value, std::int32_t index, std::int16_t direction, int length,
+                  std::uint8_t* buffer) {
+  if (UsbFunctions.VendorIORequest == nullptr) return kNoLibrary;
+  return UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
+}
+
+std::int16_t ReadIntoBuffer(Request request, std::int32_t value, std::int32_t index, int length) {
+  return Call(request, value, index, kFromAdapter, length, ReadBuffer.data());
+}
+
+/// A command that carries all it has in value and index; the buffer is there for form's sake.
+std::int16_t Command(Request request, std::int32_t value, std::int32_t index) {
+  std::uint8_t nothing = 0;
+  return Call(request, value, index, kToAdapter, 0, &nothing);
+}
+
+/// A command that names one byte of ReadBuffer, whose contents the adapter does not use.
+std::int16_t CommandWithByte(Request request, std::int32_t value, std::int32_t index) {
+  return Call(request, value, index, kToAdapter, 1, ReadBuffer.data());
+}
+
+std::int16_t Checked(std::int16_t result, int code) {
+  if (result != 0) ReportLinkError(code);
+  return result;
+}
+
+bool IsByte(std::int32_t number) {
+  return number >= 0 && number <= 0xFF;
+}
+
+}  // namespace
+
+std::int16_t ReadRegister(std::int32_t address, std::int32_t reg) {
+  if (!IsByte(reg)) return 0;
+  if (OnUsb()) {
+    ReadBuffer[0] = 0;
+    Checked(ReadIntoBuffer(kRegister, address, reg, 1), kCommunicationsInterrupted);
+    return ReadBuffer[0];
+  }
+  return OnSmbus() ? ReadSmbusByte(address, reg) : std::int16_t{0};
+}
+
+std::int16_t ReadRegisterBlock(std::int32_t address, std::int32_t first, std::int16_t count) {
+  if (count > kReadBufferSize || !IsByte(first) || !IsByte(first + std::max<std::int32_t>(count, 1) - 1)) return 0;
+  if (OnUsb()) return Checked(ReadIntoBuffer(kBlockRead, address, first, count), kCommunicationsInterrupted);
+  if (OnSmbus()) ReadSmbusBytes(address, first, count);
+  return 0;
+}
+
+std::int16_t WriteRegister(std::int32_t address, std::int32_t reg, std::int32_t& value) {
+  if (!IsByte(reg)) return 0;
+  // Both ends on both links: a byte is all that either can carry.
+  value = std::clamp(value, 0, 0xFF);
+  if (OnUsb()) {
+    const std::int16_t result = Command(kRegister, address, value * 256 + reg);
+    if (result == 0) AfterRegisterWrite(reg);
+    return Checked(result, kCommunicationsInterrupted);
+  }
+  if (OnSmbus()) {
+    WriteSmbusByte(address, reg, static_cast<std::uint8_t>(value));
+    // As on USB: the windows expect the state that hangs on a register to be fresh after a write.
+    AfterRegisterWrite(reg);
+  }
+  return 0;
+}
+
+std::int16_t WriteRegisterValue(std::int32_t address, std::int32_t reg, std::int32_t value) {
+  return WriteRegister(address, reg, value);
+}
+
+std::int16_t SetHeater(std::int32_t heater, std::int32_t& percent) {
+  if (!OnUsb()) return 0;
+  percent = std::clamp(percent, 0, 100);
+  return Checked(CommandWithByte(kHeaters, heater, percent), kHeaterError);
+}
+
+std::int16_t ReadHeaterState() {
+  if (!OnUsb()) return 0;
+  return Checked(ReadIntoBuffer(kHeaters, 0, 0, 3), kHeaterError);
+}
+
+std::int16_t ReadBoardPort(std::int32_t address) {
+  if (!OnUsb()) return 0;
+  Checked(ReadIntoBuffer(kBoardPort, address, 0, 1), kCommunicationsInterrupted);
+  return ReadBuffer[0];
+}
+
+std::int16_t WriteBoardPort(std::int32_t address, std::int32_t port) {
+  if (!IsByte(port) || !OnUsb()) return 0;
+  return Checked(Command(kBoardPort, address, port), kCommunicationsInterrupted);
+}
+
+void WriteBoardPortUnchecked(std::int32_t address, std::int32_t port) {
+  if (IsByte(port) && OnUsb()) CommandWithByte(kBoardPort, address, port);
+}
+
+std::int16_t ConnectAdapter() {
+  // Before a link has been chosen, so it does not ask for the mode.
+  return LinkOpen() ? Command(kConnect, 0x30, 0x33) : kNoLibrary;
+}
+
+}  // namespace zth::link

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QString>
+
+#include "platform/Services.h"
+
+/// The real side of each seam; only DesktopServices and the tests of this room name these.
+namespace zth::platform {
+
+class DesktopPrompts final : public Prompts {
+ public:
+  BoxAnswer Ask(const BoxQuestion& question) override;
+};
+
+class DesktopFileDialogs final : public FileDialogs {
+ public:
+  QString Ask(const FileQuestion& question, QWidget* parent) override;
+};
+
+/// Turns "Log Files (*.csv)|*.csv" into the form of Qt, "Log Files (*.csv)", entries joined by ";;".
+QString QtFilter(const QString& filter);
+
+/// The extension of a filter's first pattern, without its point ("csv"); empty when the pattern names none.
+QString FilterExtension(const QString& filter);
+
+/// An INI file with one section, "Settings". Keys that the program does not know stay in it.
+class IniSettings final : public Settings {
+ public:
+  explicit IniSettings(QString file) : file_(std::move(file)) {}
+
+  /// The file in the user's configuration folder that is named after the program.
+  static QString UserFile();
+
+  QString Get(const QString& key, const QString& fallback) const override;
+  void Put(const QString& key, const QString& text) override;
+
+ private:
+  QString file_;
+};
+
+class DesktopShell final : public Shell {
+ public:
+  bool Open(const QString& address) override;
+};
+
+class DesktopClock final : public Clock {
+ public:
+  double Now() const override;
+  QDateTime WallTime() const override;
+  void WaitMs(float milliseconds) override;
+  void Adopt(QTimer& timer) override;
+};
+
+class DesktopEvents final : public Events {
+ public:
+  void Pump() override;
+  void PumpPaint() override;
+};
+
+class DesktopLibraries final : public Libraries {
+ public:
+  explicit DesktopLibraries(QString folder) : folder_(std::move(folder)) {}
+  LoadedLibrary Load(const QString& name) override;
+
+ private:
+  QString folder_;
+};
+
+class DesktopProcess final : public Process {
+ public:
+  [[noreturn]] void End(int status) override;
+  QString Folder() const override;
+};
+
+}  // namespace zth::platform

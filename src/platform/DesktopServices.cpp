@@ -1,0 +1,54 @@
+#include "platform/DesktopServices.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QUrl>
+
+#include "platform/DesktopParts.h"
+
+namespace zth::platform {
+
+bool DesktopShell::Open(const QString& address) {
+  return QDesktopServices::openUrl(QUrl(address));
+}
+
+void DesktopEvents::Pump() {
+  QCoreApplication::processEvents();
+}
+
+void DesktopEvents::PumpPaint() {
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void DesktopProcess::End(int status) {
+  std::fflush(nullptr);
+  // exit, not _Exit: the closed libraries release their adapter in what they have registered for the end.
+  std::exit(status);
+}
+
+QString DesktopProcess::Folder() const {
+  return QCoreApplication::applicationDirPath();
+}
+
+struct DesktopServices::Parts {
+  DesktopPrompts prompts;
+  DesktopFileDialogs fileDialogs;
+  IniSettings settings{IniSettings::UserFile()};
+  DesktopShell shell;
+  DesktopClock clock;
+  DesktopEvents events;
+  DesktopLibraries libraries{QCoreApplication::applicationDirPath()};
+  DesktopProcess process;
+};
+
+DesktopServices::DesktopServices()
+    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,
+                                              parts_->shell,     parts_->clock,       parts_->events,
+                                              parts_->libraries, parts_->process} {}
+
+DesktopServices::~DesktopServices() = default;
+
+}  // namespace zth::platform

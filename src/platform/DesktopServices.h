@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Services.h"
+
+namespace zth::platform {
+
+/// The services of a real desktop. Make it after the QApplication and keep it to the end of the program.
+class DesktopServices {
+ public:
+  DesktopServices();
+  ~DesktopServices();
+
+  Services& All() { return all_; }
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+  Services all_;
+};
+
+}  // namespace zth::platform

@@ -1,0 +1,121 @@
+#include "shell/Discovery.h"
+
+#include <algorithm>
+
+#include "base/NumberText.h"
+#include "link/Declarations.h"
+#include "link/LinkErrors.h"
+#include "link/USBStuff.h"
+#include "shell/frmSplash.h"
+
+namespace zth::shell {
+
+QString DeviceName;
+
+void SetDeviceName() {
+  DeviceName = QStringLiteral("ZTH4718");
+}
+
+namespace {
+
+constexpr std::int32_t kCompanyIdRegister = 0x3E;
+constexpr std::int16_t kCompanyId = 0x41;
+
+/// One search, with what it needs at hand.
+class Search {
+ public:
+  Search(frmSplash& splash, platform::Services& services) : splash_(splash), services_(services) {}
+
+  std::vector<QString> Run() {
+    WaitForAdapter();
+    if (link::UsbPresent) SearchUsb();
+    if (link::SmbusPresent) SearchSmbus();
+    splash_.SetProgress(100);
+    return std::move(found_);
+  }
+
+ private:
+  void Tell(const QString& text) {
+    splash_.SetStep(text);
+    services_.events.PumpPaint();
+  }
+
+  /// The adapter leaves the USB after the download and comes back with its firmware; about five seconds cover it.
+  void WaitForAdapter() {
+    splash_.SetProgress(0);
+    splash_.SetStep("Downloading Firmware...");
+    splash_.ShowProgress();
+    services_.events.PumpPaint();
+    Tell("Enumerating...");
+    while (splash_.Progress() < 50) {
+      splash_.SetProgress(splash_.Progress() + 0.5);
+      services_.clock.WaitMs(50);
+      services_.events.Pump();
+    }
+  }
+
+  void SearchUsb() {
+    Tell("Connecting...");
+    if (!Connect()) link::ReportLinkError(link::kConnectionFailed);
+    splash_.SetProgress(76);
+    link::InterfaceMode = link::kModeUsb;
+    Tell("Searching for " + DeviceName + " on USB...");
+    WaitPainted(1000, services_);
+    for (const int address : {0x58, 0x5A, 0x5C}) {
+      splash_.SetProgress(splash_.Progress() + 4);
+      Probe(address, "USB");
+    }
+  }
+
+  bool Connect() {
+    constexpr int kTries = 20;
+    for (int i = 0; i < kTries; ++i) {
+      const bool connected = link::ConnectAdapter() == 0;
+      WaitPainted(200, services_);
+      services_.events.Pump();
+      if (connected) return true;
+    }
+    return false;
+  }
+
+  void SearchSmbus() {
+    link::InterfaceMode = link::kModeSmbus;
+    Tell("Searching for " + DeviceName + " on SMBus...");
+    WaitPainted(1000, services_);
+    for (int address = 0x10; address <= 0x7F; ++address) Probe(address, "SMBus");
+  }
+
+  void Probe(int address, const QString& bus) {
+    if (link::ReadRegister(address, kCompanyIdRegister) == kCompanyId) found_.push_back(DeviceItem(address, bus));
+  }
+
+  frmSplash& splash_;
+  platform::Services& services_;
+  std::vector<QString> found_;
+};
+
+}  // namespace
+
+void WaitPainted(float milliseconds, platform::Services& services) {
+  constexpr float kPiece = 50;
+  for (float left = milliseconds; left > 0; left -= kPiece) {
+    services.clock.WaitMs(std::min(left, kPiece));
+    services.events.PumpPaint();
+  }
+}
+
+QString DeviceItem(int address, const QString& bus) {
+  return QString::fromStdString(base::HexText(address)) + "h on " + bus;
+}
+
+void SelectDevice(const QString& item) {
+  link::DeviceAddress = base::LeadingHex(item.toStdString());
+  if (item.contains("USB")) link::InterfaceMode = link::kModeUsb;
+  if (item.contains("SMBus")) link::InterfaceMode = link::kModeSmbus;
+}
+
+std::vector<QString> FindDevices(frmSplash& splash, platform::Services& services) {
+  return Search(splash, services).Run();
+}
+
+}  // namespace zth::shell

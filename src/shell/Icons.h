@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QIcon>
+#include <QString>
+
+namespace zth::shell {
+
+/// A tool bar icon by its key ("Save"), drawn at whatever size is asked for in the palette's present text colour.
+QIcon ToolIcon(const QString& key);
+
+/// The program's own icon.
+QIcon ProgramIcon();
+
+}  // namespace zth::shell

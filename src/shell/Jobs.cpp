@@ -1,0 +1,25 @@
+#include "shell/Jobs.h"
+
+#include "link/LinkErrors.h"
+
+namespace zth::shell {
+
+void JobList::Add(Job job) {
+  rows_.push_back({std::move(job)});
+}
+
+void JobList::Tick() {
+  for (Row& row : rows_) {
+    // A box of the link lets timer events through; nothing of the board is touched underneath it.
+    if (link::LinkHeld()) return;
+    if (!row.job.condition()) continue;
+    const double now = clock_.Now();
+    // The clock is monotonic; a stamp ahead of it can only mean that the clock was set back, and the job starts anew.
+    const bool due = row.stamp + row.job.period() < now || row.stamp > now;
+    if (!due) continue;
+    row.job.action();
+    row.stamp = clock_.Now();
+  }
+}
+
+}  // namespace zth::shell

@@ -1,0 +1,91 @@
+#include "shell/Main.h"
+
+#include "base/Product.h"
+#include "chip/Measurements.h"
+#include "chip/PinModel.h"
+#include "chip/RegMapStuff.h"
+#include "link/Declarations.h"
+#include "link/LinkErrors.h"
+#include "link/RegisterHooks.h"
+#include "link/USBStuff.h"
+#include "shell/Discovery.h"
+#include "shell/Firmware.h"
+#include "shell/frmMain.h"
+#include "shell/frmSplash.h"
+#include "windows/SharedState.h"
+
+namespace zth::shell {
+namespace {
+
+constexpr std::int32_t kRevisionRegister = 0x3F;
+
+/// The library is asked once, and what it says of itself decides: only one that is not there counts as absent.
+bool ProbeSmbus(platform::Libraries& libraries) {
+  const QString error = link::LoadSmbus(libraries);
+  if (link::Smbus.ReadSmbus != nullptr) link::Smbus.ReadSmbus(0, 0);
+  if (error.toLower().contains("file not found")) return false;
+  if (link::Smbus.DetectSmbus != nullptr) link::Smbus.DetectSmbus();
+  return true;
+}
+
+bool ProbeUsb(platform::Services& services) {
+  link::LoadUsbFunctions(services.libraries);
+  return LoadFirmwareFile(services.process) > 0;
+}
+
+void FillTables() {
+  chip::InitRegisterTable();
+  chip::ResetBoardSwitches();
+  chip::InitVoltageNames();
+  chip::ReadPinConfiguration();
+  chip::UpdateBoardSwitches();
+}
+
+/// Whatever does not read as False opens the window: a setting that is missing or spoilt counts as its default.
+bool OpensEasySetup(const platform::Settings& settings) {
+  return settings.Get("OpenEasySetup", "True").trimmed().compare("False", Qt::CaseInsensitive) != 0;
+}
+
+void EndWith(const QString& message, platform::Services& services) {
+  services.prompts.Ask({base::kTitle, message, platform::BoxIcon::Critical, platform::BoxButtons::Ok});
+  services.process.End(1);
+}
+
+}  // namespace
+
+void InitMonitorDefaults() {
+  chip::TachClock = 90000;
+  windows::LogPeriodMs = 100;
+  chip::PollPeriodMs = 100;
+  windows::GraphPeriodMs = 50;
+  chip::PollEnabled = true;
+  for (std::int32_t reg = 0x21; reg <= 0x24; ++reg) link::AfterRegisterWrite(reg);
+  chip::ChipRevision = link::ReadRegister(link::DeviceAddress, kRevisionRegister);
+}
+
+void Main(platform::Services& services) {
+  link::Attach(services, [] {
+    if (MainForm != nullptr) MainForm->CloseAllWindows();
+  });
+  link::EnterPwmHooks();
+  chip::EnterPinHooks();
+
+  link::SmbusPresent = ProbeSmbus(services.libraries);
+  link::UsbPresent = ProbeUsb(services);
+  if (!link::SmbusPresent && !link::UsbPresent) EndWith("USB/SMBus Hardware not detected", services);
+  SetDeviceName();
+  {
+    frmSplash splash;
+    splash.show();
+    services.events.PumpPaint();
+    MainForm = new frmMain(services);
+    MainForm->Form_Load(splash);
+  }
+  MainForm->show();
+  InitMonitorDefaults();
+  FillTables();
+  MainForm->EnableTimer(true);
+  if (OpensEasySetup(services.settings)) MainForm->OpenWindow("frmEasySetup");
+}
+
+}  // namespace zth::shell

@@ -1,0 +1,20 @@
+#include "shell/MonitorJobs.h"
+
+#include <memory>
+
+#include "chip/Measurements.h"
+
+namespace zth::shell {
+
+void MeasurementJob::Run() {
+  constexpr std::int16_t kGroups = 6;
+  chip::ReadMeasurementGroup(static_cast<std::int16_t>(phase_ + 1));
+  phase_ = static_cast<std::int16_t>((phase_ + 1) % kGroups);
+}
+
+void AddMonitorJobs(JobList& jobs, const windows::Context& /*context*/) {
+  jobs.Add({"measurement", [] { return chip::PollEnabled; }, [] { return chip::PollPeriodMs / 1000.0; },
+            [job = std::make_shared<MeasurementJob>()] { job->Run(); }});
+}
+
+}  // namespace zth::shell

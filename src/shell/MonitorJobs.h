@@ -1,0 +1,20 @@
+#pragma once
+
+#include "shell/Jobs.h"
+#include "windows/Desktop.h"
+
+namespace zth::shell {
+
+/// The measurement job: one group a run, in rotation.
+class MeasurementJob {
+ public:
+  void Run();
+
+ private:
+  std::int16_t phase_ = 0;  ///< 0 to 5; the group read next, less 1
+};
+
+/// Fills the master timer's list in its fixed order.
+void AddMonitorJobs(JobList& jobs, const windows::Context& context);
+
+}  // namespace zth::shell

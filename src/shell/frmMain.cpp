@@ -1,0 +1,284 @@
+#include "shell/frmMain.h"
+
+#include <algorithm>
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLabel>
+#include <QLocale>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "base/Product.h"
+#include "link/LinkErrors.h"
+#include "platform/Guard.h"
+#include "shell/Commands.h"
+#include "shell/Discovery.h"
+#include "shell/Icons.h"
+#include "shell/MonitorJobs.h"
+#include "shell/Placement.h"
+#include "shell/WindowFactory.h"
+#include "shell/frmSplash.h"
+#include "windows/ChildWindow.h"
+#include "windows/Handlers.h"
+
+namespace zth::shell {
+
+QPointer<frmMain> MainForm;
+
+frmMain::frmMain(platform::Services& services)
+    : services_(services), context_{services, *this}, jobs_(services.clock), area_(new QMdiArea(this)) {
+  setObjectName("frmMain");
+  setWindowIcon(ProgramIcon());
+  area_->setObjectName("MDIForm");
+  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  setCentralWidget(area_);
+  BuildMenus();
+  BuildToolBar();
+  BuildStatusBar();
+  BuildTimer();
+}
+
+void frmMain::BuildMenus() {
+  QHash<QString, QMenu*> menus;
+  for (const Menu& row : kMenus) {
+    QMenu* menu = menuBar()->addMenu(row.caption);
+    menu->setObjectName(row.name);
+    menu->setToolTipsVisible(true);
+    menus[row.name] = menu;
+  }
+  for (const MenuEntry& row : kMenuEntries) {
+    auto* action = new QAction(row.caption, this);
+    action->setObjectName(row.name);
+    action->setShortcut(QKeySequence(row.shortcut));
+    const QString window = row.window;
+    if (window.isEmpty()) {
+      connect(action, &QAction::triggered, this, platform::Guarded([this] { mnuExit_Click(); }));
+    } else {
+      action->setEnabled(WindowExists(window));
+      connect(action, &QAction::triggered, this, platform::Guarded([this, window] { OpenWindow(window); }));
+    }
+    if (QMenu* menu = menus.value(row.menu)) {
+      if (QString(row.name) == "mnuExit") menu->addSeparator();
+      menu->addAction(action);
+    } else {
+      menuBar()->addAction(action);
+    }
+  }
+  mnuWindow_ = menus["mnuWindow"];
+  connect(mnuWindow_, &QMenu::aboutToShow, this, &frmMain::BuildWindowMenu);
+  BuildWindowMenu();
+}
+
+void frmMain::BuildWindowMenu() {
+  mnuWindow_->clear();
+  const QList<QMdiSubWindow*> windows = area_->subWindowList(QMdiArea::CreationOrder);
+  int number = 0;
+  for (QMdiSubWindow* window : windows) {
+    if (window->isHidden()) continue;
+    ++number;
+    const QString title = QString(window->windowTitle()).replace('&', "&&");
+    QAction* action = mnuWindow_->addAction(number < 10 ? QString("&%1 %2").arg(number).arg(title) : title);
+    action->setCheckable(true);
+    action->setChecked(window == area_->activeSubWindow());
+    connect(action, &QAction::triggered, window, [this, window] {
+      if (window->isMinimized()) window->showNormal();
+      area_->setActiveSubWindow(window);
+    });
+  }
+  if (number == 0) mnuWindow_->addAction("No window open")->setEnabled(false);
+  mnuWindow_->addSeparator();
+  QAction* tile = mnuWindow_->addAction("&Tile", area_, &QMdiArea::tileSubWindows);
+  QAction* cascade = mnuWindow_->addAction("&Cascade", area_, &QMdiArea::cascadeSubWindows);
+  tile->setEnabled(number > 0);
+  cascade->setEnabled(number > 0);
+}
+
+void frmMain::BuildToolBar() {
+  auto* bar = addToolBar("Tool Bar");
+  bar->setObjectName("tbToolBar");
+  bar->setMovable(false);
+  bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  for (const ToolButton& row : kToolButtons) {
+    const QString key = row.key;
+    auto* action = new QAction(ToolIcon(key), row.toolTip, this);
+    action->setObjectName("tbToolBar(" + key + ")");
+    action->setToolTip(row.toolTip);
+    action->setEnabled(WindowExists(row.window));
+    connect(action, &QAction::triggered, this, platform::Guarded([this, key] { tbToolBar_ButtonClick(key); }));
+    bar->addAction(action);
+    bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+  }
+  bar->addSeparator();
+  auto* label = new QLabel(" De&vice ", bar);
+  label->setObjectName("lblDevices");
+  cmbDevices_ = new QComboBox(bar);
+  cmbDevices_->setObjectName("cmbDevices");
+  cmbDevices_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+  cmbDevices_->setMinimumContentsLength(14);
+  cmbDevices_->setToolTip("The chip that all windows work on");
+  label->setBuddy(cmbDevices_);
+  bar->addWidget(label);
+  bar->addWidget(cmbDevices_);
+  windows::OnSelect(*cmbDevices_, [this] { cmbDevices_Click(); });
+  FitIcons();
+}
+
+void frmMain::BuildStatusBar() {
+  statusBar()->setObjectName("sbStatusBar");
+  for (int i = 1; i <= 3; ++i) {
+    auto* panel = new QLabel(statusBar());
+    panel->setObjectName(QString("sbStatusBar(%1)").arg(i));
+    panel->setTextFormat(Qt::PlainText);
+    panel->setContentsMargins(4, 0, 4, 0);
+    if (i == 1) {
+      statusBar()->addWidget(panel, 1);
+    } else {
+      statusBar()->addPermanentWidget(panel);
+    }
+    panels_.push_back(panel);
+  }
+  SetStatus("Status");
+  ShowDateAndTime();
+
+  auto* clock = new QTimer(this);
+  clock->setObjectName("tmrClock");
+  clock->setInterval(1000);
+  services_.clock.Adopt(*clock);
+  connect(clock, &QTimer::timeout, this, &frmMain::ShowDateAndTime);
+  clock->start();
+}
+
+void frmMain::ShowDateAndTime() {
+  const QDateTime now = services_.clock.WallTime();
+  panels_[1]->setText(QLocale().toString(now.date(), QLocale::ShortFormat));
+  panels_[2]->setText(QLocale().toString(now.time(), QLocale::ShortFormat));
+}
+
+void frmMain::BuildTimer() {
+  AddMonitorJobs(jobs_, context_);
+  tmrMaster_ = new QTimer(this);
+  tmrMaster_->setObjectName("tmrMaster");
+  tmrMaster_->setTimerType(Qt::PreciseTimer);
+  tmrMaster_->setInterval(50);
+  services_.clock.Adopt(*tmrMaster_);
+  connect(tmrMaster_, &QTimer::timeout, this, platform::Guarded([this] { tmrMaster_Timer(); }));
+}
+
+void frmMain::Form_Load(frmSplash& splash) {
+  RestorePlacement(*this, services_.settings);
+  setWindowState(Qt::WindowMaximized);
+  setWindowTitle(base::kTitle);
+
+  const std::vector<QString> devices = FindDevices(splash, services_);
+  for (const QString& device : devices) {
+    const QSignalBlocker quiet(cmbDevices_);
+    cmbDevices_->addItem(device);
+    cmbDevices_->setCurrentIndex(-1);
+  }
+  if (devices.empty()) {
+    services_.prompts.Ask(
+        {base::kTitle, "Failed to find the " + DeviceName, platform::BoxIcon::Critical, platform::BoxButtons::Ok});
+    services_.process.End(1);
+  }
+  cmbDevices_->setCurrentIndex(0);
+  WaitPainted(1000, services_);
+}
+
+void frmMain::Form_Unload() {
+  if (unloaded_) return;
+  unloaded_ = true;
+  if (!isMinimized()) StorePlacement(*this, services_.settings);
+}
+
+void frmMain::CloseAllWindows() {
+  const auto names = open_.keys();
+  for (const QString& name : names) {
+    if (windows::ChildWindow* window = FindWindow(name)) window->Unload();
+  }
+  Form_Unload();
+}
+
+windows::ChildWindow* frmMain::FindWindow(const QString& name) const {
+  return open_.value(name);
+}
+
+windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
+  windows::ChildWindow* window = FindWindow(name);
+  if (window == nullptr) {
+    window = MakeWindow(name, context_);
+    if (window == nullptr) return nullptr;
+    connect(window, &windows::ChildWindow::Unloaded, this, [this](const QString& closed) { open_.remove(closed); });
+    QMdiSubWindow* frame = area_->addSubWindow(window);
+    frame->setAttribute(Qt::WA_DeleteOnClose);
+    open_[name] = window;
+    window->Form_Load();
+  }
+  auto* frame = qobject_cast<QMdiSubWindow*>(window->parentWidget());
+  if (frame->isMinimized()) {
+    frame->showNormal();
+  } else {
+    window->show();
+    frame->show();
+  }
+  area_->setActiveSubWindow(frame);
+  return window;
+}
+
+void frmMain::SetStatus(const QString& text) {
+  panels_[0]->setText(text);
+}
+
+void frmMain::EnableTimer(bool on) {
+  if (on) {
+    tmrMaster_->start();
+  } else {
+    tmrMaster_->stop();
+  }
+}
+
+void frmMain::mnuExit_Click() {
+  services_.process.End(0);
+}
+
+void frmMain::tbToolBar_ButtonClick(const QString& key) {
+  const auto* row = std::find_if(kToolButtons.begin(), kToolButtons.end(),
+                                 [&](const ToolButton& button) { return key == button.key; });
+  if (row != kToolButtons.end()) OpenWindow(row->window);
+}
+
+void frmMain::cmbDevices_Click() {
+  if (cmbDevices_->currentIndex() >= 0) SelectDevice(cmbDevices_->currentText());
+}
+
+void frmMain::tmrMaster_Timer() {
+  jobs_.Tick();
+}
+
+void frmMain::FitIcons() {
+  // The icons follow the font, so that a tool bar beside large texts is not a row of specks.
+  const int side = std::max(24, fontMetrics().height() * 3 / 2);
+  findChild<QToolBar*>("tbToolBar")->setIconSize({side, side});
+}
+
+void frmMain::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::FontChange && cmbDevices_ != nullptr) FitIcons();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+  tmrMaster_->stop();
+  CloseAllWindows();
+  event->accept();
+  emit Closed();
+}
+
+}  // namespace zth::shell

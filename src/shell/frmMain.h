@@ -1,0 +1,81 @@
+#pragma once
+
+#include <vector>
+
+#include <QHash>
+#include <QMainWindow>
+#include <QPointer>
+
+#include "shell/Jobs.h"
+#include "windows/Desktop.h"
+
+class QComboBox;
+class QLabel;
+class QMdiArea;
+class QMdiSubWindow;
+class QMenu;
+class QTimer;
+
+namespace zth::shell {
+
+class frmSplash;
+
+/// The frame of the program: menus, tool bar with the device list, status bar, the child windows and the master timer.
+class frmMain final : public QMainWindow, public windows::Desktop {
+  Q_OBJECT
+
+ public:
+  explicit frmMain(platform::Services& services);
+
+  /// Places the window and finds the chips, with the splash showing the way. Ends the program when there is no chip.
+  void Form_Load(frmSplash& splash);
+
+  /// Stores the placement, unless the window is minimised. Runs once, at whatever end comes first.
+  void Form_Unload();
+
+  /// Closes each child window and then this one, each through its normal closing step.
+  void CloseAllWindows();
+
+  windows::ChildWindow* OpenWindow(const QString& name) override;
+  windows::ChildWindow* FindWindow(const QString& name) const override;
+  void SetStatus(const QString& text) override;
+  void EnableTimer(bool on) override;
+  QWidget& Frame() override { return *this; }
+
+ signals:
+  /// The user has closed the window: the program is over.
+  void Closed();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void BuildMenus();
+  void BuildToolBar();
+  void BuildStatusBar();
+  void BuildTimer();
+  void BuildWindowMenu();
+  void FitIcons();
+  void mnuExit_Click();
+  void tbToolBar_ButtonClick(const QString& key);
+  void cmbDevices_Click();
+  void tmrMaster_Timer();
+  void ShowDateAndTime();
+
+  platform::Services& services_;
+  windows::Context context_;
+  JobList jobs_;
+  QMdiArea* area_;
+  QMenu* mnuWindow_ = nullptr;
+  QComboBox* cmbDevices_ = nullptr;
+  std::vector<QLabel*> panels_;
+  QTimer* tmrMaster_ = nullptr;
+  QHash<QString, QPointer<windows::ChildWindow>> open_;
+  bool unloaded_ = false;
+};
+
+/// The running main window; null before the start has made it and after its end.
+extern QPointer<frmMain> MainForm;
+
+}  // namespace zth::shell

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+#include "platform/Services.h"
+
+namespace zth::windows {
+
+class ChildWindow;
+
+/// What a child window may ask of the main window.
+class Desktop {
+ public:
+  virtual ~Desktop() = default;
+
+  /// Loads the window of that name ("frmLimits") unless it is loaded, shows it and brings it to the front. Null when
+  /// there is no such window.
+  virtual ChildWindow* OpenWindow(const QString& name) = 0;
+
+  /// The loaded window of that name, or null.
+  virtual ChildWindow* FindWindow(const QString& name) const = 0;
+
+  /// Text of the status bar's first panel.
+  virtual void SetStatus(const QString& text) = 0;
+
+  /// Switches the master timer off and on.
+  virtual void EnableTimer(bool on) = 0;
+
+  /// The window whose handles a child's placement is told by.
+  virtual QWidget& Frame() = 0;
+};
+
+/// What every child window is made with. Both outlive all windows.
+struct Context {
+  platform::Services& services;
+  Desktop& desktop;
+};
+
+}  // namespace zth::windows

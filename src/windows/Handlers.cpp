@@ -1,0 +1,65 @@
+#include "windows/Handlers.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QEvent>
+#include <QLineEdit>
+#include <QTimer>
+
+#include "platform/Guard.h"
+
+namespace zth::windows {
+namespace {
+
+/// Tells a pick that has already run the handler through the change of the index from one that changed nothing. A
+/// pick's `activated` comes in the same turn of the event loop as its `currentIndexChanged`, and a list that has just
+/// popped up has changed nothing yet.
+class SelectionWatch final : public QObject {
+ public:
+  SelectionWatch(QComboBox& list, Handler handler) : QObject(&list), handler_(std::move(handler)) {
+    turn_.setSingleShot(true);
+    turn_.setInterval(0);
+    connect(&turn_, &QTimer::timeout, this, [this] { changed_ = false; });
+    connect(&list, &QComboBox::currentIndexChanged, this, [this] {
+      changed_ = true;
+      turn_.start();
+      platform::Guarded(handler_)();
+    });
+    connect(&list, &QComboBox::activated, this, [this] {
+      if (!changed_) platform::Guarded(handler_)();
+      changed_ = false;
+    });
+    list.view()->installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Show) changed_ = false;
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  Handler handler_;
+  QTimer turn_;
+  bool changed_ = false;
+};
+
+}  // namespace
+
+void OnClick(QAbstractButton& button, Handler handler) {
+  QObject::connect(&button, &QAbstractButton::clicked, &button, platform::Guarded(std::move(handler)));
+}
+
+void OnToggle(QAbstractButton& button, Handler handler) {
+  QObject::connect(&button, &QAbstractButton::toggled, &button, platform::Guarded(std::move(handler)));
+}
+
+void OnChange(QLineEdit& box, Handler handler) {
+  QObject::connect(&box, &QLineEdit::textChanged, &box, platform::Guarded(std::move(handler)));
+}
+
+void OnSelect(QComboBox& list, Handler handler) {
+  new SelectionWatch(list, std::move(handler));
+}
+
+}  // namespace zth::windows

@@ -1,0 +1,36 @@
+#include "windows/SharedState.h"
+
+namespace zth::windows {
+
+bool RegMapOpen = false;
+bool LimitsOpen = false;
+bool GpioOpen = false;
+bool GraphOpen = false;
+bool HeatersOpen = false;
+bool ManualOpen = false;
+bool DynTminOpen = false;
+bool AutoGraphOpen = false;
+
+std::int16_t GraphPeriodMs = 50;
+
+bool LogActive = false;
+std::int32_t LogPeriodMs = 100;
+std::int32_t LogSampleCount = 0;
+QString LogFileName;
+
+bool ManualSliderHeld = false;
+bool DemoRunning = false;
+bool DemoThermTripped = false;
+
+void ResetSharedState() {
+  for (bool* flag : {&RegMapOpen, &LimitsOpen, &GpioOpen, &GraphOpen, &HeatersOpen, &ManualOpen, &DynTminOpen,
+                     &AutoGraphOpen, &LogActive, &ManualSliderHeld, &DemoRunning, &DemoThermTripped}) {
+    *flag = false;
+  }
+  GraphPeriodMs = 50;
+  LogPeriodMs = 100;
+  LogSampleCount = 0;
+  LogFileName.clear();
+}
+
+}  // namespace zth::windows

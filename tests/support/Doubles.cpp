@@ -1,0 +1,113 @@
+#include "tests/support/Doubles.h"
+
+#include <algorithm>
+
+#include <QCoreApplication>
+#include <QTimerEvent>
+
+namespace zth::testing {
+
+platform::BoxAnswer ScriptedPrompts::Ask(const platform::BoxQuestion& question) {
+  shown.push_back(question);
+  if (whileShown) whileShown();
+  if (script.empty()) {
+    ADD_FAILURE() << "unexpected box: " << question.text.toStdString();
+    return platform::BoxAnswer::No;
+  }
+  const platform::BoxAnswer answer = script.front();
+  script.pop_front();
+  return answer;
+}
+
+QString ScriptedFileDialogs::Ask(const platform::FileQuestion& question, QWidget* /*parent*/) {
+  shown.push_back(question);
+  if (script.empty()) {
+    ADD_FAILURE() << "unexpected file dialog: " << question.caption.toStdString();
+    return {};
+  }
+  const QString answer = script.front();
+  script.pop_front();
+  return answer;
+}
+
+QString MemorySettings::Get(const QString& key, const QString& fallback) const {
+  const auto value = values.find(key);
+  return value == values.end() ? fallback : value->second;
+}
+
+bool RecordingShell::Open(const QString& address) {
+  opened.push_back(address);
+  return true;
+}
+
+double VirtualClock::Now() const {
+  // A microsecond a look: time passes while a program runs, and nothing hangs on two looks being equal.
+  return static_cast<double>(nowUs_++) / 1e6;
+}
+
+QDateTime VirtualClock::WallTime() const {
+  return QDateTime(QDate(2026, 3, 1), QTime(8, 0)).addMSecs(nowUs_ / 1000 - 1'000'000);
+}
+
+void VirtualClock::WaitMs(float milliseconds) {
+  waitedMs += static_cast<double>(milliseconds);
+  nowUs_ += static_cast<std::int64_t>(static_cast<double>(milliseconds) * 1000);
+}
+
+namespace {
+
+class RealTimeFilter final : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override { return event->type() == QEvent::Timer; }
+};
+
+}  // namespace
+
+void VirtualClock::Adopt(QTimer& timer) {
+  timer.installEventFilter(new RealTimeFilter(&timer));
+  timers_.push_back({&timer});
+}
+
+void VirtualClock::Refresh() {
+  std::erase_if(timers_, [](const Adopted& row) { return row.timer.isNull(); });
+  for (Adopted& row : timers_) {
+    if (!row.timer->isActive()) {
+      row.nextUs = -1;
+    } else if (row.nextUs < 0) {
+      row.nextUs = nowUs_ + std::int64_t{row.timer->interval()} * 1000;
+    }
+  }
+}
+
+void VirtualClock::Advance(int milliseconds) {
+  const std::int64_t until = nowUs_ + std::int64_t{milliseconds} * 1000;
+  for (;;) {
+    Refresh();
+    auto next = timers_.end();
+    for (auto row = timers_.begin(); row != timers_.end(); ++row) {
+      if (row->nextUs >= 0 && (next == timers_.end() || row->nextUs < next->nextUs)) next = row;
+    }
+    if (next == timers_.end() || next->nextUs > until) break;
+    nowUs_ = std::max(nowUs_, next->nextUs);
+    next->nextUs += std::int64_t{next->timer->interval()} * 1000;
+    const QPointer<QTimer> timer = next->timer;
+    if (timer->isSingleShot()) timer->stop();
+    QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection);
+  }
+  nowUs_ = std::max(nowUs_, until);
+}
+
+void QuietEvents::Pump() {
+  ++pumps;
+  if (onPump) onPump();
+}
+
+void QuietEvents::PumpPaint() {}
+
+void RecordedProcess::End(int status) {
+  ends.push_back(status);
+  throw platform::ProcessEnded{status};
+}
+
+}  // namespace zth::testing

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <vector>
+
+#include <QDateTime>
+#include <QPointer>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include "platform/Services.h"
+#include "tests/support/FakeBoard.h"
+
+/// Scripted doubles of the seams. They are strict: what nobody expected fails the test at once, and an answer that
+/// nobody asked for fails it at the end.
+namespace zth::testing {
+
+class ScriptedPrompts final : public platform::Prompts {
+ public:
+  ~ScriptedPrompts() override { EXPECT_TRUE(script.empty()) << script.size() << " box answers nobody asked for"; }
+  platform::BoxAnswer Ask(const platform::BoxQuestion& question) override;
+
+  std::deque<platform::BoxAnswer> script;
+  std::vector<platform::BoxQuestion> shown;
+  /// Runs while a box stands: what events do that a modal box lets through.
+  std::function<void()> whileShown;
+};
+
+class ScriptedFileDialogs final : public platform::FileDialogs {
+ public:
+  ~ScriptedFileDialogs() override { EXPECT_TRUE(script.empty()) << script.size() << " file answers nobody asked for"; }
+  QString Ask(const platform::FileQuestion& question, QWidget* parent) override;
+
+  std::deque<QString> script;  ///< paths; empty for a cancel
+  std::vector<platform::FileQuestion> shown;
+};
+
+class MemorySettings final : public platform::Settings {
+ public:
+  QString Get(const QString& key, const QString& fallback) const override;
+  void Put(const QString& key, const QString& text) override { values[key] = text; }
+
+  std::map<QString, QString> values;
+};
+
+class RecordingShell final : public platform::Shell {
+ public:
+  bool Open(const QString& address) override;
+
+  std::vector<QString> opened;
+};
+
+/// Time that moves only when told to. Adopted timers fire as it passes, in the order of their times; the event loop's
+/// own firing of them is swallowed.
+class VirtualClock final : public platform::Clock {
+ public:
+  double Now() const override;
+  QDateTime WallTime() const override;
+  void WaitMs(float milliseconds) override;
+  void Adopt(QTimer& timer) override;
+
+  /// Lets so much time pass, with the timers firing.
+  void Advance(int milliseconds);
+
+  double waitedMs = 0;  ///< all that WaitMs was asked for
+
+ private:
+  struct Adopted {
+    QPointer<QTimer> timer;
+    std::int64_t nextUs = -1;
+  };
+  void Refresh();
+
+  mutable std::int64_t nowUs_ = 1'000'000'000;
+  std::vector<Adopted> timers_;
+};
+
+class QuietEvents final : public platform::Events {
+ public:
+  void Pump() override;
+  void PumpPaint() override;
+
+  int pumps = 0;
+  std::function<void()> onPump;  ///< what the events do
+};
+
+class FakeLibraries final : public platform::Libraries {
+ public:
+  explicit FakeLibraries(FakeBoard& board) : board_(board) {}
+  platform::LoadedLibrary Load(const QString& name) override { return board_.Load(name); }
+
+ private:
+  FakeBoard& board_;
+};
+
+/// Records the end and leaves by an exception.
+class RecordedProcess final : public platform::Process {
+ public:
+  [[noreturn]] void End(int status) override;
+  QString Folder() const override { return folder; }
+
+  std::vector<int> ends;
+  QString folder = "/opt/zth";
+};
+
+}  // namespace zth::testing

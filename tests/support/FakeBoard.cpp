@@ -1,0 +1,208 @@
+#include "tests/support/FakeBoard.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <gtest/gtest.h>
+
+#include "chip/RegisterRows.h"
+#include "link/Declarations.h"
+
+namespace zth::testing {
+namespace {
+
+FakeBoard* board = nullptr;
+
+template <typename... Numbers>
+std::string Text(const char* format, Numbers... numbers) {
+  char buffer[160];
+  std::snprintf(buffer, sizeof buffer, format, numbers...);
+  return buffer;
+}
+
+std::int16_t ZTH_LIBRARY_CALL EntryLoadFirmWare(const char* path) {
+  return board->LoadFirmWare(path);
+}
+std::int16_t ZTH_LIBRARY_CALL EntryVendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
+                                                   std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
+  return board->VendorIORequest(request, value, index, direction, length, buffer);
+}
+void ZTH_LIBRARY_CALL EntryDetectSmbus() {
+  board->DetectSmbus();
+}
+std::uint8_t ZTH_LIBRARY_CALL EntryReadSmbus(std::uint8_t address, std::uint8_t reg) {
+  return board->ReadSmbus(address, reg);
+}
+void ZTH_LIBRARY_CALL EntryWriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
+  board->WriteSmbus(address, reg, value);
+}
+
+class FakeLibrary final : public platform::Library {
+ public:
+  void* Symbol(const char* name) const override {
+    if (board->missingEntries.count(name) != 0) return nullptr;
+    const std::map<std::string, void*> entries{
+        {"LoadFirmWare", reinterpret_cast<void*>(&EntryLoadFirmWare)},
+        {"VendorIORequest", reinterpret_cast<void*>(&EntryVendorIORequest)},
+        {"DetectSmbus", reinterpret_cast<void*>(&EntryDetectSmbus)},
+        {"ReadSmbus", reinterpret_cast<void*>(&EntryReadSmbus)},
+        {"WriteSmbus", reinterpret_cast<void*>(&EntryWriteSmbus)},
+    };
+    const auto entry = entries.find(name);
+    return entry == entries.end() ? nullptr : entry->second;
+  }
+};
+
+/// The request as the text of its form; empty when it is of none.
+std::string Decode(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction,
+                   std::int16_t length, const std::uint8_t* buffer) {
+  const bool readBuffer = buffer == link::ReadBuffer.data();
+  const bool nothing = !readBuffer && buffer != nullptr && *buffer == 0;
+  const bool read = direction == 1 && readBuffer;
+  const bool command = direction == 0 && length == 0 && nothing;
+  const bool byteCommand = direction == 0 && length == 1 && readBuffer;
+  switch (request) {
+    case 0xDA:
+      if (read && length == 3 && value == 0 && index == 0) return "usb H";
+      if (byteCommand) return Text("usb H %d=%d", value, index);
+      break;
+    case 0xDC:
+      if (read && length >= 0 && length <= link::kReadBufferSize)
+        return Text("usb B %02X:%02X+%d", value, index, length);
+      break;
+    case 0xDD:
+      if (command) return Text("usb C %02X:%02X", value, index);
+      break;
+    case 0xDE:
+      if (read && length == 1) return Text("usb R %02X:%02X", value, index);
+      if (command) return Text("usb W %02X:%02X=%02X", value, index & 0xFF, index >> 8);
+      break;
+    case 0xDF:
+      if (read && length == 1 && index == 0) return Text("usb P %02X", value);
+      if (command) return Text("usb P %02X=%02X", value, index);
+      if (byteCommand) return Text("usb D %02X=%02X", value, index);
+      break;
+    default:
+      break;
+  }
+  return {};
+}
+
+}  // namespace
+
+FakeBoard::FakeBoard() {
+  board = this;
+}
+FakeBoard::~FakeBoard() {
+  board = nullptr;
+}
+
+FakeBoard::Registers DefaultRegisters() {
+  FakeBoard::Registers registers{};
+  for (const chip::RegisterRow& row : chip::kRegisterRows) registers[row.address] = row.defaultValue;
+  registers[0x3F] = 0x01;
+  return registers;
+}
+
+FakeBoard::Registers& FakeBoard::AddUsbChip(int address) {
+  return usbChips[address] = DefaultRegisters();
+}
+FakeBoard::Registers& FakeBoard::AddSmbusChip(int address) {
+  return smbusChips[address] = DefaultRegisters();
+}
+
+platform::LoadedLibrary FakeBoard::Load(const QString& name) {
+  const auto error = loadErrors.find(name);
+  if (error != loadErrors.end()) return {nullptr, error->second};
+  return {std::make_shared<FakeLibrary>(), {}};
+}
+
+Traffic FakeBoard::TakeTraffic() {
+  return std::exchange(traffic, {});
+}
+
+FakeBoard::Registers& FakeBoard::Chip() {
+  auto& chips = link::InterfaceMode == link::kModeUsb ? usbChips : smbusChips;
+  return chips.at(link::DeviceAddress);
+}
+
+std::int16_t FakeBoard::LoadFirmWare(const char* path) {
+  traffic.push_back(std::string("usb F ") + path);
+  return firmwareResult;
+}
+
+std::int16_t FakeBoard::VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
+                                        std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
+  std::string text = Decode(request, value, index, direction, length, buffer);
+  const bool known = !text.empty();
+  if (!known) {
+    text = Text("usb ? %02X value %X index %X direction %d length %d", request, value, index, direction, length);
+    ADD_FAILURE() << "not a request of the adapter: " << text;
+  }
+  traffic.push_back(text);
+  const int call = usbCalls++;
+  const bool fails = (failFrom && call >= *failFrom) || (failOnly && call == *failOnly) ||
+                     (!failMatching.empty() && text.rfind(failMatching, 0) == 0);
+  if (fails) return failure;
+  if (known) Carry(request, value, index, direction, length, buffer);
+  return 0;
+}
+
+void FakeBoard::Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction,
+                      std::int16_t length, std::uint8_t* buffer) {
+  const auto chip = usbChips.find(value);
+  const bool here = chip != usbChips.end();
+  if (request == 0xDA && direction == 1) std::copy_n(heaterState.begin(), 3, buffer);
+  if (request == 0xDC) {
+    for (int i = 0; i < length; ++i) {
+      buffer[i] = here ? chip->second[static_cast<std::size_t>((index + i) & 0xFF)] : std::uint8_t{0xFF};
+    }
+  }
+  if (request == 0xDE && direction == 1) {
+    buffer[0] = here ? chip->second[static_cast<std::size_t>(index & 0xFF)] : std::uint8_t{0xFF};
+  }
+  if (request == 0xDE && direction == 0 && here) {
+    chip->second[static_cast<std::size_t>(index & 0xFF)] = static_cast<std::uint8_t>(index >> 8);
+  }
+  if (request == 0xDF && direction == 1) buffer[0] = ports[value];
+  if (request == 0xDF && direction == 0) ports[value] = static_cast<std::uint8_t>(index);
+}
+
+void FakeBoard::DetectSmbus() {
+  traffic.emplace_back("smb detect");
+}
+
+std::uint8_t FakeBoard::ReadSmbus(std::uint8_t address, std::uint8_t reg) {
+  traffic.push_back(Text("smb R %02X:%02X", address, reg));
+  const auto chip = smbusChips.find(address);
+  return chip == smbusChips.end() ? std::uint8_t{0xFF} : chip->second[reg];
+}
+
+void FakeBoard::WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
+  traffic.push_back(Text("smb W %02X:%02X=%02X", address, reg, value));
+  const auto chip = smbusChips.find(address);
+  if (chip != smbusChips.end()) chip->second[reg] = value;
+}
+
+namespace {
+const char* Bus() {
+  return link::InterfaceMode == link::kModeUsb ? "usb" : "smb";
+}
+}  // namespace
+
+std::string R(int reg) {
+  return Text("%s R %02X:%02X", Bus(), link::DeviceAddress, reg);
+}
+
+std::string W(int reg, int value) {
+  return Text("%s W %02X:%02X=%02X", Bus(), link::DeviceAddress, reg, value);
+}
+
+Traffic B(int first, int count) {
+  if (link::InterfaceMode == link::kModeUsb) return {Text("usb B %02X:%02X+%d", link::DeviceAddress, first, count)};
+  Traffic reads;
+  for (int i = 0; i < count; ++i) reads.push_back(R(first + i));
+  return reads;
+}
+
+}  // namespace zth::testing

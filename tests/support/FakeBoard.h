@@ -1,0 +1,112 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/Services.h"
+
+namespace zth::testing {
+
+/// Transfers in order, each as a short text:
+///
+///   "usb R 58:3E"      read of a register            "smb R 2C:3E"
+///   "usb W 58:21=AB"   write of a register           "smb W 2C:21=AB"
+///   "usb B 58:88+8"    block read of 8 from 0x88     (SMBus has none)
+///   "usb P 4A"         read of a switch port         "usb P 4A=3F"    write of it
+///   "usb D 4A=3C"      the write with a length of 1  "usb H"          heater state block
+///   "usb H 1=50"       heater 1 at 50 percent        "usb C 30:33"    connect
+///   "usb F <path>"     firmware download             "smb detect"
+///
+/// A request whose direction, length or buffer is not that of its form shows as "usb ? ..." with all its arguments.
+using Traffic = std::vector<std::string>;
+
+/// A board with a register file for each chip address, behind both closed libraries, that writes every call down.
+/// Registers are plain memory: what is written is read back. One exists at a time.
+class FakeBoard {
+ public:
+  using Registers = std::array<std::uint8_t, 256>;
+
+  FakeBoard();
+  ~FakeBoard();
+  FakeBoard(const FakeBoard&) = delete;
+  FakeBoard& operator=(const FakeBoard&) = delete;
+
+  /// Puts a chip with the default registers on a bus.
+  Registers& AddUsbChip(int address);
+  Registers& AddSmbusChip(int address);
+
+  /// What a library's loading gives: its entries, or an error. The two names are "USBFunctions" and "smbus".
+  platform::LoadedLibrary Load(const QString& name);
+  std::map<QString, QString> loadErrors;
+
+  /// Entry points that the libraries do not export.
+  std::set<std::string> missingEntries;
+
+  /// Result of the firmware download.
+  std::int16_t firmwareResult = 1;
+
+  /// USB calls fail, with this result, from the n-th on (counted over all VendorIORequest calls, first is 0).
+  std::optional<int> failFrom;
+  /// Only that one call fails.
+  std::optional<int> failOnly;
+  /// Each call fails whose text begins with this.
+  std::string failMatching;
+  std::int16_t failure = -5;
+
+  /// VendorIORequest calls so far.
+  int usbCalls = 0;
+
+  Traffic traffic;
+  std::map<int, Registers> usbChips;
+  std::map<int, Registers> smbusChips;
+  std::map<int, std::uint8_t> ports;          ///< switch devices on USB
+  std::array<std::uint8_t, 3> heaterState{};  ///< the state block, as it is read
+
+  /// Takes the traffic so far and begins a new list.
+  Traffic TakeTraffic();
+
+  /// The chip that the program works on now.
+  Registers& Chip();
+
+  // The libraries' entries land here.
+  std::int16_t LoadFirmWare(const char* path);
+  std::int16_t VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction,
+                               std::int16_t length, std::uint8_t* buffer);
+  void DetectSmbus();
+  std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg);
+  void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value);
+
+ private:
+  void Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction, std::int16_t length,
+             std::uint8_t* buffer);
+};
+
+/// The default registers of the chip, with a Company ID and a revision that does not invert duties.
+FakeBoard::Registers DefaultRegisters();
+
+/// Texts of transfers to the chip in use on the link in use, as they stand in Traffic.
+std::string R(int reg);
+std::string W(int reg, int value);
+Traffic B(int first, int count);
+
+/// Joins single transfers and lists into one list.
+template <typename... Items>
+Traffic Concat(const Items&... items) {
+  Traffic all;
+  const auto add = [&all](const auto& item) {
+    if constexpr (std::is_convertible_v<decltype(item), std::string>) {
+      all.push_back(item);
+    } else {
+      all.insert(all.end(), item.begin(), item.end());
+    }
+  };
+  (add(items), ...);
+  return all;
+}
+
+}  // namespace zth::testing
