@@ -215,7 +215,7 @@ void BoundControls::Judge(Bound& bound) {
 void BoundControls::Paint(const Bound& bound) const {
   const bool pending = bound.mark == Mark::Pending || bound.mark == Mark::PendingOdd;
   const bool odd = bound.mark == Mark::Odd || bound.mark == Mark::PendingOdd;
-  MarkControl(*bound.control, pending, odd);
+  MarkControl(*bound.control, window_, pending, odd);
 }
 
 void BoundControls::PaintTabs() const {
@@ -224,7 +224,7 @@ void BoundControls::PaintTabs() const {
   for (const Bound& bound : bounds_) {
     states.emplace_back(bound.control, bound.mark == Mark::Pending || bound.mark == Mark::PendingOdd);
   }
-  MarkTabs(states);
+  MarkTabs(window_, states);
 }
 
 void BoundControls::Repaint() {

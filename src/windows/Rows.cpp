@@ -98,6 +98,7 @@ QGridLayout& MakeGrid(QWidget* parent) {
   auto* grid = new QGridLayout(parent);
   // Labels and fields stand in two columns as wide as they need to be; what is left goes to the right of them.
   grid->setColumnStretch(kColumns - 1, 1);
+  grid->setHorizontalSpacing(2 * parent->fontMetrics().averageCharWidth());
   return *grid;
 }
 

@@ -225,6 +225,28 @@ TEST(ConfigMarks, ATextThatSpillsWarnsAtTheNeighbourToo) {
   EXPECT_EQ(Desk::Get<QWidget>(therm, "txtHyst(1)").toolTip(), "0x54 bits 7:4, Local/Remote 1 Hyst");
 }
 
+TEST(ConfigMarks, FollowAChangeOfThePalette) {
+  Desk desk;
+  desk.Start();
+  auto& fan = desk.Open("frmFanConfig");
+  desk.Main().show();
+  Desk::Press(fan, "chkFullSpeed");
+  Desk::Type(fan, "txtMaxPWM", "abc");
+  const auto lightness = [&](const char* control) {
+    return Desk::Get<QWidget>(fan, control).palette().color(QPalette::Text).lightnessF();
+  };
+  EXPECT_LT(lightness("chkFullSpeed"), 0.5F);
+  EXPECT_LT(lightness("txtMaxPWM"), 0.5F);
+  const QPalette before = QApplication::palette();
+  QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(45, 45, 48)));
+  QApplication::processEvents();
+  for (const char* control : {"chkFullSpeed", "txtMaxPWM", "chkVRD1", "cmbTachPulses"}) {
+    EXPECT_GT(lightness(control), 0.5F) << control;
+  }
+  EXPECT_GT(Desk::Get<QTabWidget>(fan, "SSTab1").tabBar()->tabTextColor(0).lightnessF(), 0.5F);
+  QApplication::setPalette(before);
+}
+
 TEST(ConfigMarks, ATabShowsThatItHoldsChanges) {
   Desk desk;
   desk.Start();
@@ -250,6 +272,11 @@ TEST(ConfigMarks, AWheelThatPassesOverAListChangesNothing) {
   };
   turn();
   EXPECT_EQ(list.currentIndex(), before);
+  desk.Main().show();
+  QApplication::setActiveWindow(&desk.Main());
+  list.setFocus();
+  turn();
+  EXPECT_NE(list.currentIndex(), before) << "with the focus it does";
 }
 
 /// A Limits window with six empty tabs, on a desktop that has no other.
