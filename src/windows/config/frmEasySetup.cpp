@@ -137,7 +137,7 @@ bool frmEasySetup::OptionIsValid() const {
 void frmEasySetup::txtOption_Change() {
   const QString place = PlaceOf(kSetupOptions[0].row);
   if (!OptionIsValid()) {
-    MarkControl(*txtOption_, false, true);
+    MarkControl(*txtOption_, *this, false, true);
     txtOption_->setToolTip(place + "\n" + kBadOption);
     return;
   }
@@ -145,7 +145,7 @@ void frmEasySetup::txtOption_Change() {
   const int byte = chip::EasyOptionByte(option);
   // A fraction passes, but is not the option that the chip gets.
   const bool odd = option != std::floor(option);
-  MarkControl(*txtOption_, false, odd);
+  MarkControl(*txtOption_, *this, false, odd);
   txtOption_->setToolTip(place + (odd ? QString::asprintf("\nGoes out as 0x%02X", byte) : QString()));
 }
 

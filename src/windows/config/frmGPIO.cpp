@@ -13,7 +13,6 @@
 #include "chip/PinModel.h"
 #include "windows/BoundControls.h"
 #include "windows/Handlers.h"
-#include "windows/Rows.h"
 #include "windows/SharedState.h"
 
 namespace zth::windows {
@@ -95,9 +94,9 @@ frmGPIO::frmGPIO(const Context& context) : ChildWindow("frmGPIO", "GPIO Configur
   auto* chkEnGPIO = new QCheckBox(CaptionOf(kRows[0]), this);
   chkEnGPIO->setObjectName("chkEnGPIO");
 
-  QGroupBox* frame = MakeFrame("Frame1", "", this);
-  QGridLayout& grid = GridOf(*frame);
-  grid.setColumnStretch(kDirColumn, 0);
+  auto* frame = new QGroupBox(this);
+  frame->setObjectName("Frame1");
+  auto& grid = *new QGridLayout(frame);
   grid.setHorizontalSpacing(16);
   const auto heading = [&](const QString& name, const QString& caption, Column column) {
     auto* label = new QLabel(caption);

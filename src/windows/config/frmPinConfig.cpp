@@ -87,13 +87,13 @@ QWidget* frmPinConfig::BuildDetails() {
   details->setObjectName("fraDetails");
   auto* label1 = new QLabel("Option Details (defaults)");
   label1->setObjectName("Label1");
+  label1->setContentsMargins(0, 0, 0, 6);
   noDetails_ = new QLabel("Select an option to see what it sets up.");
   noDetails_->setObjectName("lblNoDetails");
   noDetails_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
   noDetails_->setAlignment(Qt::AlignCenter);
   auto* grid = new QGridLayout(details);
   grid->setContentsMargins(0, 0, 0, 0);
-  grid->setVerticalSpacing(8);
   grid->addWidget(label1, 0, 0);
   // All on the same spot, which is as large as the largest of them needs.
   grid->addWidget(noDetails_, 1, 0);
@@ -155,8 +155,10 @@ QBoxLayout* frmPinConfig::BuildButtons(const QString& apply, int close, void (fr
 }
 
 QGroupBox* frmPinConfig::BuildBox(PinBox box, const QString& name, const QString& title) {
-  QGroupBox* frame = MakeFrame(name, title, nullptr);
-  QGridLayout& grid = GridOf(*frame);
+  auto* frame = new QGroupBox(title);
+  frame->setObjectName(name);
+  auto& grid = *new QGridLayout(frame);
+  grid.setColumnStretch(1, 1);
   // A group's list heads the pins that hang on it.
   for (std::size_t i = 0; i < kPins.size(); ++i) {
     if (kPins[i].box != box || kPins[i].group != nullptr) continue;
