@@ -100,7 +100,7 @@ TEST(Output, ARampFromStandstillBeginsAtMinAndOneToStandstillGoesAllTheWayDown) 
   EXPECT_NEAR(bench.chip.Duty(0), 100, 1);
   bench.pins.temperatureC[0] = 30;
   bench.Run(5);
-  EXPECT_NEAR(bench.chip.Duty(0), 100 - 5 * 255 / 35, 3);
+  EXPECT_NEAR(bench.chip.Duty(0), 100 - 5 * 255.0 / 35, 3);
   bench.Run(15);
   EXPECT_EQ(bench.chip.Duty(0), 0);
 }
