@@ -5,8 +5,11 @@
 
 #include "shell/frmAbout.h"
 #include "windows/config/frmEDO.h"
+#include "windows/config/frmEasySetup.h"
 #include "windows/config/frmFanConfig.h"
+#include "windows/config/frmGPIO.h"
 #include "windows/config/frmGenConfig.h"
+#include "windows/config/frmPinConfig.h"
 #include "windows/config/frmTherm.h"
 #include "windows/config/frmVoltConfig.h"
 
@@ -29,8 +32,11 @@ windows::ChildWindow* Make(const windows::Context& context) {
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
     Row{"frmEDO", Make<windows::frmEDO>},
+    Row{"frmEasySetup", Make<windows::frmEasySetup>},
     Row{"frmFanConfig", Make<windows::frmFanConfig>},
+    Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
+    Row{"frmPinConfig", Make<windows::frmPinConfig>},
     Row{"frmTherm", Make<windows::frmTherm>},
     Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };
