@@ -4,6 +4,8 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/limits/frmLimits.h"
+#include "windows/regmap/frmRegMap.h"
 
 namespace zth::shell {
 namespace {
@@ -23,6 +25,8 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmLimits", Make<windows::frmLimits>},
+    Row{"frmRegMap", Make<windows::frmRegMap>},
 };
 
 const Row* FindRow(const QString& name) {
