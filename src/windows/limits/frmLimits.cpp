@@ -16,6 +16,7 @@ namespace zth::windows {
 frmLimits::frmLimits(const Context& context) : ChildWindow("frmLimits", "Limits / Interrupts", context) {
   auto* SSTab1 = new QTabWidget(this);
   SSTab1->setObjectName("SSTab1");
+  SSTab1->setUsesScrollButtons(false);  // all six tabs are in sight
   form_.temperature = new LimitPanel(kTemperatureGauge, this);
   form_.fan = new LimitPanel(kFanGauge, this);
   form_.voltage = new LimitPanel(kVoltageGauge, this);
@@ -69,6 +70,7 @@ void frmLimits::AddTab(QTabWidget& tabs, const char* caption, const char* frame,
     row->addWidget(gauge, 1);
     row->addWidget(alerts);
   } else {
+    row->addStretch();
     row->addWidget(alerts);
     row->addStretch();
   }

@@ -1,5 +1,7 @@
 #include "windows/regmap/frmRegMap.h"
 
+#include <algorithm>
+
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -69,6 +71,19 @@ bool Filter(QTreeWidgetItem& node, const QString& text) {
   return any;
 }
 
+QString Description(const chip::RegisterEntry& entry) {
+  return QString::fromStdString(entry.Caption) + " Register";
+}
+
+/// So that the window does not change its width from register to register.
+int WidestDescription(const QFontMetrics& metrics) {
+  int widest = 0;
+  for (const chip::RegisterEntry& entry : chip::RegisterTable) {
+    widest = std::max(widest, metrics.horizontalAdvance(Description(entry)));
+  }
+  return widest;
+}
+
 void CollectRows(const QTreeWidgetItem& node, QStringList& rows) {
   if (node.isHidden()) return;
   if (const chip::RegisterEntry* entry = EntryOf(node)) {
@@ -117,7 +132,7 @@ QGroupBox* frmRegMap::MakeTreeFrame() {
   TreeView1_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   TreeView1_->header()->setStretchLastSection(false);
   // Wide enough for the longest name with its two levels, high enough to hold a group.
-  TreeView1_->setMinimumSize(fontMetrics().averageCharWidth() * 42, fontMetrics().height() * 16);
+  TreeView1_->setMinimumSize(fontMetrics().averageCharWidth() * 42, fontMetrics().height() * 20);
   lblNoMatch_ = Named(new QLabel("No register has such a name, bit or address.", frame), "lblNoMatch");
   lblNoMatch_->setWordWrap(true);
   lblNoMatch_->hide();
@@ -163,6 +178,7 @@ QGroupBox* frmRegMap::MakeDetailsFrame() {
   QFont heavy = lblRegDescription_->font();
   heavy.setBold(true);
   lblRegDescription_->setFont(heavy);
+  lblRegDescription_->setMinimumWidth(WidestDescription(QFontMetrics(heavy)));
   grid->addWidget(lblRegDescription_, 0, 0, 1, 2);
   const auto addValue = [&](int row, const char* labelName, const char* caption, const char* name, const char* start) {
     auto* value = Named(new QLabel(start, frame), name);
@@ -237,7 +253,7 @@ void frmRegMap::TreeView1_NodeClick(const QTreeWidgetItem& node) {
 
 void frmRegMap::ShowRegisterDetails(int row) {
   const chip::RegisterEntry& entry = chip::RegisterTable.at(static_cast<std::size_t>(row));
-  lblRegDescription_->setText(QString::fromStdString(entry.Caption) + " Register");
+  lblRegDescription_->setText(Description(entry));
   lblCurrentAddr_->setText(HexWithSuffix(entry.Address));
   SetAddressBox(lblCurrentAddr_->text());
   lblReadOnly_->setText(entry.ReadOnly ? "Yes" : "No");
