@@ -277,7 +277,7 @@ void GSlider::paintEvent(QPaintEvent*) {
     painter.drawEllipse(layout.thumb.adjusted(-1, -1, 1, 1));
   }
   const QColor button = colours.color(QPalette::Button);
-  QColor face = dark ? button.lighter(170) : QColor(Qt::white);
+  QColor face = dark ? button.lighter(260) : QColor(Qt::white);
   if (!isEnabled()) face = dark ? button : ground;
   if (held_) face = face.darker(112);
   if (hovered_ && !held_ && isEnabled()) face = dark ? face.lighter(115) : accent.lighter(185);
