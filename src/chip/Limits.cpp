@@ -42,7 +42,7 @@ std::uint8_t RpmToTachLimit(double rpm, std::int32_t clock) {
 
 double TachLimitStepUp(double rpm, std::int32_t clock) {
   constexpr double kTen = 10;
-  for (double target = (std::floor(rpm / kTen) + 1) * kTen; target <= static_cast<double>(kTopRpm); target += kTen) {
+  for (double target = (std::ceil(rpm / kTen) + 1) * kTen; target <= static_cast<double>(kTopRpm); target += kTen) {
     if (static_cast<double>(TachLimitToRpm(RpmToTachLimit(target, clock), clock)) > rpm) return target - rpm;
   }
   return 0;
