@@ -208,7 +208,6 @@ void frmRegMap::ConnectTree() {
   connect(TreeView1_, &QTreeWidget::itemClicked, this, [this, click](QTreeWidgetItem* node) {
     if (!shownByPress_) click(node);
     shownByPress_ = false;
-    treePressed_ = false;
   });
   auto* copy = Named(new QAction("&Copy", TreeView1_), "actCopy");
   copy->setShortcut(QKeySequence::Copy);
@@ -369,6 +368,7 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
       treePressed_ = true;
       shownByPress_ = false;
     }
+    if (event->type() == QEvent::MouseButtonRelease) treePressed_ = false;
   }
   if (watched == txtFind_ && event->type() == QEvent::KeyPress) {
     const int key = static_cast<QKeyEvent*>(event)->key();
