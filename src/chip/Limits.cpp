@@ -41,8 +41,9 @@ std::uint8_t RpmToTachLimit(double rpm, std::int32_t clock) {
 }
 
 double TachLimitStepUp(double rpm, std::int32_t clock) {
-  constexpr double kTen = 10;
-  for (double target = (std::ceil(rpm / kTen) + 1) * kTen; target <= static_cast<double>(kTopRpm); target += kTen) {
+  constexpr int kTen = 10;
+  constexpr int kTop = static_cast<int>(kTopRpm);
+  for (int target = (static_cast<int>(std::ceil(rpm / kTen)) + 1) * kTen; target <= kTop; target += kTen) {
     if (static_cast<double>(TachLimitToRpm(RpmToTachLimit(target, clock), clock)) > rpm) return target - rpm;
   }
   return 0;
