@@ -4,14 +4,16 @@
 #include <array>
 
 #include "shell/frmAbout.h"
-#include "windows/config/frmEDO.h"
 #include "windows/config/frmEasySetup.h"
+#include "windows/config/frmEDO.h"
 #include "windows/config/frmFanConfig.h"
-#include "windows/config/frmGPIO.h"
 #include "windows/config/frmGenConfig.h"
+#include "windows/config/frmGPIO.h"
 #include "windows/config/frmPinConfig.h"
 #include "windows/config/frmTherm.h"
 #include "windows/config/frmVoltConfig.h"
+#include "windows/limits/frmLimits.h"
+#include "windows/regmap/frmRegMap.h"
 
 namespace zth::shell {
 namespace {
@@ -31,12 +33,14 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
-    Row{"frmEDO", Make<windows::frmEDO>},
     Row{"frmEasySetup", Make<windows::frmEasySetup>},
+    Row{"frmEDO", Make<windows::frmEDO>},
     Row{"frmFanConfig", Make<windows::frmFanConfig>},
-    Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
+    Row{"frmGPIO", Make<windows::frmGPIO>},
+    Row{"frmLimits", Make<windows::frmLimits>},
     Row{"frmPinConfig", Make<windows::frmPinConfig>},
+    Row{"frmRegMap", Make<windows::frmRegMap>},
     Row{"frmTherm", Make<windows::frmTherm>},
     Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };
