@@ -1,0 +1,136 @@
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include <QPixmap>
+#include <QSet>
+#include <QString>
+#include <QVariantList>
+#include <QWidget>
+
+#include "widgets/LGaugeFace.h"
+#include "widgets/LGaugeScale.h"
+
+namespace zth::widgets {
+
+/// One draggable slider of a gauge: the number that PointerIndex selects it by, and its name for assistive technology.
+struct GaugeSlider {
+  int number = 0;
+  SliderKind kind = SliderKind::Sole;
+  QString name;
+};
+
+/// A dial gauge with a linear scale, numbered needles and numbered sliders on its rim. Needle 0 is a mark on the scale,
+/// needle 1 the hand; neither shows a value before it is first written. Values outside the scale are kept as they were
+/// put and shown at the scale's nearer end.
+class LGauge : public QWidget {
+  Q_OBJECT
+  Q_PROPERTY(double ScaleMin READ ScaleMin WRITE SetScaleMin)
+  Q_PROPERTY(double ScaleMax READ ScaleMax WRITE SetScaleMax)
+  Q_PROPERTY(int NeedleIndex READ NeedleIndex WRITE SetNeedleIndex)
+  Q_PROPERTY(double NeedleValue READ NeedleValue WRITE SetNeedleValue)
+  Q_PROPERTY(int PointerIndex READ PointerIndex WRITE SetPointerIndex)
+  Q_PROPERTY(double PointerValue READ PointerValue WRITE SetPointerValue)
+  Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
+  Q_PROPERTY(double SliderStep READ SliderStep WRITE SetSliderStep)
+  Q_PROPERTY(QVariantList SliderNumbers READ SliderNumbers)
+
+ public:
+  explicit LGauge(QWidget* parent = nullptr);
+
+  /// Declares the sliders that the user can reach, in the order of Tab. Their values survive.
+  void SetSliders(std::vector<GaugeSlider> sliders);
+  /// Slider 2 for the low limit and slider 3 for the high one; or slider 3 for a sole limit.
+  static std::vector<GaugeSlider> LowAndHighSliders();
+  static std::vector<GaugeSlider> SoleSlider();
+
+  double ScaleMin() const { return scaleMin_; }
+  double ScaleMax() const { return scaleMax_; }
+  int NeedleIndex() const { return needleIndex_; }
+  double NeedleValue() const;  ///< of the selected needle; 0 before it is written
+  int PointerIndex() const { return pointerIndex_; }
+  double PointerValue() const;  ///< of the selected slider; 0 before it is written
+  QString Caption() const { return caption_; }
+  double SliderStep() const { return sliderStep_; }
+  QVariantList SliderNumbers() const;
+
+  void SetScaleMin(double value);
+  void SetScaleMax(double value);
+  void SetNeedleIndex(int index) { needleIndex_ = index; }
+  void SetNeedleValue(double value);
+  void SetPointerIndex(int index) { pointerIndex_ = index; }
+  void SetPointerValue(double value);
+  void SetCaption(const QString& text);
+  /// What an arrow key moves a slider by; Page moves ten of it. 0 takes a round step that suits the scale.
+  void SetSliderStep(double step);
+
+  /// The sliders by position in the order of Tab, for assistive technology.
+  const std::vector<GaugeSlider>& Sliders() const { return sliders_; }
+  int ActiveSlider() const { return active_; }
+  double SliderValue(int position) const;
+  double Reading() const;  ///< of needle 1
+  QRect SliderRect(int position) const;
+  DialScale Scale() const { return {scaleMin_, scaleMax_}; }
+  /// Moves a slider on behalf of the user and reports it at once.
+  void MoveByUser(int position, double value);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ signals:
+  /// The user has moved a slider: once, at the end of a drag or of a run of keys. Never raised by a write from code.
+  void SliderChanged();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+
+ private:
+  enum class Gesture { None, Drag, Keys };
+
+  void Begin(Gesture gesture, int position);
+  void MoveActive(double value);
+  /// Ends the gesture; what it changed is kept and reported, or put back.
+  void End(bool keep);
+  void Activate(int position);
+  void Hover(int position);
+  int SliderAt(const QPointF& point) const;
+  int TaggedSlider() const;
+  double PointerAngle(const QPointF& point) const;
+  void InvalidateFace();
+  void TellValue(int child, double value);
+
+  double scaleMin_ = 0;
+  double scaleMax_ = 100;
+  int needleIndex_ = 1;
+  int pointerIndex_ = 3;
+  std::map<int, double> needles_;
+  std::map<int, double> pointers_;
+  QString caption_;
+  double sliderStep_ = 0;
+  std::vector<GaugeSlider> sliders_;
+
+  int active_ = 0;           ///< position of the slider that the keys move
+  int hovered_ = -1;         ///< position of the slider under the mouse
+  bool byKeyboard_ = false;  ///< the focus came, or was used, by key
+  Gesture gesture_ = Gesture::None;
+  double startValue_ = 0;  ///< of the active slider, to be put back
+  double dragAngle_ = 0;   ///< of the active slider, beyond the scale's ends too
+  double lastAngle_ = 0;   ///< of the mouse
+  QSet<int> heldKeys_;
+
+  QPixmap face_;
+};
+
+}  // namespace zth::widgets

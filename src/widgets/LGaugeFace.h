@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPainterPath>
+#include <QPalette>
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+
+class QPainter;
+
+namespace zth::widgets {
+
+class DialScale;
+
+/// What a slider of a gauge stands for. It settles colour and shape: a low limit has a round blue flag on the side
+/// of the smaller values, a high limit a square orange one on the side of the greater values, so that two limits at one
+/// value stand side by side; a sole limit is a violet house above its value.
+enum class SliderKind { Low, High, Sole };
+
+/// Measures of a dial that fills the middle of a rectangle; all in logical pixels, radii from the centre.
+struct DialMeasures {
+  explicit DialMeasures(const QSizeF& widget);
+
+  QPointF centre;
+  double rim = 0;      ///< outer edge of the bezel
+  double plate = 0;    ///< edge of the plate inside it
+  double scale = 0;    ///< the scale's arc, which the tips of the sliders touch
+  double major = 0;    ///< inner end of a major tick
+  double label = 0;    ///< circle that the numbers touch from inside
+  double handle = 0;   ///< height of a slider
+  double number = 0;   ///< pixel size of the numbers
+  double caption = 0;  ///< pixel size of the caption
+};
+
+/// A point at `radius` in the direction of `angle`, degrees clockwise from twelve o'clock.
+QPointF OnDial(const DialMeasures& measures, double angle, double radius);
+
+/// A slider at `angle`, ready to fill.
+QPainterPath SliderShape(const DialMeasures& measures, SliderKind kind, double angle);
+
+/// Everything that a dial shows, drawn piece by piece in the palette's colours, light or dark.
+class DialPainter {
+ public:
+  DialPainter(QPainter& painter, const DialMeasures& measures, const QPalette& palette, const QFont& font);
+
+  /// Bezel, plate, ticks and numbers: what stands still.
+  void Face(double scaleMin, double scaleMax);
+  /// The part of the scale that two limits leave free, from the angle `low` to the angle `high`.
+  void AllowedBand(double low, double high);
+  void Mark(double angle);
+  void Hand(double angle, bool live);
+  void Slider(SliderKind kind, double angle, bool lifted, bool focused);
+  void Caption(const QString& text);
+  /// A slider's value in a tag in the upper half of the dial.
+  void ValueTag(SliderKind kind, const QString& text);
+
+  static QColor SliderColour(SliderKind kind, const QPalette& palette);
+
+ private:
+  void Bezel();
+  QFont FontOf(double pixels, bool bold) const;
+
+  QPainter& painter_;
+  const DialMeasures& measures_;
+  const QPalette& palette_;
+  const QFont& font_;
+};
+
+}  // namespace zth::widgets

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QWidget>
+
+namespace zth::widgets {
+
+/// A two-state lamp: a green disc with a check mark when Value is false, a red octagon with an exclamation mark when it
+/// is true, so that the states differ without colour. It shows only: it takes no focus and no clicks.
+class Toggle : public QWidget {
+  Q_OBJECT
+  Q_PROPERTY(bool Value READ Value WRITE SetValue USER true)
+  Q_PROPERTY(bool Visible READ Visible WRITE setVisible)
+
+ public:
+  explicit Toggle(QWidget* parent = nullptr);
+
+  bool Value() const { return value_; }
+  void SetValue(bool value);
+
+  /// False when the lamp itself was hidden, whatever its window does. A hidden lamp keeps its place in a layout.
+  bool Visible() const;
+
+  /// "OK" or "Bad".
+  QString StateText() const;
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  bool value_ = false;
+};
+
+}  // namespace zth::widgets

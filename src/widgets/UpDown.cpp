@@ -1,0 +1,174 @@
+#include "widgets/UpDown.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPolygonF>
+#include <QStyle>
+#include <QStyleOption>
+#include <QToolButton>
+#include <QWheelEvent>
+
+#include "base/NumberText.h"
+#include "base/Rounding.h"
+
+namespace zth::widgets {
+namespace {
+
+constexpr int kPageSteps = 10;
+constexpr int kNotch = 120;  // of a wheel, in eighths of a degree
+constexpr int kSpareDigits = 2;
+
+// A button as low as half a text box: a style's own arrow does not shrink that far.
+class ArrowButton final : public QToolButton {
+ public:
+  ArrowButton(bool up, QWidget* parent) : QToolButton(parent), up_(up) {
+    setFocusPolicy(Qt::NoFocus);
+    setAutoRepeat(true);
+    setAutoRepeatDelay(400);
+    setAutoRepeatInterval(60);
+  }
+  QSize sizeHint() const override { return {8, 6}; }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPalette& colours = palette();
+    const bool dark = colours.color(QPalette::Window).lightnessF() < 0.5;
+    QColor ground = colours.color(QPalette::Button);
+    if (isDown()) {
+      ground = dark ? ground.lighter(190) : ground.darker(122);
+    } else if (isEnabled() && underMouse()) {
+      ground = dark ? ground.lighter(150) : ground.lighter(106);
+    }
+    const QColor edge =
+        dark ? colours.color(QPalette::Window).lighter(190) : colours.color(QPalette::Window).darker(150);
+    painter.setPen(QPen(edge, 1));
+    painter.setBrush(ground);
+    // The two buttons share the line between them.
+    painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, up_ ? 0.5 : -0.5));
+    const double half = std::clamp(std::min(width() * 0.22, height() * 0.30), 2.0, 6.0);
+    const QPointF c = QRectF(rect()).center() + QPointF(0, up_ ? 0.5 : 0);
+    const double rise = up_ ? -half * 0.55 : half * 0.55;
+    const QPolygonF arrow({c + QPointF(-half, -rise), c + QPointF(half, -rise), c + QPointF(0, rise)});
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colours.color(QPalette::ButtonText));
+    painter.drawPolygon(arrow);
+  }
+
+ private:
+  bool up_;
+};
+
+}  // namespace
+
+UpDown::UpDown(QLineEdit* buddy, const Range& range, QWidget* parent)
+    : QWidget(parent), buddy_(buddy), range_(range), up_(MakeButton(1)), down_(MakeButton(-1)) {
+  setFocusPolicy(Qt::NoFocus);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  setEnabled(buddy->isEnabled());
+  buddy->installEventFilter(this);
+}
+
+QToolButton* UpDown::MakeButton(int steps) {
+  auto* button = new ArrowButton(steps > 0, this);
+  button->setAccessibleName(steps > 0 ? tr("Increase") : tr("Decrease"));
+  connect(button, &QToolButton::clicked, this, [this, steps] {
+    if (buddy_) buddy_->setFocus(Qt::OtherFocusReason);
+    Step(steps);
+  });
+  return button;
+}
+
+void UpDown::Step(int steps) {
+  if (!buddy_ || !buddy_->isEnabled() || buddy_->isReadOnly()) return;
+  // Fractions are typed, never stepped to: "32.5" goes on from its whole neighbour.
+  const double whole = base::RoundHalfEven(base::LeadingDecimal(buddy_->text().toStdString()));
+  const double wanted = whole + static_cast<double>(steps) * range_.increment;
+  const double low = std::min(range_.min, range_.max);
+  const double high = std::max(range_.min, range_.max);
+  buddy_->setText(QString::number(base::RoundToInt(std::clamp(wanted, low, high))));
+  if (buddy_ && buddy_->hasFocus()) buddy_->selectAll();
+}
+
+bool UpDown::StepByKey(int key) {
+  switch (key) {
+    case Qt::Key_Up:
+      Step(1);
+      return true;
+    case Qt::Key_Down:
+      Step(-1);
+      return true;
+    case Qt::Key_PageUp:
+      Step(kPageSteps);
+      return true;
+    case Qt::Key_PageDown:
+      Step(-kPageSteps);
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool UpDown::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != buddy_) return QWidget::eventFilter(watched, event);
+  switch (event->type()) {
+    case QEvent::KeyPress: {
+      const auto* key = static_cast<QKeyEvent*>(event);
+      return (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier && StepByKey(key->key());
+    }
+    case QEvent::Wheel: {
+      // Without the focus the wheel belongs to whatever scrolls below the box.
+      if (!buddy_->hasFocus()) return false;
+      wheelRest_ += static_cast<QWheelEvent*>(event)->angleDelta().y();
+      const int notches = wheelRest_ / kNotch;
+      wheelRest_ -= notches * kNotch;
+      if (notches != 0) Step(notches);
+      event->accept();
+      return true;
+    }
+    case QEvent::EnabledChange:
+      setEnabled(buddy_->isEnabled());
+      return false;
+    case QEvent::ShowToParent:
+    case QEvent::HideToParent:
+      if (parentWidget()) setVisible(!buddy_->isHidden());
+      return false;
+    default:
+      return false;
+  }
+}
+
+QHBoxLayout* UpDown::Row() {
+  auto* row = new QHBoxLayout;
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(0);
+  if (buddy_) {
+    const auto digits = std::max(QString::number(range_.min).size(), QString::number(range_.max).size()) + kSpareDigits;
+    const int text = buddy_->fontMetrics().horizontalAdvance(QLatin1Char('0')) * static_cast<int>(digits);
+    buddy_->setFixedWidth(text + buddy_->sizeHint().height());  // the height stands in for frame and margins
+    row->addWidget(buddy_);
+  }
+  row->addWidget(this);
+  row->addStretch();
+  return row;
+}
+
+QSize UpDown::sizeHint() const {
+  const int height = buddy_ ? buddy_->sizeHint().height() : fontMetrics().height() * 3 / 2;
+  return {std::max(14, height * 3 / 4), height};
+}
+
+void UpDown::resizeEvent(QResizeEvent*) {
+  const int half = height() / 2;
+  up_->setGeometry(0, 0, width(), half);
+  down_->setGeometry(0, half, width(), height() - half);
+}
+
+}  // namespace zth::widgets
