@@ -3,18 +3,51 @@
 #include <memory>
 
 #include "chip/Measurements.h"
+#include "windows/ChildWindow.h"
+#include "windows/SharedState.h"
+#include "windows/board/frmHeaters.h"
+#include "windows/fancontrol/Demo.h"
+#include "windows/fancontrol/frmManualControl.h"
 
 namespace zth::shell {
+namespace {
+
+/// A job's action on a window, which is open while the job's condition holds.
+template <typename Window>
+std::function<void()> OnWindow(const windows::Context& context, const char* name, void (*action)(Window&)) {
+  return [&desktop = context.desktop, name, action] {
+    if (auto* window = qobject_cast<Window*>(desktop.FindWindow(name))) action(*window);
+  };
+}
+
+std::function<double()> Every(double seconds) {
+  return [seconds] { return seconds; };
+}
+
+void RefreshManualControl(windows::frmManualControl& window) {
+  window.RefreshManualControlStates();
+  if (!windows::ManualSliderHeld) window.RefreshManualControlSliders();
+}
+
+}  // namespace
 
 void MeasurementJob::Run() {
   constexpr std::int16_t kGroups = 6;
   chip::ReadMeasurementGroup(static_cast<std::int16_t>(phase_ + 1));
+  windows::AdjustForDemo(phase_, services_);
   phase_ = static_cast<std::int16_t>((phase_ + 1) % kGroups);
 }
 
-void AddMonitorJobs(JobList& jobs, const windows::Context& /*context*/) {
+void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
+  // job 1
   jobs.Add({"measurement", [] { return chip::PollEnabled; }, [] { return chip::PollPeriodMs / 1000.0; },
-            [job = std::make_shared<MeasurementJob>()] { job->Run(); }});
+            [job = std::make_shared<MeasurementJob>(context.services)] { job->Run(); }});
+  // job 4
+  jobs.Add({"heaters", [] { return windows::HeatersOpen; }, Every(1.0),
+            OnWindow<windows::frmHeaters>(context, "frmHeaters", [](auto& window) { window.RefreshTemperatures(); })});
+  // job 6
+  jobs.Add({"manual control", [] { return windows::ManualOpen; }, Every(1.0),
+            OnWindow<windows::frmManualControl>(context, "frmManualControl", RefreshManualControl)});
 }
 
 }  // namespace zth::shell

@@ -4,6 +4,9 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/board/frmHeaters.h"
+#include "windows/board/frmSwitches.h"
+#include "windows/fancontrol/frmManualControl.h"
 
 namespace zth::shell {
 namespace {
@@ -23,6 +26,9 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmHeaters", Make<windows::frmHeaters>},
+    Row{"frmManualControl", Make<windows::frmManualControl>},
+    Row{"frmSwitches", Make<windows::frmSwitches>},
 };
 
 const Row* FindRow(const QString& name) {
