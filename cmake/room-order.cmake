@@ -1,17 +1,29 @@
-# The order of the rooms, held by a test: cmake -DSRC=<src> -P room-order.cmake
+# The order of the rooms, held by a test: cmake -DSRC=<src> -DFIGURE=<docs/architecture.md> -P room-order.cmake
 #
-# Reads every include of every room and ends with an error on one that points to a room it may not see, or that is not
-# written as "room/File.h". docs/architecture.md draws the same table.
+# Takes from the figure which rooms a room sees, reads every include of every room, and ends with an error on one that
+# points elsewhere or that is not written as "room/File.h".
 cmake_minimum_required(VERSION 3.22)
+get_filename_component(SRC "${SRC}" ABSOLUTE)
 
-set(rooms base platform link chip widgets windows shell)
-set(below_base)
-set(below_platform base)
-set(below_link base platform)
-set(below_chip base platform link)
-set(below_widgets base platform)
-set(below_windows base platform link chip widgets)
-set(below_shell base platform link chip widgets windows)
+# The figure's rows: a room's name, the rooms that it sees, a bar.
+file(STRINGS "${FIGURE}" rows REGEX "^ [ |]*[a-z]+[a-z ]*\\|[^|]+$")
+foreach(row IN LISTS rows)
+  string(REGEX MATCH "([a-z][a-z ]*)\\|" row "${row}")
+  string(STRIP "${CMAKE_MATCH_1}" row)
+  string(REGEX REPLACE " +" ";" row "${row}")
+  list(POP_FRONT row room)
+  list(APPEND rooms ${room})
+  set(below_${room} ${row})
+endforeach()
+file(GLOB folders LIST_DIRECTORIES true RELATIVE "${SRC}" "${SRC}/*")
+foreach(folder IN LISTS folders)
+  if(IS_DIRECTORY "${SRC}/${folder}" AND NOT folder IN_LIST rooms)
+    message(SEND_ERROR "${folder} is no room of ${FIGURE}")
+  endif()
+endforeach()
+if(NOT rooms)
+  message(SEND_ERROR "no rows in ${FIGURE}")
+endif()
 
 foreach(room IN LISTS rooms)
   file(GLOB_RECURSE files "${SRC}/${room}/*.h" "${SRC}/${room}/*.cpp")

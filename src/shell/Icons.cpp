@@ -8,6 +8,12 @@
 #include <QPixmap>
 #include <QSvgRenderer>
 
+/// The drawings stand in a static library, from which a program takes only what it names. Q_INIT_RESOURCE wants to
+/// stand outside every namespace.
+static void NameResources() {
+  Q_INIT_RESOURCE(icons);
+}
+
 namespace zth::shell {
 namespace {
 
@@ -40,6 +46,7 @@ class PaletteSvgEngine final : public QIconEngine {
 };
 
 QIcon FromResource(const QString& name) {
+  NameResources();
   QFile file(":/shell/icons/" + name + ".svg");
   return file.open(QIODevice::ReadOnly) ? QIcon(new PaletteSvgEngine(file.readAll())) : QIcon();
 }

@@ -72,7 +72,7 @@ frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
   column->addLayout(head);
   column->addSpacing(24);
   column->addWidget(lblProgInfo_);
-  column->addWidget(track_, 0, Qt::AlignHCenter);
+  column->addWidget(track_, 0, Qt::AlignLeft);
   auto* all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
   all->addWidget(frame);

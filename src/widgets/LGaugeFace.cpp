@@ -176,6 +176,9 @@ void DialPainter::Face(double scaleMin, double scaleMax) {
 
   painter_.setFont(font);
   for (const DialTick& tick : DialTicks(scaleMin, scaleMax, measures_.scale, measures_.label, measure)) {
+    // A minor tick right beside an end of the scale would read as a double line.
+    const double toEnd = (kDialHalfSweep - std::abs(tick.angle)) * std::numbers::pi / 180 * measures_.scale;
+    if (!tick.major && toEnd < 3 * fine) continue;
     stroke(tick.angle, tick.major ? measures_.major : minor, tick.major ? fine * 1.9 : fine);
     if (!tick.major) continue;
     const QString text = QString::fromStdString(tick.text);
@@ -197,15 +200,10 @@ void DialPainter::AllowedBand(double low, double high) {
 }
 
 void DialPainter::Mark(double angle) {
-  const double size = std::max(4.0, measures_.rim * 0.055);
-  QPainterPath triangle;
-  triangle.moveTo(0, 0);
-  triangle.lineTo(size * 0.6, size);
-  triangle.lineTo(-size * 0.6, size);
-  triangle.closeSubpath();
-  painter_.setPen(QPen(Plate(palette_), 1));
+  // A pin on the arc, as a meter's stop pin: small, and no slider's tip or tick looks like it.
+  painter_.setPen(QPen(Plate(palette_), std::max(1.0, measures_.rim * 0.012)));
   painter_.setBrush(Ink(palette_));
-  painter_.drawPath(Turned(triangle, measures_, angle, measures_.scale - 1));
+  painter_.drawEllipse(Circle(OnDial(measures_, angle, measures_.scale), std::max(3.0, measures_.rim * 0.034)));
 }
 
 void DialPainter::Hand(double angle, bool live) {
@@ -275,12 +273,12 @@ void DialPainter::Caption(const QString& text) {
 }
 
 void DialPainter::ValueTag(SliderKind kind, const QString& text) {
-  const QFont font = FontOf(std::max(measures_.number * 1.1, 10.0), true);
+  const QFont font = FontOf(std::max(measures_.number, 10.0), true);
   const QFontMetricsF metrics(font, painter_.device());
   const QSizeF size(metrics.horizontalAdvance(text) + measures_.number * 1.2,
-                    metrics.height() + measures_.number * 0.3);
+                    metrics.height() + measures_.number * 0.1);
   QRectF tag(QPointF(0, 0), size);
-  tag.moveCenter(measures_.centre - QPointF(0, measures_.rim * 0.30));
+  tag.moveCenter(measures_.centre - QPointF(0, measures_.rim * 0.25));
   const QColor colour = SliderColour(kind, palette_);
   painter_.setPen(QPen(Plate(palette_), 1.5));
   painter_.setBrush(colour);

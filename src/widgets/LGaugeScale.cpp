@@ -11,9 +11,11 @@
 namespace zth::widgets {
 namespace {
 
-constexpr int kMostMajorTicks = 12;                   // a dial with more numbers than this reads no better
-constexpr double kSmallestMinorGap = 3;               // pixels along the scale between two minor ticks
-constexpr double kLabelClearance = 0.35;              // between two numbers, as a part of their height
+constexpr int kMostMajorTicks = 12;      // a dial with more numbers than this reads no better
+constexpr double kSmallestMinorGap = 3;  // pixels along the scale between two minor ticks
+constexpr double kClearanceX = 0.5;      // between two numbers, as parts of their height
+constexpr double kClearanceY = 0.25;
+constexpr double kLeastRelativeSpan = 1e-9;           // below it, neighbouring ticks are one and the same number
 constexpr std::array kMantissas{1.0, 2.0, 2.5, 5.0};  // 2.5 only where it gives whole numbers
 
 int DecimalsOf(double step) {
@@ -70,10 +72,11 @@ void PlaceLabel(DialTick& tick, double radius, const TextSize& size) {
 bool LabelsKeepClear(const std::vector<DialTick>& ticks, const std::vector<TextSize>& sizes) {
   for (std::size_t i = 0; i < ticks.size(); ++i) {
     for (std::size_t j = i + 1; j < ticks.size(); ++j) {
-      const double clearance = kLabelClearance * sizes[i].height;
+      const double height = sizes[i].height;
       const bool apartX =
-          std::abs(ticks[i].labelX - ticks[j].labelX) >= (sizes[i].width + sizes[j].width) / 2 + clearance;
-      const bool apartY = std::abs(ticks[i].labelY - ticks[j].labelY) >= (sizes[i].height + sizes[j].height) / 2;
+          std::abs(ticks[i].labelX - ticks[j].labelX) >= (sizes[i].width + sizes[j].width) / 2 + kClearanceX * height;
+      const bool apartY =
+          std::abs(ticks[i].labelY - ticks[j].labelY) >= (height + sizes[j].height) / 2 + kClearanceY * height;
       if (!apartX && !apartY) return false;
     }
   }
@@ -84,10 +87,10 @@ std::vector<DialTick> TicksEvery(double step, const DialScale& scale, double low
   std::vector<DialTick> ticks;
   const double slack = (high - low) * 1e-9;
   const double first = std::ceil((low - slack) / step);
-  const double last = std::floor((high + slack) / step);
-  for (double n = first; n <= last; ++n) {
+  const int count = static_cast<int>(std::floor((high + slack) / step) - first) + 1;
+  for (int i = 0; i < count; ++i) {
     DialTick tick;
-    tick.value = n * step + 0.0;
+    tick.value = (first + i) * step + 0.0;  // + 0.0: no negative zero
     tick.angle = scale.Angle(tick.value);
     ticks.push_back(tick);
   }
@@ -159,6 +162,7 @@ std::vector<DialTick> DialTicks(double minimum, double maximum, double tickRadiu
   const auto [low, high] = std::minmax(minimum, maximum);
   const double span = high - low;
   if (!std::isfinite(span) || span <= 0 || tickRadius <= 0 || labelRadius <= 0) return {};
+  if (span < std::max(std::abs(low), std::abs(high)) * kLeastRelativeSpan) return {};
 
   std::vector<DialTick> majors;
   Divisions divisions(span);

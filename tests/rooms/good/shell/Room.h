@@ -1,1 +1,1 @@
-#include "base/Base.h"
+#include "base/Room.h"

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "simulator/Measurement.h"
+#include "simulator/PinInputs.h"
+#include "simulator/PinModel.h"
+#include "simulator/RegisterFile.h"
+#include "simulator/ThermPins.h"
+
+namespace zth::simulator {
+
+/// The status registers: limits against measurements, latched for each of the two readers, and the ALERT pin.
+class Alerts {
+ public:
+  Alerts(RegisterFile& registers, const PinModel& pins) : registers_(registers), pins_(pins) {}
+
+  /// Compares everything with its limits, latches what is out and renews the status registers. Temperatures and
+  /// voltages are compared when they have been `converted` in this tick.
+  void Tick(bool converted, const Measurement& measurement, const ThermPins& therm, const PinInputs& inputs);
+  void Reset();
+
+  /// A status register was read: its copy lets go of the bits whose cause is over.
+  void StatusRead(int address);
+
+  /// The causes as they are now, by group: in the order of the registers from 0xB8 on.
+  std::uint8_t Live(std::size_t group) const { return live_[group]; }
+  /// The ALERT pin is pulled, `gpioActive` being the GPIO inputs that are active.
+  bool AlertAsserted(std::uint8_t gpioActive) const;
+
+  enum Group : std::uint8_t { Thermal1, Thermal2, ThermLimits, Voltage1, Voltage2, Fans, Digital };
+
+ private:
+  static constexpr std::size_t kGroups = 7;
+
+  std::uint8_t Temperatures(const Measurement& measurement) const;
+  std::uint8_t ThermEvents(const ThermPins& therm, const PinInputs& inputs) const;
+  std::uint8_t ThermLimitBits(const ThermPins& therm) const;
+  std::uint8_t Voltages(int group) const;
+  std::uint8_t SlowFans(const Measurement& measurement) const;
+  std::uint8_t DigitalInputs(const PinInputs& inputs) const;
+
+  RegisterFile& registers_;
+  const PinModel& pins_;
+  std::array<std::uint8_t, kGroups> live_{};
+};
+
+}  // namespace zth::simulator

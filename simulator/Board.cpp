@@ -1,0 +1,109 @@
+#include "simulator/Board.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+
+#include "simulator/ChipTime.h"
+
+namespace zth::simulator {
+namespace {
+
+constexpr std::uint8_t kPort48 = 0x48;
+constexpr std::uint8_t kPort4A = 0x4A;
+enum Device { k48, k4A };
+
+// A lithium cell of 3.05 V on the battery input, whose scale is 4 V.
+constexpr double kBatteryRatio = 3.05 / 4;
+
+constexpr std::size_t At(int i) {
+  return static_cast<std::size_t>(i);
+}
+
+}  // namespace
+
+Board::Board(const BoardOptions& options) : options_(options), chip_(options.chip), plant_(options.plant) {}
+
+void Board::Advance(std::chrono::nanoseconds elapsed) {
+  for (pending_ += elapsed; pending_ >= kTick; pending_ -= kTick) Tick();
+}
+
+void Board::Tick() {
+  for (int pin = 0; pin < kVoltagePins; ++pin) {
+    plant_.SetSupplyFactor(static_cast<VoltagePin>(pin), faults_.supplyFactor[At(pin)]);
+  }
+  DriveFans();
+  DriveHeaters();
+  plant_.Step(kTickSeconds);
+  chip_.Tick(Inputs());
+}
+
+void Board::DriveFans() {
+  const PinOutputs outputs = chip_.Outputs();
+  for (int fan = 0; fan < kTachs; ++fan) {
+    const int pwm = fan % kPwms;
+    // Switches part the first two outputs. A fan without a control signal pulls its input up and runs at full speed.
+    const bool connected = pwm >= 2 || Closed(k4A, 4 + pwm);
+    plant_.SetFanDrive(fan, connected ? outputs.pwmHigh[At(pwm)].value_or(1.0) : 1.0);
+    plant_.SetFanBlocked(fan, faults_.fanStalled[At(fan)]);
+  }
+}
+
+void Board::DriveHeaters() {
+  for (int heater = 0; heater < kHeaters; ++heater) {
+    const double stuck = faults_.heaterStuck[At(heater)];
+    plant_.SetHeater(heater, stuck >= 0 ? stuck : heaterPercent_[At(heater)] / 100.0);
+  }
+}
+
+PinInputs Board::Inputs() const {
+  PinInputs inputs;
+  for (int sensor = 0; sensor < kTemperatures; ++sensor) {
+    inputs.temperatureC[At(sensor)] = plant_.TemperatureC(sensor);
+    inputs.diodeOpen[At(sensor)] = faults_.diodeOpen[At(sensor)];
+  }
+  const bool d2Connected = Closed(k4A, 0) && Closed(k4A, 1);
+  if (!d2Connected) inputs.diodeOpen[2] = !options_.diodeAtD2Connector;
+
+  for (int fan = 0; fan < kTachs; ++fan) {
+    const bool connected = fan >= 4 || Closed(k48, fan);
+    inputs.pulsesPerMinute[At(fan)] = connected ? plant_.PulsesPerMinute(fan) : 0;
+  }
+
+  for (int n = 0; n < kVoltagePins; ++n) {
+    const auto pin = static_cast<VoltagePin>(n);
+    // The supply behind a pin is the one that its function asks for, as if the board's jumpers were set right.
+    double nominal = chip_.Pins().Nominal(pin);
+    if (nominal <= 0 && pin >= VoltagePin::P28) nominal = 1.5;
+    if (pin == VoltagePin::P26 && nominal == 4) nominal *= kBatteryRatio;
+    const bool switched = pin >= VoltagePin::P23 && pin <= VoltagePin::P26;
+    const bool connected = !switched || Closed(k48, 4 + n - static_cast<int>(VoltagePin::P23));
+    inputs.volts[At(n)] = connected ? nominal * plant_.SupplyRatio(pin) : 0;
+  }
+  return inputs;
+}
+
+bool Board::SetHeater(int heater, int percent) {
+  if (heater < 1 || heater > kHeaters) return false;
+  heaterPercent_[At(heater - 1)] = std::clamp(percent, 0, 100);
+  return true;
+}
+
+std::uint8_t Board::HeaterState(int heater) const {
+  return static_cast<std::uint8_t>(2 * heaterPercent_[At(heater - 1)]);
+}
+
+bool Board::WritePort(std::uint8_t address, std::uint8_t port) {
+  if (!options_.switches || (address != kPort48 && address != kPort4A)) return false;
+  ports_[address == kPort48 ? k48 : k4A] = port;
+  return true;
+}
+
+bool Board::ReadPort(std::uint8_t address, std::uint8_t& port) const {
+  if (!options_.switches || (address != kPort48 && address != kPort4A)) return false;
+  port = ports_[address == kPort48 ? k48 : k4A];
+  return true;
+}
+
+}  // namespace zth::simulator

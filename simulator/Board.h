@@ -1,0 +1,77 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+
+#include "simulator/Chip.h"
+#include "simulator/PinInputs.h"
+#include "simulator/Plant.h"
+
+namespace zth::simulator {
+
+/// How a board is built.
+struct BoardOptions {
+  ChipOptions chip;
+  PlantOptions plant;
+  /// The board carries the two ADG715s. Without them every connection is closed for good.
+  bool switches = true;
+  /// A diode of the user's stands at the D2 connector and senses the same spot: it takes over when the D2 switches part
+  /// the board's own one.
+  bool diodeAtD2Connector = false;
+};
+
+/// Faults that stand on the board at present.
+struct BoardFaults {
+  std::array<bool, kTachs> fanStalled{};
+  std::array<double, kHeaters> heaterStuck{-1, -1};  ///< drive 0 to 1 that the heater is stuck at; negative for none
+  std::array<bool, kTemperatures> diodeOpen{};
+  std::array<double, kVoltagePins> supplyFactor{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
+};
+
+/// The evaluation board: the chip, the physics around it, the two octal switches and the two heaters. Time is given
+/// from outside.
+class Board {
+ public:
+  explicit Board(const BoardOptions& options = {});
+
+  /// Lets time go by. Whole ticks of kTick are run, the rest is kept for the next call, so that cutting a stretch of
+  /// time into pieces changes nothing.
+  void Advance(std::chrono::nanoseconds elapsed);
+
+  Chip& TheChip() { return chip_; }
+  const Chip& TheChip() const { return chip_; }
+  const Plant& ThePlant() const { return plant_; }
+
+  /// Sets heater 1 or 2 to 0 to 100 percent. False for another number.
+  bool SetHeater(int heater, int percent);
+  /// The adapter's state byte of heater 1 or 2: twice the percent that was set.
+  std::uint8_t HeaterState(int heater) const;
+
+  /// Writes the port of the ADG715 at 0x48 or 0x4A; a bit at 1 closes a switch. False where there is none.
+  bool WritePort(std::uint8_t address, std::uint8_t port);
+  /// Reads the port back. False where there is none.
+  bool ReadPort(std::uint8_t address, std::uint8_t& port) const;
+
+  void SetFaults(const BoardFaults& faults) { faults_ = faults; }
+
+ private:
+  void Tick();
+  void DriveFans();
+  void DriveHeaters();
+  PinInputs Inputs() const;
+  bool Closed(int device, int bit) const {
+    return !options_.switches || (ports_[static_cast<std::size_t>(device)] >> bit & 1) != 0;
+  }
+
+  BoardOptions options_;
+  Chip chip_;
+  Plant plant_;
+  BoardFaults faults_;
+  std::chrono::nanoseconds pending_{0};
+  /// 0x48, 0x4A. The adapter's firmware closes all that is wired before it answers for the first time.
+  std::array<std::uint8_t, 2> ports_{0xFF, 0x3F};
+  std::array<int, kHeaters> heaterPercent_{};
+};
+
+}  // namespace zth::simulator

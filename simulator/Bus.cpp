@@ -1,0 +1,88 @@
+#include "simulator/Bus.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "simulator/ChipTime.h"
+
+namespace zth::simulator {
+namespace {
+
+constexpr std::chrono::minutes kLongestPause{10};
+constexpr std::chrono::seconds kUnderPower{2};
+constexpr std::uint8_t kNobody = 0xFF;  // what floating bus lines read as
+
+BoardOptions OptionsOf(const Settings& settings, std::uint8_t address, bool switches) {
+  BoardOptions options;
+  options.chip.revision = settings.revision;
+  options.chip.seed = settings.seed ^ (std::uint64_t{address} << 32U);
+  options.chip.noise = settings.noise;
+  options.plant.seed = options.chip.seed + 1;
+  options.plant.ambientC = settings.ambientC;
+  options.plant.ripple = settings.noise;
+  options.plant.fanPulses = settings.fanPulses;
+  options.switches = switches;
+  options.diodeAtD2Connector = settings.diodeAtD2Connector;
+  return options;
+}
+
+}  // namespace
+
+Bus::Bus(const Settings& settings, const std::vector<std::uint8_t>& addresses, bool switches)
+    : faults_(settings.faults), timeFactor_(settings.timeFactor) {
+  for (const std::uint8_t address : addresses) {
+    // Only the first board has the adapter's switches on it.
+    const bool withSwitches = switches && address == addresses.front();
+    boards_[address] = std::make_unique<Board>(OptionsOf(settings, address, withSwitches));
+  }
+}
+
+void Bus::PowerUp() {
+  for (auto& [address, board] : boards_) board->Advance(kUnderPower);
+}
+
+void Bus::AdvanceReal(std::chrono::nanoseconds elapsed) {
+  elapsed = std::clamp<std::chrono::nanoseconds>(elapsed, std::chrono::nanoseconds{0}, kLongestPause);
+  std::chrono::nanoseconds left{static_cast<std::int64_t>(static_cast<double>(elapsed.count()) * timeFactor_)};
+  // Faults come and go between ticks, so that time is let by in short pieces while a plan runs.
+  while (left.count() > 0) {
+    const std::chrono::nanoseconds piece = std::min<std::chrono::nanoseconds>(left, kTick);
+    for (auto& [address, board] : boards_) {
+      board->SetFaults(faults_.OnBoard(now_));
+      board->Advance(piece);
+    }
+    now_ += piece;
+    left -= piece;
+  }
+}
+
+bool Bus::Admit(const Transfer& transfer) {
+  delay_ += faults_.Delay(now_, transfer);
+  return !faults_.Fails(now_, transfer);
+}
+
+std::chrono::milliseconds Bus::TakeDelay() {
+  const std::chrono::milliseconds delay = delay_;
+  delay_ = std::chrono::milliseconds{0};
+  return delay;
+}
+
+Board* Bus::At(int address) {
+  const auto found = boards_.find(address);
+  return found == boards_.end() ? nullptr : found->second.get();
+}
+
+std::uint8_t Bus::Read(int address, std::uint8_t reg) {
+  Board* board = At(address);
+  return board == nullptr ? kNobody : faults_.Seen(now_, reg, board->TheChip().Read(reg));
+}
+
+void Bus::Write(int address, std::uint8_t reg, std::uint8_t value) {
+  Board* board = At(address);
+  if (board != nullptr && !faults_.WriteLost(now_, reg)) board->TheChip().Write(reg, value);
+}
+
+}  // namespace zth::simulator

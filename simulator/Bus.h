@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "simulator/Board.h"
+#include "simulator/FaultPlan.h"
+#include "simulator/Settings.h"
+
+namespace zth::simulator {
+
+/// The boards on one link, in simulated time, with the plan of faults between them and the link.
+class Bus {
+ public:
+  /// One board for each address. Each has a seed of its own, taken from the settings' one and the address.
+  Bus(const Settings& settings, const std::vector<std::uint8_t>& addresses, bool switches);
+
+  /// The boards have been under power for two seconds when the link first looks at them. The plan's time starts here.
+  void PowerUp();
+
+  /// Lets real time go by, which the time factor turns into simulated time. A pause of more than ten minutes, as of a
+  /// computer put to sleep, counts as ten.
+  void AdvanceReal(std::chrono::nanoseconds elapsed);
+
+  /// Judges one transfer before it is made: false when it fails. What it takes longer is added to TakeDelay().
+  bool Admit(const Transfer& transfer);
+  /// The time that transfers since the last call should have taken longer.
+  std::chrono::milliseconds TakeDelay();
+  bool Unplugged() const { return faults_.Unplugged(now_); }
+
+  /// One register of the chip at an address; 0xFF where no chip answers.
+  std::uint8_t Read(int address, std::uint8_t reg);
+  void Write(int address, std::uint8_t reg, std::uint8_t value);
+
+  /// The first board, which the adapter's heaters and switches belong to; nullptr when there is none.
+  Board* First() { return boards_.empty() ? nullptr : boards_.begin()->second.get(); }
+
+ private:
+  Board* At(int address);
+
+  std::map<int, std::unique_ptr<Board>> boards_;
+  FaultClock faults_;
+  double timeFactor_;
+  std::chrono::nanoseconds now_{0};
+  std::chrono::milliseconds delay_{0};
+};
+
+}  // namespace zth::simulator

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "simulator/PinModel.h"
+
+namespace zth::simulator {
+
+/// What the board puts on the chip's pins: the chip knows the world through this alone.
+struct PinInputs {
+  std::array<double, kTemperatures> temperatureC{};
+  std::array<bool, kTemperatures> diodeOpen{};   ///< Local (0) has no wires that could part
+  std::array<double, kVoltagePins> volts{};      ///< by VoltagePin
+  std::array<double, kTachs> pulsesPerMinute{};  ///< 0: no pulses reach the pin
+  std::array<bool, 2> thermLow{};                ///< something outside pulls the THERM pin
+  std::array<bool, 2> vrHot{};                   ///< a regulator reports heat
+  bool chassisOpen = false;
+  std::array<bool, kGpios> gpioHigh{true, true, true, true, true, true, true, true};  ///< level from outside
+};
+
+/// What the chip drives.
+struct PinOutputs {
+  /// Share of time that each PWM pin is high, 0 to 1; empty where the pin is no PWM output.
+  std::array<std::optional<double>, kPwms> pwmHigh;
+  std::array<bool, 2> thermAsserted{};               ///< by the chip itself
+  std::array<std::optional<bool>, kGpios> gpioHigh;  ///< empty where the pin is no output
+  std::array<bool, 2> edo{};
+  bool alert = false;
+};
+
+}  // namespace zth::simulator

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "simulator/RegisterRules.h"
+
+namespace zth::simulator {
+
+/// The bytes behind the chip's addresses, without any behaviour. The parts of the chip read their settings from here
+/// and put their results here.
+class RegisterFile {
+ public:
+  RegisterFile() { Reset(); }
+
+  std::uint8_t operator[](int address) const { return bytes_[static_cast<std::uint8_t>(address)]; }
+  void Put(int address, int value) { bytes_[static_cast<std::uint8_t>(address)] = static_cast<std::uint8_t>(value); }
+
+  /// The bits of a field: `width` bits from bit `shift` up.
+  int Field(int address, int shift, int width) const { return ((*this)[address] >> shift) & ((1 << width) - 1); }
+  bool Bit(int address, int bit) const { return Field(address, bit, 1) != 0; }
+
+  /// Every register at its power-up value.
+  void Reset() {
+    bytes_.fill(0);
+    for (const RegisterRule& rule : RegisterRules()) bytes_[rule.address] = rule.reset;
+  }
+
+ private:
+  std::array<std::uint8_t, 256> bytes_{};
+};
+
+}  // namespace zth::simulator

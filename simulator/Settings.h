@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "simulator/FaultPlan.h"
+
+namespace zth::simulator {
+
+/// What the simulated libraries can be told. The defaults give one sound board on each link.
+struct Settings {
+  std::uint64_t seed = 4718;
+  double ambientC = 25;
+  double timeFactor = 1;      ///< simulated seconds in a real one
+  std::uint8_t revision = 0;  ///< of every chip, register 0x3F
+  int fanPulses = 2;          ///< tach pulses in a revolution of the fans
+  double noise = 1;           ///< scale of noise and ripple, 0 for none
+  bool diodeAtD2Connector = false;
+
+  std::vector<std::uint8_t> usbChips{0x58};
+  std::vector<std::uint8_t> smbusChips{0x2C};
+  bool firmwareRefused = false;
+  int connectAtTry = 1;  ///< the first connect request that succeeds
+
+  FaultPlan faults;
+};
+
+}  // namespace zth::simulator

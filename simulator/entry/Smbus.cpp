@@ -1,0 +1,43 @@
+#include <cstdint>
+
+#include "simulator/Settings.h"
+#include "simulator/SmbusHost.h"
+#include "simulator/entry/Export.h"
+#include "simulator/entry/RealTime.h"
+#include "simulator/entry/SettingsFile.h"
+
+namespace zth::simulator {
+namespace {
+
+struct Library {
+  Library() { host.TheBus().PowerUp(); }
+
+  SmbusHost host{LoadSettings()};
+  RealTime time;
+};
+
+Library& TheLibrary() {
+  static Library library;
+  library.time.CatchUp(library.host.TheBus());
+  return library;
+}
+
+}  // namespace
+}  // namespace zth::simulator
+
+ZTH_BOARD_EXPORT void ZTH_BOARD_CALL DetectSmbus() {
+  zth::simulator::TheLibrary();
+}
+
+ZTH_BOARD_EXPORT std::uint8_t ZTH_BOARD_CALL ReadSmbus(std::uint8_t address, std::uint8_t reg) {
+  zth::simulator::Library& library = zth::simulator::TheLibrary();
+  const std::uint8_t value = library.host.Read(address, reg);
+  zth::simulator::RealTime::Linger(library.host.TheBus());
+  return value;
+}
+
+ZTH_BOARD_EXPORT void ZTH_BOARD_CALL WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
+  zth::simulator::Library& library = zth::simulator::TheLibrary();
+  library.host.Write(address, reg, value);
+  zth::simulator::RealTime::Linger(library.host.TheBus());
+}

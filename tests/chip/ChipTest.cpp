@@ -1,0 +1,229 @@
+#include <array>
+#include <cmath>
+#include <functional>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "chip/Conversions.h"
+#include "chip/Measurements.h"
+#include "chip/PinModel.h"
+#include "link/Declarations.h"
+#include "link/USBStuff.h"
+#include "tests/support/Desk.h"
+
+namespace zth::testing {
+namespace {
+
+using namespace zth::chip;
+
+TEST(Conversions, TemperaturesHaveTheirOffsetAndQuarters) {
+  EXPECT_EQ(TemperatureFromBytes(0x00, 0x59), 25.0F);
+  EXPECT_EQ(TemperatureFromBytes(0xC0, 0x59), 25.75F);
+  EXPECT_EQ(TemperatureFromBytes(0x3F, 0x59), 25.0F) << "the low six bits do not count";
+  EXPECT_EQ(TemperatureFromBytes(0x00, 0x00), -64.0F);
+  EXPECT_EQ(TemperatureFromBytes(0xFF, 0xFF), 191.75F);
+}
+
+TEST(Conversions, TachCountsOutsideTheWindowAreNoReading) {
+  const struct {
+    std::int32_t count, rpm;
+  } rows[] = {{0, 0},       {26, 0},     {27, 200000}, {1000, 5400}, {7000, 771},
+              {36000, 150}, {60000, 90}, {60001, 0},   {0xFFFF, 0},  {28, 192857}};
+  for (const auto& row : rows) EXPECT_EQ(TachCountToRpm(row.count, 90000), row.rpm) << row.count;
+  EXPECT_EQ(TachCountToRpm(0, 3000), 180000) << "a count of 0 stands for the clock's own speed";
+}
+
+TEST(Conversions, PercentsAndVoltagesRoundHalfToEven) {
+  EXPECT_EQ(PercentFromByte(128), 50);
+  EXPECT_EQ(PercentFromByte(255), 100);
+  EXPECT_EQ(PercentFromByte(PwmRawNormalise(0, 0)), 100);
+  EXPECT_EQ(PercentFromByte(PwmRawNormalise(255, 0)), 0);
+  EXPECT_EQ(PwmRawNormalise(0x12, 2), 0x12);
+  EXPECT_FLOAT_EQ(VoltageFromRaw(192, 12), 12.0F);
+  EXPECT_FLOAT_EQ(VoltageFromRaw(255, 12), 15.94F);
+  EXPECT_FLOAT_EQ(VoltageFromRaw(192, 2.13), 2.13F);
+  EXPECT_FLOAT_EQ(VoltageFromRaw(96, 4), 2.0F);
+  EXPECT_FLOAT_EQ(VoltageFromRaw(2, 12), 0.12F) << "0.125 is a tie";
+  EXPECT_FLOAT_EQ(VoltageFromRaw(6, 12), 0.38F) << "0.375 is a tie";
+}
+
+/// A chip on the fake board whose four pin registers are at hand.
+class Pins : public ::testing::Test {
+ protected:
+  Pins() { desk.Start(); }
+
+  void Configure(std::array<std::uint8_t, 4> configs) {
+    std::copy(configs.begin(), configs.end(), desk.board.Chip().begin() + 0x10);
+    ReadPinConfiguration();
+  }
+
+  static std::set<int> Present() {
+    std::set<int> channels;
+    for (int i = 0; i < kVoltageChannels; ++i) {
+      if (VoltagePresent[static_cast<std::size_t>(i)]) channels.insert(i);
+    }
+    return channels;
+  }
+
+  static std::set<int> AvailableRows() {
+    std::set<int> rows;
+    for (int i = 0; i < kLogChannels; ++i) {
+      if (LogChannelTable[static_cast<std::size_t>(i)].Available == 1.0F) rows.insert(i);
+    }
+    return rows;
+  }
+
+  Desk desk;
+};
+
+TEST_F(Pins, AllRegistersAtZero) {
+  Configure({0, 0, 0, 0});
+  EXPECT_FALSE(PinFunctions.Vid || PinFunctions.D1 || PinFunctions.D3);
+  PinFunctionFlags expected;
+  expected.Pin23 = expected.Pin24 = 2;
+  EXPECT_EQ(PinFunctions, expected);
+  EXPECT_EQ(Present(), (std::set{0, 1, 2, 3, 5, 7, 8, 9, 13, 18, 20}));
+  EXPECT_EQ(AvailableRows(), (std::set{0, 2, 14, 16, 17, 18, 19, 21, 23, 24, 25, 29, 34, 36, 39, 40, 41, 42, 43, 44}));
+}
+
+TEST_F(Pins, FactoryDefaults) {
+  Configure({0x7F, 0xCE, 0x42, 0xFC});
+  const PinFunctionFlags& p = PinFunctions;
+  EXPECT_TRUE(!p.Vid && p.D1 && p.D3);
+  for (const auto flag : {p.Pin1, p.Pin2, p.Pin3, p.Pin4, p.Pin7, p.Pin8, p.Pin13, p.Pin21, p.Pin22, p.Pin23, p.Pin27,
+                          p.Pin31, p.Pin32}) {
+    EXPECT_EQ(flag, 1);
+  }
+  for (const auto flag : {p.Pin15, p.Pin20, p.Pin24, p.Pin25, p.Pin26}) EXPECT_EQ(flag, 0);
+  EXPECT_EQ(p.Pin28, 2);
+  EXPECT_EQ(p.Pin29, 2);
+  EXPECT_EQ(Present(), (std::set{11, 16, 18, 20}));
+}
+
+/// For any configuration: no pin shows two voltages, and what a pin shows follows its own field alone.
+TEST_F(Pins, EachPinHasAtMostOneVoltageWhateverTheRegistersHold) {
+  const std::vector<std::set<int>> channelsOfPin{
+      {0}, {1}, {2}, {3, 4}, {5, 6}, {7}, {8}, {9, 10, 11, 12}, {13, 14, 15, 16}, {17, 18}, {19, 20}, {21}, {22}};
+  for (unsigned seed = 0; seed < 4096; ++seed) {
+    const unsigned bits = seed * 2654435761U;
+    const std::array<std::uint8_t, 4> configs{static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(bits >> 8),
+                                              static_cast<std::uint8_t>(bits >> 16),
+                                              static_cast<std::uint8_t>(bits >> 24)};
+    Configure(configs);
+    const std::set<int> present = Present();
+    for (const auto& pin : channelsOfPin) {
+      int shown = 0;
+      for (const int channel : pin) shown += static_cast<int>(present.count(channel));
+      ASSERT_LE(shown, 1);
+    }
+    const int field25 = configs[2] >> 4 & 3;
+    ASSERT_EQ(present.count(18), field25 == 0);
+    ASSERT_EQ(present.count(17), field25 == 1);
+    const int field23 = configs[1] & 3;
+    const std::array channelOfField23{9, 12, 11, 10};
+    ASSERT_EQ(present.count(channelOfField23[static_cast<std::size_t>(field23)]), 1U);
+    ASSERT_EQ(AvailableRows().count(13), static_cast<std::size_t>(configs[3] >> 2 & 1));
+  }
+}
+
+TEST_F(Pins, TheSwitchesFollowThePins) {
+  Configure({0x7F, 0xCE, 0x42, 0xFC});
+  desk.board.TakeTraffic();
+  UpdateBoardSwitches();
+  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb P 4A=3F", "usb P 48=FF"}));
+  Configure({0x00, 0xCE, 0x42, 0x58});
+  desk.board.TakeTraffic();
+  UpdateBoardSwitches();
+  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb P 4A=13", "usb P 48=F0"}));
+  BoardSwitch.fill(false);
+  BoardSwitch[8] = BoardSwitch[15] = true;
+  EXPECT_EQ(PackSwitchByte(1), 0x81);
+  EXPECT_EQ(PackSwitchByte(0), 0x00);
+}
+
+TEST_F(Pins, APinRegisterWriteRenewsFlagsAndSwitches) {
+  for (std::int32_t reg = 0x10; reg <= 0x14; ++reg) {
+    const std::int32_t value = desk.board.Chip()[static_cast<std::size_t>(reg)];
+    link::WriteRegisterValue(link::DeviceAddress, reg, value);
+    EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(reg, value), B(0x10, 4), Traffic{"usb P 4A=3F", "usb P 48=FF"}));
+  }
+  link::WriteRegisterValue(link::DeviceAddress, 0x10, 0x3F);
+  EXPECT_FALSE(PinFunctions.D1);
+}
+
+TEST(PinsOnSmbus, TheSwitchesAreKeptInMindAndNotSent) {
+  Desk desk(Desk::Buses::Smbus);
+  desk.Start();
+  link::WriteRegisterValue(link::DeviceAddress, 0x13, 0x00);
+  EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(0x13, 0x00), B(0x10, 4)));
+  EXPECT_FALSE(BoardSwitch[2] || BoardSwitch[4]);
+  EXPECT_TRUE(BoardSwitch[0] && BoardSwitch[8] && BoardSwitch[15]);
+}
+
+/// What a group reads and where it puts it.
+class Groups : public Pins {};
+
+TEST_F(Groups, EachReadsItsOwnBlocksInOrder) {
+  const std::vector<Traffic> expected{
+      {"usb B 58:88+8"}, {"usb B 58:98+8", "usb B 58:A2+8"},
+      {"usb B 58:AA+4"}, {"usb B 58:8B+1", "usb B 58:8F+8", "usb B 58:A3+7"},
+      {"usb B 58:AE+2"}, {"usb B 58:5A+2", "usb B 58:5C+4", "usb B 58:49+2", "usb B 58:45+2"},
+  };
+  for (std::int16_t group = 1; group <= 6; ++group) {
+    ReadMeasurementGroup(group);
+    EXPECT_EQ(desk.board.TakeTraffic(), expected[static_cast<std::size_t>(group - 1)]) << group;
+  }
+  for (const std::int16_t group : std::array<std::int16_t, 3>{0, 7, -1}) ReadMeasurementGroup(group);
+  EXPECT_TRUE(desk.board.traffic.empty());
+}
+
+/// Every measurement register holds a value of its own, so that a byte taken from the wrong place shows.
+TEST_F(Groups, ValuesComeFromTheirRegistersAndReachTheLogTable) {
+  auto& chip = desk.board.Chip();
+  for (std::size_t reg = 0x40; reg < 0xB0; ++reg) chip[reg] = static_cast<std::uint8_t>(reg);
+  for (std::int16_t group = 1; group <= 6; ++group) ReadMeasurementGroup(group);
+  const MeasurementSet& m = Measurements;
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(m.Temperature[i],
+              TemperatureFromBytes(static_cast<std::uint8_t>(0x88 + 2 * i), static_cast<std::uint8_t>(0x89 + 2 * i)));
+    EXPECT_EQ(m.PolledTmin[i], 0x5C + static_cast<int>(i) - 64);
+    EXPECT_EQ(m.PwmPercent[i], std::lround((0xAA + static_cast<double>(i)) / 2.55));
+    EXPECT_EQ(LogChannelTable[i].Value, m.Temperature[i]);
+    EXPECT_EQ(LogChannelTable[12 + i].Value, m.PwmPercent[i]);
+    EXPECT_EQ(LogChannelTable[39 + i].Value, m.PolledTmin[i]);
+  }
+  for (std::size_t i = 0; i < 8; ++i) {
+    const int low = static_cast<int>((i < 4 ? 0x98 : 0xA2) + 2 * (i % 4));
+    EXPECT_EQ(m.TachRpm[i], 5400000 / ((low + 1) * 256 + low));
+    EXPECT_EQ(LogChannelTable[4 + i].Value, static_cast<float>(m.TachRpm[i]));
+  }
+  const std::array<int, 23> registers{0xA3, 0xA5, 0x96, 0x8B, 0x8B, 0x8F, 0x8F, 0xA7, 0xA9, 0x90, 0x90, 0x90,
+                                      0x90, 0x91, 0x91, 0x91, 0x91, 0x92, 0x92, 0x93, 0x93, 0x94, 0x95};
+  const std::array<double, 23> scales{12,  12,   3.3, 2.5, 1.8, 1.25, 0.9, 5,   12, 2.13, 1.5, 1.8,
+                                      2.5, 2.13, 1.5, 1.8, 2.5, 1.2,  3.3, 1.2, 4,  1.5,  1.5};
+  for (std::size_t i = 0; i < registers.size(); ++i) {
+    EXPECT_NEAR(static_cast<double>(m.Voltage[i]), registers[i] * scales[i] / 192, 0.00501) << i;
+    EXPECT_EQ(LogChannelTable[16 + i].Value, m.Voltage[i]);
+  }
+  EXPECT_EQ(m.ThermPercent[0], 68);
+  EXPECT_EQ(m.ThermPercent[1], 69);
+  EXPECT_EQ(m.PolledOpPoint[1], 0x5A - 64);
+  EXPECT_EQ(m.PolledOpPoint[2], 0x5B - 64);
+  EXPECT_EQ(m.PolledHighLimit[1], 0x49 - 64);
+  EXPECT_EQ(m.PolledHighLimit[2], 0x4A - 64);
+  EXPECT_EQ(m.PolledLowLimit[1], 0x45 - 64);
+  EXPECT_EQ(m.PolledLowLimit[2], 0x46 - 64);
+  EXPECT_EQ(LogChannelTable[43].Value, 0x5A - 64);
+  EXPECT_EQ(LogChannelTable[44].Value, 0x5B - 64);
+}
+
+TEST_F(Groups, ARevisionZeroChipReportsItsDutyInverted) {
+  std::fill_n(desk.board.Chip().begin() + 0xAA, 4, std::uint8_t{0});
+  ChipRevision = 0;
+  ReadMeasurementGroup(3);
+  EXPECT_EQ(Measurements.PwmPercent, (std::array<std::int16_t, 4>{100, 100, 100, 100}));
+}
+
+}  // namespace
+}  // namespace zth::testing

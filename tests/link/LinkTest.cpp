@@ -1,0 +1,270 @@
+#include <array>
+#include <functional>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "link/Declarations.h"
+#include "link/LinkErrors.h"
+#include "link/RegisterHooks.h"
+#include "link/USBStuff.h"
+#include "tests/support/Desk.h"
+
+namespace zth::testing {
+namespace {
+
+using namespace zth::link;
+
+/// The link alone: libraries loaded, one link chosen, no start of the program.
+class Link : public ::testing::Test {
+ protected:
+  Link() {
+    Attach(desk.services, [this] { ++closings; });
+    EnterPwmHooks();
+    LoadUsbFunctions(desk.libraries);
+    LoadSmbus(desk.libraries);
+    OnUsb();
+  }
+
+  void OnUsb() {
+    InterfaceMode = kModeUsb;
+    DeviceAddress = 0x58;
+  }
+  void OnSmbus() {
+    InterfaceMode = kModeSmbus;
+    DeviceAddress = 0x2C;
+  }
+
+  /// Runs an operation that may end the process; its status, or nothing when it came back.
+  std::optional<int> EndOf(const std::function<void()>& operation) {
+    try {
+      operation();
+    } catch (const platform::ProcessEnded& end) {
+      return end.status;
+    }
+    return std::nullopt;
+  }
+
+  Desk desk;
+  int closings = 0;
+};
+
+TEST_F(Link, EachUsbOperationIsOneRequestOfTheAdapter) {
+  desk.board.ports[0x4A] = 0x3F;
+  desk.board.heaterState = {20, 40, 60};
+  std::int32_t percent = 50;
+  EXPECT_EQ(ReadRegister(0x58, 0x3E), 0x41);
+  EXPECT_EQ(ReadBuffer[0], 0x41);
+  EXPECT_EQ(ReadRegisterBlock(0x58, 0x10, 4), 0);
+  EXPECT_EQ(ReadBuffer[3], 0xFC);
+  EXPECT_EQ(WriteRegisterValue(0x5C, 0x15, 0xAB), 0);
+  EXPECT_EQ(SetHeater(2, percent), 0);
+  EXPECT_EQ(ReadHeaterState(), 0);
+  EXPECT_EQ(ReadBuffer[1], 40);
+  EXPECT_EQ(ReadBoardPort(0x4A), 0x3F);
+  EXPECT_EQ(WriteBoardPort(0x48, 0xFF), 0);
+  WriteBoardPortUnchecked(0x4A, 0x3C);
+  EXPECT_EQ(ConnectAdapter(), 0);
+  EXPECT_EQ(desk.board.traffic, (Traffic{"usb R 58:3E", "usb B 58:10+4", "usb W 5C:15=AB", "usb H 2=50", "usb H",
+                                         "usb P 4A", "usb P 48=FF", "usb D 4A=3C", "usb C 30:33"}));
+}
+
+TEST_F(Link, SmbusHasByteTransfersAlone) {
+  OnSmbus();
+  ReadBuffer.fill(0x77);
+  std::int32_t percent = 150;
+  EXPECT_EQ(ReadRegister(0x2C, 0x3E), 0x41);
+  EXPECT_EQ(ReadBuffer[0], 0x77) << "a single read leaves the buffer alone";
+  EXPECT_EQ(ReadRegisterBlock(0x2C, 0x10, 3), 0);
+  EXPECT_EQ(ReadBuffer[1], 0xCE);
+  EXPECT_EQ(ReadBuffer[3], 0x77);
+  EXPECT_EQ(ReadRegisterBlock(0x2C, 0x10, 0), 0);
+  EXPECT_EQ(WriteRegisterValue(0x2C, 0x30, 0x90), 0);
+  EXPECT_EQ(SetHeater(1, percent) + ReadHeaterState() + ReadBoardPort(0x4A) + WriteBoardPort(0x4A, 1), 0);
+  WriteBoardPortUnchecked(0x4A, 1);
+  EXPECT_EQ(percent, 150) << "an operation of the other link does nothing at all";
+  EXPECT_EQ(desk.board.traffic,
+            (Traffic{"smb R 2C:3E", "smb R 2C:10", "smb R 2C:11", "smb R 2C:12", "smb W 2C:30=90"}));
+}
+
+TEST_F(Link, WithoutALinkNothingMoves) {
+  for (const std::int16_t mode : std::array<std::int16_t, 3>{0, 3, -1}) {
+    InterfaceMode = mode;
+    EXPECT_EQ(ReadRegister(0x58, 0x3E), 0);
+    EXPECT_EQ(ReadRegisterBlock(0x58, 0x10, 4), 0);
+    EXPECT_EQ(WriteRegisterValue(0x58, 0x21, 0xFF), 0);
+    EXPECT_EQ(ReadBoardPort(0x4A), 0);
+  }
+  EXPECT_TRUE(desk.board.traffic.empty());
+  EXPECT_FALSE(PwmManual[1]);
+}
+
+TEST_F(Link, ValuesAreLimitedToAByteForTheCallerToo) {
+  struct Row {
+    std::int32_t value, sent;
+  };
+  for (const bool usb : {true, false}) {
+    usb ? OnUsb() : OnSmbus();
+    for (const Row row : {Row{300, 255}, Row{255, 255}, Row{256, 255}, Row{-1, 0}, Row{0, 0}, Row{100000, 255}}) {
+      std::int32_t value = row.value;
+      WriteRegister(DeviceAddress, 0x30, value);
+      EXPECT_EQ(value, row.sent);
+      EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x30, row.sent)});
+    }
+  }
+  OnUsb();
+  for (const Row row : {Row{150, 100}, Row{-5, 0}, Row{100, 100}}) {
+    std::int32_t percent = row.value;
+    SetHeater(1, percent);
+    EXPECT_EQ(percent, row.sent);
+    EXPECT_EQ(desk.board.TakeTraffic(), Traffic{"usb H 1=" + std::to_string(row.sent)});
+  }
+  EXPECT_EQ(WriteBoardPort(0x4A, 256) + WriteBoardPort(0x4A, -1), 0);
+  EXPECT_TRUE(desk.board.traffic.empty());
+}
+
+TEST_F(Link, ARegisterOutsideAByteIsNoTransfer) {
+  int hooks = 0;
+  OnRegisterWrite(0x121, [&] { ++hooks; });
+  for (const bool usb : {true, false}) {
+    usb ? OnUsb() : OnSmbus();
+    for (const std::int32_t reg : {-1, 0x100, 0x121, 0x7FFFFFFF}) {
+      EXPECT_EQ(ReadRegister(DeviceAddress, reg), 0);
+      EXPECT_EQ(WriteRegisterValue(DeviceAddress, reg, 1), 0);
+      EXPECT_EQ(ReadRegisterBlock(DeviceAddress, reg, 1), 0);
+    }
+    EXPECT_EQ(ReadRegisterBlock(DeviceAddress, 0xFE, 3), 0) << "a run that leaves the register file";
+    EXPECT_EQ(ReadRegisterBlock(DeviceAddress, 0, 66), 0) << "a run that does not fit the buffer";
+  }
+  EXPECT_TRUE(desk.board.traffic.empty());
+  EXPECT_EQ(hooks, 0);
+}
+
+TEST_F(Link, AWriteToAPwmConfigurationReadsItBackOnBothLinks) {
+  for (const bool usb : {true, false}) {
+    usb ? OnUsb() : OnSmbus();
+    for (int pwm = 1; pwm <= 4; ++pwm) {
+      const auto reg = 0x20 + pwm;
+      WriteRegisterValue(DeviceAddress, reg, 0xE5);
+      EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{W(reg, 0xE5), R(reg)}));
+      EXPECT_TRUE(PwmManual[static_cast<std::size_t>(pwm)]);
+      WriteRegisterValue(DeviceAddress, reg, 0xDF);
+      EXPECT_FALSE(PwmManual[static_cast<std::size_t>(pwm)]) << "only all three bits are manual";
+      desk.board.TakeTraffic();
+    }
+    WriteRegisterValue(DeviceAddress, 0x15, 0xFF);
+    EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x15, 0xFF)}) << "no hook";
+  }
+}
+
+TEST_F(Link, AFailedTransferShowsOneBoxClosesTheWindowsAndEnds) {
+  struct Row {
+    const char* name;
+    std::function<void()> operation;
+    bool heater;
+  };
+  std::int32_t value = 1;
+  const Row rows[] = {
+      {"read", [] { ReadRegister(0x58, 0x3E); }, false},
+      {"block", [] { ReadRegisterBlock(0x58, 0x88, 8); }, false},
+      {"write", [&] { WriteRegister(0x58, 0x21, value); }, false},
+      {"port", [] { ReadBoardPort(0x4A); }, false},
+      {"port write", [] { WriteBoardPort(0x4A, 1); }, false},
+      {"heater", [&] { SetHeater(1, value); }, true},
+      {"heater state", [] { ReadHeaterState(); }, true},
+  };
+  for (const Row& row : rows) {
+    Desk fresh;
+    Attach(fresh.services, [this] { ++closings; });
+    EnterPwmHooks();
+    LoadUsbFunctions(fresh.libraries);
+    OnUsb();
+    closings = 0;
+    fresh.board.failFrom = 0;
+    fresh.prompts.script = {row.heater ? platform::BoxAnswer::Yes : platform::BoxAnswer::Ok};
+    EXPECT_EQ(EndOf(row.operation), 1) << row.name;
+    ASSERT_EQ(fresh.prompts.shown.size(), 1U);
+    const platform::BoxQuestion& box = fresh.prompts.shown[0];
+    EXPECT_EQ(box.title, "ZTH4718 Evaluation Software");
+    EXPECT_EQ(box.text, row.heater ? "Error in Heater Module -  Do you wish to close the application?"
+                                   : "Communications Interrupted - Check USB connections");
+    EXPECT_EQ(box.icon, row.heater ? platform::BoxIcon::None : platform::BoxIcon::Critical);
+    EXPECT_EQ(box.buttons, row.heater ? platform::BoxButtons::YesNo : platform::BoxButtons::Ok);
+    EXPECT_EQ(closings, 1);
+    EXPECT_EQ(fresh.board.traffic.size(), 1U);
+    EXPECT_EQ(EndOf([] { ReadRegister(0x58, 0); }), 1) << "nothing goes on behind the end";
+    EXPECT_EQ(fresh.board.traffic.size(), 1U) << row.name;
+  }
+}
+
+TEST_F(Link, TheHeaterQuestionAnsweredWithNoLetsTheProgramGoOn) {
+  desk.board.failMatching = "usb H";
+  desk.prompts.script = {platform::BoxAnswer::No, platform::BoxAnswer::No};
+  std::int32_t percent = 20;
+  EXPECT_EQ(SetHeater(1, percent), desk.board.failure);
+  EXPECT_EQ(ReadHeaterState(), desk.board.failure);
+  EXPECT_EQ(closings, 0);
+  EXPECT_FALSE(LinkHeld());
+  EXPECT_EQ(ReadRegister(0x58, 0x3E), 0x41);
+}
+
+TEST_F(Link, NothingReachesTheBoardWhileABoxStands) {
+  desk.board.failMatching = "usb H";
+  desk.prompts.script = {platform::BoxAnswer::No};
+  desk.prompts.whileShown = [] {
+    EXPECT_TRUE(LinkHeld());
+    std::int32_t percent = 10;
+    EXPECT_EQ(ReadRegister(0x58, 0x3E) + WriteRegisterValue(0x58, 0x30, 1) + SetHeater(2, percent), 0);
+    ReportLinkError(kCommunicationsInterrupted);
+  };
+  std::int32_t percent = 20;
+  SetHeater(1, percent);
+  EXPECT_EQ(desk.board.traffic, Traffic{"usb H 1=20"});
+  EXPECT_EQ(desk.prompts.shown.size(), 1U);
+}
+
+TEST_F(Link, TheUncheckedPortWriteIgnoresItsResult) {
+  desk.board.failFrom = 0;
+  WriteBoardPortUnchecked(0x4A, 0x3C);
+  EXPECT_EQ(ConnectAdapter(), desk.board.failure);
+  EXPECT_TRUE(desk.prompts.shown.empty());
+}
+
+TEST_F(Link, EveryCodeHasItsBoxAndHigherOnesEndSilently) {
+  const struct {
+    int code;
+    const char* text;
+  } rows[] = {{0, "Firmware failed to download - Check USB connections"},
+              {1, "SMBus enable error  - Check USB connections"},
+              {2, "Initial Connection Failed - Check USB connections"},
+              {3, "Communications Interrupted - Check USB connections"},
+              {4, "Device not found - Check USB connections"},
+              {6, nullptr},
+              {99, nullptr}};
+  for (const auto& row : rows) {
+    Desk fresh;
+    Attach(fresh.services, {});
+    if (row.text != nullptr) fresh.prompts.script = {platform::BoxAnswer::Ok};
+    EXPECT_EQ(EndOf([&] { ReportLinkError(row.code); }), 1);
+    ASSERT_EQ(fresh.prompts.shown.size(), row.text == nullptr ? 0U : 1U) << row.code;
+    if (row.text != nullptr) {
+      EXPECT_EQ(fresh.prompts.shown[0].text, row.text);
+    }
+  }
+}
+
+TEST_F(Link, ALibraryWithoutItsEntriesCallsNothing) {
+  desk.board.missingEntries = {"VendorIORequest", "WriteSmbus"};
+  EXPECT_FALSE(LoadUsbFunctions(desk.libraries).toLower().contains("file not found"));
+  EXPECT_FALSE(LoadSmbus(desk.libraries).isEmpty());
+  EXPECT_EQ(UsbFunctions.LoadFirmWare, nullptr) << "half a library is none";
+  OnSmbus();
+  EXPECT_EQ(ReadRegister(0x2C, 0x3E), 0);
+  WriteRegisterValue(0x2C, 0x30, 1);
+  OnUsb();
+  desk.prompts.script = {platform::BoxAnswer::Ok};
+  EXPECT_EQ(EndOf([] { ReadRegister(0x58, 0x3E); }), 1);
+}
+
+}  // namespace
+}  // namespace zth::testing

@@ -1,0 +1,125 @@
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include "platform/DesktopParts.h"
+#include "platform/DesktopServices.h"
+
+namespace zth::platform {
+namespace {
+
+TEST(IniSettings, LastOverRunsAndCanBeEditedByHand) {
+  const QTemporaryDir folder;
+  const QString file = folder.filePath("ZTH4718 Evaluation Software.conf");
+  EXPECT_EQ(IniSettings(file).Get("MainLeft", "1000"), "1000");
+  IniSettings(file).Put("MainLeft", "-60");
+  IniSettings(file).Put("OpenEasySetup", "False");
+  EXPECT_EQ(IniSettings(file).Get("MainLeft", "1000"), "-60");
+
+  QFile text(file);
+  ASSERT_TRUE(text.open(QIODevice::ReadOnly));
+  QByteArray content = text.readAll();
+  text.close();
+  EXPECT_TRUE(content.contains("[Settings]\n"));
+  EXPECT_TRUE(content.contains("MainLeft=-60\n"));
+  content.replace("MainLeft=-60", "MainLeft = 250\nOther=kept, too");
+  ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+  text.write(content);
+  text.close();
+  IniSettings(file).Put("MainTop", "90");
+  EXPECT_EQ(IniSettings(file).Get("MainLeft", ""), "250");
+  EXPECT_EQ(IniSettings(file).Get("Other", ""), "kept, too");
+  EXPECT_EQ(IniSettings(file).Get("OpenEasySetup", ""), "False");
+}
+
+TEST(IniSettings, StandInTheUsersConfigurationFolderUnderTheProgramsTitle) {
+  const QFileInfo file(IniSettings::UserFile());
+  EXPECT_EQ(file.completeBaseName(), "ZTH4718 Evaluation Software");
+  EXPECT_FALSE(file.path().isEmpty());
+}
+
+TEST(FileDialogs, FiltersAreTakenInTheirOwnForm) {
+  EXPECT_EQ(QtFilter("Log Files (*.csv)|*.csv"), "Log Files (*.csv)");
+  EXPECT_EQ(QtFilter("A (*.a)|*.a;*.b|All|*.*"), "A (*.a *.b);;All (*.*)");
+  EXPECT_EQ(FilterExtension("Text Files (*.sav)|*.sav"), "sav");
+  EXPECT_EQ(FilterExtension("All (*.*)|*.*"), "");
+}
+
+/// Runs `act` on the modal dialog as soon as it stands.
+template <typename Dialog, typename Act>
+void OnceShown(Act act) {
+  QTimer::singleShot(0, qApp, [act] {
+    auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    act(*dialog);
+  });
+}
+
+TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
+  DesktopPrompts prompts;
+  OnceShown<QMessageBox>([](QMessageBox& box) {
+    EXPECT_EQ(box.text(), "Error -  two blanks");
+    EXPECT_EQ(box.textFormat(), Qt::PlainText);
+    EXPECT_EQ(box.icon(), QMessageBox::NoIcon);
+    box.button(QMessageBox::Yes)->click();
+  });
+  EXPECT_EQ(prompts.Ask({"Title", "Error -  two blanks", BoxIcon::None, BoxButtons::YesNo}), BoxAnswer::Yes);
+  OnceShown<QMessageBox>([](QMessageBox& box) { box.reject(); });
+  EXPECT_EQ(prompts.Ask({"Title", "Text", BoxIcon::None, BoxButtons::YesNo}), BoxAnswer::No);
+  OnceShown<QMessageBox>([](QMessageBox& box) {
+    EXPECT_EQ(box.icon(), QMessageBox::Critical);
+    EXPECT_EQ(box.buttons().size(), 1);
+    box.accept();
+  });
+  EXPECT_EQ(prompts.Ask({"Title", "Text", BoxIcon::Critical, BoxButtons::Ok}), BoxAnswer::Ok);
+}
+
+TEST(FileDialogs, AskForOneFileAndTellACancel) {
+  const QTemporaryDir folder;
+  DesktopFileDialogs dialogs;
+  const FileQuestion question{
+      FileQuestion::Kind::Save, "CommonDialog1", "Save", folder.path(), "Log Files (*.csv)|*.csv", "", true};
+  OnceShown<QFileDialog>([](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.objectName(), "CommonDialog1");
+    EXPECT_EQ(dialog.nameFilters(), QStringList("Log Files (*.csv)"));
+    dialog.reject();
+  });
+  EXPECT_EQ(dialogs.Ask(question, nullptr), "");
+  OnceShown<QFileDialog>([](QFileDialog& dialog) {
+    dialog.selectFile("monday");
+    QMetaObject::invokeMethod(&dialog, "accept");
+  });
+  EXPECT_EQ(dialogs.Ask(question, nullptr), QDir(folder.path()).filePath("monday.csv"));
+}
+
+TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
+  const QTemporaryDir folder;
+  DesktopLibraries libraries(folder.path());
+  EXPECT_TRUE(libraries.Load("zth-no-such-library").error.contains("File not found"));
+  QFile broken(folder.filePath("libzth-broken.so"));
+  ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+  broken.write("not a library");
+  broken.close();
+  const LoadedLibrary result = libraries.Load("zth-broken");
+  EXPECT_EQ(result.library, nullptr);
+  EXPECT_FALSE(result.error.isEmpty());
+  EXPECT_FALSE(result.error.contains("File not found")) << result.error.toStdString();
+}
+
+TEST(Clock, IsMonotonicAndWaitsForNothingBelowZero) {
+  DesktopClock clock;
+  const double before = clock.Now();
+  clock.WaitMs(0);
+  clock.WaitMs(-5);
+  clock.WaitMs(2);
+  EXPECT_GE(clock.Now() - before, 0.002);
+}
+
+}  // namespace
+}  // namespace zth::platform

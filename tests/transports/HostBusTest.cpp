@@ -1,0 +1,266 @@
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "linux-smbus/HostBus.h"
+#include "tests/transports/FakeI2c.h"
+
+namespace zth::smbus {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class HostBusTest : public testing::Test {
+ protected:
+  /// A bus with a chip at 0x2C whose register 0x3E reads `companyId`.
+  FakeI2c::Bus& AddBus(int number, std::optional<std::uint8_t> companyId = std::nullopt) {
+    FakeI2c::Bus& added = system.buses[number];
+    if (companyId) added.chips[0x2C][0x3E] = *companyId;
+    return added;
+  }
+  /// How many lines on the standard error stream hold the text.
+  long Told(const std::string& text) const {
+    std::istringstream lines(errors.str());
+    long count = 0;
+    for (std::string line; std::getline(lines, line);) count += line.find(text) != std::string::npos ? 1 : 0;
+    return count;
+  }
+  std::vector<std::string> TakeTransfers() {
+    std::vector<std::string> taken;
+    taken.swap(system.transfers);
+    return taken;
+  }
+
+  FakeI2c system;
+  std::ostringstream errors;
+  Journal journal{errors, "", [] { return std::string("now"); }};
+  HostBus bus{system, journal, Settings{}};
+};
+
+TEST_F(HostBusTest, AddressesOfMemoryModulesAndReservedOnesNeverReachABus) {
+  AddBus(0);
+  AddBus(1);
+  std::set<std::string> allowed;
+  for (int address = 0; address <= 0xFF; ++address) {
+    const auto byte = static_cast<std::uint8_t>(address);
+    EXPECT_EQ(bus.Read(byte, 0x3E), 0xFF);
+    bus.Write(byte, 0x20, 0x5A);
+  }
+  for (const std::string& transfer : system.transfers) allowed.insert(transfer.substr(2, 2));
+  // 0x08-0x2F, 0x38-0x4F, 0x58-0x77
+  EXPECT_EQ(allowed.size(), 40U + 24U + 32U);
+  for (const char* edge : {"08", "2F", "38", "4F", "58", "77"}) EXPECT_TRUE(allowed.contains(edge)) << edge;
+  for (const char* edge : {"07", "30", "37", "50", "57", "78", "00", "FF"})
+    EXPECT_FALSE(allowed.contains(edge)) << edge;
+}
+
+TEST_F(HostBusTest, TheProgramsProbingReadOpensNothing) {
+  AddBus(0, 0x41);
+  EXPECT_EQ(bus.Read(0, 0), 0xFF);
+  EXPECT_EQ(system.opened, 0);
+}
+
+TEST_F(HostBusTest, EachAdapterIsOpenedOnceAndClosedAtTheEnd) {
+  AddBus(0, 0x41);
+  AddBus(1);
+  {
+    HostBus another(system, journal, Settings{});
+    EXPECT_EQ(another.Read(0x2C, 0x3E), 0x41) << "without a detection before";
+    another.Detect();
+    another.Detect();
+    for (int address = 0x10; address < 0x80; ++address) another.Read(static_cast<std::uint8_t>(address), 0x3E);
+    EXPECT_EQ(system.opened, 2);
+    EXPECT_EQ(system.closed, 0);
+  }
+  EXPECT_EQ(system.closed, 2);
+}
+
+TEST_F(HostBusTest, AChipStaysWithTheFirstAdapterOnWhichItAnswered) {
+  AddBus(0);
+  AddBus(1, 0x41);
+  AddBus(2, 0x99);
+  bus.Detect();
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x41);
+  EXPECT_THAT(TakeTransfers(), ElementsAre("0:2C r 3E", "1:2C r 3E"));
+
+  system.buses[1].chips.clear();
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF) << "a lost chip is not looked for on another bus";
+  bus.Write(0x2C, 0x20, 1);
+  EXPECT_THAT(TakeTransfers(), ElementsAre("1:2C r 3E", "1:2C w 20"));
+
+  system.buses[1].chips[0x2C][0x3E] = 0x42;
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x42) << "and is read again once it is back";
+}
+
+TEST_F(HostBusTest, AWriteFindsItsChipWithoutAReadBefore) {
+  AddBus(0);
+  AddBus(1, 0x41);
+  AddBus(2, 0x41);
+  bus.Write(0x2C, 0x20, 0x5A);
+  bus.Write(0x2C, 0x21, 0xA5);
+  EXPECT_THAT(system.transfers, ElementsAre("0:2C w 20", "1:2C w 20", "1:2C w 21"));
+  EXPECT_EQ(system.buses[1].chips[0x2C][0x20], 0x5A);
+  EXPECT_EQ(system.buses[1].chips[0x2C][0x21], 0xA5);
+  EXPECT_FALSE(system.buses[2].chips[0x2C].contains(0x20));
+}
+
+TEST_F(HostBusTest, AnAddressThatADriverHoldsIsLeftAlone) {
+  AddBus(0, 0x41).held = {0x2C};
+  AddBus(1, 0x41);
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF);
+  bus.Write(0x2C, 0x20, 1);
+  EXPECT_THAT(system.transfers, IsEmpty()) << "the address is the driver's, on the adapters behind it too";
+  EXPECT_EQ(Told("i2c-0, address 0x2C: held by a kernel driver"), 1);
+  EXPECT_EQ(Told("echo 0-002c | sudo tee /sys/bus/i2c/drivers/lm75/unbind"), 1);
+
+  system.buses[0].held.clear();
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x41) << "free again, read again";
+  TakeTransfers();
+  system.buses[0].held = {0x2C};
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF) << "a driver may take the address at any time";
+  EXPECT_THAT(system.transfers, IsEmpty());
+}
+
+TEST_F(HostBusTest, ABusyBusIsNoDriver) {
+  AddBus(0, 0x41).transferError = EBUSY;
+  AddBus(1, 0x41);
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x41);
+  EXPECT_EQ(Told("held by"), 0);
+  EXPECT_EQ(Told("i2c-0, address 0x2C: read of register 0x3E failed, Device or resource busy (errno 16)"), 1);
+}
+
+TEST_F(HostBusTest, ATransferNeverFollowsAFailedSelection) {
+  // The descriptor would still point at the address before.
+  AddBus(0, 0x41);
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x41);
+  TakeTransfers();
+  system.buses[0].selectError = EINVAL;
+  EXPECT_EQ(bus.Read(0x2D, 0x3E), 0xFF);
+  bus.Write(0x2D, 0x3E, 7);
+  EXPECT_THAT(system.transfers, IsEmpty());
+}
+
+TEST_F(HostBusTest, AFailureIsToldOnceForAnAdapterAnAddressAndAnErrno) {
+  AddBus(0, 0x41);
+  AddBus(1);
+  for (int poll = 0; poll < 50; ++poll) {
+    EXPECT_EQ(bus.Read(0x2D, 0x3E), 0xFF);
+    EXPECT_EQ(bus.Read(0x2E, static_cast<std::uint8_t>(poll)), 0xFF);
+    bus.Read(0x2C, 0x3E);
+  }
+  for (const char* where : {"i2c-0, address 0x2D:", "i2c-1, address 0x2D:", "i2c-0, address 0x2E:"}) {
+    EXPECT_EQ(Told(where), 1) << where;
+  }
+  EXPECT_EQ(Told("address 0x2C"), 0);
+  system.buses[0].transferError = ETIMEDOUT;
+  for (int poll = 0; poll < 50; ++poll) bus.Write(0x2D, 0x20, 0);
+  EXPECT_EQ(Told("i2c-0, address 0x2D: write of register 0x20 failed, Connection timed out (errno 110)"), 1);
+  EXPECT_EQ(Told("i2c-0, address 0x2D:"), 2);
+}
+
+TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
+  AddBus(0, 0x41);
+  AddBus(1).chips[0x58][0x3E] = 0x41;
+  bus.Read(0x2C, 0x3E);
+  bus.Read(0x58, 0x3E);
+  system.buses[0].transferError = ENODEV;
+  system.buses[0].isThere = false;
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF);
+  EXPECT_EQ(system.closed, 1);
+  TakeTransfers();
+  for (int poll = 0; poll < 1000; ++poll) {
+    EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF);
+    bus.Write(0x2C, 0x20, 0);
+  }
+  EXPECT_THAT(system.transfers, IsEmpty());
+  EXPECT_EQ(system.closed, 1);
+  EXPECT_EQ(Told("i2c-0 (SMBus host) has gone."), 1);
+  EXPECT_EQ(Told(""), 2) << "nothing else but the search's one failure on i2c-0 for 0x58:\n" << errors.str();
+  EXPECT_EQ(bus.Read(0x58, 0x3E), 0x41) << "the other adapter goes on";
+}
+
+TEST_F(HostBusTest, AnAdapterThatGoesWhileItsChipAnswersIsLetGoWithinSeconds) {
+  AddBus(0, 0x41);
+  bus.Read(0x2C, 0x3E);
+  system.looks = 0;
+  system.buses[0].isThere = false;
+  int reads = 0;
+  while (bus.Read(0x2C, 0x3E) != 0xFF && reads < 1000) ++reads;
+  EXPECT_LE(reads, 300) << "three seconds of polling";
+  EXPECT_LE(system.looks, 2) << "a look at the kernel's files is not the price of each transfer";
+  EXPECT_EQ(system.closed, 1);
+}
+
+TEST_F(HostBusTest, AnAdapterWithoutByteDataTransfersIsNotUsed) {
+  AddBus(0, 0x41).abilities = {true, false};
+  AddBus(1, 0x41).abilities = {false, true};
+  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF);
+  EXPECT_THAT(system.transfers, IsEmpty());
+  EXPECT_EQ(system.closed, 2);
+  EXPECT_EQ(Told("cannot do byte-data transfers"), 2);
+}
+
+TEST_F(HostBusTest, WhatCannotBeOpenedIsToldWithItsRemedyAndTriedAgainByTheNextDetection) {
+  struct Row {
+    int error;
+    const char* cause;
+    const char* remedy;
+  };
+  for (const Row& row : {Row{ENOENT, "No such file or directory (errno 2)", "sudo modprobe i2c-dev"},
+                         Row{EACCES, "Permission denied (errno 13)", "sudo usermod -aG i2c $USER"},
+                         Row{EPERM, "Operation not permitted (errno 1)", "60-zth4718-smbus.rules"},
+                         Row{EMFILE, "Too many open files (errno 24)", "not used"}}) {
+    HostBus another(system, journal, Settings{});
+    errors.str("");
+    AddBus(4, 0x41).openError = row.error;
+    another.Detect();
+    EXPECT_THAT(errors.str(),
+                AllOf(HasSubstr("i2c-4 (SMBus host): /dev/i2c-4"), HasSubstr(row.cause), HasSubstr(row.remedy)));
+    EXPECT_EQ(another.Read(0x2C, 0x3E), 0xFF);
+    EXPECT_EQ(Told(""), 1) << "a read does not try again: " << errors.str();
+    system.buses[4].openError = 0;
+    another.Detect();
+    EXPECT_EQ(another.Read(0x2C, 0x3E), 0x41);
+  }
+}
+
+TEST_F(HostBusTest, AMachineWithoutABusOrWithoutAHostIsTold) {
+  bus.Detect();
+  EXPECT_THAT(errors.str(), AllOf(HasSubstr("knows no SMBus or I2C adapter"), HasSubstr("sudo modprobe i2c-i801")));
+  errors.str("");
+  AddBus(3).name = "Synopsys DesignWare I2C adapter";
+  FakeI2c::Bus& display = AddBus(5);
+  display.name = "i915 gmbus dpa";
+  display.isDisplay = true;
+  bus.Detect();
+  EXPECT_THAT(errors.str(),
+              AllOf(HasSubstr("i2c-3 (Synopsys DesignWare I2C adapter), i2c-5 (i915 gmbus dpa) [a display's"),
+                    HasSubstr(kAdaptersVariable), Not(HasSubstr("knows no"))));
+  EXPECT_EQ(system.opened, 0);
+}
+
+TEST_F(HostBusTest, TheSettingsOrderIsTheOrderOfTheSearch) {
+  AddBus(0, 0x41);
+  AddBus(1, 0x42);
+  Settings settings;
+  settings.adapters = {"1", "0"};
+  settings.origin = "test";
+  settings.faults = {"smbus.conf:1: not understood"};
+  HostBus another(system, journal, settings);
+  EXPECT_EQ(another.Read(0x2C, 0x3E), 0x42);
+  EXPECT_EQ(Told("smbus.conf:1: not understood"), 1);
+}
+
+}  // namespace
+}  // namespace zth::smbus

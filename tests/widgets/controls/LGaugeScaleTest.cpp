@@ -1,0 +1,148 @@
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "widgets/LGaugeScale.h"
+
+namespace zth::widgets {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+std::vector<std::string> Numbers(const std::vector<DialTick>& ticks) {
+  std::vector<std::string> texts;
+  for (const DialTick& tick : ticks) {
+    if (tick.major) texts.push_back(tick.text);
+  }
+  return texts;
+}
+
+TextSize Measure(const std::string& text, double pixels) {
+  return {0.6 * pixels * static_cast<double>(text.size()), 0.75 * pixels};
+}
+
+TEST(DialScale, ParksValuesOutsideAtTheNearerEnd) {
+  const DialScale scale(-64, 191);
+  EXPECT_DOUBLE_EQ(scale.Angle(-64), -135);
+  EXPECT_DOUBLE_EQ(scale.Angle(63.5), 0);
+  EXPECT_DOUBLE_EQ(scale.Angle(191), 135);
+  EXPECT_DOUBLE_EQ(scale.Angle(-65), -135);
+  EXPECT_DOUBLE_EQ(scale.Angle(1e9), 135);
+  EXPECT_DOUBLE_EQ(scale.Angle(kNaN), -135);
+  EXPECT_DOUBLE_EQ(DialScale(5, 5).Angle(7), -135);
+  EXPECT_DOUBLE_EQ(DialScale(10, 0).Angle(0), 135);  // runs backwards
+}
+
+TEST(DialScale, ReportsWhatItShows) {
+  struct Case {
+    double minimum, maximum, value;
+    const char* text;
+    double settled;
+  };
+  for (const Case& row : {Case{-64, 191, 25.4999, "25.5", 25.5}, Case{-64, 191, 24.53, "24.5", 24.5},
+                          Case{0, 12000, 1004.9, "1000", 1000}, Case{0, 15.94, 15.938, "15.94", 15.94},
+                          Case{0, 15.94, 99, "99.00", 15.94}, Case{0, 2.5, 1.23456, "1.235", 1.235},
+                          Case{0, 100, -3, "-3.0", 0}, Case{-64, 191, -0.04, "0.0", 0}}) {
+    const DialScale scale(row.minimum, row.maximum);
+    EXPECT_EQ(scale.Settle(row.value), row.settled) << row.value;
+    if (row.value >= row.minimum && row.value <= row.maximum) {
+      const bool coarse = scale.Resolution() >= 1;
+      EXPECT_EQ(scale.Text(coarse ? scale.Settle(row.value) : row.value), row.text);
+      EXPECT_NEAR(scale.ValueAt(scale.Angle(row.value)), row.settled, 1e-12);
+    }
+  }
+  EXPECT_EQ(DialScale(0, 10).ValueAt(500), 10);
+  EXPECT_EQ(DialScale(0, 10).ValueAt(-136), 0);
+}
+
+TEST(DialScale, OneKeyStepMovesALimitOfOneByte) {
+  for (const double span : {1.66, 1.99, 2.0, 2.39, 2.83, 3.32, 4.38, 5.31, 6.64, 15.94, 100.0, 255.0, 12000.0}) {
+    const double step = DialScale(0, span).KeyStep();
+    EXPECT_GT(step * 255 / span, 0.99) << span;
+    EXPECT_LT(step * 255 / span, 5) << span;
+  }
+  EXPECT_EQ(DialScale(-64, 191).KeyStep(), 1);
+}
+
+TEST(DialScale, TurnsTheShorterWay) {
+  EXPECT_DOUBLE_EQ(TurnBetween(170, -170), 20);
+  EXPECT_DOUBLE_EQ(TurnBetween(-170, 170), -20);
+  EXPECT_DOUBLE_EQ(TurnBetween(10, 40), 30);
+  EXPECT_DOUBLE_EQ(TurnBetween(0, 180), 180);
+}
+
+TEST(DialTicks, StandAtRoundNumbersOfAnyRange) {
+  const auto numbers = [](double minimum, double maximum) {
+    return Numbers(DialTicks(minimum, maximum, 110, 100, [](const std::string& text) { return Measure(text, 14); }));
+  };
+  EXPECT_THAT(numbers(0, 100), ElementsAre("0", "10", "20", "30", "40", "50", "60", "70", "80", "90", "100"));
+  EXPECT_THAT(numbers(0, 2.5), ElementsAre("0.0", "0.5", "1.0", "1.5", "2.0", "2.5"));
+  EXPECT_THAT(numbers(-64, 191), ElementsAre("-50", "-25", "0", "25", "50", "75", "100", "125", "150", "175"));
+  EXPECT_THAT(numbers(0, 12000), ElementsAre("0", "2000", "4000", "6000", "8000", "10000", "12000"));
+  EXPECT_THAT(numbers(0, 15.94), ElementsAre("0", "2", "4", "6", "8", "10", "12", "14"));
+  for (const auto& [minimum, maximum] :
+       {std::pair{5.0, 5.0}, {0.0, kInfinity}, {kNaN, 1.0}, {1e15, 1e15 + 1}, {-1e308, 1.7e308}}) {
+    EXPECT_THAT(numbers(minimum, maximum), IsEmpty());
+  }
+}
+
+// The first pair of numbers whose boxes touch, or nothing.
+std::string Touching(const std::vector<DialTick>& majors, double pixels) {
+  for (std::size_t i = 0; i < majors.size(); ++i) {
+    const TextSize a = Measure(majors[i].text, pixels);
+    for (std::size_t j = i + 1; j < majors.size(); ++j) {
+      const TextSize b = Measure(majors[j].text, pixels);
+      const bool apart = std::abs(majors[i].labelX - majors[j].labelX) > (a.width + b.width) / 2 ||
+                         std::abs(majors[i].labelY - majors[j].labelY) > (a.height + b.height) / 2;
+      if (!apart) return majors[i].text + " and " + majors[j].text;
+    }
+  }
+  return {};
+}
+
+void ExpectGoodTicks(double minimum, double maximum, double radius) {
+  const double pixels = std::clamp(radius * 0.18, 8.0, 26.0);
+  const auto ticks = DialTicks(minimum, maximum, radius * 1.2, radius,
+                               [pixels](const std::string& text) { return Measure(text, pixels); });
+  std::vector<DialTick> majors;
+  std::copy_if(ticks.begin(), ticks.end(), std::back_inserter(majors), [](const auto& tick) { return tick.major; });
+  const bool everyday = std::max(minimum, maximum) >= 1 && std::max(minimum, maximum) <= 12000;
+  EXPECT_GE(majors.size(), everyday && radius >= 50 ? 4U : 1U);
+  EXPECT_EQ(Touching(majors, pixels), "");
+  for (const DialTick& tick : majors) EXPECT_LE(std::hypot(tick.labelX, tick.labelY), radius);
+  const double slack = std::abs(maximum - minimum) * 1e-8;
+  for (const DialTick& tick : ticks) {
+    EXPECT_GE(tick.value, std::min(minimum, maximum) - slack);
+    EXPECT_LE(tick.value, std::max(minimum, maximum) + slack);
+  }
+}
+
+TEST(DialTicks, NumbersNeverTouchAndNeverLeaveTheDial) {
+  for (const auto& [minimum, maximum] : {std::pair{0.0, 2.5},
+                                         {-64.0, 191.0},
+                                         {0.0, 12000.0},
+                                         {0.0, 100.0},
+                                         {0.0, 15.94},
+                                         {0.0, 1.66},
+                                         {1e-6, 3e-6},
+                                         {-1e9, 1e9},
+                                         {100.0, 0.0}}) {
+    for (const double radius : {25.0, 50.0, 80.0, 200.0, 500.0}) {
+      SCOPED_TRACE(testing::Message() << minimum << " to " << maximum << " at " << radius);
+      ExpectGoodTicks(minimum, maximum, radius);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zth::widgets

@@ -1,0 +1,65 @@
+#include <cstdint>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <mutex>
+#include <string>
+
+#include "linux-smbus/HostBus.h"
+#include "linux-smbus/Journal.h"
+#include "linux-smbus/LinuxI2c.h"
+#include "linux-smbus/Settings.h"
+
+namespace zth::smbus {
+namespace {
+
+std::string Variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+/// Everything behind the three functions, made at the first call.
+struct Session {
+  std::mutex oneAtATime;  ///< a descriptor's address and its transfer are two calls of the kernel
+  UserPlaces places = PlacesOf(Variable);
+  Journal journal{std::cerr, places.logFile, UtcStamp};
+  LinuxI2c system;
+  HostBus bus{system, journal, LoadSettings(places, Variable)};
+};
+
+Session& TheSession() {
+  static Session session;
+  return session;
+}
+
+/// Runs `action` on the bus. Nothing may be thrown into a caller that knows C only.
+template <typename Action>
+void WithBus(Action action) noexcept {
+  try {
+    Session& session = TheSession();
+    const std::scoped_lock lock(session.oneAtATime);
+    action(session.bus);
+  } catch (const std::exception& fault) {
+    std::cerr << "smbus: " << fault.what() << std::endl;
+  }
+}
+
+}  // namespace
+}  // namespace zth::smbus
+
+extern "C" {
+
+[[gnu::visibility("default")]] void DetectSmbus(void) {
+  zth::smbus::WithBus([](zth::smbus::HostBus& bus) { bus.Detect(); });
+}
+
+[[gnu::visibility("default")]] std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg) {
+  std::uint8_t value = zth::smbus::kNoAnswer;
+  zth::smbus::WithBus([&value, address, reg](zth::smbus::HostBus& bus) { value = bus.Read(address, reg); });
+  return value;
+}
+
+[[gnu::visibility("default")]] void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
+  zth::smbus::WithBus([address, reg, value](zth::smbus::HostBus& bus) { bus.Write(address, reg, value); });
+}
+}

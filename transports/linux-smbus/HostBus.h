@@ -1,0 +1,81 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "linux-smbus/I2cSystem.h"
+#include "linux-smbus/Journal.h"
+#include "linux-smbus/Settings.h"
+
+namespace zth::smbus {
+
+/// What a read gives where nothing answers: the level of a bus that nobody drives.
+inline constexpr std::uint8_t kNoAnswer = 0xFF;
+
+/// Addresses that are never put on a bus: those that the bus reserves at both ends, and those where memory modules keep
+/// their data and its write protection. One stray byte there can leave a PC that does not start.
+constexpr bool IsForbidden(std::uint8_t address) {
+  return address < 0x08 || address > 0x77 || (address >= 0x30 && address <= 0x37) ||
+         (address >= 0x50 && address <= 0x57);
+}
+
+/// The PC's SMBus hosts as one bus of byte-data transfers.
+///
+/// An address belongs to the first adapter, in the order chosen, on which something is there: a chip that answers, or
+/// a kernel driver that holds it. From its first answer on a chip stays with its adapter, so that a transfer that fails
+/// can never turn up the value of another chip on another bus.
+///
+/// Failures reach the caller as kNoAnswer alone. Each is told once for an adapter, an address and an errno.
+class HostBus {
+ public:
+  /// The system and the journal outlive the bus.
+  HostBus(I2cSystem& system, Journal& journal, Settings settings);
+  ~HostBus();
+  HostBus(const HostBus&) = delete;
+  HostBus& operator=(const HostBus&) = delete;
+
+  /// Chooses the adapters and opens each once. Tells what stands in the way, and its remedy, when none could be opened;
+  /// a later call then tries again. Does nothing once an adapter is open.
+  void Detect();
+  /// One byte-data read. Detects first, when nobody has.
+  std::uint8_t Read(std::uint8_t address, std::uint8_t reg);
+  /// One byte-data write. Detects first, when nobody has.
+  void Write(std::uint8_t address, std::uint8_t reg, std::uint8_t value);
+
+ private:
+  struct Port {
+    Adapter adapter;
+    int descriptor = 0;
+    bool isGone = false;
+  };
+  enum class Direction { Read, Write };
+  struct Transfer {
+    Direction direction;
+    std::uint8_t address, reg, value;
+  };
+
+  void Open(const Adapter& adapter);
+  /// The byte read, 0 after a write, nothing when no chip took the transfer.
+  std::optional<std::uint8_t> Run(const Transfer& transfer);
+  /// As Run, on one port: a value of 0 or above, or -errno. `isHeld` says that the address is a kernel driver's.
+  int RunOn(Port& port, const Transfer& transfer, bool& isHeld);
+  void LookAfter(Port& port);
+  void TellFailure(const Port& port, const Transfer& transfer, int error, bool isHeld);
+
+  I2cSystem& system_;
+  Journal& journal_;
+  Settings settings_;
+  bool hasDetected_ = false;
+  std::vector<Port> ports_;
+  std::array<std::optional<std::size_t>, 128> owner_{};  ///< the port of each address that has answered
+  std::set<std::tuple<int, std::uint8_t, int>> told_;    ///< adapter, address, errno
+  unsigned transfersUntilLook_ = 0;
+};
+
+}  // namespace zth::smbus
