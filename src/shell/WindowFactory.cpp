@@ -6,6 +6,11 @@
 #include "shell/frmAbout.h"
 #include "windows/board/frmHeaters.h"
 #include "windows/board/frmSwitches.h"
+#include "windows/config/frmEDO.h"
+#include "windows/config/frmFanConfig.h"
+#include "windows/config/frmGenConfig.h"
+#include "windows/config/frmTherm.h"
+#include "windows/config/frmVoltConfig.h"
 #include "windows/fancontrol/frmManualControl.h"
 
 namespace zth::shell {
@@ -26,9 +31,14 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmEDO", Make<windows::frmEDO>},
+    Row{"frmFanConfig", Make<windows::frmFanConfig>},
+    Row{"frmGenConfig", Make<windows::frmGenConfig>},
     Row{"frmHeaters", Make<windows::frmHeaters>},
     Row{"frmManualControl", Make<windows::frmManualControl>},
     Row{"frmSwitches", Make<windows::frmSwitches>},
+    Row{"frmTherm", Make<windows::frmTherm>},
+    Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };
 
 const Row* FindRow(const QString& name) {

@@ -8,7 +8,7 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "chip/DutyText.h"
+#include "chip/Conversions.h"
 #include "chip/Measurements.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
@@ -128,7 +128,7 @@ void frmManualControl::sldManual_MouseUp() {
 
 void frmManualControl::sldManual_Change(int index) {
   const double percent = sldManual_[static_cast<std::size_t>(index)]->Value();
-  link::WriteRegisterValue(link::DeviceAddress, kPwm1Value + index, chip::DutyFromPercent(percent));
+  link::WriteRegisterValue(link::DeviceAddress, kPwm1Value + index, chip::ByteFromPercent(percent));
 }
 
 }  // namespace zth::windows

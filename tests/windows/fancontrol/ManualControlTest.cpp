@@ -2,7 +2,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include "chip/DutyText.h"
+#include "chip/Conversions.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "tests/support/Desk.h"
@@ -113,16 +113,10 @@ TEST(ManualControl, AWindowClosedUnderAHeldSliderLetsGoOfIt) {
   EXPECT_FALSE(windows::ManualSliderHeld);
 }
 
-TEST(Duty, RoundsTheProductOfASliderAndTheTextOfABox) {
+TEST(ManualControl, RoundsTheProductOfItsSliders) {
   const std::vector<std::pair<double, int>> sliders{{0, 0},    {10, 26},  {30, 76},  {50, 127},
                                                     {70, 178}, {90, 229}, {100, 255}};
-  for (const auto& [percent, byte] : sliders) EXPECT_EQ(chip::DutyFromPercent(percent), byte) << percent;
-  const std::vector<std::pair<const char*, int>> texts{{"50", 128}, {"10", 26}, {"", 0}, {"100%", 255}, {"-10", -26}};
-  for (const auto& [text, byte] : texts) EXPECT_EQ(chip::DutyFromText(text), byte) << text;
-  for (int raw = 0; raw <= 255; ++raw) {
-    const std::string text = chip::DutyPercentText(static_cast<std::uint8_t>(raw));
-    EXPECT_EQ(chip::DutyPercentText(static_cast<std::uint8_t>(chip::DutyFromText(text))), text) << raw;
-  }
+  for (const auto& [percent, byte] : sliders) EXPECT_EQ(chip::ByteFromPercent(percent), byte) << percent;
 }
 
 }  // namespace
