@@ -7,6 +7,8 @@
 #include "windows/SharedState.h"
 #include "windows/board/frmHeaters.h"
 #include "windows/fancontrol/Demo.h"
+#include "windows/fancontrol/frmAutoGraph.h"
+#include "windows/fancontrol/frmDynamicTmin.h"
 #include "windows/fancontrol/frmManualControl.h"
 
 namespace zth::shell {
@@ -48,6 +50,13 @@ void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   // job 6
   jobs.Add({"manual control", [] { return windows::ManualOpen; }, Every(1.0),
             OnWindow<windows::frmManualControl>(context, "frmManualControl", RefreshManualControl)});
+  // job 7
+  jobs.Add({"automatic control", [] { return windows::AutoGraphOpen; }, Every(0.3),
+            OnWindow<windows::frmAutoGraph>(context, "frmAutoGraph", [](auto& window) { window.PlotAFCTemps(); })});
+  // job 8
+  jobs.Add({"dynamic Tmin", [] { return windows::DynTminOpen; }, Every(0.1),
+            OnWindow<windows::frmDynamicTmin>(context, "frmDynamicTmin",
+                                              [](auto& window) { window.UpdateDynTminGraph(); })});
 }
 
 }  // namespace zth::shell

@@ -11,6 +11,8 @@
 #include "windows/config/frmGenConfig.h"
 #include "windows/config/frmTherm.h"
 #include "windows/config/frmVoltConfig.h"
+#include "windows/fancontrol/frmAutoGraph.h"
+#include "windows/fancontrol/frmDynamicTmin.h"
 #include "windows/fancontrol/frmManualControl.h"
 
 namespace zth::shell {
@@ -31,6 +33,8 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmAutoGraph", Make<windows::frmAutoGraph>},
+    Row{"frmDynamicTmin", Make<windows::frmDynamicTmin>},
     Row{"frmEDO", Make<windows::frmEDO>},
     Row{"frmFanConfig", Make<windows::frmFanConfig>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
