@@ -118,6 +118,7 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     Desk desk(buses);
     desk.Start();
+    const double waited = desk.clock.waitedMs;
     windows::DemoRunning = true;
     PutRemote2(desk, 4 * 34 + 3);
     desk.Advance(3000);
@@ -125,7 +126,7 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     PutRemote2(desk, 4 * 35);
     desk.Advance(1500);
     EXPECT_EQ(LimitWrites(desk), Concat(W(0x52, 0x40), W(0x52, 0x9A)));
-    EXPECT_EQ(desk.clock.waitedMs, 500);
+    EXPECT_EQ(desk.clock.waitedMs - waited, 500);
     EXPECT_TRUE(windows::DemoThermTripped);
     // Stopping and running again brings no second one.
     windows::DemoRunning = false;
@@ -133,7 +134,7 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     windows::DemoRunning = true;
     desk.Advance(3000);
     EXPECT_EQ(LimitWrites(desk), Traffic{});
-    EXPECT_EQ(desk.clock.waitedMs, 500);
+    EXPECT_EQ(desk.clock.waitedMs - waited, 500);
   }
 }
 
