@@ -6,6 +6,7 @@
 #include "windows/ChildWindow.h"
 #include "windows/SharedState.h"
 #include "windows/board/frmHeaters.h"
+#include "windows/config/frmGPIO.h"
 #include "windows/fancontrol/Demo.h"
 #include "windows/fancontrol/frmAutoGraph.h"
 #include "windows/fancontrol/frmDynamicTmin.h"
@@ -57,6 +58,9 @@ void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   jobs.Add({"dynamic Tmin", [] { return windows::DynTminOpen; }, Every(0.1),
             OnWindow<windows::frmDynamicTmin>(context, "frmDynamicTmin",
                                               [](auto& window) { window.UpdateDynTminGraph(); })});
+  // job 9
+  jobs.Add({"GPIO", [] { return windows::GpioOpen; }, Every(0.5),
+            OnWindow<windows::frmGPIO>(context, "frmGPIO", [](auto& window) { window.UpdateGPIOStatus(); })});
 }
 
 }  // namespace zth::shell

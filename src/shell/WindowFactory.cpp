@@ -7,8 +7,11 @@
 #include "windows/board/frmHeaters.h"
 #include "windows/board/frmSwitches.h"
 #include "windows/config/frmEDO.h"
+#include "windows/config/frmEasySetup.h"
 #include "windows/config/frmFanConfig.h"
+#include "windows/config/frmGPIO.h"
 #include "windows/config/frmGenConfig.h"
+#include "windows/config/frmPinConfig.h"
 #include "windows/config/frmTherm.h"
 #include "windows/config/frmVoltConfig.h"
 #include "windows/fancontrol/frmAutoGraph.h"
@@ -35,11 +38,14 @@ constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
     Row{"frmAutoGraph", Make<windows::frmAutoGraph>},
     Row{"frmDynamicTmin", Make<windows::frmDynamicTmin>},
+    Row{"frmEasySetup", Make<windows::frmEasySetup>},
     Row{"frmEDO", Make<windows::frmEDO>},
     Row{"frmFanConfig", Make<windows::frmFanConfig>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
+    Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmHeaters", Make<windows::frmHeaters>},
     Row{"frmManualControl", Make<windows::frmManualControl>},
+    Row{"frmPinConfig", Make<windows::frmPinConfig>},
     Row{"frmSwitches", Make<windows::frmSwitches>},
     Row{"frmTherm", Make<windows::frmTherm>},
     Row{"frmVoltConfig", Make<windows::frmVoltConfig>},

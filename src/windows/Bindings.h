@@ -34,6 +34,7 @@ struct TextCode {
   std::string (*text)(unsigned field);
   std::uint8_t (*byte)(std::string_view text, int shift);  ///< in place, and possibly beyond the field
   int min, max;                                            ///< of the up-down, in steps of 1
+  const char* unit;                                        ///< shown behind the box; may be empty
 };
 
 /// A duty in percent over a whole byte; a whole number of 0 to 15 over 4 bits.

@@ -21,8 +21,8 @@
 
 namespace zth::windows {
 
-const TextCode kDuty{chip::DutyText, [](std::string_view text, int) { return chip::DutyByte(text); }, 0, 100};
-const TextCode kNibble{chip::WholeText, chip::WholeByte, 0, 15};
+const TextCode kDuty{chip::DutyText, [](std::string_view text, int) { return chip::DutyByte(text); }, 0, 100, "%"};
+const TextCode kNibble{chip::WholeText, chip::WholeByte, 0, 15, ""};
 
 namespace {
 
@@ -100,8 +100,9 @@ BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows) : Q
   for (const Binding& row : rows) {
     auto* control = window.findChild<QWidget*>(NameOf(row.control));
     if (control == nullptr) throw std::logic_error("no control " + NameOf(row.control).toStdString());
-    control->setToolTip(PlaceOf(row));
-    bounds_.push_back({&row, control, {}, Mark::None, PlaceOf(row)});
+    const QString place = PlaceOf(row);
+    control->setToolTip(place);
+    bounds_.push_back({&row, control, place, {}, Mark::None});
     Hang(bounds_.back());
     KeepRoomForMark(*control);
   }
@@ -135,7 +136,11 @@ void BoundControls::Load(std::span<const ReadStep> reads) {
       if (Covers(step, bound.row->reg)) Show(bound, bytes[static_cast<std::size_t>(bound.row->reg - step.first)]);
     }
   }
-  for (const ReadStep& step : reads) TakeAsApplied(step.first, step.count);
+  for (Bound& bound : bounds_) {
+    const auto read = [&](const ReadStep& step) { return Covers(step, bound.row->reg); };
+    if (std::ranges::any_of(reads, read)) bound.applied = Held(*bound.control);
+  }
+  JudgeAll();
 }
 
 void BoundControls::Show(const Bound& bound, unsigned whole) {
@@ -159,7 +164,10 @@ void BoundControls::Apply(std::span<const WriteStep> writes) {
     }
     link::WriteRegisterValue(link::DeviceAddress, step.reg, Compose(step.reg, old));
   }
-  for (const WriteStep& step : writes) TakeAsApplied(step.reg, 1);
+  for (Bound& bound : bounds_) {
+    if (std::ranges::count(writes, bound.row->reg, &WriteStep::reg) != 0) bound.applied = Held(*bound.control);
+  }
+  JudgeAll();
 }
 
 std::uint8_t BoundControls::Compose(std::uint8_t reg, unsigned old) const {
@@ -173,10 +181,7 @@ std::uint8_t BoundControls::Compose(std::uint8_t reg, unsigned old) const {
   return static_cast<std::uint8_t>((old & ~own) | given);
 }
 
-void BoundControls::TakeAsApplied(std::uint8_t first, int count) {
-  for (Bound& bound : bounds_) {
-    if (bound.row->reg >= first && bound.row->reg < first + count) bound.applied = Held(*bound.control);
-  }
+void BoundControls::JudgeAll() {
   for (Bound& bound : bounds_) Judge(bound);
   PaintTabs();
 }
@@ -193,7 +198,7 @@ void BoundControls::JudgeRegister(std::uint8_t reg) {
 void BoundControls::Judge(Bound& bound) {
   const bool pending = Held(*bound.control) != bound.applied;
   bool odd = false;
-  QString tip = PlaceOf(*bound.row);
+  QString tip = bound.place;
   if (const auto* box = qobject_cast<const QLineEdit*>(bound.control)) {
     const unsigned field = base::GetField(Compose(bound.row->reg), bound.row->bits);
     const std::string shown = bound.row->code->text(field);
@@ -201,10 +206,7 @@ void BoundControls::Judge(Bound& bound) {
     if (odd) tip += QString::asprintf("\nGoes out as %s (0x%02X)", shown.c_str(), field);
   }
   const Mark mark = odd ? (pending ? Mark::PendingOdd : Mark::Odd) : (pending ? Mark::Pending : Mark::None);
-  if (tip != bound.tip) {
-    bound.tip = tip;
-    bound.control->setToolTip(tip);
-  }
+  if (tip != bound.control->toolTip()) bound.control->setToolTip(tip);
   if (mark == bound.mark) return;
   bound.mark = mark;
   Paint(bound);
@@ -213,7 +215,7 @@ void BoundControls::Judge(Bound& bound) {
 void BoundControls::Paint(const Bound& bound) const {
   const bool pending = bound.mark == Mark::Pending || bound.mark == Mark::PendingOdd;
   const bool odd = bound.mark == Mark::Odd || bound.mark == Mark::PendingOdd;
-  MarkControl(*bound.control, pending, odd);
+  MarkControl(*bound.control, window_, pending, odd);
 }
 
 void BoundControls::PaintTabs() const {
@@ -222,7 +224,7 @@ void BoundControls::PaintTabs() const {
   for (const Bound& bound : bounds_) {
     states.emplace_back(bound.control, bound.mark == Mark::Pending || bound.mark == Mark::PendingOdd);
   }
-  MarkTabs(states);
+  MarkTabs(window_, states);
 }
 
 void BoundControls::Repaint() {

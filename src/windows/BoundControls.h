@@ -53,15 +53,15 @@ class BoundControls final : public QObject {
   struct Bound {
     const Binding* row;
     QWidget* control;
-    QString applied;
+    QString place;    ///< where its bits stand
+    QString applied;  ///< what it held when the chip was last read or written
     Mark mark = Mark::None;
-    QString tip;
   };
 
   void Hang(const Bound& bound);
   void Show(const Bound& bound, unsigned whole);
-  void TakeAsApplied(std::uint8_t first, int count);
   void Judge(Bound& bound);
+  void JudgeAll();
   void JudgeRegister(std::uint8_t reg);
   void Paint(const Bound& bound) const;
   void PaintTabs() const;

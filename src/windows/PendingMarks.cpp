@@ -45,7 +45,7 @@ std::pair<QTabWidget*, int> TabOf(QWidget* control) {
 
 }  // namespace
 
-void MarkControl(QWidget& control, bool pending, bool odd) {
+void MarkControl(QWidget& control, const QWidget& window, bool pending, bool odd) {
   QFont font;
   if (pending) font.setBold(true);
   // Only what is marked is set: family, size and all other colours go on following the window.
@@ -54,7 +54,7 @@ void MarkControl(QWidget& control, bool pending, bool odd) {
   QPalette palette;
   palette.setResolveMask(0);
   if (pending || odd) {
-    const QColor colour = MarkColour(control.parentWidget()->palette(), odd);
+    const QColor colour = MarkColour(window.palette(), odd);
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
       for (const auto role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
         palette.setColor(group, role, colour);
@@ -74,7 +74,7 @@ void KeepRoomForMark(QWidget& control) {
   control.setMinimumWidth(control.sizeHint().width() + width(QFontMetrics(bold)) - width(now));
 }
 
-void MarkTabs(const std::vector<std::pair<QWidget*, bool>>& pending) {
+void MarkTabs(const QWidget& window, const std::vector<std::pair<QWidget*, bool>>& pending) {
   std::map<std::pair<QTabWidget*, int>, bool> tabs;
   for (const auto& [control, isPending] : pending) {
     const auto tab = TabOf(control);
@@ -84,7 +84,7 @@ void MarkTabs(const std::vector<std::pair<QWidget*, bool>>& pending) {
     const auto& [widget, index] = tab;
     QTabBar* bar = widget->tabBar();
     // An invalid colour is the palette's own.
-    const QColor colour = isPending ? MarkColour(widget->palette(), false) : QColor();
+    const QColor colour = isPending ? MarkColour(window.palette(), false) : QColor();
     if (bar->tabTextColor(index) != colour) bar->setTabTextColor(index, colour);
     const QString tip = isPending ? QStringLiteral("Holds changes that have not been applied") : QString();
     if (bar->tabToolTip(index) != tip) bar->setTabToolTip(index, tip);

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
@@ -51,7 +52,13 @@ void AddText(QGridLayout& grid, int line, const Binding& row) {
   auto* upDown = new widgets::UpDown(box, {row.code->min, row.code->max, 1}, grid.parentWidget());
   upDown->setObjectName(row.upDown);
   AddLabel(grid, line, row, box);
-  grid.addLayout(upDown->Row(), line, 1);
+  QHBoxLayout* pair = upDown->Row();
+  if (*row.code->unit != '\0') {
+    // Before the stretch at the pair's end.
+    pair->insertWidget(pair->count() - 1, new QLabel(QString::fromLatin1(row.code->unit), grid.parentWidget()));
+    pair->insertSpacing(pair->count() - 2, grid.parentWidget()->fontMetrics().averageCharWidth());
+  }
+  grid.addLayout(pair, line, 1);
 }
 
 }  // namespace
@@ -91,6 +98,7 @@ QGridLayout& MakeGrid(QWidget* parent) {
   auto* grid = new QGridLayout(parent);
   // Labels and fields stand in two columns as wide as they need to be; what is left goes to the right of them.
   grid->setColumnStretch(kColumns - 1, 1);
+  grid->setHorizontalSpacing(2 * parent->fontMetrics().averageCharWidth());
   return *grid;
 }
 

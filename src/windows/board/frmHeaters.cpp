@@ -37,7 +37,7 @@ frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heat
   lblNoAdapter_->setObjectName("lblNoAdapter");
   column->addWidget(lblNoAdapter_);
 
-  auto* cmdClose = new QPushButton("&Close", this);
+  auto* cmdClose = new QPushButton("Clo&se", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
   SetDefaultButton(*cmdClose);
@@ -59,6 +59,7 @@ QFrame* frmHeaters::MakeFrame(int heater) {
   slider->setObjectName(QString("sldHeater(%1)").arg(heater));
   slider->SetIndex(heater);
   slider->setToolTip("Drive of the heater; acts at once");
+  slider->setMinimumWidth(slider->fontMetrics().height() * 14);
   label->setBuddy(slider);
   OnSlide(*slider, {.mouseDown = {}, .change = [this, heater] { sldHeater_Change(heater); }, .mouseUp = {}},
           Services().clock);

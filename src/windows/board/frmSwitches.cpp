@@ -43,10 +43,10 @@ frmSwitches::frmSwitches(const Context& context) : ChildWindow("frmSwitches", "A
   auto* cmdRefresh = new QPushButton("&Read", this);
   cmdRefresh->setObjectName("cmdRefresh");
   cmdRefresh->setToolTip("Show what the two devices hold now");
-  auto* cmbApply = new QPushButton("&Apply", this);
+  auto* cmbApply = new QPushButton("A&pply", this);
   cmbApply->setObjectName("cmbApply");
   cmbApply->setToolTip("Write both devices and read them back");
-  auto* cmdCancel = new QPushButton("&Close", this);
+  auto* cmdCancel = new QPushButton("Clo&se", this);
   cmdCancel->setObjectName("cmdCancel");
   OnClick(*cmdRefresh, [this] { cmdRefresh_Click(); });
   OnClick(*cmbApply, [this] { cmbApply_Click(); });
@@ -72,6 +72,7 @@ QGroupBox* frmSwitches::MakeFrame() {
   row->setSpacing(32);
   for (std::size_t device = 0; device < kDevices.size(); ++device) {
     auto* column = new QVBoxLayout;
+    column->setSpacing(6);
     auto* heading = new QLabel(kDevices[device].caption, frame);
     heading->setObjectName(QString("lblDevice(%1)").arg(device));
     column->addWidget(heading);

@@ -13,7 +13,7 @@
 namespace zth::windows {
 namespace {
 
-// In seconds. The chip has no longer window than 8 s: the field's last three values are the same, and "8" writes 7.
+// "8" stands at the last three values of the field: a 5 or 6 shows as it, and it goes out as 7.
 constexpr std::array kWindows{"0.25", "0.5", "1", "2", "4", "8", "8", "8"};
 
 constexpr std::array kTimer{

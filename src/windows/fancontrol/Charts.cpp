@@ -95,8 +95,13 @@ widgets::StripSetup DynTminChart(int index) {
     setup.labels.push_back({.slot = DutySlot(row), .text = "x", .trace = kFirstDutyTrace + row});
   }
   setup.widestLegend = "controlled by Remote2";
-  setup.labels.push_back({.slot = 9, .text = QStringLiteral("°C"), .place = StripPlace::Heading, .line = false});
-  setup.labels.push_back({.slot = 10, .text = "% Duty", .place = StripPlace::Heading, .line = false, .axis = 1});
+  // The units stand in the corners of their zones: above the zones there is the title, and too little room.
+  const auto unit = [&setup](int slot, const QString& text, double top) {
+    setup.labels.push_back(
+        {.slot = slot, .text = text, .place = StripPlace::Free, .line = false, .left = 0.005, .top = top});
+  };
+  unit(kUnitSlot, QStringLiteral("°C"), 0.005);
+  unit(kDutyUnitSlot, "% Duty", setup.axes[1].areaTop + 0.005);
   return setup;
 }
 

@@ -19,6 +19,10 @@ widgets::StripSetup DynTminChart(int index);
 inline constexpr int kFirstDutyTrace = 5;
 inline constexpr int kHysteresisFloorTrace = 9;
 
+/// The label slots of the two zones' units.
+inline constexpr int kUnitSlot = 9;
+inline constexpr int kDutyUnitSlot = 10;
+
 /// The label slot of the duty legend's row 0 to 3.
 constexpr int DutySlot(int row) {
   return row < 3 ? row + 6 : 11;

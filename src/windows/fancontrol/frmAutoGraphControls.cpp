@@ -38,6 +38,15 @@ constexpr std::array kUpDowns{
     UpDownNames{15, 16, 17, 21, 25},
 };
 
+/// All tabs in sight: a quarter of them behind an arrow would be found by few.
+QTabWidget* MakeTabWidget(const char* name, QWidget* parent) {
+  auto* tabs = new QTabWidget(parent);
+  tabs->setObjectName(name);
+  tabs->setUsesScrollButtons(false);
+  tabs->setElideMode(Qt::ElideNone);
+  return tabs;
+}
+
 QString UpDownName(int number) {
   return QString("UpDown%1").arg(number);
 }
@@ -82,8 +91,7 @@ QWidget* frmAutoGraph::MakeAllFans() {
 }
 
 QTabWidget* frmAutoGraph::MakePwmTabs() {
-  tbPWM_ = new QTabWidget(this);
-  tbPWM_->setObjectName("tbPWM");
+  tbPWM_ = MakeTabWidget("tbPWM", this);
   for (int pwm = 0; pwm < kPwms; ++pwm) tbPWM_->addTab(MakePwmTab(pwm), QString("PWM%1").arg(pwm + 1));
   return tbPWM_;
 }
@@ -103,8 +111,7 @@ QWidget* frmAutoGraph::MakePwmTab(int pwm) {
 }
 
 QTabWidget* frmAutoGraph::MakeTemperatureTabs() {
-  tbTemp_ = new QTabWidget(this);
-  tbTemp_->setObjectName("tbTemp");
+  tbTemp_ = MakeTabWidget("tbTemp", this);
   const std::array names{"Local", "Remote1", "Remote2", "Remote3"};
   for (int channel = 0; channel < kChannels; ++channel) {
     tbTemp_->addTab(MakeTemperatureTab(channel), names[static_cast<std::size_t>(channel)]);

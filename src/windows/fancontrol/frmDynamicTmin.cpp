@@ -303,6 +303,8 @@ void frmDynamicTmin::Strip2_LayoutChanged(int index) {
     strip.SetLabelIndex(DutySlot(k));
     strip.SetLabelTop(static_cast<float>(strip.AxisAreaTop() + kBelowTop[static_cast<std::size_t>(k)]));
   }
+  strip.SetLabelIndex(kDutyUnitSlot);
+  strip.SetLabelTop(static_cast<float>(strip.AxisAreaTop() + 0.005));
 }
 
 // ---- The handlers

@@ -37,7 +37,7 @@ void ShowState(QLabel& label, bool manual, bool darkGround) {
 
 frmManualControl::frmManualControl(const Context& context)
     : ChildWindow("frmManualControl", "Manual Fan Control", context) {
-  auto* cmdClose = new QPushButton("&Close", this);
+  auto* cmdClose = new QPushButton("Clo&se", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
   SetDefaultButton(*cmdClose);
@@ -63,6 +63,7 @@ QGroupBox* frmManualControl::MakeFrame() {
     slider = new widgets::GSlider(frame);
     slider->setObjectName(QString("sldManual(%1)").arg(pwm));
     slider->SetIndex(pwm);
+    slider->setMinimumWidth(slider->fontMetrics().height() * 16);
     label->setBuddy(slider);
     OnSlide(*slider,
             {.mouseDown = [this] { sldManual_MouseDown(); },
@@ -98,6 +99,11 @@ void frmManualControl::RefreshManualControlStates() {
     const bool manual = link::PwmManual[pwm + 1];
     ShowState(*lblManual_[pwm], manual, dark);
     sldManual_[pwm]->setEnabled(manual);
+    // A slider that cannot be moved shows the chip's duty all the same, and that has to be read.
+    QPalette readable;
+    readable.setColor(QPalette::Disabled, QPalette::WindowText,
+                      palette().color(QPalette::Active, QPalette::WindowText));
+    sldManual_[pwm]->setPalette(readable);
     sldManual_[pwm]->setToolTip(manual ? "Duty of the PWM; acts at once"
                                        : "Follows the chip: the PWM is not in manual mode");
   }
