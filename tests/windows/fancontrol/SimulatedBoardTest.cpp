@@ -15,44 +15,50 @@
 namespace zth::testing {
 namespace {
 
-simulator::UsbAdapter* adapter = nullptr;
-int thermLimitWrites = 0;
+/// The board behind the link, which the program's own clock drives: time that passes between two transfers passes on
+/// the board before the second.
+struct SimulatedLink {
+  explicit SimulatedLink(const simulator::Settings& settings, const VirtualClock& clock)
+      : adapter(settings), time(clock), last(clock.Now()) {
+    adapter.TheBus().PowerUp();
+  }
+  void CatchUp() {
+    const double now = time.Now();
+    adapter.TheBus().AdvanceReal(std::chrono::nanoseconds(std::llround((now - last) * 1e9)));
+    last = now;
+  }
+
+  simulator::UsbAdapter adapter;
+  const VirtualClock& time;
+  double last;
+  int thermLimitWrites = 0;  ///< to 0x52, Remote 2 THERM2 Limit
+};
+
+SimulatedLink* simulated = nullptr;
 
 std::int16_t ZTH_LIBRARY_CALL Request(std::int16_t request, std::int32_t value, std::int32_t index,
                                       std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
-  if (request == 0xDE && direction == 0 && (index & 0xFF) == 0x52) ++thermLimitWrites;
-  return adapter->Request(request, value, index, direction, length, buffer);
+  if (request == 0xDE && direction == 0 && (index & 0xFF) == 0x52) ++simulated->thermLimitWrites;
+  simulated->CatchUp();
+  return simulated->adapter.Request(request, value, index, direction, length, buffer);
 }
 
 class SimulatedDesk {
  public:
-  SimulatedDesk() : adapter_(BoardSettings()) {
-    adapter = &adapter_;
-    thermLimitWrites = 0;
-    adapter_.TheBus().PowerUp();
+  SimulatedDesk() : board(BoardSettings(), desk.clock) {
+    simulated = &board;
     desk.Start();
     link::UsbFunctions.VendorIORequest = Request;
-    // The chip's revision as the simulated one reports it.
-    chip::ChipRevision = adapter_.TheBus().Read(0x58, 0x3F);
+    chip::ChipRevision = Register(0x3F);
   }
-  ~SimulatedDesk() { adapter = nullptr; }
+  ~SimulatedDesk() { simulated = nullptr; }
   SimulatedDesk(const SimulatedDesk&) = delete;
   SimulatedDesk& operator=(const SimulatedDesk&) = delete;
 
-  void Advance(int seconds) {
-    for (int step = 0; step < seconds * 20; ++step) {
-      adapter_.TheBus().AdvanceReal(std::chrono::milliseconds(50));
-      // What the program waits for by itself passes on the board as well.
-      const double waited = desk.clock.waitedMs;
-      desk.Advance(50);
-      const auto more = static_cast<int>(desk.clock.waitedMs - waited);
-      if (more > 0) adapter_.TheBus().AdvanceReal(std::chrono::milliseconds(more));
-    }
-  }
-
-  std::uint8_t Register(std::uint8_t reg) { return adapter_.TheBus().Read(0x58, reg); }
+  std::uint8_t Register(std::uint8_t reg) { return board.adapter.TheBus().Read(0x58, reg); }
 
   Desk desk{Desk::Buses::Usb};
+  SimulatedLink board;
 
  private:
   static simulator::Settings BoardSettings() {
@@ -61,8 +67,6 @@ class SimulatedDesk {
     settings.diodeAtD2Connector = true;
     return settings;
   }
-
-  simulator::UsbAdapter adapter_;
 };
 
 widgets::GSlider& Heater2(const QWidget& window) {
@@ -83,8 +87,8 @@ double DutyOnPath(const QVariantList& path, double degrees) {
 }
 
 TEST(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
-  SimulatedDesk board;
-  Desk& desk = board.desk;
+  SimulatedDesk sim;
+  Desk& desk = sim.desk;
   const QWidget& curve = desk.Open("frmAutoGraph");
   Desk::Pick(curve, "cmbControl(0)", 2);
   for (const int pwm : {1, 2, 3}) Desk::Pick(curve, QString("cmbControl(%1)").arg(pwm), 4);
@@ -98,7 +102,7 @@ TEST(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
   double hottest = 0;
   for (int percent = 0; percent <= 100; percent += 10) {
     Heater2(heaters).StepByUser(percent);
-    board.Advance(60);
+    desk.Advance(60000);
     const QVariantList dots = chart.TracePoints(4);
     ASSERT_EQ(dots.size(), 2) << percent;
     const double degrees = dots[0].toList()[0].toDouble();
@@ -113,8 +117,8 @@ TEST(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
 }
 
 TEST(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
-  SimulatedDesk board;
-  Desk& desk = board.desk;
+  SimulatedDesk sim;
+  Desk& desk = sim.desk;
   const QWidget& curve = desk.Open("frmAutoGraph");
   for (const int pwm : {0, 1, 2, 3}) Desk::Pick(curve, QString("cmbControl(%1)").arg(pwm), 2);
   const QWidget& window = desk.Open("frmDynamicTmin");
@@ -125,8 +129,8 @@ TEST(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
   Desk::Type(window, "txtOpPointHyst", "2");
   Desk::Check(window, "chkEnDynR2", true);
   Heater2(desk.Open("frmHeaters")).StepByUser(60);
-  board.Advance(240);
-  const int tmin = board.Register(0x5E) - 64;
+  desk.Advance(240000);
+  const int tmin = sim.Register(0x5E) - 64;
   EXPECT_LT(tmin, 60) << "too hot, so the chip starts its fans earlier";
   const QVariantList points = Desk::Get<widgets::Strip>(window, "Strip2(1)").TracePoints(2);
   EXPECT_EQ(points.back().toList()[1].toInt(), tmin);
@@ -135,25 +139,25 @@ TEST(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
 }
 
 TEST(SimulatedBoard, TheDemoBringsItsTherm2EventOnce) {
-  SimulatedDesk board;
-  Desk& desk = board.desk;
+  SimulatedDesk sim;
+  Desk& desk = sim.desk;
   const QWidget& window = desk.Open("frmDynamicTmin");
   Desk::Press(window, "cmdDemo");
-  EXPECT_EQ(board.Register(0x5B), 0x95);
-  thermLimitWrites = 0;
+  EXPECT_EQ(sim.Register(0x5B), 0x95);
+  sim.board.thermLimitWrites = 0;
   Heater2(desk.Open("frmHeaters")).StepByUser(100);
-  board.Advance(120);
-  EXPECT_EQ(thermLimitWrites, 2) << "down and up again, once";
+  desk.Advance(120000);
+  EXPECT_EQ(sim.board.thermLimitWrites, 2) << "down and up again, once";
   EXPECT_TRUE(windows::DemoThermTripped);
-  EXPECT_EQ(board.Register(0x52), 0x9A);
-  const int opPoint = board.Register(0x5B) - 64;
+  EXPECT_EQ(sim.Register(0x52), 0x9A);
+  const int opPoint = sim.Register(0x5B) - 64;
   EXPECT_LT(opPoint, 85) << "the chip has loaded it from the channel's value";
   EXPECT_NEAR(opPoint, 35, 6);
   Desk::Press(window, "cmdDemo");
   Desk::Press(window, "cmdDemo");
-  thermLimitWrites = 0;
-  board.Advance(60);
-  EXPECT_EQ(thermLimitWrites, 0);
+  sim.board.thermLimitWrites = 0;
+  desk.Advance(60000);
+  EXPECT_EQ(sim.board.thermLimitWrites, 0);
 }
 
 }  // namespace
