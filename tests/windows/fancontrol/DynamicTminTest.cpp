@@ -174,24 +174,13 @@ TEST(DynamicTmin, ARefreshReadsTheFourBehavioursAndNothingElse) {
   }
 }
 
-TEST(DynamicTmin, TheDemoButtonSetsUpReloadsAndStops) {
+TEST(DynamicTmin, TheDemoShowsRemote2AndOutlivesTheWindow) {
   Desk desk;
   desk.Start();
   chip::PinFunctions.D1 = true;
-  auto& chip = desk.board.Chip();
-  chip[0x64] = 0x55;
   auto& window = desk.Open("frmDynamicTmin");
   desk.Advance(500);
-  desk.board.TakeTraffic();
   Desk::Press(window, "cmdDemo");
-  const Traffic all = desk.board.TakeTraffic();
-  // Behind the set-up the window reads anew, and each control that changed writes back what was read: on a chip with
-  // its defaults these.
-  const Traffic expected = Concat(W(0x01, 0x21), B(0x0B, 2), R(0x0B), W(0x0B, 0x22), R(0x0B), W(0x0B, 0x22), B(0x5A, 2),
-                                  W(0x5B, 0x95), B(0x5D, 2), W(0x5E, 0x68), B(0x45, 2), W(0x46, 0x5F), B(0x49, 2),
-                                  W(0x4A, 0x6D), B(0x64, 1), W(0x64, 0x20));
-  ASSERT_GE(all.size(), expected.size());
-  EXPECT_EQ(Traffic(all.end() - static_cast<std::ptrdiff_t>(expected.size()), all.end()), expected);
   EXPECT_TRUE(windows::DemoRunning);
   EXPECT_EQ(Desk::Text(window, "cmdDemo").remove('&'), "Stop...");
   EXPECT_EQ(Desk::Get<QTabWidget>(window, "SSTab1").currentIndex(), 1);
