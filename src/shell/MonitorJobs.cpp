@@ -11,6 +11,8 @@
 #include "windows/fancontrol/frmAutoGraph.h"
 #include "windows/fancontrol/frmDynamicTmin.h"
 #include "windows/fancontrol/frmManualControl.h"
+#include "windows/limits/frmLimits.h"
+#include "windows/regmap/frmRegMap.h"
 
 namespace zth::shell {
 namespace {
@@ -45,9 +47,20 @@ void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   // job 1
   jobs.Add({"measurement", [] { return chip::PollEnabled; }, [] { return chip::PollPeriodMs / 1000.0; },
             [job = std::make_shared<MeasurementJob>(context.services)] { job->Run(); }});
+  // job 3
+  const windows::Desktop& desktop = context.desktop;
+  const auto readsContinuously = [&desktop] {
+    const auto* regMap = qobject_cast<windows::frmRegMap*>(desktop.FindWindow("frmRegMap"));
+    return windows::RegMapOpen && regMap != nullptr && regMap->ContinuousRead();
+  };
+  jobs.Add({"register map", readsContinuously, Every(1.0),
+            OnWindow<windows::frmRegMap>(context, "frmRegMap", [](auto& window) { window.cmdRead_Click(); })});
   // job 4
   jobs.Add({"heaters", [] { return windows::HeatersOpen; }, Every(1.0),
             OnWindow<windows::frmHeaters>(context, "frmHeaters", [](auto& window) { window.RefreshTemperatures(); })});
+  // job 5
+  jobs.Add({"limits", [] { return windows::LimitsOpen; }, Every(0.5),
+            OnWindow<windows::frmLimits>(context, "frmLimits", [](auto& window) { window.Refresh(); })});
   // job 6
   jobs.Add({"manual control", [] { return windows::ManualOpen; }, Every(1.0),
             OnWindow<windows::frmManualControl>(context, "frmManualControl", RefreshManualControl)});

@@ -17,6 +17,8 @@
 #include "windows/fancontrol/frmAutoGraph.h"
 #include "windows/fancontrol/frmDynamicTmin.h"
 #include "windows/fancontrol/frmManualControl.h"
+#include "windows/limits/frmLimits.h"
+#include "windows/regmap/frmRegMap.h"
 
 namespace zth::shell {
 namespace {
@@ -44,8 +46,10 @@ constexpr std::array kWindows{
     Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
     Row{"frmHeaters", Make<windows::frmHeaters>},
+    Row{"frmLimits", Make<windows::frmLimits>},
     Row{"frmManualControl", Make<windows::frmManualControl>},
     Row{"frmPinConfig", Make<windows::frmPinConfig>},
+    Row{"frmRegMap", Make<windows::frmRegMap>},
     Row{"frmSwitches", Make<windows::frmSwitches>},
     Row{"frmTherm", Make<windows::frmTherm>},
     Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
