@@ -4,6 +4,19 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/board/frmHeaters.h"
+#include "windows/board/frmSwitches.h"
+#include "windows/config/frmEDO.h"
+#include "windows/config/frmEasySetup.h"
+#include "windows/config/frmFanConfig.h"
+#include "windows/config/frmGPIO.h"
+#include "windows/config/frmGenConfig.h"
+#include "windows/config/frmPinConfig.h"
+#include "windows/config/frmTherm.h"
+#include "windows/config/frmVoltConfig.h"
+#include "windows/fancontrol/frmAutoGraph.h"
+#include "windows/fancontrol/frmDynamicTmin.h"
+#include "windows/fancontrol/frmManualControl.h"
 #include "windows/limits/frmLimits.h"
 #include "windows/regmap/frmRegMap.h"
 
@@ -25,8 +38,21 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmAutoGraph", Make<windows::frmAutoGraph>},
+    Row{"frmDynamicTmin", Make<windows::frmDynamicTmin>},
+    Row{"frmEDO", Make<windows::frmEDO>},
+    Row{"frmEasySetup", Make<windows::frmEasySetup>},
+    Row{"frmFanConfig", Make<windows::frmFanConfig>},
+    Row{"frmGPIO", Make<windows::frmGPIO>},
+    Row{"frmGenConfig", Make<windows::frmGenConfig>},
+    Row{"frmHeaters", Make<windows::frmHeaters>},
     Row{"frmLimits", Make<windows::frmLimits>},
+    Row{"frmManualControl", Make<windows::frmManualControl>},
+    Row{"frmPinConfig", Make<windows::frmPinConfig>},
     Row{"frmRegMap", Make<windows::frmRegMap>},
+    Row{"frmSwitches", Make<windows::frmSwitches>},
+    Row{"frmTherm", Make<windows::frmTherm>},
+    Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };
 
 const Row* FindRow(const QString& name) {

@@ -1,5 +1,7 @@
 #include "widgets/StripText.h"
 
+#include <cmath>
+
 #include <QPaintEngine>
 
 namespace zth::widgets {
@@ -19,7 +21,7 @@ StripText::Line& StripText::LineOf(const QString& text) {
   line.laid = QStaticText(text);
   line.laid.setTextFormat(Qt::PlainText);
   line.laid.prepare(QTransform(), font_);
-  line.width = metrics_.horizontalAdvance(text);
+  line.width = static_cast<int>(std::ceil(line.laid.size().width()));
   return line;
 }
 
@@ -29,7 +31,7 @@ int StripText::Width(const QString& text) {
 
 void StripText::Draw(QPainter& painter, QPointF topLeft, const QString& text) {
   if (text.isEmpty()) return;
-  painter.setFont(font_);
+  if (painter.font() != font_) painter.setFont(font_);
   const QPaintEngine* engine = painter.paintEngine();
   if (engine != nullptr && engine->type() == QPaintEngine::Raster) {
     painter.drawStaticText(topLeft, LineOf(text).laid);
