@@ -14,7 +14,7 @@ using chip::Measurements;
 
 /// Tachs 1 to 4 on, all limits at their defaults, the windows that tell of faults open.
 void PrepareBoard(Desk& desk) {
-  Desk::Press(desk.Open("frmEasySetup"), "cmdOK");
+  Desk::Press(desk.Open("frmEasySetup"), "cmdApply");
   desk.Open("frmLimits");
   desk.Open("frmGPIO");
   desk.Open("frmHeaters");
@@ -50,7 +50,7 @@ TEST_P(BoardFaults, AreShownWhereTheyBelong) {
 
 const Fault kFaults[] = {
     {"FanStalled", "fan 2 stalled", {}, [](Desk&) { return Measurements.TachRpm[1] == 0; }},
-    {"HeaterStuck", "heater 1 stuck at 100 %", {}, [](Desk&) { return Measurements.Temperature[1] > 50; }},
+    {"HeaterStuck", "heater 1 stuck at 100 %", {}, [](Desk&) { return Measurements.Temperature[1] > 40; }},
     {"DiodeOpen", "diode 1 open", {}, [](Desk& desk) { return Lamp(desk, "tglTempAlert(4)"); }},
     {"SupplyLow", "supply pin 25 at 70 %", {}, [](Desk&) { return Measurements.Voltage[18] < 2.5F; }},
     {"ThermHeldLow", "therm 1 low", {}, [](Desk&) { return Measurements.ThermPercent[0] > 50; }},

@@ -15,7 +15,7 @@ TEST(OutOfTheBox, FansSpinTheDiodesAreWarmAndAHeaterWarmsOne) {
   EXPECT_EQ(desk.RunMain(), std::nullopt);
   auto* easySetup = desk.Main().FindWindow("frmEasySetup");
   ASSERT_NE(easySetup, nullptr);
-  Desk::Press(*easySetup, "cmdOK");
+  Desk::Press(*easySetup, "cmdApply");
   desk.Advance(10000);
   const chip::MeasurementSet& now = chip::Measurements;
   for (const float degrees : now.Temperature) {
