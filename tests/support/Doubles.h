@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include "platform/DesktopParts.h"
 #include "platform/Services.h"
 #include "tests/support/FakeBoard.h"
 
@@ -83,7 +84,9 @@ class QuietEvents final : public platform::Events {
   void PumpPaint() override;
 
   int pumps = 0;
-  std::function<void()> onPump;  ///< what the events do
+  int paints = 0;
+  std::function<void()> onPump;   ///< what the events do
+  std::function<void()> onPaint;  ///< what timers and the window system do while windows paint
 };
 
 class FakeLibraries final : public platform::Libraries {
@@ -93,6 +96,23 @@ class FakeLibraries final : public platform::Libraries {
 
  private:
   FakeBoard& board_;
+};
+
+/// Real files, on which writing fails as told.
+class FailingFiles final : public platform::Files {
+ public:
+  platform::FileAppend Append(const QString& path, const QByteArray& bytes) override;
+  bool Cut(const QString& path, std::int64_t from, std::int64_t to) override;
+  bool Replace(const QString& path, const QByteArray& bytes) override;
+  std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
+
+  bool locked = false;                ///< no file opens for writing
+  std::optional<std::int64_t> space;  ///< bytes that are left on the disk
+  bool cutFails = false;
+  int appends = 0;
+
+ private:
+  platform::DesktopFiles real_;
 };
 
 /// Records the end and leaves by an exception.
