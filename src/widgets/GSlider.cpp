@@ -90,15 +90,14 @@ void GSlider::SetValue(double value) {
 
 void GSlider::StepByUser(double value) {
   if (!isEnabled() || held_ || std::isnan(value)) return;
-  const double before = value_;
   const double target = std::clamp(base::RoundHalfEven(value), kMinimum, kMaximum);
-  if (target == before) return;
-  held_ = true;  // a handler of MouseDown that refreshes sees the slider held
+  if (target == value_) return;
+  held_ = true;  // as in a drag: whoever asks in a handler sees the slider held
   emit MouseDown(index_);
+  if (!held_) return;  // a handler has taken it out of the user's hand
   SetValue(target);
   emit Change(index_);
-  held_ = false;
-  emit MouseUp(index_);
+  Release(false);
 }
 
 void GSlider::DragTo(double value) {
@@ -117,6 +116,7 @@ void GSlider::Release(bool report) {
   if (!held_) return;
   pace_.stop();
   if (report) ReportDrag();
+  if (!held_) return;  // let go by the handler
   pace_.stop();
   held_ = false;
   update();
@@ -140,7 +140,7 @@ void GSlider::mousePressEvent(QMouseEvent* event) {
   grabOffset_ = onThumb ? x - layout.thumb.center().x() : 0;
   update();
   emit MouseDown(index_);
-  if (!onThumb) DragTo(layout.ValueAt(x));
+  if (!onThumb && held_) DragTo(layout.ValueAt(x));
 }
 
 void GSlider::mouseMoveEvent(QMouseEvent* event) {

@@ -176,6 +176,9 @@ void DialPainter::Face(double scaleMin, double scaleMax) {
 
   painter_.setFont(font);
   for (const DialTick& tick : DialTicks(scaleMin, scaleMax, measures_.scale, measures_.label, measure)) {
+    // A minor tick right beside an end of the scale would read as a double line.
+    const double toEnd = (kDialHalfSweep - std::abs(tick.angle)) * std::numbers::pi / 180 * measures_.scale;
+    if (!tick.major && toEnd < 3 * fine) continue;
     stroke(tick.angle, tick.major ? measures_.major : minor, tick.major ? fine * 1.9 : fine);
     if (!tick.major) continue;
     const QString text = QString::fromStdString(tick.text);

@@ -87,10 +87,10 @@ std::vector<DialTick> TicksEvery(double step, const DialScale& scale, double low
   std::vector<DialTick> ticks;
   const double slack = (high - low) * 1e-9;
   const double first = std::ceil((low - slack) / step);
-  const double last = std::floor((high + slack) / step);
-  for (double n = first; n <= last; ++n) {
+  const int count = static_cast<int>(std::floor((high + slack) / step) - first) + 1;
+  for (int i = 0; i < count; ++i) {
     DialTick tick;
-    tick.value = n * step + 0.0;
+    tick.value = (first + i) * step + 0.0;  // + 0.0: no negative zero
     tick.angle = scale.Angle(tick.value);
     ticks.push_back(tick);
   }

@@ -80,21 +80,26 @@ QToolButton* UpDown::MakeButton(int steps) {
   auto* button = new ArrowButton(steps > 0, this);
   button->setAccessibleName(steps > 0 ? tr("Increase") : tr("Decrease"));
   connect(button, &QToolButton::clicked, this, [this, steps] {
-    if (buddy_) buddy_->setFocus(Qt::OtherFocusReason);
+    if (QLineEdit* box = Buddy()) box->setFocus(Qt::OtherFocusReason);
     Step(steps);
   });
   return button;
 }
 
+QLineEdit* UpDown::Buddy() const {
+  return qobject_cast<QLineEdit*>(buddy_.data());
+}
+
 void UpDown::Step(int steps) {
-  if (!buddy_ || !buddy_->isEnabled() || buddy_->isReadOnly()) return;
+  const QPointer<QLineEdit> box = Buddy();
+  if (!box || !box->isEnabled() || box->isReadOnly()) return;
   // Fractions are typed, never stepped to: "32.5" goes on from its whole neighbour.
-  const double whole = base::RoundHalfEven(base::LeadingDecimal(buddy_->text().toStdString()));
+  const double whole = base::RoundHalfEven(base::LeadingDecimal(box->text().toStdString()));
   const double wanted = whole + static_cast<double>(steps) * range_.increment;
   const double low = std::min(range_.min, range_.max);
   const double high = std::max(range_.min, range_.max);
-  buddy_->setText(QString::number(base::RoundToInt(std::clamp(wanted, low, high))));
-  if (buddy_ && buddy_->hasFocus()) buddy_->selectAll();
+  box->setText(QString::number(base::RoundToInt(std::clamp(wanted, low, high))));
+  if (box && box->hasFocus()) box->selectAll();  // the text's handler may have closed the window
 }
 
 bool UpDown::StepByKey(int key) {
@@ -117,7 +122,8 @@ bool UpDown::StepByKey(int key) {
 }
 
 bool UpDown::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != buddy_) return QWidget::eventFilter(watched, event);
+  const QLineEdit* box = Buddy();
+  if (!box || watched != box) return QWidget::eventFilter(watched, event);
   switch (event->type()) {
     case QEvent::KeyPress: {
       const auto* key = static_cast<QKeyEvent*>(event);
@@ -125,7 +131,7 @@ bool UpDown::eventFilter(QObject* watched, QEvent* event) {
     }
     case QEvent::Wheel: {
       // Without the focus the wheel belongs to whatever scrolls below the box.
-      if (!buddy_->hasFocus()) return false;
+      if (!box->hasFocus()) return false;
       wheelRest_ += static_cast<QWheelEvent*>(event)->angleDelta().y();
       const int notches = wheelRest_ / kNotch;
       wheelRest_ -= notches * kNotch;
@@ -134,11 +140,11 @@ bool UpDown::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
     case QEvent::EnabledChange:
-      setEnabled(buddy_->isEnabled());
+      setEnabled(box->isEnabled());
       return false;
     case QEvent::ShowToParent:
     case QEvent::HideToParent:
-      if (parentWidget()) setVisible(!buddy_->isHidden());
+      if (parentWidget()) setVisible(!box->isHidden());
       return false;
     default:
       return false;
@@ -149,11 +155,11 @@ QHBoxLayout* UpDown::Row() {
   auto* row = new QHBoxLayout;
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
-  if (buddy_) {
+  if (QLineEdit* box = Buddy()) {
     const auto digits = std::max(QString::number(range_.min).size(), QString::number(range_.max).size()) + kSpareDigits;
-    const int text = buddy_->fontMetrics().horizontalAdvance(QLatin1Char('0')) * static_cast<int>(digits);
-    buddy_->setFixedWidth(text + buddy_->sizeHint().height());  // the height stands in for frame and margins
-    row->addWidget(buddy_);
+    const int text = box->fontMetrics().horizontalAdvance(QLatin1Char('0')) * static_cast<int>(digits);
+    box->setFixedWidth(text + box->sizeHint().height());  // the height stands in for frame and margins
+    row->addWidget(box);
   }
   row->addWidget(this);
   row->addStretch();
@@ -161,7 +167,8 @@ QHBoxLayout* UpDown::Row() {
 }
 
 QSize UpDown::sizeHint() const {
-  const int height = buddy_ ? buddy_->sizeHint().height() : fontMetrics().height() * 3 / 2;
+  const QLineEdit* box = Buddy();
+  const int height = box ? box->sizeHint().height() : fontMetrics().height() * 3 / 2;
   return {std::max(14, height * 3 / 4), height};
 }
 

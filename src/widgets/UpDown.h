@@ -34,7 +34,7 @@ class UpDown : public QWidget {
   void SetMin(int value) { range_.min = value; }
   void SetMax(int value) { range_.max = value; }
   void SetIncrement(int value) { range_.increment = value; }
-  QLineEdit* Buddy() const { return buddy_; }
+  QLineEdit* Buddy() const;  ///< null once it is gone
 
   /// Steps the buddy up, or down when negative.
   Q_INVOKABLE void Step(int steps);
@@ -53,7 +53,7 @@ class UpDown : public QWidget {
   QToolButton* MakeButton(int steps);
   bool StepByKey(int key);
 
-  QPointer<QLineEdit> buddy_;
+  QPointer<QObject> buddy_;  ///< as an object, since events still come when it is a line edit no more
   Range range_;
   QToolButton* up_ = nullptr;
   QToolButton* down_ = nullptr;

@@ -1,4 +1,8 @@
+#include <algorithm>
 #include <cmath>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <QAccessible>
 #include <QMetaObject>
@@ -153,6 +157,16 @@ TEST_F(Slider, LetsGoWhenTakenOutOfTheHand) {
   Press(slider_, At(50));
   Release(slider_, At(50));
   EXPECT_THAT(Taken(), IsEmpty());
+}
+
+TEST_F(Slider, LetsGoOnceWhenAHandlerDisablesIt) {
+  QObject::connect(&slider_, qOverload<int>(&GSlider::Change), [this] { slider_.setEnabled(false); });
+  Tap(slider_, Qt::Key_Right);
+  EXPECT_THAT(Taken(), ElementsAre("down 2", "change 2: 1", "up 2"));
+  slider_.setEnabled(true);
+  Press(slider_, At(50));
+  Release(slider_, At(50));
+  EXPECT_THAT(Taken(), ElementsAre("down 2", "change 2: 50", "up 2"));
 }
 
 TEST_F(Slider, ToolsAndAssistiveTechnologyEndInTheSameReports) {

@@ -1,6 +1,10 @@
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -92,6 +96,37 @@ TEST(DialTicks, StandAtRoundNumbersOfAnyRange) {
   }
 }
 
+// The first pair of numbers whose boxes touch, or nothing.
+std::string Touching(const std::vector<DialTick>& majors, double pixels) {
+  for (std::size_t i = 0; i < majors.size(); ++i) {
+    const TextSize a = Measure(majors[i].text, pixels);
+    for (std::size_t j = i + 1; j < majors.size(); ++j) {
+      const TextSize b = Measure(majors[j].text, pixels);
+      const bool apart = std::abs(majors[i].labelX - majors[j].labelX) > (a.width + b.width) / 2 ||
+                         std::abs(majors[i].labelY - majors[j].labelY) > (a.height + b.height) / 2;
+      if (!apart) return majors[i].text + " and " + majors[j].text;
+    }
+  }
+  return {};
+}
+
+void ExpectGoodTicks(double minimum, double maximum, double radius) {
+  const double pixels = std::clamp(radius * 0.18, 8.0, 26.0);
+  const auto ticks = DialTicks(minimum, maximum, radius * 1.2, radius,
+                               [pixels](const std::string& text) { return Measure(text, pixels); });
+  std::vector<DialTick> majors;
+  std::copy_if(ticks.begin(), ticks.end(), std::back_inserter(majors), [](const auto& tick) { return tick.major; });
+  const bool everyday = std::max(minimum, maximum) >= 1 && std::max(minimum, maximum) <= 12000;
+  EXPECT_GE(majors.size(), everyday && radius >= 50 ? 4U : 1U);
+  EXPECT_EQ(Touching(majors, pixels), "");
+  for (const DialTick& tick : majors) EXPECT_LE(std::hypot(tick.labelX, tick.labelY), radius);
+  const double slack = std::abs(maximum - minimum) * 1e-8;
+  for (const DialTick& tick : ticks) {
+    EXPECT_GE(tick.value, std::min(minimum, maximum) - slack);
+    EXPECT_LE(tick.value, std::max(minimum, maximum) + slack);
+  }
+}
+
 TEST(DialTicks, NumbersNeverTouchAndNeverLeaveTheDial) {
   for (const auto& [minimum, maximum] : {std::pair{0.0, 2.5},
                                          {-64.0, 191.0},
@@ -103,29 +138,8 @@ TEST(DialTicks, NumbersNeverTouchAndNeverLeaveTheDial) {
                                          {-1e9, 1e9},
                                          {100.0, 0.0}}) {
     for (const double radius : {25.0, 50.0, 80.0, 200.0, 500.0}) {
-      const double pixels = std::clamp(radius * 0.18, 8.0, 26.0);
-      const auto measure = [pixels](const std::string& text) { return Measure(text, pixels); };
-      const auto ticks = DialTicks(minimum, maximum, radius * 1.2, radius, measure);
-      std::vector<DialTick> majors;
-      std::copy_if(ticks.begin(), ticks.end(), std::back_inserter(majors), [](const auto& tick) { return tick.major; });
-      const bool everyday = std::max(minimum, maximum) >= 1 && std::max(minimum, maximum) <= 12000;
-      EXPECT_GE(majors.size(), everyday && radius >= 50 ? 4U : 1U) << minimum << " to " << maximum << " at " << radius;
-      for (std::size_t i = 0; i < majors.size(); ++i) {
-        const TextSize a = measure(majors[i].text);
-        const double reach = std::hypot(majors[i].labelX, majors[i].labelY);
-        EXPECT_LE(reach, radius);
-        for (std::size_t j = i + 1; j < majors.size(); ++j) {
-          const TextSize b = measure(majors[j].text);
-          const bool apart = std::abs(majors[i].labelX - majors[j].labelX) > (a.width + b.width) / 2 ||
-                             std::abs(majors[i].labelY - majors[j].labelY) > (a.height + b.height) / 2;
-          EXPECT_TRUE(apart) << majors[i].text << " and " << majors[j].text << " at " << radius;
-        }
-      }
-      const double slack = std::abs(maximum - minimum) * 1e-8;
-      for (const DialTick& tick : ticks) {
-        EXPECT_GE(tick.value, std::min(minimum, maximum) - slack);
-        EXPECT_LE(tick.value, std::max(minimum, maximum) + slack);
-      }
+      SCOPED_TRACE(testing::Message() << minimum << " to " << maximum << " at " << radius);
+      ExpectGoodTicks(minimum, maximum, radius);
     }
   }
 }

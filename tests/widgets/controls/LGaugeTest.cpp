@@ -1,6 +1,10 @@
 #include <cmath>
+#include <functional>
+#include <utility>
+#include <vector>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QSignalSpy>

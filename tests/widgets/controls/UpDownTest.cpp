@@ -1,3 +1,6 @@
+#include <stdexcept>
+#include <utility>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QHBoxLayout>

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+namespace zth::widgets {
+
+/// A queue that holds the newest `Limit()` entries: a push onto a full ring drops the oldest. Takes memory as it fills,
+/// and no more than it needs for the limit.
+template <class T>
+class Ring {
+ public:
+  /// `limit` is a power of two, at least 64.
+  explicit Ring(std::size_t limit) : limit_(limit) {}
+
+  void Push(const T& entry) {
+    if (size_ == slots_.size()) {
+      if (slots_.size() < limit_) {
+        Grow();
+      } else {
+        DropFront();
+      }
+    }
+    slots_[(head_ + size_) & (slots_.size() - 1)] = entry;
+    ++size_;
+  }
+
+  /// The ring is not empty.
+  void DropFront() {
+    head_ = (head_ + 1) & (slots_.size() - 1);
+    --size_;
+  }
+
+  /// Gives the memory back as well.
+  void Clear() {
+    slots_ = {};
+    head_ = size_ = 0;
+  }
+
+  /// Index 0 is the oldest.
+  const T& operator[](std::size_t index) const { return slots_[(head_ + index) & (slots_.size() - 1)]; }
+  const T& Front() const { return (*this)[0]; }
+  const T& Back() const { return (*this)[size_ - 1]; }
+  bool Empty() const { return size_ == 0; }
+  std::size_t Size() const { return size_; }
+  std::size_t Limit() const { return limit_; }
+  std::size_t Bytes() const { return slots_.capacity() * sizeof(T); }
+
+  /// The first index whose entry does not satisfy `before`, which holds for a leading part of the ring only.
+  template <class Predicate>
+  std::size_t PartitionPoint(Predicate before) const {
+    std::size_t low = 0;
+    std::size_t high = size_;
+    while (low < high) {
+      const std::size_t middle = (low + high) / 2;
+      if (before((*this)[middle])) {
+        low = middle + 1;
+      } else {
+        high = middle;
+      }
+    }
+    return low;
+  }
+
+ private:
+  void Grow() {
+    std::vector<T> larger(std::min(limit_, std::max<std::size_t>(64, slots_.size() * 2)));
+    for (std::size_t i = 0; i < size_; ++i) larger[i] = (*this)[i];
+    slots_.swap(larger);
+    head_ = 0;
+  }
+
+  std::vector<T> slots_;
+  std::size_t head_ = 0;
+  std::size_t size_ = 0;
+  std::size_t limit_;
+};
+
+}  // namespace zth::widgets

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include <QPoint>
+#include <Qt>
+
+#include "widgets/StripLayout.h"
+#include "widgets/StripScene.h"
+
+namespace zth::widgets {
+
+/// What the user does to a chart by mouse and keys, as changes of its scene. Positions are logical pixels of the
+/// widget.
+class StripInput {
+ public:
+  enum class Change { Picture, Ranges, Zones, Traces };
+
+  /// `changed` is told after every change. The scene and the layout outlive this.
+  StripInput(StripScene& scene, const StripLayout& layout, std::function<void(Change)> changed);
+
+  void Press(QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+  void Move(QPoint at, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+  /// True when it asks for the context menu: a right click without a drag.
+  bool Release(QPoint at, Qt::MouseButton button);
+  void DoubleClick(QPoint at);
+  void Leave();
+  /// `steps` of the wheel, positive away from the user.
+  void Wheel(QPoint at, double steps, Qt::KeyboardModifiers modifiers);
+  /// True when the key means something to a chart.
+  bool Key(int key, Qt::KeyboardModifiers modifiers);
+
+  void ToggleTrace(int trace);
+  /// Sets an axis to the values of its shown traces.
+  void Fit(std::size_t axis);
+  void FitAll();
+  void Reset();
+  void GoLive();
+
+  Qt::CursorShape Shape() const;
+
+ private:
+  enum class Drag { None, Pending, Pan, Handle, Box };
+
+  void DragTo(QPoint at, Qt::KeyboardModifiers modifiers);
+  void DragHandle(QPoint at);
+  void PanFrom(QPoint at, Qt::KeyboardModifiers modifiers);
+  void TakeBox();
+  void ToggleMark(double x);
+  void ZoomAll(double factor, bool x, bool y);
+  bool CursorKey(int key, Qt::KeyboardModifiers modifiers);
+  QRect ZoneOfPress() const;
+
+  StripScene& scene_;
+  const StripLayout& layout_;
+  std::function<void(Change)> changed_;
+  Drag drag_ = Drag::None;
+  Qt::MouseButton button_ = Qt::NoButton;
+  QPoint press_;
+  StripPart part_;
+  double pressEnd_ = 0;
+  double pressSpan_ = 1;
+  std::vector<StripView::Axis> pressAxes_;
+  std::optional<double> markBefore_;  ///< what a double click's first click has to give back
+};
+
+}  // namespace zth::widgets

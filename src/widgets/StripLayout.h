@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <QRect>
+#include <QSize>
+
+#include "widgets/StripScene.h"
+#include "widgets/StripText.h"
+#include "widgets/StripTicks.h"
+
+namespace zth::widgets {
+
+/// Where everything of a chart stands, in logical pixels, and what data a pixel comes to.
+class StripLayout {
+ public:
+  struct LegendRow {
+    int label;  ///< index into StripScene::labels
+    QRect rect;
+  };
+  struct Handle {
+    StripPart part;
+    QRect rect;
+  };
+  /// Widths that only grow, so that the plot stands still while the numbers beside it change.
+  struct Columns {
+    int values = 0;
+    int legend = 0;
+    bool operator==(const Columns&) const = default;
+  };
+
+  StripLayout() = default;
+  /// `ratio` is the device pixels in a logical one. `columns` comes back grown to what this layout needs.
+  StripLayout(const StripScene& scene, QSize size, double ratio, StripText& text, Columns& columns);
+
+  QRect plot;
+  QRect title;
+  QRect xLabels;             ///< the row of texts under the plot
+  QRect sign;                ///< "held"; there whether shown or not
+  std::vector<QRect> zones;  ///< one an axis
+  std::vector<LegendRow> legend;
+  std::vector<Handle> handles;
+  std::vector<std::vector<Tick>> yTicks;  ///< one list an axis
+  std::vector<Tick> xTicks;
+
+  /// What stands at a point; `held` tells whether the sign shows.
+  StripPart PartAt(QPoint point, bool held) const;
+
+  /// Pixel columns of the plot on the device, and the x of each: column c covers (FirstColumn() + c) * ColumnWidth().
+  /// Borders lie at multiples of the width, so that a scrolling chart moves by whole columns.
+  int ColumnCount() const { return columnCount_; }
+  double ColumnWidth() const { return columnWidth_; }
+  std::int64_t FirstColumn() const { return firstColumn_; }
+
+  double PixelOfX(double x) const;
+  double XOfPixel(double pixel) const;
+  double PixelOfY(const StripView::Axis& axis, std::size_t zone, double value) const;
+  double YOfPixel(const StripView::Axis& axis, std::size_t zone, double pixel) const;
+
+ private:
+  void PlaceZones(const StripScene& scene);
+  void PlaceLegend(const StripScene& scene, StripText& text, int left, int width);
+  void PlaceHandles(const StripScene& scene);
+
+  int columnCount_ = 1;
+  double columnWidth_ = 1;
+  std::int64_t firstColumn_ = 0;
+  double ratio_ = 1;
+};
+
+/// Space between a legend row's left edge and its text: the line sample.
+inline constexpr int kLegendSample = 30;
+inline constexpr int kStripHandle = 12;
+
+}  // namespace zth::widgets

@@ -1,0 +1,13 @@
+#pragma once
+
+class QMenu;
+class QWidget;
+
+namespace zth::widgets {
+
+class Strip;
+
+/// The chart's context menu, newly made for its present state; a child of the chart.
+QMenu* MakeStripMenu(Strip& strip);
+
+}  // namespace zth::widgets

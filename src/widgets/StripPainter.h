@@ -1,0 +1,90 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QPalette>
+
+#include "widgets/StripLayout.h"
+#include "widgets/StripRaster.h"
+#include "widgets/StripReadout.h"
+#include "widgets/StripScene.h"
+#include "widgets/StripText.h"
+
+class QPainter;
+
+namespace zth::widgets {
+
+/// The colours of a chart about its traces. The plot is light paper in a dark palette too: on any other ground some of
+/// the prescribed trace colours, black and navy on one side, lime on the other, would be lost.
+struct StripColours {
+  explicit StripColours(const QPalette& palette);
+  QColor window, text, faint, paper, grid, ink, frame, accent;
+};
+
+/// Draws a scene. What stands still (texts of the axes, grid, frame) is kept as an image and drawn anew when something
+/// about it has changed; the traces go straight into the pixels of a copy.
+class StripPainter {
+ public:
+  explicit StripPainter(const QFont& font);
+
+  /// Lays out and draws the whole widget. The layout used comes back for hit tests.
+  const StripLayout& Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio,
+                           const QPalette& palette);
+  /// The same, as lines and texts that scale: for drawings and paper. No cursor, no handles.
+  void PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette);
+  /// The layout that Paint would use.
+  const StripLayout& LayOut(const StripScene& scene, QSize size, double ratio);
+
+  /// The layout last made.
+  const StripLayout& Layout() const { return layout_; }
+
+  void SetFont(const QFont& font);
+  /// Forgets how wide the texts beside the plot have been.
+  void ResetColumns() { columns_ = {}; }
+
+ private:
+  /// All that the still image shows.
+  struct StillKey {
+    QSize size;
+    double ratio = 0;
+    qint64 palette = 0;
+    StripPart hovered;
+    bool focus = false;
+    StripLayout::Columns columns;
+    QStringList texts;
+    std::vector<double> ranges;
+    bool operator==(const StillKey&) const = default;
+  };
+  StillKey KeyOf(const StripScene& scene, QSize size, double ratio, const QPalette& palette) const;
+
+  void PaintStill(QPainter& painter, const StripScene& scene, const StripColours& colours, bool handles);
+  void PaintHeading(QPainter& painter, QRect rect, const QString& text, const StripColours& colours);
+  void PaintHandles(QPainter& painter, const StripScene& scene, const StripColours& colours);
+  void PaintColumns(const StripScene& scene, const StripColours& colours);
+  void PaintPaths(QPainter& painter, const StripScene& scene, bool grid, const StripColours& colours);
+  void PaintVectorTraces(QPainter& painter, const StripScene& scene);
+  void PaintXLabels(QPainter& painter, const StripScene& scene, const StripColours& colours);
+  void PaintLegend(QPainter& painter, const StripScene& scene, const StripColours& colours);
+  void PaintFreeLabels(QPainter& painter, const StripScene& scene, const StripColours& colours);
+  void PaintSample(QPainter& painter, QRectF rect, const StripTrace& style, bool shown, const StripColours& colours);
+  void PaintOverlay(QPainter& painter, const StripScene& scene, const StripColours& colours);
+  void PaintReadout(QPainter& painter, const StripScene& scene, const StripColours& colours);
+  RasterArea ZoneArea(std::size_t zone);
+
+  StripText text_;
+  StripText bold_;
+  StripLayout layout_;
+  StripLayout::Columns columns_;
+  StillKey key_;
+  QImage still_;
+  QImage canvas_;
+  QSize size_;
+  double ratio_ = 1;
+  std::vector<TraceHistory::Column> scratch_;
+};
+
+}  // namespace zth::widgets

@@ -1,0 +1,84 @@
+#include "widgets/StripRaster.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zth::widgets {
+namespace {
+
+// A span lower than this counts as level.
+constexpr double kLevel = 1.0 / 32;
+
+QRgb Mixed(QRgb under, QRgb over, unsigned weight) {
+  const unsigned rest = 256 - weight;
+  // Red and blue at once: they cannot reach each other's bits.
+  const unsigned redBlue = ((under & 0xFF00FF) * rest + (over & 0xFF00FF) * weight) >> 8;
+  const unsigned green = ((under & 0x00FF00) * rest + (over & 0x00FF00) * weight) >> 8;
+  return 0xFF000000 | (redBlue & 0xFF00FF) | (green & 0x00FF00);
+}
+
+bool Pen(const RasterLine& line, std::int64_t column) {
+  if (line.style == Qt::SolidLine) return true;
+  const std::int64_t period = (line.style == Qt::DotLine ? 4 : 10) * std::int64_t{line.unit};
+  const std::int64_t drawn = (line.style == Qt::DotLine ? 2 : 6) * std::int64_t{line.unit};
+  const std::int64_t phase = ((line.firstColumn + column) % period + period) % period;
+  return phase < drawn;
+}
+
+/// Fills one column from `top` to `bottom`, both in pixels and fractions of them, limited to the area.
+void Fill(const RasterArea& area, int column, double top, double bottom, QRgb colour) {
+  top = std::max(top, 0.0);
+  bottom = std::min(bottom, static_cast<double>(area.height));
+  if (!(top < bottom)) return;
+  const int first = static_cast<int>(top);
+  const int last = static_cast<int>(std::ceil(bottom)) - 1;
+  QRgb* pixel = area.bits + first * area.stride + column;
+  if (first == last) {
+    *pixel = Mixed(*pixel, colour, static_cast<unsigned>((bottom - top) * 256));
+    return;
+  }
+  *pixel = Mixed(*pixel, colour, static_cast<unsigned>((first + 1 - top) * 256));
+  for (int row = first + 1; row < last; ++row) *(pixel += area.stride) = colour;
+  pixel += area.stride;
+  *pixel = Mixed(*pixel, colour, static_cast<unsigned>((bottom - last) * 256));
+}
+
+}  // namespace
+
+void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> columns, double low, double high,
+                 const RasterLine& line) {
+  if (!(high > low) || area.height < 1) return;
+  const double rows = area.height - 1;
+  const double scale = rows / (high - low);
+  const double half = line.width / 2.0;
+  const int count = std::min(area.width, static_cast<int>(columns.size()));
+  for (int c = 0; c < count; ++c) {
+    const TraceHistory::Column& column = columns[static_cast<std::size_t>(c)];
+    if (column.Empty() || !Pen(line, c)) continue;
+    double top = std::clamp((high - column.hi) * scale, 0.0, rows) + 0.5 - half;
+    double bottom = std::clamp((high - column.lo) * scale, 0.0, rows) + 0.5 + half;
+    if (bottom - top - line.width < kLevel) {
+      top = std::round(top);
+      bottom = top + line.width;
+    }
+    // A steep stretch is made as wide as a level one is high.
+    const bool steep = line.width > 1 && bottom - top > 2 * line.width;
+    const int begin = steep ? std::max(0, c - (line.width - 1) / 2) : c;
+    const int end = steep ? std::min(area.width, begin + line.width) : c + 1;
+    for (int x = begin; x < end; ++x) Fill(area, x, top, bottom, line.colour);
+  }
+}
+
+void DrawRow(const RasterArea& area, int row, QRgb colour) {
+  if (row < 0 || row >= area.height) return;
+  std::fill_n(area.bits + row * area.stride, area.width, colour);
+}
+
+void DrawColumn(const RasterArea& area, int column, int thickness, QRgb colour) {
+  const int begin = std::max(column, 0);
+  const int end = std::min(column + thickness, area.width);
+  if (begin >= end) return;
+  for (int row = 0; row < area.height; ++row) std::fill_n(area.bits + row * area.stride + begin, end - begin, colour);
+}
+
+}  // namespace zth::widgets

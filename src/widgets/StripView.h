@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "widgets/StripSetup.h"
+
+namespace zth::widgets {
+
+/// What part of the data a chart shows: the X window, live or held, and each Y axis' range and zone. Arithmetic only.
+class StripView {
+ public:
+  struct Axis {
+    double min, max;
+    double areaTop, areaBottom;  ///< fractions of the chart's height
+  };
+
+  explicit StripView(const StripSetup& setup = {});
+
+  double XEnd() const { return xEnd_; }
+  double XSpan() const { return xSpan_; }
+  double XBegin() const { return xEnd_ - xSpan_; }
+  std::size_t AxisCount() const { return axes_.size(); }
+  const Axis& At(std::size_t axis) const { return axes_[axis]; }
+
+  /// True when a time chart's window stays where it is while samples come in, because it was moved off the live edge.
+  bool Held() const { return held_; }
+  /// The newest sample's x: a live window follows it once it has reached the right edge. True when the window moved.
+  bool Advance(double newestX);
+  /// Back to following, with the present width; an X-Y chart back to its start window.
+  void GoLive();
+  /// Back to the start ranges, and live. Zones stay.
+  void Reset();
+  /// No data any more: x counts from 0 again. Y ranges, zones and the width stay.
+  void Restart();
+
+  /// Puts the X window. A right edge other than the live one holds it.
+  void SetX(double end, double span);
+  /// Scales the window by `factor` (below 1 zooms in) about `x`.
+  void ZoomX(double x, double factor);
+  void PanX(double distance);
+
+  /// Puts an axis' range; not taken unless min is below max by more than nothing.
+  void SetAxis(std::size_t axis, double min, double max);
+  void ZoomY(std::size_t axis, double value, double factor);
+  void PanY(std::size_t axis, double distance);
+
+  /// Puts the border between zone `upper` and the next, keeping the gap: `fraction` is the new lower zone's top.
+  /// Neither zone gets smaller than kLeastZone. True when it moved.
+  bool MoveBorder(std::size_t upper, double fraction);
+
+  static constexpr double kLeastZone = 0.1;
+
+ private:
+  double LiveEnd() const;
+
+  StripMode mode_;
+  double startEnd_;
+  double startSpan_;
+  std::vector<Axis> start_;
+  std::vector<Axis> axes_;
+  double xEnd_;
+  double xSpan_;
+  double newest_;
+  bool held_ = false;
+};
+
+}  // namespace zth::widgets

@@ -1,0 +1,239 @@
+#include "widgets/TraceHistory.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zth::widgets {
+namespace {
+
+// Infinities take part in sums; anything beyond this is off every scale anyway.
+constexpr double kLargest = 1e30;
+
+float Limited(double y) {
+  return static_cast<float>(std::clamp(y, -kLargest, kLargest));  // NaN passes
+}
+
+template <class Entry>
+void DropBefore(Ring<Entry>& ring, double horizon) {
+  while (!ring.Empty() && ring.Front().Last() < horizon) ring.DropFront();
+}
+
+}  // namespace
+
+/// Spreads entries, handed over from left to right, over columns.
+class TraceHistory::Filler {
+ public:
+  Filler(std::int64_t first, double width, std::span<Column> out)
+      : first_(static_cast<double>(first)), width_(width), out_(out), end_(static_cast<std::int64_t>(out.size())) {}
+
+  void Add(const Summary& entry) {
+    ++visited_;
+    if (std::isnan(entry.min)) {
+      joined_ = false;
+      return;
+    }
+    const std::int64_t begin = Index(entry.first);
+    const std::int64_t last = entry.last == entry.first ? begin : Index(entry.last);
+    if (joined_ && begin > lastIndex_) Join(entry, begin);
+    for (std::int64_t c = std::max<std::int64_t>(begin, 0); c <= last && c < end_; ++c) Extend(c, entry.min, entry.max);
+    joined_ = true;
+    last_ = entry;
+    lastIndex_ = last;
+  }
+
+  std::size_t Visited() const { return visited_; }
+
+ private:
+  // Columns outside count as -1 and end_, however far they are.
+  std::int64_t Index(double x) const {
+    const double column = std::floor(x / width_) - first_;
+    if (column < 0) return -1;
+    return column < static_cast<double>(end_) ? static_cast<std::int64_t>(column) : end_;
+  }
+
+  void Extend(std::int64_t column, float lo, float hi) {
+    Column& slot = out_[static_cast<std::size_t>(column)];
+    slot.lo = std::min(slot.lo, lo);
+    slot.hi = std::max(slot.hi, hi);
+  }
+
+  // The line from the last entry to this one, between their values nearest to each other. It crosses each border at one
+  // value that both columns share, so that a steep line has no gap.
+  void Join(const Summary& entry, std::int64_t begin) {
+    double from = last_.max;
+    double to = entry.min;
+    if (last_.min > entry.max) {
+      from = last_.min;
+      to = entry.max;
+    } else if (last_.max >= entry.min) {
+      from = to = (std::max(last_.min, entry.min) + std::min(last_.max, entry.max)) / 2.0;
+    }
+    const double x0 = last_.last;
+    const double slope = entry.first > x0 ? (to - from) / (entry.first - x0) : 0;
+    for (std::int64_t c = std::max<std::int64_t>(lastIndex_, 0); c <= begin && c < end_; ++c) {
+      const double left = std::max((first_ + static_cast<double>(c)) * width_, x0);
+      const double right = std::min((first_ + static_cast<double>(c) + 1) * width_, entry.first);
+      const auto atLeft = static_cast<float>(from + slope * (left - x0));
+      const auto atRight = static_cast<float>(from + slope * (right - x0));
+      Extend(c, std::min(atLeft, atRight), std::max(atLeft, atRight));
+    }
+  }
+
+  double first_;
+  double width_;
+  std::span<Column> out_;
+  std::int64_t end_;
+  bool joined_ = false;
+  Summary last_{};
+  std::int64_t lastIndex_ = 0;
+  std::size_t visited_ = 0;
+};
+
+TraceHistory::TraceHistory() = default;
+
+TraceHistory::Summary TraceHistory::SummaryOf(const Sample& sample) {
+  return {sample.x, sample.x, Limited(sample.y), Limited(sample.y)};
+}
+
+void TraceHistory::Append(double x, double y) {
+  if (!std::isfinite(x)) return;
+  if (!samples_.Empty()) x = std::max(x, samples_.Back().x);
+  const double horizon = x - kKept;
+  samples_.Push({x, y});
+  DropBefore(samples_, horizon);
+  Summary entry = SummaryOf(samples_.Back());
+  for (Level& level : levels_) {
+    Summary& open = level.open;
+    if (level.count == 0) {
+      open = entry;
+    } else {
+      open.last = entry.last;
+      // Written so that a NaN is never taken and always replaced.
+      if (entry.min < open.min || std::isnan(open.min)) open.min = entry.min;
+      if (entry.max > open.max || std::isnan(open.max)) open.max = entry.max;
+    }
+    if (++level.count < kFan) break;
+    level.count = 0;
+    level.closed.Push(open);
+    DropBefore(level.closed, horizon);
+    entry = open;
+  }
+}
+
+void TraceHistory::Clear() {
+  samples_.Clear();
+  for (Level& level : levels_) {
+    level.closed.Clear();
+    level.count = 0;
+  }
+}
+
+TraceHistory::Run TraceHistory::RunWithin(std::size_t level, double x0, double x1) const {
+  const auto within = [&](const auto& ring) {
+    const std::size_t begin = ring.PartitionPoint([&](const auto& entry) { return entry.Last() < x0; });
+    const std::size_t end = ring.PartitionPoint([&](const auto& entry) { return entry.First() < x1; });
+    return Run{level, begin, std::max(begin, end)};
+  };
+  return level == 0 ? within(samples_) : within(levels_[level - 1].closed);
+}
+
+std::size_t TraceHistory::CountWithin(std::size_t level, double x0, double x1) const {
+  const Run run = RunWithin(level, x0, x1);
+  return run.end - run.begin;
+}
+
+bool TraceHistory::HoldsNone(std::size_t level) const {
+  return level == 0 ? samples_.Empty() : levels_[level - 1].closed.Empty();
+}
+
+double TraceHistory::OldestOf(std::size_t level) const {
+  return level == 0 ? samples_.Front().x : levels_[level - 1].closed.Front().first;
+}
+
+// From the right edge to the left: the finest level that has at most `limit` entries there; where it ends, on with a
+// coarser one. The runs come out newest first. Returns their number.
+std::size_t TraceHistory::RunsFor(double x0, double x1, std::size_t limit, std::array<Run, kLevels + 1>& runs) const {
+  std::size_t count = 0;
+  double right = x1;
+  for (std::size_t level = 0; level <= kLevels && !HoldsNone(level); ++level) {
+    const bool coarser = level < kLevels && !HoldsNone(level + 1);
+    if (coarser && CountWithin(level, x0, right) > limit) continue;
+    const Run run = RunWithin(level, x0, right);
+    if (run.end > run.begin || OldestOf(level) < right) runs[count++] = run;
+    right = std::min(right, OldestOf(level));
+    if (right <= x0) break;
+  }
+  return count;
+}
+
+std::size_t TraceHistory::Columns(std::int64_t first, double width, std::span<Column> out) const {
+  std::fill(out.begin(), out.end(), Column{});
+  if (samples_.Empty() || out.empty() || !(width > 0)) return 0;
+  const double x0 = static_cast<double>(first) * width;
+  const double x1 = x0 + width * static_cast<double>(out.size());
+  std::array<Run, kLevels + 1> runs{};
+  const std::size_t count = RunsFor(x0, x1, kFan * out.size(), runs);
+  Filler filler(first, width, out);
+  for (std::size_t i = count; i-- > 0;) {
+    Run run = runs[i];
+    // One entry more on either side, for the lines that enter and leave the window.
+    if (i == count - 1 && run.begin > 0) --run.begin;
+    const std::size_t size = run.level == 0 ? samples_.Size() : levels_[run.level - 1].closed.Size();
+    if (i == 0 && run.end < size) ++run.end;
+    for (std::size_t k = run.begin; k < run.end; ++k) {
+      filler.Add(run.level == 0 ? SummaryOf(samples_[k]) : levels_[run.level - 1].closed[k]);
+    }
+  }
+  // What came in since the newest summary was closed stands in the open ones of this level and of those below.
+  for (std::size_t level = count > 0 ? runs[0].level : 0; level > 0; --level) {
+    const Level& slot = levels_[level - 1];
+    if (slot.count > 0 && slot.open.last >= x0) filler.Add(slot.open);
+  }
+  return filler.Visited();
+}
+
+std::optional<TraceHistory::Reading> TraceHistory::At(double x) const {
+  if (samples_.Empty() || !(x <= samples_.Back().x)) return std::nullopt;
+  std::size_t right = samples_.PartitionPoint([&](const Sample& sample) { return sample.x < x; });
+  if (x >= samples_.Front().x) {
+    if (right > 0 && x - samples_[right - 1].x < samples_[right].x - x) --right;
+    return Reading{samples_[right].x, samples_[right].y, samples_[right].y};
+  }
+  for (const Level& level : levels_) {
+    if (level.closed.Empty() || x < level.closed.Front().first) continue;
+    const std::size_t at = level.closed.PartitionPoint([&](const Summary& entry) { return entry.last < x; });
+    if (at == level.closed.Size()) continue;
+    const Summary& entry = level.closed[at];
+    return Reading{std::clamp(x, entry.first, entry.last), entry.min, entry.max};
+  }
+  return std::nullopt;
+}
+
+std::vector<TraceHistory::Point> TraceHistory::Points(double x0, double x1) const {
+  std::vector<Point> points;
+  if (samples_.Empty()) return points;
+  std::array<Run, kLevels + 1> runs{};
+  const double beyond = std::nextafter(x1, std::numeric_limits<double>::infinity());
+  for (std::size_t i = RunsFor(x0, beyond, std::numeric_limits<std::size_t>::max(), runs); i-- > 0;) {
+    for (std::size_t k = runs[i].begin; k < runs[i].end; ++k) {
+      if (runs[i].level == 0) {
+        points.push_back({samples_[k].x, samples_[k].y});
+        continue;
+      }
+      const Summary& entry = levels_[runs[i].level - 1].closed[k];
+      // The newest summary of a level can reach into what the finer one still holds.
+      const double finer = OldestOf(runs[i].level - 1);
+      points.push_back({std::min(entry.first, finer), entry.min});
+      points.push_back({std::min(entry.last, finer), entry.max});
+    }
+  }
+  return points;
+}
+
+std::size_t TraceHistory::Bytes() const {
+  std::size_t bytes = sizeof(*this) + samples_.Bytes();
+  for (const Level& level : levels_) bytes += level.closed.Bytes();
+  return bytes;
+}
+
+}  // namespace zth::widgets

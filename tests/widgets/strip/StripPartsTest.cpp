@@ -1,0 +1,187 @@
+#include <string>
+#include <vector>
+
+#include <QStringList>
+#include <gmock/gmock.h>
+
+#include "widgets/StripLayout.h"
+#include "widgets/StripRaster.h"
+#include "widgets/StripTicks.h"
+#include "widgets/StripView.h"
+
+namespace zth::widgets {
+namespace {
+
+using Column = TraceHistory::Column;
+
+std::string Texts(const std::vector<Tick>& ticks) {
+  QStringList texts;
+  for (const Tick& tick : ticks) texts << tick.text;
+  return texts.join(QLatin1Char(' ')).toStdString();
+}
+
+TEST(Ticks, StandAtRoundValuesAndNameThemApart) {
+  EXPECT_EQ(Texts(RoundTicks(0, 60, 7)), "0 10 20 30 40 50 60");
+  EXPECT_EQ(Texts(RoundTicks(0, 12000, 7)), "0 2000 4000 6000 8000 10000 12000");
+  EXPECT_EQ(Texts(RoundTicks(-0.3, 0.3, 7)), "-0.3 -0.2 -0.1 0.0 0.1 0.2 0.3");
+  EXPECT_EQ(Texts(RoundTicks(3.2991, 3.2999, 4)), "3.2992 3.2994 3.2996 3.2998");
+  EXPECT_EQ(Texts(EvenTicks(0, 110, 10)), "0 11 22 33 44 55 66 77 88 99 110");
+  EXPECT_EQ(Texts(EvenTicks(0, 10, 4)), "0.0 2.5 5.0 7.5 10.0");
+  EXPECT_EQ(Texts(TimeTicks(-90, 10, 11)), "-90 -80 -70 -60 -50 -40 -30 -20 -10 0 10");
+  EXPECT_EQ(Texts(TimeTicks(610, 650, 5)), "10:10 10:20 10:30 10:40 10:50");
+  EXPECT_EQ(Texts(TimeTicks(0, 86400, 7)), "0:00 4:00:00 8:00:00 12:00:00 16:00:00 20:00:00 24:00:00");
+}
+
+TEST(Ticks, AreFewForAnyRangeAndNoneForAnImpossibleOne) {
+  for (const double size : {1e-9, 3e-4, 0.07, 1.0, 99.0, 5e5, 7e11}) {
+    for (const int most : {2, 5, 11}) {
+      const auto ticks = RoundTicks(-0.3 * size, 0.7 * size, most);
+      EXPECT_LE(static_cast<int>(ticks.size()), most + 1) << size;
+      EXPECT_GE(ticks.size(), 1U) << size;
+    }
+  }
+  EXPECT_TRUE(RoundTicks(1, 1, 5).empty());
+  EXPECT_TRUE(RoundTicks(2, 1, 5).empty());
+  EXPECT_TRUE(TimeTicks(0, std::numeric_limits<double>::infinity(), 5).empty());
+}
+
+TEST(TimeText, ReadsAsAClockFromAMinuteOn) {
+  EXPECT_EQ(TimeText(12.345, 0.01).toStdString(), "12.35 s");
+  EXPECT_EQ(TimeText(-185.2, 0.1).toStdString(), "-3:05.2");
+  EXPECT_EQ(TimeText(8047.5, 1).toStdString(), "2:14:08");
+  EXPECT_EQ(TimeText(119.96, 0.1).toStdString(), "2:00.0");
+}
+
+/// Draws into a small picture and gives it back as rows: '#' full, '+' part, '.' untouched.
+std::vector<std::string> Drawn(const std::vector<Column>& columns, int height, RasterLine line) {
+  const int width = static_cast<int>(columns.size());
+  std::vector<QRgb> bits(static_cast<std::size_t>(width * height), 0xFFFFFFFF);
+  line.colour = 0xFF000000;
+  DrawColumns({bits.data(), width, width, height}, columns, 0, height - 1, line);
+  std::vector<std::string> rows;
+  for (int y = 0; y < height; ++y) {
+    std::string row;
+    for (int x = 0; x < width; ++x) {
+      const int grey = qRed(bits[static_cast<std::size_t>(y * width + x)]);
+      row += grey == 255 ? '.' : grey == 0 ? '#' : '+';
+    }
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+TEST(Raster, DrawsSpansGapsAndValuesBeyondTheScale) {
+  const std::vector<Column> columns{{0, 0}, {0, 2}, {2, 4}, {}, {1.3F, 1.3F}, {99, 99}, {-99, 99}};
+  EXPECT_THAT(Drawn(columns, 5, {}), testing::ElementsAre("..#..##",  //
+                                                          "..#...#",  //
+                                                          ".##...#",  //
+                                                          ".#..#.#",  //
+                                                          "##....#"));
+}
+
+TEST(Raster, SoftensTheEndsOfSpansOnly) {
+  EXPECT_THAT(Drawn({{1.25F, 2.75F}}, 5, {}), testing::ElementsAre(".", "+", "#", "+", "."));
+  EXPECT_THAT(Drawn({{2.25F, 2.25F}}, 5, {}), testing::ElementsAre(".", ".", "#", ".", "."));
+}
+
+TEST(Raster, WideLinesAreWideBothWaysAndDashesTravelWithTheData) {
+  const Column level{2, 2};
+  EXPECT_THAT(Drawn({level, level, {}, {}}, 5, {.width = 3}),
+              testing::ElementsAre("....", "##..", "##..", "##..", "...."));
+  EXPECT_THAT(Drawn({{}, {}, {0, 8}, {}, {}}, 9, {.width = 3})[4], ".###.");
+  const std::vector<Column> run(8, level);
+  EXPECT_EQ(Drawn(run, 5, {.style = Qt::DotLine})[2], "##..##..");
+  EXPECT_EQ(Drawn(run, 5, {.style = Qt::DotLine, .firstColumn = 1})[2], "#..##..#");
+  EXPECT_EQ(Drawn(run, 5, {.style = Qt::DotLine, .firstColumn = -1})[2], ".##..##.");
+}
+
+StripSetup TwoZones() {
+  return {.axes = {{-10, 110, 0, 0.59}, {0, 110, 0.62, 1}}, .traces = {{.axis = 0}, {.axis = 1}}};
+}
+
+TEST(View, StandsUntilTheNewestSampleReachesTheRightEdgeAndThenFollows) {
+  StripView view(TwoZones());
+  view.Advance(5);
+  EXPECT_EQ(view.XEnd(), 10);
+  view.Advance(12.5);
+  EXPECT_EQ(view.XEnd(), 12.5);
+  EXPECT_EQ(view.XSpan(), 100);
+  view.PanX(-3);
+  EXPECT_TRUE(view.Held());
+  view.Advance(20);
+  EXPECT_EQ(view.XEnd(), 9.5);
+  view.GoLive();
+  EXPECT_EQ(view.XEnd(), 20);
+  // More or less of the past, with the newest sample at the edge, is still live.
+  view.SetX(20, 600);
+  EXPECT_FALSE(view.Held());
+  view.Advance(21);
+  EXPECT_EQ(view.XEnd(), 21);
+  view.Restart();
+  EXPECT_EQ(view.XEnd(), 10);
+  EXPECT_EQ(view.XSpan(), 600);
+}
+
+TEST(View, RefusesRangesThatNothingCanBeDrawnIn) {
+  StripView view(TwoZones());
+  for (const auto& [min, max] : {std::pair{5.0, 5.0}, {6.0, 5.0}, {0.0, 1e300}, {0.0, std::nan("")}}) {
+    view.SetAxis(0, min, max);
+  }
+  EXPECT_EQ(view.At(0).min, -10);
+  EXPECT_EQ(view.At(0).max, 110);
+  for (int i = 0; i < 500; ++i) view.ZoomX(0, 0.5);
+  EXPECT_GT(view.XSpan(), 0);
+  for (int i = 0; i < 500; ++i) view.ZoomX(0, 2);
+  EXPECT_LE(view.XSpan(), 2 * TraceHistory::kKept);
+  for (int i = 0; i < 500; ++i) view.PanX(view.XSpan());
+  EXPECT_LT(view.XBegin(), 10) << "the window has left the data";
+}
+
+TEST(View, MovesTheBorderWithItsGapAndLeavesBothZonesRoom) {
+  StripView view(TwoZones());
+  EXPECT_TRUE(view.MoveBorder(0, 0.4));
+  EXPECT_DOUBLE_EQ(view.At(1).areaTop, 0.4);
+  EXPECT_NEAR(view.At(0).areaBottom, 0.37, 1e-12);
+  view.MoveBorder(0, 5);
+  EXPECT_DOUBLE_EQ(view.At(1).areaTop, 1 - StripView::kLeastZone);
+  view.MoveBorder(0, -5);
+  EXPECT_NEAR(view.At(0).areaBottom, StripView::kLeastZone, 1e-12);
+  EXPECT_FALSE(view.MoveBorder(1, 0.5));
+}
+
+TEST(Layout, GivesThirteenLegendRowsRoomAndKeepsThemInTheChart) {
+  StripSetup setup{.traces = std::vector<StripTrace>(13)};
+  for (int i = 0; i < 13; ++i) {
+    setup.labels.push_back({.slot = i + 1, .text = QStringLiteral("1.5V(3GIO)"), .trace = i});
+  }
+  const StripScene scene(setup);
+  StripText text{QFont()};
+  for (const QSize size : {QSize(640, 15 * text.Height()), QSize(1200, 800)}) {
+    StripLayout::Columns columns;
+    const StripLayout layout(scene, size, 1, text, columns);
+    ASSERT_EQ(layout.legend.size(), 13U);
+    for (std::size_t i = 0; i < 13; ++i) {
+      EXPECT_GE(layout.legend[i].rect.height(), text.Height());
+      EXPECT_LE(layout.legend[i].rect.right(), size.width());
+      EXPECT_GE(layout.legend[i].rect.width(), kLegendSample + text.Width(QStringLiteral("1.5V(3GIO)")));
+      const int above = i > 0 ? layout.legend[i - 1].rect.bottom() : -1;
+      EXPECT_GT(layout.legend[i].rect.top(), above);
+    }
+  }
+}
+
+TEST(Layout, PutsLegendRowsBesideTheZoneOfTheirTrace) {
+  StripSetup setup = TwoZones();
+  setup.labels = {{.slot = 1, .text = QStringLiteral("a"), .trace = 0},
+                  {.slot = 2, .text = QStringLiteral("b"), .trace = 1}};
+  const StripScene scene(setup);
+  StripText text{QFont()};
+  StripLayout::Columns columns;
+  const StripLayout layout(scene, QSize(640, 480), 1, text, columns);
+  EXPECT_EQ(layout.legend[0].rect.top(), layout.zones[0].top());
+  EXPECT_EQ(layout.legend[1].rect.top(), layout.zones[1].top());
+  EXPECT_NEAR(layout.zones[1].top() - layout.plot.top(), 0.62 * layout.plot.height(), 1);
+}
+
+}  // namespace
+}  // namespace zth::widgets

@@ -1,0 +1,406 @@
+#include <algorithm>
+#include <cmath>
+#include <deque>
+#include <vector>
+
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QFile>
+#include <QMenu>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+#include <gmock/gmock.h>
+
+#include "widgets/Strip.h"
+
+namespace zth::widgets {
+namespace {
+
+class ScriptedFiles final : public platform::FileDialogs {
+ public:
+  QString Ask(const platform::FileQuestion& question, QWidget*) override {
+    asked.push_back(question);
+    if (answers.empty()) {
+      ADD_FAILURE() << "unscripted file dialog";
+      return {};
+    }
+    const QString answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+  std::deque<QString> answers;
+  std::vector<platform::FileQuestion> asked;
+};
+
+class PaintCounter final : public QObject {
+ public:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++paints;
+    return false;
+  }
+  int paints = 0;
+};
+
+/// Temperatures above, fans below.
+StripSetup TwoZones() {
+  StripSetup setup{
+      .index = 3, .title = QStringLiteral("Temperature (°C)"), .axes = {{0, 60, 0, 0.47}, {0, 12000, 0.53, 1}}};
+  setup.traces = {{.colour = Qt::blue}, {.colour = Qt::red}, {.colour = QColor(0, 255, 0), .axis = 1}};
+  setup.labels = {{.slot = 1, .text = QStringLiteral("Local"), .trace = 0},
+                  {.slot = 2, .text = QStringLiteral("Remote1"), .trace = 1},
+                  {.slot = 5, .text = QStringLiteral("Fan Speed (RPM)"), .place = StripPlace::Heading, .axis = 1},
+                  {.slot = 6, .text = QStringLiteral("Tach1"), .trace = 2}};
+  return setup;
+}
+
+class StripTest : public testing::Test {
+ protected:
+  StripTest() { Use(TwoZones()); }
+
+  void Use(const StripSetup& setup) {
+    strip.SetUp(setup);
+    strip.resize(800, 500);
+    strip.show();
+    Paint();
+  }
+  void Feed(int trace, double value, double after = 0.05) {
+    now += after;
+    strip.PlotValue(trace, value);
+  }
+  /// Lets the shared frame timer fire and the picture be painted, now.
+  static void Paint() {
+    auto* frames = QApplication::instance()->findChild<QTimer*>(QStringLiteral("stripFrames"));
+    frames->stop();
+    QMetaObject::invokeMethod(frames, "timeout");
+    QApplication::sendPostedEvents();
+    QApplication::processEvents();
+  }
+  void Drag(QPoint from, QPoint to, Qt::MouseButton button, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::mousePress(&strip, button, modifiers, from);
+    for (const QPoint at : {(from + to) / 2, to}) {
+      QMouseEvent move(QEvent::MouseMove, at, strip.mapToGlobal(at), Qt::NoButton, button, modifiers);
+      QApplication::sendEvent(&strip, &move);
+    }
+    QTest::mouseRelease(&strip, button, modifiers, to);
+  }
+  void Hover(QPoint at) {
+    QMouseEvent move(QEvent::MouseMove, at, strip.mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&strip, &move);
+  }
+  void Wheel(QPoint at, int notches, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QWheelEvent wheel(at, strip.mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, modifiers, Qt::NoScrollPhase,
+                      false);
+    QApplication::sendEvent(&strip, &wheel);
+  }
+  std::vector<double> AxisRange(int axis) {
+    strip.SetAxisIndex(axis);
+    return {strip.AxisMin(), strip.AxisMax()};
+  }
+  /// Pixels of the plot that are about half of a colour or more: a line's ends and slopes are softened.
+  int PixelsOf(const QColor& colour) {
+    const QImage image = strip.Picture();
+    int count = 0;
+    const auto near = [&](const QColor& pixel) {
+      return pixel.saturation() > 110 && std::abs(pixel.hue() - colour.hue()) < 10;
+    };
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width() * 2 / 3; ++x) count += near(image.pixelColor(x, y)) ? 1 : 0;
+    }
+    return count;
+  }
+
+  double now = 1000;
+  ScriptedFiles files;
+  Strip strip{[this] { return now; }, nullptr, &files};
+};
+
+TEST_F(StripTest, AnswersToEveryOperationByName) {
+  QMetaObject::invokeMethod(&strip, "PlotValue", Q_ARG(int, 0), Q_ARG(double, 25.25));
+  now += 2;
+  QMetaObject::invokeMethod(&strip, "PlotValue", Q_ARG(int, 0), Q_ARG(double, 26));
+  QVariantList points;
+  QMetaObject::invokeMethod(&strip, "TracePoints", Q_RETURN_ARG(QVariantList, points), Q_ARG(int, 0));
+  EXPECT_EQ(points, (QVariantList{QVariant(QVariantList{0.0, 25.25}), QVariant(QVariantList{2.0, 26.0})}));
+  QColor colour;
+  QMetaObject::invokeMethod(&strip, "TraceColour", Q_RETURN_ARG(QColor, colour), Q_ARG(int, 2));
+  EXPECT_EQ(colour, QColor(0, 255, 0));
+  EXPECT_EQ(strip.property("XSpan").toDouble(), 100);
+  EXPECT_EQ(strip.property("XEnd").toDouble(), 10);
+
+  const std::pair<const char*, QVariant> puts[] = {{"LabelIndex", 6},    {"Caption", QStringLiteral("Tach1=5400")},
+                                                   {"LabelTop", 0.25F},  {"LabelTrace", 1},
+                                                   {"LabelLine", false}, {"AxisIndex", 1},
+                                                   {"AxisMin", 100.0},   {"AxisMax", 200.0},
+                                                   {"XEnd", 5.0},        {"XSpan", 20.0},
+                                                   {"Left", 150},        {"Top", 960},
+                                                   {"Width", 9000},      {"Height", 6000},
+                                                   {"Visible", false}};
+  for (const auto& [name, value] : puts) {
+    EXPECT_TRUE(strip.setProperty(name, value)) << name;
+    EXPECT_EQ(strip.property(name), value) << name;
+  }
+  strip.setProperty("LabelIndex", 1);
+  EXPECT_EQ(strip.property("Caption").toString(), QStringLiteral("Local"));
+  EXPECT_EQ(strip.property("LabelColour").value<QColor>(), QColor(Qt::blue));
+  QMetaObject::invokeMethod(&strip, "ClearData");
+  EXPECT_TRUE(strip.TracePoints(0).isEmpty());
+}
+
+TEST_F(StripTest, CountsTimeFromTheFirstSampleAndGivesOneFeedOneInstant) {
+  for (int k = 0; k < 3; ++k) {
+    for (int trace = 0; trace < 3; ++trace) Feed(trace, k, 0.0005);
+    now += 0.05;
+  }
+  for (int trace = 1; trace < 3; ++trace) {
+    ASSERT_EQ(strip.TracePoints(trace).size(), 3);
+    for (int k = 0; k < 3; ++k) {
+      EXPECT_EQ(strip.TracePoints(trace)[k].toList()[0], strip.TracePoints(0)[k].toList()[0]);
+    }
+  }
+  EXPECT_EQ(strip.TracePoints(0)[0].toList()[0].toDouble(), 0);
+  strip.PlotValue(17, 1);
+  strip.PlotValue(-1, 1);
+  strip.ClearData();
+  Feed(0, 1, 30);
+  EXPECT_EQ(strip.TracePoints(0)[0].toList()[0].toDouble(), 0);
+}
+
+TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {
+  PaintCounter counter;
+  strip.installEventFilter(&counter);
+  for (int i = 0; i < 1000; ++i) Feed(0, i % 60);
+  Paint();
+  EXPECT_EQ(counter.paints, 1);
+  strip.hide();
+  for (int i = 0; i < 1000; ++i) Feed(0, i % 60);
+  EXPECT_FALSE(QApplication::instance()->findChild<QTimer*>(QStringLiteral("stripFrames"))->isActive());
+  Paint();
+  EXPECT_EQ(counter.paints, 1);
+  EXPECT_EQ(strip.TracePoints(0).size(), 2000);
+  strip.show();
+  Paint();
+  EXPECT_GT(counter.paints, 1);
+  EXPECT_GT(PixelsOf(Qt::blue), 100) << "what came in while hidden shows";
+}
+
+TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndTellsHowToGetBack) {
+  QSignalSpy held(&strip, &Strip::HeldChanged);
+  for (int i = 0; i < 300; ++i) Feed(0, 20);
+  EXPECT_NEAR(strip.XEnd(), 14.95, 1e-9);
+  Drag({300, 100}, {500, 100}, Qt::LeftButton);
+  EXPECT_TRUE(strip.Held());
+  const double end = strip.XEnd();
+  EXPECT_LT(end, 0);
+  Feed(0, 20);
+  EXPECT_EQ(strip.XEnd(), end);
+  QTest::keyClick(&strip, Qt::Key_End);
+  EXPECT_FALSE(strip.Held());
+  EXPECT_NEAR(strip.XEnd(), 15.0, 1e-9);
+  EXPECT_EQ(held.count(), 2);
+  Drag({300, 100}, {500, 100}, Qt::LeftButton);
+  QTest::mouseClick(&strip, Qt::LeftButton, Qt::NoModifier, {600, 45});  // the sign at the plot's top right
+  EXPECT_FALSE(strip.Held());
+  Drag({300, 100}, {500, 140}, Qt::LeftButton);
+  EXPECT_NE(AxisRange(0), (std::vector<double>{0, 60}));
+  QTest::mouseDClick(&strip, Qt::LeftButton, Qt::NoModifier, {300, 100});
+  EXPECT_FALSE(strip.Held());
+  EXPECT_EQ(AxisRange(0), (std::vector<double>{0, 60}));
+}
+
+TEST_F(StripTest, ZoomsByWheelAboutThePointer) {
+  struct Case {
+    const char* name;
+    Qt::KeyboardModifiers modifiers;
+    bool x, y;
+  };
+  for (const Case& c : {Case{"both", Qt::NoModifier, true, true}, Case{"Y only", Qt::ControlModifier, false, true},
+                        Case{"X only", Qt::ShiftModifier, true, false}}) {
+    strip.ResetRanges();
+    Wheel({300, 120}, 1, c.modifiers);
+    EXPECT_NEAR(strip.XSpan(), c.x ? 80 : 100, 1e-9) << c.name;
+    const auto upper = AxisRange(0);
+    EXPECT_NEAR(upper[1] - upper[0], c.y ? 48 : 60, 1e-9) << c.name;
+    EXPECT_EQ(AxisRange(1), (std::vector<double>{0, 12000})) << c.name;
+    Wheel({300, 120}, -1, c.modifiers);
+    EXPECT_NEAR(strip.XSpan(), 100, 1e-6) << c.name;
+    EXPECT_NEAR(strip.XEnd(), 10, 0.3) << c.name << ": the point under the pointer stays";
+    EXPECT_NEAR(AxisRange(0)[1], 60, 0.3) << c.name;
+  }
+}
+
+TEST_F(StripTest, ZoomsByHandlesAndBoxAndKeys) {
+  Drag({10, 32}, {10, 132}, Qt::LeftButton);  // the arrow at the upper zone's top
+  EXPECT_GT(AxisRange(0)[1], 80);
+  EXPECT_EQ(AxisRange(0)[0], 0);
+  strip.ResetRanges();
+  Drag({200, 60}, {400, 160}, Qt::RightButton);
+  EXPECT_LT(strip.XSpan(), 50);
+  EXPECT_LT(AxisRange(0)[1] - AxisRange(0)[0], 40);
+  EXPECT_EQ(AxisRange(1), (std::vector<double>{0, 12000}));
+  EXPECT_EQ(strip.findChild<QMenu*>(), nullptr) << "a box is no click";
+  QTest::keyClick(&strip, Qt::Key_Home);
+  EXPECT_EQ(strip.XSpan(), 100);
+  EXPECT_EQ(AxisRange(0), (std::vector<double>{0, 60}));
+
+  QTest::keyClick(&strip, Qt::Key_Plus);
+  EXPECT_EQ(strip.XSpan(), 75);
+  EXPECT_FALSE(strip.Held()) << "keys keep a live chart live";
+  EXPECT_EQ(AxisRange(0), (std::vector<double>{7.5, 52.5}));
+  QTest::keyClick(&strip, Qt::Key_Minus, Qt::ControlModifier);
+  EXPECT_EQ(strip.XSpan(), 75);
+  EXPECT_EQ(AxisRange(0), (std::vector<double>{0, 60}));
+  QTest::keyClick(&strip, Qt::Key_Up);
+  EXPECT_EQ(AxisRange(0), (std::vector<double>{6, 66}));
+  QTest::keyClick(&strip, Qt::Key_Left);
+  EXPECT_TRUE(strip.Held());
+}
+
+TEST_F(StripTest, MovesTheZonesByTheirBorderAndTellsTheWindow) {
+  QSignalSpy layout(&strip, &Strip::Strip2_LayoutChanged);
+  strip.SetAxisIndex(1);
+  EXPECT_DOUBLE_EQ(strip.AxisAreaTop(), 0.53);
+  Drag({300, 256}, {300, 200}, Qt::LeftButton);
+  EXPECT_LT(strip.AxisAreaTop(), 0.45);
+  ASSERT_GE(layout.count(), 1);
+  EXPECT_EQ(layout[0][0].toInt(), 3);
+  const double lower = strip.AxisAreaTop();
+  strip.SetAxisIndex(0);
+  EXPECT_NEAR(lower - strip.AxisAreaBottom(), 0.06, 1e-9);
+  const auto before = layout.count();
+  strip.resize(700, 400);
+  Paint();
+  EXPECT_GT(layout.count(), before);
+}
+
+TEST_F(StripTest, AClickOnALegendEntryHidesItsTrace) {
+  for (int i = 0; i < 2000; ++i) Feed(0, 20 + 10 * std::sin(i * 0.1));
+  EXPECT_GT(PixelsOf(Qt::blue), 50);
+  QTest::mouseClick(&strip, Qt::LeftButton, Qt::NoModifier, {770, 36});
+  EXPECT_FALSE(strip.TraceVisible(0));
+  EXPECT_EQ(PixelsOf(Qt::blue), 0);
+  QTest::mouseClick(&strip, Qt::LeftButton, Qt::NoModifier, {770, 36});
+  EXPECT_TRUE(strip.TraceVisible(0));
+  EXPECT_GT(PixelsOf(Qt::blue), 50);
+}
+
+TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataGoOn) {
+  for (int i = 0; i < 400; ++i) Feed(0, 20);
+  const QImage before = strip.grab().toImage();
+  Hover({600, 120});
+  Paint();
+  const QImage with = strip.grab().toImage();
+  EXPECT_NE(before, with);
+  Feed(0, 50, 60);
+  Paint();
+  EXPECT_NE(strip.grab().toImage(), with) << "the read-out follows the data under the cursor";
+  EXPECT_EQ(strip.Picture(), strip.Picture());
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&strip, &leave);
+  Paint();
+  EXPECT_EQ(strip.grab().toImage(), strip.Picture()) << "a saved picture is the chart without the cursor";
+}
+
+TEST_F(StripTest, FitsAnAxisToWhatIsInSight) {
+  for (int i = 0; i < 100; ++i) Feed(0, 20 + i % 11);
+  strip.FitAxis(0);
+  EXPECT_EQ(AxisRange(0), (std::vector<double>{19, 31}));
+  strip.FitAxis(1);
+  EXPECT_EQ(AxisRange(1), (std::vector<double>{0, 12000})) << "nothing to fit to";
+}
+
+TEST_F(StripTest, OffersCopiesAndFilesInItsMenu) {
+  const QTemporaryDir folder;
+  for (int k = 0; k < 2; ++k) {
+    Feed(0, 25.25 + k);
+    if (k == 1) strip.PlotValue(1, 31);
+  }
+  QTest::mouseClick(&strip, Qt::RightButton, Qt::NoModifier, {300, 120});
+  auto* menu = strip.findChild<QMenu*>(QStringLiteral("mnuStrip"));
+  ASSERT_NE(menu, nullptr);
+  const auto pick = [&](const char* name) {
+    auto* action = menu->findChild<QAction*>(QLatin1String(name));
+    ASSERT_NE(action, nullptr) << name;
+    EXPECT_TRUE(action->isEnabled()) << name;
+    action->trigger();
+  };
+  const QString csv = QStringLiteral("Time (s),Local,Remote1\n0.000,25.25,\n0.050,26.25,31\n");
+  pick("mnuCopyData");
+  EXPECT_EQ(QApplication::clipboard()->text(), csv);
+  pick("mnuCopyPicture");
+  EXPECT_EQ(QApplication::clipboard()->image().size(), strip.size());
+  files.answers = {folder.filePath(QStringLiteral("a.csv")), folder.filePath(QStringLiteral("a.png")),
+                   folder.filePath(QStringLiteral("a.svg")), QString()};
+  for (const char* name : {"mnuSaveCsv", "mnuSavePng", "mnuSaveSvg", "mnuSavePng"}) pick(name);
+  EXPECT_EQ(files.asked[0].suggestion, QStringLiteral("Temperature.csv"));
+  const auto content = [&](const char* name) {
+    QFile file(folder.filePath(QLatin1String(name)));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+    return file.readAll();
+  };
+  EXPECT_EQ(content("a.csv"), csv.toUtf8());
+  EXPECT_EQ(QImage::fromData(content("a.png")).size(), strip.size());
+  EXPECT_TRUE(content("a.svg").contains("Fan Speed (RPM)"));
+  pick("mnuTrace(1)");
+  EXPECT_FALSE(strip.TraceVisible(1));
+  EXPECT_FALSE(strip.VisibleData().contains(QStringLiteral("Remote1")));
+  EXPECT_FALSE(strip.SaveTo(folder.filePath(QStringLiteral("none/a.csv"))));
+  menu->close();
+}
+
+TEST_F(StripTest, DrawsPathsInTheOrderOfAddingWithPensAndDots) {
+  StripSetup setup{.mode = StripMode::XY, .xMin = -40, .xMax = 120, .axes = {{0, 110}}};
+  setup.traces = {{.colour = Qt::red, .width = 2},
+                  {.colour = Qt::red, .width = 8, .dots = true, .shownWith = 0},
+                  {.colour = Qt::blue, .style = Qt::DashLine}};
+  setup.labels = {{.slot = 1, .text = QStringLiteral("Local"), .trace = 0}};
+  Use(setup);
+  // A step down to the left: no function of x.
+  for (const QPointF& point : {QPointF(60, 20), QPointF(60, 80), QPointF(0, 80), QPointF(0, 20)}) {
+    strip.PlotXY(0, point.x(), point.y());
+  }
+  EXPECT_EQ(strip.TracePoints(0)[2], QVariant(QVariantList{0.0, 80.0}));
+  EXPECT_EQ(strip.XSpan(), 160);
+  EXPECT_EQ(strip.XEnd(), 120);
+  const int path = PixelsOf(Qt::red);
+  EXPECT_GT(path, 600);
+  strip.PlotXY(1, 30, 50);
+  strip.PlotXY(1, 30, 50);
+  const int dot = PixelsOf(Qt::red) - path;
+  EXPECT_GT(dot, 35);
+  EXPECT_LT(dot, 100);
+  strip.PlotXY(2, -30, 100);
+  strip.PlotXY(2, 110, 100);
+  const int dashed = PixelsOf(Qt::blue);
+  EXPECT_GT(dashed, 100);
+  EXPECT_LT(dashed, 450) << "a dashed line has gaps";
+  strip.SetTraceVisible(0, false);
+  EXPECT_EQ(PixelsOf(Qt::red), 0) << "the dot goes with its trace";
+  strip.SetTraceVisible(0, true);
+  strip.SetXEnd(100);
+  strip.ClearData();
+  EXPECT_EQ(PixelsOf(Qt::red), 0);
+  EXPECT_EQ(strip.XEnd(), 100) << "clearing keeps the user's zoom";
+  strip.PlotValue(0, 5);
+  EXPECT_TRUE(strip.TracePoints(0).isEmpty());
+}
+
+TEST_F(StripTest, TellsScreenReadersItsLatestValues) {
+  Feed(0, 25.25);
+  Feed(1, 31);
+  auto* reader = QAccessible::queryAccessibleInterface(&strip);
+  ASSERT_NE(reader, nullptr);
+  EXPECT_EQ(reader->role(), QAccessible::Chart);
+  EXPECT_EQ(reader->text(QAccessible::Name), QStringLiteral("Temperature (°C)"));
+  EXPECT_EQ(reader->text(QAccessible::Value), QStringLiteral("Temperature (°C): Local 25.25, Remote1 31"));
+  strip.SetLabelIndex(1);
+  strip.SetCaption(QStringLiteral("Local = 25.25°C"));
+  EXPECT_EQ(strip.Summary(), QStringLiteral("Temperature (°C): Local 25.25, Remote1 31"));
+}
+
+}  // namespace
+}  // namespace zth::widgets
