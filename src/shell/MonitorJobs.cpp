@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "chip/Measurements.h"
+#include "windows/data/LogJob.h"
 
 namespace zth::shell {
 
@@ -12,9 +13,12 @@ void MeasurementJob::Run() {
   phase_ = static_cast<std::int16_t>((phase_ + 1) % kGroups);
 }
 
-void AddMonitorJobs(JobList& jobs, const windows::Context& /*context*/) {
+void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   jobs.Add({"measurement", [] { return chip::PollEnabled; }, [] { return chip::PollPeriodMs / 1000.0; },
             [job = std::make_shared<MeasurementJob>()] { job->Run(); }});
+
+  // job 10
+  jobs.Add({"log", windows::LogHasWork, windows::LogPeriodSeconds, [context] { windows::RunLogJob(context); }});
 }
 
 }  // namespace zth::shell

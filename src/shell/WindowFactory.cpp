@@ -4,6 +4,8 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/data/frmLogging.h"
+#include "windows/data/frmSave.h"
 
 namespace zth::shell {
 namespace {
@@ -23,6 +25,8 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmLogging", Make<windows::frmLogging>},
+    Row{"frmSave", Make<windows::frmSave>},
 };
 
 const Row* FindRow(const QString& name) {

@@ -110,7 +110,7 @@ int main(int argc, char** argv) {
   zth::NoPrompts prompts;
   zth::NoSettings settings;
   zth::platform::Services services{prompts,    real.fileDialogs, settings,       real.shell,
-                                   real.clock, real.events,      real.libraries, real.process};
+                                   real.clock, real.events,      real.libraries, real.files, real.process};
   zth::shell::Main(services);
   auto& main = *zth::shell::MainForm;
   main.showNormal();
