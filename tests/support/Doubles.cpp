@@ -46,7 +46,7 @@ double VirtualClock::Now() const {
 }
 
 QDateTime VirtualClock::WallTime() const {
-  return QDateTime(QDate(2026, 3, 1), QTime(8, 0)).addMSecs(nowUs_ / 1000 - 1'000'000);
+  return QDateTime(QDate(2026, 3, 1), QTime(8, 0)).addMSecs(nowUs_ / 1000 - 1'000'000 + wallOffsetMs_);
 }
 
 void VirtualClock::WaitMs(float milliseconds) {

@@ -65,6 +65,9 @@ class VirtualClock final : public platform::Clock {
   /// Lets so much time pass, with the timers firing.
   void Advance(int milliseconds);
 
+  /// Puts the wall clock; it goes on from there.
+  void SetWallTime(const QDateTime& time) { wallOffsetMs_ = WallTime().msecsTo(time) + wallOffsetMs_; }
+
   double waitedMs = 0;  ///< all that WaitMs was asked for
 
  private:
@@ -75,6 +78,7 @@ class VirtualClock final : public platform::Clock {
   void Refresh();
 
   mutable std::int64_t nowUs_ = 1'000'000'000;
+  std::int64_t wallOffsetMs_ = 0;
   std::vector<Adopted> timers_;
 };
 
