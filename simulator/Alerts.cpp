@@ -13,7 +13,8 @@ constexpr int kHost = 0xB8;
 constexpr int kBmc = 0xC0;
 // The pin's state is shown as it is; all other bits stay until they have been read.
 constexpr std::uint8_t kThermStates = 0x24;
-constexpr std::uint8_t kFan2Max = 0x08;
+constexpr int kChassisIntrusion = 7;
+constexpr int kFan2Max = 3;
 
 constexpr std::uint8_t BitMask(int bit, bool set) {
   return static_cast<std::uint8_t>(set ? 1 << bit : 0);
@@ -46,7 +47,7 @@ void Alerts::Tick(bool converted, const Measurement& measurement, const ThermPin
       if (base == kBmc && !HasBmcCopy(group)) continue;
       const int address = base + static_cast<int>(group);
       // The copy for the host knows nothing of FAN2MAX.
-      const int shown = group == Digital && base == kHost ? live_[group] & ~kFan2Max : live_[group];
+      const int shown = group == Digital && base == kHost ? live_[group] & ~BitMask(kFan2Max, true) : live_[group];
       registers_.Put(address, (registers_[address] & ~follows) | shown);
     }
   }
@@ -114,7 +115,8 @@ std::uint8_t Alerts::SlowFans(const Measurement& measurement) const {
 }
 
 std::uint8_t Alerts::DigitalInputs(const PinInputs& inputs) const {
-  return BitMask(7, inputs.chassisOpen && pins_.HasChassisIntrusion());
+  const bool intrusion = pins_.HasChassisIntrusion();
+  return BitMask(intrusion ? kChassisIntrusion : kFan2Max, inputs.pin27Asserted);
 }
 
 bool Alerts::AlertAsserted(std::uint8_t gpioActive) const {

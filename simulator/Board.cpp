@@ -17,6 +17,8 @@ enum Device { k48, k4A };
 // A lithium cell of 3.05 V on the battery input, whose scale is 4 V.
 constexpr double kBatteryRatio = 3.05 / 4;
 
+constexpr double kD2ChangeOverSeconds = 0.5;
+
 constexpr std::size_t At(int i) {
   return static_cast<std::size_t>(i);
 }
@@ -57,14 +59,25 @@ void Board::DriveHeaters() {
   }
 }
 
-PinInputs Board::Inputs() const {
+bool Board::D2Open() {
+  const bool onBoard = Closed(k4A, 0) && Closed(k4A, 1);
+  if (!options_.diodeAtD2Connector) return !onBoard;
+  if (onBoard != d2OnBoard_) d2ChangeOverTicks_ = Ticks(kD2ChangeOverSeconds);
+  d2OnBoard_ = onBoard;
+  return d2ChangeOverTicks_ > 0 && d2ChangeOverTicks_-- > 0;
+}
+
+PinInputs Board::Inputs() {
   PinInputs inputs;
   for (int sensor = 0; sensor < kTemperatures; ++sensor) {
     inputs.temperatureC[At(sensor)] = plant_.TemperatureC(sensor);
     inputs.diodeOpen[At(sensor)] = faults_.diodeOpen[At(sensor)];
   }
-  const bool d2Connected = Closed(k4A, 0) && Closed(k4A, 1);
-  if (!d2Connected) inputs.diodeOpen[2] = !options_.diodeAtD2Connector;
+  inputs.diodeOpen[2] = D2Open() || inputs.diodeOpen[2];
+  for (int i = 0; i < 2; ++i) inputs.thermLow[At(i)] = faults_.thermPulledLow[At(i)] && Closed(k4A, 2 + i);
+  inputs.vrHot = faults_.vrHot;
+  inputs.pin27Asserted = faults_.pin27Asserted;
+  for (int i = 0; i < kGpios; ++i) inputs.gpioHigh[At(i)] = !faults_.gpioPulledLow[At(i)];
 
   for (int fan = 0; fan < kTachs; ++fan) {
     const bool connected = fan >= 4 || Closed(k48, fan);

@@ -12,21 +12,25 @@ namespace zth::simulator {
 
 /// How a board is built.
 struct BoardOptions {
-  ChipOptions chip;
-  PlantOptions plant;
+  ChipOptions chip{};
+  PlantOptions plant{};
   /// The board carries the two ADG715s. Without them every connection is closed for good.
   bool switches = true;
-  /// A diode of the user's stands at the D2 connector and senses the same spot: it takes over when the D2 switches part
-  /// the board's own one.
-  bool diodeAtD2Connector = false;
+  /// A second diode on the same spot sits at the D2 connector: half a second after the D2 switches have parted the
+  /// board's own one it has taken over, and until then the chip sees an open diode. Without it that fault stays.
+  bool diodeAtD2Connector = true;
 };
 
-/// Faults that stand on the board at present.
+/// Faults that stand on the board at present, and what else somebody does to it.
 struct BoardFaults {
   std::array<bool, kTachs> fanStalled{};
   std::array<double, kHeaters> heaterStuck{-1, -1};  ///< drive 0 to 1 that the heater is stuck at; negative for none
   std::array<bool, kTemperatures> diodeOpen{};
   std::array<double, kVoltagePins> supplyFactor{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
+  std::array<bool, 2> thermPulledLow{};  ///< behind the THERM switches
+  std::array<bool, 2> vrHot{};
+  bool pin27Asserted = false;
+  std::array<bool, kGpios> gpioPulledLow{};
 };
 
 /// The evaluation board: the chip, the physics around it, the two octal switches and the two heaters. Time is given
@@ -59,7 +63,8 @@ class Board {
   void Tick();
   void DriveFans();
   void DriveHeaters();
-  PinInputs Inputs() const;
+  PinInputs Inputs();
+  bool D2Open();
   bool Closed(int device, int bit) const {
     return !options_.switches || (ports_[static_cast<std::size_t>(device)] >> bit & 1) != 0;
   }
@@ -72,6 +77,8 @@ class Board {
   /// 0x48, 0x4A. The adapter's firmware closes all that is wired before it answers for the first time.
   std::array<std::uint8_t, 2> ports_{0xFF, 0x3F};
   std::array<int, kHeaters> heaterPercent_{};
+  bool d2OnBoard_ = true;
+  int d2ChangeOverTicks_ = 0;
 };
 
 }  // namespace zth::simulator

@@ -31,12 +31,13 @@ BoardOptions OptionsOf(const Settings& settings, std::uint8_t address, bool swit
 
 }  // namespace
 
-Bus::Bus(const Settings& settings, const std::vector<std::uint8_t>& addresses, bool switches)
-    : faults_(settings.faults), timeFactor_(settings.timeFactor) {
+Bus::Bus(const Settings& settings, Link link) : faults_(settings.faults, link), timeFactor_(settings.timeFactor) {
+  const std::vector<std::uint8_t>& addresses = link == Link::Usb ? settings.usbChips : settings.smbusChips;
   for (const std::uint8_t address : addresses) {
-    // Only the first board has the adapter's switches on it.
-    const bool withSwitches = switches && address == addresses.front();
-    boards_[address] = std::make_unique<Board>(OptionsOf(settings, address, withSwitches));
+    // The switches hang on the adapter and sit on the first board; elsewhere all connections are closed for good.
+    const bool switches = link == Link::Usb && address == addresses.front();
+    boards_[address] = std::make_unique<Board>(OptionsOf(settings, address, switches));
+    if (first_ == nullptr) first_ = boards_[address].get();
   }
 }
 

@@ -15,8 +15,9 @@ namespace zth::simulator {
 /// The boards on one link, in simulated time, with the plan of faults between them and the link.
 class Bus {
  public:
-  /// One board for each address. Each has a seed of its own, taken from the settings' one and the address.
-  Bus(const Settings& settings, const std::vector<std::uint8_t>& addresses, bool switches);
+  /// The boards that the settings put on a link. Each has a seed of its own, taken from the settings' one and the
+  /// address.
+  Bus(const Settings& settings, Link link);
 
   /// The boards have been under power for two seconds when the link first looks at them. The plan's time starts here.
   void PowerUp();
@@ -36,12 +37,13 @@ class Bus {
   void Write(int address, std::uint8_t reg, std::uint8_t value);
 
   /// The first board, which the adapter's heaters and switches belong to; nullptr when there is none.
-  Board* First() { return boards_.empty() ? nullptr : boards_.begin()->second.get(); }
+  Board* First() { return first_; }
 
  private:
   Board* At(int address);
 
   std::map<int, std::unique_ptr<Board>> boards_;
+  Board* first_ = nullptr;
   FaultClock faults_;
   double timeFactor_;
   std::chrono::nanoseconds now_{0};

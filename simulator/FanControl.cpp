@@ -98,7 +98,7 @@ bool FanControl::Boosted(const ThermPins& therm, const PinInputs& inputs) const 
     const bool regulatorBoosts = !registers_.Bit(0x02, 3 + i);
     if (regulatorBoosts && inputs.vrHot[At(i)] && pins_.HasVrHot(i)) return true;
   }
-  return false;
+  return inputs.pin27Asserted && !pins_.HasChassisIntrusion();
 }
 
 int FanControl::CurveDuty(int pwm, const Measurement& measurement) const {

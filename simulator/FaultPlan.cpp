@@ -24,8 +24,12 @@ std::size_t At(int i) {
 
 }  // namespace
 
-FaultClock::FaultClock(const FaultPlan& plan) : plan_(plan) {
-  for (const Fault& fault : plan_) left_.push_back(fault.count);
+FaultClock::FaultClock(const FaultPlan& plan, Link link) {
+  for (const Fault& fault : plan) {
+    if (fault.link.value_or(link) != link) continue;
+    plan_.push_back(fault);
+    left_.push_back(fault.count);
+  }
 }
 
 BoardFaults FaultClock::OnBoard(std::chrono::nanoseconds now) const {
@@ -35,6 +39,10 @@ BoardFaults FaultClock::OnBoard(std::chrono::nanoseconds now) const {
     if (fault.kind == FaultKind::FanStalled) board.fanStalled[At(fault.index)] = true;
     if (fault.kind == FaultKind::HeaterStuck) board.heaterStuck[At(fault.index)] = fault.value / 100;
     if (fault.kind == FaultKind::DiodeOpen) board.diodeOpen[At(fault.index)] = true;
+    if (fault.kind == FaultKind::ThermLow) board.thermPulledLow[At(fault.index)] = true;
+    if (fault.kind == FaultKind::VrHot) board.vrHot[At(fault.index)] = true;
+    if (fault.kind == FaultKind::Pin27Asserted) board.pin27Asserted = true;
+    if (fault.kind == FaultKind::GpioLow) board.gpioPulledLow[At(fault.index)] = true;
     if (fault.kind == FaultKind::SupplyFactor)
       board.supplyFactor[static_cast<std::size_t>(fault.pin)] = fault.value / 100;
   }

@@ -20,14 +20,22 @@ enum class FaultKind : std::uint8_t {
   HeaterStuck,       ///< heater `index`, 0 or 1, runs at `value` percent
   DiodeOpen,         ///< diode `index`, 1 to 3, is parted
   SupplyFactor,      ///< the supply of `pin` stands at `value` percent of what it should be
+  ThermLow,          ///< somebody pulls THERM pin `index`, 0 or 1
+  VrHot,             ///< regulator `index`, 0 or 1, reports heat
+  Pin27Asserted,     ///< the case is open, or the FANMAX input is asserted, whichever the pin is
+  GpioLow,           ///< GPIO pin `index`, 0 to 7, is pulled low
   AdapterUnplugged,  ///< no transfer gets through
 };
+
+/// The two ways to a board.
+enum class Link : std::uint8_t { Usb, Smbus };
 
 /// One line of a plan.
 struct Fault {
   FaultKind kind = FaultKind::TransferFails;
   std::chrono::nanoseconds from{0};               ///< simulated time since the library was loaded
   std::optional<std::chrono::nanoseconds> until;  ///< empty: for good
+  std::optional<Link> link;                       ///< empty: on both
   int index = 0;
   double value = 0;
   int count = 0;
@@ -49,7 +57,8 @@ struct Transfer {
 /// A plan running against time.
 class FaultClock {
  public:
-  explicit FaultClock(const FaultPlan& plan);
+  /// Takes the lines that hold on a link.
+  FaultClock(const FaultPlan& plan, Link link);
 
   /// What stands on the board at a time.
   BoardFaults OnBoard(std::chrono::nanoseconds now) const;

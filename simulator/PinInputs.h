@@ -15,7 +15,7 @@ struct PinInputs {
   std::array<double, kTachs> pulsesPerMinute{};  ///< 0: no pulses reach the pin
   std::array<bool, 2> thermLow{};                ///< something outside pulls the THERM pin
   std::array<bool, 2> vrHot{};                   ///< a regulator reports heat
-  bool chassisOpen = false;
+  bool pin27Asserted = false;                    ///< an open case, or the FANMAX input, by the pin's function
   std::array<bool, kGpios> gpioHigh{true, true, true, true, true, true, true, true};  ///< level from outside
 };
 

@@ -15,14 +15,14 @@ struct Settings {
   std::uint8_t revision = 0;  ///< of every chip, register 0x3F
   int fanPulses = 2;          ///< tach pulses in a revolution of the fans
   double noise = 1;           ///< scale of noise and ripple, 0 for none
-  bool diodeAtD2Connector = false;
+  bool diodeAtD2Connector = true;
 
   std::vector<std::uint8_t> usbChips{0x58};
   std::vector<std::uint8_t> smbusChips{0x2C};
   bool firmwareRefused = false;
   int connectAtTry = 1;  ///< the first connect request that succeeds
 
-  FaultPlan faults;
+  FaultPlan faults{};
 };
 
 }  // namespace zth::simulator

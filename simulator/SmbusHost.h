@@ -11,8 +11,7 @@ namespace zth::simulator {
 /// lost.
 class SmbusHost {
  public:
-  // On this bus nothing reaches the switches, so the boards have their connections closed for good.
-  explicit SmbusHost(const Settings& settings) : bus_(settings, settings.smbusChips, false) {}
+  explicit SmbusHost(const Settings& settings) : bus_(settings, Link::Smbus) {}
 
   std::uint8_t Read(std::uint8_t address, std::uint8_t reg) {
     return bus_.Admit({0, reg, 1}) ? bus_.Read(address, reg) : std::uint8_t{0xFF};

@@ -13,9 +13,7 @@ constexpr int kLongestBlock = 65;  // the computer's buffer
 }  // namespace
 
 UsbAdapter::UsbAdapter(const Settings& settings)
-    : bus_(settings, settings.usbChips, true),
-      firmwareRefused_(settings.firmwareRefused),
-      triesToConnect_(settings.connectAtTry) {}
+    : bus_(settings, Link::Usb), firmwareRefused_(settings.firmwareRefused), triesToConnect_(settings.connectAtTry) {}
 
 std::int16_t UsbAdapter::LoadFirmware() const {
   return firmwareRefused_ || bus_.Unplugged() ? 0 : 1;

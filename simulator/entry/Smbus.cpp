@@ -12,7 +12,7 @@ namespace {
 struct Library {
   Library() { host.TheBus().PowerUp(); }
 
-  SmbusHost host{LoadSettings()};
+  SmbusHost host{LoadSettings("smbus")};
   RealTime time;
 };
 

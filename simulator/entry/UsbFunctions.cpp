@@ -12,7 +12,7 @@ namespace {
 struct Library {
   Library() { adapter.TheBus().PowerUp(); }
 
-  UsbAdapter adapter{LoadSettings()};
+  UsbAdapter adapter{LoadSettings("USBFunctions")};
   RealTime time;
 };
 

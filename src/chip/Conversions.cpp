@@ -5,7 +5,7 @@
 namespace zth::chip {
 
 float TemperatureFromBytes(std::uint8_t low, std::uint8_t high) {
-  return static_cast<float>(high - kTemperatureOffset) + static_cast<float>((low & 0xC0) / 64) * 0.25F;
+  return static_cast<float>(high - kTemperatureOffset) + static_cast<float>(low >> 6) * 0.25F;
 }
 
 std::int32_t TachCountToRpm(std::int32_t count, std::int32_t clock) {

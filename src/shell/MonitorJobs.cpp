@@ -3,6 +3,8 @@
 #include <memory>
 
 #include "chip/Measurements.h"
+#include "windows/SharedState.h"
+#include "windows/config/frmGPIO.h"
 #include "windows/data/LogJob.h"
 
 namespace zth::shell {
@@ -16,6 +18,13 @@ void MeasurementJob::Run() {
 void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   jobs.Add({"measurement", [] { return chip::PollEnabled; }, [] { return chip::PollPeriodMs / 1000.0; },
             [job = std::make_shared<MeasurementJob>()] { job->Run(); }});
+
+  // job 9
+  jobs.Add({"GPIO", [] { return windows::GpioOpen; }, [] { return 0.5; },
+            [&desktop = context.desktop] {
+              auto* gpio = qobject_cast<windows::frmGPIO*>(desktop.FindWindow("frmGPIO"));
+              if (gpio != nullptr) gpio->UpdateGPIOStatus();
+            }});
 
   // job 10
   jobs.Add({"log", windows::LogHasWork, windows::LogPeriodSeconds, [context] { windows::RunLogJob(context); }});

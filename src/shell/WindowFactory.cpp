@@ -4,6 +4,14 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/config/frmEDO.h"
+#include "windows/config/frmEasySetup.h"
+#include "windows/config/frmFanConfig.h"
+#include "windows/config/frmGPIO.h"
+#include "windows/config/frmGenConfig.h"
+#include "windows/config/frmPinConfig.h"
+#include "windows/config/frmTherm.h"
+#include "windows/config/frmVoltConfig.h"
 #include "windows/data/frmLogging.h"
 #include "windows/data/frmSave.h"
 
@@ -25,8 +33,16 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmEDO", Make<windows::frmEDO>},
+    Row{"frmEasySetup", Make<windows::frmEasySetup>},
+    Row{"frmFanConfig", Make<windows::frmFanConfig>},
+    Row{"frmGPIO", Make<windows::frmGPIO>},
+    Row{"frmGenConfig", Make<windows::frmGenConfig>},
     Row{"frmLogging", Make<windows::frmLogging>},
+    Row{"frmPinConfig", Make<windows::frmPinConfig>},
     Row{"frmSave", Make<windows::frmSave>},
+    Row{"frmTherm", Make<windows::frmTherm>},
+    Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };
 
 const Row* FindRow(const QString& name) {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+
+class QWidget;
+
+/// The chart libraries that a strip chart is measured against, each as its own documentation draws live data.
+namespace bench {
+
+inline constexpr int kTraces = 12;
+inline constexpr int kPoints = 2000;
+inline constexpr double kPeriod = 0.05;
+inline constexpr int kWidth = 800;
+inline constexpr int kHeight = 500;
+
+/// The value of a trace's sample `index`: a slow wave with noise, the same for all competitors.
+double ValueAt(int trace, int index);
+
+class Competitor {
+ public:
+  virtual ~Competitor() = default;
+  virtual QWidget& Widget() = 0;
+  /// Adds one sample to each trace, the window following.
+  virtual void Feed() = 0;
+  /// Draws now.
+  virtual void Draw() = 0;
+};
+
+std::unique_ptr<Competitor> MakeQCustomPlot();
+std::unique_ptr<Competitor> MakeQtCharts();
+
+}  // namespace bench

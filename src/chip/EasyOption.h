@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+
+#include "base/Rounding.h"
+
+namespace zth::chip {
+
+/// The byte of 0x14 that makes the chip apply Easy option 1 to 5: one bit for each. A fraction counts as the whole
+/// option below it; anything below 1 is no option and gives 0.
+inline std::uint8_t EasyOptionByte(double option) {
+  return base::RoundToByte(std::exp2(std::floor(option - 1)));
+}
+
+}  // namespace zth::chip

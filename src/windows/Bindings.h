@@ -1,0 +1,137 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+#include "base/BitField.h"
+
+/// A window as data: a table of bindings, one row for each control, and two ordered plans, of reads and of writes.
+///
+///   constexpr std::array kRows{
+///       Check("chkThermThreshold", "Enable Low THERM Thres&hold", 0x03, 4),             // ticked is 1
+///       Check({"chkEnActiveLow", 0}, "PWM%1 is Active Low", 0x21, 4, Sense::Inverted),  // ticked is 0; "PWM1 ..."
+///       List("cmbWindow", "Timer Window", 0x0D, Bits(4, 2), kWindows),                  // position of the item
+///       Text("txtMaxPWM", "Max PWM 1-4", 0x2C, Bits(7, 0), kDuty, "UpDown1"),
+///   };
+///   constexpr std::array kReads{Read(0x03), Read(0x0D), Read(0x21, 4), Read(0x2C)};     // 0x21: one block of 4
+///   constexpr std::array kWrites{Modify(0x03), Whole(0x21), Modify(0x0D), Whole(0x2C)};
+///   static_assert(IsSound(kRows, kReads, kWrites));
+///
+/// A bit is added to a window by adding a row.
+namespace zth::windows {
+
+/// Whether a ticked box means a bit at 1, or at 0. An inverted list counts its positions from the field's end.
+enum class Sense : std::uint8_t { Straight, Inverted };
+
+/// How a text box shows a field, and what it gives to the field's register.
+struct TextCode {
+  std::string (*text)(unsigned field);
+  std::uint8_t (*byte)(std::string_view text, int shift);  ///< in place, and possibly beyond the field
+  int min, max;                                            ///< of the up-down, in steps of 1
+  const char* unit;                                        ///< shown behind the box; may be empty
+};
+
+/// A duty in percent over a whole byte; a whole number of 0 to 15 over 4 bits.
+extern const TextCode kDuty;
+extern const TextCode kNibble;
+
+/// An objectName: "cmdApply", or an element of a control array, {"chkEnTach", 0} for "chkEnTach(0)".
+struct ControlName {
+  const char* base;
+  int index = -1;
+
+  constexpr ControlName(const char* name) : base(name) {}
+  constexpr ControlName(const char* name, int element) : base(name), index(element) {}
+};
+
+using Items = std::span<const char* const>;
+
+struct Binding {
+  ControlName control;
+  /// The text of a check box, or the label before another control, with its mnemonic; "%1" is the index plus 1. Null
+  /// for a control that nobody sees.
+  const char* caption;
+  std::uint8_t reg;
+  base::BitField bits;
+  Sense sense = Sense::Straight;
+  Items items{};                   ///< of a list
+  const TextCode* code = nullptr;  ///< of a text box
+  const char* upDown = nullptr;    ///< objectName of the up-down on a text box
+};
+
+/// The bits from `high` down to `low`, as data sheets write them.
+constexpr base::BitField Bits(int high, int low) {
+  return {static_cast<std::uint8_t>(low), static_cast<std::uint8_t>(high - low + 1)};
+}
+
+constexpr Binding Check(ControlName control, const char* caption, int reg, int bit, Sense sense = Sense::Straight) {
+  return {control, caption, static_cast<std::uint8_t>(reg), Bits(bit, bit), sense};
+}
+
+constexpr Binding List(ControlName control, const char* label, int reg, base::BitField bits, Items items,
+                       Sense sense = Sense::Straight) {
+  return {control, label, static_cast<std::uint8_t>(reg), bits, sense, items};
+}
+
+constexpr Binding Text(ControlName control, const char* label, int reg, base::BitField bits, const TextCode& code,
+                       const char* upDown) {
+  return {control, label, static_cast<std::uint8_t>(reg), bits, Sense::Straight, {}, &code, upDown};
+}
+
+/// One read: a single register, or a block of `count`.
+struct ReadStep {
+  std::uint8_t first;
+  std::uint8_t count;
+};
+
+constexpr ReadStep Read(int first, int count = 1) {
+  return {static_cast<std::uint8_t>(first), static_cast<std::uint8_t>(count)};
+}
+
+/// One write. Whole: built from 0, so that bits without a control go out as 0. Modify: read immediately before, and
+/// only the bits of the table change.
+struct WriteStep {
+  std::uint8_t reg;
+  enum class Mode : std::uint8_t { Whole, Modify } mode;
+};
+
+constexpr WriteStep Whole(int reg) {
+  return {static_cast<std::uint8_t>(reg), WriteStep::Mode::Whole};
+}
+constexpr WriteStep Modify(int reg) {
+  return {static_cast<std::uint8_t>(reg), WriteStep::Mode::Modify};
+}
+
+/// Tables one after the other.
+template <typename T, std::size_t... N>
+constexpr auto Joined(const std::array<T, N>&... tables) {
+  return std::apply([](const auto&... rows) { return std::array{rows...}; }, std::tuple_cat(tables...));
+}
+
+constexpr bool Covers(const ReadStep& step, int reg) {
+  return reg >= step.first && reg < step.first + step.count;
+}
+
+/// No two rows share a bit, a list has an item for each value of its field, and each row's register is read and written
+/// exactly once.
+constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> reads,
+                       std::span<const WriteStep> writes) {
+  std::array<unsigned, 256> taken{};
+  for (const Binding& row : rows) {
+    const unsigned mask = base::Mask(row.bits);
+    if (mask > 0xFF || (taken[row.reg] & mask) != 0) return false;
+    taken[row.reg] |= mask;
+    if (!row.items.empty() && row.items.size() != std::size_t{1} << row.bits.width) return false;
+    if (std::ranges::count_if(reads, [&](const ReadStep& step) { return Covers(step, row.reg); }) != 1) return false;
+    if (std::ranges::count(writes, row.reg, &WriteStep::reg) != 1) return false;
+  }
+  return std::ranges::all_of(writes, [&](const WriteStep& step) { return taken[step.reg] != 0; });
+}
+
+}  // namespace zth::windows

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <span>
+
+#include "windows/Bindings.h"
+#include "windows/ChildWindow.h"
+
+class QLayout;
+class QPushButton;
+
+namespace zth::windows {
+
+class BoundControls;
+
+/// The table and the two plans of a window. What they point to is constant data that lives as long as the program.
+struct Plan {
+  std::span<const Binding> rows;
+  std::span<const ReadStep> reads;
+  std::span<const WriteStep> writes;
+};
+
+/// A configuration window: reads its registers once, holds what the user changes, writes all of its registers on Apply.
+/// Enter is OK and Escape is Cancel.
+class ConfigWindow : public ChildWindow {
+ public:
+  void Form_Load() override;
+
+ protected:
+  ConfigWindow(const QString& name, const QString& caption, const Context& context, const Plan& plan);
+
+  /// The last step of a window's constructor: `body`, which holds the controls of all rows, over the three buttons.
+  void Finish(QWidget* body);
+
+  void cmdApply_Click();
+  void cmdOK_Click();
+  void cmdCancel_Click();
+
+ private:
+  QPushButton* AddButton(const QString& name, const QString& caption, const QString& tip);
+
+  Plan plan_;
+  BoundControls* controls_ = nullptr;
+};
+
+}  // namespace zth::windows

@@ -1,0 +1,94 @@
+#include "windows/PendingMarks.h"
+
+#include <algorithm>
+#include <map>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QFontMetrics>
+#include <QPalette>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QWidget>
+
+namespace zth::windows {
+namespace {
+
+QColor MarkColour(const QPalette& palette, bool odd) {
+  const bool dark = palette.color(QPalette::Window).lightnessF() < 0.5;
+  if (odd) return dark ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
+  return dark ? QColor(0x7C, 0xB8, 0xFF) : QColor(0x0B, 0x5C, 0xAD);
+}
+
+/// The longest text that the control may show.
+QString WidestText(const QWidget& control, const QFontMetrics& metrics) {
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&control)) return button->text();
+  QString widest;
+  if (const auto* list = qobject_cast<const QComboBox*>(&control)) {
+    for (int i = 0; i < list->count(); ++i) {
+      const QString text = list->itemText(i);
+      if (metrics.horizontalAdvance(text) > metrics.horizontalAdvance(widest)) widest = text;
+    }
+  }
+  return widest;
+}
+
+/// The tab that shows or hides the control, as its widget and index; nothing for a control outside of tabs.
+std::pair<QTabWidget*, int> TabOf(QWidget* control) {
+  for (QWidget* page = control; page != nullptr; page = page->parentWidget()) {
+    QWidget* stack = page->parentWidget();
+    auto* tabs = stack != nullptr ? qobject_cast<QTabWidget*>(stack->parentWidget()) : nullptr;
+    if (tabs != nullptr && tabs->indexOf(page) >= 0) return {tabs, tabs->indexOf(page)};
+  }
+  return {nullptr, -1};
+}
+
+}  // namespace
+
+void MarkControl(QWidget& control, const QWidget& window, bool pending, bool odd) {
+  QFont font;
+  if (pending) font.setBold(true);
+  // Only what is marked is set: family, size and all other colours go on following the window.
+  font.setResolveMask(pending ? QFont::WeightResolved : QFont::NoPropertiesResolved);
+  control.setFont(font);
+  QPalette palette;
+  palette.setResolveMask(0);
+  if (pending || odd) {
+    const QColor colour = MarkColour(window.palette(), odd);
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+      for (const auto role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
+        palette.setColor(group, role, colour);
+      }
+    }
+  }
+  control.setPalette(palette);
+}
+
+void KeepRoomForMark(QWidget& control) {
+  const QFontMetrics now(control.font());
+  const QString text = WidestText(control, now);
+  if (text.isEmpty()) return;
+  QFont bold = control.font();
+  bold.setBold(true);
+  const auto width = [&text](const QFontMetrics& metrics) { return metrics.size(Qt::TextShowMnemonic, text).width(); };
+  control.setMinimumWidth(control.sizeHint().width() + width(QFontMetrics(bold)) - width(now));
+}
+
+void MarkTabs(const QWidget& window, const std::vector<std::pair<QWidget*, bool>>& pending) {
+  std::map<std::pair<QTabWidget*, int>, bool> tabs;
+  for (const auto& [control, isPending] : pending) {
+    const auto tab = TabOf(control);
+    if (tab.first != nullptr) tabs[tab] = tabs[tab] || isPending;
+  }
+  for (const auto& [tab, isPending] : tabs) {
+    const auto& [widget, index] = tab;
+    QTabBar* bar = widget->tabBar();
+    // An invalid colour is the palette's own.
+    const QColor colour = isPending ? MarkColour(window.palette(), false) : QColor();
+    if (bar->tabTextColor(index) != colour) bar->setTabTextColor(index, colour);
+    const QString tip = isPending ? QStringLiteral("Holds changes that have not been applied") : QString();
+    if (bar->tabToolTip(index) != tip) bar->setTabToolTip(index, tip);
+  }
+}
+
+}  // namespace zth::windows

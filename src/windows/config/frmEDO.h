@@ -1,0 +1,13 @@
+#pragma once
+
+#include "windows/ConfigWindow.h"
+
+namespace zth::windows {
+
+/// The two EDO outputs and the events that each one masks.
+class frmEDO final : public ConfigWindow {
+ public:
+  explicit frmEDO(const Context& context);
+};
+
+}  // namespace zth::windows

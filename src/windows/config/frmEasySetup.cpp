@@ -1,0 +1,209 @@
+#include "windows/config/frmEasySetup.h"
+
+#include <cmath>
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "base/BitField.h"
+#include "base/NumberText.h"
+#include "base/Product.h"
+#include "base/Twips.h"
+#include "chip/EasyOption.h"
+#include "link/Declarations.h"
+#include "link/USBStuff.h"
+#include "widgets/UpDown.h"
+#include "windows/Bindings.h"
+#include "windows/BoundControls.h"
+#include "windows/Handlers.h"
+#include "windows/PendingMarks.h"
+
+namespace zth::windows {
+namespace {
+
+constexpr char kBadOption[] = "Option value must be in range 1-5";
+constexpr char kSetting[] = "OpenEasySetup";
+constexpr int kGraphPlaceTwips = 500;
+
+/// What a ticked option does at OK.
+enum class Action : std::uint8_t { EasyOption, SetBits, WriteOnes, OpenGraphs };
+
+struct SetupOption {
+  Binding row;  ///< the option's box, and the bits that it sets
+  bool ticked;  ///< when the window opens
+  Action action;
+};
+
+// In the order in which they run. The blanks at the ends belong to the texts.
+// clang-format off
+constexpr std::array<SetupOption, 7> kSetupOptions{{
+    {{{"chkOption", 0}, "Set &Easy Configuration Option", 0x14, Bits(4, 0)}, true, Action::EasyOption},
+    {{{"chkOption", 1}, "Enable &Tachs 1-4 ", 0x07, Bits(3, 0)}, true, Action::SetBits},
+    {{{"chkOption", 2}, "Enable '&Setup Complete' configuration bit", 0x01, Bits(5, 5)}, true, Action::SetBits},
+    {{{"chkOption", 3}, "Load &Graphing Window", 0, {}}, true, Action::OpenGraphs},
+    {{{"chkOption", 4}, "Set Max &PWM1-4 to 100%", 0x2C, Bits(7, 0)}, true, Action::WriteOnes},
+    {{{"chkOption", 5}, "Set fa&ns to run at Max PWM", 0x02, Bits(5, 5)}, false, Action::SetBits},
+    {{{"chkOption", 6}, "Set ALERT to Co&mparator mode ", 0x01, Bits(3, 3)}, false, Action::SetBits},
+}};
+// clang-format on
+constexpr std::uint8_t kEasyConfig = kSetupOptions[0].row.reg;
+
+constexpr unsigned kOnes = 0xFF;
+
+}  // namespace
+
+frmEasySetup::frmEasySetup(const Context& context)
+    : ChildWindow("frmEasySetup", "Setup", context),
+      txtOption_(new QLineEdit("1", this)),
+      chkStartUp_(new QCheckBox("Show at start-&up", this)) {
+  QWidget* options = BuildOptions();
+  chkStartUp_->setObjectName("chkStartUp");
+  chkStartUp_->setToolTip("Open this window each time the program starts");
+
+  auto* cmdApply = new QPushButton("OK", this);
+  cmdApply->setObjectName("cmdApply");
+  OnClick(*cmdApply, [this] { cmdApply_Click(); });
+  SetDefaultButton(*cmdApply);
+  auto* cmdClose = new QPushButton("Cancel", this);
+  cmdClose->setObjectName("cmdClose");
+  OnClick(*cmdClose, [this] { cmdClose_Click(); });
+  SetCancelButton(*cmdClose);
+
+  auto* column = new QVBoxLayout(this);
+  column->addWidget(options, 1);
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(chkStartUp_);
+  buttons->addStretch();
+  buttons->addWidget(cmdApply);
+  buttons->addWidget(cmdClose);
+  column->addLayout(buttons);
+
+  setTabOrder(chkOption_[0], txtOption_);
+  setTabOrder(txtOption_, chkOption_[1]);
+  setTabOrder(chkOption_.back(), chkStartUp_);
+  setTabOrder(chkStartUp_, cmdApply);
+  setTabOrder(cmdApply, cmdClose);
+  chkOption_[0]->setFocus();
+}
+
+QWidget* frmEasySetup::BuildOptions() {
+  auto* frame = new QGroupBox("Initialisation options : ", this);
+  frame->setObjectName("Frame1");
+  auto* column = new QVBoxLayout(frame);
+  for (std::size_t i = 0; i < chkOption_.size(); ++i) {
+    const SetupOption& option = kSetupOptions[i];
+    auto* box = new QCheckBox(option.row.caption, frame);
+    box->setObjectName(NameOf(option.row.control));
+    box->setChecked(option.ticked);
+    if (option.action != Action::OpenGraphs) box->setToolTip("Sets " + PlaceOf(option.row));
+    chkOption_[i] = box;
+    if (option.action != Action::EasyOption) {
+      column->addWidget(box);
+      continue;
+    }
+    txtOption_->setObjectName("txtOption");
+    txtOption_->setAccessibleName("Easy Configuration Option, 1 to 5");
+    OnChange(*txtOption_, [this] { txtOption_Change(); });
+    auto* upDown1 = new widgets::UpDown(txtOption_, {1, 5, 1}, frame);
+    upDown1->setObjectName("UpDown1");
+    auto* line = new QHBoxLayout;
+    line->addWidget(box);
+    line->addLayout(upDown1->Row());
+    line->addStretch();
+    column->addLayout(line);
+  }
+  column->addStretch();
+  return frame;
+}
+
+void frmEasySetup::Form_Load() {
+  // Missing or spoilt it counts as True, as it does for the start of the program.
+  const QString setting = Services().settings.Get(kSetting, "True").trimmed();
+  chkStartUp_->setChecked(setting.compare("False", Qt::CaseInsensitive) != 0);
+  txtOption_Change();
+}
+
+bool frmEasySetup::OptionIsValid() const {
+  const std::string text = txtOption_->text().toStdString();
+  const double option = base::LeadingDecimal(text);
+  return base::IsDecimal(text) && option > 0 && option < 6;
+}
+
+void frmEasySetup::txtOption_Change() {
+  const QString place = PlaceOf(kSetupOptions[0].row);
+  if (!OptionIsValid()) {
+    MarkControl(*txtOption_, *this, false, true);
+    txtOption_->setToolTip(place + "\n" + kBadOption);
+    return;
+  }
+  const double option = base::LeadingDecimal(txtOption_->text().toStdString());
+  const int byte = chip::EasyOptionByte(option);
+  // A fraction passes, but is not the option that the chip gets.
+  const bool odd = option != std::floor(option);
+  MarkControl(*txtOption_, *this, false, odd);
+  txtOption_->setToolTip(place + (odd ? QString::asprintf("\nGoes out as 0x%02X", byte) : QString()));
+}
+
+void frmEasySetup::changeEvent(QEvent* event) {
+  ChildWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) txtOption_Change();
+}
+
+void frmEasySetup::cmdApply_Click() {
+  for (std::size_t i = 0; i < chkOption_.size(); ++i) {
+    if (chkOption_[i]->isChecked() && !RunOption(i)) return;
+  }
+  Services().settings.Put(kSetting, chkStartUp_->isChecked() ? "True" : "False");
+  Unload();
+}
+
+bool frmEasySetup::RunOption(std::size_t i) {
+  const SetupOption& option = kSetupOptions[i];
+  switch (option.action) {
+    case Action::EasyOption:
+      return SetEasyOption();
+    case Action::OpenGraphs:
+      OpenGraphs();
+      return true;
+    case Action::WriteOnes:
+      link::WriteRegisterValue(link::DeviceAddress, option.row.reg, base::PutField(0, option.row.bits, kOnes));
+      return true;
+    case Action::SetBits: {
+      const auto before = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, option.row.reg));
+      link::WriteRegisterValue(link::DeviceAddress, option.row.reg, base::PutField(before, option.row.bits, kOnes));
+      return true;
+    }
+  }
+  return true;
+}
+
+bool frmEasySetup::SetEasyOption() {
+  if (!OptionIsValid()) {
+    Services().prompts.Ask({base::kTitle, kBadOption, platform::BoxIcon::Warning, platform::BoxButtons::Ok});
+    txtOption_->setFocus();
+    txtOption_->selectAll();
+    return false;
+  }
+  const double option = base::LeadingDecimal(txtOption_->text().toStdString());
+  link::WriteRegisterValue(link::DeviceAddress, kEasyConfig, chip::EasyOptionByte(option));
+  return true;
+}
+
+void frmEasySetup::OpenGraphs() {
+  ChildWindow* graphs = TheDesktop().OpenWindow("frmGraph");
+  if (graphs == nullptr) return;
+  QWidget* frame = graphs->parentWidget() != nullptr ? graphs->parentWidget() : graphs;
+  if (!frame->isMaximized())
+    frame->move(base::PixelsFromTwips(kGraphPlaceTwips), base::PixelsFromTwips(kGraphPlaceTwips));
+}
+
+void frmEasySetup::cmdClose_Click() {
+  Unload();
+}
+
+}  // namespace zth::windows

@@ -1,0 +1,81 @@
+#include "windows/config/frmTherm.h"
+
+#include <array>
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "windows/Handlers.h"
+#include "windows/Rows.h"
+
+namespace zth::windows {
+namespace {
+
+// "8" stands at the last three values of the field: a 5 or 6 shows as it, and it goes out as 7.
+constexpr std::array kWindows{"0.25", "0.5", "1", "2", "4", "8", "8", "8"};
+
+constexpr std::array kTimer{
+    Check("chkThermThreshold", "&Enable Low THERM Threshold", 0x03, 4),
+    Check({"chkEnTH", 0}, "Enable THERM&1 Timer", 0x0E, 0),
+    List({"cmbWindow", 0}, "THERM1 Timer Wi&ndow", 0x0D, Bits(4, 2), kWindows),
+    Check({"chkEnTH", 1}, "Enable THERM&2 Timer", 0x0F, 0),
+    List({"cmbWindow", 1}, "THERM2 Timer Win&dow", 0x0D, Bits(7, 5), kWindows),
+};
+constexpr std::array kTherm1{
+    Check({"chkTHAssert", 0}, "Assert THERM1 when Local Temp exceeds Local THERM Limit ", 0x0E, 1),
+    Check({"chkTHAssert", 1}, "Assert THERM1 when Remote1 Temp exceeds Remote1 THERM Limit ", 0x0E, 2),
+    Check({"chkTHAssert", 2}, "Assert THERM1 when Remote2 Temp exceeds Remote2 THERM Limit ", 0x0E, 3),
+    Check({"chkTHAssert", 3}, "Assert THERM1 when Remote3 Temp exceeds Remote3 THERM Limit ", 0x0E, 4),
+};
+constexpr std::array kTherm2{
+    Check({"chkTHAssert", 4}, "Assert THERM2 when Local Temp exceeds Local THERM Limit ", 0x0F, 1),
+    Check({"chkTHAssert", 5}, "Assert THERM2 when Remote1 Temp exceeds Remote1 THERM Limit ", 0x0F, 2),
+    Check({"chkTHAssert", 6}, "Assert THERM2 when Remote2 Temp exceeds Remote2 THERM Limit ", 0x0F, 3),
+    Check({"chkTHAssert", 7}, "Assert THERM2 when Remote3 Temp exceeds Remote3 THERM Limit ", 0x0F, 4),
+};
+constexpr std::array kHysteresis{
+    Text({"txtHyst", 0}, "&Local THERM Hysteresis", 0x54, Bits(3, 0), kNibble, "UpDown1"),
+    Text({"txtHyst", 1}, "Remote&1 THERM Hysteresis", 0x54, Bits(7, 4), kNibble, "UpDown2"),
+    Text({"txtHyst", 2}, "Remote&2 THERM Hysteresis", 0x55, Bits(3, 0), kNibble, "UpDown3"),
+    Text({"txtHyst", 3}, "Remote&3 THERM Hysteresis", 0x55, Bits(7, 4), kNibble, "UpDown4"),
+};
+constexpr auto kRows = Joined(kTimer, kTherm1, kTherm2, kHysteresis);
+constexpr std::array kReads{Read(0x03), Read(0x0D, 3), Read(0x54, 2)};
+constexpr std::array kWrites{Modify(0x03), Modify(0x0D), Whole(0x0E), Whole(0x0F), Whole(0x54), Whole(0x55)};
+static_assert(IsSound(kRows, kReads, kWrites));
+
+constexpr int kThermLimitsTab = 4;
+
+}  // namespace
+
+frmTherm::frmTherm(const Context& context)
+    : ConfigWindow("frmTherm", "THERM Configuration", context, {kRows, kReads, kWrites}) {
+  auto* tabs = new QTabWidget(this);
+  tabs->setObjectName("SSTab1");
+
+  QGridLayout& timer = AddPage(*tabs, "THERM &Timer");
+  BuildRows(timer, kTimer);
+  QGridLayout& interrupt = AddPage(*tabs, "THERM &Interrupt");
+  BuildGroup(interrupt, "THERM1", kTherm1);
+  BuildGroup(interrupt, "THERM2", kTherm2);
+  QGridLayout& limits = AddPage(*tabs, "THERM H&ysteresis/Limits");
+  BuildRows(limits, kHysteresis);
+
+  auto* cmdSetlimits = new QPushButton("&Set THERM Limits", limits.parentWidget());
+  cmdSetlimits->setObjectName("cmdSetlimits");
+  cmdSetlimits->setToolTip("Open the Limits window on its tab THERM Limits; nothing is written here");
+  OnClick(*cmdSetlimits, [this] { cmdSetlimits_Click(); });
+  limits.addWidget(cmdSetlimits, limits.rowCount(), 0, 1, 3, Qt::AlignLeft);
+
+  Finish(tabs);
+}
+
+void frmTherm::cmdSetlimits_Click() {
+  ChildWindow* limits = TheDesktop().OpenWindow("frmLimits");
+  auto* tabs = limits != nullptr ? limits->findChild<QTabWidget*>("SSTab1") : nullptr;
+  if (tabs != nullptr) tabs->setCurrentIndex(kThermLimitsTab);
+}
+
+}  // namespace zth::windows

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "windows/ConfigWindow.h"
+
+namespace zth::windows {
+
+/// The two THERM pins: timers, what asserts them, and the hysteresis of the temperature channels.
+class frmTherm final : public ConfigWindow {
+ public:
+  explicit frmTherm(const Context& context);
+
+ private:
+  void cmdSetlimits_Click();
+};
+
+}  // namespace zth::windows
