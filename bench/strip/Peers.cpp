@@ -1,6 +1,7 @@
 #include "Peers.h"
 
-#include <cmath>
+#include <algorithm>
+#include <random>
 #include <vector>
 
 #include <QChart>
@@ -32,6 +33,7 @@ class PlotPeer final : public Competitor {
     for (int t = 0; t < kTraces; ++t) {
       plot_.graph(t)->addData(x, ValueAt(t, next_));
       plot_.graph(t)->data()->removeBefore(x - kPoints * kPeriod);
+      plot_.graph(t)->setName(LegendText(t, next_));
     }
     plot_.xAxis->setRange(x - kPoints * kPeriod, x);
     ++next_;
@@ -70,7 +72,10 @@ class ChartsPeer final : public Competitor {
   QWidget& Widget() override { return view_; }
   void Feed() override {
     Add();
-    for (std::size_t t = 0; t < lines_.size(); ++t) lines_[t]->replace(points_[t]);
+    for (std::size_t t = 0; t < lines_.size(); ++t) {
+      lines_[t]->replace(points_[t]);
+      lines_[t]->setName(LegendText(static_cast<int>(t), next_ - 1));
+    }
     const double x = (next_ - 1) * kPeriod;
     x_->setRange(x - kPoints * kPeriod, x);
   }
@@ -96,8 +101,20 @@ class ChartsPeer final : public Competitor {
 }  // namespace
 
 double ValueAt(int trace, int index) {
-  const double noise = std::fmod(std::sin(index * 12.9898 + trace * 78.233) * 43758.5453, 1.0);
-  return 900 * (trace + 0.5) + 300 * std::sin(index * 0.01 + trace) + 60 * noise;
+  // A walk of random steps that has its own length of memory, folded back into the scale.
+  static const std::vector<double> kWalk = [] {
+    std::vector<double> walk(1 << 16);
+    std::mt19937 random(5);
+    std::normal_distribution<double> step(0, 60);
+    double value = 6000;
+    for (double& slot : walk) slot = value = std::clamp(value + step(random), 0.0, 12000.0);
+    return walk;
+  }();
+  return kWalk[static_cast<std::size_t>(index + trace * 5003) % kWalk.size()];
+}
+
+QString LegendText(int trace, int index) {
+  return QStringLiteral("Tach%1=%2").arg(trace + 1).arg(static_cast<int>(ValueAt(trace, index)));
 }
 
 std::unique_ptr<Competitor> MakeQCustomPlot() {

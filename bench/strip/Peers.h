@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include <QString>
+
 class QWidget;
 
 /// The chart libraries that a strip chart is measured against, each as its own documentation draws live data.
@@ -13,8 +15,10 @@ inline constexpr double kPeriod = 0.05;
 inline constexpr int kWidth = 800;
 inline constexpr int kHeight = 500;
 
-/// The value of a trace's sample `index`: a slow wave with noise, the same for all competitors.
+/// The value of a trace's sample `index`, 0 to 12000: a random walk, the same for all competitors.
 double ValueAt(int trace, int index);
+/// What a legend entry shows with it.
+QString LegendText(int trace, int index);
 
 class Competitor {
  public:

@@ -40,7 +40,7 @@ class StripCompetitor final : public bench::Competitor {
     Add();
     for (int t = 0; t < kTraces; ++t) {
       strip_.SetLabelIndex(t + 1);
-      strip_.SetCaption(QStringLiteral("Tach%1=%2").arg(t + 1).arg(static_cast<int>(bench::ValueAt(t, next_))));
+      strip_.SetCaption(bench::LegendText(t, next_ - 1));
     }
   }
   void Draw() override { strip_.repaint(); }

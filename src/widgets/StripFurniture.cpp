@@ -70,6 +70,7 @@ void StripPainter::PaintStill(QPainter& painter, const StripScene& scene, const 
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(QRectF(zone).adjusted(-0.5, -0.5, 0.5, 0.5));
   }
+  PaintSamples(painter, scene, colours);
   if (handles) PaintHandles(painter, scene, colours);
 }
 
@@ -131,28 +132,32 @@ void StripPainter::PaintSample(QPainter& painter, QRectF rect, const StripTrace&
   painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
-void StripPainter::PaintLegend(QPainter& painter, const StripScene& scene, const StripColours& colours) {
+void StripPainter::PaintSamples(QPainter& painter, const StripScene& scene, const StripColours& colours) {
   for (const StripLayout::LegendRow& row : layout_.legend) {
     const StripLabel& label = scene.labels[static_cast<std::size_t>(row.label)];
-    if (label.text.isEmpty()) continue;
-    const bool traced = scene.HasTrace(label.trace) && label.line && (!scene.IsXY() || scene.HasData(label.trace));
-    const bool shown = !traced || scene.Shown(label.trace);
-    if (traced && scene.overlay.hovered == StripPart{StripPart::Kind::LegendRow, row.label}) {
+    if (!HasSample(scene, label)) continue;
+    if (scene.overlay.hovered == StripPart{StripPart::Kind::LegendRow, row.label}) {
       QColor wash = colours.accent;
       wash.setAlpha(48);
       painter.fillRect(row.rect.adjusted(-3, 0, 3, 0), wash);
     }
-    const double middle = row.rect.center().y() + 0.5;
-    if (traced) {
-      PaintSample(painter, QRectF(row.rect.left(), std::round(middle - 5), kLegendSample - 6, 10),
-                  scene.TraceAt(label.trace).style, shown, colours);
-    }
-    painter.setPen(shown ? colours.text : colours.faint);
+    PaintSample(painter, QRectF(row.rect.left(), std::round(row.rect.center().y() - 4.5), kLegendSample - 6, 10),
+                scene.TraceAt(label.trace).style, scene.Shown(label.trace), colours);
+  }
+}
+
+void StripPainter::PaintLegend(QPainter& painter, const StripScene& scene, const StripColours& colours) {
+  for (const StripLayout::LegendRow& row : layout_.legend) {
+    const StripLabel& label = scene.labels[static_cast<std::size_t>(row.label)];
+    if (label.text.isEmpty()) continue;
+    const bool traced = HasSample(scene, label);
+    painter.setPen(!traced || scene.Shown(label.trace) ? colours.text : colours.faint);
     // A text without a sample keeps its column where it fits, and else takes the sample's room.
     const bool indented =
         traced || (scene.HasTrace(label.trace) && text_.Width(label.text) <= row.rect.width() - kLegendSample);
     const QRect room = row.rect.adjusted(indented ? kLegendSample : 0, 0, 0, 0);
     if (text_.Width(label.text) <= room.width()) {
+      const double middle = row.rect.center().y() + 0.5;
       text_.Draw(painter, QPointF(room.left(), std::round(middle - text_.Height() / 2.0)), label.text);
     } else {
       painter.setFont(text_.Font());

@@ -57,6 +57,7 @@ class StripPainter {
     StripLayout::Columns columns;
     QStringList texts;
     std::vector<double> ranges;
+    std::vector<int> legend;
     bool operator==(const StillKey&) const = default;
   };
   StillKey KeyOf(const StripScene& scene, QSize size, double ratio, const QPalette& palette) const;
@@ -68,6 +69,9 @@ class StripPainter {
   void PaintPaths(QPainter& painter, const StripScene& scene, bool grid, const StripColours& colours);
   void PaintVectorTraces(QPainter& painter, const StripScene& scene);
   void PaintXLabels(QPainter& painter, const StripScene& scene, const StripColours& colours);
+  /// Whether a legend row shows its trace's line.
+  static bool HasSample(const StripScene& scene, const StripLabel& label);
+  void PaintSamples(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintLegend(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintFreeLabels(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintSample(QPainter& painter, QRectF rect, const StripTrace& style, bool shown, const StripColours& colours);

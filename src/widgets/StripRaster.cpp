@@ -31,7 +31,8 @@ void Fill(const RasterArea& area, int column, double top, double bottom, QRgb co
   bottom = std::min(bottom, static_cast<double>(area.height));
   if (!(top < bottom)) return;
   const int first = static_cast<int>(top);
-  const int last = static_cast<int>(std::ceil(bottom)) - 1;
+  const int whole = static_cast<int>(bottom);
+  const int last = bottom > whole ? whole : whole - 1;
   QRgb* pixel = area.bits + first * area.stride + column;
   if (first == last) {
     *pixel = Mixed(*pixel, colour, static_cast<unsigned>((bottom - top) * 256));
@@ -58,7 +59,7 @@ void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> c
     double top = std::clamp((high - column.hi) * scale, 0.0, rows) + 0.5 - half;
     double bottom = std::clamp((high - column.lo) * scale, 0.0, rows) + 0.5 + half;
     if (bottom - top - line.width < kLevel) {
-      top = std::round(top);
+      top = static_cast<int>(top + line.width + 0.5) - line.width;  // a rounding that top below 0 may take too
       bottom = top + line.width;
     }
     // A steep stretch is made as wide as a level one is high.

@@ -29,7 +29,7 @@ int StripText::Width(const QString& text) {
 
 void StripText::Draw(QPainter& painter, QPointF topLeft, const QString& text) {
   if (text.isEmpty()) return;
-  painter.setFont(font_);
+  if (painter.font() != font_) painter.setFont(font_);
   const QPaintEngine* engine = painter.paintEngine();
   if (engine != nullptr && engine->type() == QPaintEngine::Raster) {
     painter.drawStaticText(topLeft, LineOf(text).laid);

@@ -24,7 +24,33 @@ void DropBefore(Ring<Entry>& ring, double horizon) {
 class TraceHistory::Filler {
  public:
   Filler(std::int64_t first, double width, std::span<Column> out)
-      : first_(static_cast<double>(first)), width_(width), out_(out), end_(static_cast<std::int64_t>(out.size())) {}
+      : first_(static_cast<double>(first)),
+        width_(width),
+        perWidth_(1 / width),
+        out_(out),
+        end_(static_cast<std::int64_t>(out.size())) {}
+
+  /// Samples from `begin` to `end`. Most of a full window fall into the column of the one before them, and only stretch
+  /// its span.
+  void AddSamples(const Ring<Sample>& samples, std::size_t begin, std::size_t end) {
+    while (begin < end) {
+      Add(SummaryOf(samples[begin++]));
+      if (!joined_ || lastIndex_ < 0 || lastIndex_ >= end_) continue;
+      double lo = last_.min;
+      double hi = last_.max;
+      const std::size_t from = begin;
+      for (; begin < end; ++begin) {
+        const Sample& sample = samples[begin];
+        if (!(sample.x < nextBorder_) || std::isnan(sample.y)) break;
+        lo = std::min(lo, sample.y);
+        hi = std::max(hi, sample.y);
+      }
+      if (begin == from) continue;
+      visited_ += begin - from;
+      Extend(lastIndex_, Limited(lo), Limited(hi));
+      last_ = SummaryOf(samples[begin - 1]);
+    }
+  }
 
   void Add(const Summary& entry) {
     ++visited_;
@@ -39,6 +65,7 @@ class TraceHistory::Filler {
     joined_ = true;
     last_ = entry;
     lastIndex_ = last;
+    nextBorder_ = (first_ + static_cast<double>(last) + 1) * width_;
   }
 
   std::size_t Visited() const { return visited_; }
@@ -46,7 +73,7 @@ class TraceHistory::Filler {
  private:
   // Columns outside count as -1 and end_, however far they are.
   std::int64_t Index(double x) const {
-    const double column = std::floor(x / width_) - first_;
+    const double column = x * perWidth_ - first_;
     if (column < 0) return -1;
     return column < static_cast<double>(end_) ? static_cast<std::int64_t>(column) : end_;
   }
@@ -70,17 +97,20 @@ class TraceHistory::Filler {
     }
     const double x0 = last_.last;
     const double slope = entry.first > x0 ? (to - from) / (entry.first - x0) : 0;
-    for (std::int64_t c = std::max<std::int64_t>(lastIndex_, 0); c <= begin && c < end_; ++c) {
-      const double left = std::max((first_ + static_cast<double>(c)) * width_, x0);
-      const double right = std::min((first_ + static_cast<double>(c) + 1) * width_, entry.first);
-      const auto atLeft = static_cast<float>(from + slope * (left - x0));
-      const auto atRight = static_cast<float>(from + slope * (right - x0));
+    const std::int64_t left = std::max<std::int64_t>(lastIndex_, -1);
+    auto atLeft = static_cast<float>(left < 0 ? from + slope * (first_ * width_ - x0) : from);
+    for (std::int64_t c = std::max<std::int64_t>(left, 0); c <= begin && c < end_; ++c) {
+      const double border = (first_ + static_cast<double>(c) + 1) * width_;
+      const auto atRight = static_cast<float>(c == begin ? to : from + slope * (border - x0));
       Extend(c, std::min(atLeft, atRight), std::max(atLeft, atRight));
+      atLeft = atRight;
     }
   }
 
   double first_;
   double width_;
+  double perWidth_;
+  double nextBorder_ = 0;
   std::span<Column> out_;
   std::int64_t end_;
   bool joined_ = false;
@@ -180,9 +210,11 @@ std::size_t TraceHistory::Columns(std::int64_t first, double width, std::span<Co
     if (i == count - 1 && run.begin > 0) --run.begin;
     const std::size_t size = run.level == 0 ? samples_.Size() : levels_[run.level - 1].closed.Size();
     if (i == 0 && run.end < size) ++run.end;
-    for (std::size_t k = run.begin; k < run.end; ++k) {
-      filler.Add(run.level == 0 ? SummaryOf(samples_[k]) : levels_[run.level - 1].closed[k]);
+    if (run.level == 0) {
+      filler.AddSamples(samples_, run.begin, run.end);
+      continue;
     }
+    for (std::size_t k = run.begin; k < run.end; ++k) filler.Add(levels_[run.level - 1].closed[k]);
   }
   // What came in since the newest summary was closed stands in the open ones of this level and of those below.
   for (std::size_t level = count > 0 ? runs[0].level : 0; level > 0; --level) {
