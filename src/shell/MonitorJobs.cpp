@@ -6,6 +6,7 @@
 #include "windows/SharedState.h"
 #include "windows/config/frmGPIO.h"
 #include "windows/data/LogJob.h"
+#include "windows/data/frmGraph.h"
 
 namespace zth::shell {
 
@@ -18,6 +19,13 @@ void MeasurementJob::Run() {
 void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   jobs.Add({"measurement", [] { return chip::PollEnabled; }, [] { return chip::PollPeriodMs / 1000.0; },
             [job = std::make_shared<MeasurementJob>()] { job->Run(); }});
+
+  // job 2
+  jobs.Add({"graphs", [] { return windows::GraphOpen; }, [] { return windows::GraphPeriodMs / 1000.0; },
+            [&desktop = context.desktop] {
+              auto* graph = qobject_cast<windows::frmGraph*>(desktop.FindWindow("frmGraph"));
+              if (graph != nullptr) windows::FeedGraphs(graph->Charts());
+            }});
 
   // job 9
   jobs.Add({"GPIO", [] { return windows::GpioOpen; }, [] { return 0.5; },

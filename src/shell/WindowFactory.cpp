@@ -12,6 +12,7 @@
 #include "windows/config/frmPinConfig.h"
 #include "windows/config/frmTherm.h"
 #include "windows/config/frmVoltConfig.h"
+#include "windows/data/frmGraph.h"
 #include "windows/data/frmLogging.h"
 #include "windows/data/frmSave.h"
 
@@ -38,6 +39,7 @@ constexpr std::array kWindows{
     Row{"frmFanConfig", Make<windows::frmFanConfig>},
     Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
+    Row{"frmGraph", Make<windows::frmGraph>},
     Row{"frmLogging", Make<windows::frmLogging>},
     Row{"frmPinConfig", Make<windows::frmPinConfig>},
     Row{"frmSave", Make<windows::frmSave>},
