@@ -1,10 +1,15 @@
 #include <algorithm>
+#include <cerrno>
 
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
 #include "platform/DesktopParts.h"
+
+#if !defined(_WIN32)
+#include <unistd.h>
+#endif
 
 namespace zth::platform {
 namespace {
@@ -13,6 +18,15 @@ namespace {
 bool IsSomethingElse(const QString& path) {
   const QFileInfo info(path);
   return info.exists() && !info.isFile();
+}
+
+/// False when the disk has refused what it seemed to have taken. QSaveFile flushes as well, but asks for no answer.
+bool OnDisk([[maybe_unused]] QFileDevice& file) {
+#if defined(_WIN32)
+  return true;
+#else
+  return ::fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP;
+#endif
 }
 
 }  // namespace
@@ -35,7 +49,9 @@ bool DesktopFiles::Cut(const QString& path, std::int64_t from, std::int64_t to) 
 
 bool DesktopFiles::Replace(const QString& path, const QByteArray& bytes) {
   QSaveFile file(path);
-  return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+  // Without a buffer: QSaveFile does not notice when the last of one does not fit the disk.
+  return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(bytes) == bytes.size() && OnDisk(file) &&
+         file.commit();
 }
 
 std::optional<QByteArray> DesktopFiles::Read(const QString& path, std::int64_t limit) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <csignal>
 #include <string>
+#include <sys/resource.h>
 
 #include <QDir>
 #include <QFile>
@@ -33,6 +35,26 @@ class DataTest : public ::testing::Test {
 
  private:
   QTemporaryDir folder_;
+};
+
+/// Grants files so many bytes, as a disk that is nearly full does.
+class NearlyFullDisk {
+ public:
+  explicit NearlyFullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &old_);
+    const rlimit small{bytes, old_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+  }
+  ~NearlyFullDisk() {
+    setrlimit(RLIMIT_FSIZE, &old_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  NearlyFullDisk(const NearlyFullDisk&) = delete;
+  NearlyFullDisk& operator=(const NearlyFullDisk&) = delete;
+
+ private:
+  rlimit old_{};
+  void (*handler_)(int);
 };
 
 }  // namespace zth::testing

@@ -132,6 +132,11 @@ TEST_F(SaveTest, AFileThatCannotBeWrittenLeavesTheOldOne) {
   EXPECT_NE(desk.Main().FindWindow("frmSave"), nullptr);
   EXPECT_TRUE(Master().isActive());
   EXPECT_EQ(Outcome(), "Not saved: a.sav could not be written");
+  {
+    const NearlyFullDisk disk(1000);
+    SaveTo("a.sav");
+  }
+  EXPECT_EQ(Content(Path("a.sav")), "precious");
   SaveTo("no folder/a.sav");
   EXPECT_TRUE(Master().isActive());
   EXPECT_TRUE(desk.prompts.shown.empty());
