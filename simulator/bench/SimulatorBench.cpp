@@ -25,7 +25,7 @@ void AdvanceBoard(benchmark::State& state) {
   constexpr std::chrono::seconds kPiece{10};
   double simulated = 0;
   const std::clock_t start = std::clock();
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     board.Advance(kPiece);
     simulated += static_cast<double>(kPiece.count());
   }
@@ -41,7 +41,7 @@ BENCHMARK(AdvanceBoard)->Unit(benchmark::kMillisecond);
 void ReadRegister(benchmark::State& state) {
   UsbAdapter adapter{Settings{}};
   std::uint8_t value = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     adapter.Request(0xDE, 0x58, 0x89, 1, 1, &value);
     benchmark::DoNotOptimize(value);
   }

@@ -18,6 +18,10 @@ std::int16_t PercentFromByte(std::int16_t raw) {
   return static_cast<std::int16_t>(base::RoundToInt(raw / kPercentDivisor));
 }
 
+std::uint8_t ByteFromPercent(double percent) {
+  return base::RoundToByte(percent * kPercentDivisor);
+}
+
 float VoltageFromRaw(std::uint8_t raw, double scale) {
   const auto quotient = static_cast<float>(raw * scale / kNominalCode);
   return static_cast<float>(base::RoundHalfEven(static_cast<double>(quotient), 2));

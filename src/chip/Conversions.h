@@ -38,6 +38,10 @@ constexpr std::int16_t PwmRawNormalise(std::int16_t raw, std::int16_t revision) 
 /// A byte as a whole percentage of 255.
 std::int16_t PercentFromByte(std::int16_t raw);
 
+/// The duty byte of a slider at `percent`, 0 to 100. The product is formed in double precision and lies just under some
+/// of the ties.
+std::uint8_t ByteFromPercent(double percent);
+
 /// Volts of a voltage code, to two decimals: raw * scale / 192, the quotient in single precision before it is rounded.
 /// `scale` is the input's nominal voltage.
 float VoltageFromRaw(std::uint8_t raw, double scale);

@@ -98,9 +98,11 @@ class Search {
 
 void WaitPainted(float milliseconds, platform::Services& services) {
   constexpr float kPiece = 50;
-  for (float left = milliseconds; left > 0; left -= kPiece) {
+  float left = milliseconds;
+  while (left > 0) {
     services.clock.WaitMs(std::min(left, kPiece));
     services.events.PumpPaint();
+    left -= kPiece;
   }
 }
 

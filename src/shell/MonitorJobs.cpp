@@ -3,37 +3,83 @@
 #include <memory>
 
 #include "chip/Measurements.h"
+#include "windows/ChildWindow.h"
 #include "windows/SharedState.h"
+#include "windows/board/frmHeaters.h"
 #include "windows/config/frmGPIO.h"
 #include "windows/data/LogJob.h"
 #include "windows/data/frmGraph.h"
+#include "windows/fancontrol/Demo.h"
+#include "windows/fancontrol/frmAutoGraph.h"
+#include "windows/fancontrol/frmDynamicTmin.h"
+#include "windows/fancontrol/frmManualControl.h"
+#include "windows/limits/frmLimits.h"
+#include "windows/regmap/frmRegMap.h"
 
 namespace zth::shell {
+namespace {
+
+/// A job's action on a window, which is open while the job's condition holds.
+template <typename Window>
+std::function<void()> OnWindow(const windows::Context& context, const char* name, void (*action)(Window&)) {
+  return [&desktop = context.desktop, name, action] {
+    if (auto* window = qobject_cast<Window*>(desktop.FindWindow(name))) action(*window);
+  };
+}
+
+std::function<double()> Every(double seconds) {
+  return [seconds] { return seconds; };
+}
+
+void RefreshManualControl(windows::frmManualControl& window) {
+  window.RefreshManualControlStates();
+  if (!windows::ManualSliderHeld) window.RefreshManualControlSliders();
+}
+
+}  // namespace
 
 void MeasurementJob::Run() {
   constexpr std::int16_t kGroups = 6;
   chip::ReadMeasurementGroup(static_cast<std::int16_t>(phase_ + 1));
+  windows::AdjustForDemo(phase_, services_);
   phase_ = static_cast<std::int16_t>((phase_ + 1) % kGroups);
 }
 
 void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
+  // job 1
   jobs.Add({"measurement", [] { return chip::PollEnabled; }, [] { return chip::PollPeriodMs / 1000.0; },
-            [job = std::make_shared<MeasurementJob>()] { job->Run(); }});
-
+            [job = std::make_shared<MeasurementJob>(context.services)] { job->Run(); }});
   // job 2
-  jobs.Add({"graphs", [] { return windows::GraphOpen; }, [] { return windows::GraphPeriodMs / 1000.0; },
-            [&desktop = context.desktop] {
-              auto* graph = qobject_cast<windows::frmGraph*>(desktop.FindWindow("frmGraph"));
-              if (graph != nullptr) windows::FeedGraphs(graph->Charts());
-            }});
-
+  jobs.Add(
+      {"graphs", [] { return windows::GraphOpen; }, [] { return windows::GraphPeriodMs / 1000.0; },
+       OnWindow<windows::frmGraph>(context, "frmGraph", [](auto& window) { windows::FeedGraphs(window.Charts()); })});
+  // job 3
+  const windows::Desktop& desktop = context.desktop;
+  const auto readsContinuously = [&desktop] {
+    const auto* regMap = qobject_cast<windows::frmRegMap*>(desktop.FindWindow("frmRegMap"));
+    return windows::RegMapOpen && regMap != nullptr && regMap->ContinuousRead();
+  };
+  jobs.Add({"register map", readsContinuously, Every(1.0),
+            OnWindow<windows::frmRegMap>(context, "frmRegMap", [](auto& window) { window.cmdRead_Click(); })});
+  // job 4
+  jobs.Add({"heaters", [] { return windows::HeatersOpen; }, Every(1.0),
+            OnWindow<windows::frmHeaters>(context, "frmHeaters", [](auto& window) { window.RefreshTemperatures(); })});
+  // job 5
+  jobs.Add({"limits", [] { return windows::LimitsOpen; }, Every(0.5),
+            OnWindow<windows::frmLimits>(context, "frmLimits", [](auto& window) { window.Refresh(); })});
+  // job 6
+  jobs.Add({"manual control", [] { return windows::ManualOpen; }, Every(1.0),
+            OnWindow<windows::frmManualControl>(context, "frmManualControl", RefreshManualControl)});
+  // job 7
+  jobs.Add({"automatic control", [] { return windows::AutoGraphOpen; }, Every(0.3),
+            OnWindow<windows::frmAutoGraph>(context, "frmAutoGraph", [](auto& window) { window.PlotAFCTemps(); })});
+  // job 8
+  jobs.Add({"dynamic Tmin", [] { return windows::DynTminOpen; }, Every(0.1),
+            OnWindow<windows::frmDynamicTmin>(context, "frmDynamicTmin",
+                                              [](auto& window) { window.UpdateDynTminGraph(); })});
   // job 9
-  jobs.Add({"GPIO", [] { return windows::GpioOpen; }, [] { return 0.5; },
-            [&desktop = context.desktop] {
-              auto* gpio = qobject_cast<windows::frmGPIO*>(desktop.FindWindow("frmGPIO"));
-              if (gpio != nullptr) gpio->UpdateGPIOStatus();
-            }});
-
+  jobs.Add({"GPIO", [] { return windows::GpioOpen; }, Every(0.5),
+            OnWindow<windows::frmGPIO>(context, "frmGPIO", [](auto& window) { window.UpdateGPIOStatus(); })});
   // job 10
   jobs.Add({"log", windows::LogHasWork, windows::LogPeriodSeconds, [context] { windows::RunLogJob(context); }});
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+
+#include "platform/Services.h"
 #include "shell/Jobs.h"
 #include "windows/Desktop.h"
 
@@ -8,9 +11,11 @@ namespace zth::shell {
 /// The measurement job: one group a run, in rotation.
 class MeasurementJob {
  public:
+  explicit MeasurementJob(platform::Services& services) : services_(services) {}
   void Run();
 
  private:
+  platform::Services& services_;
   std::int16_t phase_ = 0;  ///< 0 to 5; the group read next, less 1
 };
 

@@ -4,6 +4,8 @@
 #include <array>
 
 #include "shell/frmAbout.h"
+#include "windows/board/frmHeaters.h"
+#include "windows/board/frmSwitches.h"
 #include "windows/config/frmEDO.h"
 #include "windows/config/frmEasySetup.h"
 #include "windows/config/frmFanConfig.h"
@@ -15,6 +17,11 @@
 #include "windows/data/frmGraph.h"
 #include "windows/data/frmLogging.h"
 #include "windows/data/frmSave.h"
+#include "windows/fancontrol/frmAutoGraph.h"
+#include "windows/fancontrol/frmDynamicTmin.h"
+#include "windows/fancontrol/frmManualControl.h"
+#include "windows/limits/frmLimits.h"
+#include "windows/regmap/frmRegMap.h"
 
 namespace zth::shell {
 namespace {
@@ -34,15 +41,22 @@ windows::ChildWindow* Make(const windows::Context& context) {
 // One row for each window that stands.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
+    Row{"frmAutoGraph", Make<windows::frmAutoGraph>},
+    Row{"frmDynamicTmin", Make<windows::frmDynamicTmin>},
     Row{"frmEDO", Make<windows::frmEDO>},
     Row{"frmEasySetup", Make<windows::frmEasySetup>},
     Row{"frmFanConfig", Make<windows::frmFanConfig>},
     Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
     Row{"frmGraph", Make<windows::frmGraph>},
+    Row{"frmHeaters", Make<windows::frmHeaters>},
+    Row{"frmLimits", Make<windows::frmLimits>},
     Row{"frmLogging", Make<windows::frmLogging>},
+    Row{"frmManualControl", Make<windows::frmManualControl>},
     Row{"frmPinConfig", Make<windows::frmPinConfig>},
+    Row{"frmRegMap", Make<windows::frmRegMap>},
     Row{"frmSave", Make<windows::frmSave>},
+    Row{"frmSwitches", Make<windows::frmSwitches>},
     Row{"frmTherm", Make<windows::frmTherm>},
     Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };

@@ -75,6 +75,7 @@ void Strip::SetUp(const StripSetup& setup) {
   p_->origin.reset();
   p_->instantX.reset();
   p_->painter.ResetColumns();
+  p_->painter.Forget();
   labelIndex_ = axisIndex_ = 0;
   ViewChanged();
   emit Strip2_LayoutChanged(setup.index);
@@ -99,6 +100,7 @@ void Strip::ViewChanged() {
 
 void Strip::ClearData() {
   p_->scene.ClearData();
+  p_->painter.Forget();
   p_->origin.reset();
   p_->instantX.reset();
   if (std::exchange(p_->held, Held()) != Held()) emit HeldChanged(Held());

@@ -110,6 +110,7 @@ const StripLayout& StripPainter::Paint(QPainter& painter, const StripScene& scen
     PaintStill(still, scene, colours, true);
     still.end();
     std::memcpy(canvas_.bits(), still_.constBits(), static_cast<std::size_t>(still_.sizeInBytes()));
+    drawn_.valid = false;
   }
   if (scene.IsXY()) {
     std::memcpy(canvas_.bits(), still_.constBits(), static_cast<std::size_t>(still_.sizeInBytes()));
@@ -153,41 +154,100 @@ RasterArea StripPainter::ZoneArea(std::size_t zone) {
   return area;
 }
 
-void StripPainter::PaintColumns(const StripScene& scene, const StripColours& colours) {
-  scratch_.resize(static_cast<std::size_t>(layout_.ColumnCount()));
-  std::vector<RasterArea> areas;
-  const int unit = std::max(1, static_cast<int>(std::lround(ratio_)));
-  for (std::size_t zone = 0; zone < layout_.zones.size(); ++zone) {
-    areas.push_back(ZoneArea(zone));
-    const RasterArea& area = areas.back();
-    // The ground anew, rather than copied: half the memory to move.
-    for (int row = 0; row < area.height; ++row) DrawRow(area, row, colours.paper.rgb());
-    for (const Tick& tick : layout_.yTicks[zone]) {
-      const double y = layout_.PixelOfY(scene.view.At(zone), zone, tick.value) - layout_.zones[zone].top();
-      for (int row = 0; row < unit; ++row) DrawRow(area, static_cast<int>(y) * unit + row, colours.grid.rgb());
-    }
-    for (const Tick& tick : layout_.xTicks) {
-      const double column = tick.value / layout_.ColumnWidth() - static_cast<double>(layout_.FirstColumn());
-      DrawColumn(area, static_cast<int>(std::floor(column)), unit, colours.grid.rgb());
-    }
+StripPainter::Drawn StripPainter::ToDraw(const StripScene& scene) const {
+  Drawn next{true, layout_.FirstColumn(), layout_.ColumnWidth(), {0, 0}, {}};
+  if (layout_.xTicks.size() > 1) {
+    const double step = layout_.xTicks[1].value - layout_.xTicks[0].value;
+    next.grid = {step, std::remainder(layout_.xTicks[0].value, step)};
   }
   for (int t = 0; t < static_cast<int>(scene.traces.size()); ++t) {
-    const StripScene::Trace& trace = scene.TraceAt(t);
-    if (!scene.Shown(t) || trace.history.Empty()) continue;
-    const std::size_t zone = scene.AxisOf(t);
-    const StripView::Axis& axis = scene.view.At(zone);
-    trace.history.Columns(layout_.FirstColumn(), layout_.ColumnWidth(), scratch_);
-    RasterLine line{SeamOf(trace.style.colour).rgb(),
-                    std::max(1, static_cast<int>(std::lround(trace.style.width * ratio_))), trace.style.style,
-                    layout_.FirstColumn(), unit};
-    if (NeedsSeam(trace.style.colour)) {
-      line.width += 2 * unit;
-      DrawColumns(areas[zone], scratch_, axis.min, axis.max, line);
-      line.width -= 2 * unit;
-    }
-    line.colour = trace.style.colour.rgb();
-    DrawColumns(areas[zone], scratch_, axis.min, axis.max, line);
+    const TraceHistory& history = scene.TraceAt(t).history;
+    const double newest = history.Empty() ? std::nan("") : history.Newest().x;
+    next.traces.push_back({history.Revision(), scene.Shown(t), newest});
   }
+  return next;
+}
+
+// The first of the plot's columns that is not what it would be drawn as now, 0 for all of them. A sample changes its
+// own column and, by a line's width (`reach`) and the summaries' ends, some before it.
+int StripPainter::FirstStale(const Drawn& next, int reach) const {
+  const double slack = 1e-6 * std::abs(next.grid.first);
+  const bool sameGrid = next.grid.first > 0 && std::abs(next.grid.first - drawn_.grid.first) < slack &&
+                        std::abs(next.grid.second - drawn_.grid.second) < slack;
+  if (!drawn_.valid || !sameGrid || next.width != drawn_.width || next.first < drawn_.first ||
+      next.traces.size() != drawn_.traces.size()) {
+    return 0;
+  }
+  const int count = layout_.ColumnCount();
+  double stale = static_cast<double>(drawn_.first + count - next.first) - reach;
+  for (std::size_t t = 0; t < next.traces.size(); ++t) {
+    const Drawn::Trace& before = drawn_.traces[t];
+    if (next.traces[t].shown != before.shown) return 0;
+    if (!before.shown || next.traces[t].revision == before.revision) continue;
+    if (std::isnan(before.newest)) return 0;
+    stale = std::min(stale, std::floor(before.newest / next.width) - static_cast<double>(next.first) - reach);
+  }
+  return static_cast<int>(std::clamp(stale, 0.0, static_cast<double>(count)));
+}
+
+void StripPainter::PaintGround(const StripScene& scene, std::size_t zone, const RasterArea& area, int from,
+                               const StripColours& colours) {
+  const int unit = std::max(1, static_cast<int>(std::lround(ratio_)));
+  for (int row = 0; row < area.height; ++row) DrawRow(area, row, from, colours.paper.rgb());
+  for (const Tick& tick : layout_.yTicks[zone]) {
+    const double y = layout_.PixelOfY(scene.view.At(zone), zone, tick.value) - layout_.zones[zone].top();
+    const int top = static_cast<int>(std::lround(std::floor(y) * ratio_));
+    for (int row = top; row < top + unit; ++row) DrawRow(area, row, from, colours.grid.rgb());
+  }
+  for (const Tick& tick : layout_.xTicks) {
+    const double column = tick.value / layout_.ColumnWidth() - static_cast<double>(layout_.FirstColumn());
+    const int begin = static_cast<int>(std::floor(column));
+    DrawColumn(area, std::max(begin, from), unit - std::max(0, from - begin), colours.grid.rgb());
+  }
+}
+
+void StripPainter::PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach) {
+  const StripTrace& style = scene.TraceAt(trace).style;
+  const StripView::Axis& axis = scene.view.At(scene.AxisOf(trace));
+  const int unit = std::max(1, static_cast<int>(std::lround(ratio_)));
+  // What lies before may reach into what is drawn: also from beyond the left edge.
+  const int begin = from - reach;
+  const auto count = static_cast<std::size_t>(layout_.ColumnCount() - begin);
+  const std::span<TraceHistory::Column> columns(scratch_.data(), count);
+  scene.TraceAt(trace).history.Columns(layout_.FirstColumn() + begin, layout_.ColumnWidth(), columns);
+  RasterLine line{.colour = SeamOf(style.colour).rgb(),
+                  .width = std::max(1, static_cast<int>(std::lround(style.width * ratio_))) + 2 * unit,
+                  .style = style.style,
+                  .firstColumn = layout_.FirstColumn(),
+                  .begin = begin,
+                  .clip = from,
+                  .unit = unit};
+  if (NeedsSeam(style.colour)) DrawColumns(area, columns, axis.min, axis.max, line);
+  line.width -= 2 * unit;
+  line.colour = style.colour.rgb();
+  DrawColumns(area, columns, axis.min, axis.max, line);
+}
+
+// Columns hang on the time axis, so a chart that has scrolled is its last picture moved by whole columns, grid and
+// dashes included, and only what has come in since is drawn.
+void StripPainter::PaintColumns(const StripScene& scene, const StripColours& colours) {
+  int widest = 1;
+  for (const StripScene::Trace& trace : scene.traces) widest = std::max(widest, trace.style.width);
+  const int reach = static_cast<int>(std::ceil((widest + 2) * ratio_)) + 2;
+  scratch_.resize(static_cast<std::size_t>(layout_.ColumnCount() + reach));
+  Drawn next = ToDraw(scene);
+  const int from = FirstStale(next, reach);
+  const std::int64_t shift = from > 0 ? next.first - drawn_.first : 0;
+  std::vector<RasterArea> areas;
+  for (std::size_t zone = 0; zone < layout_.zones.size(); ++zone) {
+    areas.push_back(ZoneArea(zone));
+    ShiftLeft(areas.back(), static_cast<int>(shift));
+    PaintGround(scene, zone, areas.back(), from, colours);
+  }
+  for (int t = 0; t < static_cast<int>(scene.traces.size()) && from < layout_.ColumnCount(); ++t) {
+    if (scene.Shown(t) && scene.HasData(t)) PaintTrace(scene, t, areas[scene.AxisOf(t)], from, reach);
+  }
+  drawn_ = std::move(next);
 }
 
 void StripPainter::PaintVectorTraces(QPainter& painter, const StripScene& scene) {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <optional>
+#include <cstdint>
+#include <utility>
 #include <vector>
 
 #include <QColor>
@@ -43,6 +44,8 @@ class StripPainter {
   const StripLayout& Layout() const { return layout_; }
 
   void SetFont(const QFont& font);
+  /// The data are others than those last drawn: nothing of the picture is kept.
+  void Forget() { drawn_.valid = false; }
   /// Forgets how wide the texts beside the plot have been.
   void ResetColumns() { columns_ = {}; }
 
@@ -60,12 +63,30 @@ class StripPainter {
     std::vector<int> legend;
     bool operator==(const StillKey&) const = default;
   };
+  /// What the canvas shows of the traces, so that a scrolling chart need only draw what has come in.
+  struct Drawn {
+    bool valid = false;
+    std::int64_t first = 0;
+    double width = 0;
+    std::pair<double, double> grid;  ///< step and phase of the x grid
+    struct Trace {
+      std::uint64_t revision;
+      bool shown;
+      double newest;  ///< NaN without data
+    };
+    std::vector<Trace> traces;
+  };
   StillKey KeyOf(const StripScene& scene, QSize size, double ratio, const QPalette& palette) const;
 
   void PaintStill(QPainter& painter, const StripScene& scene, const StripColours& colours, bool handles);
   void PaintHeading(QPainter& painter, QRect rect, const QString& text, const StripColours& colours);
   void PaintHandles(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintColumns(const StripScene& scene, const StripColours& colours);
+  Drawn ToDraw(const StripScene& scene) const;
+  int FirstStale(const Drawn& next, int reach) const;
+  void PaintGround(const StripScene& scene, std::size_t zone, const RasterArea& area, int from,
+                   const StripColours& colours);
+  void PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach);
   void PaintPaths(QPainter& painter, const StripScene& scene, bool grid, const StripColours& colours);
   void PaintVectorTraces(QPainter& painter, const StripScene& scene);
   void PaintXLabels(QPainter& painter, const StripScene& scene, const StripColours& colours);
@@ -84,6 +105,7 @@ class StripPainter {
   StripLayout layout_;
   StripLayout::Columns columns_;
   StillKey key_;
+  Drawn drawn_;
   QImage still_;
   QImage canvas_;
   QSize size_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace zth::widgets {
 namespace {
@@ -52,9 +53,9 @@ void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> c
   const double rows = area.height - 1;
   const double scale = rows / (high - low);
   const double half = line.width / 2.0;
-  const int count = std::min(area.width, static_cast<int>(columns.size()));
-  for (int c = 0; c < count; ++c) {
-    const TraceHistory::Column& column = columns[static_cast<std::size_t>(c)];
+  const int count = std::min(area.width, line.begin + static_cast<int>(columns.size()));
+  for (int c = line.begin; c < count; ++c) {
+    const TraceHistory::Column& column = columns[static_cast<std::size_t>(c - line.begin)];
     if (column.Empty() || !Pen(line, c)) continue;
     double top = std::clamp((high - column.hi) * scale, 0.0, rows) + 0.5 - half;
     double bottom = std::clamp((high - column.lo) * scale, 0.0, rows) + 0.5 + half;
@@ -64,15 +65,22 @@ void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> c
     }
     // A steep stretch is made as wide as a level one is high.
     const bool steep = line.width > 1 && bottom - top > 2 * line.width;
-    const int begin = steep ? std::max(0, c - (line.width - 1) / 2) : c;
+    const int begin = steep ? c - (line.width - 1) / 2 : c;
     const int end = steep ? std::min(area.width, begin + line.width) : c + 1;
-    for (int x = begin; x < end; ++x) Fill(area, x, top, bottom, line.colour);
+    for (int x = std::max(begin, line.clip); x < end; ++x) Fill(area, x, top, bottom, line.colour);
   }
 }
 
-void DrawRow(const RasterArea& area, int row, QRgb colour) {
-  if (row < 0 || row >= area.height) return;
-  std::fill_n(area.bits + row * area.stride, area.width, colour);
+void DrawRow(const RasterArea& area, int row, int from, QRgb colour) {
+  if (row < 0 || row >= area.height || from >= area.width) return;
+  std::fill_n(area.bits + row * area.stride + from, area.width - from, colour);
+}
+
+void ShiftLeft(const RasterArea& area, int columns) {
+  if (columns <= 0 || columns >= area.width) return;
+  const std::size_t bytes = static_cast<std::size_t>(area.width - columns) * sizeof(QRgb);
+  QRgb* pixels = area.bits;
+  for (int row = 0; row < area.height; ++row, pixels += area.stride) std::memmove(pixels, pixels + columns, bytes);
 }
 
 void DrawColumn(const RasterArea& area, int column, int thickness, QRgb colour) {

@@ -24,6 +24,8 @@ struct RasterLine {
   int width = 1;                       ///< device pixels
   Qt::PenStyle style = Qt::SolidLine;  ///< SolidLine, DashLine, DotLine
   std::int64_t firstColumn = 0;        ///< what number the leftmost column has, so that dashes travel with the data
+  int begin = 0;                       ///< the area's column that the first span belongs to
+  int clip = 0;                        ///< columns of the area before this one are left as they are
   int unit = 1;                        ///< device pixels in a logical one
 };
 
@@ -32,8 +34,11 @@ struct RasterLine {
 void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> columns, double low, double high,
                  const RasterLine& line);
 
-/// Fills one row or column of the area.
-void DrawRow(const RasterArea& area, int row, QRgb colour);
+/// Fills one row of the area from a column on, or some columns.
+void DrawRow(const RasterArea& area, int row, int from, QRgb colour);
 void DrawColumn(const RasterArea& area, int column, int thickness, QRgb colour);
+
+/// Moves what the area shows to the left; the columns at its right end keep what they had.
+void ShiftLeft(const RasterArea& area, int columns);
 
 }  // namespace zth::widgets

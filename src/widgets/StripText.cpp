@@ -1,5 +1,7 @@
 #include "widgets/StripText.h"
 
+#include <cmath>
+
 #include <QPaintEngine>
 
 namespace zth::widgets {
@@ -19,7 +21,7 @@ StripText::Line& StripText::LineOf(const QString& text) {
   line.laid = QStaticText(text);
   line.laid.setTextFormat(Qt::PlainText);
   line.laid.prepare(QTransform(), font_);
-  line.width = metrics_.horizontalAdvance(text);
+  line.width = static_cast<int>(std::ceil(line.laid.size().width()));
   return line;
 }
 

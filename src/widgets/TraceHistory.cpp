@@ -130,6 +130,7 @@ void TraceHistory::Append(double x, double y) {
   if (!samples_.Empty()) x = std::max(x, samples_.Back().x);
   const double horizon = x - kKept;
   samples_.Push({x, y});
+  ++revision_;
   DropBefore(samples_, horizon);
   Summary entry = SummaryOf(samples_.Back());
   for (Level& level : levels_) {
@@ -152,6 +153,7 @@ void TraceHistory::Append(double x, double y) {
 
 void TraceHistory::Clear() {
   samples_.Clear();
+  ++revision_;
   for (Level& level : levels_) {
     level.closed.Clear();
     level.count = 0;

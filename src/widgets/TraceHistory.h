@@ -46,6 +46,8 @@ class TraceHistory {
   void Clear();
 
   bool Empty() const { return samples_.Empty(); }
+  /// Counts the samples ever taken and the clearings: unchanged means that nothing has changed.
+  std::uint64_t Revision() const { return revision_; }
   /// The newest sample; the history is not empty.
   Point Newest() const { return {samples_.Back().x, samples_.Back().y}; }
 
@@ -105,6 +107,7 @@ class TraceHistory {
   std::size_t RunsFor(double x0, double x1, std::size_t limit, std::array<Run, kLevels + 1>& runs) const;
 
   Ring<Sample> samples_{kSamples};
+  std::uint64_t revision_ = 0;
   std::array<Level, kLevels> levels_;  ///< levels_[0] is level 1
 };
 

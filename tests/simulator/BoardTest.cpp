@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 double Celsius(Board& board, int channel) {
   const auto low = static_cast<std::uint8_t>(0x88 + 2 * channel);
-  return board.TheChip().Peek(low + 1) - 64 + board.TheChip().Peek(low) / 64 * 0.25;
+  return board.TheChip().Peek(low + 1) - 64 + 0.25 * (board.TheChip().Peek(low) >> 6);
 }
 
 int Rpm(Board& board, int fan) {

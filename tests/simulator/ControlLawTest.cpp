@@ -201,6 +201,30 @@ TEST(ControlLaw, AnOutputThatNobodySetUpRunsAtMaxAndOneThatIsSetUpFollowsItsCurv
   EXPECT_EQ(bench.chip.Duty(2), 0xFF);
 }
 
+TEST(ControlLaw, AnOutputIsSetUpByWhateverShapesItsOwnDuty) {
+  struct Row {
+    int address, value;
+    int setUp;  // a bit an output; at power-up they follow Local and Remote 1 to 3 in order
+  };
+  for (const Row& row :
+       {Row{0x21, 0x10, 1}, Row{0x24, 0x70, 8}, Row{0x25, 0x90, 3}, Row{0x26, 0x90, 12}, Row{0x28, 0x80, 1},
+        Row{0x2B, 0x80, 8}, Row{0x5C, 0x9A, 1}, Row{0x5E, 0x9A, 4}, Row{0x5F, 0x9A, 8}, Row{0x60, 0xC4, 1},
+        Row{0x63, 0xC4, 8}, Row{0x0B, 0x01, 2}, Row{0x0B, 0x02, 4}, Row{0x0B, 0x3C, 0}, Row{0x2C, 0xC0, 0},
+        Row{0x01, 0x21, 0}, Row{0x4C, 0xA4, 0}, Row{0x00, 0x80, 0}}) {
+    ChipOnBench bench;
+    bench.Write(row.address, row.value);
+    bench.Run(0.2);
+    for (int pwm = 0; pwm < 4; ++pwm) {
+      EXPECT_EQ(bench.chip.Duty(pwm) == 0, (row.setUp >> pwm & 1) != 0) << std::hex << row.address << " PWM" << pwm + 1;
+    }
+  }
+
+  ChipOnBench bench;
+  bench.Write({{0x21, 0xD1}, {0x00, 0x80}});
+  bench.Run(0.2);
+  EXPECT_EQ(bench.chip.Duty(0), 0xC0) << "a reset forgets what was set up";
+}
+
 TEST(ControlLaw, FullSpeedAndShutdownGoBeforeEveryBehaviour) {
   ChipOnBench bench;
   bench.Write({{0x21, 0x90}, {0x22, 0xF0}, {0xAB, 40}, {0x02, 0xA0}});

@@ -54,15 +54,6 @@ TEST_F(SimulatedLibraries, TakeAnyFirmwareAndShowOneChipEach) {
   EXPECT_EQ(Find<ReadSmbus>(ZTH_SMBUS_LIBRARY, "ReadSmbus")(0x2C, 0x3E), 0x41);
 }
 
-TEST_F(SimulatedLibraries, ExportTheirEntryPointsAndNothingElse) {
-  for (const char* library : {ZTH_USB_LIBRARY, ZTH_SMBUS_LIBRARY}) {
-    void* handle = dlopen(library, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(handle, nullptr) << dlerror();
-    EXPECT_EQ(dlsym(handle, "_ZN3zth9simulator13ParseSettingsESt17basic_string_viewIcSt11char_traitsIcEE"), nullptr);
-    EXPECT_EQ(dlsym(handle, "_ZN3zth9simulator4Chip4ReadEh"), nullptr);
-  }
-}
-
 TEST_F(SimulatedLibraries, SayOnTheErrorStreamWhichLineOfTheSettingsIsWrongAndGoOn) {
   const auto path = std::filesystem::temp_directory_path() / "zth-bad-simulator.conf";
   std::ofstream(path) << "ambient = 25\nambient = hot\n";

@@ -170,7 +170,7 @@ TEST(Measurement, AveragingTakesMostOfTheNoiseAway) {
     constexpr int kRounds = 2000;
     for (int i = 0; i < kRounds; ++i) {
       for (int tick = 0; tick < 10; ++tick) chip.Tick(pins);
-      const double celsius = chip.Read(0x8D) - 64 + chip.Read(0x8C) / 64 * 0.25;
+      const double celsius = chip.Read(0x8D) - 64 + 0.25 * (chip.Read(0x8C) >> 6);
       sum += (celsius - 30) * (celsius - 30);
     }
     return std::sqrt(sum / kRounds);

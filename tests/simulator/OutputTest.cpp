@@ -19,10 +19,11 @@ TEST(Output, ManualDutyIsTakenInManualModeOnlyAndReadsInvertedAtRevisionZero) {
     bench.Run(0.1);
     EXPECT_EQ(bench.chip.Duty(0), 0x20);
     EXPECT_EQ(bench.Read(0xAA), revision == 0 ? 0xDF : 0x20);
-    bench.Write(0x21, 0xF1);  // a write that stays in manual keeps it too
+    bench.Write(0xAA, 0x30);
+    bench.Write(0x21, 0xF1);  // a write that stays in manual keeps what was written last
     bench.Run(1);
-    EXPECT_EQ(bench.chip.Duty(0), 0x20);
-    EXPECT_EQ(bench.Read(0xAA), revision == 0 ? 0xDF : 0x20);
+    EXPECT_EQ(bench.chip.Duty(0), 0x30);
+    EXPECT_EQ(bench.Read(0xAA), revision == 0 ? 0xCF : 0x30);
   }
 }
 
@@ -87,6 +88,21 @@ TEST(Output, EnhancedAcousticsRampsOverTheTimeOfItsField) {
       }
     }
   }
+}
+
+TEST(Output, ARampFromStandstillBeginsAtMinAndOneToStandstillGoesAllTheWayDown) {
+  ChipOnBench bench;
+  bench.Write({{0x1A, 0x01}, {0x21, 0x10}, {0x28, 100}, {0x2C, 255}, {0x5C, Degrees(40)}, {0x60, 0x00}});
+  bench.Run(1);
+  ASSERT_EQ(bench.chip.Duty(0), 0);
+  bench.pins.temperatureC[0] = 42;
+  bench.Run(kConversionSeconds);
+  EXPECT_NEAR(bench.chip.Duty(0), 100, 1);
+  bench.pins.temperatureC[0] = 30;
+  bench.Run(5);
+  EXPECT_NEAR(bench.chip.Duty(0), 100 - 5 * 255.0 / 35, 3);
+  bench.Run(15);
+  EXPECT_EQ(bench.chip.Duty(0), 0);
 }
 
 TEST(Output, ThermFullSpeedAndRegulatorHeatSpareOffAndManual) {

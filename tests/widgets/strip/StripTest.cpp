@@ -115,6 +115,7 @@ class StripTest : public testing::Test {
   }
 
   double now = 1000;
+  std::vector<QImage> expected;
   ScriptedFiles files;
   Strip strip{[this] { return now; }, nullptr, &files};
 };
@@ -168,6 +169,38 @@ TEST_F(StripTest, CountsTimeFromTheFirstSampleAndGivesOneFeedOneInstant) {
   strip.ClearData();
   Feed(0, 1, 30);
   EXPECT_EQ(strip.TracePoints(0)[0].toList()[0].toDouble(), 0);
+}
+
+// A scrolling chart draws only what has come in; that must not be told from drawing it all.
+TEST_F(StripTest, AScrolledPictureIsTheOneThatIsDrawnAfresh) {
+  StripSetup setup = TwoZones();
+  setup.xMin = 0;
+  setup.traces[0].width = 3;
+  setup.traces[1].style = Qt::DotLine;
+  for (const bool afresh : {true, false}) {
+    Use(setup);
+    now = 5000;
+    std::vector<QImage> pictures;
+    for (int i = 0; i < 700; ++i) {
+      Feed(0, 30 + 25 * std::sin(i * 0.37));
+      if (i % 3 == 0) Feed(1, i % 60, 0);
+      if (i > 40) Feed(2, i % 100 == 50 ? std::nan("") : 6000 + 5000 * std::cos(i * 0.05), 0);
+      if (i % 7 != 0) continue;
+      if (afresh) {  // a change of size and back
+        strip.resize(801, 500);
+        Paint();
+        strip.resize(800, 500);
+      }
+      Paint();
+      pictures.push_back(strip.grab().toImage());
+    }
+    if (afresh) {
+      expected = pictures;
+      continue;
+    }
+    ASSERT_EQ(pictures.size(), expected.size());
+    for (std::size_t i = 0; i < pictures.size(); ++i) ASSERT_EQ(pictures[i], expected[i]) << "picture " << i;
+  }
 }
 
 TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {

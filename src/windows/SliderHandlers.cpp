@@ -1,0 +1,23 @@
+#include "windows/SliderHandlers.h"
+
+#include "platform/Guard.h"
+#include "platform/Services.h"
+#include "widgets/GSlider.h"
+
+namespace zth::windows {
+namespace {
+
+void Connect(widgets::GSlider& slider, void (widgets::GSlider::*report)(int), const Handler& handler) {
+  if (handler) QObject::connect(&slider, report, &slider, platform::Guarded(handler));
+}
+
+}  // namespace
+
+void OnSlide(widgets::GSlider& slider, const SliderHandlers& handlers, platform::Clock& clock) {
+  clock.Adopt(slider.PaceTimer());
+  Connect(slider, &widgets::GSlider::MouseDown, handlers.mouseDown);
+  Connect(slider, &widgets::GSlider::Change, handlers.change);
+  Connect(slider, &widgets::GSlider::MouseUp, handlers.mouseUp);
+}
+
+}  // namespace zth::windows

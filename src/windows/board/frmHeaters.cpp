@@ -1,0 +1,111 @@
+#include "windows/board/frmHeaters.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include "base/NumberText.h"
+#include "base/Rounding.h"
+#include "chip/Measurements.h"
+#include "link/Declarations.h"
+#include "link/USBStuff.h"
+#include "widgets/GSlider.h"
+#include "windows/Handlers.h"
+#include "windows/SharedState.h"
+#include "windows/SliderHandlers.h"
+
+namespace zth::windows {
+namespace {
+
+constexpr int kHeaters = 2;
+
+/// The adapter reports a drive as twice its percentage.
+constexpr double kDriveScale = 2.0;
+
+/// Heater 1 goes with Remote1, heater 2 with Remote2.
+QString TemperatureCaption(int heater) {
+  return QString("Remote%1 = ").arg(heater + 1);
+}
+
+}  // namespace
+
+frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heater Control", context) {
+  auto* column = new QVBoxLayout(this);
+  for (int heater = 0; heater < kHeaters; ++heater) column->addWidget(MakeFrame(heater));
+  lblNoAdapter_ = new QLabel("The heaters can be reached over USB only.", this);
+  lblNoAdapter_->setObjectName("lblNoAdapter");
+  column->addWidget(lblNoAdapter_);
+
+  auto* cmdClose = new QPushButton("Clo&se", this);
+  cmdClose->setObjectName("cmdClose");
+  OnClick(*cmdClose, [this] { cmdClose_Click(); });
+  SetDefaultButton(*cmdClose);
+  SetCancelButton(*cmdClose);
+  column->addStretch();
+  column->addWidget(cmdClose, 0, Qt::AlignRight);
+}
+
+QFrame* frmHeaters::MakeFrame(int heater) {
+  const auto index = static_cast<std::size_t>(heater);
+  auto* frame = new QFrame(this);
+  frame->setObjectName(QString("Frame%1").arg(heater + 1));
+  frame->setFrameShape(QFrame::StyledPanel);
+  auto* label = new QLabel(QString("Heater&%1 PWM").arg(heater + 1), frame);
+  label->setObjectName(QString("Label%1").arg(heater + 1));
+
+  widgets::GSlider*& slider = sldHeater_[index];
+  slider = new widgets::GSlider(frame);
+  slider->setObjectName(QString("sldHeater(%1)").arg(heater));
+  slider->SetIndex(heater);
+  slider->setToolTip("Drive of the heater; acts at once");
+  slider->setMinimumWidth(slider->fontMetrics().height() * 14);
+  label->setBuddy(slider);
+  OnSlide(*slider, {.mouseDown = {}, .change = [this, heater] { sldHeater_Change(heater); }, .mouseUp = {}},
+          Services().clock);
+
+  QLabel*& temperature = lblTemp_[index];
+  temperature = new QLabel(TemperatureCaption(heater), frame);
+  temperature->setObjectName(QString("lblTemp(%1)").arg(heater));
+  // The widest reading has its place from the start, so that nothing moves with the temperature.
+  temperature->setMinimumWidth(temperature->fontMetrics().horizontalAdvance(TemperatureCaption(heater) + "-88.75°C"));
+
+  auto* row = new QHBoxLayout(frame);
+  row->addWidget(label);
+  row->addWidget(slider, 1);
+  row->addSpacing(12);
+  row->addWidget(temperature);
+  return frame;
+}
+
+void frmHeaters::Form_Load() {
+  lblNoAdapter_->setVisible(link::InterfaceMode != link::kModeUsb);
+  link::ReadHeaterState();
+  for (std::size_t heater = 0; heater < sldHeater_.size(); ++heater) {
+    sldHeater_[heater]->SetValue(link::ReadBuffer[heater] / kDriveScale);
+  }
+  HeatersOpen = true;
+}
+
+void frmHeaters::Form_Unload() {
+  HeatersOpen = false;
+}
+
+void frmHeaters::RefreshTemperatures() {
+  for (int heater = 0; heater < kHeaters; ++heater) {
+    const float degrees = chip::Measurements.Temperature[static_cast<std::size_t>(heater + 1)];
+    lblTemp_[static_cast<std::size_t>(heater)]->setText(TemperatureCaption(heater) +
+                                                        QString::fromStdString(base::GeneralText(degrees)) + "°C");
+  }
+}
+
+void frmHeaters::cmdClose_Click() {
+  Unload();
+}
+
+void frmHeaters::sldHeater_Change(int index) {
+  std::int32_t percent = base::RoundToInt(sldHeater_[static_cast<std::size_t>(index)]->Value());
+  link::SetHeater(index + 1, percent);
+}
+
+}  // namespace zth::windows

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+
+#include "windows/ChildWindow.h"
+
+class QFrame;
+class QLabel;
+
+namespace zth::widgets {
+class GSlider;
+}
+
+namespace zth::windows {
+
+/// The board's two heaters: a slider for the drive of each, beside the temperature that goes with it. A slider acts at
+/// once. The heaters hang on the USB adapter; over SMBus nothing is sent.
+class frmHeaters final : public ChildWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmHeaters(const Context& context);
+
+  void Form_Load() override;
+  void Form_Unload() override;
+
+  /// Shows the latest temperatures of Remote1 and Remote2: for the master timer.
+  void RefreshTemperatures();
+
+ private:
+  QFrame* MakeFrame(int heater);
+  void cmdClose_Click();
+  void sldHeater_Change(int index);
+
+  std::array<widgets::GSlider*, 2> sldHeater_{};
+  std::array<QLabel*, 2> lblTemp_{};
+  QLabel* lblNoAdapter_ = nullptr;
+};
+
+}  // namespace zth::windows

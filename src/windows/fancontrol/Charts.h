@@ -1,0 +1,31 @@
+#pragma once
+
+#include "widgets/StripSetup.h"
+
+/// How the charts of the fan control are made.
+namespace zth::windows {
+
+/// The transfer curve: traces 0 to 3 the curves of the sources, 4 to 7 their live dots, 8 to 11 their ways down, and
+/// from kTrailTrace on the trails of the dots, four sources for each age, the newest first.
+widgets::StripSetup CurveChart();
+
+inline constexpr int kDotTrace = 4;
+inline constexpr int kHysteresisTrace = 8;
+inline constexpr int kTrailTrace = 12;
+
+/// The dynamic Tmin of Remote1 (index 0) or Remote2 (index 1).
+widgets::StripSetup DynTminChart(int index);
+
+inline constexpr int kFirstDutyTrace = 5;
+inline constexpr int kHysteresisFloorTrace = 9;
+
+/// The label slots of the two zones' units.
+inline constexpr int kUnitSlot = 9;
+inline constexpr int kDutyUnitSlot = 10;
+
+/// The label slot of the duty legend's row 0 to 3.
+constexpr int DutySlot(int row) {
+  return row < 3 ? row + 6 : 11;
+}
+
+}  // namespace zth::windows

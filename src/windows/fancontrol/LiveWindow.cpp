@@ -1,0 +1,75 @@
+#include "windows/fancontrol/LiveWindow.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTabWidget>
+
+#include "platform/Guard.h"
+
+namespace zth::windows {
+
+Handler LiveWindow::WhenReady(Handler handler) {
+  return [this, handler = std::move(handler)] {
+    if (ready_) handler();
+  };
+}
+
+ControlRows::ControlRows(QWidget& parent) : parent_(parent), grid_(*new QGridLayout(&parent)) {
+  grid_.setColumnStretch(0, 1);
+}
+
+void ControlRows::AddLabel(const QString& name, const QString& caption, QWidget& buddy) {
+  auto* label = new QLabel(caption, &parent_);
+  label->setObjectName("lbl" + name.mid(3));
+  label->setBuddy(&buddy);
+  grid_.addWidget(label, row_, 0);
+}
+
+QCheckBox* ControlRows::AddCheck(const QString& name, const QString& caption, Handler handler) {
+  auto* box = new QCheckBox(caption, &parent_);
+  box->setObjectName(name);
+  OnToggle(*box, std::move(handler));
+  grid_.addWidget(box, row_++, 0, 1, 2, Qt::AlignLeft);
+  return box;
+}
+
+QComboBox* ControlRows::AddList(const QString& name, const QString& caption, const QStringList& items,
+                                Handler handler) {
+  auto* list = new QComboBox(&parent_);
+  list->setObjectName(name);
+  list->addItems(items);
+  OnSelect(*list, std::move(handler));
+  AddLabel(name, caption, *list);
+  grid_.addWidget(list, row_++, 1);
+  return list;
+}
+
+QLineEdit* ControlRows::AddText(const QString& name, const QString& caption, const QString& upDown,
+                                const widgets::UpDown::Range& range, Handler handler) {
+  auto* box = new QLineEdit(&parent_);
+  box->setObjectName(name);
+  OnChange(*box, std::move(handler));
+  auto* pair = new widgets::UpDown(box, range, &parent_);
+  pair->setObjectName(upDown);
+  AddLabel(name, caption, *box);
+  grid_.addLayout(pair->Row(), row_++, 1);
+  return box;
+}
+
+void OnTab(QTabWidget& tabs, Handler handler) {
+  QObject::connect(&tabs, &QTabWidget::currentChanged, &tabs, platform::Guarded(std::move(handler)));
+}
+
+QString ElementName(const char* array, int index) {
+  return QString("%1(%2)").arg(array).arg(index);
+}
+
+void ModifyRegister(std::int32_t number, std::uint8_t keep, std::int32_t set) {
+  const std::int16_t before = link::ReadRegister(link::DeviceAddress, number);
+  link::WriteRegisterValue(link::DeviceAddress, number, (before & keep) | set);
+}
+
+}  // namespace zth::windows

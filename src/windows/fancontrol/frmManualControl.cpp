@@ -1,0 +1,140 @@
+#include "windows/fancontrol/frmManualControl.h"
+
+#include <algorithm>
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+
+#include "chip/Conversions.h"
+#include "chip/Measurements.h"
+#include "link/Declarations.h"
+#include "link/USBStuff.h"
+#include "widgets/GSlider.h"
+#include "windows/Handlers.h"
+#include "windows/SharedState.h"
+#include "windows/SliderHandlers.h"
+
+namespace zth::windows {
+namespace {
+
+constexpr int kPwms = 4;
+constexpr std::int32_t kPwm1Value = 0xAA;
+
+/// The state in its colour. Both colours are made for a light ground, so in a dark palette the label brings its own.
+void ShowState(QLabel& label, bool manual, bool darkGround) {
+  label.setText(manual ? "Enabled" : "Disabled");
+  QPalette colours;
+  colours.setColor(QPalette::WindowText, manual ? QColor(0, 127, 0) : QColor(255, 0, 0));
+  if (darkGround) colours.setColor(QPalette::Window, QColor(245, 245, 245));
+  label.setAutoFillBackground(darkGround);
+  label.setPalette(colours);
+}
+
+}  // namespace
+
+frmManualControl::frmManualControl(const Context& context)
+    : ChildWindow("frmManualControl", "Manual Fan Control", context) {
+  auto* cmdClose = new QPushButton("Clo&se", this);
+  cmdClose->setObjectName("cmdClose");
+  OnClick(*cmdClose, [this] { cmdClose_Click(); });
+  SetDefaultButton(*cmdClose);
+  SetCancelButton(*cmdClose);
+
+  auto* column = new QVBoxLayout(this);
+  column->addWidget(MakeFrame());
+  column->addStretch();
+  column->addWidget(cmdClose, 0, Qt::AlignRight);
+}
+
+QGroupBox* frmManualControl::MakeFrame() {
+  auto* frame = new QGroupBox("Set Fan PWM", this);
+  frame->setObjectName("Frame1");
+  auto* grid = new QGridLayout(frame);
+  grid->setHorizontalSpacing(12);
+  grid->setColumnStretch(1, 1);
+  for (int pwm = 0; pwm < kPwms; ++pwm) {
+    const auto index = static_cast<std::size_t>(pwm);
+    auto* label = new QLabel(QString("PWM&%1").arg(pwm + 1), frame);
+    label->setObjectName(QString("Label1(%1)").arg(pwm));
+    widgets::GSlider*& slider = sldManual_[index];
+    slider = new widgets::GSlider(frame);
+    slider->setObjectName(QString("sldManual(%1)").arg(pwm));
+    slider->SetIndex(pwm);
+    slider->setMinimumWidth(slider->fontMetrics().height() * 16);
+    label->setBuddy(slider);
+    OnSlide(*slider,
+            {.mouseDown = [this] { sldManual_MouseDown(); },
+             .change = [this, pwm] { sldManual_Change(pwm); },
+             .mouseUp = [this] { sldManual_MouseUp(); }},
+            Services().clock);
+    QLabel*& state = lblManual_[index];
+    state = new QLabel("Disabled", frame);
+    state->setObjectName(QString("lblManual(%1)").arg(pwm));
+    state->setAlignment(Qt::AlignCenter);
+    state->setMargin(3);
+    grid->addWidget(label, pwm, 0);
+    grid->addWidget(slider, pwm, 1);
+    grid->addWidget(state, pwm, 2);
+  }
+  return frame;
+}
+
+void frmManualControl::Form_Load() {
+  RefreshManualControlStates();
+  RefreshManualControlSliders();
+  ManualOpen = true;
+}
+
+void frmManualControl::Form_Unload() {
+  ManualOpen = false;
+  ManualSliderHeld = false;  // a window closed by key under a held slider gets no report of its release
+}
+
+void frmManualControl::RefreshManualControlStates() {
+  const bool dark = palette().color(QPalette::Window).lightnessF() < 0.5;
+  for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
+    const bool manual = link::PwmManual[pwm + 1];
+    ShowState(*lblManual_[pwm], manual, dark);
+    sldManual_[pwm]->setEnabled(manual);
+    // A slider that cannot be moved shows the chip's duty all the same, and that has to be read.
+    QPalette readable;
+    readable.setColor(QPalette::Disabled, QPalette::WindowText,
+                      palette().color(QPalette::Active, QPalette::WindowText));
+    sldManual_[pwm]->setPalette(readable);
+    sldManual_[pwm]->setToolTip(manual ? "Duty of the PWM; acts at once"
+                                       : "Follows the chip: the PWM is not in manual mode");
+  }
+}
+
+void frmManualControl::RefreshManualControlSliders() {
+  for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
+    sldManual_[pwm]->SetValue(std::min<int>(chip::Measurements.PwmPercent[pwm], 100));
+  }
+}
+
+void frmManualControl::changeEvent(QEvent* event) {
+  ChildWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && ManualOpen) RefreshManualControlStates();
+}
+
+void frmManualControl::cmdClose_Click() {
+  Unload();
+}
+
+void frmManualControl::sldManual_MouseDown() {
+  ManualSliderHeld = true;
+}
+
+void frmManualControl::sldManual_MouseUp() {
+  ManualSliderHeld = false;
+}
+
+void frmManualControl::sldManual_Change(int index) {
+  const double percent = sldManual_[static_cast<std::size_t>(index)]->Value();
+  link::WriteRegisterValue(link::DeviceAddress, kPwm1Value + index, chip::ByteFromPercent(percent));
+}
+
+}  // namespace zth::windows

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <vector>
+
+#include <QWidget>
+
+#include "windows/limits/LimitTables.h"
+
+class QCheckBox;
+class QGridLayout;
+class QLabel;
+
+namespace zth::widgets {
+class Toggle;
+}
+
+namespace zth::windows {
+
+/// The alerts of a tab under their headings: a label, a mask check box and a lamp each. A click on a mask changes that
+/// one bit in the chip at once.
+class AlertTable final : public QWidget {
+  Q_OBJECT
+
+ public:
+  AlertTable(const AlertTab& tab, QWidget* parent);
+
+  /// Sets the check boxes of the rows that are masked in `reg` from its value. A box that changes runs its handler,
+  /// which writes back the bit just read.
+  void ShowMasks(int reg, int value);
+  /// Sets the lamps of the rows whose status stands in `reg` from its value.
+  void ShowStatus(int reg, int value);
+
+  /// A row that is not live has its label and its box disabled and no lamp.
+  void SetLive(int row, bool live);
+  /// SetLive by the pins alone, for all rows that have a condition.
+  void SetLiveByPins();
+  void EnableLabel(int row, bool on);
+  void SetCaption(int row, const QString& caption);
+
+  const AlertTab& Tab() const { return tab_; }
+
+ private:
+  struct Row {
+    QLabel* label;
+    QCheckBox* mask;  ///< null without masks
+    widgets::Toggle* lamp;
+  };
+  void AddHeading(const AlertHeading& heading, int column, QGridLayout& grid);
+  void AddRow(int row, QGridLayout& grid);
+  void Describe(const Row& row);
+  void Mask_Click(int row);
+
+  const AlertTab& tab_;
+  std::vector<Row> rows_;
+};
+
+}  // namespace zth::windows

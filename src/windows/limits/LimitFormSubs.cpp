@@ -1,0 +1,125 @@
+#include "windows/limits/LimitFormSubs.h"
+
+#include <array>
+
+#include "base/BitField.h"
+#include "chip/PinModel.h"
+#include "link/Declarations.h"
+#include "link/USBStuff.h"
+#include "windows/limits/AlertTable.h"
+#include "windows/limits/LimitPanel.h"
+
+namespace zth::windows {
+namespace {
+
+constexpr int kTachEnable = 0x07;
+constexpr int kThermalMask1 = 0x30;
+constexpr int kThermalMask2 = 0x31;
+constexpr int kVoltageMask1 = 0x32;
+constexpr int kVoltageMask2 = 0x33;
+constexpr int kFanMask = 0x34;
+constexpr int kDigitalMask = 0x35;
+
+// The BMC's copies, since the host's would be cleared under the eyes of another program; the THERM limits have the
+// host's only.
+constexpr std::array kStatusRegisters{0xC0, 0xC1, 0xBA, 0xC3, 0xC4, 0xC5, 0xC6};
+
+int Read(int reg) {
+  return link::ReadRegister(link::DeviceAddress, reg);
+}
+
+/// The list anew, its start item, and its limits, also where nothing was there to select.
+void InitGauge(LimitPanel& panel) {
+  panel.FillList();
+  panel.SelectStart();
+  panel.ShowLimits();
+}
+
+/// A row takes the name of the channel that its pin is at present; the name of a pin that is always the same stays.
+void NameVoltageRow(AlertTable& alerts, const LimitChannel& channel) {
+  static constexpr std::array kRowsOfPinsWithChoices{3, 4, 7, 8, 9, 10};
+  alerts.EnableLabel(channel.row, true);
+  for (const int row : kRowsOfPinsWithChoices) {
+    if (row == channel.row) alerts.SetCaption(row, channel.item);
+  }
+}
+
+}  // namespace
+
+void InitTemperatureTab(const LimitForm& form) {
+  InitGauge(*form.temperature);
+  form.temperatureAlerts->ShowMasks(kThermalMask1, Read(kThermalMask1));
+  form.temperatureAlerts->SetLiveByPins();
+}
+
+void InitFanTab(const LimitForm& form) {
+  InitGauge(*form.fan);
+  form.fanAlerts->ShowMasks(kFanMask, Read(kFanMask));
+  const int tachEnable = Read(kTachEnable);
+  const int rows = static_cast<int>(form.fanAlerts->Tab().rows.size());
+  for (int row = 0; row < rows; ++row) UpdateFanRow(form, row, tachEnable);
+}
+
+void UpdateFanRow(const LimitForm& form, int row, int tachEnable) {
+  const AlertRow& fan = form.fanAlerts->Tab().rows[static_cast<std::size_t>(row)];
+  const bool enabled = base::GetBit(static_cast<unsigned>(tachEnable), fan.bit);
+  form.fanAlerts->SetLive(row, enabled && fan.live(chip::PinFunctions));
+}
+
+void InitVoltageTab(const LimitForm& form) {
+  // Only labels follow the pins here, and once enabled they stay so: a mask can be set for a channel that is not there.
+  form.voltage->FillList();
+  for (const LimitChannel& channel : form.voltage->Tab().channels) {
+    if (form.voltage->Lists(channel)) NameVoltageRow(*form.voltageAlerts, channel);
+  }
+  form.voltage->SelectStart();
+  form.voltage->ShowLimits();
+  for (const int reg : {kVoltageMask1, kVoltageMask2}) form.voltageAlerts->ShowMasks(reg, Read(reg));
+}
+
+void InitThermTimerTab(const LimitForm& form) {
+  form.thermTimer->FillList();
+  form.thermTimer->EnableList(form.thermTimer->Count() > 0);
+  form.thermTimer->SelectStart();
+  form.thermTimer->ShowLimits();
+  const int masks = Read(kThermalMask2);
+  form.thermAlerts->ShowMasks(kThermalMask2, masks);
+  form.digitalAlerts->ShowMasks(kThermalMask2, masks);
+}
+
+void InitThermPinTab(const LimitForm& form) {
+  form.thermPin->SelectStart();
+  form.thermPin->ShowLimits();
+}
+
+void InitDigitalTab(const LimitForm& form) {
+  form.digitalAlerts->ShowMasks(kDigitalMask, Read(kDigitalMask));
+}
+
+void RefreshTemperatureGauge(const LimitForm& form) {
+  form.temperature->RefreshGauge();
+}
+void RefreshFanGauge(const LimitForm& form) {
+  form.fan->RefreshGauge();
+}
+void RefreshVoltageGauge(const LimitForm& form) {
+  form.voltage->RefreshGauge();
+}
+void RefreshThermTimerGauge(const LimitForm& form) {
+  form.thermTimer->RefreshGauge();
+}
+void RefreshThermPinGauge(const LimitForm& form) {
+  form.thermPin->RefreshGauge();
+}
+
+void RefreshAlertToggles(const LimitForm& form) {
+  for (const int reg : kStatusRegisters) {
+    const int status = Read(reg);
+    for (AlertTable* alerts : {form.temperatureAlerts, form.fanAlerts, form.voltageAlerts, form.thermAlerts,
+                               form.thermPinAlerts, form.digitalAlerts}) {
+      alerts->ShowStatus(reg, status);
+    }
+  }
+}
+
+}  // namespace zth::windows

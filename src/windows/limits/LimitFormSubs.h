@@ -1,0 +1,44 @@
+#pragma once
+
+namespace zth::windows {
+
+class AlertTable;
+class LimitPanel;
+
+/// The controls of a loaded frmLimits, tab by tab.
+struct LimitForm {
+  LimitPanel* temperature = nullptr;
+  LimitPanel* fan = nullptr;
+  LimitPanel* voltage = nullptr;
+  LimitPanel* thermTimer = nullptr;
+  LimitPanel* thermPin = nullptr;
+  AlertTable* temperatureAlerts = nullptr;
+  AlertTable* fanAlerts = nullptr;
+  AlertTable* voltageAlerts = nullptr;
+  AlertTable* thermAlerts = nullptr;
+  AlertTable* thermPinAlerts = nullptr;
+  AlertTable* digitalAlerts = nullptr;
+};
+
+// The load, tab by tab: each makes its list, its masks and its rows anew from the chip and the pins.
+void InitTemperatureTab(const LimitForm& form);
+void InitFanTab(const LimitForm& form);
+void InitVoltageTab(const LimitForm& form);
+void InitThermTimerTab(const LimitForm& form);
+void InitThermPinTab(const LimitForm& form);
+/// Its rows of register 0x31 are set by InitThermTimerTab.
+void InitDigitalTab(const LimitForm& form);
+
+/// A fan's row is live when its pin is a tach input and its bit of `tachEnable`, register 0x07, is set.
+void UpdateFanRow(const LimitForm& form, int row, int tachEnable);
+
+// What the master timer runs while the window is open. None of it touches a slider, a check box or a list.
+void RefreshTemperatureGauge(const LimitForm& form);
+void RefreshFanGauge(const LimitForm& form);
+void RefreshVoltageGauge(const LimitForm& form);
+void RefreshThermTimerGauge(const LimitForm& form);
+void RefreshThermPinGauge(const LimitForm& form);
+/// Reads the seven status registers and sets the lamps of all tabs.
+void RefreshAlertToggles(const LimitForm& form);
+
+}  // namespace zth::windows

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QWidget>
+
+#include "windows/limits/LimitTables.h"
+
+class QComboBox;
+
+namespace zth::widgets {
+class LGauge;
+}
+
+namespace zth::windows {
+
+/// The list and the gauge of a tab: the list picks the channel whose limit registers the sliders are. ShowLimits is the
+/// tab's ShowTemperatureLimits, ShowFanLimit and so on, ApplyLimits its ApplyTemperatureLimits and its like. The panel
+/// keeps no copy of a limit.
+class LimitPanel final : public QWidget {
+  Q_OBJECT
+
+ public:
+  LimitPanel(const GaugeTab& tab, QWidget* parent);
+
+  /// Makes the list anew for the present pins, leaving nothing selected.
+  void FillList();
+  /// Selects the tab's start item. As by any selection, the list's handler runs when that is a change.
+  void SelectStart();
+  /// The positions of the channels' rows whose channels are in the list.
+  int Count() const;
+  bool Lists(const LimitChannel& channel) const;
+  void EnableList(bool on);
+
+  /// Reads the limits of the selected channel, low before high, and puts the sliders there; at 0 without a channel.
+  void ShowLimits();
+  /// Writes what the sliders stand at, low before high, and shows what the chip holds now. Without a channel it writes
+  /// nothing, and the slider goes back.
+  void ApplyLimits();
+  /// The present reading to needle 1 and the caption.
+  void RefreshGauge();
+
+  const GaugeTab& Tab() const { return tab_; }
+
+ private:
+  const LimitChannel* Selected() const;
+  double Slider(int number) const;
+  void SetSlider(int number, double value);
+  void SetNeedle(int number, double value);
+
+  const GaugeTab& tab_;
+  QComboBox* list_;
+  widgets::LGauge* gauge_;
+};
+
+}  // namespace zth::windows

@@ -1,0 +1,195 @@
+#include "windows/regmap/BitDisplay.h"
+
+#include <algorithm>
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStringList>
+#include <QStyle>
+#include <QStyleOptionGroupBox>
+
+#include "base/BitField.h"
+#include "base/Twips.h"
+
+namespace zth::windows {
+namespace {
+
+constexpr int kTopTwips = 240;
+constexpr int kSideTwips = 100;
+constexpr int kGap = 2;  // pixels between two digits' boxes, half on each side
+
+// The longest names of the table, so that no register makes the window grow.
+constexpr const char* kWidestName = "LCAL";
+constexpr const char* kLongestName = "F2Max";
+
+}  // namespace
+
+BitLabel::BitLabel(int bit, QWidget* parent) : QLabel("0", parent), bit_(bit) {
+  setObjectName(QString("lblBit(%1)").arg(bit));
+  setAlignment(Qt::AlignCenter);
+  setFocusPolicy(Qt::StrongFocus);
+  setCursor(Qt::PointingHandCursor);
+  QFont heavy = font();
+  heavy.setBold(true);
+  setFont(heavy);
+  Describe();
+}
+
+void BitLabel::SetDigit(bool one) {
+  setText(one ? "1" : "0");
+  Describe();
+  update();
+}
+
+void BitLabel::SetBitName(const QString& name) {
+  name_ = name;
+  Describe();
+}
+
+void BitLabel::Describe() {
+  setAccessibleName(QString("Bit %1 %2: %3").arg(bit_).arg(name_, text()));
+  setToolTip(QString("Bit %1: click to flip it in the chip").arg(bit_));
+}
+
+QSize BitLabel::sizeHint() const {
+  const QFontMetrics metrics(font());
+  return {metrics.horizontalAdvance("0") * 3, metrics.height() * 3 / 2};
+}
+
+void BitLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const bool live = underMouse() || hasFocus();
+  const QPalette& colours = palette();
+  const QRectF box = QRectF(rect()).adjusted(kGap + 0.5, 0.5, -kGap - 0.5, -0.5);
+  painter.setPen(QPen(colours.color(live ? QPalette::Highlight : QPalette::Mid), hasFocus() ? 2 : 1));
+  painter.setBrush(colours.color(IsOne() ? QPalette::Highlight : QPalette::Base));
+  painter.drawRoundedRect(box, 4, 4);
+  if (hasFocus()) {
+    painter.setPen(QPen(colours.color(IsOne() ? QPalette::HighlightedText : QPalette::Highlight), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(box.adjusted(2.5, 2.5, -2.5, -2.5), 2, 2);
+  }
+  painter.setPen(colours.color(IsOne() ? QPalette::HighlightedText : QPalette::Text));
+  painter.drawText(rect(), Qt::AlignCenter, text());
+}
+
+void BitLabel::mousePressEvent(QMouseEvent* event) {
+  event->setAccepted(event->button() == Qt::LeftButton);
+}
+
+void BitLabel::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) emit Click();
+}
+
+void BitLabel::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      // A key held down must not make the bit flutter in the chip.
+      if (!event->isAutoRepeat()) emit Click();
+      return;
+    case Qt::Key_Left:
+      if (bit_ < BitDisplay::kBits - 1) focusPreviousChild();
+      return;
+    case Qt::Key_Right:
+      if (bit_ > 0) focusNextChild();
+      return;
+    default:
+      QLabel::keyPressEvent(event);
+  }
+}
+
+void BitLabel::enterEvent(QEnterEvent* event) {
+  QLabel::enterEvent(event);
+  update();
+}
+
+void BitLabel::leaveEvent(QEvent* event) {
+  QLabel::leaveEvent(event);
+  update();
+}
+
+BitDisplay::BitDisplay(QWidget* parent) : QGroupBox("Bit Display", parent) {
+  setObjectName("fraBits");
+  for (int bit = kBits - 1; bit >= 0; --bit) {  // in the order of Tab
+    auto* digit = new BitLabel(bit, this);
+    bits_.at(static_cast<std::size_t>(bit)) = digit;
+    connect(digit, &BitLabel::Click, this, [this, bit] { emit lblBit_Click(bit); });
+    const int place = kBits - 1 - bit;
+    auto* name = new QLabel("X", this);
+    name->setObjectName(QString("lblInfo(%1)").arg(place));
+    name->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    names_.at(static_cast<std::size_t>(place)) = name;
+  }
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void BitDisplay::ShowRegisterBits(int value) {
+  for (int bit = kBits - 1; bit >= 0; --bit) Bit(bit).SetDigit(base::GetBit(static_cast<unsigned>(value), bit));
+}
+
+void BitDisplay::ShowBitNames(const QString& names) {
+  const QStringList parts = names.split(':');
+  for (int place = 0; place < kBits && place < parts.size(); ++place) {
+    names_.at(static_cast<std::size_t>(place))->setText(parts[place]);
+    Bit(kBits - 1 - place).SetBitName(parts[place]);
+  }
+}
+
+void BitDisplay::Flip(int bit) {
+  Bit(bit).SetDigit(!Bit(bit).IsOne());
+}
+
+int BitDisplay::Value() const {
+  unsigned value = 0;
+  for (int bit = 0; bit < kBits; ++bit) value = base::PutBit(value, bit, Bit(bit).IsOne());
+  return static_cast<int>(value);
+}
+
+int BitDisplay::LabelsTop() const {
+  // The digits keep clear of the frame's title, however large the font.
+  QStyleOptionGroupBox option;
+  initStyleOption(&option);
+  const QRect inside = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxContents, this);
+  return std::max(base::PixelsFromTwips(kTopTwips), inside.top() + kGap);
+}
+
+QSize BitDisplay::minimumSizeHint() const {
+  const int name =
+      std::max(fontMetrics().horizontalAdvance(kWidestName), fontMetrics().horizontalAdvance(kLongestName));
+  const int cell = std::max(name + fontMetrics().averageCharWidth(), Bit(0).sizeHint().width());
+  const int height = LabelsTop() + Bit(0).sizeHint().height() + kGap + fontMetrics().height() + 4 * kGap;
+  return {kBits * cell + base::PixelsFromTwips(2 * kSideTwips), height};
+}
+
+void BitDisplay::LayoutBitLabels() {
+  const int whole = base::TwipsFromPixels(width());
+  const int cell = (whole - 2 * kSideTwips) / kBits;
+  const int top = LabelsTop();
+  const int digitHeight = Bit(0).sizeHint().height();
+  for (int bit = kBits - 1; bit >= 0; --bit) {
+    const int left = base::PixelsFromTwips(whole - ((bit + 1) * cell + kSideTwips));
+    const QRect digit(left, top, base::PixelsFromTwips(cell), digitHeight);
+    Bit(bit).setGeometry(digit);
+    QLabel* name = names_.at(static_cast<std::size_t>(kBits - 1 - bit));
+    name->setGeometry(digit.left(), digit.bottom() + 1 + kGap, digit.width(), fontMetrics().height() + kGap);
+  }
+}
+
+void BitDisplay::resizeEvent(QResizeEvent* event) {
+  QGroupBox::resizeEvent(event);
+  LayoutBitLabels();
+}
+
+void BitDisplay::changeEvent(QEvent* event) {
+  QGroupBox::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    updateGeometry();
+    LayoutBitLabels();
+  }
+}
+
+}  // namespace zth::windows

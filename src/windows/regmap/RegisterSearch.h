@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+#include "chip/RegMapStuff.h"
+
+namespace zth::windows {
+
+/// Whether a register answers to what the user typed into the search box: a part of its name, the beginning of the name
+/// of one of its bits, or its address in hexadecimal ("4C", "4Ch", "0x4c"). Case and blanks at the ends do not count;
+/// an empty text fits all.
+bool FitsSearch(const chip::RegisterEntry& entry, const QString& text);
+
+/// One register as a line of tab-separated fields: name, address, value last read (`value` below 0: not read yet),
+/// default, read only, bit names from bit 7 down.
+QString RowText(const chip::RegisterEntry& entry, int value);
+
+/// A byte as the window shows addresses, "4Ch".
+QString HexWithSuffix(int value);
+
+}  // namespace zth::windows

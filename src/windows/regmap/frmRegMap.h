@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstdint>
+
+#include <QString>
+
+#include "windows/ChildWindow.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace zth::windows {
+
+class BitDisplay;
+
+/// The raw view of the chip: any register is read, written and flipped bit by bit, past all feature logic and whatever
+/// the table says of it.
+class frmRegMap final : public ChildWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmRegMap(const Context& context);
+
+  void Form_Load() override;
+  void Form_Unload() override;
+
+  /// The user wants the read repeated once a second.
+  bool ContinuousRead() const;
+
+  /// Reads the address typed and shows its register; also a job of the master timer.
+  void cmdRead_Click();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  QGroupBox* MakeTreeFrame();
+  QGroupBox* MakeReadWriteFrame();
+  QGroupBox* MakeDetailsFrame();
+  void ConnectTree();
+  void ConnectBoxes();
+
+  void TreeView1_NodeClick(const QTreeWidgetItem& node);
+  void cmdWrite_Click();
+  void lblBit_Click(int bit);
+  void txtReadAddr_Change();
+  void txtDec_Change();
+  void txtHex_Change();
+  void txtFind_Change();
+
+  void ShowRegisterDetails(int row);
+  void ShowValue(int value);
+  void SetAddressBox(const QString& text);
+  /// Bold for a register that differs from its default, in all nodes of the address just read.
+  void MarkNodes(std::int32_t address, int value);
+  void MarkBoxesBeyondByte();
+  void CopyRows();
+
+  QLineEdit* txtFind_ = nullptr;
+  QLabel* lblNoMatch_ = nullptr;
+  QTreeWidget* TreeView1_ = nullptr;
+  QLineEdit* txtReadAddr_ = nullptr;
+  QPushButton* cmdRead_ = nullptr;
+  QCheckBox* chkContRead_ = nullptr;
+  QLineEdit* txtHex_ = nullptr;
+  QLineEdit* txtDec_ = nullptr;
+  QPushButton* cmdWrite_ = nullptr;
+  QLabel* lblRegDescription_ = nullptr;
+  QLabel* lblCurrentAddr_ = nullptr;
+  QLabel* lblHexVal_ = nullptr;
+  QLabel* lblDecVal_ = nullptr;
+  QLabel* lblReadOnly_ = nullptr;
+  BitDisplay* fraBits_ = nullptr;
+
+  bool UpdatingValue = false;  ///< one of the value boxes is being written from the other
+  bool treePressed_ = false;   ///< a mouse button is down on the tree
+  bool shownByPress_ = false;  ///< and its press has already shown the node
+};
+
+}  // namespace zth::windows

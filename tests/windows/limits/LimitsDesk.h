@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+
+#include <QComboBox>
+#include <QMetaObject>
+#include <gtest/gtest.h>
+
+#include "chip/Measurements.h"
+#include "chip/PinModel.h"
+#include "tests/support/Desk.h"
+
+namespace zth::testing {
+
+/// The limits window on a board whose pins a test sets, with the measurement cycle standing still.
+class Limits : public ::testing::Test {
+ protected:
+  explicit Limits(Desk::Buses buses = Desk::Buses::Usb) : desk(buses) {
+    desk.Start();
+    chip::PollEnabled = false;
+  }
+
+  void Load(const std::function<void(chip::PinFunctionFlags&)>& change = {}) {
+    if (change) change(chip::PinFunctions);
+    window = &desk.Open("frmLimits");
+  }
+  /// As after a new pin configuration.
+  void LoadAgain(const std::function<void(chip::PinFunctionFlags&)>& change) {
+    change(chip::PinFunctions);
+    window->Form_Load();
+  }
+  QStringList Items(const char* list) const {
+    const auto& box = Desk::Get<QComboBox>(*window, list);
+    QStringList items;
+    for (int i = 0; i < box.count(); ++i) items << box.itemText(i);
+    return items;
+  }
+  void PickItem(const char* list, const QString& item) const {
+    Desk::Pick(*window, list, static_cast<int>(Items(list).indexOf(item)));
+  }
+  double Slider(const char* gauge, int number) const {
+    auto& widget = Desk::Get<QWidget>(*window, gauge);
+    widget.setProperty("PointerIndex", number);
+    return widget.property("PointerValue").toDouble();
+  }
+  double Needle(const char* gauge, int number) const {
+    auto& widget = Desk::Get<QWidget>(*window, gauge);
+    widget.setProperty("NeedleIndex", number);
+    return widget.property("NeedleValue").toDouble();
+  }
+  QString Caption(const char* gauge) const { return Desk::Property(*window, gauge, "Caption").toString(); }
+  /// Puts a slider where a drag would leave it, and ends the drag.
+  void Drag(const char* gauge, int number, double value) const {
+    auto& widget = Desk::Get<QWidget>(*window, gauge);
+    widget.setProperty("PointerIndex", number);
+    widget.setProperty("PointerValue", value);
+    QMetaObject::invokeMethod(&widget, "SliderChanged");
+  }
+  bool Enabled(const QString& name) const { return Desk::Get<QWidget>(*window, name).isEnabled(); }
+  bool Lit(const QString& lamp) const { return Desk::Property(*window, lamp, "Value").toBool(); }
+  bool Seen(const QString& lamp) const { return Desk::Property(*window, lamp, "Visible").toBool(); }
+
+  Desk desk;
+  windows::ChildWindow* window = nullptr;
+};
+
+inline QString At(const char* array, int index) {
+  return QString("%1(%2)").arg(array).arg(index);
+}
+
+}  // namespace zth::testing

@@ -1,0 +1,155 @@
+// What the register map offers beside reading and writing: search, marks, copies, and a keyboard that reaches all.
+#include <set>
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTest>
+#include <QTreeWidget>
+#include <gmock/gmock.h>
+
+#include "tests/support/Desk.h"
+
+namespace zth::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class ReachOfTheRegisterMap : public ::testing::Test {
+ protected:
+  ReachOfTheRegisterMap() {
+    desk.Start();
+    window = &desk.Open("frmRegMap");
+    desk.Main().show();
+  }
+  QTreeWidget& Tree() const { return Desk::Get<QTreeWidget>(*window, "TreeView1"); }
+  QTreeWidgetItem& Node(const QString& text) const {
+    return *Tree().findItems(text, Qt::MatchExactly | Qt::MatchRecursive).at(0);
+  }
+  /// The registers that can be seen, groups unfolded.
+  QStringList Found() const {
+    QStringList names;
+    for (QTreeWidgetItemIterator at(&Tree(), QTreeWidgetItemIterator::NoChildren); *at != nullptr; ++at) {
+      if (Tree().visualItemRect(*at).isValid() && !(*at)->isHidden()) names << (*at)->text(0);
+    }
+    return names;
+  }
+  bool Bold(const QString& text) const { return Node(text).font(0).bold(); }
+  void Write(const char* address, const char* value) const {
+    Desk::Type(*window, "txtReadAddr", address);
+    Desk::Type(*window, "txtDec", value);
+    Desk::Press(*window, "cmdWrite");
+  }
+
+  Desk desk;
+  windows::ChildWindow* window;
+};
+
+TEST_F(ReachOfTheRegisterMap, SearchFindsByNameBitAndAddress) {
+  struct Case {
+    const char* text;
+    const char* found;
+  };
+  for (const Case& row : {
+           Case{"device", "Device ID"},
+           Case{"4c", "Local THERM1 Limit|1.5V2 (ICH) High Limit"},
+           Case{"0x4C", "Local THERM1 Limit|1.5V2 (ICH) High Limit"},
+           Case{" 4Ch ", "Local THERM1 Limit|1.5V2 (ICH) High Limit"},
+           Case{"AVG", "Configuration 1"},
+           Case{"vrd", "Thermal Mask 2"},
+           Case{"SWR", "Configuration 0"},
+           Case{"Cl_r", "Configuration 3"},
+           Case{"07", "Tach Enable"},
+           Case{"no such thing", ""},
+       }) {
+    Desk::Type(*window, "txtFind", row.text);
+    EXPECT_EQ(Found().join('|'), row.found) << row.text;
+    EXPECT_EQ(Desk::Get<QWidget>(*window, "lblNoMatch").isHidden(), *row.found != 0) << row.text;
+  }
+  Desk::Type(*window, "txtFind", "bhvr");
+  EXPECT_TRUE(Found().contains("GPIO1_Bhvr") && Found().contains("PWM3 Config")) << "by name and by bit";
+  QTest::keyClick(&Desk::Get<QWidget>(*window, "txtFind"), Qt::Key_Escape);
+  EXPECT_EQ(Desk::Text(*window, "txtFind"), "");
+  EXPECT_FALSE(Node("Device ID").isHidden());
+  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty()) << "searching reads nothing";
+}
+
+TEST_F(ReachOfTheRegisterMap, BoldMarksWhatDiffersFromItsDefaultOnceRead) {
+  desk.board.Chip()[0x45] = 0x41;
+  EXPECT_FALSE(Bold("Remote 1 Low Limit")) << "not read yet";
+  Tree().setCurrentItem(&Node("Pin 15 Low Limit"));
+  EXPECT_TRUE(Bold("Remote 1 Low Limit") && Bold("Pin 15 Low Limit")) << "one register under two names";
+  Write("45", "64");
+  EXPECT_FALSE(Bold("Remote 1 Low Limit") || Bold("Pin 15 Low Limit"));
+}
+
+TEST_F(ReachOfTheRegisterMap, CopiesARowOrAGroupAsText) {
+  auto& copy = *Tree().findChild<QAction*>("actCopy");
+  Tree().setCurrentItem(&Node("Company ID"));
+  copy.trigger();
+  EXPECT_EQ(QApplication::clipboard()->text(), "Company ID\t3Eh\t41h\t41h\tYes\t7:6:5:4:3:2:1:0");
+  Tree().setCurrentItem(&Node("ID/Revision"));
+  copy.trigger();
+  EXPECT_EQ(QApplication::clipboard()->text(),
+            "Device ID\t3Dh\t\t62h\tYes\t7:6:5:4:3:2:1:0\nCompany ID\t3Eh\t41h\t41h\tYes\t7:6:5:4:3:2:1:0\n"
+            "Revision Number\t3Fh\t\t0h\tYes\t7:6:5:4:3:2:1:0");
+}
+
+TEST_F(ReachOfTheRegisterMap, TabReachesEveryControlInReadingOrder) {
+  const QStringList order{"txtFind",   "TreeView1", "txtReadAddr", "cmdRead",   "chkContRead", "txtHex",
+                          "txtDec",    "cmdWrite",  "lblBit(7)",   "lblBit(6)", "lblBit(5)",   "lblBit(4)",
+                          "lblBit(3)", "lblBit(2)", "lblBit(1)",   "lblBit(0)"};
+  const QWidget* at = &Desk::Get<QWidget>(*window, "txtFind");
+  QStringList reached;
+  for (int i = 0; i < 200 && reached.size() < order.size(); ++i, at = at->nextInFocusChain()) {
+    const bool ours = window->isAncestorOf(at) && (at->focusPolicy() & Qt::TabFocus) != 0 && at->isVisible();
+    if (ours && !at->objectName().startsWith("qt_")) reached << at->objectName();
+  }
+  EXPECT_EQ(reached.join(' '), order.join(' '));
+}
+
+TEST_F(ReachOfTheRegisterMap, MnemonicsDoNotClashWithEachOtherOrTheMenus) {
+  QString letters = "FVCOHWA";  // of the menu bar
+  for (const QWidget* control : window->findChildren<QWidget*>()) {
+    const QString text = control->property("text").toString();
+    const auto mark = text.indexOf('&');
+    if (mark < 0 || qobject_cast<const QLineEdit*>(control) != nullptr) continue;
+    const QChar letter = text.at(mark + 1).toUpper();
+    EXPECT_FALSE(letters.contains(letter)) << text.toStdString();
+    letters += letter;
+  }
+  EXPECT_GT(letters.size(), 12) << "the buttons and boxes have theirs";
+}
+
+TEST_F(ReachOfTheRegisterMap, KeysFlipABitOnceHoweverLongTheyAreHeld) {
+  Desk::Type(*window, "txtReadAddr", "30");
+  auto& bit = Desk::Get<QWidget>(*window, "lblBit(2)");
+  QTest::keyClick(&bit, Qt::Key_Space);
+  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(W(0x30, 0x04), R(0x30)));
+  QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, " ", true);
+  QApplication::sendEvent(&bit, &repeated);
+  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
+  EXPECT_TRUE(bit.accessibleName().contains("R1: 1")) << bit.accessibleName().toStdString();
+}
+
+TEST_F(ReachOfTheRegisterMap, BitsStandInTheirPlacesAtAnySize) {
+  for (const int width : {400, 777}) {
+    auto& frame = Desk::Get<QWidget>(*window, "fraBits");
+    frame.resize(width, frame.height());
+    const int cell = (width * 15 - 200) / 8;
+    for (int i = 0; i < 8; ++i) {
+      const QRect digit = Desk::Get<QWidget>(*window, QString("lblBit(%1)").arg(i)).geometry();
+      const QRect name = Desk::Get<QWidget>(*window, QString("lblInfo(%1)").arg(7 - i)).geometry();
+      EXPECT_NEAR(digit.left() * 15, width * 15 - ((i + 1) * cell + 100), 15);
+      EXPECT_NEAR(digit.width() * 15, cell, 15);
+      EXPECT_EQ(name.center().x(), digit.center().x());
+      EXPECT_GT(name.top(), digit.bottom());
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zth::testing
