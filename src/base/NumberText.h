@@ -22,8 +22,8 @@ std::int32_t LeadingHex(std::string_view text);
 std::string HexText(std::int32_t value);
 
 /// General format: no blanks, no zero before the decimal point, as few digits as tell the value, at most 7 significant
-/// ones for a float and 15 for a double. "12", ".25", "-.25". Values that the digits cannot hold without an exponent
-/// take one: "1E+07", "1.5E-05".
+/// ones for a float and 15 for a double. "12", ".25", "-.25". A value whose digits do not fit so many places before the
+/// point, or so many behind it, takes an exponent: "1E+07", "3.333333E-02", but ".0000001".
 std::string GeneralText(float value);
 std::string GeneralText(double value);
 

@@ -66,6 +66,14 @@ class DesktopLibraries final : public Libraries {
   QString folder_;
 };
 
+class DesktopFiles final : public Files {
+ public:
+  FileAppend Append(const QString& path, const QByteArray& bytes) override;
+  bool Cut(const QString& path, std::int64_t from, std::int64_t to) override;
+  bool Replace(const QString& path, const QByteArray& bytes) override;
+  std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
+};
+
 class DesktopProcess final : public Process {
  public:
   [[noreturn]] void End(int status) override;

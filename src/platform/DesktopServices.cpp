@@ -41,13 +41,14 @@ struct DesktopServices::Parts {
   DesktopClock clock;
   DesktopEvents events;
   DesktopLibraries libraries{QCoreApplication::applicationDirPath()};
+  DesktopFiles files;
   DesktopProcess process;
 };
 
 DesktopServices::DesktopServices()
     : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,
                                               parts_->shell,     parts_->clock,       parts_->events,
-                                              parts_->libraries, parts_->process} {}
+                                              parts_->libraries, parts_->files, parts_->process} {}
 
 DesktopServices::~DesktopServices() = default;
 

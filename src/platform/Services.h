@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QString>
 
@@ -113,6 +115,29 @@ class Libraries {
   virtual LoadedLibrary Load(const QString& name) = 0;
 };
 
+/// What an append has left in the file.
+struct FileAppend {
+  bool opened = false;
+  std::int64_t before = 0;   ///< the file's size before it, in bytes
+  std::int64_t written = 0;  ///< bytes of it that stand in the file; fewer than were handed in on a full disk
+};
+
+/// The user's files. None stays open behind a call; only regular files are touched, so that none of them can hang.
+class Files {
+ public:
+  virtual ~Files() = default;
+  /// Opens the file for appending (one that is not there starts empty), hands it all bytes in one write and closes it.
+  virtual FileAppend Append(const QString& path, const QByteArray& bytes) = 0;
+  /// Cuts a file of `from` bytes to `to`. False when that failed; a file that is not `from` bytes long any more is not
+  /// what was meant, and stays as it is with true.
+  virtual bool Cut(const QString& path, std::int64_t from, std::int64_t to) = 0;
+  /// Puts a file of these bytes in the place of what stands there: written aside, flushed and renamed, so that either
+  /// the old one or the new one is there whole. False when it could not be done; the old one is as it was.
+  virtual bool Replace(const QString& path, const QByteArray& bytes) = 0;
+  /// The file's bytes, at most the first `limit` of them; nothing when it cannot be opened.
+  virtual std::optional<QByteArray> Read(const QString& path, std::int64_t limit) = 0;
+};
+
 class Process {
  public:
   virtual ~Process() = default;
@@ -136,6 +161,7 @@ struct Services {
   Clock& clock;
   Events& events;
   Libraries& libraries;
+  Files& files;
   Process& process;
 };
 

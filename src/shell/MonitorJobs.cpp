@@ -7,6 +7,8 @@
 #include "windows/SharedState.h"
 #include "windows/board/frmHeaters.h"
 #include "windows/config/frmGPIO.h"
+#include "windows/data/LogJob.h"
+#include "windows/data/frmGraph.h"
 #include "windows/fancontrol/Demo.h"
 #include "windows/fancontrol/frmAutoGraph.h"
 #include "windows/fancontrol/frmDynamicTmin.h"
@@ -47,6 +49,10 @@ void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   // job 1
   jobs.Add({"measurement", [] { return chip::PollEnabled; }, [] { return chip::PollPeriodMs / 1000.0; },
             [job = std::make_shared<MeasurementJob>(context.services)] { job->Run(); }});
+  // job 2
+  jobs.Add(
+      {"graphs", [] { return windows::GraphOpen; }, [] { return windows::GraphPeriodMs / 1000.0; },
+       OnWindow<windows::frmGraph>(context, "frmGraph", [](auto& window) { windows::FeedGraphs(window.Charts()); })});
   // job 3
   const windows::Desktop& desktop = context.desktop;
   const auto readsContinuously = [&desktop] {
@@ -74,6 +80,8 @@ void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   // job 9
   jobs.Add({"GPIO", [] { return windows::GpioOpen; }, Every(0.5),
             OnWindow<windows::frmGPIO>(context, "frmGPIO", [](auto& window) { window.UpdateGPIOStatus(); })});
+  // job 10
+  jobs.Add({"log", windows::LogHasWork, windows::LogPeriodSeconds, [context] { windows::RunLogJob(context); }});
 }
 
 }  // namespace zth::shell

@@ -14,6 +14,9 @@
 #include "windows/config/frmPinConfig.h"
 #include "windows/config/frmTherm.h"
 #include "windows/config/frmVoltConfig.h"
+#include "windows/data/frmGraph.h"
+#include "windows/data/frmLogging.h"
+#include "windows/data/frmSave.h"
 #include "windows/fancontrol/frmAutoGraph.h"
 #include "windows/fancontrol/frmDynamicTmin.h"
 #include "windows/fancontrol/frmManualControl.h"
@@ -45,11 +48,14 @@ constexpr std::array kWindows{
     Row{"frmFanConfig", Make<windows::frmFanConfig>},
     Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
+    Row{"frmGraph", Make<windows::frmGraph>},
     Row{"frmHeaters", Make<windows::frmHeaters>},
     Row{"frmLimits", Make<windows::frmLimits>},
+    Row{"frmLogging", Make<windows::frmLogging>},
     Row{"frmManualControl", Make<windows::frmManualControl>},
     Row{"frmPinConfig", Make<windows::frmPinConfig>},
     Row{"frmRegMap", Make<windows::frmRegMap>},
+    Row{"frmSave", Make<windows::frmSave>},
     Row{"frmSwitches", Make<windows::frmSwitches>},
     Row{"frmTherm", Make<windows::frmTherm>},
     Row{"frmVoltConfig", Make<windows::frmVoltConfig>},

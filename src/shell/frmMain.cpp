@@ -28,6 +28,7 @@
 #include "shell/frmSplash.h"
 #include "windows/ChildWindow.h"
 #include "windows/Handlers.h"
+#include "windows/data/LogJob.h"
 
 namespace zth::shell {
 
@@ -199,11 +200,16 @@ void frmMain::Form_Unload() {
   if (!isMinimized()) StorePlacement(*this, services_.settings);
 }
 
+void frmMain::FinishWork() {
+  windows::FinishLog(services_.files);
+}
+
 void frmMain::CloseAllWindows() {
   const auto names = open_.keys();
   for (const QString& name : names) {
     if (windows::ChildWindow* window = FindWindow(name)) window->Unload();
   }
+  FinishWork();
   Form_Unload();
 }
 
@@ -246,6 +252,7 @@ void frmMain::EnableTimer(bool on) {
 }
 
 void frmMain::mnuExit_Click() {
+  FinishWork();
   services_.process.End(0);
 }
 

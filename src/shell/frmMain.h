@@ -57,6 +57,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void BuildTimer();
   void BuildWindowMenu();
   void FitIcons();
+  /// What must not be left undone at any orderly end: closing, "Exit", a failed link.
+  void FinishWork();
   void mnuExit_Click();
   void tbToolBar_ButtonClick(const QString& key);
   void cmbDevices_Click();

@@ -1,5 +1,7 @@
 #include "windows/SharedState.h"
 
+#include "windows/data/LogJob.h"
+
 namespace zth::windows {
 
 bool RegMapOpen = false;
@@ -15,7 +17,7 @@ std::int16_t GraphPeriodMs = 50;
 
 bool LogActive = false;
 std::int32_t LogPeriodMs = 100;
-std::int32_t LogSampleCount = 0;
+std::int64_t LogSampleCount = 0;
 QString LogFileName;
 
 bool ManualSliderHeld = false;
@@ -31,6 +33,7 @@ void ResetSharedState() {
   LogPeriodMs = 100;
   LogSampleCount = 0;
   LogFileName.clear();
+  ResetLog();
 }
 
 }  // namespace zth::windows

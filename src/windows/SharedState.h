@@ -21,10 +21,11 @@ extern bool AutoGraphOpen;
 /// Period of the graph job.
 extern std::int16_t GraphPeriodMs;
 
-/// The log job: on or off, its period, the lines written since it was started, and its file's full path.
+/// The log job: on or off, its period, the samples since it was started, and its file's full path. The count has 64
+/// bits, so that no log is too long for it.
 extern bool LogActive;
 extern std::int32_t LogPeriodMs;
-extern std::int32_t LogSampleCount;
+extern std::int64_t LogSampleCount;
 extern QString LogFileName;
 
 /// The user holds a slider of the manual control down.

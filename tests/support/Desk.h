@@ -75,8 +75,9 @@ class Desk {
   VirtualClock clock;
   QuietEvents events;
   FakeLibraries libraries{board};
+  FailingFiles files;
   RecordedProcess process;
-  platform::Services services{prompts, fileDialogs, settings, shell, clock, events, libraries, process};
+  platform::Services services{prompts, fileDialogs, settings, shell, clock, events, libraries, files, process};
 
  private:
   [[noreturn]] static void FailToFind(const QWidget& window, const QString& name);

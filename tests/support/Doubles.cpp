@@ -46,7 +46,7 @@ double VirtualClock::Now() const {
 }
 
 QDateTime VirtualClock::WallTime() const {
-  return QDateTime(QDate(2026, 3, 1), QTime(8, 0)).addMSecs(nowUs_ / 1000 - 1'000'000);
+  return QDateTime(QDate(2026, 3, 1), QTime(8, 0)).addMSecs(nowUs_ / 1000 - 1'000'000 + wallOffsetMs_);
 }
 
 void VirtualClock::WaitMs(float milliseconds) {
@@ -103,7 +103,33 @@ void QuietEvents::Pump() {
   if (onPump) onPump();
 }
 
-void QuietEvents::PumpPaint() {}
+void QuietEvents::PumpPaint() {
+  ++paints;
+  if (onPaint) onPaint();
+}
+
+platform::FileAppend FailingFiles::Append(const QString& path, const QByteArray& bytes) {
+  ++appends;
+  if (locked) return {};
+  const auto room = space.value_or(bytes.size());
+  const platform::FileAppend done = real_.Append(path, bytes.left(std::min<std::int64_t>(room, bytes.size())));
+  if (space) *space -= done.written;
+  return done;
+}
+
+bool FailingFiles::Cut(const QString& path, std::int64_t from, std::int64_t to) {
+  if (locked || cutFails || !real_.Cut(path, from, to)) return false;
+  if (space) *space += from - to;
+  return true;
+}
+
+bool FailingFiles::Replace(const QString& path, const QByteArray& bytes) {
+  return !locked && (!space || *space >= bytes.size()) && real_.Replace(path, bytes);
+}
+
+std::optional<QByteArray> FailingFiles::Read(const QString& path, std::int64_t limit) {
+  return real_.Read(path, limit);
+}
 
 void RecordedProcess::End(int status) {
   ends.push_back(status);

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include "platform/DesktopParts.h"
 #include "platform/Services.h"
 #include "tests/support/FakeBoard.h"
 
@@ -64,6 +65,9 @@ class VirtualClock final : public platform::Clock {
   /// Lets so much time pass, with the timers firing.
   void Advance(int milliseconds);
 
+  /// Puts the wall clock; it goes on from there.
+  void SetWallTime(const QDateTime& time) { wallOffsetMs_ = WallTime().msecsTo(time) + wallOffsetMs_; }
+
   double waitedMs = 0;  ///< all that WaitMs was asked for
 
  private:
@@ -74,6 +78,7 @@ class VirtualClock final : public platform::Clock {
   void Refresh();
 
   mutable std::int64_t nowUs_ = 1'000'000'000;
+  std::int64_t wallOffsetMs_ = 0;
   std::vector<Adopted> timers_;
 };
 
@@ -83,7 +88,9 @@ class QuietEvents final : public platform::Events {
   void PumpPaint() override;
 
   int pumps = 0;
-  std::function<void()> onPump;  ///< what the events do
+  int paints = 0;
+  std::function<void()> onPump;   ///< what the events do
+  std::function<void()> onPaint;  ///< what timers and the window system do while windows paint
 };
 
 class FakeLibraries final : public platform::Libraries {
@@ -95,6 +102,23 @@ class FakeLibraries final : public platform::Libraries {
 
  private:
   FakeBoard& board_;
+};
+
+/// Real files, on which writing fails as told.
+class FailingFiles final : public platform::Files {
+ public:
+  platform::FileAppend Append(const QString& path, const QByteArray& bytes) override;
+  bool Cut(const QString& path, std::int64_t from, std::int64_t to) override;
+  bool Replace(const QString& path, const QByteArray& bytes) override;
+  std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
+
+  bool locked = false;                ///< no file opens for writing
+  std::optional<std::int64_t> space;  ///< bytes that are left on the disk
+  bool cutFails = false;
+  int appends = 0;
+
+ private:
+  platform::DesktopFiles real_;
 };
 
 /// Records the end and leaves by an exception.

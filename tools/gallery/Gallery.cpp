@@ -109,8 +109,8 @@ int main(int argc, char** argv) {
   const zth::platform::Services& real = desktop.All();
   zth::NoPrompts prompts;
   zth::NoSettings settings;
-  zth::platform::Services services{prompts,    real.fileDialogs, settings,       real.shell,
-                                   real.clock, real.events,      real.libraries, real.process};
+  zth::platform::Services services{prompts,     real.fileDialogs, settings,   real.shell,  real.clock,
+                                   real.events, real.libraries,   real.files, real.process};
   zth::shell::Main(services);
   auto& main = *zth::shell::MainForm;
   main.showNormal();

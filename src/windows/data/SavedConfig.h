@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// The text of a saved configuration: a head for people, then one line for each register between braces.
+namespace zth::windows {
+
+/// Everything up to the line of the opening brace; all texts in UTF-8.
+std::string SavedHead(std::string_view date, std::string_view time, std::string_view comment);
+
+/// The line of one register, with its end.
+std::string SavedLine(std::int32_t address, std::int32_t value, std::string_view caption);
+
+/// The closing line.
+inline constexpr std::string_view kSavedEnd = "}\r\n";
+
+/// Reads a saved configuration, character by character. It asks little of a file: what precedes the first opening brace
+/// is passed over, of each line the two numbers that follow an "x" count, and a line that begins with "}" ends it.
+class SavedReader {
+ public:
+  /// `text` outlives the reader.
+  explicit SavedReader(std::string_view text) : text_(text) {}
+
+  enum class Result {
+    Line,    ///< a register is to be written
+    End,     ///< the closing brace
+    Broken,  ///< the text ends before it, is no text, or has more than kMostLines lines
+  };
+
+  /// Goes to the first register line. False when there is none in reach.
+  bool FindStart();
+
+  /// The next line; `address` and `value`, 0 to 255, are put only when it gives one.
+  Result Next(int& address, int& value);
+
+  /// How much has been read, 0 to 100.
+  int Percent() const;
+
+  static constexpr int kMostLines = 100'000;
+
+  /// More of a file need not be looked at: lines longer than any register's by far.
+  static constexpr std::int64_t kMostBytes = std::int64_t{kMostLines} * 320;
+
+ private:
+  bool ReadChar(int count, char& last);
+  bool SkipTo(char wanted);
+  bool SkipToLineEnd();
+  bool ReadByte(int& byte);
+
+  std::string_view text_;
+  std::size_t at_ = 0;
+  int lines_ = 0;
+};
+
+}  // namespace zth::windows

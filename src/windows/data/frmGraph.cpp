@@ -1,0 +1,169 @@
+#include "windows/data/frmGraph.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+#include "base/NumberText.h"
+#include "base/Rounding.h"
+#include "base/Twips.h"
+#include "chip/PinModel.h"
+#include "widgets/Strip.h"
+#include "widgets/UpDown.h"
+#include "windows/Handlers.h"
+#include "windows/SharedState.h"
+
+namespace zth::windows {
+namespace {
+
+constexpr int kHeaderTwips = 960;
+constexpr int kFooterTwips = 500;
+constexpr std::int32_t kLongestPeriodMs = 32767;
+
+int VoltagesPresent() {
+  return static_cast<int>(std::count(chip::VoltagePresent.begin(), chip::VoltagePresent.end(), true));
+}
+
+}  // namespace
+
+frmGraph::frmGraph(const Context& context) : ChildWindow("frmGraph", "Graphing", context) {
+  MakeHeader();
+  MakeCharts();
+  lblHint_ =
+      new QLabel("Drag the arrows, or turn the wheel, to zoom; drag the plot to move it; End: back to live", this);
+  lblHint_->setObjectName("lblHint");
+  lblHint_->setAlignment(Qt::AlignCenter);
+  lblHint_->setForegroundRole(QPalette::PlaceholderText);
+  OnSelect(*cmbGraph_, [this] { cmbGraph_Click(); });
+  OnChange(*txtUpdate_, [this] { txtUpdate_Change(); });
+}
+
+void frmGraph::MakeHeader() {
+  header_ = new QWidget(this);
+  auto* lblGraph = new QLabel("Select &Graph", header_);
+  lblGraph->setObjectName("lblGraph");
+  cmbGraph_ = new QComboBox(header_);
+  cmbGraph_->setObjectName("cmbGraph");
+  for (const char* name : kGraphNames) cmbGraph_->addItem(name);
+  lblGraph->setBuddy(cmbGraph_);
+  auto* lblUpdate = new QLabel("&Update Rate(ms)", header_);
+  lblUpdate->setObjectName("lblUpdate");
+  txtUpdate_ = new QLineEdit(header_);
+  txtUpdate_->setObjectName("txtUpdate");
+  lblUpdate->setBuddy(txtUpdate_);
+  auto* upDown = new widgets::UpDown(txtUpdate_, {10, 10000, 10}, header_);
+  upDown->setObjectName("UpDown1");
+
+  auto* row = new QHBoxLayout(header_);
+  row->addWidget(lblGraph);
+  row->addWidget(cmbGraph_);
+  row->addSpacing(fontMetrics().averageCharWidth() * 4);
+  row->addWidget(lblUpdate);
+  row->addLayout(upDown->Row());
+  row->addStretch();
+}
+
+void frmGraph::MakeCharts() {
+  const platform::Clock& clock = Services().clock;
+  for (int i = 0; i < kGraphs; ++i) {
+    auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, &Services().fileDialogs);
+    chart->setObjectName(QString("stpGraph(%1)").arg(i));
+    chart->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
+    chart->SetUp(GraphSetup(i, VoltagesPresent()));
+    chart->hide();
+    stpGraph_.at(static_cast<std::size_t>(i)) = chart;
+  }
+}
+
+void frmGraph::Form_Load() {
+  cmbGraph_->setCurrentIndex(3);
+  ShowGraph(3);
+  txtUpdate_->setText(QString::number(GraphPeriodMs));
+  SetUpVoltageGraphLabels();
+  GraphOpen = true;
+}
+
+void frmGraph::Form_Unload() {
+  GraphOpen = false;
+}
+
+QSize frmGraph::sizeHint() const {
+  // The legend and both zones are readable, and a maximised main window on a small screen holds it.
+  const int line = fontMetrics().height();
+  return {std::min(fontMetrics().averageCharWidth() * 120, 1200), std::min(line * 33, 580)};
+}
+
+QSize frmGraph::minimumSizeHint() const {
+  const QSize chart = stpGraph_[3]->minimumSizeHint();
+  const int around = base::PixelsFromTwips(kHeaderTwips + kFooterTwips);
+  return {std::max(header_->minimumSizeHint().width(), chart.width()), chart.height() + around};
+}
+
+void frmGraph::cmbGraph_Click() {
+  ShowGraph(cmbGraph_->findText(cmbGraph_->currentText()));
+}
+
+void frmGraph::ShowGraph(int index) {
+  for (widgets::Strip* chart : stpGraph_) chart->hide();
+  widgets::Strip& chosen = *stpGraph_.at(static_cast<std::size_t>(index));
+  Place(chosen);
+  chosen.show();
+}
+
+void frmGraph::Place(widgets::Strip& chart) {
+  chart.SetLeft(0);
+  chart.SetTop(kHeaderTwips);
+  chart.SetWidth(base::TwipsFromPixels(width()));
+  chart.SetHeight(base::TwipsFromPixels(height()) - kHeaderTwips - kFooterTwips);
+}
+
+void frmGraph::resizeEvent(QResizeEvent* event) {
+  ChildWindow::resizeEvent(event);
+  header_->setGeometry(0, 0, width(), base::PixelsFromTwips(kHeaderTwips));
+  const int footer = base::PixelsFromTwips(kFooterTwips);
+  lblHint_->setGeometry(0, height() - footer, width(), footer);
+  for (widgets::Strip* chart : stpGraph_) {
+    if (!chart->isHidden()) Place(*chart);
+  }
+}
+
+void frmGraph::SetUpVoltageGraphLabels() {
+  widgets::Strip& chart = *stpGraph_[5];
+  for (int slot = 1; slot <= std::max(kVoltageTraces, VoltagesPresent()); ++slot) {
+    chart.SetLabelIndex(slot);
+    chart.SetCaption({});
+  }
+  int slot = 1;
+  for (std::size_t channel = 0; channel < chip::VoltagePresent.size(); ++channel) {
+    if (!chip::VoltagePresent[channel]) continue;
+    chart.SetLabelIndex(slot++);
+    chart.SetCaption(QString::fromStdString(chip::VoltageName[channel]));
+  }
+}
+
+void frmGraph::txtUpdate_Change() {
+  const double typed = base::LeadingDecimal(txtUpdate_->text().toStdString());
+  const std::int32_t period = std::min(base::RoundToInt(typed), kLongestPeriodMs);
+  const bool taken = typed > 0 && period > 0;
+  if (taken) GraphPeriodMs = static_cast<std::int16_t>(period);
+  MarkPeriod(taken && base::RoundToInt(typed) <= kLongestPeriodMs);
+}
+
+void frmGraph::MarkPeriod(bool inForce) {
+  QPalette colours;
+  if (!inForce) {
+    const bool dark = palette().color(QPalette::Window).lightness() < 128;
+    colours.setColor(QPalette::Base, dark ? QColor(0x6B, 0x35, 0x12) : QColor(0xFF, 0xE3, 0xC2));
+    colours.setColor(QPalette::Text, dark ? QColor(0xFF, 0xF1, 0xE0) : QColor(0x5A, 0x2A, 0x00));
+  }
+  txtUpdate_->setPalette(colours);
+  const QString hint = QString("Not in force: the charts are fed every %1 ms").arg(GraphPeriodMs);
+  txtUpdate_->setToolTip(inForce ? QString("Milliseconds between two samples of the charts") : hint);
+  txtUpdate_->setAccessibleDescription(inForce ? QString() : hint);
+}
+
+}  // namespace zth::windows

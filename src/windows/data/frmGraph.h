@@ -1,0 +1,50 @@
+#pragma once
+
+#include "windows/ChildWindow.h"
+#include "windows/data/GraphSubs.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+
+namespace zth::windows {
+
+/// Live charts of all that the monitor measures; one of seven shows at a time, all are fed.
+class frmGraph final : public ChildWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmGraph(const Context& context);
+
+  void Form_Load() override;
+  void Form_Unload() override;
+
+  /// The voltage chart's legend: the names of the channels that are present, packed to the front.
+  void SetUpVoltageGraphLabels();
+
+  const Graphs& Charts() const { return stpGraph_; }
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void MakeHeader();
+  void MakeCharts();
+  void ShowGraph(int index);
+  void Place(widgets::Strip& chart);
+  void MarkPeriod(bool inForce);
+
+  void cmbGraph_Click();
+  void txtUpdate_Change();
+
+  Graphs stpGraph_{};
+  QWidget* header_ = nullptr;
+  QComboBox* cmbGraph_ = nullptr;
+  QLineEdit* txtUpdate_ = nullptr;
+  QLabel* lblHint_ = nullptr;
+};
+
+}  // namespace zth::windows

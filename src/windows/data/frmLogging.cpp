@@ -1,0 +1,235 @@
+#include "windows/data/frmLogging.h"
+
+#include <QCheckBox>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "base/NumberText.h"
+#include "base/Product.h"
+#include "base/Rounding.h"
+#include "widgets/UpDown.h"
+#include "windows/Handlers.h"
+#include "windows/SharedState.h"
+#include "windows/data/LogJob.h"
+
+namespace zth::windows {
+namespace {
+
+// By row of LogChannelTable; the file's columns are headed by them.
+constexpr std::array<const char*, chip::kLogChannels> kCaptions{"Local Temp",
+                                                                "Remote1 Temp",
+                                                                "Remote2 Temp",
+                                                                "Remote3 Temp",
+                                                                "Tach1",
+                                                                "Tach2",
+                                                                "Tach3",
+                                                                "Tach4",
+                                                                "Tach5",
+                                                                "Tach6",
+                                                                "Tach7",
+                                                                "Tach8",
+                                                                "PWM1%",
+                                                                "PWM2%",
+                                                                "PWM3%",
+                                                                "PWM4%",
+                                                                "12V1",
+                                                                "12V2",
+                                                                "3.3V-Pin13",
+                                                                "2.5V-Pin15",
+                                                                "1.8V-Pin15",
+                                                                "1.25V-Pin20",
+                                                                "0.9V-Pin20",
+                                                                "5V",
+                                                                "12V3",
+                                                                "Vccp1",
+                                                                "1.5V-Pin23",
+                                                                "1.8-Pin23",
+                                                                "2.5V-Pin23",
+                                                                "Vccp2",
+                                                                "1.5V-Pin24",
+                                                                "1.8V-Pin24",
+                                                                "2.5V-Pin24",
+                                                                "1.2V-Pin25",
+                                                                "3.3V-Pin25",
+                                                                "1.2V-Pin26",
+                                                                "VBatt",
+                                                                "1.5V2",
+                                                                "1.5V1",
+                                                                "Local Tmin",
+                                                                "Remote1 Tmin",
+                                                                "Remote2 Tmin",
+                                                                "Remote3 Tmin",
+                                                                "Remote1 Op-Point",
+                                                                "Remote2 Op-Point"};
+
+constexpr char kStart[] = "S&tart Logging";
+constexpr char kStop[] = "S&top logging...";
+
+bool IsYes(float flag) {
+  return flag == 1.0F;
+}
+
+}  // namespace
+
+frmLogging::frmLogging(const Context& context) : ChildWindow("frmLogging", "Data Logging", context) {
+  auto* temperatures = MakeFrame("Frame3", "Temperature Values");
+  AddColumn(*temperatures, 0, 4, 0);
+  AddColumn(*temperatures, 39, 6, 0, 4);
+  auto* fans = MakeFrame("Frame2", "Fan Values");
+  AddColumn(*fans, 4, 8, 0);
+  AddColumn(*fans, 12, 4, 1);
+  auto* voltages = MakeFrame("Frame1", "Voltage Values");
+  AddColumn(*voltages, 16, 8, 0);
+  AddColumn(*voltages, 24, 8, 1);
+  AddColumn(*voltages, 32, 7, 2);
+
+  auto* frames = new QHBoxLayout;
+  for (QGroupBox* frame : {temperatures, fans, voltages}) frames->addWidget(frame);
+  lblState_ = new QLabel(this);
+  lblState_->setObjectName("lblState");
+  lblState_->setTextFormat(Qt::PlainText);
+  auto* column = new QVBoxLayout(this);
+  column->addLayout(frames);
+  column->addLayout(MakeCommandRow());
+  column->addWidget(lblState_);
+}
+
+QGroupBox* frmLogging::MakeFrame(const char* name, const char* caption) {
+  auto* frame = new QGroupBox(caption, this);
+  frame->setObjectName(name);
+  auto* grid = new QGridLayout(frame);
+  grid->setHorizontalSpacing(fontMetrics().averageCharWidth() * 3);
+  return frame;
+}
+
+void frmLogging::AddColumn(QGroupBox& frame, int first, int count, int column, int row) {
+  auto* grid = static_cast<QGridLayout*>(frame.layout());
+  for (int i = first; i < first + count; ++i, ++row) {
+    auto* box = new QCheckBox(kCaptions.at(static_cast<std::size_t>(i)), &frame);
+    box->setObjectName(QString("chkLog(%1)").arg(i));
+    grid->addWidget(box, row, column);
+    chkLog_.at(static_cast<std::size_t>(i)) = box;
+  }
+  // The columns of all frames begin at the top, in rows of one height.
+  constexpr int kRows = 10;
+  grid->setRowStretch(kRows, 1);
+}
+
+QPushButton* frmLogging::MakeButton(const char* name, const char* caption, void (frmLogging::*handler)()) {
+  auto* button = new QPushButton(caption, this);
+  button->setObjectName(name);
+  OnClick(*button, [this, handler] { (this->*handler)(); });
+  return button;
+}
+
+QHBoxLayout* frmLogging::MakeCommandRow() {
+  auto* label = new QLabel("&Interval (ms)", this);
+  label->setObjectName("Label1");
+  txtLogInt_ = new QLineEdit(this);
+  txtLogInt_->setObjectName("txtLogInt");
+  txtLogInt_->setToolTip("Milliseconds from line to line. The log keeps to the monitor's ticks of 50 ms.");
+  label->setBuddy(txtLogInt_);
+  auto* upDown = new widgets::UpDown(txtLogInt_, {10, 10000, 1}, this);
+  upDown->setObjectName("UpDown1");
+
+  auto* row = new QHBoxLayout;
+  row->addWidget(label);
+  row->addLayout(upDown->Row());
+  row->addStretch();
+  row->addWidget(MakeButton("cmdSelectAll", "S&elect  All", &frmLogging::cmdSelectAll_Click));
+  row->addWidget(MakeButton("cmdDeselectAll", "&Deselect All", &frmLogging::cmdDeselectAll_Click));
+  row->addSpacing(fontMetrics().averageCharWidth() * 3);
+  cmdLogData_ = MakeButton("cmdLogData", kStop, &frmLogging::cmdLogData_Click);
+  // The wider of its two captions keeps the row from moving under the pointer.
+  cmdLogData_->setMinimumWidth(cmdLogData_->sizeHint().width());
+  cmdLogData_->setText(kStart);
+  row->addWidget(cmdLogData_);
+  auto* close = MakeButton("cmdClose", "C&lose", &frmLogging::cmdClose_Click);
+  row->addWidget(close);
+  SetDefaultButton(*cmdLogData_);
+  SetCancelButton(*close);
+  return row;
+}
+
+void frmLogging::Form_Load() {
+  txtLogInt_->setText(QString::number(LogPeriodMs));
+  for (std::size_t i = 0; i < chkLog_.size(); ++i) {
+    const chip::LogChannel& channel = chip::LogChannelTable[i];
+    chkLog_[i]->setEnabled(IsYes(channel.Available));
+    chkLog_[i]->setChecked(IsYes(channel.Available) && IsYes(channel.Selected));
+  }
+  ShowState();
+  adjustSize();
+}
+
+void frmLogging::ShowState() {
+  cmdLogData_->setText(LogActive ? kStop : kStart);
+  lblState_->setText(LogActive ? "Logging to " + QFileInfo(LogFileName).fileName() : QString("Not logging"));
+  lblState_->setToolTip(LogActive ? LogFileName : QString());
+}
+
+std::string frmLogging::BuildLogHeader() const {
+  std::string header = "Time ,";
+  for (std::size_t i = 0; i < chkLog_.size(); ++i) {
+    if (IsYes(chip::LogChannelTable[i].Selected)) header += chkLog_[i]->text().toStdString() + " ,";
+  }
+  return header;
+}
+
+void frmLogging::cmdSelectAll_Click() {
+  for (QCheckBox* box : chkLog_) {
+    if (box->isEnabled()) box->setChecked(true);
+  }
+}
+
+void frmLogging::cmdDeselectAll_Click() {
+  for (QCheckBox* box : chkLog_) box->setChecked(false);
+}
+
+void frmLogging::cmdLogData_Click() {
+  if (LogActive) {
+    StopLog({Services(), TheDesktop()});
+    ShowState();
+  } else {
+    Start();
+  }
+}
+
+void frmLogging::Start() {
+  LogFileName.clear();
+  LogFileName = Services().fileDialogs.Ask({platform::FileQuestion::Kind::Save, "CommonDialog1", "Log Data to File",
+                                            Services().process.Folder(), "Log Files (*.csv)|*.csv", "", true},
+                                           this);
+  if (LogFileName.isEmpty()) return;
+
+  bool any = false;
+  for (std::size_t i = 0; i < chkLog_.size(); ++i) {
+    any = any || chkLog_[i]->isChecked();
+    chip::LogChannelTable[i].Selected = chkLog_[i]->isChecked() ? 1.0F : 0.0F;
+  }
+  if (!any) {
+    Services().prompts.Ask({base::kTitle, "At least one item must be selected for logging", platform::BoxIcon::Warning,
+                            platform::BoxButtons::Ok});
+    return;
+  }
+  if (!WriteLogHead(Services().files, BuildLogHeader())) {
+    // No box, but a line of the window, so that nobody waits for a log that does not run.
+    lblState_->setText("Not logging: " + QFileInfo(LogFileName).fileName() + " could not be written");
+    lblState_->setToolTip(LogFileName);
+    return;
+  }
+  StartLog(base::RoundToInt(base::LeadingDecimal(txtLogInt_->text().toStdString())), TheDesktop());
+  ShowState();
+}
+
+void frmLogging::cmdClose_Click() {
+  Unload();
+}
+
+}  // namespace zth::windows

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "chip/Measurements.h"
+#include "windows/ChildWindow.h"
+
+class QCheckBox;
+class QGroupBox;
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace zth::windows {
+
+/// Starts and stops the log. The choice of channels and the period are read at a start only.
+class frmLogging final : public ChildWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmLogging(const Context& context);
+
+  void Form_Load() override;
+
+  /// The head's last line, without its end: the captions of the selected channels.
+  std::string BuildLogHeader() const;
+
+ private:
+  QGroupBox* MakeFrame(const char* name, const char* caption);
+  void AddColumn(QGroupBox& frame, int first, int count, int column, int row = 0);
+  QHBoxLayout* MakeCommandRow();
+  QPushButton* MakeButton(const char* name, const char* caption, void (frmLogging::*handler)());
+
+  void cmdSelectAll_Click();
+  void cmdDeselectAll_Click();
+  void cmdLogData_Click();
+  void cmdClose_Click();
+  void Start();
+  void ShowState();
+
+  std::array<QCheckBox*, chip::kLogChannels> chkLog_{};
+  QLineEdit* txtLogInt_ = nullptr;
+  QPushButton* cmdLogData_ = nullptr;
+  QLabel* lblState_ = nullptr;
+};
+
+}  // namespace zth::windows

@@ -1,0 +1,77 @@
+// Whatever a file holds, the reader of saved configurations gives the registers that a plain reading of it gives, and
+// nothing else.
+
+#include <cstdlib>
+#include <sstream>
+#include <vector>
+
+#include "windows/data/SavedConfig.h"
+
+namespace {
+
+using Lines = std::vector<std::pair<int, int>>;
+using zth::windows::SavedReader;
+
+/// The plain reading: a stream that throws where it ends.
+class PlainReading {
+ public:
+  explicit PlainReading(const std::string& text) : in_(text) { in_.exceptions(std::ios::failbit | std::ios::eofbit); }
+
+  /// True when the closing brace was found.
+  bool Run(Lines& lines) {
+    try {
+      while (Next() != '{') continue;
+      SkipLine();
+      while (Next() != '}') {
+        const int address = Number();
+        const int value = Number();
+        SkipLine();
+        lines.emplace_back(address, value);
+      }
+      return true;
+    } catch (const std::ios::failure&) {
+      return false;
+    }
+  }
+
+ private:
+  char Next() {
+    const char c = static_cast<char>(in_.get());
+    if (c == '\0') throw std::ios::failure("no text");
+    return c;
+  }
+  void SkipLine() {
+    while (Next() != '\n') continue;
+  }
+  int Number() {
+    while (Next() != 'x') continue;
+    std::string digits(1, Next());
+    digits += Next();
+    digits.erase(std::min(digits.find_first_not_of("0123456789abcdefABCDEF"), digits.size()));
+    return digits.empty() ? 0 : std::stoi(digits, nullptr, 16);
+  }
+
+  std::istringstream in_;
+};
+
+}  // namespace
+
+// libFuzzer names this function.
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size);   // NOLINT
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {  // NOLINT
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  Lines read;
+  SavedReader reader(text);
+  auto result = reader.FindStart() ? SavedReader::Result::Line : SavedReader::Result::Broken;
+  while (result == SavedReader::Result::Line) {
+    int address = -1;
+    int value = -1;
+    result = reader.Next(address, value);
+    if (result == SavedReader::Result::Line) read.emplace_back(address, value);
+    if (reader.Percent() < 0 || reader.Percent() > 100) std::abort();
+  }
+  Lines plain;
+  const bool whole = PlainReading(text).Run(plain);
+  if (plain != read || whole != (result == SavedReader::Result::End)) std::abort();
+  return 0;
+}

@@ -1,0 +1,283 @@
+#include <fstream>
+#include <random>
+#include <set>
+#include <sys/stat.h>
+
+#include <QLabel>
+#include <QLocale>
+#include <QProgressBar>
+#include <QTimer>
+
+#include "chip/RegMapStuff.h"
+#include "link/Declarations.h"
+#include "tests/windows/data/DataGround.h"
+
+namespace zth::testing {
+namespace {
+
+constexpr int kChip = 0x58;
+
+std::string Hex(int value) {
+  std::ostringstream text;
+  text << "0x" << std::hex << std::uppercase << value;
+  return text.str();
+}
+
+/// The writable rows in the catalogue's order.
+std::vector<chip::RegisterEntry> WritableRows() {
+  std::vector<chip::RegisterEntry> rows;
+  for (const chip::RegisterEntry& row : chip::RegisterTable) {
+    if (!row.ReadOnly) rows.push_back(row);
+  }
+  return rows;
+}
+
+class SaveTest : public DataTest {
+ protected:
+  SaveTest() {
+    std::mt19937 random(4718);
+    for (auto& value : desk.board.usbChips[kChip]) value = static_cast<std::uint8_t>(random());
+    desk.board.TakeTraffic();
+  }
+  windows::ChildWindow& Save() { return desk.Open("frmSave"); }
+  QTimer& Master() { return Desk::Get<QTimer>(desk.Main(), "tmrMaster"); }
+  std::uint8_t Value(int reg) { return desk.board.Chip()[static_cast<std::size_t>(reg)]; }
+
+  void SaveTo(const QString& name) {
+    windows::ChildWindow& window = Save();
+    desk.fileDialogs.script.push_back(name.isEmpty() ? QString() : Path(name));
+    Desk::Press(window, "cmdsave");
+  }
+  void Recall(const QString& name) {
+    desk.fileDialogs.script.push_back(name.isEmpty() ? QString() : Path(name));
+    Desk::Press(Save(), "cmdRecall");
+  }
+  void Write(const QString& name, const std::string& text) { std::ofstream(Path(name).toStdString()) << text; }
+  QString Outcome() { return Desk::Text(Save(), "lblState"); }
+
+  /// The whole file as it is to be.
+  std::string Expected(const std::string& comment, bool limited) {
+    std::string text =
+        "Tarnwell Silicon\r\nZTH4718 Evaluation Software\r\n\r\nSaved: 11/18/2026 at 2:40:12 AM\r\n\r\nComment : " +
+        comment + "\r\n\r\nAddress\tData\tRegister\r\n{\r\n";
+    for (const chip::RegisterEntry& row : WritableRows()) {
+      if (limited && Value(row.Address) == row.Default) continue;
+      text += Hex(row.Address) + "\t" + Hex(Value(row.Address)) + "\t // " + row.Caption + "\r\n";
+    }
+    return text + "}\r\n";
+  }
+};
+
+/// The user's own formats of date and time.
+class American {
+ public:
+  American() { QLocale::setDefault(QLocale("en_US")); }
+  ~American() { QLocale::setDefault(QLocale::c()); }
+  American(const American&) = delete;
+  American& operator=(const American&) = delete;
+};
+
+TEST_F(SaveTest, WritesTheFileByteForByte) {
+  const American locale;
+  desk.clock.SetWallTime(QDateTime(QDate(2026, 11, 18), QTime(2, 40, 12)));
+  Desk::Type(Save(), "txtComment", "  bench A ");
+  SaveTo("a.sav");
+  EXPECT_EQ(Content(Path("a.sav")), Expected("bench A", false));
+  Traffic reads;
+  for (const chip::RegisterEntry& row : WritableRows()) reads.push_back(R(row.Address));
+  EXPECT_EQ(desk.board.TakeTraffic(), reads);
+  EXPECT_EQ(desk.Main().FindWindow("frmSave"), nullptr) << "the window goes once the file is there";
+  EXPECT_TRUE(Master().isActive());
+
+  desk.board.usbChips[kChip] = DefaultRegisters();
+  for (const int reg : {0x4C, 0xAD, 0x01}) desk.board.Chip()[static_cast<std::size_t>(reg)] = 0;
+  EXPECT_FALSE(Desk::Checked(Save(), "chkNotDefaults"));
+  EXPECT_EQ(Desk::Text(Save(), "txtComment"), "");
+  Desk::Check(Save(), "chkNotDefaults", true);
+  SaveTo("a.sav");
+  const std::string limited = Content(Path("a.sav"));
+  EXPECT_EQ(limited, Expected("", true));
+  EXPECT_NE(limited.find("{\r\n0x1\t0x0\t // Configuration 1\r\n0x4C\t0x0\t // Local THERM1 Limit\r\n"
+                         "0x4C\t0x0\t // 1.5V2 (ICH) High Limit\r\n}\r\n"),
+            std::string::npos)
+      << limited;
+}
+
+TEST_F(SaveTest, ReadsTheChipBeforeItAsksForTheNameAndHoldsTheTimerMeanwhile) {
+  bool active = true;
+  desk.events.onPaint = [&] {
+    active = active && Master().isActive();
+    desk.clock.Advance(200);  // the timer events that painting lets through
+  };
+  windows::ChildWindow& window = Save();
+  std::set<QString> names;
+  SaveTo("");
+  EXPECT_FALSE(active);
+  EXPECT_GT(desk.events.paints, 90);
+  EXPECT_EQ(desk.board.TakeTraffic().size(), WritableRows().size()) << "nothing but the save's own reads";
+  EXPECT_TRUE(Master().isActive());
+  EXPECT_EQ(desk.Main().FindWindow("frmSave"), &window) << "a cancelled save leaves the window";
+  const platform::FileQuestion& question = desk.fileDialogs.shown.at(0);
+  EXPECT_EQ(question.kind, platform::FileQuestion::Kind::Save);
+  EXPECT_EQ(question.filter, "Text Files (*.sav)|*.sav");
+  EXPECT_EQ(question.folder, desk.process.folder);
+}
+
+TEST_F(SaveTest, AFileThatCannotBeWrittenLeavesTheOldOne) {
+  Write("a.sav", "precious");
+  desk.files.space = 100;
+  SaveTo("a.sav");
+  desk.files.space.reset();
+  EXPECT_EQ(Content(Path("a.sav")), "precious");
+  EXPECT_NE(desk.Main().FindWindow("frmSave"), nullptr);
+  EXPECT_TRUE(Master().isActive());
+  EXPECT_EQ(Outcome(), "Not saved: a.sav could not be written");
+  {
+    const NearlyFullDisk disk(1000);
+    SaveTo("a.sav");
+  }
+  EXPECT_EQ(Content(Path("a.sav")), "precious");
+  SaveTo("no folder/a.sav");
+  EXPECT_TRUE(Master().isActive());
+  EXPECT_TRUE(desk.prompts.shown.empty());
+  EXPECT_EQ(QDir(Path("")).entryList(QDir::Files).size(), 1) << "nothing is left lying about";
+}
+
+TEST_F(SaveTest, RecallGivesEveryWritableRegisterItsValueBack) {
+  for (const bool smbus : {false, true}) {
+    if (smbus) Desk::Get<QComboBox>(desk.Main(), "cmbDevices").setCurrentIndex(1);
+    SaveTo("a.sav");
+    const FakeBoard::Registers before = desk.board.Chip();
+    desk.board.Chip() = DefaultRegisters();
+    desk.board.TakeTraffic();
+    Recall("a.sav");
+    for (const chip::RegisterEntry& row : WritableRows()) {
+      EXPECT_EQ(Value(row.Address), before[static_cast<std::size_t>(row.Address)]) << row.Caption;
+    }
+    Traffic writes;
+    for (const std::string& transfer : desk.board.TakeTraffic()) {
+      const bool write = transfer.find('=') != std::string::npos;
+      if (write && transfer.find(" W ") != std::string::npos && transfer.compare(4, 1, "W") == 0) {
+        writes.push_back(transfer);
+      }
+    }
+    Traffic expected;
+    for (const chip::RegisterEntry& row : WritableRows()) {
+      expected.push_back(W(row.Address, before[static_cast<std::size_t>(row.Address)]));
+    }
+    EXPECT_EQ(writes, expected);
+    EXPECT_EQ(Outcome(), QString("%1 registers written").arg(expected.size()));
+    EXPECT_NE(desk.Main().FindWindow("frmSave"), nullptr);
+    EXPECT_TRUE(Master().isActive());
+  }
+}
+
+TEST_F(SaveTest, ABrokenFileStopsWhereItBreaksWithoutAWord) {
+  struct Row {
+    const char* text;
+    Traffic writes;
+    const char* outcome;
+  };
+  for (const Row& row : {
+           Row{"{\n0x28\t0x7\t\n}", {W(0x28, 7)}, "1 register written"},
+           Row{"{\n0x28\t0x7\t\n0x29\t0x8\t\n0x2A",
+               {W(0x28, 7), W(0x29, 8)},
+               "2 registers written; the file breaks off before its \"}\""},
+           Row{"no brace", {}, "0 registers written; the file breaks off before its \"}\""},
+           Row{"{\n0x3E\t0x99\t\n}", {W(0x3E, 0x99)}, "1 register written"},  // read-only, and sent all the same
+       }) {
+    Write("b.sav", row.text);
+    Recall("b.sav");
+    EXPECT_EQ(desk.board.TakeTraffic(), row.writes) << row.text;
+    EXPECT_EQ(Outcome(), row.outcome);
+    EXPECT_TRUE(Master().isActive());
+  }
+  Recall("not there.sav");
+  EXPECT_EQ(Outcome(), "Nothing written: not there.sav could not be opened");
+  ASSERT_EQ(mkfifo(Path("pipe.sav").toLocal8Bit().constData(), 0600), 0);
+  Recall("pipe.sav");
+  EXPECT_TRUE(Master().isActive());
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
+  Recall("");
+  EXPECT_TRUE(desk.prompts.shown.empty());
+}
+
+TEST_F(SaveTest, AHugeFileEndsInBoundedMemory) {
+  QFile file(Path("huge.sav"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("{\n0x28\t0x7\t\n");
+  ASSERT_TRUE(file.resize(std::int64_t{1} << 36));  // no disk holds its zeros
+  file.close();
+  Recall("huge.sav");
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x28, 7)});
+}
+
+TEST_F(SaveTest, WhileItRecallsTheBarAndTheRegisterShowAndNoTickReachesTheLink) {
+  desk.board.Chip() = DefaultRegisters();
+  SaveTo("a.sav");
+  windows::ChildWindow& window = Save();
+  std::set<QString> names;
+  int last = 0;
+  desk.events.onPaint = [&] {
+    const int value = Desk::Get<QProgressBar>(window, "prgWork").value();
+    EXPECT_GT(value, last);
+    last = value;
+    names.insert(Desk::Text(window, "lblState"));
+    EXPECT_FALSE(Master().isActive());
+    desk.clock.Advance(500);
+  };
+  desk.board.TakeTraffic();
+  Recall("a.sav");
+  EXPECT_EQ(names.count("Writing 0x54  Local/Remote 1 Hyst") + names.count("Writing 0x55  Remote 2 / Remote 3 Hyst"),
+            2);
+  EXPECT_GT(names.size(), 70U);
+  // Nothing but the writes and what belongs to a write: no measurement.
+  for (const std::string& transfer : desk.board.TakeTraffic()) {
+    EXPECT_EQ(transfer.rfind("usb B 58:88", 0), std::string::npos) << transfer;
+  }
+}
+
+TEST(SaveOverABadLink, AFailureEndsTheProgramAndNothingMoreIsSent) {
+  const QTemporaryDir folder;
+  const QString file = folder.filePath("a.sav");
+  std::string saved = "{\n";
+  for (int i = 0; i < 200; ++i) saved += "0x28\t0x7\t\n";
+  std::ofstream(file.toStdString()) << saved;
+  for (const char* button : {"cmdsave", "cmdRecall"}) {
+    for (const int failing : {0, 1, 50, 119}) {
+      Desk desk(Desk::Buses::Usb);
+      desk.Start();
+      windows::ChildWindow& window = desk.Open("frmSave");
+      desk.board.failFrom = desk.board.usbCalls + failing;
+      desk.prompts.script.push_back(platform::BoxAnswer::Ok);
+      if (std::string(button) == "cmdRecall") desk.fileDialogs.script.push_back(file);
+      Desk::Press(window, button);
+      EXPECT_EQ(desk.process.ends, std::vector<int>{1});
+      EXPECT_EQ(desk.board.TakeTraffic().size(), static_cast<std::size_t>(failing) + 1);
+      EXPECT_EQ(desk.Main().FindWindow("frmSave"), nullptr);
+      EXPECT_EQ(Content(file), saved);
+    }
+  }
+}
+
+TEST_F(SaveTest, RecallOfASaveIsTheSameChip) {
+  std::mt19937 random(8174);
+  for (int i = 0; i < 30; ++i) {
+    for (const chip::RegisterEntry& row : WritableRows()) {
+      desk.board.Chip()[static_cast<std::size_t>(row.Address)] = static_cast<std::uint8_t>(random());
+    }
+    const FakeBoard::Registers before = desk.board.Chip();
+    const bool limited = i % 2 == 0;
+    Desk::Check(Save(), "chkNotDefaults", limited);
+    SaveTo("p.sav");
+    // A limited save leaves out what stands at its default, so it is recalled into a chip of defaults.
+    desk.board.Chip() = DefaultRegisters();
+    Recall("p.sav");
+    for (const chip::RegisterEntry& row : WritableRows()) {
+      ASSERT_EQ(Value(row.Address), before[static_cast<std::size_t>(row.Address)]) << row.Caption;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zth::testing
