@@ -1,72 +1,19 @@
-#include <chrono>
 #include <cmath>
 
 #include <gtest/gtest.h>
 
-#include "chip/Measurements.h"
-#include "link/Declarations.h"
-#include "simulator/UsbAdapter.h"
-#include "tests/support/Desk.h"
+#include "tests/support/SimulatedDesk.h"
 #include "widgets/GSlider.h"
 #include "widgets/Strip.h"
 #include "windows/SharedState.h"
 
-// The whole program on the simulated board, both in virtual time.
 namespace zth::testing {
 namespace {
 
-/// The board behind the link, which the program's own clock drives: time that passes between two transfers passes on
-/// the board before the second.
-struct SimulatedLink {
-  explicit SimulatedLink(const simulator::Settings& settings, const VirtualClock& clock)
-      : adapter(settings), time(clock), last(clock.Now()) {
-    adapter.TheBus().PowerUp();
-  }
-  void CatchUp() {
-    const double now = time.Now();
-    adapter.TheBus().AdvanceReal(std::chrono::nanoseconds(std::llround((now - last) * 1e9)));
-    last = now;
-  }
-
-  simulator::UsbAdapter adapter;
-  const VirtualClock& time;
-  double last;
-  int thermLimitWrites = 0;  ///< to 0x52, Remote 2 THERM2 Limit
-};
-
-SimulatedLink* simulated = nullptr;
-
-std::int16_t ZTH_LIBRARY_CALL Request(std::int16_t request, std::int32_t value, std::int32_t index,
-                                      std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
-  if (request == 0xDE && direction == 0 && (index & 0xFF) == 0x52) ++simulated->thermLimitWrites;
-  simulated->CatchUp();
-  return simulated->adapter.Request(request, value, index, direction, length, buffer);
-}
-
-class SimulatedDesk {
+/// The running program on the board.
+class RunningBoard : public SimulatedDesk {
  public:
-  SimulatedDesk() : board(BoardSettings(), desk.clock) {
-    simulated = &board;
-    desk.Start();
-    link::UsbFunctions.VendorIORequest = Request;
-    chip::ChipRevision = Register(0x3F);
-  }
-  ~SimulatedDesk() { simulated = nullptr; }
-  SimulatedDesk(const SimulatedDesk&) = delete;
-  SimulatedDesk& operator=(const SimulatedDesk&) = delete;
-
-  std::uint8_t Register(std::uint8_t reg) { return board.adapter.TheBus().Read(0x58, reg); }
-
-  Desk desk{Desk::Buses::Usb};
-  SimulatedLink board;
-
- private:
-  static simulator::Settings BoardSettings() {
-    simulator::Settings settings;
-    settings.noise = 0;
-    settings.diodeAtD2Connector = true;
-    return settings;
-  }
+  RunningBoard() { desk.Start(); }
 };
 
 widgets::GSlider& Heater2(const QWidget& window) {
@@ -87,7 +34,7 @@ double DutyOnPath(const QVariantList& path, double degrees) {
 }
 
 TEST(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
-  SimulatedDesk sim;
+  RunningBoard sim;
   Desk& desk = sim.desk;
   const QWidget& curve = desk.Open("frmAutoGraph");
   Desk::Pick(curve, "cmbControl(0)", 2);
@@ -117,7 +64,7 @@ TEST(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
 }
 
 TEST(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
-  SimulatedDesk sim;
+  RunningBoard sim;
   Desk& desk = sim.desk;
   const QWidget& curve = desk.Open("frmAutoGraph");
   for (const int pwm : {0, 1, 2, 3}) Desk::Pick(curve, QString("cmbControl(%1)").arg(pwm), 2);
@@ -139,15 +86,15 @@ TEST(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
 }
 
 TEST(SimulatedBoard, TheDemoBringsItsTherm2EventOnce) {
-  SimulatedDesk sim;
+  RunningBoard sim;
   Desk& desk = sim.desk;
   const QWidget& window = desk.Open("frmDynamicTmin");
   Desk::Press(window, "cmdDemo");
   EXPECT_EQ(sim.Register(0x5B), 0x95);
-  sim.board.thermLimitWrites = 0;
+  sim.writesOf52 = 0;
   Heater2(desk.Open("frmHeaters")).StepByUser(100);
   desk.Advance(120000);
-  EXPECT_EQ(sim.board.thermLimitWrites, 2) << "down and up again, once";
+  EXPECT_EQ(sim.writesOf52, 2) << "down and up again, once";
   EXPECT_TRUE(windows::DemoThermTripped);
   EXPECT_EQ(sim.Register(0x52), 0x9A);
   const int opPoint = sim.Register(0x5B) - 64;
@@ -155,9 +102,9 @@ TEST(SimulatedBoard, TheDemoBringsItsTherm2EventOnce) {
   EXPECT_NEAR(opPoint, 35, 6);
   Desk::Press(window, "cmdDemo");
   Desk::Press(window, "cmdDemo");
-  sim.board.thermLimitWrites = 0;
+  sim.writesOf52 = 0;
   desk.Advance(60000);
-  EXPECT_EQ(sim.board.thermLimitWrites, 0);
+  EXPECT_EQ(sim.writesOf52, 0);
 }
 
 }  // namespace
