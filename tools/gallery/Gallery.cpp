@@ -1,5 +1,6 @@
 #include <cstdio>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QMdiArea>
@@ -89,6 +90,21 @@ class Photographer {
   QString folder_;
 };
 
+/// The picture of the whole program: charts, limits and heaters side by side.
+void LayOut(shell::frmMain& main) {
+  const auto place = [&main](const char* name, const QRect& where) {
+    main.OpenWindow(name)->parentWidget()->setGeometry(where);
+  };
+  // The first steps of a new user: tachs on, fans free up to 100 %, a warm diode.
+  main.OpenWindow("frmEasySetup")->findChild<QAbstractButton*>("cmdApply")->click();
+  place("frmHeaters", {896, 440, 470, 190});
+  auto* heater = main.FindWindow("frmHeaters")->findChild<QWidget*>("sldHeater(0)");
+  heater->setProperty("Value", 40.0);
+  QMetaObject::invokeMethod(heater, "Change");
+  place("frmLimits", {796, 0, 570, 430});
+  place("frmGraph", {0, 0, 790, 630});
+}
+
 void Run(int seconds) {
   QEventLoop loop;
   QTimer::singleShot(seconds * 1000, &loop, &QEventLoop::quit);
@@ -116,11 +132,13 @@ int main(int argc, char** argv) {
   main.showNormal();
   main.resize(1366, 728);
   zth::Photographer photographer(argv[1]);
+  zth::LayOut(main);
+  zth::Run(seconds);
+  photographer.Take(main, "main");
   for (const auto& entry : zth::shell::kMenuEntries) {
     if (zth::shell::WindowExists(entry.window)) main.OpenWindow(entry.window);
   }
-  zth::Run(seconds);
-  photographer.Take(main, "main");
+  zth::Run(3);
   for (const auto& entry : zth::shell::kMenuEntries) {
     if (auto* window = main.FindWindow(entry.window)) photographer.TakeWindow(*window);
   }
