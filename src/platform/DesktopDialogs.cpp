@@ -37,7 +37,7 @@ BoxAnswer DesktopPrompts::Ask(const BoxQuestion& question) {
   box.setWindowModality(Qt::ApplicationModal);
   // A short text must not make a box too narrow for its title.
   if (auto* label = box.findChild<QLabel*>("qt_msgbox_label")) {
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(question.title) * 5 / 4);
+    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(question.title) * 3 / 2);
   }
   if (yesNo) box.setEscapeButton(QMessageBox::No);
   const int answer = box.exec();
