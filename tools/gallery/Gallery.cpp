@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -78,6 +79,12 @@ class Photographer {
     QWidget& frame = *window.parentWidget();
     auto* tabs = window.findChild<QTabWidget*>();
     Take(frame, window.objectName());
+    auto* charts = window.findChild<QComboBox*>("cmbGraph");
+    for (int i = 0; charts != nullptr && i < charts->count(); ++i) {
+      charts->setCurrentIndex(i);
+      QApplication::processEvents();
+      Take(frame, window.objectName() + "-" + QString::number(i));
+    }
     for (int i = 0; tabs != nullptr && i < tabs->count(); ++i) {
       if (!tabs->isTabEnabled(i)) continue;
       tabs->setCurrentIndex(i);
