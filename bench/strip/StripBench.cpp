@@ -69,6 +69,18 @@ void FrameStrip(benchmark::State& state) {
   StripCompetitor strip(bench::kPoints);
   Run(state, strip);
 }
+/// A zoom in every frame, so that nothing of the last picture can stay.
+void FrameStripRedrawn(benchmark::State& state) {
+  StripCompetitor strip(bench::kPoints);
+  QApplication::processEvents();
+  double high = 12000;
+  for (auto _ : state) {
+    strip.Feed();
+    high = high > 12500 ? 12000 : high + 50;
+    strip.Widget().setProperty("AxisMax", high);
+    strip.Draw();
+  }
+}
 void FrameStripDayBehind(benchmark::State& state) {
   StripCompetitor strip(kDaySamples);
   Run(state, strip);
@@ -106,6 +118,7 @@ void Columns(benchmark::State& state) {
 }
 
 BENCHMARK(FrameStrip)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FrameStripRedrawn)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameStripDayBehind)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameStripDayShown)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameQCustomPlot)->Unit(benchmark::kMicrosecond);

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QStringList>
@@ -34,6 +35,10 @@ BoxAnswer DesktopPrompts::Ask(const BoxQuestion& question) {
   // Texts are shown as they stand: with rich text guessed, two blanks would become one.
   box.setTextFormat(Qt::PlainText);
   box.setWindowModality(Qt::ApplicationModal);
+  // A short text must not make a box too narrow for its title.
+  if (auto* label = box.findChild<QLabel*>("qt_msgbox_label")) {
+    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(question.title) * 3 / 2);
+  }
   if (yesNo) box.setEscapeButton(QMessageBox::No);
   const int answer = box.exec();
   if (!yesNo) return BoxAnswer::Ok;

@@ -13,6 +13,7 @@
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
 #include "windows/SharedState.h"
+#include "windows/config/frmEasySetup.h"
 
 namespace zth::shell {
 namespace {
@@ -39,11 +40,6 @@ void FillTables() {
   chip::InitVoltageNames();
   chip::ReadPinConfiguration();
   chip::UpdateBoardSwitches();
-}
-
-/// Whatever does not read as False opens the window: a setting that is missing or spoilt counts as its default.
-bool OpensEasySetup(const platform::Settings& settings) {
-  return settings.Get("OpenEasySetup", "True").trimmed().compare("False", Qt::CaseInsensitive) != 0;
 }
 
 void EndWith(const QString& message, platform::Services& services) {
@@ -85,7 +81,7 @@ void Main(platform::Services& services) {
   InitMonitorDefaults();
   FillTables();
   MainForm->EnableTimer(true);
-  if (OpensEasySetup(services.settings)) MainForm->OpenWindow("frmEasySetup");
+  if (windows::OpensEasySetup(services.settings)) MainForm->OpenWindow("frmEasySetup");
 }
 
 }  // namespace zth::shell

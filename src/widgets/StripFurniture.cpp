@@ -177,7 +177,10 @@ void StripPainter::PaintFreeLabels(QPainter& painter, const StripScene& scene, c
     const QSizeF size(text_.Width(label.text) + sample + 8, text_.Height());
     double x = plot.left() + label.left * plot.width() - (label.alignRight ? size.width() : 0);
     x = std::clamp(x, plot.left() + 2.0, std::max(plot.left() + 2.0, plot.right() - 1 - size.width()));
-    const double y = std::min(plot.top() + label.top * plot.height(), plot.bottom() + 1 - size.height());
+    // A label that follows a trace stays whole within the trace's zone, also where it is parked at the zone's edge.
+    const int bottom = traced ? layout_.zones[static_cast<std::size_t>(scene.TraceAt(label.trace).style.axis)].bottom()
+                              : plot.bottom();
+    const double y = std::min(plot.top() + label.top * plot.height(), bottom + 1 - size.height());
     const QRectF rect(QPointF(std::round(x), std::round(y)), size);
     QColor ground = colours.paper;
     ground.setAlpha(210);

@@ -52,7 +52,7 @@ StripColours::StripColours(const QPalette& palette) {
   paper = dark ? QColor(236, 238, 240) : QColor(255, 255, 255);
   grid = dark ? QColor(208, 212, 216) : QColor(226, 229, 233);
   ink = QColor(32, 36, 40);
-  frame = dark ? QColor(150, 156, 162) : QColor(150, 156, 162);
+  frame = QColor(150, 156, 162);
   accent = palette.color(QPalette::Highlight);
 }
 

@@ -60,7 +60,7 @@ void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> c
     double top = std::clamp((high - column.hi) * scale, 0.0, rows) + 0.5 - half;
     double bottom = std::clamp((high - column.lo) * scale, 0.0, rows) + 0.5 + half;
     if (bottom - top - line.width < kLevel) {
-      top = static_cast<int>(top + line.width + 0.5) - line.width;  // a rounding that top below 0 may take too
+      top = static_cast<double>(std::lround(top));
       bottom = top + line.width;
     }
     // A steep stretch is made as wide as a level one is high.

@@ -96,7 +96,9 @@ class QuietEvents final : public platform::Events {
 class FakeLibraries final : public platform::Libraries {
  public:
   explicit FakeLibraries(FakeBoard& board) : board_(board) {}
-  platform::LoadedLibrary Load(const QString& name) override { return board_.Load(name); }
+  platform::LoadedLibrary Load(const QString& name) override { return load ? load(name) : board_.Load(name); }
+
+  std::function<platform::LoadedLibrary(const QString& name)> load;  ///< other libraries than the fake board's
 
  private:
   FakeBoard& board_;

@@ -1,6 +1,8 @@
 #include <cstdio>
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -77,6 +79,12 @@ class Photographer {
     QWidget& frame = *window.parentWidget();
     auto* tabs = window.findChild<QTabWidget*>();
     Take(frame, window.objectName());
+    auto* charts = window.findChild<QComboBox*>("cmbGraph");
+    for (int i = 0; charts != nullptr && i < charts->count(); ++i) {
+      charts->setCurrentIndex(i);
+      QApplication::processEvents();
+      Take(frame, window.objectName() + "-" + QString::number(i));
+    }
     for (int i = 0; tabs != nullptr && i < tabs->count(); ++i) {
       if (!tabs->isTabEnabled(i)) continue;
       tabs->setCurrentIndex(i);
@@ -88,6 +96,21 @@ class Photographer {
  private:
   QString folder_;
 };
+
+/// The picture of the whole program: charts, limits and heaters side by side.
+void LayOut(shell::frmMain& main) {
+  const auto place = [&main](const char* name, const QRect& where) {
+    main.OpenWindow(name)->parentWidget()->setGeometry(where);
+  };
+  // The first steps of a new user: tachs on, fans free up to 100 %, a warm diode.
+  main.OpenWindow("frmEasySetup")->findChild<QAbstractButton*>("cmdApply")->click();
+  place("frmHeaters", {896, 440, 470, 190});
+  auto* heater = main.FindWindow("frmHeaters")->findChild<QWidget*>("sldHeater(0)");
+  heater->setProperty("Value", 40.0);
+  QMetaObject::invokeMethod(heater, "Change");
+  place("frmLimits", {796, 0, 570, 430});
+  place("frmGraph", {0, 0, 790, 630});
+}
 
 void Run(int seconds) {
   QEventLoop loop;
@@ -109,18 +132,20 @@ int main(int argc, char** argv) {
   const zth::platform::Services& real = desktop.All();
   zth::NoPrompts prompts;
   zth::NoSettings settings;
-  zth::platform::Services services{prompts,    real.fileDialogs, settings,       real.shell,
-                                   real.clock, real.events,      real.libraries, real.files, real.process};
+  zth::platform::Services services{prompts,     real.fileDialogs, settings,   real.shell,  real.clock,
+                                   real.events, real.libraries,   real.files, real.process};
   zth::shell::Main(services);
   auto& main = *zth::shell::MainForm;
   main.showNormal();
   main.resize(1366, 728);
   zth::Photographer photographer(argv[1]);
+  zth::LayOut(main);
+  zth::Run(seconds);
+  photographer.Take(main, "main");
   for (const auto& entry : zth::shell::kMenuEntries) {
     if (zth::shell::WindowExists(entry.window)) main.OpenWindow(entry.window);
   }
-  zth::Run(seconds);
-  photographer.Take(main, "main");
+  zth::Run(3);
   for (const auto& entry : zth::shell::kMenuEntries) {
     if (auto* window = main.FindWindow(entry.window)) photographer.TakeWindow(*window);
   }

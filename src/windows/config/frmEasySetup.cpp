@@ -121,10 +121,12 @@ QWidget* frmEasySetup::BuildOptions() {
   return frame;
 }
 
+bool OpensEasySetup(const platform::Settings& settings) {
+  return settings.Get(kSetting, "True").trimmed().compare("False", Qt::CaseInsensitive) != 0;
+}
+
 void frmEasySetup::Form_Load() {
-  // Missing or spoilt it counts as True, as it does for the start of the program.
-  const QString setting = Services().settings.Get(kSetting, "True").trimmed();
-  chkStartUp_->setChecked(setting.compare("False", Qt::CaseInsensitive) != 0);
+  chkStartUp_->setChecked(OpensEasySetup(Services().settings));
   txtOption_Change();
 }
 

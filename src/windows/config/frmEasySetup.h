@@ -10,6 +10,10 @@ class QWidget;
 
 namespace zth::windows {
 
+/// The setting "OpenEasySetup": whether the start opens this window. Whatever does not read as False does; a setting
+/// that is missing or spoilt counts as its default.
+bool OpensEasySetup(const platform::Settings& settings);
+
 /// The first steps with a new chip: a few ticks, each of which only ever sets bits. Reads nothing from the chip when it
 /// opens, so that its boxes show what will be done and not what is.
 class frmEasySetup final : public ChildWindow {

@@ -7,7 +7,6 @@
 namespace zth::windows {
 namespace {
 
-using widgets::StripLabel;
 using widgets::StripPlace;
 using widgets::StripTrace;
 

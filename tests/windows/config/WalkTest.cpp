@@ -24,6 +24,13 @@ class Walk : public ::testing::TestWithParam<const char*> {
     window_->Form_Load();
   }
 
+  void ExpectShown(const FakeBoard::Registers& registers) const {
+    for (const Control& control : model_.controls) {
+      EXPECT_EQ(Held(*window_, control.name), Shown(control, registers[static_cast<std::size_t>(control.reg)]))
+          << control.name.toStdString();
+    }
+  }
+
   /// All that Apply leaves when nothing was touched, after a load of `before`.
   FakeBoard::Registers AllUntouched(FakeBoard::Registers before) const {
     for (const auto& [reg, kept] : model_.kept) {
@@ -49,14 +56,12 @@ TEST_P(Walk, EachBitOfTheChipShowsInItsOwnControlAndReturnsAsItMust) {
     for (const auto& [reg, kept] : model_.kept) {
       for (int bit = 0; bit < 8; ++bit) {
         FakeBoard::Registers registers = Filled(ground);
+        SCOPED_TRACE("bit " + std::to_string(bit) + " of " + std::to_string(reg));
         registers[static_cast<std::size_t>(reg)] ^= static_cast<std::uint8_t>(1U << bit);
         LoadWith(registers);
-        for (const Control& control : model_.controls) {
-          EXPECT_EQ(Held(*window_, control.name), Shown(control, registers[static_cast<std::size_t>(control.reg)]))
-              << control.name.toStdString() << " with bit " << bit << " of " << reg;
-        }
+        ExpectShown(registers);
         Desk::Press(*window_, "cmdApply");
-        EXPECT_EQ(Chip(), AllUntouched(registers)) << "bit " << bit << " of " << reg;
+        EXPECT_EQ(Chip(), AllUntouched(registers));
       }
     }
   }

@@ -48,6 +48,27 @@ TEST(Demo, SetsTheBoardUpToTheByteOnBothLinks) {
   }
 }
 
+// The whole click: behind the set-up the window reads anew, and as it is ready, each control that changes by that
+// writes back what has just been read, 0x64 whole.
+TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBack) {
+  for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
+    Desk desk(buses);
+    desk.Start();
+    desk.board.Chip().fill(0);
+    desk.board.ports[0x4A] = 0x3F;
+    auto& window = desk.Open("frmDynamicTmin");
+    desk.board.TakeTraffic();
+    Desk::Press(window, "cmdDemo");
+    const Traffic switches = buses == Desk::Buses::Usb ? Traffic{"usb P 4A", "usb D 4A=3C"} : Traffic{};
+    const Traffic reload = Concat(B(0x0B, 2), R(0x0B), W(0x0B, 0x22), R(0x0B), W(0x0B, 0x22),  //
+                                  B(0x5A, 2), W(0x5B, 0x95), B(0x5D, 2), W(0x5E, 0x68),        //
+                                  B(0x45, 2), W(0x46, 0x5F), B(0x49, 2), W(0x4A, 0x6D),        //
+                                  B(0x64, 1), W(0x64, 0x20));
+    EXPECT_EQ(desk.board.TakeTraffic(), Concat(switches, SetUpTraffic(0), reload));
+    EXPECT_TRUE(windows::DemoRunning);
+  }
+}
+
 TEST(Demo, OpensTheSwitchesEvenWhenTheirWriteFails) {
   Desk desk;
   desk.Start();

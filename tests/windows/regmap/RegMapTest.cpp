@@ -302,7 +302,7 @@ TEST_F(RegisterMap, RepeatsTheReadOnceASecondWhileTicked) {
   EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
 }
 
-TEST_F(RegisterMap, EndsTheProgramAtTheTransferThatFails) {
+TEST(RegisterMapFailure, EndsTheProgramAtTheTransferThatFails) {
   for (int failing = 0; failing < 2; ++failing) {
     Desk fresh(Desk::Buses::Usb);
     fresh.Start();
