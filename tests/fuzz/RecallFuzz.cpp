@@ -1,8 +1,11 @@
 // Whatever a file holds, the reader of saved configurations gives the registers that a plain reading of it gives, and
 // nothing else.
 
+#include <algorithm>
 #include <cstdlib>
 #include <sstream>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "windows/data/SavedConfig.h"

@@ -1,4 +1,6 @@
 #include <array>
+#include <map>
+#include <vector>
 
 #include <QComboBox>
 #include <QLineEdit>

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <random>
@@ -5,7 +6,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include <QMdiSubWindow>
+#include <QAction>
 #include <QProcess>
 
 #include "chip/Measurements.h"

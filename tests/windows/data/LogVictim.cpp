@@ -1,6 +1,7 @@
 // log-victim <file>: logs into the file without a pause, and writes a byte to its standard output behind each line. It
 // runs until it is killed.
 
+#include <cstdlib>
 #include <unistd.h>
 
 #include "chip/Measurements.h"

@@ -1,8 +1,10 @@
 #include <fstream>
 #include <random>
 #include <set>
+#include <sstream>
 #include <sys/stat.h>
 
+#include <QComboBox>
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>

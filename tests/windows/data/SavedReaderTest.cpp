@@ -1,4 +1,9 @@
+#include <algorithm>
+#include <ostream>
 #include <random>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
