@@ -3,7 +3,6 @@
 #include <cstring>
 #include <fstream>
 #include <random>
-#include <unistd.h>
 
 #include <QCheckBox>
 
@@ -246,44 +245,6 @@ TEST_F(LoggingTest, WritesAHundredThousandRandomNumbersInGeneralFormat) {
     expectLine(std::round(static_cast<float>(raw - 1000)) * step);
     if (HasFatalFailure()) return;
   }
-}
-
-std::int64_t MemoryInUse() {
-  std::ifstream statm("/proc/self/statm");
-  std::int64_t all = 0;
-  std::int64_t resident = 0;
-  statm >> all >> resident;
-  return resident * sysconf(_SC_PAGESIZE);
-}
-
-TEST_F(LoggingTest, AnAcceleratedNightOfThreeHoursMissesNoRow) {
-  chip::PollEnabled = true;
-  StartLog(Path("night.csv"), {0, 1, 4, 12, 16, 44});
-  Logging().Unload();
-  desk.Settle();
-  std::int64_t early = 0;
-  constexpr int kSeconds = 3 * 60 * 60;
-  for (int second = 0; second < kSeconds; second += 60) {
-    desk.clock.Advance(60'000);
-    desk.board.TakeTraffic();
-    if (second == 60 * 60) early = MemoryInUse();
-  }
-  EXPECT_LT(MemoryInUse() - early, 4 << 20);
-
-  std::ifstream file(Path("night.csv").toStdString());
-  std::string line;
-  for (int i = 0; i < 4; ++i) std::getline(file, line);
-  std::int64_t rows = 0;
-  while (std::getline(file, line)) {
-    char time[32];
-    std::snprintf(time, sizeof time, "%.1f", static_cast<double>(rows) / 10);
-    ASSERT_EQ(std::strtod(line.c_str(), nullptr), std::strtod(time, nullptr)) << line;
-    ASSERT_EQ(std::count(line.begin(), line.end(), ','), 7) << line;
-    ASSERT_EQ(line.back(), '\r');
-    ++rows;
-  }
-  EXPECT_EQ(rows, windows::LogSampleCount);
-  EXPECT_NEAR(static_cast<double>(rows), kSeconds / 0.15, 2);
 }
 
 }  // namespace
