@@ -12,7 +12,6 @@
 namespace zth::windows {
 namespace {
 
-using namespace std::string_literals;
 using Result = SavedReader::Result;
 
 struct Read {
@@ -68,8 +67,8 @@ TEST(SavedReader, TakesWhateverHasTwoNumbersBehindAnX) {
       {"cut behind the value", "{\n0x1\t0x22", broken({})},
       {"a digit that ends its line takes the next one with it", "{\n0x1\t0x2\n0x3\t0x4\t\n0x5\t0x6\t\n}",
        end({{1, 2}, {5, 6}})},
-      {"no text", "{\n0x1\t0x2\t\n0x3\0\t0x4\t\n}"s, broken({{1, 2}})},
-      {"two bytes a character", "{\0\n\0}\0"s, broken({})},
+      {"no text", std::string("{\n0x1\t0x2\t\n0x3\0\t0x4\t\n}", 22), broken({{1, 2}})},
+      {"two bytes a character", std::string("{\0\n\0}\0", 6), broken({})},
   };
   for (const Row& row : rows) EXPECT_EQ(ReadAll(row.text), row.read) << row.what;
 }
