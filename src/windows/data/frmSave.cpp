@@ -47,19 +47,19 @@ QString RegisterName(int address) {
 }  // namespace
 
 frmSave::frmSave(const Context& context) : ChildWindow("frmSave", "Save/Recall Settings", context) {
+  QGroupBox* frame = MakeFrame();
   auto* cmdClose = new QPushButton("C&lose", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
   SetCancelButton(*cmdClose);
 
   auto* column = new QVBoxLayout(this);
-  column->addWidget(MakeFrame());
+  column->addWidget(frame);
   column->addStretch();
   auto* row = new QHBoxLayout;
   row->addStretch();
   row->addWidget(cmdClose);
   column->addLayout(row);
-  setTabOrder(txtComment_, cmdClose);
 }
 
 QGroupBox* frmSave::MakeFrame() {
