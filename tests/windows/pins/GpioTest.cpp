@@ -39,7 +39,8 @@ TEST(Gpio, OpeningReadsInOrderAndWritesNothingWhateverTheChipHolds) {
     for (const int content : {0x00, 0xFF, -1}) {
       Desk desk(buses);
       desk.Start();
-      for (auto& value : desk.board.Chip()) value = static_cast<std::uint8_t>(content < 0 ? random() : content);
+      for (auto& value : desk.board.Chip())
+        value = static_cast<std::uint8_t>(content < 0 ? static_cast<int>(random() & 0xFF) : content);
       desk.Open("frmGPIO");
       EXPECT_EQ(desk.board.TakeTraffic(), Concat(R(0x03), Refresh()));
       EXPECT_TRUE(windows::GpioOpen);
