@@ -31,15 +31,31 @@ class Running {
 };
 
 /// One tick at which every job is due: the clock moves on by more than the longest period in between.
-void Tick(benchmark::State& state) {
-  Running running;
+void TickOf(benchmark::State& state, Running& running) {
   auto* timer = running.desk.Main().findChild<QTimer*>("tmrMaster");
   for (auto _ : state) {
     running.desk.clock.WaitMs(1100);
     QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection);
   }
 }
-BENCHMARK(Tick)->Unit(benchmark::kMicrosecond);
+
+void TickAlone(benchmark::State& state) {
+  Running running;
+  TickOf(state, running);
+}
+BENCHMARK(TickAlone)->Unit(benchmark::kMicrosecond);
+
+/// With every window open that has a job, and the register map reading continuously.
+void TickWithAllWindows(benchmark::State& state) {
+  Running running;
+  for (const char* name : {"frmGraph", "frmRegMap", "frmHeaters", "frmLimits", "frmManualControl", "frmAutoGraph",
+                           "frmDynamicTmin", "frmGPIO"}) {
+    running.desk.Open(name);
+  }
+  testing::Desk::Check(*running.desk.Main().FindWindow("frmRegMap"), "chkContRead", true);
+  TickOf(state, running);
+}
+BENCHMARK(TickWithAllWindows)->Unit(benchmark::kMicrosecond);
 
 void MeasurementGroup(benchmark::State& state) {
   const Running running;
