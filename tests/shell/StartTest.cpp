@@ -1,3 +1,4 @@
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -7,6 +8,7 @@
 #include "chip/Measurements.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
+#include "shell/Commands.h"
 #include "shell/Discovery.h"
 #include "shell/Firmware.h"
 #include "shell/frmSplash.h"
@@ -260,6 +262,35 @@ TEST(Start, AFailureAtAnyCallEndsTheProgramInOrder) {
     EXPECT_EQ(desk.process.ends, std::vector<int>{1}) << call;
     EXPECT_EQ(desk.board.usbCalls, connect ? 20 : call + 1) << "a transfer after the failure";
     EXPECT_EQ(desk.settings.values.count("MainLeft"), 1U) << "the main window was closed in order";
+  }
+}
+
+/// Each window's load, once for each of its transfers.
+TEST(Windows, AFailureInAnyLoadEndsTheProgramThere) {
+  for (const shell::MenuEntry& entry : shell::kMenuEntries) {
+    if (QString(entry.window).isEmpty()) continue;
+    int calls = 0;
+    {
+      Desk desk(Desk::Buses::Usb);
+      desk.Start();
+      const int before = desk.board.usbCalls;
+      desk.Open(entry.window);
+      calls = desk.board.usbCalls - before;
+    }
+    for (int call = 0; call < calls; ++call) {
+      Desk desk(Desk::Buses::Usb);
+      desk.Start();
+      const int before = desk.board.usbCalls;
+      desk.board.failOnly = before + call;
+      desk.prompts.script = {platform::BoxAnswer::Yes};  // the heaters ask; to the other boxes any answer is one
+      desk.prompts.whileShown = [&desk] { desk.clock.Advance(200); };
+      desk.Main().findChild<QAction*>(entry.name)->trigger();
+      // A load that goes on behind a handler of its own meets the shut link, which ends the process again.
+      ASSERT_FALSE(desk.process.ends.empty()) << entry.window << " at transfer " << call;
+      EXPECT_EQ(desk.process.ends.back(), 1);
+      EXPECT_EQ(desk.prompts.shown.size(), 1U) << entry.window << " at transfer " << call;
+      EXPECT_EQ(desk.board.usbCalls, before + call + 1) << entry.window << " at transfer " << call;
+    }
   }
 }
 
