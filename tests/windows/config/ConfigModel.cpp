@@ -73,34 +73,53 @@ const std::vector<Control> kGenControls{
     {"chkConLoop", 0x0C, 6, 1, Look::Unticked},
 };
 
+std::vector<Control> PinControls() {
+  // The first three show the function that takes pins away first; lists of four name their last function twice.
+  std::vector<Control> all;
+  int at = 7;
+  for (const char* n : {"s1234_31_32", "s1516", "s1920"}) {
+    all.push_back({QString("cmbPin%1").arg(n), 0x10, at--, 1, Look::Unticked});
+  }
+  for (const int n : {1, 2, 3, 4, 7}) all.push_back({QString("cmbPin%1").arg(n), 0x10, at--, 1, Look::Position});
+  at = 7;
+  for (const int n : {8, 13, 15, 20, 21, 22}) {
+    all.push_back({QString("cmbPin%1").arg(n), 0x11, at--, 1, Look::Position});
+  }
+  const std::initializer_list<Control> rest{
+      {"cmbPin23", 0x11, 0, 2, Look::Position},     {"cmbPin24", 0x12, 6, 2, Look::Position},
+      {"cmbPin25", 0x12, 4, 2, Look::LastTwoAlike}, {"cmbPin26", 0x12, 2, 2, Look::LastTwoAlike},
+      {"cmbPin27", 0x12, 1, 1, Look::Position},     {"cmbPin28", 0x13, 6, 2, Look::LastTwoAlike},
+      {"cmbPin29", 0x13, 4, 2, Look::LastTwoAlike}, {"cmbPin31", 0x13, 3, 1, Look::Position},
+      {"cmbPin32", 0x13, 2, 1, Look::Position}};
+  all.insert(all.end(), rest);
+  return all;
+}
+
+/// A register that is written whole keeps nothing, one that is modified all bits that are no control's.
+WindowModel Window(const char* name, const std::vector<Control>& controls, const std::vector<int>& whole,
+                   const std::vector<int>& modified) {
+  WindowModel window{name, controls, {}};
+  for (const int reg : whole) window.kept.emplace_back(reg, 0);
+  for (const int reg : modified) {
+    unsigned kept = 0xFF;
+    for (const Control& control : controls) kept &= control.reg == reg ? ~control.Mask() : 0xFF;
+    window.kept.emplace_back(reg, kept);
+  }
+  return window;
+}
+
 }  // namespace
 
 const std::vector<WindowModel>& AllWindows() {
   static const std::vector<WindowModel> all{
-      {"frmGenConfig", kGenControls, {{0x01, 0xD0}, {0x02, 0xFD}, {0x03, 0x71}, {0x0C, 0xBF}}},
-      {"frmFanConfig",
-       FanControls(),
-       {{0x07, 0},
-        {0x08, 0},
-        {0x01, 0xEF},
-        {0x02, 0x02},
-        {0x2C, 0},
-        {0x0D, 0xFC},
-        {0x1A, 0},
-        {0x1B, 0},
-        {0x21, 0},
-        {0x22, 0},
-        {0x23, 0},
-        {0x24, 0},
-        {0x25, 0},
-        {0x26, 0},
-        {0x28, 0},
-        {0x29, 0},
-        {0x2A, 0},
-        {0x2B, 0}}},
-      {"frmVoltConfig", VoltControls(), {{0x18, 0}, {0x19, 0}}},
-      {"frmTherm", ThermControls(), {{0x03, 0xEF}, {0x0D, 0x03}, {0x0E, 0}, {0x0F, 0}, {0x54, 0}, {0x55, 0}}},
-      {"frmEDO", EdoControls(), {{0x16, 0xFC}, {0x37, 0}, {0x38, 0}}},
+      Window("frmGenConfig", kGenControls, {}, {0x01, 0x02, 0x03, 0x0C}),
+      Window("frmFanConfig", FanControls(),
+             {0x07, 0x08, 0x2C, 0x1A, 0x1B, 0x21, 0x22, 0x23, 0x24, 0x25, 0x26, 0x28, 0x29, 0x2A, 0x2B},
+             {0x01, 0x02, 0x0D}),
+      Window("frmVoltConfig", VoltControls(), {0x18, 0x19}, {}),
+      Window("frmTherm", ThermControls(), {0x0E, 0x0F, 0x54, 0x55}, {0x03, 0x0D}),
+      Window("frmEDO", EdoControls(), {0x37, 0x38}, {0x16}),
+      Window("frmPinConfig", PinControls(), {0x10, 0x11, 0x12, 0x13}, {}),
   };
   return all;
 }
@@ -110,41 +129,6 @@ const WindowModel& Model(const QString& name) {
     if (name == window.name) return window;
   }
   throw std::out_of_range("no such window");
-}
-
-QString RegisterName(int reg) {
-  static const std::map<int, QString> names{
-      {0x01, "Configuration 1"},
-      {0x02, "Configuration 2"},
-      {0x03, "Configuration 3"},
-      {0x07, "Tach Enable"},
-      {0x08, "Tach Configuration"},
-      {0x0C, "Tmin_Cal2"},
-      {0x0D, "THERM Configuration"},
-      {0x0E, "Conf_Therm1"},
-      {0x0F, "Conf_Therm2"},
-      {0x16, "EDO Enable"},
-      {0x18, "Attenuators 1 En"},
-      {0x19, "Attenuators 2 En"},
-      {0x1A, "Enhance Acoustics 1"},
-      {0x1B, "Enhance Acoustics 2"},
-      {0x21, "PWM1 Config"},
-      {0x22, "PWM2 Config"},
-      {0x23, "PWM3 Config"},
-      {0x24, "PWM4 Config"},
-      {0x25, "PWM 1&2 Freq"},
-      {0x26, "PWM 3&4 Freq"},
-      {0x28, "PWM1 Min"},
-      {0x29, "PWM2 Min"},
-      {0x2A, "PWM3 Min"},
-      {0x2B, "PWM4 Min"},
-      {0x2C, "PWM 1-4 Max"},
-      {0x37, "EDO Mask 1"},
-      {0x38, "EDO Mask 2"},
-      {0x54, "Local/Remote 1 Hyst"},
-      {0x55, "Remote 2 / Remote 3 Hyst"},
-  };
-  return names.at(reg);
 }
 
 QString Shown(const Control& control, unsigned byte) {
@@ -161,6 +145,8 @@ unsigned Sent(const Control& control, const QString& shown) {
       return static_cast<unsigned>(1 - value);
     case Look::Duty:
       return static_cast<unsigned>(HalfEven(value * 255, 100));
+    case Look::LastTwoAlike:
+      return value >= 2 ? 3U : static_cast<unsigned>(value);
     case Look::LastThreeAlike:
       return value >= 5 ? 7U : static_cast<unsigned>(value);
     default:
@@ -177,24 +163,6 @@ std::uint8_t Untouched(const WindowModel& window, int reg, unsigned before) {
     if (control.reg == reg) after |= Sent(control, Shown(control, before)) << control.low;
   }
   return static_cast<std::uint8_t>(after);
-}
-
-QString Held(const QWidget& window, const QString& control) {
-  auto& widget = Desk::Get<QWidget>(window, control);
-  if (const auto* list = qobject_cast<const QComboBox*>(&widget)) return QString::number(list->currentIndex());
-  if (const auto* box = qobject_cast<const QLineEdit*>(&widget)) return box->text();
-  return qobject_cast<const QAbstractButton*>(&widget)->isChecked() ? "1" : "0";
-}
-
-void Put(const QWidget& window, const QString& control, const QString& held) {
-  auto& widget = Desk::Get<QWidget>(window, control);
-  if (qobject_cast<const QComboBox*>(&widget) != nullptr) {
-    Desk::Pick(window, control, held.toInt());
-  } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
-    Desk::Type(window, control, held);
-  } else {
-    Desk::Check(window, control, held == "1");
-  }
 }
 
 }  // namespace zth::testing

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <functional>
 #include <map>
 #include <random>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -17,133 +17,92 @@ namespace {
 
 constexpr ChartRange kStartRange{160, 120};
 
-CurveTexts PlainTexts() {
+/// The controls' texts, plain but for the changes: "therm1 therm2 on max=50 min=20 tmin=30 range=20°C th1=45 th2=50" of
+/// PWM1 and its source Local.
+CurveTexts Texts(const std::string& changes = {}) {
   CurveTexts texts;
   texts.maxPwm = "100";
   for (auto& pwm : texts.pwms) pwm = {"Local", "25", false};
   for (auto& channel : texts.channels) channel = {"30", "20°C", "4", "45", "50"};
   texts.polledTmin = {30, 30, 30, 30};
+  std::istringstream words(changes);
+  for (std::string word; words >> word;) {
+    const std::string value = word.substr(word.find('=') + 1);
+    if (word == "therm1") texts.thermFS1 = true;
+    if (word == "therm2") texts.thermFS2 = true;
+    if (word == "on") texts.pwms[0].minSpeed = true;
+    if (word.starts_with("max=")) texts.maxPwm = value;
+    if (word.starts_with("min=")) texts.pwms[0].minPwm = value;
+    if (word.starts_with("tmin=")) texts.channels[0].tmin = value;
+    if (word.starts_with("range=")) texts.channels[0].trange = value;
+    if (word.starts_with("th1=")) texts.channels[0].th1 = value;
+    if (word.starts_with("th2=")) texts.channels[0].th2 = value;
+  }
   return texts;
 }
 
-struct DrawnCase {
-  const char* name;
-  std::function<void(CurveTexts&)> change;
-  ChartRange range;
-  DrawPath main;
-  DrawPath hysteresis;
-};
-
 // The curve of PWM1's first source as it is drawn.
 TEST(Curve, HasTheShapesAnEngineerExpects) {
+  struct Case {
+    const char* what;
+    const char* changes;
+    DrawPath main;
+    DrawPath hysteresis;
+    ChartRange range = kStartRange;
+  };
+  const DrawPath plain{{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {119, 100}};
   const DrawPath down{{26, 0}, {26, 25}, {30, 25}};
-  const std::vector<DrawnCase> cases{
-      {"no THERM option", [](auto&) {}, kStartRange, {{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {119, 100}}, down},
-      {"the limit cuts the ramp",
-       [](auto& t) { t.thermFS1 = true; },
-       kStartRange,
-       {{-40, 0}, {30, 0}, {30, 25}, {45, 73}, {45, 100}, {119, 100}},
-       down},
-      {"the limit lies below Tmin",
-       [](auto& t) {
-         t.thermFS1 = true;
-         t.channels[0].th1 = "25";
-       },
-       kStartRange,
-       {{-40, 0}, {25, 0}, {25, 100}, {119, 100}},
-       {}},
-      {"the limit lies at Tmin",
-       [](auto& t) {
-         t.thermFS2 = true;
-         t.channels[0].th2 = "30";
-       },
-       kStartRange,
-       {{-40, 0}, {30, 0}, {30, 100}, {119, 100}},
-       {}},
+  const std::vector<Case> cases{
+      {"no THERM option", "", plain, down},
+      {"the limit cuts the ramp", "therm1", {{-40, 0}, {30, 0}, {30, 25}, {45, 73}, {45, 100}, {119, 100}}, down},
+      {"the limit lies below Tmin", "therm1 th1=25", {{-40, 0}, {25, 0}, {25, 100}, {119, 100}}, {}},
+      {"the limit lies at Tmin", "therm2 th2=30", {{-40, 0}, {30, 0}, {30, 100}, {119, 100}}, {}},
       {"the lower of two limits counts, behind the ramp",
-       [](auto& t) {
-         t.thermFS1 = t.thermFS2 = true;
-         t.channels[0].th1 = "90";
-         t.channels[0].th2 = "80";
-       },
-       kStartRange,
+       "therm1 therm2 th1=90 th2=80",
        {{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {80, 100}, {80, 100}, {119, 100}},
        down},
       {"the limit lies exactly at the ramp's end",
-       [](auto& t) {
-         t.maxPwm = "89";
-         t.thermFS1 = true;
-         t.channels[0].trange = "16°C";
-         t.channels[0].th1 = "46";
-       },
-       kStartRange,
+       "therm1 max=89 range=16°C th1=46",
        {{-40, 0}, {30, 0}, {30, 25}, {46, 89}, {46, 89}, {46, 100}, {119, 100}},
        down},
-      {"a limit beyond the chart is left out",
-       [](auto& t) {
-         t.thermFS1 = true;
-         t.channels[0].th1 = "125";
-       },
-       kStartRange,
-       {{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {119, 100}},
-       down},
-      {"without a limit it ends at a low maximum",
-       [](auto& t) { t.maxPwm = "60"; },
-       kStartRange,
-       {{-40, 0}, {30, 0}, {30, 25}, {41, 60}, {119, 60}},
-       down},
+      {"a limit beyond the chart is left out", "therm1 th1=125", plain, down},
+      {"without a limit it ends at a low maximum", "max=60", {{-40, 0}, {30, 0}, {30, 25}, {41, 60}, {119, 60}}, down},
       {"a maximum below the minimum",
-       [](auto& t) { t.maxPwm = "20"; },
-       kStartRange,
+       "max=20",
        {{-40, 0}, {30, 0}, {30, 20}, {30, 20}, {119, 20}},
        {{26, 0}, {26, 20}, {30, 20}}},
-      {"always on",
-       [](auto& t) { t.pwms[0].minSpeed = true; },
-       kStartRange,
-       {{-40, 25}, {30, 25}, {30, 25}, {53, 100}, {119, 100}},
-       {}},
+      {"always on", "on", {{-40, 25}, {30, 25}, {30, 25}, {53, 100}, {119, 100}}, {}},
       {"zoomed in, with the way down beyond the edge",
-       [](auto&) {},
-       {20.5, 28.25},
+       "",
        {{8, 0}, {27, 100}},
-       {{26, 0}, {26, 25}, {28, 25}}},
+       {{26, 0}, {26, 25}, {28, 25}},
+       {20.5, 28.25}},
   };
-  for (const DrawnCase& row : cases) {
-    CurveTexts texts = PlainTexts();
-    row.change(texts);
-    CurveModel model = BuildCurveModel(texts);
+  for (const Case& row : cases) {
+    CurveModel model = BuildCurveModel(Texts(row.changes));
     const CurvePaths paths = BuildCurvePaths(model, 0, 0, row.range);
-    EXPECT_EQ(VisibleMain(paths.main, row.range.xEnd), row.main) << row.name;
-    EXPECT_EQ(VisibleHysteresis(paths.hysteresis, row.range.xEnd), row.hysteresis) << row.name;
+    EXPECT_EQ(VisibleMain(paths.main, row.range.xEnd), row.main) << row.what;
+    EXPECT_EQ(VisibleHysteresis(paths.hysteresis, row.range.xEnd), row.hysteresis) << row.what;
   }
 }
 
 // Ramp ends that lie half way between two degrees. The first rows tie to the even degree; in the last the single
 // precision of the line tells, worked out apart with exact fractions rounded at each stored figure.
 TEST(Curve, RoundsItsRampEndInSinglePrecision) {
-  struct Row {
-    const char* trange;
-    const char* tmin;
-    const char* min;
-    const char* max;
-    int end;
-  };
-  for (const Row& row :
-       {Row{"2°C", "20", "14", "62", 22}, Row{"6.7°C", "69", "45", "77", 72}, Row{"13.3°C", "61", "50", "82", 68},
-        Row{"26.7°C", "63", "65", "97", 76}, Row{"53.3°C", "99", "9", "41", 126}, Row{"20°C", "1", "86", "94", 3},
-        Row{"80°C", "2", "75", "81", 9}, Row{"80°C", "23", "90", "96", 31}, Row{"80°C", "6", "97", "99", 9}}) {
-    CurveTexts texts = PlainTexts();
-    texts.maxPwm = row.max;
-    texts.pwms[0].minPwm = row.min;
-    texts.channels[0].tmin = row.tmin;
-    texts.channels[0].trange = row.trange;
-    CurveModel model = BuildCurveModel(texts);
-    EXPECT_EQ(BuildCurvePaths(model, 0, 0, kStartRange).main[3].x, row.end) << row.trange << " from " << row.tmin;
+  const std::vector<std::pair<const char*, int>> cases{
+      {"range=2°C tmin=20 min=14 max=62", 22},    {"range=6.7°C tmin=69 min=45 max=77", 72},
+      {"range=13.3°C tmin=61 min=50 max=82", 68}, {"range=26.7°C tmin=63 min=65 max=97", 76},
+      {"range=53.3°C tmin=99 min=9 max=41", 126}, {"range=20°C tmin=1 min=86 max=94", 3},
+      {"range=80°C tmin=2 min=75 max=81", 9},     {"range=80°C tmin=23 min=90 max=96", 31},
+      {"range=80°C tmin=6 min=97 max=99", 9}};
+  for (const auto& [changes, end] : cases) {
+    CurveModel model = BuildCurveModel(Texts(changes));
+    EXPECT_EQ(BuildCurvePaths(model, 0, 0, kStartRange).main[3].x, end) << changes;
   }
 }
 
 TEST(Curve, TakesItsSourcesAndNumbersFromTheTexts) {
-  CurveTexts texts = PlainTexts();
+  CurveTexts texts = Texts();
   texts.maxPwm = "82.5x";
   const std::vector<std::pair<std::string, std::vector<std::string>>> controls{
       {"Remote1", {"Remote1"}},
@@ -253,7 +212,7 @@ TEST(Curve, AgreesWithAnIndependentCalculation) {
 
     const int pwm = pick(0, 3);
     const auto channel = static_cast<std::size_t>(pick(0, 3));
-    CurveTexts texts = PlainTexts();
+    CurveTexts texts = Texts();
     texts.maxPwm = std::to_string(c.max);
     texts.thermFS1 = c.use1;
     texts.thermFS2 = c.use2;

@@ -3,8 +3,7 @@
 #include <functional>
 #include <map>
 
-#include "link/Declarations.h"
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 #include "windows/Desktop.h"
 
 namespace zth::testing {
@@ -37,25 +36,6 @@ class ProbeDesktop final : public windows::Desktop {
   std::map<QString, windows::ChildWindow*> windows;
   std::vector<QString> opened;
 };
-
-/// A block read as the link in use makes it.
-inline Traffic Block(int first, int count) {
-  return B(first, count);
-}
-
-/// What follows a write of a pin configuration register on either link.
-inline Traffic PinHook(const std::vector<std::string>& switches) {
-  return link::InterfaceMode == link::kModeUsb ? Concat(B(0x10, 4), switches) : B(0x10, 4);
-}
-
-/// The transfers among `traffic` that change the chip.
-inline Traffic Writes(const Traffic& traffic) {
-  Traffic writes;
-  for (const std::string& transfer : traffic) {
-    if (transfer.find(" W ") != std::string::npos) writes.push_back(transfer);
-  }
-  return writes;
-}
 
 /// Lets each transfer of `act` fail in turn, each time in a fresh program whose window has been opened: one box, the
 /// program's end, and nothing sent behind the failure. Returns how many transfers `act` makes.
