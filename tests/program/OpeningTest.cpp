@@ -16,15 +16,13 @@ struct Opening {
   bool* open = nullptr;
 };
 
-using namespace windows;  // for the flags
-
 const std::vector<Opening> kOpenings{
     {"frmSave", "", "cmdClose"},
-    {"frmGraph", "", nullptr, &GraphOpen},
-    {"frmRegMap", "", nullptr, &RegMapOpen},
+    {"frmGraph", "", nullptr, &windows::GraphOpen},
+    {"frmRegMap", "", nullptr, &windows::RegMapOpen},
     {"frmLogging", "", "cmdClose"},
     {"frmSwitches", "P4A P48", "cmdCancel"},
-    {"frmHeaters", "H", "cmdClose", &HeatersOpen},
+    {"frmHeaters", "H", "cmdClose", &windows::HeatersOpen},
     {"frmEasySetup", "", "cmdClose"},
     {"frmAbout", "", "cmdOK"},
     {"frmGenConfig", "B01+3 R0C", "cmdCancel"},
@@ -33,10 +31,10 @@ const std::vector<Opening> kOpenings{
     {"frmTherm", "R03 B0D+3 B54+2", "cmdCancel"},
     {"frmEDO", "R16 B37+2", "cmdCancel"},
     {"frmPinConfig", "B10+5", "cmdClose(1)"},
-    {"frmGPIO", "R03 B09+2 RBF", "cmdCancel", &GpioOpen},
-    {"frmAutoGraph", "R0D R2C B21+4 B25+2 B28+4 B5C+4 B60+4 B54+2 B4C+8", "cmdCancel", &AutoGraphOpen},
-    {"frmDynamicTmin", "B0B+2 B5A+2 B5D+2 B45+2 B49+2 B64+1", "cmdCancel", &DynTminOpen},
-    {"frmManualControl", "", "cmdClose", &ManualOpen},
+    {"frmGPIO", "R03 B09+2 RBF", "cmdCancel", &windows::GpioOpen},
+    {"frmAutoGraph", "R0D R2C B21+4 B25+2 B28+4 B5C+4 B60+4 B54+2 B4C+8", "cmdCancel", &windows::AutoGraphOpen},
+    {"frmDynamicTmin", "B0B+2 B5A+2 B5D+2 B45+2 B49+2 B64+1", "cmdCancel", &windows::DynTminOpen},
+    {"frmManualControl", "", "cmdClose", &windows::ManualOpen},
 };
 
 void ExpectOpensAndCloses(const Opening& row, Desk::Buses buses, const char* registers) {

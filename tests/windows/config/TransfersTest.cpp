@@ -98,13 +98,7 @@ TEST(FanConfig, ApplyTellsTheMonitorWhichPwmIsManual) {
 }
 
 TEST(ConfigTexts, GoOutAsTheNumbersTheyBeginWithAndWithinAByte) {
-  struct Row {
-    const char* window;
-    const char* text;
-    std::size_t reg;
-    int sent;
-  };
-  const std::vector<Row> rows{
+  const std::vector<std::tuple<const char*, const char*, std::size_t, int>> rows{
       {"frmFanConfig", "txtMinPWM(3)=12ab", 0x2B, 31},
       {"frmFanConfig", "txtMinPWM(0)=", 0x28, 0},
       {"frmFanConfig", "txtMinPWM(1)=ab", 0x29, 0},
@@ -122,11 +116,11 @@ TEST(ConfigTexts, GoOutAsTheNumbersTheyBeginWithAndWithinAByte) {
       {"frmTherm", "txtHyst(2)=x", 0x55, 0x40},
       {"frmTherm", "txtHyst(0)=300", 0x54, 0xFF},
   };
-  for (const Row& row : rows) {
-    WindowDesk desk(row.window);
-    desk.Do(row.text);
+  for (const auto& [window, text, reg, sent] : rows) {
+    WindowDesk desk(window);
+    desk.Do(text);
     desk.Do("cmdApply");
-    EXPECT_EQ(desk.board.Chip()[row.reg], row.sent) << row.text;
+    EXPECT_EQ(desk.board.Chip()[reg], sent) << text;
   }
 }
 

@@ -5,7 +5,6 @@
 #include "tests/support/SimulatedDesk.h"
 #include "tests/support/Steps.h"
 #include "widgets/Strip.h"
-#include "windows/SharedState.h"
 
 namespace zth::testing {
 namespace {
@@ -68,25 +67,6 @@ TEST_F(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
   EXPECT_EQ(points.back().toList()[1].toInt(), tmin);
   EXPECT_EQ(Desk::Get<widgets::Strip>(curve, "stpGraph").TracePoints(0)[1].toList()[0].toInt(), tmin);
   EXPECT_EQ(Desk::Text(window, "txtTmin(1)"), "60");
-}
-
-TEST_F(SimulatedBoard, TheDemoBringsItsTherm2EventOnce) {
-  const QWidget& window = desk.Open("frmDynamicTmin");
-  Desk::Press(window, "cmdDemo");
-  EXPECT_EQ(sim.Register(0x5B), 0x95);
-  sim.writesOf52 = 0;
-  Do(desk.Open("frmHeaters"), "sldHeater(1)=100");
-  desk.Advance(120000);
-  EXPECT_EQ(sim.writesOf52, 2) << "down and up again, once";
-  EXPECT_TRUE(windows::DemoThermTripped);
-  EXPECT_EQ(sim.Register(0x52), 0x9A);
-  const int opPoint = sim.Register(0x5B) - 64;
-  EXPECT_LT(opPoint, 85) << "the chip has loaded it from the channel's value";
-  EXPECT_NEAR(opPoint, 35, 6);
-  Do(window, "cmdDemo; cmdDemo");
-  sim.writesOf52 = 0;
-  desk.Advance(60000);
-  EXPECT_EQ(sim.writesOf52, 0);
 }
 
 }  // namespace

@@ -14,24 +14,11 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Pins = chip::PinFunctionFlags;
 
-constexpr int kNone = -1;
-
 struct Channel {
-  const char* item;
-  int low;  ///< register of slider 2, or kNone
+  QString item;
+  int low;  ///< register of slider 2, or 0 where there is none
   int high;
-  double nominal = 0;  ///< volts; 0 for the others
-};
-
-struct GaugeChannels {
-  const char* list;
-  const char* gauge;
-  std::vector<Channel> channels;
-};
-
-struct PinChoice {
-  void (*pins)(Pins&);
-  std::vector<GaugeChannels> gauges;
+  double nominal;  ///< volts; 0 for the others
 };
 
 // Pins that list one half of the choices and the other; four states of pins 23 and 24 take two more.
@@ -57,60 +44,39 @@ void FourthPins(Pins& pins) {
   pins.Pin23 = pins.Pin24 = 3;
 }
 
-const std::vector<PinChoice> kPinChoices{
-    {FirstPins,
-     {{"cmbVolt",
-       "ggeVolt",
-       {{"12V1 (pin7)", 0x6D, 0x7C, 12},
-        {"12V2 (pin8)", 0x6E, 0x7D, 12},
-        {"3.3V (pin13)", 0x70, 0x68, 3.3},
-        {"2.5V (pin15)", 0x45, 0x49, 2.5},
-        {"1.25V (pin19)", 0x47, 0x4B, 1.25},
-        {"5V (pin21)", 0x71, 0x7E, 5},
-        {"12V3 (pin22)", 0x6F, 0x7F, 12},
-        {"2.5V (pin23)", 0x72, 0x69, 2.5},
-        {"2.5V (pin24)", 0x73, 0x6A, 2.5},
-        {"3.3V (pin25)", 0x74, 0x6B, 3.3},
-        {"Vbatt (pin26)", 0x75, 0x6C, 4},
-        {"1.5V (pin28)", 0x76, 0x4C, 1.5},
-        {"1.5V (pin29)", 0x77, 0x50, 1.5}}},
-      {"cmbTemp", "ggeTemp", {{"Local", 0x44, 0x48}, {"Remote2", 0x46, 0x4A}}},
-      {"cmbFan",
-       "ggeFan",
-       {{"Fan1", kNone, 0x78}, {"Fan2", kNone, 0x79}, {"Fan3", kNone, 0x7A}, {"Fan4", kNone, 0x7B}}}}},
-    {SecondPins,
-     {{"cmbVolt",
-       "ggeVolt",
-       {{"1.8V (pin15)", 0x45, 0x49, 1.8},
-        {"0.9V (pin19)", 0x47, 0x4B, 0.9},
-        {"1.8V (pin23)", 0x72, 0x69, 1.8},
-        {"1.8V (pin24)", 0x73, 0x6A, 1.8},
-        {"1.2V (pin25)", 0x74, 0x6B, 1.2},
-        {"1.2V (pin26)", 0x75, 0x6C, 1.2}}},
-      {"cmbFan",
-       "ggeFan",
-       {{"Fan5", kNone, 0x7C}, {"Fan6", kNone, 0x7D}, {"Fan7", kNone, 0x7E}, {"Fan8", kNone, 0x7F}}},
-      {"cmbThermTimer", "ggeThermTimer", {{"THERM1", kNone, 0x80}, {"THERM2", kNone, 0x81}}}}},
-    {ThirdPins,
-     {{"cmbVolt", "ggeVolt", {{"Vccp1 (pin23)", 0x72, 0x69, 2.13}, {"Vccp2 (pin24)", 0x73, 0x6A, 2.13}}},
-      {"cmbTemp", "ggeTemp", {{"Remote1", 0x45, 0x49}, {"Remote3", 0x47, 0x4B}}},
-      {"cmbTHERMPin",
-       "ggeTHERMPin",
-       {{"Local THERM1", kNone, 0x4C},
-        {"Remote1 THERM1", kNone, 0x4D},
-        {"Remote2 THERM1", kNone, 0x4E},
-        {"Remote3 THERM1", kNone, 0x4F},
-        {"Local THERM2", kNone, 0x50},
-        {"Remote1 THERM2", kNone, 0x51},
-        {"Remote2 THERM2", kNone, 0x52},
-        {"Remote3 THERM2", kNone, 0x53}}}}},
-    {FourthPins, {{"cmbVolt", "ggeVolt", {{"1.5V (pin23)", 0x72, 0x69, 1.5}, {"1.5V (pin24)", 0x73, 0x6A, 1.5}}}}},
+/// Channels with their two registers and their nominal voltage, one behind the other.
+struct GaugeChannels {
+  void (*pins)(Pins&);
+  const char* list;
+  const char* gauge;
+  const char* channels;
+};
+
+const std::vector<GaugeChannels> kGauges{
+    {FirstPins, "cmbVolt", "ggeVolt",
+     "12V1 (pin7) 6D 7C 12, 12V2 (pin8) 6E 7D 12, 3.3V (pin13) 70 68 3.3, 2.5V (pin15) 45 49 2.5, "
+     "1.25V (pin19) 47 4B 1.25, 5V (pin21) 71 7E 5, 12V3 (pin22) 6F 7F 12, 2.5V (pin23) 72 69 2.5, "
+     "2.5V (pin24) 73 6A 2.5, 3.3V (pin25) 74 6B 3.3, Vbatt (pin26) 75 6C 4, 1.5V (pin28) 76 4C 1.5, "
+     "1.5V (pin29) 77 50 1.5"},
+    {SecondPins, "cmbVolt", "ggeVolt",
+     "1.8V (pin15) 45 49 1.8, 0.9V (pin19) 47 4B 0.9, 1.8V (pin23) 72 69 1.8, 1.8V (pin24) 73 6A 1.8, "
+     "1.2V (pin25) 74 6B 1.2, 1.2V (pin26) 75 6C 1.2"},
+    {ThirdPins, "cmbVolt", "ggeVolt", "Vccp1 (pin23) 72 69 2.13, Vccp2 (pin24) 73 6A 2.13"},
+    {FourthPins, "cmbVolt", "ggeVolt", "1.5V (pin23) 72 69 1.5, 1.5V (pin24) 73 6A 1.5"},
+    {FirstPins, "cmbTemp", "ggeTemp", "Local 44 48 0, Remote2 46 4A 0"},
+    {ThirdPins, "cmbTemp", "ggeTemp", "Remote1 45 49 0, Remote3 47 4B 0"},
+    {FirstPins, "cmbFan", "ggeFan", "Fan1 - 78 0, Fan2 - 79 0, Fan3 - 7A 0, Fan4 - 7B 0"},
+    {SecondPins, "cmbFan", "ggeFan", "Fan5 - 7C 0, Fan6 - 7D 0, Fan7 - 7E 0, Fan8 - 7F 0"},
+    {SecondPins, "cmbThermTimer", "ggeThermTimer", "THERM1 - 80 0, THERM2 - 81 0"},
+    {ThirdPins, "cmbTHERMPin", "ggeTHERMPin",
+     "Local THERM1 - 4C 0, Remote1 THERM1 - 4D 0, Remote2 THERM1 - 4E 0, Remote3 THERM1 - 4F 0, "
+     "Local THERM2 - 50 0, Remote1 THERM2 - 51 0, Remote2 THERM2 - 52 0, Remote3 THERM2 - 53 0"},
 };
 
 TEST_F(Limits, EachChannelShowsAndWritesItsOwnRegistersInOrder) {
   Load();
   const auto expectOf = [this](const GaugeChannels& on, const Channel& channel) {
-    const bool pair = channel.low != kNone;
+    const bool pair = channel.low != 0;
     const Traffic reads = pair ? Concat(R(channel.low), R(channel.high)) : Concat(R(channel.high));
     // Away from the channel first, so that picking it is a change.
     Desk::Get<QComboBox>(*window, on.list).setCurrentIndex(-1);
@@ -137,33 +103,28 @@ TEST_F(Limits, EachChannelShowsAndWritesItsOwnRegistersInOrder) {
     const Traffic writes = pair ? Concat(W(channel.low, 0), W(channel.high, code)) : Concat(W(channel.high, code));
     EXPECT_EQ(desk.board.TakeTraffic(), Concat(writes, reads));
   };
-  for (const PinChoice& choice : kPinChoices) {
-    LoadAgain(choice.pins);
-    for (const GaugeChannels& on : choice.gauges) {
-      for (const Channel& channel : on.channels) {
-        SCOPED_TRACE(channel.item);
-        expectOf(on, channel);
-      }
+  for (const GaugeChannels& on : kGauges) {
+    LoadAgain(on.pins);
+    for (const QString& row : QString(on.channels).split(", ")) {
+      SCOPED_TRACE(row.toStdString());
+      const auto reg = [&row](int place) { return row.section(' ', place, place).toInt(nullptr, 16); };
+      expectOf(on, {row.section(' ', 0, -4), reg(-3), reg(-2), row.section(' ', -1).toDouble()});
     }
   }
 }
 
 TEST_F(Limits, ADragWritesTheEncodedLimitAndTheSliderShowsWhatTheChipHolds) {
-  struct Case {
-    const char* gauge;
-    double dragged;
-    std::size_t reg;
-    int raw;
-    double shown;
-  };
   Load();
-  for (const Case& row :
-       {Case{"ggeTemp", 25.5, 0x48, 90, 26}, Case{"ggeTemp", -64, 0x48, 0, -64}, Case{"ggeFan", 0, 0x78, 255, 0},
-        Case{"ggeFan", 1000, 0x78, 21, 959}, Case{"ggeThermTimer", 100, 0x80, 255, 100},
-        Case{"ggeThermTimer", 50, 0x80, 127, 50}, Case{"ggeTHERMPin", 24.5, 0x4D, 88, 24}}) {
-    Drag(row.gauge, 3, row.dragged);
-    EXPECT_EQ(desk.board.Chip()[row.reg], row.raw) << row.gauge << " " << row.dragged;
-    EXPECT_NEAR(Slider(row.gauge, 3), row.shown, 0.5) << row.gauge << " " << row.dragged;
+  for (const auto& [gauge, dragged, reg, raw, shown] : {std::tuple{"ggeTemp", 25.5, 0x48U, 90, 26},
+                                                        {"ggeTemp", -64.0, 0x48U, 0, -64},
+                                                        {"ggeFan", 0.0, 0x78U, 255, 0},
+                                                        {"ggeFan", 1000.0, 0x78U, 21, 959},
+                                                        {"ggeThermTimer", 100.0, 0x80U, 255, 100},
+                                                        {"ggeThermTimer", 50.0, 0x80U, 127, 50},
+                                                        {"ggeTHERMPin", 24.5, 0x4DU, 88, 24}}) {
+    Drag(gauge, 3, dragged);
+    EXPECT_EQ(desk.board.Chip()[reg], raw) << gauge << " " << dragged;
+    EXPECT_NEAR(Slider(gauge, 3), shown, 0.5) << gauge << " " << dragged;
   }
 }
 

@@ -2,7 +2,6 @@
 #include <set>
 
 #include "tests/windows/pins/PinsGround.h"
-#include "windows/config/frmEasySetup.h"
 
 namespace zth::testing {
 namespace {
@@ -32,20 +31,20 @@ TEST(EasySetup, OkRunsTheTickedOptionsInOrderOnEitherLink) {
 }
 
 TEST(EasySetup, AnOptionSetsItsOwnBitsAndOneThatIsNotTickedDoesNothing) {
-  struct Case {
-    int option;
-    std::size_t reg;
-    int bits;
-  };
-  for (const Case& row : {Case{-1, 0, 0}, Case{1, 0x07, 0x0F}, Case{2, 0x01, 0x20}, Case{3, 0, 0}, Case{4, 0x2C, 0xFF},
-                          Case{5, 0x02, 0x20}, Case{6, 0x01, 0x08}}) {
+  for (const auto& [option, reg, bits] : {std::tuple{-1, 0U, 0},
+                                          {1, 0x07U, 0x0F},
+                                          {2, 0x01U, 0x20},
+                                          {3, 0U, 0},
+                                          {4, 0x2CU, 0xFF},
+                                          {5, 0x02U, 0x20},
+                                          {6, 0x01U, 0x08}}) {
     for (const char* content : {"00..FF=00", "00..FF=5A", "00..FF=FF"}) {
       WindowDesk desk("frmEasySetup", content);
       FakeBoard::Registers expected = desk.board.Chip();
-      expected[row.reg] = static_cast<std::uint8_t>(expected[row.reg] | row.bits);
-      TickOnly(desk, *desk.window, {row.option});
+      expected[reg] = static_cast<std::uint8_t>(expected[reg] | bits);
+      TickOnly(desk, *desk.window, {option});
       desk.Do("txtOption=nonsense; chkStartUp=1; cmdApply");  // the number is not looked at
-      EXPECT_EQ(desk.board.Chip(), expected) << row.option;
+      EXPECT_EQ(desk.board.Chip(), expected) << option;
       EXPECT_EQ(desk.settings.values["OpenEasySetup"], "True");
     }
   }
@@ -102,18 +101,15 @@ TEST(EasySetup, OpensAtTheStartUnlessTheSettingSaysFalse) {
 }
 
 TEST(EasySetup, TheGraphsOpenAtTheirPlace) {
-  Desk desk;
-  desk.Start();
-  ProbeDesktop desktop;
-  ProbeWindow graphs("frmGraph", {desk.services, desktop});
-  desktop.windows = {{"frmGraph", &graphs}};
   for (const bool ticked : {false, true}) {
-    windows::frmEasySetup window({desk.services, desktop});
-    window.Form_Load();
-    TickOnly(desk, window, ticked ? std::set<int>{3} : std::set<int>{});
-    desk.Press(window, "cmdApply");
-    EXPECT_EQ(desktop.opened.size(), ticked ? 1U : 0U);
-    EXPECT_EQ(graphs.pos(), ticked ? QPoint(33, 33) : QPoint(0, 0)) << "500 twips from the left and from the top";
+    WindowDesk desk("frmEasySetup");
+    TickOnly(desk, *desk.window, ticked ? std::set<int>{3} : std::set<int>{});
+    desk.Do("cmdApply");
+    const QWidget* graphs = desk.Main().FindWindow("frmGraph");
+    ASSERT_EQ(graphs != nullptr, ticked);
+    if (ticked) {
+      EXPECT_EQ(graphs->parentWidget()->pos(), QPoint(33, 33)) << "500 twips from the left and from the top";
+    }
   }
 }
 

@@ -1,14 +1,15 @@
-#include <set>
-
+#include <QLabel>
 #include <QListWidget>
+#include <QRegularExpression>
 
 #include "chip/PinModel.h"
 #include "tests/windows/pins/PinsGround.h"
 #include "windows/SharedState.h"
-#include "windows/config/frmPinConfig.h"
 
 namespace zth::testing {
 namespace {
+
+using windows::ChildWindow;
 
 TEST(PinConfig, ApplyWritesFourRegistersEachWithItsEffectOnThePinsAndTheBoard) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
@@ -24,36 +25,27 @@ TEST(PinConfig, ApplyWritesFourRegistersEachWithItsEffectOnThePinsAndTheBoard) {
 }
 
 TEST(PinConfig, AGroupTakesItsPinsAwayButNotTheirBits) {
-  struct Group {
-    QString list;
-    QStringList pins;
-    QList<int> labels;
-  };
-  const std::vector<Group> groups{
-      {"cmbPins1234_31_32", {"cmbPin1", "cmbPin2", "cmbPin3", "cmbPin4", "cmbPin31", "cmbPin32"}, {0, 1, 2, 3, 22, 23}},
-      {"cmbPins1516", {"cmbPin15"}, {7}},
-      {"cmbPins1920", {"cmbPin20"}, {12}},
+  const std::vector<std::pair<QString, QStringList>> groups{
+      {"cmbPins1234_31_32", {"cmbPin1", "cmbPin2", "cmbPin3", "cmbPin31", "cmbPin32", "cmbPin4"}},
+      {"cmbPins1516", {"cmbPin15"}},
+      {"cmbPins1920", {"cmbPin20"}},
   };
   WindowDesk desk("frmPinConfig", "10=9F");  // VIDs enabled, no diodes: in effect as soon as the window is open
-  const auto taken = [&](const QString& kind) {
-    std::set<QString> names;
-    for (const QWidget* each : desk.window->findChildren<QWidget*>()) {
-      if (!each->isEnabled() && each->objectName().startsWith(kind)) names.insert(each->objectName());
-    }
-    return names;
-  };
   for (unsigned shown = 0b100;; shown = (shown + 1) % 8) {  // one bit for each group that shows its first item
-    std::set<QString> lists;
-    std::set<QString> labels;
+    QStringList expected;
     for (std::size_t g = 0; g < groups.size(); ++g) {
       const bool first = (shown >> (2 - g) & 1) != 0;
-      desk.Do(groups[g].list + (first ? "=0" : "=1"));
-      if (!first) continue;
-      lists.insert(groups[g].pins.begin(), groups[g].pins.end());
-      for (const int label : groups[g].labels) labels.insert(QString("lblPin(%1)").arg(label));
+      desk.Do(groups[g].first + (first ? "=0" : "=1"));
+      if (first) expected << groups[g].second;
     }
-    EXPECT_EQ(taken("cmb"), lists) << shown;
-    EXPECT_EQ(taken("lblPin"), labels) << shown;
+    QStringList taken;
+    for (const auto* label : desk.window->findChildren<QLabel*>(QRegularExpression("^lblPin"))) {
+      EXPECT_EQ(label->isEnabled(), label->buddy()->isEnabled()) << label->text().toStdString();
+      if (!label->isEnabled()) taken << label->buddy()->objectName();
+    }
+    expected.sort();
+    taken.sort();
+    EXPECT_EQ(taken, expected) << shown;
     if (shown == 0b011) break;
   }
   desk.Do("cmbPins1234_31_32=0; cmdApply");
@@ -62,35 +54,26 @@ TEST(PinConfig, AGroupTakesItsPinsAwayButNotTheirBits) {
 }
 
 TEST(PinConfig, OpenWindowsFollowAnApplyAndClosedOnesAreLeftAlone) {
-  WindowDesk desk("frmGPIO", Desk::Buses::Usb);
-  ProbeDesktop desktop;
-  ProbeWindow limits("frmLimits", {desk.services, desktop});
-  limits.onLoad = [&] { desk.board.traffic.emplace_back("limits"); };
-  desktop.windows = {{"frmLimits", &limits}, {"frmGPIO", desk.window}};
-  windows::frmPinConfig window({desk.services, desktop});
-  window.Form_Load();
-  const auto sent = [&](const char* steps) {
-    desk.board.TakeTraffic();
-    Do(window, steps);
-    return desk.board.TakeTraffic();
-  };
-  const std::string hook = " B10+4 P4A=3F P48=FE ";
-  const Traffic individual = T("W10=6F" + hook + "W11=CE" + hook + "W12=42" + hook + "W13=FC" + hook);
-  const Traffic easy = T("W14=10" + hook + "B10+5");
-  const Traffic reload{"limits"};
-  EXPECT_EQ(desk.Held("chkPinEn(0)"), "0");
   for (const auto& [limitsOpen, gpioOpen] : {std::pair{true, true}, {true, false}, {false, true}, {false, false}}) {
-    windows::LimitsOpen = limitsOpen;
-    windows::GpioOpen = gpioOpen;
-    const Traffic limitsFollow = limitsOpen ? reload : Traffic{};
-    EXPECT_EQ(sent("cmbPin1=0; cmdApply"), Concat(individual, limitsFollow, T(gpioOpen ? "B09+2 RBF" : "")));
-    EXPECT_EQ(desk.Held("chkPinEn(0)"), "1") << "at once, without the timer";
-    EXPECT_EQ(sent("optEasy(4)=1; cmdEasyApply"), Concat(easy, limitsFollow));
+    WindowDesk desk("frmPinConfig", Desk::Buses::Usb);
+    ChildWindow* limits = limitsOpen ? &desk.Open("frmLimits") : nullptr;
+    ChildWindow* gpio = gpioOpen ? &desk.Open("frmGPIO") : nullptr;
+    const auto reload = [&] {
+      if (limits != nullptr) limits->Form_Load();
+      return desk.board.TakeTraffic();
+    };
+    const std::string hook = " B10+4 P4A=3F P48=FE ";
+    const Traffic applied = desk.Sent("cmbPin1=0; cmdApply");
+    EXPECT_EQ(applied, Concat(T("W10=6F" + hook + "W11=CE" + hook + "W12=42" + hook + "W13=FC" + hook), reload(),
+                              T(gpioOpen ? "B09+2 RBF" : "")));
+    EXPECT_TRUE(gpio == nullptr || Desk::Checked(*gpio, "chkPinEn(0)")) << "at once, without the timer";
+    const Traffic easy = desk.Sent("optEasy(4)=1; cmdEasyApply");
+    EXPECT_EQ(easy, Concat(T("W14=10" + hook + "B10+5"), reload()));
   }
   // The flags alone, with no such window to be found, break nothing.
+  WindowDesk desk("frmPinConfig");
   windows::LimitsOpen = windows::GpioOpen = true;
-  desktop.windows.clear();
-  Do(window, "cmdApply; cmdEasyApply");
+  desk.Do("cmdApply; cmdEasyApply");
 }
 
 TEST(PinConfig, AnEasyApplyShowsWhatTheChipHasMadeOfIt) {
@@ -104,11 +87,7 @@ TEST(PinConfig, AnEasyApplyShowsWhatTheChipHasMadeOfIt) {
 }
 
 TEST(PinConfig, TheHighestEasyOptionOfTheChipIsSelectedAndItsDetailsAloneAreSeen) {
-  struct Case {
-    int easyConfig, selected, sent;
-    const char* lastLine;
-  };
-  const std::vector<Case> cases{
+  const std::vector<std::tuple<std::uint8_t, int, int, const char*>> cases{
       {0x00, -1, 0x00, ""},
       {0x01, 0, 0x01, "Chassis Intrusion Detection"},
       {0x02, 1, 0x02, "Fan2Max function"},
@@ -119,19 +98,19 @@ TEST(PinConfig, TheHighestEasyOptionOfTheChipIsSelectedAndItsDetailsAloneAreSeen
   };
   WindowDesk desk("frmPinConfig", "14=00");
   EXPECT_EQ(desk.Held("SSTab1"), "0");
-  for (const Case& row : cases) {
-    desk.board.Chip()[0x14] = static_cast<std::uint8_t>(row.easyConfig);
+  for (const auto& [easyConfig, selected, sent, lastLine] : cases) {
+    desk.board.Chip()[0x14] = easyConfig;
     desk.window->Form_Load();
     for (int i = 0; i < 5; ++i) {
       auto& details = desk.Get<QListWidget>(*desk.window, QString("List1(%1)").arg(i));
-      EXPECT_EQ(desk.Held(QString("optEasy(%1)").arg(i)), i == row.selected ? "1" : "0") << row.easyConfig;
-      EXPECT_EQ(details.isHidden(), i != row.selected) << row.easyConfig;
-      if (i == row.selected) {
-        EXPECT_EQ(details.item(details.count() - 1)->text(), row.lastLine);
+      EXPECT_EQ(desk.Held(QString("optEasy(%1)").arg(i)), i == selected ? "1" : "0") << int{easyConfig};
+      EXPECT_EQ(details.isHidden(), i != selected) << int{easyConfig};
+      if (i == selected) {
+        EXPECT_EQ(details.item(details.count() - 1)->text(), lastLine);
       }
     }
     desk.Do("cmdEasyApply");
-    EXPECT_EQ(desk.board.Chip()[0x14], row.sent);
+    EXPECT_EQ(desk.board.Chip()[0x14], sent);
   }
 }
 

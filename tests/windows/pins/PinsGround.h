@@ -1,41 +1,10 @@
 #pragma once
 
 #include <functional>
-#include <map>
 
 #include "tests/support/Steps.h"
-#include "windows/Desktop.h"
 
 namespace zth::testing {
-
-/// A window that only counts its loads.
-class ProbeWindow final : public windows::ChildWindow {
- public:
-  ProbeWindow(const QString& name, const windows::Context& context) : ChildWindow(name, name, context) {}
-  void Form_Load() override { onLoad(); }
-
-  std::function<void()> onLoad = [] {};
-};
-
-/// A desktop that has just the windows it was given.
-class ProbeDesktop final : public windows::Desktop {
- public:
-  windows::ChildWindow* OpenWindow(const QString& name) override {
-    opened.push_back(name);
-    return FindWindow(name);
-  }
-  windows::ChildWindow* FindWindow(const QString& name) const override {
-    const auto window = windows.find(name);
-    return window == windows.end() ? nullptr : window->second;
-  }
-  void SetStatus(const QString& /*text*/) override {}
-  void EnableTimer(bool /*on*/) override {}
-  QWidget& Frame() override { return frame; }
-
-  QWidget frame;
-  std::map<QString, windows::ChildWindow*> windows;
-  std::vector<QString> opened;
-};
 
 /// Lets each transfer of `act` fail in turn, each time in a fresh program whose window has been opened: one box, the
 /// program's end, and nothing sent behind the failure. Returns how many transfers `act` makes.
