@@ -14,31 +14,34 @@ namespace {
 
 constexpr ChartRange kStartRange{160, 120};
 
-/// The controls' texts, plain but for the changes: "therm1 therm2 on max=50 min=20 tmin=30 range=20°C th1=45 th2=50" of
-/// PWM1 and its source Local.
-CurveTexts Texts(const std::string& changes = {}) {
+/// The controls' texts for a curve of one PWM by one channel, plain but for the changes: "therm1 therm2 on max=50
+/// min=20 tmin=30 range=20°C th1=45 th2=50". All others hold something else.
+CurveTexts Texts(const std::string& changes = {}, std::size_t pwm = 0, std::size_t channel = 0) {
   CurveTexts texts;
   texts.maxPwm = "100";
-  for (auto& pwm : texts.pwms) pwm = {"Local", "25", false};
-  for (auto& channel : texts.channels) channel = {"30", "20°C", "4", "45", "50"};
-  texts.polledTmin = {30, 30, 30, 30};
+  for (auto& other : texts.pwms) other = {"Off", "77", true};
+  for (auto& other : texts.channels) other = {"11", "2°C", "1", "12", "13"};
+  texts.pwms[pwm] = {kControlItems[channel], "25", false};
+  texts.channels[channel] = {"30", "20°C", "4", "45", "50"};
   std::istringstream words(changes);
   for (std::string word; words >> word;) {
     const std::string value = word.substr(word.find('=') + 1);
     if (word == "therm1") texts.thermFS1 = true;
     if (word == "therm2") texts.thermFS2 = true;
-    if (word == "on") texts.pwms[0].minSpeed = true;
+    if (word == "on") texts.pwms[pwm].minSpeed = true;
     if (word.starts_with("max=")) texts.maxPwm = value;
-    if (word.starts_with("min=")) texts.pwms[0].minPwm = value;
-    if (word.starts_with("tmin=")) texts.channels[0].tmin = value;
-    if (word.starts_with("range=")) texts.channels[0].trange = value;
-    if (word.starts_with("th1=")) texts.channels[0].th1 = value;
-    if (word.starts_with("th2=")) texts.channels[0].th2 = value;
+    if (word.starts_with("min=")) texts.pwms[pwm].minPwm = value;
+    if (word.starts_with("tmin=")) texts.channels[channel].tmin = value;
+    if (word.starts_with("range=")) texts.channels[channel].trange = value;
+    if (word.starts_with("th1=")) texts.channels[channel].th1 = value;
+    if (word.starts_with("th2=")) texts.channels[channel].th2 = value;
   }
+  texts.polledTmin.fill(-7);
+  texts.polledTmin[channel] = static_cast<std::int16_t>(std::stoi(texts.channels[channel].tmin));
   return texts;
 }
 
-// The curve of PWM1's first source as it is drawn.
+// The curve as it is drawn, of each PWM by each channel.
 TEST(Curve, HasTheShapesAnEngineerExpects) {
   struct Case {
     const char* what;
@@ -52,6 +55,10 @@ TEST(Curve, HasTheShapesAnEngineerExpects) {
   const std::vector<Case> cases{
       {"no THERM option", "", plain, down},
       {"the limit cuts the ramp", "therm1", {{-40, 0}, {30, 0}, {30, 25}, {45, 73}, {45, 100}, {119, 100}}, down},
+      {"the lower of two limits cuts it, at a duty that is rounded",
+       "therm1 therm2 range=13.3°C",
+       {{-40, 0}, {30, 0}, {30, 25}, {45, 99}, {45, 100}, {119, 100}},
+       down},
       {"the limit lies below Tmin", "therm1 th1=25", {{-40, 0}, {25, 0}, {25, 100}, {119, 100}}, {}},
       {"the limit lies at Tmin", "therm2 th2=30", {{-40, 0}, {30, 0}, {30, 100}, {119, 100}}, {}},
       {"the lower of two limits counts, behind the ramp",
@@ -73,6 +80,10 @@ TEST(Curve, HasTheShapesAnEngineerExpects) {
        "on therm1",
        {{-40, 25}, {30, 25}, {30, 25}, {45, 73}, {45, 100}, {119, 100}},
        {}},
+      {"always on, with a low maximum up to the limit",
+       "on therm1 max=60 th1=60",
+       {{-40, 25}, {30, 25}, {30, 25}, {41, 60}, {60, 60}, {60, 100}, {119, 100}},
+       {}},
       {"always on, with the limit below Tmin", "on therm2 th2=-5", {{-40, 25}, {-5, 25}, {-5, 100}, {119, 100}}, {}},
       {"flat, cut by the limit",
        "max=20 therm2",
@@ -91,10 +102,12 @@ TEST(Curve, HasTheShapesAnEngineerExpects) {
        {20.5, 28.25}},
   };
   for (const Case& row : cases) {
-    CurveModel model = BuildCurveModel(Texts(row.changes));
-    const CurvePaths paths = BuildCurvePaths(model, 0, 0, row.range);
-    EXPECT_EQ(VisibleMain(paths.main, row.range.xEnd), row.main) << row.what;
-    EXPECT_EQ(VisibleHysteresis(paths.hysteresis, row.range.xEnd), row.hysteresis) << row.what;
+    for (std::size_t each = 0; each < 16; ++each) {
+      CurveModel model = BuildCurveModel(Texts(row.changes, each / 4, each % 4));
+      const CurvePaths paths = BuildCurvePaths(model, static_cast<int>(each / 4), 0, row.range);
+      EXPECT_EQ(VisibleMain(paths.main, row.range.xEnd), row.main) << row.what << " " << each;
+      EXPECT_EQ(VisibleHysteresis(paths.hysteresis, row.range.xEnd), row.hysteresis) << row.what << " " << each;
+    }
   }
 }
 
