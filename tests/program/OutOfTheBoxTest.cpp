@@ -2,7 +2,7 @@
 
 #include "chip/Measurements.h"
 #include "tests/support/SimulatedDesk.h"
-#include "widgets/GSlider.h"
+#include "tests/support/Steps.h"
 
 namespace zth::testing {
 namespace {
@@ -27,8 +27,7 @@ TEST(OutOfTheBox, FansSpinTheDiodesAreWarmAndAHeaterWarmsOne) {
   EXPECT_NEAR(now.Voltage[18], 3.3F, 0.1F);
 
   const float before = now.Temperature[1];
-  auto& heater = Desk::Get<widgets::GSlider>(desk.Open("frmHeaters"), "sldHeater(0)");
-  heater.StepByUser(100);
+  Do(desk.Open("frmHeaters"), "sldHeater(0)=100");
   desk.Advance(10000);
   EXPECT_GT(now.Temperature[1], before + 2) << "in seconds, not in minutes";
 }

@@ -1,22 +1,18 @@
 #include <QAction>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QSet>
 #include <QTest>
-#include <QTimer>
 #include <QToolBar>
 #include <gtest/gtest.h>
 
-#include "link/LinkErrors.h"
 #include "link/USBStuff.h"
 #include "shell/Commands.h"
 #include "shell/Jobs.h"
 #include "shell/Placement.h"
-#include "tests/support/Desk.h"
-#include "windows/SharedState.h"
+#include "tests/support/Steps.h"
 
 namespace zth::testing {
 namespace {
@@ -45,49 +41,52 @@ TEST(Jobs, ADueJobRunsInOrderAndItsPeriodCountsFromItsEnd) {
   EXPECT_EQ(ran, "asaga");
 }
 
-TEST(Polling, OneGroupEachHundredAndFiftyMilliseconds) {
-  Desk desk(Desk::Buses::Usb);
-  desk.Start();
-  desk.Advance(50);
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{"usb B 58:88+8"});
-  desk.Advance(100);
-  EXPECT_TRUE(desk.board.TakeTraffic().empty());
-  desk.Advance(50);
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb B 58:98+8", "usb B 58:A2+8"}));
-  desk.Advance(600);
-  EXPECT_EQ(desk.board.TakeTraffic().back(), "usb B 58:45+2");
-  desk.Advance(150);
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{"usb B 58:88+8"});
+/// The program on USB, and what it sends in so much time.
+class Polling : public ::testing::Test {
+ protected:
+  Polling() { desk.Start(); }
+  Traffic After(int milliseconds) {
+    desk.Advance(milliseconds);
+    return desk.board.TakeTraffic();
+  }
+
+  Desk desk{Desk::Buses::Usb};
+};
+
+TEST_F(Polling, OneGroupEachHundredAndFiftyMilliseconds) {
+  EXPECT_EQ(After(50), T("B88+8"));
+  EXPECT_EQ(After(100), Traffic{});
+  EXPECT_EQ(After(50), T("B98+8 BA2+8"));
+  EXPECT_EQ(After(600).back(), "usb B 58:45+2");
+  EXPECT_EQ(After(150), T("B88+8"));
 }
 
-TEST(Polling, StandsStillWhileTheTimerIsOff) {
-  Desk desk(Desk::Buses::Usb);
-  desk.Start();
+TEST_F(Polling, StandsStillWhileTheTimerIsOff) {
   desk.Main().EnableTimer(false);
-  desk.Advance(1000);
-  EXPECT_TRUE(desk.board.traffic.empty());
+  EXPECT_EQ(After(1000), Traffic{});
   desk.Main().EnableTimer(true);
-  desk.Advance(50);
-  EXPECT_EQ(desk.board.traffic.size(), 1U);
-  EXPECT_EQ(Desk::Get<QLabel>(desk.Main(), "sbStatusBar(1)").text(), "Status");
+  EXPECT_EQ(After(50).size(), 1U);
+  EXPECT_EQ(Held(desk.Main(), "sbStatusBar(1)"), "Status");
 }
 
-TEST(Polling, GoesOnAfterAHeaterQuestionAnsweredWithNo) {
-  Desk desk(Desk::Buses::Usb);
-  desk.Start();
+TEST_F(Polling, GoesOnAfterAHeaterQuestionAnsweredWithNo) {
   desk.board.failMatching = "usb H";
   desk.prompts.script = {platform::BoxAnswer::No};
   desk.prompts.whileShown = [&] { desk.clock.Advance(1000); };
   std::int32_t percent = 30;
   link::SetHeater(1, percent);
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{"usb H 1=30"}) << "no tick while the box stood";
-  desk.Advance(50);
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{"usb B 58:88+8"});
+  EXPECT_EQ(After(50), T("B88+8"));
 }
 
-TEST(MainWindow, EveryCommandHasItsNameItsTextAndAShortcutOfItsOwn) {
+class MainWindow : public ::testing::Test {
+ protected:
+  MainWindow() { desk.Start(); }
+
   Desk desk;
-  desk.Start();
+};
+
+TEST_F(MainWindow, EveryCommandHasItsNameItsTextAndAShortcutOfItsOwn) {
   EXPECT_EQ(desk.Main().windowTitle(), "ZTH4718 Evaluation Software");
   EXPECT_TRUE(desk.Main().isMaximized());
   QSet<QString> shortcuts;
@@ -112,9 +111,7 @@ TEST(MainWindow, EveryCommandHasItsNameItsTextAndAShortcutOfItsOwn) {
             "Configuration|GPIO|Heaters|Automatic Fan Control|Limits/Interrupts");
 }
 
-TEST(MainWindow, NoTwoMnemonicsOfAMenuClash) {
-  Desk desk;
-  desk.Start();
+TEST_F(MainWindow, NoTwoMnemonicsOfAMenuClash) {
   const auto check = [](const QString& where, const QList<QAction*>& actions) {
     QSet<QChar> seen;
     for (const QAction* action : actions) {
@@ -133,25 +130,21 @@ TEST(MainWindow, NoTwoMnemonicsOfAMenuClash) {
   }
 }
 
-TEST(MainWindow, AnEntryOpensItsWindowOnceAndBringsItBack) {
-  Desk desk;
-  desk.Start();
-  desk.Main().findChild<QAction*>("mnuAbout")->trigger();
-  auto* area = desk.Main().findChild<QMdiArea*>();
-  ASSERT_EQ(area->subWindowList().size(), 1);
-  area->subWindowList().constFirst()->showMinimized();
-  desk.Main().findChild<QAction*>("mnuAbout")->trigger();
-  EXPECT_EQ(area->subWindowList().size(), 1);
-  EXPECT_FALSE(area->subWindowList().constFirst()->isMinimized());
-  Desk::Press(*desk.Main().FindWindow("frmAbout"), "cmdOK");
+TEST_F(MainWindow, AnEntryOpensItsWindowOnceAndBringsItBack) {
+  auto& entry = *desk.Main().findChild<QAction*>("mnuAbout");
+  const auto& area = *desk.Main().findChild<QMdiArea*>();
+  entry.trigger();
+  ASSERT_EQ(area.subWindowList().size(), 1);
+  area.subWindowList().constFirst()->showMinimized();
+  entry.trigger();
+  ASSERT_EQ(area.subWindowList().size(), 1);
+  EXPECT_FALSE(area.subWindowList().constFirst()->isMinimized());
+  Do(*desk.Main().FindWindow("frmAbout"), "cmdOK");
   Desk::Settle();
-  EXPECT_EQ(desk.Main().FindWindow("frmAbout"), nullptr);
-  EXPECT_TRUE(area->subWindowList().isEmpty());
+  EXPECT_TRUE(area.subWindowList().isEmpty());
 }
 
-TEST(MainWindow, TheWindowMenuListsWhatIsOpen) {
-  Desk desk;
-  desk.Start();
+TEST_F(MainWindow, TheWindowMenuListsWhatIsOpen) {
   auto* menu = desk.Main().findChild<QMenu*>("mnuWindow");
   emit menu->aboutToShow();
   EXPECT_FALSE(menu->actions().constFirst()->isEnabled());
@@ -163,52 +156,52 @@ TEST(MainWindow, TheWindowMenuListsWhatIsOpen) {
   EXPECT_EQ(menu->actions().constLast()->text(), "&Cascade");
 }
 
-TEST(MainWindow, ClosingItStoresThePlacementAndExitDoesNot) {
-  {
+TEST(Placement, ClosingItStoresThePlacementAndExitDoesNot) {
+  struct Case {
+    void (*leave)(shell::frmMain& window);
+    const char* placement;
+    std::vector<int> ends;
+  };
+  for (const Case& row :
+       {Case{[](shell::frmMain& window) {
+               window.showNormal();
+               window.move(100, 50);
+               window.resize(640, 480);
+               window.close();
+             },
+             "1500 750 9600 7200",
+             {}},  // the event loop is left in order
+        Case{[](shell::frmMain& window) {
+               window.showMinimized();
+               window.close();
+             },
+             "   ",
+             {}},
+        Case{[](shell::frmMain& window) { window.findChild<QAction*>("mnuExit")->trigger(); }, "   ", {0}}}) {
     Desk desk;
     desk.Start();
-    desk.Main().showNormal();
-    desk.Main().move(100, 50);
-    desk.Main().resize(640, 480);
-    desk.Main().close();
-    EXPECT_EQ(desk.settings.values["MainLeft"], "1500");
-    EXPECT_EQ(desk.settings.values["MainTop"], "750");
-    EXPECT_EQ(desk.settings.values["MainWidth"], "9600");
-    EXPECT_EQ(desk.settings.values["MainHeight"], "7200");
-    EXPECT_TRUE(desk.process.ends.empty()) << "the event loop is left in order";
-  }
-  {
-    Desk desk;
-    desk.Start();
-    desk.Main().showMinimized();
-    desk.Main().close();
-    EXPECT_EQ(desk.settings.values.count("MainLeft"), 0U);
-  }
-  {
-    Desk desk;
-    desk.Start();
-    desk.Main().findChild<QAction*>("mnuExit")->trigger();
-    EXPECT_EQ(desk.process.ends, std::vector<int>{0});
-    EXPECT_EQ(desk.settings.values.count("MainLeft"), 0U);
+    row.leave(desk.Main());
+    QStringList stored;
+    for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"}) stored << desk.settings.Get(key, "");
+    EXPECT_EQ(stored.join(' '), row.placement);
+    EXPECT_EQ(desk.process.ends, row.ends);
   }
 }
 
-TEST(MainWindow, APlacementComesBackOntoAScreen) {
+TEST(Placement, APlacementComesBackOntoAScreen) {
   const QList<QRect> screens{QRect(0, 0, 1366, 768), QRect(1366, 0, 1920, 1080)};
   EXPECT_EQ(shell::OntoScreens({67, 67, 433, 433}, screens), QRect(67, 67, 433, 433));
   EXPECT_EQ(shell::OntoScreens({2000, 300, 800, 600}, screens), QRect(2000, 300, 800, 600));
   EXPECT_EQ(shell::OntoScreens({5000, 300, 800, 600}, screens), QRect(566, 168, 800, 600));
   EXPECT_EQ(shell::OntoScreens({-3000, -3000, 5000, 5000}, screens), QRect(0, 0, 1366, 768));
-  EXPECT_EQ(shell::OntoScreens({100, -400, 800, 600}, screens), QRect(100, 0, 800, 600)) << "no title to hold it by";
+  EXPECT_EQ(shell::OntoScreens({100, -20, 800, 600}, screens), QRect(100, 0, 800, 600)) << "no title to hold it by";
   EXPECT_EQ(shell::OntoScreens({-100, -4, 800, 600}, screens), QRect(-100, -4, 800, 600));
 }
 
-TEST(MainWindow, ASpoiltPlacementCountsAsItsDefault) {
+TEST(Placement, ASpoiltPlacementCountsAsItsDefault) {
   Desk desk;
-  desk.settings.values["MainLeft"] = "left";
-  desk.settings.values["MainTop"] = "750";
-  desk.settings.values["MainWidth"] = "";
-  desk.settings.values["MainHeight"] = "1e99";
+  desk.settings.values = {
+      {"OpenEasySetup", "False"}, {"MainLeft", "left"}, {"MainTop", "750"}, {"MainWidth", ""}, {"MainHeight", "1e99"}};
   desk.Start();
   desk.Main().showNormal();
   EXPECT_EQ(desk.Main().pos(), QPoint(67, 50));
@@ -216,11 +209,10 @@ TEST(MainWindow, ASpoiltPlacementCountsAsItsDefault) {
 }
 
 TEST(About, TellsTheVersionAndOpensTheMakersSite) {
-  Desk desk;
-  desk.Start();
-  auto& about = desk.Open("frmAbout");
+  WindowDesk desk("frmAbout");
+  auto& about = *desk.window;
   EXPECT_EQ(about.windowTitle(), "About the  ZTH4718 Software");
-  EXPECT_EQ(Desk::Text(about, "Label1"), "ZTH4718 Evaluation Software Version 1.0.7");
+  EXPECT_EQ(desk.Held("Label1"), "ZTH4718 Evaluation Software Version 1.0.7");
   auto& link = Desk::Get<QLabel>(about, "Label6");
   QTest::mouseClick(&link, Qt::LeftButton);
   QTest::keyClick(&link, Qt::Key_Return);

@@ -2,7 +2,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
-#include <QLabel>
 #include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
@@ -12,7 +11,7 @@
 #include "shell/Discovery.h"
 #include "shell/Firmware.h"
 #include "shell/frmSplash.h"
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
@@ -23,67 +22,53 @@ std::string FirmwareTransfer() {
 }
 
 /// What the start does on the chip in use once it has been found.
-Traffic TablesOf() {
-  const bool usb = link::InterfaceMode == link::kModeUsb;
-  const auto port = [usb](const char* text) { return usb ? Traffic{text} : Traffic{}; };
-  return Concat(R(0x21), R(0x22), R(0x23), R(0x24), R(0x3F), port("usb P 4A=03"), port("usb P 48=F0"), B(0x10, 4),
-                port("usb P 4A=3F"), port("usb P 48=FF"));
-}
+constexpr char kTables[] = "R21 R22 R23 R24 R3F P4A=03 P48=F0 B10+4 P4A=3F P48=FF";
 
 Traffic SmbusScan() {
   Traffic scan;
   for (int address = 0x10; address <= 0x7F; ++address) {
-    char text[32];
-    std::snprintf(text, sizeof text, "smb R %02X:3E", address);
-    scan.emplace_back(text);
+    scan.push_back(QString::asprintf("smb R %02X:3E", address).toStdString());
   }
   return scan;
 }
 
 const Traffic kUsbScan{"usb C 30:33", "usb R 58:3E", "usb R 5A:3E", "usb R 5C:3E"};
 
-TEST(Start, TransfersOnUsbAlone) {
-  Desk desk(Desk::Buses::Usb);
-  EXPECT_EQ(desk.RunMain(), std::nullopt);
-  EXPECT_EQ(desk.board.traffic, Concat(FirmwareTransfer(), kUsbScan, TablesOf()));
-  EXPECT_FALSE(link::SmbusPresent);
-}
-
-TEST(Start, TransfersOnSmbusAlone) {
-  Desk desk(Desk::Buses::Smbus);
-  EXPECT_EQ(desk.RunMain(), std::nullopt);
-  EXPECT_EQ(desk.board.traffic, Concat("smb R 00:00", "smb detect", SmbusScan(), TablesOf()));
-  EXPECT_EQ(link::InterfaceMode, link::kModeSmbus);
-  EXPECT_EQ(link::DeviceAddress, 0x2C);
-  EXPECT_FALSE(link::UsbPresent);
-}
-
-TEST(Start, TransfersOnBothAndUsbComesFirst) {
-  Desk desk;
-  desk.board.AddUsbChip(0x5C);
-  EXPECT_EQ(desk.RunMain(), std::nullopt);
-  EXPECT_EQ(desk.board.traffic,
-            Concat("smb R 00:00", "smb detect", FirmwareTransfer(), kUsbScan, SmbusScan(), TablesOf()));
-  auto& devices = Desk::Get<QComboBox>(desk.Main(), "cmbDevices");
-  ASSERT_EQ(devices.count(), 3);
-  EXPECT_EQ(devices.itemText(0), "58h on USB");
-  EXPECT_EQ(devices.itemText(1), "5Ch on USB");
-  EXPECT_EQ(devices.itemText(2), "2Ch on SMBus");
-  EXPECT_EQ(devices.currentIndex(), 0);
-  EXPECT_EQ(link::InterfaceMode, link::kModeUsb);
-  EXPECT_EQ(link::DeviceAddress, 0x58);
+TEST(Start, TransfersOnEitherBusAndUsbComesFirst) {
+  const Traffic host{"smb R 00:00", "smb detect"};
+  const Traffic none;
+  for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus, Desk::Buses::Both}) {
+    const bool usb = buses != Desk::Buses::Smbus;
+    const bool smbus = buses != Desk::Buses::Usb;
+    Desk desk(buses);
+    if (usb) desk.board.AddUsbChip(0x5C);
+    EXPECT_EQ(desk.RunMain(), std::nullopt);
+    EXPECT_EQ(desk.board.traffic, Concat(smbus ? host : none, usb ? Traffic{FirmwareTransfer()} : none,
+                                         usb ? kUsbScan : none, smbus ? SmbusScan() : none, T(kTables)));
+    EXPECT_EQ(link::UsbPresent, usb);
+    EXPECT_EQ(link::SmbusPresent, smbus);
+    EXPECT_EQ(link::InterfaceMode, usb ? link::kModeUsb : link::kModeSmbus);
+    EXPECT_EQ(link::DeviceAddress, usb ? 0x58 : 0x2C);
+    QStringList found;
+    if (usb)
+      found << "58h on USB"
+            << "5Ch on USB";
+    if (smbus) found << "2Ch on SMBus";
+    const auto& devices = Desk::Get<QComboBox>(desk.Main(), "cmbDevices");
+    ASSERT_EQ(devices.count(), found.size());
+    for (int i = 0; i < devices.count(); ++i) EXPECT_EQ(devices.itemText(i), found[i]);
+    EXPECT_EQ(devices.currentIndex(), 0);
+  }
 }
 
 TEST(Start, PickingAnotherChipOnlyChangesWhereTheNextTransferGoes) {
   Desk desk;
   desk.board.AddUsbChip(0x5C)[0x10] = 0;
   desk.Start();
-  Desk::Pick(desk.Main(), "cmbDevices", 2);
-  EXPECT_EQ(link::InterfaceMode, link::kModeSmbus);
-  EXPECT_EQ(link::DeviceAddress, 0x2C);
-  Desk::Pick(desk.Main(), "cmbDevices", 1);
-  EXPECT_EQ(link::InterfaceMode, link::kModeUsb);
-  EXPECT_EQ(link::DeviceAddress, 0x5C);
+  Do(desk.Main(), "cmbDevices=2");
+  EXPECT_EQ(R(0), "smb R 2C:00");
+  Do(desk.Main(), "cmbDevices=1");
+  EXPECT_EQ(R(0), "usb R 5C:00");
   EXPECT_TRUE(desk.board.traffic.empty());
   EXPECT_TRUE(chip::PinFunctions.D1) << "the flags stay those of the chip read at the start";
   desk.Advance(150);
@@ -99,10 +84,8 @@ TEST(Start, FillsTheSharedTables) {
   desk.Start();
   EXPECT_EQ(chip::ChipRevision, 3);
   EXPECT_EQ(link::PwmManual, (std::array{false, false, true, false, false}));
-  EXPECT_EQ(chip::TachClock, 90000);
-  EXPECT_EQ(chip::PollPeriodMs, 100);
-  EXPECT_EQ(windows::GraphPeriodMs, 50);
-  EXPECT_EQ(windows::LogPeriodMs, 100);
+  EXPECT_EQ((std::array<int, 4>{chip::TachClock, chip::PollPeriodMs, windows::GraphPeriodMs, windows::LogPeriodMs}),
+            (std::array{90000, 100, 50, 100}));
   EXPECT_EQ(chip::RegisterTable[175].Name, "1.5V1 (3GIO) High Limit");
   EXPECT_EQ(chip::VoltageName[20], "VBatt");
   EXPECT_TRUE(chip::PinFunctions.D1);
@@ -114,32 +97,33 @@ TEST(Start, TakesSevenSecondsOfWhichFiveAreTheAdapters) {
   EXPECT_FLOAT_EQ(static_cast<float>(usb.clock.waitedMs), 5000 + 200 + 1000 + 1000);
 }
 
+/// The splash screen while it stands.
+const shell::frmSplash* Splash() {
+  for (const QWidget* window : QApplication::topLevelWidgets()) {
+    if (const auto* splash = qobject_cast<const shell::frmSplash*>(window)) return splash;
+  }
+  return nullptr;
+}
+
 TEST(Start, TheSplashTellsWhereTheSearchIs) {
   Desk desk(Desk::Buses::Smbus);
   desk.board.smbusChips.clear();
   desk.prompts.script = {platform::BoxAnswer::Ok};
   std::vector<double> widths;
-  QString first;
   desk.events.onPump = [&] {
-    for (const QWidget* window : QApplication::topLevelWidgets()) {
-      const auto* splash = qobject_cast<const shell::frmSplash*>(window);
-      if (splash == nullptr) continue;
-      widths.push_back(splash->Progress());
-      if (first.isEmpty()) first = Desk::Text(*splash, "lblProgInfo");
-      EXPECT_EQ(Desk::Text(*splash, "lblVersion"), "Version 1.0.7");
-      EXPECT_EQ(Desk::Text(*splash, "lblProductName"), "ZTH4718 Evaluation Software");
-      EXPECT_EQ(Desk::Text(*splash, "lblPlatform"), "Windows Vista/XP");
-      EXPECT_EQ(splash->pos(), QPoint(133, 133));
+    const shell::frmSplash* splash = Splash();
+    if (splash == nullptr) return;
+    if (widths.empty()) {
+      EXPECT_EQ(Held(*splash, "lblProgInfo"), "Enumerating...");
     }
+    widths.push_back(splash->Progress());
+    EXPECT_EQ(Held(*splash, "lblVersion lblProductName lblPlatform"),
+              "Version 1.0.7|ZTH4718 Evaluation Software|Windows Vista/XP");
+    EXPECT_EQ(splash->pos(), QPoint(133, 133));
   };
   double atTheEnd = 0;
-  desk.prompts.whileShown = [&] {
-    for (const QWidget* window : QApplication::topLevelWidgets()) {
-      if (const auto* splash = qobject_cast<const shell::frmSplash*>(window)) atTheEnd = splash->Progress();
-    }
-  };
+  desk.prompts.whileShown = [&] { atTheEnd = Splash()->Progress(); };
   EXPECT_EQ(desk.RunMain(), 1);
-  EXPECT_EQ(first, "Enumerating...");
   ASSERT_EQ(widths.size(), 100U);
   EXPECT_EQ(widths.front(), 0.5);
   EXPECT_EQ(widths.back(), 50);
@@ -147,68 +131,46 @@ TEST(Start, TheSplashTellsWhereTheSearchIs) {
   EXPECT_EQ(desk.prompts.shown.back().text, "Failed to find the ZTH4718");
 }
 
-struct EndCase {
-  const char* name;
-  std::function<void(Desk&)> arrange;
-  const char* message;
-};
-
-class StartEnds : public ::testing::TestWithParam<EndCase> {};
-
-TEST_P(StartEnds, WithItsMessage) {
-  Desk desk;
-  GetParam().arrange(desk);
-  desk.prompts.script = {platform::BoxAnswer::Ok};
-  EXPECT_EQ(desk.RunMain(), 1);
-  ASSERT_EQ(desk.prompts.shown.size(), 1U);
-  EXPECT_EQ(desk.prompts.shown[0].text, GetParam().message);
-  EXPECT_EQ(desk.prompts.shown[0].icon, platform::BoxIcon::Critical);
-  EXPECT_EQ(desk.process.ends.size(), 1U);
+TEST(Start, EndsWithItsMessage) {
+  constexpr const char* kNoHardware = "USB/SMBus Hardware not detected";
+  constexpr const char* kNoChip = "Failed to find the ZTH4718";
+  struct Case {
+    const char* what;
+    std::function<void(Desk&)> arrange;
+    const char* message;
+  };
+  const auto noHost = [](Desk& desk) { desk.board.loadErrors["smbus"] = "FILE NOT FOUND"; };
+  const std::vector<Case> cases{
+      {"no library in reach",
+       [&](Desk& desk) { noHost(desk), desk.board.loadErrors["USBFunctions"] = "File not found: libUSBFunctions.so"; },
+       kNoHardware},
+      {"the adapter refuses the firmware", [&](Desk& desk) { noHost(desk), desk.board.firmwareResult = 0; },
+       kNoHardware},
+      {"a firmware path without an ANSI form",
+       [&](Desk& desk) { noHost(desk), desk.process.folder = QString::fromUtf8("/opt/\u4E2D"); }, kNoHardware},
+      {"a firmware path too long", [&](Desk& desk) { noHost(desk), desk.process.folder = QString(499, 'x'); },
+       kNoHardware},
+      {"no chip", [](Desk& desk) { desk.board.usbChips.clear(), desk.board.smbusChips.clear(); }, kNoChip},
+      {"a broken host library counts as present",
+       [](Desk& desk) { desk.board.loadErrors["smbus"] = "invalid ELF header", desk.board.firmwareResult = -1; },
+       kNoChip},
+      {"the adapter does not answer", [](Desk& desk) { desk.board.failMatching = "usb C"; },
+       "Initial Connection Failed - Check USB connections"},
+      {"a failure in the scan", [](Desk& desk) { desk.board.failMatching = "usb R 5A:3E"; },
+       "Communications Interrupted - Check USB connections"},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.what);
+    Desk desk;
+    row.arrange(desk);
+    desk.prompts.script = {platform::BoxAnswer::Ok};
+    EXPECT_EQ(desk.RunMain(), 1);
+    ASSERT_EQ(desk.prompts.shown.size(), 1U);
+    EXPECT_EQ(desk.prompts.shown[0].text, row.message);
+    EXPECT_EQ(desk.prompts.shown[0].icon, platform::BoxIcon::Critical);
+    EXPECT_EQ(desk.process.ends.size(), 1U);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Causes, StartEnds,
-    ::testing::Values(EndCase{"NoLibraryInReach",
-                              [](Desk& desk) {
-                                desk.board.loadErrors["smbus"] = "File not found: libsmbus.so";
-                                desk.board.loadErrors["USBFunctions"] = "File not found: libUSBFunctions.so";
-                              },
-                              "USB/SMBus Hardware not detected"},
-                      EndCase{"AdapterRefusesTheFirmwareAndNoHost",
-                              [](Desk& desk) {
-                                desk.board.loadErrors["smbus"] = "FILE NOT FOUND";
-                                desk.board.firmwareResult = 0;
-                              },
-                              "USB/SMBus Hardware not detected"},
-                      EndCase{"FirmwarePathWithoutAnAnsiForm",
-                              [](Desk& desk) {
-                                desk.board.loadErrors["smbus"] = "File not found: libsmbus.so";
-                                desk.process.folder = QString::fromUtf8("/opt/\u4E2D");
-                              },
-                              "USB/SMBus Hardware not detected"},
-                      EndCase{"FirmwarePathTooLong",
-                              [](Desk& desk) {
-                                desk.board.loadErrors["smbus"] = "File not found: libsmbus.so";
-                                desk.process.folder = QString(499, 'x');
-                              },
-                              "USB/SMBus Hardware not detected"},
-                      EndCase{"NoChip",
-                              [](Desk& desk) {
-                                desk.board.usbChips.clear();
-                                desk.board.smbusChips.clear();
-                              },
-                              "Failed to find the ZTH4718"},
-                      EndCase{"BrokenHostLibraryCountsAsPresent",
-                              [](Desk& desk) {
-                                desk.board.loadErrors["smbus"] = "invalid ELF header";
-                                desk.board.firmwareResult = -1;
-                              },
-                              "Failed to find the ZTH4718"},
-                      EndCase{"AdapterDoesNotAnswer", [](Desk& desk) { desk.board.failMatching = "usb C"; },
-                              "Initial Connection Failed - Check USB connections"},
-                      EndCase{"FailureInTheScan", [](Desk& desk) { desk.board.failMatching = "usb R 5A:3E"; },
-                              "Communications Interrupted - Check USB connections"}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(Start, AConnectionOnTheTwentiethTryCounts) {
   for (const int failures : {19, 20}) {

@@ -20,7 +20,6 @@ std::int16_t ZTH_LIBRARY_CALL LoadFirmWare(const char* /*path*/) {
 std::int16_t ZTH_LIBRARY_CALL VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
                                               std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
   ++running->usbRequests;
-  if (request == 0xDE && direction == 0 && (index & 0xFF) == 0x52) ++running->writesOf52;
   running->CatchUp();
   const auto result = running->usb.Request(request, value, index, direction, length, buffer);
   running->desk.clock.WaitMs(static_cast<float>(running->usb.TheBus().TakeDelay().count()));

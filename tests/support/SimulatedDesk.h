@@ -28,7 +28,6 @@ class SimulatedDesk {
   Desk desk;
   simulator::UsbAdapter usb;
   simulator::SmbusHost smbus;
-  int writesOf52 = 0;  ///< USB writes to 0x52, Remote 2 THERM2 Limit
   int usbRequests = 0;
 
  private:

@@ -1,12 +1,10 @@
 #include <QLabel>
 #include <gtest/gtest.h>
 
-#include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
-#include "platform/Guard.h"
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 #include "widgets/GSlider.h"
 #include "windows/SharedState.h"
 
@@ -15,80 +13,57 @@ namespace {
 
 using windows::ChildWindow;
 
-std::vector<int> Ticked(const ChildWindow& window) {
-  std::vector<int> boxes;
-  for (int i = 0; i < 14; ++i) {
-    if (Desk::Checked(window, QString("chkSwitch(%1)").arg(i))) boxes.push_back(i);
-  }
-  return boxes;
-}
-
 widgets::GSlider& Heater(const ChildWindow& window, int heater) {
   return Desk::Get<widgets::GSlider>(window, QString("sldHeater(%1)").arg(heater));
 }
 
 // ---- The switches
 
-TEST(Switches, ShowBothPortsFromTheDeviceAt4AOn) {
-  Desk desk;
-  desk.Start();
-  desk.board.ports = {{0x4A, 0xE1}, {0x48, 0x81}};
-  auto& window = desk.Open("frmSwitches");
-  EXPECT_EQ(window.windowTitle(), "ADG715 Switch Control ");
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb P 4A", "usb P 48"}));
-  EXPECT_EQ(Ticked(window), (std::vector<int>{0, 5, 6, 13})) << "bits 6 and 7 of the first device have no box";
-  EXPECT_EQ(Desk::Text(window, "chkSwitch(0)"), "D2+ ( Pin17)");
-  EXPECT_EQ(Desk::Text(window, "chkSwitch(13)"), "Pin26");
+constexpr char kBoxes[] = "chkSwitch(0..13)";
 
+WindowDesk Switches(int device4A, int device48) {
+  return WindowDesk("frmSwitches", Desk::Buses::Both, [=](Desk& desk) {
+    desk.board.ports = {{0x4A, static_cast<std::uint8_t>(device4A)}, {0x48, static_cast<std::uint8_t>(device48)}};
+  });
+}
+
+TEST(Switches, ShowBothPortsFromTheDeviceAt4AOn) {
+  WindowDesk desk = Switches(0xE1, 0x81);
+  EXPECT_EQ(desk.Held(kBoxes), "1|0|0|0|0|1|1|0|0|0|0|0|0|1") << "bits 6 and 7 of the first device have no box";
+  EXPECT_EQ(desk.Text(*desk.window, "chkSwitch(0)"), "D2+ ( Pin17)");
+  EXPECT_EQ(desk.Text(*desk.window, "chkSwitch(13)"), "Pin26");
   desk.board.ports = {{0x4A, 0x02}, {0x48, 0x04}};
-  Desk::Press(window, "cmdRefresh");
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb P 4A", "usb P 48"}));
-  EXPECT_EQ(Ticked(window), (std::vector<int>{1, 8}));
+  EXPECT_EQ(desk.Sent("cmdRefresh"), T("P4A P48"));
+  EXPECT_EQ(desk.Held(kBoxes), "0|1|0|0|0|0|0|0|1|0|0|0|0|0");
 }
 
 TEST(Switches, ApplyWritesBothDevicesAndShowsWhatTheyTook) {
-  Desk desk;
-  desk.Start();
-  desk.board.ports = {{0x4A, 0xFF}, {0x48, 0x00}};
-  auto& window = desk.Open("frmSwitches");
-  desk.board.TakeTraffic();
-  Desk::Check(window, "chkSwitch(0)", false);
-  Desk::Check(window, "chkSwitch(7)", true);
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "nothing reaches the board before Apply";
-  Desk::Press(window, "cmbApply");
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb D 4A=3E", "usb D 48=02", "usb P 4A", "usb P 48"}));
+  WindowDesk desk = Switches(0xFF, 0x00);
+  EXPECT_EQ(desk.Sent("chkSwitch(0)=0; chkSwitch(7)=1"), Traffic{}) << "nothing reaches the board before Apply";
+  EXPECT_EQ(desk.Sent("cmbApply"), T("D4A=3E D48=02 P4A P48"));
 
   // A write that fails shows in the boxes alone.
-  Desk::Check(window, "chkSwitch(0)", true);
   desk.board.failMatching = "usb D";
-  Desk::Press(window, "cmbApply");
-  EXPECT_EQ(Ticked(window), (std::vector<int>{1, 2, 3, 4, 5, 7}));
+  desk.Do("chkSwitch(0)=1; cmbApply");
+  EXPECT_EQ(desk.Held(kBoxes), "0|1|1|1|1|1|0|1|0|0|0|0|0|0");
   EXPECT_TRUE(desk.prompts.shown.empty());
 }
 
 TEST(Switches, SetByHandLastUntilThePinsAreWritten) {
-  Desk desk;
-  desk.Start();
-  auto& window = desk.Open("frmSwitches");
+  WindowDesk desk("frmSwitches");
   chip::BoardSwitch[12] = true;
-  Desk::Check(window, "chkSwitch(10)", true);
-  Desk::Check(window, "chkSwitch(10)", false);
-  Desk::Press(window, "cmbApply");
-  EXPECT_FALSE(Desk::Checked(window, "chkSwitch(10)"));
+  desk.Do("chkSwitch(10)=1; chkSwitch(10)=0; cmbApply");
+  EXPECT_EQ(desk.Held("chkSwitch(10)"), "0");
   link::WriteRegisterValue(link::DeviceAddress, 0x13, desk.board.Chip()[0x13]);
-  Desk::Press(window, "cmdRefresh");
-  EXPECT_EQ(Desk::Checked(window, "chkSwitch(10)"), chip::BoardSwitch[12]);
+  desk.Do("cmdRefresh");
+  EXPECT_EQ(desk.Held("chkSwitch(10)"), chip::BoardSwitch[12] ? "1" : "0");
 }
 
 TEST(Switches, TouchNothingOverSmbus) {
-  Desk desk(Desk::Buses::Smbus);
-  desk.Start();
-  auto& window = desk.Open("frmSwitches");
-  Desk::Check(window, "chkSwitch(3)", true);
-  Desk::Press(window, "cmbApply");
-  EXPECT_TRUE(Desk::Checked(window, "chkSwitch(3)")) << "not even re-read";
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
-  EXPECT_FALSE(Desk::Get<QLabel>(window, "lblNoAdapter").isHidden());
+  WindowDesk desk("frmSwitches", Desk::Buses::Smbus);
+  EXPECT_EQ(desk.Sent("chkSwitch(3)=1; cmbApply"), Traffic{});
+  EXPECT_EQ(desk.Held("chkSwitch(3)"), "1") << "not even re-read";
+  EXPECT_FALSE(Desk::Get<QLabel>(*desk.window, "lblNoAdapter").isHidden());
 }
 
 TEST(Switches, AFailedReadEndsTheProgramAtEachOfItsTransfers) {
@@ -106,69 +81,43 @@ TEST(Switches, AFailedReadEndsTheProgramAtEachOfItsTransfers) {
 
 // ---- The heaters
 
-TEST(Heaters, ShowTheAdaptersDrivesAndWriteNothing) {
-  Desk desk;
-  desk.Start();
-  desk.board.heaterState = {101, 60, 7};
-  auto& window = desk.Open("frmHeaters");
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb H"}));
-  EXPECT_EQ(Heater(window, 0).Value(), 50.5);
-  EXPECT_EQ(Heater(window, 1).Value(), 30);
-  EXPECT_EQ(Desk::Text(window, "lblTemp(0)"), "Remote1 = ");
-
-  // Closing leaves the heaters alone; the next opening shows what the adapter reports then.
-  Desk::Press(window, "cmdClose");
+TEST(Heaters, ShowTheAdaptersDrivesAnewAtEachOpening) {
+  WindowDesk desk("frmHeaters", Desk::Buses::Both, [](Desk& each) { each.board.heaterState = {101, 60, 7}; });
+  EXPECT_EQ(desk.Held("sldHeater(0..1) lblTemp(0)"), "50.5|30|Remote1 = ");
   desk.board.heaterState = {0, 200, 0};
-  auto& again = desk.Open("frmHeaters");
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb H"}));
-  EXPECT_EQ(Heater(again, 1).Value(), 100);
+  desk.Reopen();
+  EXPECT_EQ(desk.load, T("H"));
+  EXPECT_EQ(desk.Held("sldHeater(0..1)"), "0|100");
 }
 
 TEST(Heaters, EachMoveIsSentAtOnceInWholePercents) {
-  Desk desk;
-  desk.Start();
-  desk.board.heaterState = {101, 103, 0};
-  auto& window = desk.Open("frmHeaters");
-  desk.board.TakeTraffic();
-  Heater(window, 0).Change();
-  Heater(window, 1).Change();
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb H 1=50", "usb H 2=52"})) << "halves go to the even percent";
-  Heater(window, 1).StepByUser(77);
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb H 2=77"}));
-  Heater(window, 1).SetValue(12);
+  WindowDesk desk("frmHeaters", Desk::Buses::Both, [](Desk& each) { each.board.heaterState = {101, 103, 0}; });
+  Heater(*desk.window, 0).Change();
+  Heater(*desk.window, 1).Change();
+  EXPECT_EQ(desk.board.TakeTraffic(), T("H1=50 H2=52")) << "halves go to the even percent";
+  EXPECT_EQ(desk.Sent("sldHeater(1)=77"), T("H2=77"));
+  Heater(*desk.window, 1).SetValue(12);
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "what code sets is not the user's";
 }
 
 TEST(Heaters, ShowTheTemperaturesOnceASecond) {
-  Desk desk;
-  desk.Start();
-  auto& chip = desk.board.Chip();
-  chip[0x8A] = 0xC0, chip[0x8B] = 64 + 31;
-  chip[0x8C] = 0x00, chip[0x8D] = 64 - 5;
-  desk.Advance(1000);
-  auto& window = desk.Open("frmHeaters");
+  WindowDesk desk("frmHeaters", Desk::Buses::Both, [](Desk& each) {
+    Put(each.board.Chip(), "8A=C0 8B=5F 8C=00 8D=3B");
+    each.Advance(1000);
+  });
   desk.Advance(100);
-  EXPECT_EQ(Desk::Text(window, "lblTemp(0)"), "Remote1 = 31.75°C");
-  EXPECT_EQ(Desk::Text(window, "lblTemp(1)"), "Remote2 = -5°C");
-  chip[0x8B] = 64 + 40;
+  EXPECT_EQ(desk.Held("lblTemp(0..1)"), "Remote1 = 31.75°C|Remote2 = -5°C");
+  Put(desk.board.Chip(), "8B=68");
   desk.Advance(850);
-  EXPECT_EQ(Desk::Text(window, "lblTemp(0)"), "Remote1 = 31.75°C");
+  EXPECT_EQ(desk.Held("lblTemp(0)"), "Remote1 = 31.75°C");
   desk.Advance(200);
-  EXPECT_EQ(Desk::Text(window, "lblTemp(0)"), "Remote1 = 40.75°C");
-  Desk::Press(window, "cmdClose");
-  Desk::Settle();
-  EXPECT_FALSE(windows::HeatersOpen);
-  desk.Advance(2000);
+  EXPECT_EQ(desk.Held("lblTemp(0)"), "Remote1 = 40.75°C");
 }
 
 TEST(Heaters, OverSmbusShowTheBufferAndSendNothing) {
-  Desk desk(Desk::Buses::Smbus);
-  desk.Start();
-  link::ReadBuffer[0] = 80;
-  auto& window = desk.Open("frmHeaters");
-  EXPECT_EQ(Heater(window, 0).Value(), 40);
-  Heater(window, 0).StepByUser(90);
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
+  WindowDesk desk("frmHeaters", Desk::Buses::Smbus, [](Desk&) { link::ReadBuffer[0] = 80; });
+  EXPECT_EQ(desk.Held("sldHeater(0)"), "40");
+  EXPECT_EQ(desk.Sent("sldHeater(0)=90"), Traffic{});
 }
 
 TEST(Heaters, AFailureAsksAndNoLetsEverythingGoOn) {

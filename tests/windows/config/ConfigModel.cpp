@@ -1,106 +1,77 @@
 #include "tests/windows/config/ConfigModel.h"
 
+#include <map>
+#include <set>
 #include <stdexcept>
+
+#include <QRegularExpression>
 
 namespace zth::testing {
 namespace {
 
-std::vector<Control> FanControls() {
-  std::vector<Control> all{
-      {"chkDisFastSpin", 0x01, 4, 1, Look::Ticked},  {"chkFastMeasure", 0x02, 0, 1, Look::Ticked},
-      {"chkPWMMode", 0x02, 2, 1, Look::Ticked},      {"chkVRD1", 0x02, 3, 1, Look::Unticked},
-      {"chkVRD2", 0x02, 4, 1, Look::Unticked},       {"chkFullSpeed", 0x02, 5, 1, Look::Ticked},
-      {"cmbTachPulses", 0x02, 6, 2, Look::Position}, {"chkThermFS1", 0x0D, 0, 1, Look::Unticked},
-      {"chkThermFS2", 0x0D, 1, 1, Look::Unticked},   {"txtMaxPWM", 0x2C, 0, 8, Look::Duty},
-  };
-  for (int i = 0; i < 4; ++i) {
-    const QString n = QString("(%1)").arg(i);
-    const int half = i / 2;
-    const bool upper = i % 2 == 1;
-    all.push_back({"cmbSpinup" + n, 0x21 + i, 0, 3, Look::Position});
-    all.push_back({"chk4xRampRate" + n, 0x21 + i, 3, 1, Look::Ticked});
-    all.push_back({"chkEnActiveLow" + n, 0x21 + i, 4, 1, Look::Unticked});
-    all.push_back({"cmbControl" + n, 0x21 + i, 5, 3, Look::Position});
-    all.push_back({"chkEnEnhance" + n, 0x1A + half, upper ? 1 : 0, 1, Look::Ticked});
-    all.push_back({"cmbRampRate" + n, 0x1A + half, upper ? 5 : 2, 3, Look::Position});
-    all.push_back({"chkMinSpeed" + n, 0x25 + half, upper ? 1 : 0, 1, Look::Ticked});
-    all.push_back({"cmbLowFreq" + n, 0x25 + half, upper ? 5 : 2, 3, Look::Position});
-    all.push_back({"txtMinPWM" + n, 0x28 + i, 0, 8, Look::Duty});
-    all.push_back({"chkEnCont" + n, 0x08, i, 1, Look::Ticked});
-  }
-  for (int i = 0; i < 8; ++i) all.push_back({QString("chkEnTach(%1)").arg(i), 0x07, i, 1, Look::Ticked});
-  return all;
-}
-
-std::vector<Control> VoltControls() {
+/// Rows "name(0..3) 1A.2:3 p 2+3": the controls of those indices, from bit 2 of register 0x1A on, 3 bits each, two in a
+/// register and 3 bits apart. Ticked, Unticked, Position, Duty, Number, and lists whose last 2 or 3 items are alike.
+std::vector<Control> Controls(const QString& rows) {
+  static const QRegularExpression form(
+      R"(^(\w+)(?:\((\d+)\.\.(\d+)\))? (\w\w)\.(\d)(?::(\d))? ([tupdn23])(?: (\d)\+(\d))?$)");
+  static const std::map<QString, Look> looks{
+      {"t", Look::Ticked}, {"u", Look::Unticked},     {"p", Look::Position},      {"d", Look::Duty},
+      {"n", Look::Number}, {"2", Look::LastTwoAlike}, {"3", Look::LastThreeAlike}};
   std::vector<Control> all;
-  for (int i = 0; i < 13; ++i) {
-    all.push_back({QString("chkDisAtten(%1)").arg(i), i < 7 ? 0x18 : 0x19, i < 7 ? i + 1 : i - 7, 1, Look::Unticked});
+  for (const QString& row : rows.split(", ")) {
+    const auto parts = form.match(row);
+    if (!parts.hasMatch()) throw std::invalid_argument(row.toStdString());
+    const auto number = [&](int part, int absent) {
+      return parts.captured(part).isEmpty() ? absent : parts.captured(part).toInt();
+    };
+    const int count = number(3, 0) - number(2, 0) + 1;
+    for (int i = 0; i < count; ++i) {
+      const QString index = parts.captured(2).isEmpty() ? QString() : QString("(%1)").arg(number(2, 0) + i);
+      all.push_back({parts.captured(1) + index, parts.captured(4).toInt(nullptr, 16) + i / number(8, 1),
+                     number(5, 0) + i % number(8, 1) * number(9, 0), number(6, 1), looks.at(parts.captured(7)),
+                     parts.captured(1).endsWith("Mask") && i == 4});
+    }
   }
   return all;
 }
 
-std::vector<Control> ThermControls() {
-  std::vector<Control> all{
-      {"chkThermThreshold", 0x03, 4, 1, Look::Ticked},    {"chkEnTH(0)", 0x0E, 0, 1, Look::Ticked},
-      {"chkEnTH(1)", 0x0F, 0, 1, Look::Ticked},           {"cmbWindow(0)", 0x0D, 2, 3, Look::LastThreeAlike},
-      {"cmbWindow(1)", 0x0D, 5, 3, Look::LastThreeAlike}, {"txtHyst(0)", 0x54, 0, 4, Look::Number},
-      {"txtHyst(1)", 0x54, 4, 4, Look::Number},           {"txtHyst(2)", 0x55, 0, 4, Look::Number},
-      {"txtHyst(3)", 0x55, 4, 4, Look::Number},
-  };
-  for (int i = 0; i < 8; ++i) {
-    all.push_back({QString("chkTHAssert(%1)").arg(i), i < 4 ? 0x0E : 0x0F, i % 4 + 1, 1, Look::Ticked});
-  }
-  return all;
+/// A register that is written whole keeps nothing, one that is modified all bits that are no control's.
+WindowModel Window(const char* name, const std::set<int>& modified, const QString& rows) {
+  WindowModel window{name, Controls(rows), {}};
+  std::map<int, unsigned> owned;
+  for (const Control& control : window.controls) owned[control.reg] |= control.Mask();
+  for (const auto& [reg, bits] : owned) window.kept.emplace_back(reg, modified.count(reg) != 0 ? 0xFF & ~bits : 0);
+  return window;
 }
-
-std::vector<Control> EdoControls() {
-  std::vector<Control> all{{"chkEDOEnable(0)", 0x16, 0, 1, Look::Ticked},
-                           {"chkEDOEnable(1)", 0x16, 1, 1, Look::Ticked}};
-  for (int i = 0; i < 8; ++i) {
-    all.push_back({QString("chkEDO1Mask(%1)").arg(i), 0x37, i, 1, Look::Ticked, i == 4});
-    all.push_back({QString("chkEDO2Mask(%1)").arg(i), 0x38, i, 1, Look::Ticked, i == 4});
-  }
-  return all;
-}
-
-const std::vector<Control> kGenControls{
-    {"chkEnableMonitoring", 0x01, 0, 1, Look::Ticked}, {"chkEnVoltAve", 0x01, 1, 1, Look::Ticked},
-    {"chkEnTempAve", 0x01, 2, 1, Look::Ticked},        {"chkAlertMode", 0x01, 3, 1, Look::Unticked},
-    {"chkSetupComplete", 0x01, 5, 1, Look::Ticked},    {"chkShutDown", 0x02, 1, 1, Look::Ticked},
-    {"chkEnSCLTmout", 0x03, 1, 1, Look::Ticked},       {"chkEnSDATmout", 0x03, 2, 1, Look::Ticked},
-    {"chkVIDThreshold", 0x03, 3, 1, Look::Ticked},     {"chkVcore", 0x03, 7, 1, Look::Ticked},
-    {"chkConLoop", 0x0C, 6, 1, Look::Unticked},
-};
 
 }  // namespace
 
 const std::vector<WindowModel>& AllWindows() {
   static const std::vector<WindowModel> all{
-      {"frmGenConfig", kGenControls, {{0x01, 0xD0}, {0x02, 0xFD}, {0x03, 0x71}, {0x0C, 0xBF}}},
-      {"frmFanConfig",
-       FanControls(),
-       {{0x07, 0},
-        {0x08, 0},
-        {0x01, 0xEF},
-        {0x02, 0x02},
-        {0x2C, 0},
-        {0x0D, 0xFC},
-        {0x1A, 0},
-        {0x1B, 0},
-        {0x21, 0},
-        {0x22, 0},
-        {0x23, 0},
-        {0x24, 0},
-        {0x25, 0},
-        {0x26, 0},
-        {0x28, 0},
-        {0x29, 0},
-        {0x2A, 0},
-        {0x2B, 0}}},
-      {"frmVoltConfig", VoltControls(), {{0x18, 0}, {0x19, 0}}},
-      {"frmTherm", ThermControls(), {{0x03, 0xEF}, {0x0D, 0x03}, {0x0E, 0}, {0x0F, 0}, {0x54, 0}, {0x55, 0}}},
-      {"frmEDO", EdoControls(), {{0x16, 0xFC}, {0x37, 0}, {0x38, 0}}},
+      Window("frmGenConfig", {0x01, 0x02, 0x03, 0x0C},
+             "chkEnableMonitoring 01.0 t, chkEnVoltAve 01.1 t, chkEnTempAve 01.2 t, chkAlertMode 01.3 u, "
+             "chkSetupComplete 01.5 t, chkShutDown 02.1 t, chkEnSCLTmout 03.1 t, chkEnSDATmout 03.2 t, "
+             "chkVIDThreshold 03.3 t, chkVcore 03.7 t, chkConLoop 0C.6 u"),
+      Window("frmFanConfig", {0x01, 0x02, 0x0D},
+             "chkDisFastSpin 01.4 t, chkFastMeasure 02.0 t, chkPWMMode 02.2 t, chkVRD1 02.3 u, chkVRD2 02.4 u, "
+             "chkFullSpeed 02.5 t, cmbTachPulses 02.6:2 p, chkThermFS1 0D.0 u, chkThermFS2 0D.1 u, txtMaxPWM 2C.0:8 d, "
+             "cmbSpinup(0..3) 21.0:3 p, chk4xRampRate(0..3) 21.3 t, chkEnActiveLow(0..3) 21.4 u, "
+             "cmbControl(0..3) 21.5:3 p, chkEnEnhance(0..3) 1A.0 t 2+1, cmbRampRate(0..3) 1A.2:3 p 2+3, "
+             "chkMinSpeed(0..3) 25.0 t 2+1, cmbLowFreq(0..3) 25.2:3 p 2+3, txtMinPWM(0..3) 28.0:8 d, "
+             "chkEnCont(0..3) 08.0 t 4+1, chkEnTach(0..7) 07.0 t 8+1"),
+      Window("frmVoltConfig", {}, "chkDisAtten(0..6) 18.1 u 7+1, chkDisAtten(7..12) 19.0 u 6+1"),
+      Window(
+          "frmTherm", {0x03, 0x0D},
+          "chkThermThreshold 03.4 t, chkEnTH(0..1) 0E.0 t, cmbWindow(0..1) 0D.2:3 3 2+3, txtHyst(0..3) 54.0:4 n 2+4, "
+          "chkTHAssert(0..7) 0E.1 t 4+1"),
+      Window("frmEDO", {0x16},
+             "chkEDOEnable(0..1) 16.0 t 2+1, chkEDO1Mask(0..7) 37.0 t 8+1, chkEDO2Mask(0..7) 38.0 t 8+1"),
+      Window("frmPinConfig", {},
+             "cmbPins1234_31_32 10.7 u, cmbPins1516 10.6 u, cmbPins1920 10.5 u, cmbPin1 10.4 p, cmbPin2 10.3 p, "
+             "cmbPin3 10.2 p, cmbPin4 10.1 p, cmbPin7 10.0 p, cmbPin8 11.7 p, cmbPin13 11.6 p, cmbPin15 11.5 p, "
+             "cmbPin20 11.4 p, cmbPin21 11.3 p, cmbPin22 11.2 p, cmbPin23 11.0:2 p, cmbPin24 12.6:2 p, "
+             "cmbPin25 12.4:2 2, cmbPin26 12.2:2 2, cmbPin27 12.1 p, cmbPin28 13.6:2 2, cmbPin29 13.4:2 2, "
+             "cmbPin31 13.3 p, cmbPin32 13.2 p"),
   };
   return all;
 }
@@ -110,41 +81,6 @@ const WindowModel& Model(const QString& name) {
     if (name == window.name) return window;
   }
   throw std::out_of_range("no such window");
-}
-
-QString RegisterName(int reg) {
-  static const std::map<int, QString> names{
-      {0x01, "Configuration 1"},
-      {0x02, "Configuration 2"},
-      {0x03, "Configuration 3"},
-      {0x07, "Tach Enable"},
-      {0x08, "Tach Configuration"},
-      {0x0C, "Tmin_Cal2"},
-      {0x0D, "THERM Configuration"},
-      {0x0E, "Conf_Therm1"},
-      {0x0F, "Conf_Therm2"},
-      {0x16, "EDO Enable"},
-      {0x18, "Attenuators 1 En"},
-      {0x19, "Attenuators 2 En"},
-      {0x1A, "Enhance Acoustics 1"},
-      {0x1B, "Enhance Acoustics 2"},
-      {0x21, "PWM1 Config"},
-      {0x22, "PWM2 Config"},
-      {0x23, "PWM3 Config"},
-      {0x24, "PWM4 Config"},
-      {0x25, "PWM 1&2 Freq"},
-      {0x26, "PWM 3&4 Freq"},
-      {0x28, "PWM1 Min"},
-      {0x29, "PWM2 Min"},
-      {0x2A, "PWM3 Min"},
-      {0x2B, "PWM4 Min"},
-      {0x2C, "PWM 1-4 Max"},
-      {0x37, "EDO Mask 1"},
-      {0x38, "EDO Mask 2"},
-      {0x54, "Local/Remote 1 Hyst"},
-      {0x55, "Remote 2 / Remote 3 Hyst"},
-  };
-  return names.at(reg);
 }
 
 QString Shown(const Control& control, unsigned byte) {
@@ -161,6 +97,8 @@ unsigned Sent(const Control& control, const QString& shown) {
       return static_cast<unsigned>(1 - value);
     case Look::Duty:
       return static_cast<unsigned>(HalfEven(value * 255, 100));
+    case Look::LastTwoAlike:
+      return value >= 2 ? 3U : static_cast<unsigned>(value);
     case Look::LastThreeAlike:
       return value >= 5 ? 7U : static_cast<unsigned>(value);
     default:
@@ -177,24 +115,6 @@ std::uint8_t Untouched(const WindowModel& window, int reg, unsigned before) {
     if (control.reg == reg) after |= Sent(control, Shown(control, before)) << control.low;
   }
   return static_cast<std::uint8_t>(after);
-}
-
-QString Held(const QWidget& window, const QString& control) {
-  auto& widget = Desk::Get<QWidget>(window, control);
-  if (const auto* list = qobject_cast<const QComboBox*>(&widget)) return QString::number(list->currentIndex());
-  if (const auto* box = qobject_cast<const QLineEdit*>(&widget)) return box->text();
-  return qobject_cast<const QAbstractButton*>(&widget)->isChecked() ? "1" : "0";
-}
-
-void Put(const QWidget& window, const QString& control, const QString& held) {
-  auto& widget = Desk::Get<QWidget>(window, control);
-  if (qobject_cast<const QComboBox*>(&widget) != nullptr) {
-    Desk::Pick(window, control, held.toInt());
-  } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
-    Desk::Type(window, control, held);
-  } else {
-    Desk::Check(window, control, held == "1");
-  }
 }
 
 }  // namespace zth::testing

@@ -1,18 +1,13 @@
 #pragma once
 
-#include <map>
 #include <vector>
 
-#include <QAbstractButton>
-#include <QComboBox>
-#include <QLineEdit>
-
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 
 /// The configuration windows as the chip's data sheet has them, written down apart from the windows' own tables.
 namespace zth::testing {
 
-enum class Look { Ticked, Unticked, Position, LastThreeAlike, Duty, Number };
+enum class Look { Ticked, Unticked, Position, LastTwoAlike, LastThreeAlike, Duty, Number };
 
 struct Control {
   QString name;
@@ -34,9 +29,6 @@ struct WindowModel {
 const std::vector<WindowModel>& AllWindows();
 const WindowModel& Model(const QString& name);
 
-/// The name of a register in tool tips.
-QString RegisterName(int reg);
-
 /// num / den rounded to a whole number, a tie to the even one.
 constexpr int HalfEven(int num, int den) {
   const int down = num / den;
@@ -52,11 +44,5 @@ unsigned Sent(const Control& control, const QString& shown);
 
 /// What Apply leaves in a register that held `before`, with nothing touched between load and Apply.
 std::uint8_t Untouched(const WindowModel& window, int reg, unsigned before);
-
-/// "1" or "0" of a box, the position of a list, the text of a text box.
-QString Held(const QWidget& window, const QString& control);
-
-/// Does what a user does to make the control hold that.
-void Put(const QWidget& window, const QString& control, const QString& held);
 
 }  // namespace zth::testing

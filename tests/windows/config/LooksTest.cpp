@@ -1,3 +1,4 @@
+#include <map>
 #include <set>
 #include <tuple>
 
@@ -10,8 +11,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include "chip/RegisterRows.h"
 #include "tests/windows/config/ConfigModel.h"
-#include "windows/config/frmTherm.h"
 
 namespace zth::testing {
 namespace {
@@ -38,18 +39,22 @@ class Looks : public ::testing::TestWithParam<const char*> {
     return Desk::Get<QWidget>(*window_, control).palette().color(QPalette::Text);
   }
 
+  void Put(const QString& control, const QString& held) const { Do(*window_, control + "=" + held); }
+
   const WindowModel& model_ = Model(GetParam());
   Desk desk_;
   windows::ChildWindow* window_ = nullptr;
 };
 
 TEST_P(Looks, EveryControlTellsItsRegisterAndBits) {
+  std::map<int, QString> names;
+  for (const chip::RegisterRow& row : chip::kRegisterRows) names.emplace(row.address, row.name);
   for (const Control& control : model_.controls) {
     const QString bits = control.width == 1
                              ? QString("bit %1").arg(control.low)
                              : QString("bits %1:%2").arg(control.low + control.width - 1).arg(control.low);
     EXPECT_EQ(Desk::Get<QWidget>(*window_, control.name).toolTip(),
-              QString::asprintf("0x%02X ", control.reg) + bits + ", " + RegisterName(control.reg));
+              QString::asprintf("0x%02X ", control.reg) + bits + ", " + names.at(control.reg));
   }
   for (const auto* button : window_->findChildren<QPushButton*>()) {
     EXPECT_FALSE(button->toolTip().isEmpty()) << button->text().toStdString();
@@ -60,20 +65,15 @@ TEST_P(Looks, AChangeIsMarkedUntilItIsUndoneOrApplied) {
   const QColor plain = Colour(model_.controls.front().name);
   for (const Control& control : model_.controls) {
     SCOPED_TRACE(control.name.toStdString());
-    const auto& widget = Desk::Get<QWidget>(*window_, control.name);
-    const QString before = Held(*window_, control.name);
-    const QString caption = widget.property("text").toString();
-    const QString other = before == "1" ? "0" : "1";
-    EXPECT_FALSE(Marked(control.name));
-    Put(*window_, control.name, other);
-    EXPECT_TRUE(Marked(control.name));
-    EXPECT_NE(Colour(control.name), plain);
-    Put(*window_, control.name, before);
-    EXPECT_FALSE(Marked(control.name));
-    EXPECT_EQ(Colour(control.name), plain);
-    Put(*window_, control.name, other);
-    if (qobject_cast<const QAbstractButton*>(&widget) != nullptr) {
-      EXPECT_EQ(widget.property("text"), caption);
+    const QString before = QString::fromStdString(Held(*window_, control.name));
+    const QString caption = Desk::Get<QWidget>(*window_, control.name).property("text").toString();
+    for (const bool changed : {false, true, false, true}) {
+      Put(control.name, !changed ? before : before == "1" ? "0" : "1");
+      EXPECT_EQ(Marked(control.name), changed);
+      EXPECT_EQ(Colour(control.name) != plain, changed);
+      if (control.name.startsWith("chk")) {
+        EXPECT_EQ(Desk::Text(*window_, control.name), caption);
+      }
     }
   }
   Desk::Press(*window_, "cmdApply");
@@ -92,7 +92,7 @@ TEST_P(Looks, MarksMoveNothing) {
       places[control.name] = Desk::Get<QWidget>(*window_, control.name).geometry();
     }
     for (const Control& control : model_.controls) {
-      Put(*window_, control.name, Held(*window_, control.name) == "1" ? "0" : "1");
+      Put(control.name, Held(*window_, control.name) == "1" ? "0" : "1");
     }
     QApplication::processEvents();
     EXPECT_EQ(window_->sizeHint(), size);
@@ -182,88 +182,67 @@ INSTANTIATE_TEST_SUITE_P(Windows, Looks,
                          [](const auto& row) { return std::string(row.param); });
 
 TEST(ConfigMarks, AnOddEntryTellsWhatWouldGoOut) {
-  Desk desk;
-  desk.Start();
-  auto& fan = desk.Open("frmFanConfig");
-  struct Row {
-    const char* text;
-    const char* tip;
-  };
-  const std::vector<Row> rows{
-      {"50", ""},
-      {"12.0", ""},  // the number that the chip will show, if in other digits
-      {"abc", "\nGoes out as 0 (0x00)"},
-      {"", "\nGoes out as 0 (0x00)"},
-      {"12ab", "\nGoes out as 12 (0x1F)"},
-      {"101", "\nGoes out as 100 (0xFF)"},
-      {"-7", "\nGoes out as 0 (0x00)"},
-      {"50.4", "\nGoes out as 51 (0x81)"},
-  };
-  auto& box = Desk::Get<QLineEdit>(fan, "txtMaxPWM");
+  WindowDesk desk("frmFanConfig");
+  auto& box = Desk::Get<QLineEdit>(*desk.window, "txtMaxPWM");
   const QColor plain = box.palette().color(QPalette::Text);
-  for (const Row& row : rows) {
-    box.setText(row.text);
-    EXPECT_EQ(box.toolTip(), QString("0x2C bits 7:0, PWM 1-4 Max") + row.tip);
+  const std::vector<std::pair<QString, QString>> rows{
+      {"50", ""},          {"12.0", ""},  // the number that the chip will show, if in other digits
+      {"abc", "0 (0x00)"}, {"", "0 (0x00)"},      {"12ab", "12 (0x1F)"}, {"101", "100 (0xFF)"},
+      {"-7", "0 (0x00)"},  {"50.4", "51 (0x81)"},
+  };
+  for (const auto& [text, out] : rows) {
+    box.setText(text);
+    EXPECT_EQ(box.toolTip(), "0x2C bits 7:0, PWM 1-4 Max" + (out.isEmpty() ? out : "\nGoes out as " + out));
     // What has gone out keeps its warning, and no longer counts as a change.
-    Desk::Press(fan, "cmdApply");
+    desk.Do("cmdApply");
     EXPECT_FALSE(box.font().bold());
-    EXPECT_EQ(box.palette().color(QPalette::Text) != plain, *row.tip != '\0') << row.text;
-    EXPECT_EQ(box.text(), row.text);
+    EXPECT_EQ(box.palette().color(QPalette::Text) != plain, !out.isEmpty()) << text.toStdString();
+    EXPECT_EQ(box.text(), text);
   }
 }
 
 TEST(ConfigMarks, ATextThatSpillsWarnsAtTheNeighbourToo) {
-  Desk desk;
-  desk.Start();
-  auto& therm = desk.Open("frmTherm");
-  Desk::Type(therm, "txtHyst(0)", "18");
-  EXPECT_EQ(Desk::Get<QWidget>(therm, "txtHyst(0)").toolTip(),
-            "0x54 bits 3:0, Local/Remote 1 Hyst\nGoes out as 2 (0x02)");
-  EXPECT_EQ(Desk::Get<QWidget>(therm, "txtHyst(1)").toolTip(),
-            "0x54 bits 7:4, Local/Remote 1 Hyst\nGoes out as 5 (0x05)");
-  Desk::Type(therm, "txtHyst(0)", "15");
-  EXPECT_EQ(Desk::Get<QWidget>(therm, "txtHyst(1)").toolTip(), "0x54 bits 7:4, Local/Remote 1 Hyst");
+  WindowDesk desk("frmTherm");
+  const auto tip = [&](const char* box) { return Desk::Get<QWidget>(*desk.window, box).toolTip(); };
+  desk.Do("txtHyst(0)=18");
+  EXPECT_EQ(tip("txtHyst(0)"), "0x54 bits 3:0, Local/Remote 1 Hyst\nGoes out as 2 (0x02)");
+  EXPECT_EQ(tip("txtHyst(1)"), "0x54 bits 7:4, Local/Remote 1 Hyst\nGoes out as 5 (0x05)");
+  desk.Do("txtHyst(0)=15");
+  EXPECT_EQ(tip("txtHyst(1)"), "0x54 bits 7:4, Local/Remote 1 Hyst");
 }
 
 TEST(ConfigMarks, FollowAChangeOfThePalette) {
-  Desk desk;
-  desk.Start();
-  auto& fan = desk.Open("frmFanConfig");
+  WindowDesk desk("frmFanConfig");
   desk.Main().show();
-  Desk::Press(fan, "chkFullSpeed");
-  Desk::Type(fan, "txtMaxPWM", "abc");
-  const auto lightness = [&](const char* control) {
-    return Desk::Get<QWidget>(fan, control).palette().color(QPalette::Text).lightnessF();
+  desk.Do("chkFullSpeed; txtMaxPWM=abc");
+  const auto light = [&](const char* control) {
+    return Desk::Get<QWidget>(*desk.window, control).palette().color(QPalette::Text).lightnessF() > 0.5F;
   };
-  EXPECT_LT(lightness("chkFullSpeed"), 0.5F);
-  EXPECT_LT(lightness("txtMaxPWM"), 0.5F);
   const QPalette before = QApplication::palette();
-  QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(45, 45, 48)));
-  QApplication::processEvents();
-  for (const char* control : {"chkFullSpeed", "txtMaxPWM", "chkVRD1", "cmbTachPulses"}) {
-    EXPECT_GT(lightness(control), 0.5F) << control;
+  for (const bool dark : {false, true}) {
+    if (dark) QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(45, 45, 48)));
+    QApplication::processEvents();
+    for (const char* control : {"chkFullSpeed", "txtMaxPWM", "chkVRD1", "cmbTachPulses"}) {
+      EXPECT_EQ(light(control), dark) << control;
+    }
   }
-  EXPECT_GT(Desk::Get<QTabWidget>(fan, "SSTab1").tabBar()->tabTextColor(0).lightnessF(), 0.5F);
+  EXPECT_GT(Desk::Get<QTabWidget>(*desk.window, "SSTab1").tabBar()->tabTextColor(0).lightnessF(), 0.5F);
   QApplication::setPalette(before);
 }
 
 TEST(ConfigMarks, ATabShowsThatItHoldsChanges) {
-  Desk desk;
-  desk.Start();
-  auto& fan = desk.Open("frmFanConfig");
-  const QTabBar* bar = Desk::Get<QTabWidget>(fan, "SSTab1").tabBar();
+  WindowDesk desk("frmFanConfig");
+  const QTabBar* bar = Desk::Get<QTabWidget>(*desk.window, "SSTab1").tabBar();
   EXPECT_EQ(bar->currentIndex(), 0);
-  Desk::Press(fan, "cmdEnableAll");
+  desk.Do("cmdEnableAll");
   for (int page = 0; page < 6; ++page) EXPECT_EQ(bar->tabTextColor(page).isValid(), page == 5) << page;
-  Desk::Press(fan, "cmdDisableAll");
+  desk.Do("cmdDisableAll");
   EXPECT_FALSE(bar->tabTextColor(5).isValid());
 }
 
 TEST(ConfigMarks, AWheelThatPassesOverAListChangesNothing) {
-  Desk desk;
-  desk.Start();
-  auto& fan = desk.Open("frmFanConfig");
-  auto& list = Desk::Get<QComboBox>(fan, "cmbTachPulses");
+  WindowDesk desk("frmFanConfig");
+  auto& list = Desk::Get<QComboBox>(*desk.window, "cmbTachPulses");
   const int before = list.currentIndex();
   const auto turn = [&] {
     QWheelEvent wheel(QPointF(5, 5), list.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
@@ -279,53 +258,13 @@ TEST(ConfigMarks, AWheelThatPassesOverAListChangesNothing) {
   EXPECT_NE(list.currentIndex(), before) << "with the focus it does";
 }
 
-/// A Limits window with six empty tabs, on a desktop that has no other.
-class LimitsStub final : public windows::ChildWindow {
- public:
-  explicit LimitsStub(const windows::Context& context) : ChildWindow("frmLimits", "Limits", context) {
-    tabs = new QTabWidget(this);
-    tabs->setObjectName("SSTab1");
-    for (int i = 0; i < 6; ++i) tabs->addTab(new QWidget, QString::number(i));
-  }
-  void Form_Load() override {}
-
-  QTabWidget* tabs;
-};
-
-class OneWindowDesktop final : public windows::Desktop {
- public:
-  windows::ChildWindow* OpenWindow(const QString& name) override {
-    opened.push_back(name);
-    return window;
-  }
-  windows::ChildWindow* FindWindow(const QString&) const override { return window; }
-  void SetStatus(const QString&) override {}
-  void EnableTimer(bool) override {}
-  QWidget& Frame() override { return frame; }
-
-  QWidget frame;
-  windows::ChildWindow* window = nullptr;
-  std::vector<QString> opened;
-};
-
 TEST(Therm, SetThermLimitsOpensThatTabAndKeepsWhatIsPending) {
-  Desk desk;
-  desk.Start();
-  OneWindowDesktop desktop;
-  const windows::Context context{desk.services, desktop};
-  windows::frmTherm therm(context);
-  therm.Form_Load();
-  desk.board.TakeTraffic();
-  Desk::Check(therm, "chkThermThreshold", true);
-  Desk::Press(therm, "cmdSetlimits");  // no such window: nothing happens
-  LimitsStub limits(context);
-  desktop.window = &limits;
-  limits.tabs->setCurrentIndex(1);
-  Desk::Press(therm, "cmdSetlimits");
-  EXPECT_EQ(desktop.opened, (std::vector<QString>{"frmLimits", "frmLimits"}));
-  EXPECT_EQ(limits.tabs->currentIndex(), 4);
-  EXPECT_TRUE(Desk::Checked(therm, "chkThermThreshold"));
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
+  WindowDesk desk("frmTherm");
+  desk.Do("chkThermThreshold=1");
+  desk.Do("cmdSetlimits");
+  EXPECT_EQ(Held(*desk.Main().FindWindow("frmLimits"), "SSTab1"), "4");
+  EXPECT_EQ(desk.Held("chkThermThreshold"), "1");
+  EXPECT_EQ(desk.board.Chip()[0x03], 0);
 }
 
 }  // namespace

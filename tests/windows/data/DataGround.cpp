@@ -10,6 +10,10 @@ std::string Content(const QString& path) {
   return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string("(no file)");
 }
 
+std::string LogHead(const std::string& columns) {
+  return "\r\nZTH4718 Log File\r\n\r\nTime ," + columns + "\r\n";
+}
+
 DataTest::DataTest() {
   desk.Start();
   chip::PollEnabled = false;
@@ -17,12 +21,14 @@ DataTest::DataTest() {
 }
 
 void DataTest::StartLog(const QString& path, std::initializer_list<int> channels, const QString& period) {
-  windows::ChildWindow& window = Logging();
-  Desk::Press(window, "cmdDeselectAll");
-  for (const int channel : channels) Desk::Check(window, QString("chkLog(%1)").arg(channel), true);
-  Desk::Type(window, "txtLogInt", period);
+  Do(Logging(), "cmdDeselectAll; txtLogInt=" + period);
+  for (const int channel : channels) Do(Logging(), QString("chkLog(%1)=1").arg(channel));
+  PressLog(path);
+}
+
+void DataTest::PressLog(const QString& path) {
   desk.fileDialogs.script.push_back(path);
-  Desk::Press(window, "cmdLogData");
+  Do(Logging(), "cmdLogData");
 }
 
 void DataTest::Log(int lines) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <csignal>
+#include <functional>
 #include <string>
 #include <sys/resource.h>
 
@@ -9,11 +10,14 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 
 namespace zth::testing {
 
 std::string Content(const QString& path);
+
+/// A log's head above columns such as "Local Temp ,".
+std::string LogHead(const std::string& columns);
 
 /// A started program with a folder of its own; what the chip measures stands still.
 class DataTest : public ::testing::Test {
@@ -24,6 +28,9 @@ class DataTest : public ::testing::Test {
 
   /// Opens the log window, ticks the channels and starts a log into that file.
   void StartLog(const QString& path, std::initializer_list<int> channels, const QString& period = "100");
+
+  /// Presses the log window's button, which asks for a file.
+  void PressLog(const QString& path);
 
   /// Lets the log job run so many times.
   void Log(int lines);
@@ -37,24 +44,16 @@ class DataTest : public ::testing::Test {
   QTemporaryDir folder_;
 };
 
-/// Grants files so many bytes, as a disk that is nearly full does.
-class NearlyFullDisk {
- public:
-  explicit NearlyFullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &old_);
-    const rlimit small{bytes, old_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-  }
-  ~NearlyFullDisk() {
-    setrlimit(RLIMIT_FSIZE, &old_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  NearlyFullDisk(const NearlyFullDisk&) = delete;
-  NearlyFullDisk& operator=(const NearlyFullDisk&) = delete;
-
- private:
-  rlimit old_{};
-  void (*handler_)(int);
-};
+/// Lets files hold so many bytes while `act` runs, as a disk that is nearly full does.
+inline void OnNearlyFullDisk(rlim_t bytes, const std::function<void()>& act) {
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit old{};
+  getrlimit(RLIMIT_FSIZE, &old);
+  const rlimit small{bytes, old.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  act();
+  setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, handler);
+}
 
 }  // namespace zth::testing

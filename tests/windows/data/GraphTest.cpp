@@ -1,4 +1,4 @@
-#include <array>
+#include <algorithm>
 #include <map>
 #include <vector>
 
@@ -26,10 +26,21 @@ class GraphTest : public DataTest {
     Chart(chart).SetLabelIndex(slot);
     return Chart(chart).Caption();
   }
+  QString Labels(int chart, int first, int last) {
+    QStringList names;
+    for (int slot = first; slot <= last; ++slot) names << Label(chart, slot);
+    return names.join('|');
+  }
   /// The value of a trace's newest point; -1 when there is none.
   double Newest(int chart, int trace) {
     const QVariantList points = Chart(chart).TracePoints(trace);
     return points.isEmpty() ? -1 : points.back().toList().at(1).toDouble();
+  }
+  /// The newest values of a chart's traces from one on.
+  std::vector<double> Values(int chart, int first, int count) {
+    std::vector<double> values;
+    for (int trace = first; trace < first + count; ++trace) values.push_back(Newest(chart, trace));
+    return values;
   }
   qsizetype Samples(int chart) { return Chart(chart).TracePoints(0).size(); }
 };
@@ -47,87 +58,63 @@ TEST_F(GraphTest, FeedsAllSevenChartsWithWhatWasMeasuredLast) {
   desk.board.TakeTraffic();
   desk.Advance(60);
 
-  const std::array<QString, 4> temperatures{"Local = 25.25°C", "Remote1 = -63.75°C", "Remote2 = .5°C",
-                                            "Remote3 = 191°C"};
-  for (int i = 0; i < 4; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    for (const int chart : {0, 3, 4}) {
-      EXPECT_EQ(Newest(chart, i), static_cast<double>(now.Temperature[at])) << chart << ' ' << i;
-      EXPECT_EQ(Label(chart, i + 1), temperatures[at]);
-    }
-    EXPECT_EQ(Newest(2, i), now.PwmPercent[at]);
-    EXPECT_EQ(Newest(4, i + 4), now.PwmPercent[at]);
-    const QString pwm = QString("PWM%1=%2%").arg(i + 1).arg(now.PwmPercent[at]);
-    EXPECT_EQ(Label(2, i + 1), pwm);
-    EXPECT_EQ(Label(4, i + 6), pwm);
+  using Numbers = std::vector<double>;
+  for (const int chart : {0, 3, 4}) {
+    EXPECT_EQ(Values(chart, 0, 4), (Numbers{25.25, -63.75, 0.5, 191})) << chart;
+    EXPECT_EQ(Labels(chart, 1, 4), "Local = 25.25°C|Remote1 = -63.75°C|Remote2 = .5°C|Remote3 = 191°C") << chart;
   }
-  for (int i = 0; i < 8; ++i) {
-    EXPECT_EQ(Newest(1, i), now.TachRpm[static_cast<std::size_t>(i)]);
-    EXPECT_EQ(Newest(3, i + 4), now.TachRpm[static_cast<std::size_t>(i)]);
-    const QString tach = QString("Tach%1=%2").arg(i + 1).arg(now.TachRpm[static_cast<std::size_t>(i)]);
-    EXPECT_EQ(Label(1, i + 1), tach);
-    EXPECT_EQ(Label(3, i + 6), tach);
-  }
-  EXPECT_EQ(Label(3, 5), "Fan Speed (RPM)");
-  EXPECT_EQ(Label(4, 5), "PWM Drive (% Duty)");
-  EXPECT_EQ(Newest(5, 0), 0.5);
-  EXPECT_EQ(Newest(5, 1), 1.75);
-  EXPECT_EQ(Newest(5, 2), 5.5);
-  EXPECT_EQ(Newest(5, 3), -1);
-  EXPECT_EQ(Newest(6, 0), 12.5);
-  EXPECT_EQ(Newest(6, 1), 99);
-  EXPECT_EQ(Label(6, 1) + Label(6, 2), "THERM1THERM2");
+  const Numbers rpm{5400, 1, 2, 3, 4, 5, 6, 200000};
+  const QString tachs = "Tach1=5400|Tach2=1|Tach3=2|Tach4=3|Tach5=4|Tach6=5|Tach7=6|Tach8=200000";
+  EXPECT_EQ(Values(1, 0, 8), rpm);
+  EXPECT_EQ(Labels(1, 1, 8), tachs);
+  EXPECT_EQ(Values(3, 4, 8), rpm);
+  EXPECT_EQ(Labels(3, 5, 13), "Fan Speed (RPM)|" + tachs);
+  const Numbers percent{42, 0, 100, 7};
+  const QString pwms = "PWM1=42%|PWM2=0%|PWM3=100%|PWM4=7%";
+  EXPECT_EQ(Values(2, 0, 4), percent);
+  EXPECT_EQ(Labels(2, 1, 4), pwms);
+  EXPECT_EQ(Values(4, 4, 4), percent);
+  EXPECT_EQ(Labels(4, 5, 9), "PWM Drive (% Duty)|" + pwms);
+  EXPECT_EQ(Values(5, 0, 4), (Numbers{0.5, 1.75, 5.5, -1}));
+  EXPECT_EQ(Values(6, 0, 2), (Numbers{12.5, 99}));
+  EXPECT_EQ(Labels(6, 1, 2), "THERM1|THERM2");
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "graphs cost the link nothing";
 }
 
 TEST_F(GraphTest, ChartsStandAsPrescribed) {
-  struct Axis {
-    double max, top, bottom;
+  // Each axis with its top value and its part of the height; each trace with its axis and the letter of its colour.
+  const std::map<QString, QColor> colours{
+      {"b", Qt::blue},          {"r", Qt::red},           {"g", QColor(0, 128, 0)},
+      {"k", Qt::black},         {"m", Qt::magenta},       {"o", QColor(255, 128, 0)},
+      {"l", QColor(0, 255, 0)}, {"a", QColor(128, 0, 0)}, {"n", QColor(0, 0, 128)}};
+  const QStringList expected{
+      "Temperature Only: Temperature (°C) 60@0-1 0b0r0g0k",
+      "Tach Only: Fan Speed (RPM) 12000@0-1 0b0r0g0k0m0o0l0a",
+      "PWM Only: PWM Drive (% Duty) 105@0-1 0b0r0g0k",
+      "Temperature and Tach: Temperature (°C) 60@0-0.47 12000@0.53-1 0b0r0g0k1b1r1g1k1m1o1l1a",
+      "Temperature and PWM: Temperature (°C) 60@0-0.47 105@0.53-1 0b0r0g0k1b1r1g1k",
+      "Voltage: Voltage 6@0-1 0b0r0g0k0n0n0n0n0n0n0n0n0n",
+      "THERM: THERM Timer % 105@0-1 0b0r",
   };
-  struct Row {
-    const char* item;
-    const char* title;
-    std::vector<Axis> axes;
-    const char* colours;  ///< a letter each trace
-    const char* axisOfTraces;
-  };
-  const std::map<char, QColor> colours{{'b', Qt::blue},          {'r', Qt::red},           {'g', QColor(0, 128, 0)},
-                                       {'k', Qt::black},         {'m', Qt::magenta},       {'o', QColor(255, 128, 0)},
-                                       {'l', QColor(0, 255, 0)}, {'a', QColor(128, 0, 0)}, {'n', QColor(0, 0, 128)}};
-  const std::vector<Row> rows{
-      {"Temperature Only", "Temperature (°C)", {{60, 0, 1}}, "brgk", "0000"},
-      {"Tach Only", "Fan Speed (RPM)", {{12000, 0, 1}}, "brgkmola", "00000000"},
-      {"PWM Only", "PWM Drive (% Duty)", {{105, 0, 1}}, "brgk", "0000"},
-      {"Temperature and Tach", "Temperature (°C)", {{60, 0, .47}, {12000, .53, 1}}, "brgkbrgkmola", "000011111111"},
-      {"Temperature and PWM", "Temperature (°C)", {{60, 0, .47}, {105, .53, 1}}, "brgkbrgk", "00001111"},
-      {"Voltage", "Voltage", {{6, 0, 1}}, "brgknnnnnnnnn", "0000000000000"},
-      {"THERM", "THERM Timer %", {{105, 0, 1}}, "br", "00"}};
-  auto& list = Desk::Get<QComboBox>(Graph(), "cmbGraph");
-  ASSERT_EQ(list.count(), 7);
-  for (int i = 0; i < 7; ++i) {
-    const Row& row = rows[static_cast<std::size_t>(i)];
-    SCOPED_TRACE(row.item);
+  const auto& list = Desk::Get<QComboBox>(Graph(), "cmbGraph");
+  ASSERT_EQ(list.count(), expected.size());
+  for (int i = 0; i < list.count(); ++i) {
     Strip& chart = Chart(i);
-    EXPECT_EQ(list.itemText(i), row.item);
-    EXPECT_EQ(Label(i, 0), row.title);
-    EXPECT_EQ(chart.XSpan(), 100);
-    EXPECT_EQ(chart.XEnd(), 10);
-    EXPECT_EQ(chart.toolTip(), "Drag the arrows at the edges of this graph to zoom in and out");
-    ASSERT_EQ(chart.AxisCount(), static_cast<int>(row.axes.size()));
+    QString found = list.itemText(i) + ": " + Label(i, 0) + " ";
     for (int axis = 0; axis < chart.AxisCount(); ++axis) {
-      const Axis& expected = row.axes[static_cast<std::size_t>(axis)];
       chart.SetAxisIndex(axis);
       EXPECT_EQ(chart.AxisMin(), 0);
-      EXPECT_EQ(chart.AxisMax(), expected.max);
-      EXPECT_DOUBLE_EQ(chart.AxisAreaTop(), expected.top);
-      EXPECT_DOUBLE_EQ(chart.AxisAreaBottom(), expected.bottom);
+      found += QString("%1@%2-%3 ").arg(chart.AxisMax()).arg(chart.AxisAreaTop()).arg(chart.AxisAreaBottom());
     }
-    ASSERT_EQ(chart.TraceCount(), static_cast<int>(std::string(row.colours).size()));
     for (int trace = 0; trace < chart.TraceCount(); ++trace) {
-      EXPECT_EQ(chart.TraceColour(trace), colours.at(row.colours[trace])) << trace;
-      EXPECT_EQ(chart.TraceAxis(trace), row.axisOfTraces[trace] - '0') << trace;
+      const auto colour =
+          std::ranges::find(colours, chart.TraceColour(trace), &std::pair<const QString, QColor>::second);
+      found += QString::number(chart.TraceAxis(trace)) + (colour == colours.end() ? "?" : colour->first);
       EXPECT_EQ(chart.TraceWidth(trace), 1);
     }
+    EXPECT_EQ(found, expected[i]);
+    EXPECT_EQ(chart.XSpan(), 100);
+    EXPECT_EQ(chart.XEnd(), 10);
   }
 }
 
@@ -200,15 +187,10 @@ TEST_F(GraphTest, TheVoltageLegendHoldsTheNamesOfItsOpening) {
   chip::VoltagePresent.fill(false);
   for (const std::size_t channel : {0U, 3U, 20U}) chip::VoltagePresent[channel] = true;
   Graph();
-  const auto legend = [this](int count) {
-    QStringList names;
-    for (int slot = 1; slot <= count; ++slot) names << Label(5, slot);
-    return names.join(',');
-  };
-  EXPECT_EQ(legend(13), "12V1,2.5V(P15),VBatt,,,,,,,,,,");
+  EXPECT_EQ(Labels(5, 1, 13), "12V1|2.5V(P15)|VBatt||||||||||");
   chip::VoltagePresent[0] = false;
   desk.Advance(100);
-  EXPECT_EQ(legend(4), "12V1,2.5V(P15),VBatt,");
+  EXPECT_EQ(Labels(5, 1, 4), "12V1|2.5V(P15)|VBatt|");
   EXPECT_EQ(Chart(5).TracePoints(2).size(), 0);
 
   // More than the thirteen that a chart has as a rule.

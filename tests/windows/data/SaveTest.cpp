@@ -1,7 +1,6 @@
 #include <fstream>
 #include <random>
 #include <set>
-#include <sstream>
 #include <sys/stat.h>
 
 #include <QComboBox>
@@ -20,9 +19,7 @@ namespace {
 constexpr int kChip = 0x58;
 
 std::string Hex(int value) {
-  std::ostringstream text;
-  text << "0x" << std::hex << std::uppercase << value;
-  return text.str();
+  return "0x" + QString::number(value, 16).toUpper().toStdString();
 }
 
 /// The writable rows in the catalogue's order.
@@ -41,19 +38,19 @@ class SaveTest : public DataTest {
     for (auto& value : desk.board.usbChips[kChip]) value = static_cast<std::uint8_t>(random());
     desk.board.TakeTraffic();
   }
+  ~SaveTest() override { QLocale::setDefault(QLocale::c()); }
+
   windows::ChildWindow& Save() { return desk.Open("frmSave"); }
   QTimer& Master() { return Desk::Get<QTimer>(desk.Main(), "tmrMaster"); }
   std::uint8_t Value(int reg) { return desk.board.Chip()[static_cast<std::size_t>(reg)]; }
 
-  void SaveTo(const QString& name) {
-    windows::ChildWindow& window = Save();
+  /// Presses "cmdsave" or "cmdRecall" and answers with that name.
+  void Use(const char* button, const QString& name) {
     desk.fileDialogs.script.push_back(name.isEmpty() ? QString() : Path(name));
-    Desk::Press(window, "cmdsave");
+    Do(Save(), button);
   }
-  void Recall(const QString& name) {
-    desk.fileDialogs.script.push_back(name.isEmpty() ? QString() : Path(name));
-    Desk::Press(Save(), "cmdRecall");
-  }
+  void SaveTo(const QString& name) { Use("cmdsave", name); }
+  void Recall(const QString& name) { Use("cmdRecall", name); }
   void Write(const QString& name, const std::string& text) { std::ofstream(Path(name).toStdString()) << text; }
   QString Outcome() { return Desk::Text(Save(), "lblState"); }
 
@@ -70,17 +67,8 @@ class SaveTest : public DataTest {
   }
 };
 
-/// The user's own formats of date and time.
-class American {
- public:
-  American() { QLocale::setDefault(QLocale("en_US")); }
-  ~American() { QLocale::setDefault(QLocale::c()); }
-  American(const American&) = delete;
-  American& operator=(const American&) = delete;
-};
-
 TEST_F(SaveTest, WritesTheFileByteForByte) {
-  const American locale;
+  QLocale::setDefault(QLocale("en_US"));  // the user's own formats of date and time
   desk.clock.SetWallTime(QDateTime(QDate(2026, 11, 18), QTime(2, 40, 12)));
   Desk::Type(Save(), "txtComment", "  bench A ");
   SaveTo("a.sav");
@@ -112,7 +100,6 @@ TEST_F(SaveTest, ReadsTheChipBeforeItAsksForTheNameAndHoldsTheTimerMeanwhile) {
     desk.clock.Advance(200);  // the timer events that painting lets through
   };
   windows::ChildWindow& window = Save();
-  std::set<QString> names;
   SaveTo("");
   EXPECT_FALSE(active);
   EXPECT_GT(desk.events.paints, 90);
@@ -134,10 +121,7 @@ TEST_F(SaveTest, AFileThatCannotBeWrittenLeavesTheOldOne) {
   EXPECT_NE(desk.Main().FindWindow("frmSave"), nullptr);
   EXPECT_TRUE(Master().isActive());
   EXPECT_EQ(Outcome(), "Not saved: a.sav could not be written");
-  {
-    const NearlyFullDisk disk(1000);
-    SaveTo("a.sav");
-  }
+  OnNearlyFullDisk(1000, [this] { SaveTo("a.sav"); });
   EXPECT_EQ(Content(Path("a.sav")), "precious");
   SaveTo("no folder/a.sav");
   EXPECT_TRUE(Master().isActive());
@@ -153,21 +137,11 @@ TEST_F(SaveTest, RecallGivesEveryWritableRegisterItsValueBack) {
     desk.board.Chip() = DefaultRegisters();
     desk.board.TakeTraffic();
     Recall("a.sav");
-    for (const chip::RegisterEntry& row : WritableRows()) {
-      EXPECT_EQ(Value(row.Address), before[static_cast<std::size_t>(row.Address)]) << row.Caption;
-    }
-    Traffic writes;
-    for (const std::string& transfer : desk.board.TakeTraffic()) {
-      const bool write = transfer.find('=') != std::string::npos;
-      if (write && transfer.find(" W ") != std::string::npos && transfer.compare(4, 1, "W") == 0) {
-        writes.push_back(transfer);
-      }
-    }
     Traffic expected;
     for (const chip::RegisterEntry& row : WritableRows()) {
       expected.push_back(W(row.Address, before[static_cast<std::size_t>(row.Address)]));
     }
-    EXPECT_EQ(writes, expected);
+    EXPECT_EQ(Writes(desk.board.TakeTraffic()), expected);
     EXPECT_EQ(Outcome(), QString("%1 registers written").arg(expected.size()));
     EXPECT_NE(desk.Main().FindWindow("frmSave"), nullptr);
     EXPECT_TRUE(Master().isActive());
@@ -175,32 +149,27 @@ TEST_F(SaveTest, RecallGivesEveryWritableRegisterItsValueBack) {
 }
 
 TEST_F(SaveTest, ABrokenFileStopsWhereItBreaksWithoutAWord) {
-  struct Row {
-    const char* text;
-    Traffic writes;
-    const char* outcome;
-  };
-  for (const Row& row : {
-           Row{"{\n0x28\t0x7\t\n}", {W(0x28, 7)}, "1 register written"},
-           Row{"{\n0x28\t0x7\t\n0x29\t0x8\t\n0x2A",
-               {W(0x28, 7), W(0x29, 8)},
-               "2 registers written; the file breaks off before its \"}\""},
-           Row{"no brace", {}, "0 registers written; the file breaks off before its \"}\""},
-           Row{"{\n0x3E\t0x99\t\n}", {W(0x3E, 0x99)}, "1 register written"},  // read-only, and sent all the same
+  constexpr const char* kNone = "0 registers written; the file breaks off before its \"}\"";
+  constexpr const char* kTwo = "2 registers written; the file breaks off before its \"}\"";
+  constexpr const char* kOne = "1 register written";
+  for (const auto& [text, writes, outcome] : {
+           std::tuple{"{\n0x28\t0x7\t\n}", "W28=07", kOne},
+           {"{\n0x28\t0x7\t\n0x29\t0x8\t\n0x2A", "W28=07 W29=08", kTwo},
+           {"no brace", "", kNone},
+           {"{\n0x3E\t0x99\t\n}", "W3E=99", kOne},  // read-only, and sent all the same
        }) {
-    Write("b.sav", row.text);
+    Write("b.sav", text);
     Recall("b.sav");
-    EXPECT_EQ(desk.board.TakeTraffic(), row.writes) << row.text;
-    EXPECT_EQ(Outcome(), row.outcome);
-    EXPECT_TRUE(Master().isActive());
+    EXPECT_EQ(desk.board.TakeTraffic(), T(writes)) << text;
+    EXPECT_EQ(Outcome(), outcome);
   }
   Recall("not there.sav");
   EXPECT_EQ(Outcome(), "Nothing written: not there.sav could not be opened");
   ASSERT_EQ(mkfifo(Path("pipe.sav").toLocal8Bit().constData(), 0600), 0);
   Recall("pipe.sav");
+  Recall("");
   EXPECT_TRUE(Master().isActive());
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
-  Recall("");
   EXPECT_TRUE(desk.prompts.shown.empty());
 }
 
@@ -258,25 +227,6 @@ TEST(SaveOverABadLink, AFailureEndsTheProgramAndNothingMoreIsSent) {
       EXPECT_EQ(desk.board.TakeTraffic().size(), static_cast<std::size_t>(failing) + 1);
       EXPECT_EQ(desk.Main().FindWindow("frmSave"), nullptr);
       EXPECT_EQ(Content(file), saved);
-    }
-  }
-}
-
-TEST_F(SaveTest, RecallOfASaveIsTheSameChip) {
-  std::mt19937 random(8174);
-  for (int i = 0; i < 30; ++i) {
-    for (const chip::RegisterEntry& row : WritableRows()) {
-      desk.board.Chip()[static_cast<std::size_t>(row.Address)] = static_cast<std::uint8_t>(random());
-    }
-    const FakeBoard::Registers before = desk.board.Chip();
-    const bool limited = i % 2 == 0;
-    Desk::Check(Save(), "chkNotDefaults", limited);
-    SaveTo("p.sav");
-    // A limited save leaves out what stands at its default, so it is recalled into a chip of defaults.
-    desk.board.Chip() = DefaultRegisters();
-    Recall("p.sav");
-    for (const chip::RegisterEntry& row : WritableRows()) {
-      ASSERT_EQ(Value(row.Address), before[static_cast<std::size_t>(row.Address)]) << row.Caption;
     }
   }
 }

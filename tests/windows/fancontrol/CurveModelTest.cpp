@@ -1,7 +1,4 @@
-#include <algorithm>
-#include <functional>
-#include <map>
-#include <random>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -17,139 +14,125 @@ namespace {
 
 constexpr ChartRange kStartRange{160, 120};
 
-CurveTexts PlainTexts() {
+/// The controls' texts for a curve of one PWM by one channel, plain but for the changes: "therm1 therm2 on max=50
+/// min=20 tmin=30 range=20°C th1=45 th2=50". All others hold something else.
+CurveTexts Texts(const std::string& changes = {}, std::size_t pwm = 0, std::size_t channel = 0) {
   CurveTexts texts;
   texts.maxPwm = "100";
-  for (auto& pwm : texts.pwms) pwm = {"Local", "25", false};
-  for (auto& channel : texts.channels) channel = {"30", "20°C", "4", "45", "50"};
-  texts.polledTmin = {30, 30, 30, 30};
+  for (auto& other : texts.pwms) other = {"Off", "77", true};
+  for (auto& other : texts.channels) other = {"11", "2°C", "1", "12", "13"};
+  texts.pwms[pwm] = {kControlItems[channel], "25", false};
+  texts.channels[channel] = {"30", "20°C", "4", "45", "50"};
+  std::istringstream words(changes);
+  for (std::string word; words >> word;) {
+    const std::string value = word.substr(word.find('=') + 1);
+    if (word == "therm1") texts.thermFS1 = true;
+    if (word == "therm2") texts.thermFS2 = true;
+    if (word == "on") texts.pwms[pwm].minSpeed = true;
+    if (word.starts_with("max=")) texts.maxPwm = value;
+    if (word.starts_with("min=")) texts.pwms[pwm].minPwm = value;
+    if (word.starts_with("tmin=")) texts.channels[channel].tmin = value;
+    if (word.starts_with("range=")) texts.channels[channel].trange = value;
+    if (word.starts_with("th1=")) texts.channels[channel].th1 = value;
+    if (word.starts_with("th2=")) texts.channels[channel].th2 = value;
+  }
+  texts.polledTmin.fill(-7);
+  texts.polledTmin[channel] = static_cast<std::int16_t>(std::stoi(texts.channels[channel].tmin));
   return texts;
 }
 
-struct DrawnCase {
-  const char* name;
-  std::function<void(CurveTexts&)> change;
-  ChartRange range;
-  DrawPath main;
-  DrawPath hysteresis;
-};
-
-// The curve of PWM1's first source as it is drawn.
+// The curve as it is drawn, of each PWM by each channel.
 TEST(Curve, HasTheShapesAnEngineerExpects) {
+  struct Case {
+    const char* what;
+    const char* changes;
+    DrawPath main;
+    DrawPath hysteresis;
+    ChartRange range = kStartRange;
+  };
+  const DrawPath plain{{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {119, 100}};
   const DrawPath down{{26, 0}, {26, 25}, {30, 25}};
-  const std::vector<DrawnCase> cases{
-      {"no THERM option", [](auto&) {}, kStartRange, {{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {119, 100}}, down},
-      {"the limit cuts the ramp",
-       [](auto& t) { t.thermFS1 = true; },
-       kStartRange,
-       {{-40, 0}, {30, 0}, {30, 25}, {45, 73}, {45, 100}, {119, 100}},
+  const std::vector<Case> cases{
+      {"no THERM option", "", plain, down},
+      {"the limit cuts the ramp", "therm1", {{-40, 0}, {30, 0}, {30, 25}, {45, 73}, {45, 100}, {119, 100}}, down},
+      {"the lower of two limits cuts it, at a duty that is rounded",
+       "therm1 therm2 range=13.3°C",
+       {{-40, 0}, {30, 0}, {30, 25}, {45, 99}, {45, 100}, {119, 100}},
        down},
-      {"the limit lies below Tmin",
-       [](auto& t) {
-         t.thermFS1 = true;
-         t.channels[0].th1 = "25";
-       },
-       kStartRange,
-       {{-40, 0}, {25, 0}, {25, 100}, {119, 100}},
-       {}},
-      {"the limit lies at Tmin",
-       [](auto& t) {
-         t.thermFS2 = true;
-         t.channels[0].th2 = "30";
-       },
-       kStartRange,
-       {{-40, 0}, {30, 0}, {30, 100}, {119, 100}},
-       {}},
+      {"the limit lies below Tmin", "therm1 th1=25", {{-40, 0}, {25, 0}, {25, 100}, {119, 100}}, {}},
+      {"the limit lies at Tmin", "therm2 th2=30", {{-40, 0}, {30, 0}, {30, 100}, {119, 100}}, {}},
       {"the lower of two limits counts, behind the ramp",
-       [](auto& t) {
-         t.thermFS1 = t.thermFS2 = true;
-         t.channels[0].th1 = "90";
-         t.channels[0].th2 = "80";
-       },
-       kStartRange,
+       "therm1 therm2 th1=90 th2=80",
        {{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {80, 100}, {80, 100}, {119, 100}},
        down},
       {"the limit lies exactly at the ramp's end",
-       [](auto& t) {
-         t.maxPwm = "89";
-         t.thermFS1 = true;
-         t.channels[0].trange = "16°C";
-         t.channels[0].th1 = "46";
-       },
-       kStartRange,
+       "therm1 max=89 range=16°C th1=46",
        {{-40, 0}, {30, 0}, {30, 25}, {46, 89}, {46, 89}, {46, 100}, {119, 100}},
        down},
-      {"a limit beyond the chart is left out",
-       [](auto& t) {
-         t.thermFS1 = true;
-         t.channels[0].th1 = "125";
-       },
-       kStartRange,
-       {{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {119, 100}},
-       down},
-      {"without a limit it ends at a low maximum",
-       [](auto& t) { t.maxPwm = "60"; },
-       kStartRange,
-       {{-40, 0}, {30, 0}, {30, 25}, {41, 60}, {119, 60}},
-       down},
+      {"a limit beyond the chart is left out", "therm1 th1=125", plain, down},
+      {"without a limit it ends at a low maximum", "max=60", {{-40, 0}, {30, 0}, {30, 25}, {41, 60}, {119, 60}}, down},
       {"a maximum below the minimum",
-       [](auto& t) { t.maxPwm = "20"; },
-       kStartRange,
+       "max=20",
        {{-40, 0}, {30, 0}, {30, 20}, {30, 20}, {119, 20}},
        {{26, 0}, {26, 20}, {30, 20}}},
-      {"always on",
-       [](auto& t) { t.pwms[0].minSpeed = true; },
-       kStartRange,
-       {{-40, 25}, {30, 25}, {30, 25}, {53, 100}, {119, 100}},
+      {"always on", "on", {{-40, 25}, {30, 25}, {30, 25}, {53, 100}, {119, 100}}, {}},
+      {"always on, cut by the limit",
+       "on therm1",
+       {{-40, 25}, {30, 25}, {30, 25}, {45, 73}, {45, 100}, {119, 100}},
        {}},
+      {"always on, with a low maximum up to the limit",
+       "on therm1 max=60 th1=60",
+       {{-40, 25}, {30, 25}, {30, 25}, {41, 60}, {60, 60}, {60, 100}, {119, 100}},
+       {}},
+      {"always on, with the limit below Tmin", "on therm2 th2=-5", {{-40, 25}, {-5, 25}, {-5, 100}, {119, 100}}, {}},
+      {"flat, cut by the limit",
+       "max=20 therm2",
+       {{-40, 0}, {30, 0}, {30, 20}, {30, 20}, {50, 20}, {50, 100}, {119, 100}},
+       {{26, 0}, {26, 20}, {30, 20}}},
+      {"flat, with the limit below Tmin", "max=20 therm1 th1=20", {{-40, 0}, {20, 0}, {20, 100}, {119, 100}}, {}},
+      {"flat and always on", "max=20 on", {{-40, 20}, {30, 20}, {30, 20}, {30, 20}, {119, 20}}, {}},
+      {"from below zero",
+       "tmin=-20 min=0 max=64 range=80°C",
+       {{-40, 0}, {-20, 0}, {-20, 0}, {60, 64}, {119, 64}},
+       {{-24, 0}, {-24, 0}, {-20, 0}}},
       {"zoomed in, with the way down beyond the edge",
-       [](auto&) {},
-       {20.5, 28.25},
+       "",
        {{8, 0}, {27, 100}},
-       {{26, 0}, {26, 25}, {28, 25}}},
+       {{26, 0}, {26, 25}, {28, 25}},
+       {20.5, 28.25}},
   };
-  for (const DrawnCase& row : cases) {
-    CurveTexts texts = PlainTexts();
-    row.change(texts);
-    CurveModel model = BuildCurveModel(texts);
-    const CurvePaths paths = BuildCurvePaths(model, 0, 0, row.range);
-    EXPECT_EQ(VisibleMain(paths.main, row.range.xEnd), row.main) << row.name;
-    EXPECT_EQ(VisibleHysteresis(paths.hysteresis, row.range.xEnd), row.hysteresis) << row.name;
+  for (const Case& row : cases) {
+    for (std::size_t each = 0; each < 16; ++each) {
+      CurveModel model = BuildCurveModel(Texts(row.changes, each / 4, each % 4));
+      const CurvePaths paths = BuildCurvePaths(model, static_cast<int>(each / 4), 0, row.range);
+      EXPECT_EQ(VisibleMain(paths.main, row.range.xEnd), row.main) << row.what << " " << each;
+      EXPECT_EQ(VisibleHysteresis(paths.hysteresis, row.range.xEnd), row.hysteresis) << row.what << " " << each;
+    }
   }
 }
 
 // Ramp ends that lie half way between two degrees. The first rows tie to the even degree; in the last the single
 // precision of the line tells, worked out apart with exact fractions rounded at each stored figure.
 TEST(Curve, RoundsItsRampEndInSinglePrecision) {
-  struct Row {
-    const char* trange;
-    const char* tmin;
-    const char* min;
-    const char* max;
-    int end;
-  };
-  for (const Row& row :
-       {Row{"2°C", "20", "14", "62", 22}, Row{"6.7°C", "69", "45", "77", 72}, Row{"13.3°C", "61", "50", "82", 68},
-        Row{"26.7°C", "63", "65", "97", 76}, Row{"53.3°C", "99", "9", "41", 126}, Row{"20°C", "1", "86", "94", 3},
-        Row{"80°C", "2", "75", "81", 9}, Row{"80°C", "23", "90", "96", 31}, Row{"80°C", "6", "97", "99", 9}}) {
-    CurveTexts texts = PlainTexts();
-    texts.maxPwm = row.max;
-    texts.pwms[0].minPwm = row.min;
-    texts.channels[0].tmin = row.tmin;
-    texts.channels[0].trange = row.trange;
-    CurveModel model = BuildCurveModel(texts);
-    EXPECT_EQ(BuildCurvePaths(model, 0, 0, kStartRange).main[3].x, row.end) << row.trange << " from " << row.tmin;
+  const std::vector<std::pair<const char*, int>> cases{
+      {"range=2°C tmin=20 min=14 max=62", 22},    {"range=6.7°C tmin=69 min=45 max=77", 72},
+      {"range=13.3°C tmin=61 min=50 max=82", 68}, {"range=26.7°C tmin=63 min=65 max=97", 76},
+      {"range=53.3°C tmin=99 min=9 max=41", 126}, {"range=20°C tmin=1 min=86 max=94", 3},
+      {"range=80°C tmin=2 min=75 max=81", 9},     {"range=80°C tmin=23 min=90 max=96", 31},
+      {"range=80°C tmin=6 min=97 max=99", 9}};
+  for (const auto& [changes, end] : cases) {
+    CurveModel model = BuildCurveModel(Texts(changes));
+    EXPECT_EQ(BuildCurvePaths(model, 0, 0, kStartRange).main[3].x, end) << changes;
   }
 }
 
 TEST(Curve, TakesItsSourcesAndNumbersFromTheTexts) {
-  CurveTexts texts = PlainTexts();
-  texts.maxPwm = "82.5x";
-  const std::vector<std::pair<std::string, std::vector<std::string>>> controls{
-      {"Remote1", {"Remote1"}},
-      {"Max of Local/Remote3", {"Local", "Remote3"}},
-      {"Max of 4 Channels", {"Local", "Remote1", "Remote2", "Remote3"}},
-      {"Off", {}},
+  CurveTexts texts = Texts("max=82.5x");
+  const std::vector<std::pair<std::string, std::string>> controls{
+      {"Remote1", "Remote1 "},
+      {"Max of Local/Remote3", "Local Remote3 "},
+      {"Max of 4 Channels", "Local Remote1 Remote2 Remote3 "},
+      {"Off", ""},
   };
   for (std::size_t p = 0; p < controls.size(); ++p) texts.pwms[p] = {controls[p].first, "27.5", p == 1};
   for (auto& channel : texts.channels) channel = {"-12.5", "53.3°C", "99999", "-99999", "none"};
@@ -157,136 +140,19 @@ TEST(Curve, TakesItsSourcesAndNumbersFromTheTexts) {
   const CurveModel model = BuildCurveModel(texts);
   EXPECT_EQ(model.MaxDuty, 82) << "half to even";
   for (std::size_t p = 0; p < controls.size(); ++p) {
-    std::vector<std::string> names;
-    for (std::int16_t s = 0; s < model.Pwm[p].SourceCount; ++s) {
-      names.push_back(model.Pwm[p].Sources[static_cast<std::size_t>(s)].Name);
-    }
+    std::string names;
+    for (const CurveSource& source : model.Pwm[p].Sources) names += source.Name + (source.Channel == 0 ? "" : " ");
     EXPECT_EQ(names, controls[p].second) << controls[p].first;
     EXPECT_EQ(model.Pwm[p].MinDuty, 28);
     EXPECT_EQ(model.Pwm[p].AlwaysOn, p == 1);
   }
-  std::vector<int> tmins;
-  for (const CurveSource& source : model.Pwm[2].Sources) tmins.push_back(source.Tmin);
-  EXPECT_EQ(tmins, (std::vector<int>{-12, 2, 3, -12})) << "the chip's own on Remote1 and Remote2";
-  const CurveSource& local = model.Pwm[2].Sources[0];
-  EXPECT_EQ(local.Trange, 53);
-  EXPECT_EQ(local.TminHyst, 32767) << "limited to 16 bits";
-  EXPECT_EQ(local.Therm1Limit, -32768);
-  EXPECT_EQ(local.Therm2Limit, 0);
-  EXPECT_EQ(model.Pwm[3].Sources[0].Channel, 0);
-}
-
-// ---- The curve once more, in whole numbers and fractions of 64 alone: the line from (Tmin, MinDuty) rises 64 percent
-// in Trange degrees, so it meets MaxDuty (MaxDuty - MinDuty) * Trange / 64 degrees further on.
-
-struct Chosen {
-  int max, min, tmin, hyst, trange, th1, th2;
-  bool use1, use2, on;
-};
-
-int Nearest(std::int64_t numerator, std::int64_t denominator) {
-  std::int64_t low = numerator / denominator;
-  if (numerator % denominator != 0 && (numerator < 0) != (denominator < 0)) --low;
-  const std::int64_t rest = numerator - low * denominator;
-  if (2 * rest > denominator || (2 * rest == denominator && low % 2 != 0)) ++low;
-  return static_cast<int>(low);
-}
-
-struct Expected {
-  std::string shape;
-  bool tie = false;  ///< single precision decides
-  DrawPath main, hysteresis;
-};
-
-Expected Reference(const Chosen& c, int left, int right) {
-  Expected out;
-  const int limit = std::min(c.use1 ? c.th1 : 1000, c.use2 ? c.th2 : (c.use1 ? c.th1 : 1000));
-  const bool flat = c.max <= c.min;
-  const int low = flat ? c.max : c.min;
-  const int base = c.on ? low : 0;
-  const std::int64_t end64 = c.tmin * std::int64_t{64} + (flat ? 0 : (c.max - c.min) * std::int64_t{c.trange});
-  const std::int64_t rest = ((end64 % 64) + 64) % 64;
-  out.tie = !flat && rest == 32;
-  const auto add = [&out](int x, int y) { out.main.push_back({x, y}); };
-  if (end64 <= limit * std::int64_t{64}) {
-    out.tie = out.tie || (!flat && end64 == limit * std::int64_t{64});
-    out.shape = limit == 1000 ? "A open" : "A";
-    add(left, base), add(c.tmin, base), add(c.tmin, low), add(Nearest(end64, 64), c.max);
-    add(limit, c.max), add(limit, 100), add(right, limit == 1000 ? c.max : 100);
-  } else if (limit > c.tmin) {
-    out.shape = "B";
-    add(left, base), add(c.tmin, base), add(c.tmin, low);
-    add(limit, Nearest(c.min * std::int64_t{c.trange} + (limit - c.tmin) * std::int64_t{64}, c.trange));
-    add(limit, 100), add(right, 100);
-  } else {
-    out.shape = "C";
-    add(left, base), add(limit, base), add(limit, 100), add(right, 100);
-  }
-  if (!c.on && out.shape != "C") {
-    out.hysteresis = {{c.tmin - c.hyst, 0}, {c.tmin - c.hyst, low}, {c.tmin, low}};
-  }
-  if (flat) out.shape += " flat";
-  if (c.on) out.shape += " on";
-  return out;
-}
-
-/// What a path looks like when it is drawn: a point on top of the one before adds nothing.
-DrawPath Line(DrawPath path) {
-  path.erase(std::unique(path.begin(), path.end()), path.end());
-  return path;
-}
-
-TEST(Curve, AgreesWithAnIndependentCalculation) {
-  std::mt19937 random(4718);
-  const auto pick = [&random](int from, int to) { return std::uniform_int_distribution<int>(from, to)(random); };
-  const std::array<int, 16> tranges{2, 2, 3, 4, 5, 7, 8, 10, 13, 16, 20, 27, 32, 40, 53, 80};
-  std::map<std::string, int> shapes;
-  int ties = 0;
-  for (int round = 0; round < 20000; ++round) {
-    const auto item = static_cast<std::size_t>(pick(0, 15));
-    const Chosen c{pick(0, 100),   pick(0, 100),   pick(-64, 120),  pick(0, 15),     tranges[item],
-                   pick(-64, 140), pick(-64, 140), pick(0, 1) == 1, pick(0, 1) == 1, pick(0, 2) == 0};
-    const int span2 = pick(10, 600);
-    const int end2 = pick(-40, 400);  // in half degrees
-    const ChartRange range{span2 / 2.0, end2 / 2.0};
-    const Expected expected = Reference(c, Nearest(end2 - span2, 2), Nearest(end2 - 2, 2));
-
-    const int pwm = pick(0, 3);
-    const auto channel = static_cast<std::size_t>(pick(0, 3));
-    CurveTexts texts = PlainTexts();
-    texts.maxPwm = std::to_string(c.max);
-    texts.thermFS1 = c.use1;
-    texts.thermFS2 = c.use2;
-    texts.pwms[static_cast<std::size_t>(pwm)] = {kControlItems[channel], std::to_string(c.min), c.on};
-    texts.channels[channel] = {std::to_string(c.tmin), kTrangeItems[item], std::to_string(c.hyst),
-                               std::to_string(c.th1), std::to_string(c.th2)};
-    texts.polledTmin[channel] = static_cast<std::int16_t>(c.tmin);
-    CurveModel model = BuildCurveModel(texts);
-    CurvePaths paths = BuildCurvePaths(model, pwm, 0, range);
-
-    SCOPED_TRACE(testing::Message() << "round " << round << " shape " << expected.shape);
-    if (expected.tie) {
-      ++ties;
-      // The ramp's end may stand on either side, by one degree; what is drawn goes on the same from there.
-      EXPECT_NEAR(Line(paths.main)[3].x, Line(expected.main)[3].x, 1);
-    } else {
-      ++shapes[expected.shape];
-      EXPECT_EQ(paths.main, expected.main);
-    }
-    EXPECT_EQ(paths.hysteresis, expected.hysteresis);
-    for (const CurvePoint& point : VisibleMain(paths.main, range.xEnd)) EXPECT_LE(point.x, range.xEnd);
-    for (const CurvePoint& point : VisibleHysteresis(paths.hysteresis, range.xEnd)) {
-      EXPECT_LE(point.x, Nearest(end2, 2));
-    }
-    if (testing::Test::HasFailure()) return;
-  }
-  for (const char* shape : {"A", "A open", "B", "C", "A flat", "A open flat", "C flat", "A on", "A open on", "B on",
-                            "C on", "A flat on", "A open flat on", "C flat on"}) {
-    EXPECT_GE(shapes[shape], 100) << shape;
-    RecordProperty(shape, shapes[shape]);
-  }
-  EXPECT_EQ(shapes.size(), 14U);
-  EXPECT_LT(ties, 1200);
+  const auto& sources = model.Pwm[2].Sources;
+  EXPECT_EQ((std::array{sources[0].Tmin, sources[1].Tmin, sources[2].Tmin, sources[3].Tmin}),
+            (std::array<std::int16_t, 4>{-12, 2, 3, -12}))
+      << "the chip's own on Remote1 and Remote2";
+  EXPECT_EQ((std::array{sources[0].Trange, sources[0].TminHyst, sources[0].Therm1Limit, sources[0].Therm2Limit}),
+            (std::array<std::int16_t, 4>{53, 32767, -32768, 0}))
+      << "limited to 16 bits";
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include "chip/Measurements.h"
 #include "link/Declarations.h"
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 #include "windows/SharedState.h"
 #include "windows/fancontrol/Demo.h"
 #include "windows/fancontrol/DynTminModel.h"
@@ -10,40 +10,29 @@
 namespace zth::testing {
 namespace {
 
-/// What the set-up sends to a chip whose registers all hold `before`, without the board's switches.
-Traffic SetUpTraffic(int before) {
-  const auto change = [before](int reg, int keep, int set) { return Concat(R(reg), W(reg, (before & keep) | set)); };
-  // A write to a PWM's configuration is followed by the look at its manual flag.
-  const auto pwm = [&](int reg) { return Concat(change(reg, 0x1F, 0x40), R(reg)); };
-  // A register that is changed twice is read again in between.
-  const auto twice = [before](int reg, int keep1, int set1, int keep2, int set2) {
-    const int between = (before & keep1) | set1;
-    return Concat(R(reg), W(reg, between), R(reg), W(reg, (between & keep2) | set2));
-  };
-  const int tmin = (before & 0xF0) | 0x02;
-  return Concat(pwm(0x21), pwm(0x22), pwm(0x23), pwm(0x24),                                     //
-                change(0x0D, 0xFF, 0x02), W(0x2C, 0xFF),                                        //
-                change(0x02, 0x3F, 0x40), change(0x07, 0xF0, 0x0F),                             //
-                twice(0x0F, 0xFF, 0x08, 0xFF, 0x01),                                            //
-                change(0x30, 0xFF, 0x90), change(0x33, 0xFF, 0x20),                             //
-                twice(0x0B, 0xFF, 0x02, 0xFF, 0x20),                                            //
-                change(0x64, 0x0F, 0x20),                                                       //
-                R(0x62), W(0x62, tmin), W(0x52, 0x9A), R(0x62), W(0x62, (tmin & 0x0F) | 0xB0),  //
-                W(0x5B, 0x95), W(0x5E, 0x68), W(0x46, 0x5F), W(0x4A, 0x6D),                     //
-                change(0x01, 0x0F, 0x20));
-}
+// On a chip of zeros. A write to a PWM's configuration is followed by the look at its manual flag; a register that is
+// changed twice is read again in between.
+constexpr char kOnZeros[] =
+    "R21 W21=40 R21 R22 W22=40 R22 R23 W23=40 R23 R24 W24=40 R24 R0D W0D=02 W2C=FF R02 W02=40 R07 W07=0F R0F W0F=08 "
+    "R0F "
+    "W0F=09 R30 W30=90 R33 W33=20 R0B W0B=02 R0B W0B=22 R64 W64=20 R62 W62=02 W52=9A R62 W62=B2 W5B=95 W5E=68 W46=5F "
+    "W4A=6D R01 W01=20";
+// On a chip of ones the same transfers, by which the bits that stay are seen.
+constexpr char kOnOnes[] =
+    "R21 W21=5F R21 R22 W22=5F R22 R23 W23=5F R23 R24 W24=5F R24 R0D W0D=FF W2C=FF R02 W02=7F R07 W07=FF R0F W0F=FF "
+    "R0F "
+    "W0F=FF R30 W30=FF R33 W33=FF R0B W0B=FF R0B W0B=FF R64 W64=2F R62 W62=F2 W52=9A R62 W62=B2 W5B=95 W5E=68 W46=5F "
+    "W4A=6D R01 W01=2F";
 
 TEST(Demo, SetsTheBoardUpToTheByteOnBothLinks) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
-    for (const int before : {0x00, 0xFF, 0xA5, 0x5A}) {
+    for (const bool ones : {false, true}) {
       Desk desk(buses);
       desk.Start();
-      desk.board.Chip().fill(static_cast<std::uint8_t>(before));
+      desk.board.Chip().fill(ones ? 0xFF : 0x00);
       desk.board.ports[0x4A] = 0xBF;
       windows::SetUpDemo();
-      const bool usb = buses == Desk::Buses::Usb;
-      const Traffic switches = usb ? Traffic{"usb P 4A", "usb D 4A=BC"} : Traffic{};
-      EXPECT_EQ(desk.board.TakeTraffic(), Concat(switches, SetUpTraffic(before))) << usb << " " << before;
+      EXPECT_EQ(desk.board.TakeTraffic(), Concat(T("P4A D4A=BC"), T(ones ? kOnOnes : kOnZeros))) << ones;
     }
   }
 }
@@ -52,19 +41,12 @@ TEST(Demo, SetsTheBoardUpToTheByteOnBothLinks) {
 // writes back what has just been read, 0x64 whole.
 TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBack) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
-    Desk desk(buses);
-    desk.Start();
-    desk.board.Chip().fill(0);
+    WindowDesk desk("frmDynamicTmin", buses, [](Desk& each) { each.board.Chip().fill(0); });
     desk.board.ports[0x4A] = 0x3F;
-    auto& window = desk.Open("frmDynamicTmin");
-    desk.board.TakeTraffic();
-    Desk::Press(window, "cmdDemo");
-    const Traffic switches = buses == Desk::Buses::Usb ? Traffic{"usb P 4A", "usb D 4A=3C"} : Traffic{};
-    const Traffic reload = Concat(B(0x0B, 2), R(0x0B), W(0x0B, 0x22), R(0x0B), W(0x0B, 0x22),  //
-                                  B(0x5A, 2), W(0x5B, 0x95), B(0x5D, 2), W(0x5E, 0x68),        //
-                                  B(0x45, 2), W(0x46, 0x5F), B(0x49, 2), W(0x4A, 0x6D),        //
-                                  B(0x64, 1), W(0x64, 0x20));
-    EXPECT_EQ(desk.board.TakeTraffic(), Concat(switches, SetUpTraffic(0), reload));
+    EXPECT_EQ(
+        desk.Sent("cmdDemo"),
+        Concat(T("P4A D4A=3C"), T(kOnZeros),
+               T("B0B+2 R0B W0B=22 R0B W0B=22 B5A+2 W5B=95 B5D+2 W5E=68 B45+2 W46=5F B49+2 W4A=6D B64+1 W64=20")));
     EXPECT_TRUE(windows::DemoRunning);
   }
 }
@@ -99,10 +81,9 @@ TEST(Demo, AFailureAtAnyOtherTransferEndsTheProgramThere) {
 
 /// Registers of Remote2: a temperature, and the state that dynamic Tmin is drawn by.
 void PutRemote2(Desk& desk, int quarters) {
-  auto& chip = desk.board.Chip();
-  chip[0x8C] = static_cast<std::uint8_t>((quarters % 4) * 64);
-  chip[0x8D] = static_cast<std::uint8_t>(64 + quarters / 4);
-  chip[0x5E] = 0x68, chip[0x5B] = 0x95, chip[0x46] = 0x5F, chip[0x4A] = 0x6D;
+  Put(desk.board.Chip(), "5E=68 5B=95 46=5F 4A=6D");
+  desk.board.Chip()[0x8C] = static_cast<std::uint8_t>((quarters % 4) * 64);
+  desk.board.Chip()[0x8D] = static_cast<std::uint8_t>(64 + quarters / 4);
 }
 
 TEST(Demo, LiftsRemote2ForTheMonitorAndNotForTheLog) {
@@ -113,10 +94,8 @@ TEST(Demo, LiftsRemote2ForTheMonitorAndNotForTheLog) {
   desk.Advance(3000);
   const auto& live = chip::Measurements;
   EXPECT_EQ(live.Temperature[2], 35.0F);
-  EXPECT_EQ(live.PolledTmin[2], 55);
-  EXPECT_EQ(live.PolledOpPoint[2], 100);
-  EXPECT_EQ(live.PolledLowLimit[2], 46);
-  EXPECT_EQ(live.PolledHighLimit[2], 60);
+  EXPECT_EQ((std::array{live.PolledTmin[2], live.PolledOpPoint[2], live.PolledLowLimit[2], live.PolledHighLimit[2]}),
+            (std::array<std::int16_t, 4>{55, 100, 46, 60}));
   EXPECT_EQ(live.PolledTmin[1], desk.board.Chip()[0x5D] - 64) << "Remote1 stays";
   EXPECT_EQ(chip::LogChannelTable[2].Value, 20.0F);
   EXPECT_EQ(chip::LogChannelTable[41].Value, 40.0F);
@@ -127,14 +106,6 @@ TEST(Demo, LiftsRemote2ForTheMonitorAndNotForTheLog) {
   EXPECT_EQ(live.PolledTmin[2], 40);
 }
 
-Traffic LimitWrites(Desk& desk) {
-  Traffic writes;
-  for (const std::string& transfer : desk.board.TakeTraffic()) {
-    if (transfer.find(" W ") != std::string::npos) writes.push_back(transfer);
-  }
-  return writes;
-}
-
 TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     Desk desk(buses);
@@ -143,10 +114,10 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     windows::DemoRunning = true;
     PutRemote2(desk, 4 * 34 + 3);
     desk.Advance(3000);
-    EXPECT_EQ(LimitWrites(desk), Traffic{}) << "34.75 degrees are not enough";
+    EXPECT_EQ(Writes(desk.board.TakeTraffic()), Traffic{}) << "34.75 degrees are not enough";
     PutRemote2(desk, 4 * 35);
     desk.Advance(1500);
-    EXPECT_EQ(LimitWrites(desk), Concat(W(0x52, 0x40), W(0x52, 0x9A)));
+    EXPECT_EQ(Writes(desk.board.TakeTraffic()), T("W52=40 W52=9A"));
     EXPECT_EQ(desk.clock.waitedMs - waited, 500);
     EXPECT_TRUE(windows::DemoThermTripped);
     // Stopping and running again brings no second one.
@@ -154,7 +125,7 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     desk.Advance(1000);
     windows::DemoRunning = true;
     desk.Advance(3000);
-    EXPECT_EQ(LimitWrites(desk), Traffic{});
+    EXPECT_EQ(Writes(desk.board.TakeTraffic()), Traffic{});
     EXPECT_EQ(desk.clock.waitedMs - waited, 500);
   }
 }
@@ -177,20 +148,20 @@ TEST(Demo, AFailureInThePulseEndsTheProgram) {
 TEST(DutyTraces, AreTheFansThatAChannelDrives) {
   struct Row {
     std::array<std::uint8_t, 4> configs;
-    std::vector<int> remote1, remote2;
+    const char* remote1;
+    const char* remote2;
   };
-  for (const Row& row :
-       {Row{{0x20, 0x40, 0xC0, 0xA0}, {0, 2}, {1, 2}}, Row{{0xC0, 0xDF, 0xC1, 0xC2}, {0, 1, 2, 3}, {0, 1, 2, 3}},
-        Row{{0x00, 0x60, 0x80, 0xE0}, {}, {}}, Row{{0xE0, 0x3F, 0x5F, 0x20}, {1, 3}, {2}}}) {
+  for (const Row& row : {Row{{0x20, 0x40, 0xC0, 0xA0}, "PWM1 PWM3 ", "PWM2 PWM3 "},
+                         Row{{0xC0, 0xDF, 0xC1, 0xC2}, "PWM1 PWM2 PWM3 PWM4 ", "PWM1 PWM2 PWM3 PWM4 "},
+                         Row{{0x00, 0x60, 0x80, 0xE0}, "", ""}, Row{{0xE0, 0x3F, 0x5F, 0x20}, "PWM2 PWM4 ", "PWM3 "}}) {
     const auto lists = windows::ListDutyTraces(row.configs);
     for (std::size_t channel = 0; channel < 2; ++channel) {
-      const auto& wanted = channel == 0 ? row.remote1 : row.remote2;
-      std::vector<int> pwms;
+      QString names;
       for (std::size_t k = 0; k < static_cast<std::size_t>(lists[channel].Count); ++k) {
-        pwms.push_back(lists[channel].Pwm[k]);
-        EXPECT_EQ(lists[channel].Name[k], QString("PWM%1").arg(pwms.back() + 1));
+        names += lists[channel].Name[k] + " ";
+        EXPECT_EQ(lists[channel].Name[k], QString("PWM%1").arg(lists[channel].Pwm[k] + 1));
       }
-      EXPECT_EQ(pwms, wanted);
+      EXPECT_EQ(names, channel == 0 ? row.remote1 : row.remote2);
     }
   }
 }

@@ -1,202 +1,142 @@
-#include <QLineEdit>
 #include <QTabWidget>
 #include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
-#include "tests/support/Desk.h"
 #include "tests/windows/fancontrol/LiveCases.h"
-#include "widgets/Strip.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
 namespace {
 
-widgets::Strip& Chart(const QWidget& window, int channel) {
-  return Desk::Get<widgets::Strip>(window, QString("Strip2(%1)").arg(channel));
+widgets::Strip& Chart(const WindowDesk& desk, int channel) {
+  return Desk::Get<widgets::Strip>(*desk.window, QString("Strip2(%1)").arg(channel));
 }
 
-double Newest(const QWidget& window, int channel, int trace) {
-  const QVariantList points = Chart(window, channel).TracePoints(trace);
-  return points.isEmpty() ? -999 : points.back().toList()[1].toDouble();
+double Newest(const WindowDesk& desk, int channel, int trace) {
+  const Points points = PointsOf(Chart(desk, channel), trace);
+  return points.empty() ? -999 : points.back().second;
 }
 
-QString LabelText(const QWidget& window, int channel, int slot) {
-  Chart(window, channel).SetLabelIndex(slot);
-  return Chart(window, channel).Caption();
+float LabelTop(const WindowDesk& desk, int channel, int slot) {
+  Chart(desk, channel).SetLabelIndex(slot);
+  return Chart(desk, channel).LabelTop();
 }
 
-float LabelTop(const QWidget& window, int channel, int slot) {
-  Chart(window, channel).SetLabelIndex(slot);
-  return Chart(window, channel).LabelTop();
+/// The first chart shows, the second, or both: "10", "01", "11".
+std::string Shown(const WindowDesk& desk) {
+  return std::string(Chart(desk, 0).isHidden() ? "0" : "1") + (Chart(desk, 1).isHidden() ? "0" : "1");
 }
 
-Traffic LoadTransfers() {
-  return Concat(B(0x0B, 2), B(0x5A, 2), B(0x5D, 2), B(0x45, 2), B(0x49, 2), B(0x64, 1));
-}
-
-TEST(DynamicTmin, LoadReadsInOrderAndWritesNothing) {
-  for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
-    for (const int fill : {0x00, 0xFF, 0xA5}) {
-      Desk desk(buses);
-      desk.Start();
-      desk.board.Chip().fill(static_cast<std::uint8_t>(fill));
-      const auto& window = desk.Open("frmDynamicTmin");
-      EXPECT_EQ(desk.board.TakeTraffic(), LoadTransfers()) << fill;
-      EXPECT_TRUE(windows::DynTminOpen);
-      EXPECT_EQ(Desk::Checked(window, "chkConLoop"), fill != 0xFF) << "ticked when the bit is 0";
-      EXPECT_EQ(Desk::Checked(window, "chkLoadOp1Th2"), fill == 0xFF);
-      EXPECT_EQ(Desk::Picked(window, "cmbCycle(0)"), fill & 7);
-      EXPECT_EQ(Desk::Picked(window, "cmbCycle(1)"), fill >> 3 & 7);
-      EXPECT_EQ(Desk::Text(window, "txtR2OpPoint"), QString::number(fill - 64));
-      EXPECT_EQ(Desk::Text(window, "txtOpPointHyst"), QString::number(fill >> 4));
-    }
-  }
+TEST(DynamicTmin, ShowsWhatTheRegistersHold) {
+  const WindowDesk desk("frmDynamicTmin", "0B=15 0C=1D 5A=41 5B=42 5D=43 5E=44 45=45 46=46 49=47 4A=48 64=90");
+  EXPECT_EQ(desk.Held("chkEnDynR1 chkEnDynR2 chkLoadOp1Th1 chkLoadOp2Th1 chkLoadOp1Th2 chkLoadOp2Th2"), "1|0|1|0|1|0");
+  EXPECT_EQ(desk.Held("chkConLoop cmbCycle(0..1) txtOpPointHyst"), "1|5|3|9")
+      << "the loop is ticked while its bit is 0";
+  EXPECT_EQ(desk.Held("txtR1OpPoint txtR2OpPoint txtTmin(0..1) txtLowLim(0..1) txtHighLim(0..1)"), "1|2|3|4|5|6|7|8");
 }
 
 TEST(DynamicTmin, EachControlWritesItsOwnBitsAtOnce) {
-  const auto type = [](const char* box, const char* text) {
-    return [box, text](const QWidget& window) { Desk::Type(window, box, text); };
-  };
-  const auto click = [](const char* box) { return [box](const QWidget& window) { Desk::Press(window, box); }; };
-  const auto pick = [](const char* list, int item) {
-    return [list, item](const QWidget& window) { Desk::Pick(window, list, item); };
-  };
-  const auto writes = [](int reg, int value) { return [=] { return Concat(W(reg, value)); }; };
-  const auto changes = [](int reg, int value) { return [=] { return Concat(R(reg), W(reg, value)); }; };
   RunLiveCases("frmDynamicTmin", 0xA5,
                {
-                   {"enable Remote1", click("chkEnDynR1"), changes(0x0B, 0xA4)},
-                   {"enable Remote2", click("chkEnDynR2"), changes(0x0B, 0xA7)},
-                   {"Remote1 on THERM1", click("chkLoadOp1Th1"), changes(0x0B, 0xA1)},
-                   {"Remote2 on THERM1", click("chkLoadOp2Th1"), changes(0x0B, 0xAD)},
-                   {"Remote1 on THERM2", click("chkLoadOp1Th2"), changes(0x0B, 0xB5)},
-                   {"Remote2 on THERM2", click("chkLoadOp2Th2"), changes(0x0B, 0x85)},
-                   {"control loop unticked sets its bit", click("chkConLoop"), changes(0x0C, 0xE5)},
-                   {"cycle of Remote1", pick("cmbCycle(0)", 2), changes(0x0C, 0xA2)},
-                   {"cycle of Remote2", pick("cmbCycle(1)", 7), changes(0x0C, 0xBD)},
-                   {"op-point 1", type("txtR1OpPoint", "85"), writes(0x5A, 149)},
-                   {"op-point 2 cleared", type("txtR2OpPoint", ""), writes(0x5B, 0x40)},
-                   {"Tmin 1", type("txtTmin(0)", "2.5"), writes(0x5D, 66)},
-                   {"Tmin 2", type("txtTmin(1)", "999"), writes(0x5E, 255)},
-                   {"low limit", type("txtLowLim(1)", "-70"), writes(0x46, 0)},
-                   {"high limit", type("txtHighLim(0)", "60"), writes(0x49, 124)},
-                   {"hysteresis, whole and without a read", type("txtOpPointHyst", "18"), writes(0x64, 0x20)},
+                   {"chkEnDynR1", "R0B W0B=A4"},
+                   {"chkEnDynR2", "R0B W0B=A7"},
+                   {"chkLoadOp1Th1", "R0B W0B=A1"},
+                   {"chkLoadOp2Th1", "R0B W0B=AD"},
+                   {"chkLoadOp1Th2", "R0B W0B=B5"},
+                   {"chkLoadOp2Th2", "R0B W0B=85"},
+                   {"chkConLoop", "R0C W0C=E5", "unticked it sets its bit"},
+                   {"cmbCycle(0)=2", "R0C W0C=A2"},
+                   {"cmbCycle(1)=7", "R0C W0C=BD"},
+                   {"txtR1OpPoint=85", "W5A=95"},
+                   {"txtR2OpPoint=", "W5B=40"},
+                   {"txtTmin(0)=2.5", "W5D=42"},
+                   {"txtTmin(1)=999", "W5E=FF"},
+                   {"txtLowLim(1)=-70", "W46=00"},
+                   {"txtHighLim(0)=60", "W49=7C"},
+                   {"txtOpPointHyst=18", "W64=20", "whole and without a read"},
                });
 }
 
 TEST(DynamicTmin, ShowsTheChartOfTheTab) {
-  Desk desk;
-  desk.Start();
-  chip::PinFunctions.D1 = true;
-  const auto& window = desk.Open("frmDynamicTmin");
-  EXPECT_FALSE(Chart(window, 0).isHidden());
-  EXPECT_TRUE(Chart(window, 1).isHidden());
-  auto& tabs = Desk::Get<QTabWidget>(window, "SSTab1");
-  tabs.setCurrentIndex(1);
-  EXPECT_TRUE(Chart(window, 0).isHidden());
-  EXPECT_FALSE(Chart(window, 1).isHidden());
-  EXPECT_EQ(desk.board.TakeTraffic(), LoadTransfers());
+  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::PinFunctions.D1 = true; });
+  EXPECT_EQ(Shown(desk), "10");
+  EXPECT_EQ(desk.Sent("SSTab1=1"), Traffic{});
+  EXPECT_EQ(Shown(desk), "01");
   // The chart reaches the right edge and leaves 600 twips below it.
-  EXPECT_EQ(Chart(window, 1).geometry().right() + 1, window.width());
-  EXPECT_EQ(window.height() - Chart(window, 1).geometry().bottom() - 1, 40);
+  EXPECT_EQ(Chart(desk, 1).geometry().right() + 1, desk.window->width());
+  EXPECT_EQ(desk.window->height() - Chart(desk, 1).geometry().bottom() - 1, 40);
 }
 
 TEST(DynamicTmin, WithoutRemote1OnlyTheSecondTabIsThere) {
-  Desk desk;
-  desk.Start();
-  chip::PinFunctions.D1 = false;
-  const auto& window = desk.Open("frmDynamicTmin");
-  auto& tabs = Desk::Get<QTabWidget>(window, "SSTab1");
+  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::PinFunctions.D1 = false; });
+  const auto& tabs = Desk::Get<QTabWidget>(*desk.window, "SSTab1");
   EXPECT_EQ(tabs.currentIndex(), 1);
   EXPECT_FALSE(tabs.isTabEnabled(0));
   EXPECT_EQ(tabs.tabText(0), "R1 not enabled");
-  EXPECT_FALSE(Chart(window, 1).isHidden());
+  EXPECT_EQ(Shown(desk), "01");
   desk.Advance(1000);
-  EXPECT_FALSE(Chart(window, 0).TracePoints(0).isEmpty()) << "fed all the same";
+  EXPECT_NE(PointsOf(Chart(desk, 0), 0), Points{}) << "fed all the same";
 }
 
 TEST(DynamicTmin, FeedsBothChartsAndPlacesTheirNames) {
-  Desk desk;
-  desk.Start();
-  auto& chip = desk.board.Chip();
-  for (const int reg : {0x21, 0x22, 0x23, 0x24}) chip[static_cast<std::size_t>(reg)] = 0xE0;
-  chip[0x21] = 0x20, chip[0x23] = 0xC0, chip[0x64] = 0x30;
-  chip[0x8A] = 0x80, chip[0x8B] = 64 + 50;  // 50.5 degrees
-  chip[0x8D] = 64 + 90;                     // beyond the second chart's axis
-  chip[0x5A] = 64 + 80, chip[0x5D] = 64 + 40, chip[0x49] = 64 + 110, chip[0x45] = 64 - 10;
-  chip[0x5B] = 64 + 30, chip[0xAA] = 51, chip[0xAC] = 102;
-  const auto& window = desk.Open("frmDynamicTmin");
+  // 50.5 degrees, and on Remote2 90, which is beyond the second chart's axis.
+  WindowDesk desk("frmDynamicTmin",
+                  "21=20 22=E0 23=C0 24=E0 64=30 8A=80 8B=72 8D=9A 5A=90 5D=68 49=AE 45=36 5B=5E AA=33 AC=66");
   desk.Advance(2000);
   const std::vector<double> remote1{50.5, 80, 40, 110, -10, 20, 40, 0, 0, 77};
   for (int trace = 0; trace < 10; ++trace) {
-    EXPECT_EQ(Newest(window, 0, trace), remote1[static_cast<std::size_t>(trace)]) << trace;
+    EXPECT_EQ(Newest(desk, 0, trace), remote1[static_cast<std::size_t>(trace)]) << trace;
   }
-  EXPECT_EQ(Newest(window, 1, 5), 40) << "a PWM by the hottest of all stands in both";
-  EXPECT_NEAR(LabelTop(window, 0, 1), 0.31, 1e-5) << "50.5 rounds to 50";
-  EXPECT_FLOAT_EQ(LabelTop(window, 0, 4), 0.03F);
-  EXPECT_FLOAT_EQ(LabelTop(window, 0, 5), 0.59F);
-  EXPECT_FLOAT_EQ(LabelTop(window, 1, 1), 0.03F) << "parked at the top";
-  EXPECT_EQ(LabelText(window, 0, 6), "PWM1");
-  EXPECT_EQ(LabelText(window, 0, 7), "PWM3");
-  EXPECT_EQ(LabelText(window, 0, 8), "");
-  EXPECT_EQ(LabelText(window, 1, 6), "PWM3");
+  EXPECT_EQ(Newest(desk, 1, 5), 40) << "a PWM by the hottest of all stands in both";
+  EXPECT_NEAR(LabelTop(desk, 0, 1), 0.31, 1e-5) << "50.5 rounds to 50";
+  EXPECT_FLOAT_EQ(LabelTop(desk, 0, 4), 0.03F);
+  EXPECT_FLOAT_EQ(LabelTop(desk, 0, 5), 0.59F);
+  EXPECT_FLOAT_EQ(LabelTop(desk, 1, 1), 0.03F) << "parked at the top";
+  EXPECT_EQ(Captions(Chart(desk, 0), 6, 8), "PWM1|PWM3|");
+  EXPECT_EQ(Captions(Chart(desk, 1), 6, 6), "PWM3");
 
   // To manual in another window: the rest moves up, and nobody is left for Remote2.
-  chip[0x23] = 0xE0;
+  Put(desk.board.Chip(), "23=E0");
   desk.Advance(150);
-  EXPECT_EQ(LabelText(window, 0, 7), "");
-  EXPECT_EQ(Newest(window, 0, 6), 0);
-  EXPECT_EQ(LabelText(window, 1, 6), "No fans controlled by Remote2");
-  for (const int reg : {0x21, 0x22, 0x23, 0x24}) chip[static_cast<std::size_t>(reg)] = 0xC0;
+  EXPECT_EQ(Captions(Chart(desk, 0), 7, 7), "");
+  EXPECT_EQ(Newest(desk, 0, 6), 0);
+  EXPECT_EQ(Captions(Chart(desk, 1), 6, 6), "No fans controlled by Remote2");
+  Put(desk.board.Chip(), "21..24=C0");
   desk.Advance(150);
-  EXPECT_EQ(LabelText(window, 1, 11), "PWM4");
-  Desk::Type(window, "txtOpPointHyst", "");
+  EXPECT_EQ(Captions(Chart(desk, 1), 11, 11), "PWM4");
+  desk.Do("txtOpPointHyst=");
   desk.Advance(150);
-  EXPECT_EQ(Newest(window, 0, 9), Newest(window, 0, 1));
+  EXPECT_EQ(Newest(desk, 0, 9), Newest(desk, 0, 1));
 }
 
 TEST(DynamicTmin, ARefreshReadsTheFourBehavioursAndNothingElse) {
-  Desk desk;
-  desk.Start();
+  WindowDesk desk("frmDynamicTmin");
   chip::PollEnabled = false;
-  desk.Open("frmDynamicTmin");
-  desk.board.TakeTraffic();
   desk.Advance(60);
-  EXPECT_EQ(desk.board.TakeTraffic(), Concat(B(0x21, 4)));
+  EXPECT_EQ(desk.board.TakeTraffic(), B(0x21, 4));
   // The legend keeps below the lower zone's top wherever the user puts it.
-  auto& chart = Chart(*desk.Main().FindWindow("frmDynamicTmin"), 0);
-  chart.SetAxisIndex(1);
-  chart.SetAxisAreaTop(0.4);
-  const double top = chart.AxisAreaTop();
+  Chart(desk, 0).SetAxisIndex(1);
+  Chart(desk, 0).SetAxisAreaTop(0.4);
+  const double top = Chart(desk, 0).AxisAreaTop();
   for (const auto& [slot, below] : std::vector<std::pair<int, double>>{{6, 0.04}, {7, 0.06}, {8, 0.08}, {11, 0.1}}) {
-    EXPECT_NEAR(LabelTop(*desk.Main().FindWindow("frmDynamicTmin"), 0, slot), top + below, 1e-5) << slot;
+    EXPECT_NEAR(LabelTop(desk, 0, slot), top + below, 1e-5) << slot;
   }
 }
 
 TEST(DynamicTmin, TheDemoShowsRemote2AndOutlivesTheWindow) {
-  Desk desk;
-  desk.Start();
-  chip::PinFunctions.D1 = true;
-  auto& window = desk.Open("frmDynamicTmin");
+  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::PinFunctions.D1 = true; });
   desk.Advance(500);
-  Desk::Press(window, "cmdDemo");
+  desk.Do("cmdDemo");
   EXPECT_TRUE(windows::DemoRunning);
-  EXPECT_EQ(Desk::Text(window, "cmdDemo").remove('&'), "Stop...");
-  EXPECT_EQ(Desk::Get<QTabWidget>(window, "SSTab1").currentIndex(), 1);
-  EXPECT_TRUE(Chart(window, 1).TracePoints(0).isEmpty()) << "the chart starts empty";
-  EXPECT_FALSE(Chart(window, 0).TracePoints(0).isEmpty());
-
-  // The demo outlives the window.
-  window.Unload();
-  Desk::Settle();
-  auto& again = desk.Open("frmDynamicTmin");
-  EXPECT_EQ(Desk::Text(again, "cmdDemo").remove('&'), "Stop...");
-  desk.board.TakeTraffic();
-  Desk::Press(again, "cmdDemo");
+  EXPECT_EQ(desk.Held("cmdDemo SSTab1"), "Stop...|1");
+  EXPECT_EQ(PointsOf(Chart(desk, 1), 0), Points{}) << "the chart starts empty";
+  EXPECT_NE(PointsOf(Chart(desk, 0), 0), Points{});
+  desk.Reopen();
+  EXPECT_EQ(desk.Held("cmdDemo"), "Stop...");
+  EXPECT_EQ(desk.Sent("cmdDemo"), Traffic{}) << "no register is touched";
   EXPECT_FALSE(windows::DemoRunning);
-  EXPECT_EQ(Desk::Text(again, "cmdDemo").remove('&'), "Run Demo");
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "no register is touched";
+  EXPECT_EQ(desk.Held("cmdDemo"), "Run Demo");
 }
 
 TEST(DynamicTmin, AFailureAtAnyReadOfTheLoadOrOfARefreshEndsTheProgram) {

@@ -1,24 +1,26 @@
 #pragma once
 
-#include <functional>
-
 #include "platform/Services.h"
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
+#include "widgets/Strip.h"
 
 /// One change of a control of a live window, and what it sends: the same ground for all of them.
 namespace zth::testing {
 
 struct LiveCase {
-  const char* name;
-  std::function<void(const QWidget& window)> act;
-  std::function<Traffic()> sends;  ///< called while the link is chosen
+  const char* steps;
+  const char* transfers;
+  const char* what = "";
+
+  void act(const QWidget& window) const { Do(window, steps); }
+  Traffic sends() const { return T(transfers); }
 };
 
 /// Each case on a fresh program whose chip holds `before` in every register, on either link: what it sends, in order.
 /// Then on USB once more for each transfer, with a failure there: the program ends and nothing is sent behind it.
 inline void RunLiveCases(const char* name, std::uint8_t before, const std::vector<LiveCase>& cases) {
   for (const LiveCase& row : cases) {
-    SCOPED_TRACE(row.name);
+    SCOPED_TRACE(std::string(row.steps) + " " + row.what);
     int transfers = 0;
     for (const auto buses : {Desk::Buses::Smbus, Desk::Buses::Usb}) {
       Desk desk(buses);
@@ -44,6 +46,26 @@ inline void RunLiveCases(const char* name, std::uint8_t before, const std::vecto
       EXPECT_EQ(desk.board.traffic.size(), static_cast<std::size_t>(n + 1));
     }
   }
+}
+
+using Points = std::vector<std::pair<double, double>>;
+
+inline Points PointsOf(const widgets::Strip& chart, int trace) {
+  Points points;
+  for (const QVariant& pair : chart.TracePoints(trace)) {
+    points.emplace_back(pair.toList()[0].toDouble(), pair.toList()[1].toDouble());
+  }
+  return points;
+}
+
+/// The captions of a chart's label slots from the first to the last, apart by "|".
+inline std::string Captions(widgets::Strip& chart, int first, int last) {
+  QStringList captions;
+  for (int slot = first; slot <= last; ++slot) {
+    chart.SetLabelIndex(slot);
+    captions << chart.Caption();
+  }
+  return captions.join('|').toStdString();
 }
 
 }  // namespace zth::testing

@@ -2,10 +2,9 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include "chip/Conversions.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 #include "widgets/GSlider.h"
 #include "windows/SharedState.h"
 
@@ -18,81 +17,78 @@ widgets::GSlider& Slider(const QWidget& window, int pwm) {
 
 /// PWM2 and PWM4 are manual; the measured duties are 20, 40, 60 and 80 percent.
 void PutPwms(Desk& desk) {
-  auto& chip = desk.board.Chip();
+  Put(desk.board.Chip(), "AA=33 AB=66 AC=99 AD=CC");
   for (int pwm = 0; pwm < 4; ++pwm) {
-    chip[static_cast<std::size_t>(0xAA + pwm)] = static_cast<std::uint8_t>(51 * (pwm + 1));
     link::WriteRegisterValue(link::DeviceAddress, 0x21 + pwm, pwm % 2 == 1 ? 0xE5 : 0x25);
   }
   desk.Advance(1000);
   desk.board.TakeTraffic();
 }
 
-std::vector<double> Shown(const QWidget& window) {
-  std::vector<double> values;
-  for (int pwm = 0; pwm < 4; ++pwm) values.push_back(Slider(window, pwm).Value());
-  return values;
-}
+class ManualControl : public ::testing::Test {
+ protected:
+  WindowDesk desk{"frmManualControl", Desk::Buses::Both, PutPwms};
+};
 
-TEST(ManualControl, ShowsWhatTheMonitorKnowsWithoutATransfer) {
-  Desk desk;
-  desk.Start();
-  PutPwms(desk);
-  auto& window = desk.Open("frmManualControl");
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
-  EXPECT_EQ(Shown(window), (std::vector<double>{20, 40, 60, 80}));
+TEST_F(ManualControl, ShowsWhatTheMonitorKnows) {
+  EXPECT_EQ(desk.Held("sldManual(0..3)"), "20|40|60|80");
+  EXPECT_EQ(desk.Held("lblManual(0..3)"), "Disabled|Enabled|Disabled|Enabled");
   for (int pwm = 0; pwm < 4; ++pwm) {
-    auto& label = Desk::Get<QLabel>(window, QString("lblManual(%1)").arg(pwm));
+    const auto& label = Desk::Get<QLabel>(*desk.window, QString("lblManual(%1)").arg(pwm));
     const bool manual = pwm % 2 == 1;
-    EXPECT_EQ(label.text(), manual ? "Enabled" : "Disabled");
     EXPECT_EQ(label.palette().color(QPalette::WindowText), manual ? QColor(0, 127, 0) : QColor(255, 0, 0));
-    EXPECT_EQ(Slider(window, pwm).isEnabled(), manual);
+    EXPECT_EQ(Slider(*desk.window, pwm).isEnabled(), manual);
   }
 }
 
-TEST(ManualControl, FollowsTheChipOnceASecondUnlessAnySliderIsHeld) {
-  Desk desk;
-  desk.Start();
-  PutPwms(desk);
-  auto& window = desk.Open("frmManualControl");
-  desk.board.Chip()[0xAA] = 255;
+TEST_F(ManualControl, FollowsTheChipOnceASecondUnlessAnySliderIsHeld) {
+  Put(desk.board.Chip(), "AA=FF");
   desk.Advance(2000);
-  EXPECT_EQ(Slider(window, 0).Value(), 100);
+  EXPECT_EQ(desk.Held("sldManual(0)"), "100");
 
-  Slider(window, 3).MouseDown();
+  Slider(*desk.window, 3).MouseDown();
   EXPECT_TRUE(windows::ManualSliderHeld);
-  desk.board.Chip()[0xAA] = 0;
+  Put(desk.board.Chip(), "AA=00");
   link::WriteRegisterValue(link::DeviceAddress, 0x21, 0xE0);
   desk.Advance(2500);
-  EXPECT_EQ(Slider(window, 0).Value(), 100) << "no slider moves";
-  EXPECT_EQ(Desk::Text(window, "lblManual(0)"), "Enabled") << "the labels go on";
-  Slider(window, 3).MouseUp();
+  EXPECT_EQ(desk.Held("sldManual(0) lblManual(0)"), "100|Enabled") << "no slider moves, the labels go on";
+  Slider(*desk.window, 3).MouseUp();
   desk.Advance(2000);
-  EXPECT_EQ(Slider(window, 0).Value(), 0);
+  EXPECT_EQ(desk.Held("sldManual(0)"), "0");
 }
 
-TEST(ManualControl, WritesTheDutyOfTheSliderThatMoves) {
-  Desk desk;
-  desk.Start();
-  PutPwms(desk);
-  auto& window = desk.Open("frmManualControl");
-  Slider(window, 1).StepByUser(50);
-  Slider(window, 3).StepByUser(100);
-  EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(0xAB, 127), W(0xAD, 255)));
-  Slider(window, 0).StepByUser(70);
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "not manual, not the user's to move";
+TEST_F(ManualControl, WritesTheDutyOfTheSliderThatMoves) {
+  for (const auto& [percent, transfer] : {std::pair{"10", "WAB=1A"},
+                                          {"30", "WAB=4C"},
+                                          {"50", "WAB=7F"},
+                                          {"70", "WAB=B2"},
+                                          {"90", "WAB=E5"},
+                                          {"100", "WAB=FF"},
+                                          {"0", "WAB=00"}}) {
+    EXPECT_EQ(desk.Sent(QString("sldManual(1)=%1").arg(percent)), T(transfer)) << percent;
+  }
+  EXPECT_EQ(desk.Sent("sldManual(1)=50; sldManual(3)=100"), T("WAB=7F WAD=FF"));
+  EXPECT_EQ(desk.Sent("sldManual(0)=70"), Traffic{}) << "not manual, not the user's to move";
 
   // By keyboard alone, on either link the same.
-  window.activateWindow();
-  Slider(window, 1).setFocus();
-  QTest::keyClick(&Slider(window, 1), Qt::Key_Right);
-  EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(0xAB, 130)));
+  auto& slider = Slider(*desk.window, 1);
+  desk.window->activateWindow();
+  slider.setFocus();
+  QTest::keyClick(&slider, Qt::Key_Right);
+  EXPECT_EQ(desk.board.TakeTraffic(), T("WAB=82"));
   EXPECT_FALSE(windows::ManualSliderHeld);
-  QTest::keyClick(&Slider(window, 1), Qt::Key_Escape);
+  QTest::keyClick(&slider, Qt::Key_Escape);
   EXPECT_FALSE(windows::ManualOpen);
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
 }
 
-TEST(ManualControl, ALinkFailureAtAWriteEndsTheProgram) {
+TEST_F(ManualControl, AWindowClosedUnderAHeldSliderLetsGoOfIt) {
+  Slider(*desk.window, 2).MouseDown();
+  desk.window->Unload();
+  EXPECT_FALSE(windows::ManualSliderHeld);
+}
+
+TEST(ManualControlFailure, ALinkFailureAtAWriteEndsTheProgram) {
   Desk desk;
   desk.Start();
   PutPwms(desk);
@@ -102,21 +98,6 @@ TEST(ManualControl, ALinkFailureAtAWriteEndsTheProgram) {
   Slider(window, 1).StepByUser(50);
   EXPECT_EQ(desk.process.ends.size(), 1U);
   EXPECT_FALSE(windows::ManualOpen);
-}
-
-TEST(ManualControl, AWindowClosedUnderAHeldSliderLetsGoOfIt) {
-  Desk desk(Desk::Buses::Smbus);
-  desk.Start();
-  auto& window = desk.Open("frmManualControl");
-  Slider(window, 2).MouseDown();
-  window.Unload();
-  EXPECT_FALSE(windows::ManualSliderHeld);
-}
-
-TEST(ManualControl, RoundsTheProductOfItsSliders) {
-  const std::vector<std::pair<double, int>> sliders{{0, 0},    {10, 26},  {30, 76},  {50, 127},
-                                                    {70, 178}, {90, 229}, {100, 255}};
-  for (const auto& [percent, byte] : sliders) EXPECT_EQ(chip::ByteFromPercent(percent), byte) << percent;
 }
 
 }  // namespace

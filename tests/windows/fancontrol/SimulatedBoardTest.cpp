@@ -3,22 +3,19 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/SimulatedDesk.h"
-#include "widgets/GSlider.h"
+#include "tests/support/Steps.h"
 #include "widgets/Strip.h"
-#include "windows/SharedState.h"
 
 namespace zth::testing {
 namespace {
 
-/// The running program on the board.
-class RunningBoard : public SimulatedDesk {
- public:
-  RunningBoard() { desk.Start(); }
-};
+class SimulatedBoard : public ::testing::Test {
+ protected:
+  SimulatedBoard() { desk.Start(); }
 
-widgets::GSlider& Heater2(const QWidget& window) {
-  return Desk::Get<widgets::GSlider>(window, "sldHeater(1)");
-}
+  SimulatedDesk sim;
+  Desk& desk = sim.desk;
+};
 
 /// The duty that a drawn path has at a temperature, beyond its step.
 double DutyOnPath(const QVariantList& path, double degrees) {
@@ -33,22 +30,16 @@ double DutyOnPath(const QVariantList& path, double degrees) {
   return NAN;
 }
 
-TEST(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
-  RunningBoard sim;
-  Desk& desk = sim.desk;
+TEST_F(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
   const QWidget& curve = desk.Open("frmAutoGraph");
-  Desk::Pick(curve, "cmbControl(0)", 2);
-  for (const int pwm : {1, 2, 3}) Desk::Pick(curve, QString("cmbControl(%1)").arg(pwm), 4);
-  Desk::Type(curve, "txtMaxPWM", "100");
-  Desk::Type(curve, "txtMinPWM(0)", "20");
-  Desk::Type(curve, "txtTmin(2)", "40");
-  Desk::Pick(curve, "cmbTrange(2)", 13);  // 40 degrees
+  // Over 40 degrees.
+  Do(curve, "cmbControl(0)=2; cmbControl(1..3)=4; txtMaxPWM=100; txtMinPWM(0)=20; txtTmin(2)=40; cmbTrange(2)=13");
   const QWidget& heaters = desk.Open("frmHeaters");
   const auto& chart = Desk::Get<widgets::Strip>(curve, "stpGraph");
   int onRamp = 0;
   double hottest = 0;
   for (int percent = 0; percent <= 100; percent += 10) {
-    Heater2(heaters).StepByUser(percent);
+    Do(heaters, QString("sldHeater(1)=%1").arg(percent));
     desk.Advance(60000);
     const QVariantList dots = chart.TracePoints(4);
     ASSERT_EQ(dots.size(), 2) << percent;
@@ -63,19 +54,12 @@ TEST(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
   EXPECT_GE(onRamp, 5);
 }
 
-TEST(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
-  RunningBoard sim;
-  Desk& desk = sim.desk;
+TEST_F(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
   const QWidget& curve = desk.Open("frmAutoGraph");
-  for (const int pwm : {0, 1, 2, 3}) Desk::Pick(curve, QString("cmbControl(%1)").arg(pwm), 2);
+  Do(curve, "cmbControl(0..3)=2");
   const QWidget& window = desk.Open("frmDynamicTmin");
-  Desk::Type(window, "txtTmin(1)", "60");
-  Desk::Type(window, "txtLowLim(1)", "30");
-  Desk::Type(window, "txtHighLim(1)", "80");
-  Desk::Type(window, "txtR2OpPoint", "45");
-  Desk::Type(window, "txtOpPointHyst", "2");
-  Desk::Check(window, "chkEnDynR2", true);
-  Heater2(desk.Open("frmHeaters")).StepByUser(60);
+  Do(window, "txtTmin(1)=60; txtLowLim(1)=30; txtHighLim(1)=80; txtR2OpPoint=45; txtOpPointHyst=2; chkEnDynR2=1");
+  Do(desk.Open("frmHeaters"), "sldHeater(1)=60");
   desk.Advance(240000);
   const int tmin = sim.Register(0x5E) - 64;
   EXPECT_LT(tmin, 60) << "too hot, so the chip starts its fans earlier";
@@ -83,28 +67,6 @@ TEST(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
   EXPECT_EQ(points.back().toList()[1].toInt(), tmin);
   EXPECT_EQ(Desk::Get<widgets::Strip>(curve, "stpGraph").TracePoints(0)[1].toList()[0].toInt(), tmin);
   EXPECT_EQ(Desk::Text(window, "txtTmin(1)"), "60");
-}
-
-TEST(SimulatedBoard, TheDemoBringsItsTherm2EventOnce) {
-  RunningBoard sim;
-  Desk& desk = sim.desk;
-  const QWidget& window = desk.Open("frmDynamicTmin");
-  Desk::Press(window, "cmdDemo");
-  EXPECT_EQ(sim.Register(0x5B), 0x95);
-  sim.writesOf52 = 0;
-  Heater2(desk.Open("frmHeaters")).StepByUser(100);
-  desk.Advance(120000);
-  EXPECT_EQ(sim.writesOf52, 2) << "down and up again, once";
-  EXPECT_TRUE(windows::DemoThermTripped);
-  EXPECT_EQ(sim.Register(0x52), 0x9A);
-  const int opPoint = sim.Register(0x5B) - 64;
-  EXPECT_LT(opPoint, 85) << "the chip has loaded it from the channel's value";
-  EXPECT_NEAR(opPoint, 35, 6);
-  Desk::Press(window, "cmdDemo");
-  Desk::Press(window, "cmdDemo");
-  sim.writesOf52 = 0;
-  desk.Advance(60000);
-  EXPECT_EQ(sim.writesOf52, 0);
 }
 
 }  // namespace

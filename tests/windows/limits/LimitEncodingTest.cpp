@@ -11,14 +11,9 @@ namespace {
 constexpr std::int32_t kClock = 90000;
 
 TEST(TemperatureLimits, HoldWholeDegreesAbove64BelowZero) {
-  struct Case {
-    double degrees;
-    int raw;
-  };
-  for (const Case& row : {Case{-64, 0}, Case{-63, 1}, Case{0, 64}, Case{128, 192}, Case{190, 254}, Case{191, 255},
-                          Case{25.5, 90}, Case{24.5, 88}, Case{-0.5, 64}, Case{-1.5, 62}, Case{-64.5, 0},
-                          Case{191.5, 255}, Case{300, 255}, Case{-100, 0}}) {
-    EXPECT_EQ(TemperatureLimitFromDegrees(row.degrees), row.raw) << row.degrees;
+  for (const auto& [degrees, raw] :
+       {std::pair{25.5, 90}, {24.5, 88}, {-0.5, 64}, {-1.5, 62}, {-64.5, 0}, {191.5, 255}, {300.0, 255}, {-100.0, 0}}) {
+    EXPECT_EQ(TemperatureLimitFromDegrees(degrees), raw) << degrees;
   }
   for (int raw = 0; raw <= 255; ++raw) {
     EXPECT_EQ(TemperatureLimitFromDegrees(DegreesFromByte(static_cast<std::uint8_t>(raw))), raw);
@@ -26,20 +21,14 @@ TEST(TemperatureLimits, HoldWholeDegreesAbove64BelowZero) {
 }
 
 TEST(VoltageLimits, ShowTwoDecimalsOfTheNominalVoltageAt192) {
-  struct Case {
-    float nominal;
-    int raw;
-    double volts;
-  };
-  for (const Case& row : {
-           Case{12, 0, 0},         Case{12, 1, 0.06},    Case{12, 192, 12},     Case{12, 254, 15.88},
-           Case{12, 255, 15.94},   Case{12, 2, 0.12},    Case{12, 6, 0.38},  // 0.125 and 0.375: to the even digit
-           Case{3.3F, 255, 4.38},  Case{3.3F, 192, 3.3}, Case{4, 192, 4},       Case{4, 255, 5.31},
-           Case{2.13F, 192, 2.13}, Case{0.9F, 1, 0},     Case{0.9F, 255, 1.2},  Case{1.25F, 254, 1.65},
-           Case{5, 24, 0.62},      Case{1.5F, 16, 0.12}, Case{1.2F, 255, 1.59}, Case{1.8F, 255, 2.39},
+  for (const auto& [nominal, raw, volts] : std::initializer_list<std::tuple<float, int, double>>{
+           {12, 0, 0},         {12, 1, 0.06},    {12, 192, 12},     {12, 254, 15.88},
+           {12, 255, 15.94},   {12, 2, 0.12},    {12, 6, 0.38},  // 0.125 and 0.375: to the even digit
+           {3.3F, 255, 4.38},  {3.3F, 192, 3.3}, {4, 192, 4},       {4, 255, 5.31},
+           {2.13F, 192, 2.13}, {0.9F, 1, 0},     {0.9F, 255, 1.2},  {1.25F, 254, 1.65},
+           {5, 24, 0.62},      {1.5F, 16, 0.12}, {1.2F, 255, 1.59}, {1.8F, 255, 2.39},
        }) {
-    EXPECT_DOUBLE_EQ(VoltageRawToVolts(static_cast<std::uint8_t>(row.raw), row.nominal), row.volts)
-        << row.nominal << " V, raw " << row.raw;
+    EXPECT_DOUBLE_EQ(VoltageRawToVolts(static_cast<std::uint8_t>(raw), nominal), volts) << nominal << " V, raw " << raw;
   }
 }
 
@@ -60,25 +49,23 @@ TEST(VoltageLimits, TakeTheNearestCodeOfAVoltage) {
 }
 
 TEST(FanLimits, ShowTheSpeedOfTheUpperByte) {
-  struct Case {
-    int raw;
-    double rpm;
-  };
-  for (const Case& row : {Case{0, 12000}, Case{1, 10567.5}, Case{2, 7040.4}, Case{21, 959.0}, Case{192, 109.3},
-                          Case{209, 100.4}, Case{210, 0}, Case{254, 0}, Case{255, 0}}) {
-    EXPECT_NEAR(static_cast<double>(TachLimitToRpm(static_cast<std::uint8_t>(row.raw), kClock)), row.rpm, 0.1)
-        << row.raw;
+  for (const auto& [raw, rpm] : {std::pair{0, 12000.0},
+                                 {1, 10567.5},
+                                 {2, 7040.4},
+                                 {21, 959.0},
+                                 {192, 109.3},
+                                 {209, 100.4},
+                                 {210, 0.0},
+                                 {254, 0.0},
+                                 {255, 0.0}}) {
+    EXPECT_NEAR(static_cast<double>(TachLimitToRpm(static_cast<std::uint8_t>(raw), kClock)), rpm, 0.1) << raw;
   }
   EXPECT_FLOAT_EQ(TachLimitToRpm(1, 2 * kClock), 21135.03F) << "the clock counts";
 }
 
 TEST(FanLimits, TakeTheSpeedThroughTheSameExpression) {
-  struct Case {
-    double rpm;
-    int raw;
-  };
-  for (const Case& row : {Case{0, 255}, Case{1, 255}, Case{50, 255}, Case{82, 254}, Case{1000, 21}, Case{12000, 2}}) {
-    EXPECT_EQ(RpmToTachLimit(row.rpm, kClock), row.raw) << row.rpm;
+  for (const auto& [rpm, raw] : {std::pair{0, 255}, {1, 255}, {50, 255}, {82, 254}, {1000, 21}, {12000, 2}}) {
+    EXPECT_EQ(RpmToTachLimit(rpm, kClock), raw) << rpm;
   }
   // A limit that is shown and written back moves by one at most: up where fans are fast, down where they are slow.
   for (int raw = 3; raw <= 208; ++raw) {
@@ -99,13 +86,8 @@ TEST(FanLimits, HaveAStepThatLeadsToAGreaterSpeed) {
 }
 
 TEST(ThermTimerLimits, HoldPercentsIn255ths) {
-  struct Case {
-    int raw;
-    int percent;
-  };
-  for (const Case& row :
-       {Case{0, 0}, Case{1, 0}, Case{2, 1}, Case{128, 50}, Case{192, 75}, Case{254, 100}, Case{255, 100}}) {
-    EXPECT_EQ(ThermLimitToPercent(static_cast<std::uint8_t>(row.raw)), row.percent) << row.raw;
+  for (const auto& [raw, percent] : {std::pair{0, 0}, {1, 0}, {2, 1}, {128, 50}, {192, 75}, {254, 100}, {255, 100}}) {
+    EXPECT_EQ(ThermLimitToPercent(static_cast<std::uint8_t>(raw)), percent) << raw;
   }
   EXPECT_EQ(PercentToThermLimit(100), 255);
   EXPECT_EQ(PercentToThermLimit(10), 26) << "25.5, to the even code";

@@ -8,7 +8,7 @@
 
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 
 namespace zth::testing {
 
@@ -49,6 +49,12 @@ class Limits : public ::testing::Test {
     return widget.property("NeedleValue").toDouble();
   }
   QString Caption(const char* gauge) const { return Desk::Property(*window, gauge, "Caption").toString(); }
+  /// The five gauges' captions in the order of the tabs, apart by "|".
+  std::string Captions() const {
+    QStringList all;
+    for (const char* gauge : {"ggeTemp", "ggeFan", "ggeVolt", "ggeThermTimer", "ggeTHERMPin"}) all << Caption(gauge);
+    return all.join('|').toStdString();
+  }
   /// Puts a slider where a drag would leave it, and ends the drag.
   void Drag(const char* gauge, int number, double value) const {
     auto& widget = Desk::Get<QWidget>(*window, gauge);

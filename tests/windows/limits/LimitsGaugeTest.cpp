@@ -14,13 +14,9 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Pins = chip::PinFunctionFlags;
 
-constexpr int kNone = -1;
-
 struct Channel {
-  const char* list;
-  const char* gauge;
-  const char* item;
-  int low;  ///< register of slider 2, or kNone
+  QString item;
+  int low;  ///< register of slider 2, or 0 where there is none
   int high;
   double nominal;  ///< volts; 0 for the others
 };
@@ -48,128 +44,87 @@ void FourthPins(Pins& pins) {
   pins.Pin23 = pins.Pin24 = 3;
 }
 
-struct PinChoice {
-  const char* name;
+/// Channels with their two registers and their nominal voltage, one behind the other.
+struct GaugeChannels {
   void (*pins)(Pins&);
-  std::vector<Channel> channels;
+  const char* list;
+  const char* gauge;
+  const char* channels;
 };
 
-std::vector<PinChoice> PinChoices() {
-  const auto volt = [](const char* item, int low, int high, double nominal) {
-    return Channel{"cmbVolt", "ggeVolt", item, low, high, nominal};
-  };
-  const auto temp = [](const char* item, int low, int high) {
-    return Channel{"cmbTemp", "ggeTemp", item, low, high, 0};
-  };
-  const auto fan = [](const char* item, int high) { return Channel{"cmbFan", "ggeFan", item, kNone, high, 0}; };
-  const auto timer = [](const char* item, int high) {
-    return Channel{"cmbThermTimer", "ggeThermTimer", item, kNone, high, 0};
-  };
-  const auto pin = [](const char* item, int high) {
-    return Channel{"cmbTHERMPin", "ggeTHERMPin", item, kNone, high, 0};
-  };
-  return {
-      {"first",
-       FirstPins,
-       {volt("12V1 (pin7)", 0x6D, 0x7C, 12), volt("12V2 (pin8)", 0x6E, 0x7D, 12), volt("3.3V (pin13)", 0x70, 0x68, 3.3),
-        volt("2.5V (pin15)", 0x45, 0x49, 2.5), volt("1.25V (pin19)", 0x47, 0x4B, 1.25),
-        volt("5V (pin21)", 0x71, 0x7E, 5), volt("12V3 (pin22)", 0x6F, 0x7F, 12), volt("2.5V (pin23)", 0x72, 0x69, 2.5),
-        volt("2.5V (pin24)", 0x73, 0x6A, 2.5), volt("3.3V (pin25)", 0x74, 0x6B, 3.3),
-        volt("Vbatt (pin26)", 0x75, 0x6C, 4), volt("1.5V (pin28)", 0x76, 0x4C, 1.5),
-        volt("1.5V (pin29)", 0x77, 0x50, 1.5), temp("Local", 0x44, 0x48), temp("Remote2", 0x46, 0x4A),
-        fan("Fan1", 0x78), fan("Fan2", 0x79), fan("Fan3", 0x7A), fan("Fan4", 0x7B)}},
-      {"second",
-       SecondPins,
-       {volt("1.8V (pin15)", 0x45, 0x49, 1.8), volt("0.9V (pin19)", 0x47, 0x4B, 0.9),
-        volt("1.8V (pin23)", 0x72, 0x69, 1.8), volt("1.8V (pin24)", 0x73, 0x6A, 1.8),
-        volt("1.2V (pin25)", 0x74, 0x6B, 1.2), volt("1.2V (pin26)", 0x75, 0x6C, 1.2), fan("Fan5", 0x7C),
-        fan("Fan6", 0x7D), fan("Fan7", 0x7E), fan("Fan8", 0x7F), timer("THERM1", 0x80), timer("THERM2", 0x81)}},
-      {"third",
-       ThirdPins,
-       {volt("Vccp1 (pin23)", 0x72, 0x69, 2.13), volt("Vccp2 (pin24)", 0x73, 0x6A, 2.13), temp("Remote1", 0x45, 0x49),
-        temp("Remote3", 0x47, 0x4B), pin("Local THERM1", 0x4C), pin("Remote1 THERM1", 0x4D),
-        pin("Remote2 THERM1", 0x4E), pin("Remote3 THERM1", 0x4F), pin("Local THERM2", 0x50),
-        pin("Remote1 THERM2", 0x51), pin("Remote2 THERM2", 0x52), pin("Remote3 THERM2", 0x53)}},
-      {"fourth", FourthPins, {volt("1.5V (pin23)", 0x72, 0x69, 1.5), volt("1.5V (pin24)", 0x73, 0x6A, 1.5)}},
-  };
-}
+const std::vector<GaugeChannels> kGauges{
+    {FirstPins, "cmbVolt", "ggeVolt",
+     "12V1 (pin7) 6D 7C 12, 12V2 (pin8) 6E 7D 12, 3.3V (pin13) 70 68 3.3, 2.5V (pin15) 45 49 2.5, "
+     "1.25V (pin19) 47 4B 1.25, 5V (pin21) 71 7E 5, 12V3 (pin22) 6F 7F 12, 2.5V (pin23) 72 69 2.5, "
+     "2.5V (pin24) 73 6A 2.5, 3.3V (pin25) 74 6B 3.3, Vbatt (pin26) 75 6C 4, 1.5V (pin28) 76 4C 1.5, "
+     "1.5V (pin29) 77 50 1.5"},
+    {SecondPins, "cmbVolt", "ggeVolt",
+     "1.8V (pin15) 45 49 1.8, 0.9V (pin19) 47 4B 0.9, 1.8V (pin23) 72 69 1.8, 1.8V (pin24) 73 6A 1.8, "
+     "1.2V (pin25) 74 6B 1.2, 1.2V (pin26) 75 6C 1.2"},
+    {ThirdPins, "cmbVolt", "ggeVolt", "Vccp1 (pin23) 72 69 2.13, Vccp2 (pin24) 73 6A 2.13"},
+    {FourthPins, "cmbVolt", "ggeVolt", "1.5V (pin23) 72 69 1.5, 1.5V (pin24) 73 6A 1.5"},
+    {FirstPins, "cmbTemp", "ggeTemp", "Local 44 48 0, Remote2 46 4A 0"},
+    {ThirdPins, "cmbTemp", "ggeTemp", "Remote1 45 49 0, Remote3 47 4B 0"},
+    {FirstPins, "cmbFan", "ggeFan", "Fan1 - 78 0, Fan2 - 79 0, Fan3 - 7A 0, Fan4 - 7B 0"},
+    {SecondPins, "cmbFan", "ggeFan", "Fan5 - 7C 0, Fan6 - 7D 0, Fan7 - 7E 0, Fan8 - 7F 0"},
+    {SecondPins, "cmbThermTimer", "ggeThermTimer", "THERM1 - 80 0, THERM2 - 81 0"},
+    {ThirdPins, "cmbTHERMPin", "ggeTHERMPin",
+     "Local THERM1 - 4C 0, Remote1 THERM1 - 4D 0, Remote2 THERM1 - 4E 0, Remote3 THERM1 - 4F 0, "
+     "Local THERM2 - 50 0, Remote1 THERM2 - 51 0, Remote2 THERM2 - 52 0, Remote3 THERM2 - 53 0"},
+};
 
-/// Takes every channel of every gauge, one after the other.
-class EachChannel : public Limits {
- protected:
-  /// What a drag to where the slider stands writes back for a limit of 192.
-  static int WrittenBack(const QString& gauge) { return gauge == "ggeFan" || gauge == "ggeThermTimer" ? 191 : 192; }
-
-  Traffic Pick(const Channel& channel) {
+TEST_F(Limits, EachChannelShowsAndWritesItsOwnRegistersInOrder) {
+  Load();
+  const auto expectOf = [this](const GaugeChannels& on, const Channel& channel) {
+    const bool pair = channel.low != 0;
+    const Traffic reads = pair ? Concat(R(channel.low), R(channel.high)) : Concat(R(channel.high));
     // Away from the channel first, so that picking it is a change.
-    Desk::Get<QComboBox>(*window, channel.list).setCurrentIndex(-1);
-    if (channel.low != kNone) desk.board.Chip()[static_cast<std::size_t>(channel.low)] = 0;
+    Desk::Get<QComboBox>(*window, on.list).setCurrentIndex(-1);
+    if (pair) desk.board.Chip()[static_cast<std::size_t>(channel.low)] = 0;
     desk.board.Chip()[static_cast<std::size_t>(channel.high)] = 192;
     desk.board.TakeTraffic();
-    PickItem(channel.list, channel.item);
-    return desk.board.TakeTraffic();
-  }
-  /// The channel's scale; then a drag to its top, and the code that this must write.
-  int DragVoltageToTheTop(const Channel& channel) {
-    EXPECT_NEAR(Slider(channel.gauge, 3), channel.nominal, 1e-6);
-    EXPECT_EQ(Slider(channel.gauge, 2), 0);
-    const double top = Desk::Property(*window, channel.gauge, "ScaleMax").toDouble();
-    EXPECT_NEAR(top, channel.nominal * 255 / 192, 0.00501);
-    EXPECT_EQ(Needle(channel.gauge, 0), top);
-    EXPECT_EQ(Needle(channel.gauge, 1), top / 2);
-    Drag(channel.gauge, 3, top);
-    // The top of the scale has two decimals: at 1.2 V it stands for the code below the last.
-    return channel.nominal == 1.2 ? 0xFE : 0xFF;
-  }
-};
+    PickItem(on.list, channel.item);
+    EXPECT_EQ(desk.board.TakeTraffic(), reads);
 
-TEST_F(EachChannel, ShowsAndWritesItsOwnRegistersInOrder) {
-  Load();
-  for (const PinChoice& choice : PinChoices()) {
-    LoadAgain(choice.pins);
-    for (const Channel& channel : choice.channels) {
-      SCOPED_TRACE(std::string(choice.name) + " " + channel.item);
-      const bool pair = channel.low != kNone;
-      const Traffic reads = pair ? Concat(R(channel.low), R(channel.high)) : Concat(R(channel.high));
-      EXPECT_EQ(Pick(channel), reads);
-      int code = WrittenBack(channel.gauge);
-      if (channel.nominal > 0) {
-        code = DragVoltageToTheTop(channel);
-      } else {
-        QMetaObject::invokeMethod(&Desk::Get<QWidget>(*window, channel.gauge), "SliderChanged");
-      }
-      const Traffic writes = pair ? Concat(W(channel.low, 0), W(channel.high, code)) : Concat(W(channel.high, code));
-      EXPECT_EQ(desk.board.TakeTraffic(), Concat(writes, reads));
+    // A drag to where the slider stands; of a voltage, to the top of its scale.
+    const std::string gauge = on.gauge;
+    int code = gauge == "ggeFan" || gauge == "ggeThermTimer" ? 191 : 192;
+    double to = Slider(on.gauge, 3);
+    if (channel.nominal > 0) {
+      EXPECT_NEAR(to, channel.nominal, 1e-6);
+      EXPECT_EQ(Slider(on.gauge, 2), 0);
+      to = Desk::Property(*window, on.gauge, "ScaleMax").toDouble();
+      EXPECT_NEAR(to, channel.nominal * 255 / 192, 0.00501);
+      EXPECT_EQ(Needle(on.gauge, 0), to);
+      EXPECT_EQ(Needle(on.gauge, 1), to / 2);
+      code = channel.nominal == 1.2 ? 0xFE : 0xFF;  // two decimals: at 1.2 V the top is the code below the last
+    }
+    Drag(on.gauge, 3, to);
+    const Traffic writes = pair ? Concat(W(channel.low, 0), W(channel.high, code)) : Concat(W(channel.high, code));
+    EXPECT_EQ(desk.board.TakeTraffic(), Concat(writes, reads));
+  };
+  for (const GaugeChannels& on : kGauges) {
+    LoadAgain(on.pins);
+    for (const QString& row : QString(on.channels).split(", ")) {
+      SCOPED_TRACE(row.toStdString());
+      const auto reg = [&row](int place) { return row.section(' ', place, place).toInt(nullptr, 16); };
+      expectOf(on, {row.section(' ', 0, -4), reg(-3), reg(-2), row.section(' ', -1).toDouble()});
     }
   }
 }
 
 TEST_F(Limits, ADragWritesTheEncodedLimitAndTheSliderShowsWhatTheChipHolds) {
-  struct Case {
-    const char* gauge;
-    double dragged;
-    int reg;
-    int raw;
-    double shown;
-  };
   Load();
-  for (const Case& row : {
-           Case{"ggeTemp", 25.5, 0x48, 90, 26},
-           Case{"ggeTemp", 24.5, 0x48, 88, 24},
-           Case{"ggeTemp", -64, 0x48, 0, -64},
-           Case{"ggeTemp", 191, 0x48, 255, 191},
-           Case{"ggeFan", 0, 0x78, 255, 0},
-           Case{"ggeFan", 1000, 0x78, 21, 959},
-           Case{"ggeFan", 12000, 0x78, 2, 7040},
-           Case{"ggeThermTimer", 100, 0x80, 255, 100},
-           Case{"ggeThermTimer", 10, 0x80, 26, 10},
-           Case{"ggeThermTimer", 50, 0x80, 127, 50},
-           Case{"ggeTHERMPin", 24.5, 0x4D, 88, 24},
-           Case{"ggeTHERMPin", -0.5, 0x4D, 64, 0},
-       }) {
-    Drag(row.gauge, 3, row.dragged);
-    EXPECT_EQ(desk.board.Chip()[static_cast<std::size_t>(row.reg)], row.raw) << row.gauge << " " << row.dragged;
-    EXPECT_NEAR(Slider(row.gauge, 3), row.shown, 0.5) << row.gauge << " " << row.dragged;
+  for (const auto& [gauge, dragged, reg, raw, shown] : {std::tuple{"ggeTemp", 25.5, 0x48U, 90, 26},
+                                                        {"ggeTemp", -64.0, 0x48U, 0, -64},
+                                                        {"ggeFan", 0.0, 0x78U, 255, 0},
+                                                        {"ggeFan", 1000.0, 0x78U, 21, 959},
+                                                        {"ggeThermTimer", 100.0, 0x80U, 255, 100},
+                                                        {"ggeThermTimer", 50.0, 0x80U, 127, 50},
+                                                        {"ggeTHERMPin", 24.5, 0x4DU, 88, 24}}) {
+    Drag(gauge, 3, dragged);
+    EXPECT_EQ(desk.board.Chip()[reg], raw) << gauge << " " << dragged;
+    EXPECT_NEAR(Slider(gauge, 3), shown, 0.5) << gauge << " " << dragged;
   }
 }
 

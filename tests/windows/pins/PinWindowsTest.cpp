@@ -106,27 +106,23 @@ TEST(PinWindows, EveryControlTellsItsRegisterAndItsName) {
 }
 
 TEST(PinWindows, WhatIsNotAppliedYetIsMarkedAndItsTextStays) {
-  Desk desk;
-  desk.Start();
-  auto& window = desk.Open("frmPinConfig");
-  auto& tabs = desk.Get<QTabWidget>(window, "SSTab1");
-  const auto marked = [&](const QString& control) { return desk.Get<QWidget>(window, control).font().bold(); };
-  const QColor plain = tabs.tabBar()->tabTextColor(1);
-  desk.Pick(window, "cmbPin7", 0);
-  desk.Check(window, "optEasy(3)", true);
-  EXPECT_EQ(desk.Text(window, "cmbPin7"), "+12V1");
-  EXPECT_TRUE(marked("cmbPin7"));
-  EXPECT_FALSE(marked("cmbPin8"));
-  EXPECT_TRUE(marked("optEasy(3)"));
-  EXPECT_NE(tabs.tabBar()->tabTextColor(1), plain) << "the tab behind tells it too";
-  desk.Press(window, "cmdApply");
-  EXPECT_FALSE(marked("cmbPin7"));
-  EXPECT_TRUE(marked("optEasy(3)")) << "each Apply settles its own tab";
-  EXPECT_EQ(tabs.tabBar()->tabTextColor(1), plain);
-  desk.Pick(window, "cmbPin7", 1);
-  desk.Press(window, "cmdEasyApply");
-  EXPECT_FALSE(marked("optEasy(3)"));
-  EXPECT_FALSE(marked("cmbPin7")) << "overwritten by what the chip holds";
+  WindowDesk desk("frmPinConfig");
+  const QTabBar& tabs = *desk.Get<QTabWidget>(*desk.window, "SSTab1").tabBar();
+  const QColor plain = tabs.tabTextColor(1);
+  const auto expectMarked = [&](bool pin7, bool option, const char* why) {
+    const auto marked = [&](const char* name) { return desk.Get<QWidget>(*desk.window, name).font().bold(); };
+    EXPECT_EQ(marked("cmbPin7"), pin7) << why;
+    EXPECT_EQ(marked("optEasy(3)"), option) << why;
+    EXPECT_FALSE(marked("cmbPin8"));
+    EXPECT_EQ(tabs.tabTextColor(1) != plain, pin7) << "the tab behind tells it too";
+  };
+  desk.Do("cmbPin7=0; optEasy(3)=1");
+  EXPECT_EQ(desk.Text(*desk.window, "cmbPin7"), "+12V1");
+  expectMarked(true, true, "neither is applied");
+  desk.Do("cmdApply");
+  expectMarked(false, true, "each Apply settles its own tab");
+  desk.Do("cmbPin7=1; cmdEasyApply");
+  expectMarked(false, false, "overwritten by what the chip holds");
 
   auto& gpio = desk.Open("frmGPIO");
   desk.Pick(gpio, "cmbDir(1)", 1);
@@ -134,24 +130,18 @@ TEST(PinWindows, WhatIsNotAppliedYetIsMarkedAndItsTextStays) {
 }
 
 TEST(PinWindows, AnOptionsNumberThatReadsAsAnotherIsMarkedWithWhatGoesOut) {
-  Desk desk;
-  desk.Start();
-  auto& window = desk.Open("frmEasySetup");
-  auto& box = desk.Get<QLineEdit>(window, "txtOption");
+  WindowDesk desk("frmEasySetup");
+  auto& box = desk.Get<QLineEdit>(*desk.window, "txtOption");
   const QColor plain = box.palette().color(QPalette::Text);
-  const QString place = "0x14 bits 4:0, Easy Config";
+  const QString refused = "\nOption value must be in range 1-5";
   const std::vector<std::pair<const char*, QString>> cases{
-      {"2", place},
-      {"2.5", place + "\nGoes out as 0x02"},
-      {"0.5", place + "\nGoes out as 0x00"},
-      {"6", place + "\nOption value must be in range 1-5"},
-      {"two", place + "\nOption value must be in range 1-5"},
-      {"5", place},
+      {"2", ""}, {"2.5", "\nGoes out as 0x02"}, {"0.5", "\nGoes out as 0x00"}, {"6", refused}, {"two", refused},
+      {"5", ""},
   };
   for (const auto& [text, tip] : cases) {
-    desk.Type(window, "txtOption", text);
-    EXPECT_EQ(box.toolTip(), tip);
-    EXPECT_EQ(box.palette().color(QPalette::Text) == plain, tip == place) << text;
+    box.setText(text);
+    EXPECT_EQ(box.toolTip(), "0x14 bits 4:0, Easy Config" + tip);
+    EXPECT_EQ(box.palette().color(QPalette::Text) == plain, tip.isEmpty()) << text;
   }
 }
 

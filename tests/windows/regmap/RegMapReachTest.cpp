@@ -6,11 +6,9 @@
 #include <QClipboard>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QTest>
-#include <QTreeWidget>
 #include <gmock/gmock.h>
 
-#include "tests/support/Desk.h"
+#include "tests/windows/regmap/RegMapDesk.h"
 
 namespace zth::testing {
 namespace {
@@ -18,17 +16,10 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class ReachOfTheRegisterMap : public ::testing::Test {
+class ReachOfTheRegisterMap : public RegisterMap {
  protected:
-  ReachOfTheRegisterMap() {
-    desk.Start();
-    window = &desk.Open("frmRegMap");
-    desk.Main().show();
-  }
-  QTreeWidget& Tree() const { return Desk::Get<QTreeWidget>(*window, "TreeView1"); }
-  QTreeWidgetItem& Node(const QString& text) const {
-    return *Tree().findItems(text, Qt::MatchExactly | Qt::MatchRecursive).at(0);
-  }
+  ReachOfTheRegisterMap() { desk.Main().show(); }
+
   /// The registers that can be seen, groups unfolded.
   QStringList Found() const {
     QStringList names;
@@ -38,36 +29,25 @@ class ReachOfTheRegisterMap : public ::testing::Test {
     return names;
   }
   bool Bold(const QString& text) const { return Node(text).font(0).bold(); }
-  void Write(const char* address, const char* value) const {
-    Desk::Type(*window, "txtReadAddr", address);
-    Desk::Type(*window, "txtDec", value);
-    Desk::Press(*window, "cmdWrite");
-  }
 
-  Desk desk;
-  windows::ChildWindow* window;
+  QWidget* window = desk.window;
 };
 
 TEST_F(ReachOfTheRegisterMap, SearchFindsByNameBitAndAddress) {
-  struct Case {
-    const char* text;
-    const char* found;
-  };
-  for (const Case& row : {
-           Case{"device", "Device ID"},
-           Case{"4c", "Local THERM1 Limit|1.5V2 (ICH) High Limit"},
-           Case{"0x4C", "Local THERM1 Limit|1.5V2 (ICH) High Limit"},
-           Case{" 4Ch ", "Local THERM1 Limit|1.5V2 (ICH) High Limit"},
-           Case{"AVG", "Configuration 1"},
-           Case{"vrd", "Thermal Mask 2"},
-           Case{"SWR", "Configuration 0"},
-           Case{"Cl_r", "Configuration 3"},
-           Case{"07", "Tach Enable"},
-           Case{"no such thing", ""},
-       }) {
-    Desk::Type(*window, "txtFind", row.text);
-    EXPECT_EQ(Found().join('|'), row.found) << row.text;
-    EXPECT_EQ(Desk::Get<QWidget>(*window, "lblNoMatch").isHidden(), *row.found != 0) << row.text;
+  constexpr const char* kLimits = "Local THERM1 Limit|1.5V2 (ICH) High Limit";
+  for (const auto& [text, found] : {std::pair{"device", "Device ID"},
+                                    {"4c", kLimits},
+                                    {"0x4C", kLimits},
+                                    {" 4Ch ", kLimits},
+                                    {"AVG", "Configuration 1"},
+                                    {"vrd", "Thermal Mask 2"},
+                                    {"SWR", "Configuration 0"},
+                                    {"Cl_r", "Configuration 3"},
+                                    {"07", "Tach Enable"},
+                                    {"no such thing", ""}}) {
+    Desk::Type(*window, "txtFind", text);
+    EXPECT_EQ(Found().join('|'), found) << text;
+    EXPECT_EQ(Desk::Get<QWidget>(*window, "lblNoMatch").isHidden(), *found != 0) << text;
   }
   Desk::Type(*window, "txtFind", "bhvr");
   EXPECT_TRUE(Found().contains("GPIO1_Bhvr") && Found().contains("PWM3 Config")) << "by name and by bit";
@@ -82,7 +62,7 @@ TEST_F(ReachOfTheRegisterMap, BoldMarksWhatDiffersFromItsDefaultOnceRead) {
   EXPECT_FALSE(Bold("Remote 1 Low Limit")) << "not read yet";
   Tree().setCurrentItem(&Node("Pin 15 Low Limit"));
   EXPECT_TRUE(Bold("Remote 1 Low Limit") && Bold("Pin 15 Low Limit")) << "one register under two names";
-  Write("45", "64");
+  desk.Do("txtReadAddr=45; txtDec=64; cmdWrite");
   EXPECT_FALSE(Bold("Remote 1 Low Limit") || Bold("Pin 15 Low Limit"));
 }
 

@@ -1,80 +1,25 @@
-#include <array>
 #include <set>
 
 #include <QTest>
-#include <QTreeWidget>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include "chip/Measurements.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
-#include "tests/support/Desk.h"
+#include "tests/windows/regmap/RegMapDesk.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+/// What a read shows: description, address, the box of the address.
+constexpr char kShown[] = "lblRegDescription lblCurrentAddr txtReadAddr";
 
-class RegisterMap : public ::testing::Test {
- protected:
-  explicit RegisterMap(Desk::Buses buses = Desk::Buses::Usb) : desk(buses) {
-    desk.Start();
-    chip::PollEnabled = false;
-    window = &desk.Open("frmRegMap");
-  }
-
-  QTreeWidget& Tree() const { return Desk::Get<QTreeWidget>(*window, "TreeView1"); }
-  QTreeWidgetItem& Node(const QString& text) const {
-    return *Tree().findItems(text, Qt::MatchExactly | Qt::MatchRecursive).at(0);
-  }
-  void Click(const QString& text) const {
-    QTreeWidgetItem& node = Node(text);
-    Tree().scrollToItem(&node);
-    QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualItemRect(&node).center());
-  }
-  void ClickBit(int bit) const {
-    QTest::mouseClick(&Desk::Get<QWidget>(*window, QString("lblBit(%1)").arg(bit)), Qt::LeftButton);
-  }
-  QString Text(const char* name) const { return Desk::Text(*window, name); }
-  QString Digits() const {
-    QString digits;
-    for (int bit = 7; bit >= 0; --bit) digits += Desk::Text(*window, QString("lblBit(%1)").arg(bit));
-    return digits;
-  }
-  QString BitNames() const {
-    QStringList names;
-    for (int place = 0; place < 8; ++place) names << Desk::Text(*window, QString("lblInfo(%1)").arg(place));
-    return names.join(':');
-  }
-  void Read(const QString& address) const {
-    Desk::Type(*window, "txtReadAddr", address);
-    Desk::Press(*window, "cmdRead");
-  }
-
-  Desk desk;
-  windows::ChildWindow* window;
-};
-
-class RegisterMapOnSmbus : public RegisterMap {
- protected:
-  RegisterMapOnSmbus() : RegisterMap(Desk::Buses::Smbus) {}
-};
-
-TEST_F(RegisterMap, OpensWithoutATransferAndShowsItsStartTexts) {
-  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
-  EXPECT_TRUE(windows::RegMapOpen);
-  EXPECT_EQ(window->windowTitle(), "Register Map");
-  EXPECT_EQ(Text("lblRegDescription"), "Description");
-  EXPECT_EQ(Text("lblCurrentAddr"), "Address");
-  EXPECT_EQ(Text("lblHexVal"), "HexVal");
-  EXPECT_EQ(Text("lblDecVal"), "DecVal");
-  EXPECT_EQ(Text("lblReadOnly"), "ReadOnly");
+TEST_F(RegisterMap, OpensWithItsStartTexts) {
+  EXPECT_EQ(window().windowTitle(), "Register Map");
+  EXPECT_EQ(desk.Held("lblRegDescription lblCurrentAddr lblHexVal lblDecVal lblReadOnly"),
+            "Description|Address|HexVal|DecVal|ReadOnly");
   EXPECT_EQ(Digits(), "00000000");
-  EXPECT_EQ(BitNames(), "X:X:X:X:X:X:X:X");
-  window->Unload();
-  EXPECT_FALSE(windows::RegMapOpen);
+  EXPECT_EQ(desk.Held("lblInfo(0..7)"), "X|X|X|X|X|X|X|X");
 }
 
 TEST_F(RegisterMap, ListsAllRegistersButSixUnderTheirTopics) {
@@ -84,15 +29,11 @@ TEST_F(RegisterMap, ListsAllRegistersButSixUnderTheirTopics) {
   std::set<QString> keys;
   for (QTreeWidgetItemIterator at(&Tree()); *at != nullptr; ++at) {
     EXPECT_TRUE(keys.insert((*at)->data(0, Qt::UserRole).toString()).second) << (*at)->text(0).toStdString();
-    if ((*at)->parent() == nullptr) {
-      roots << (*at)->text(0);
-      EXPECT_EQ((*at)->isExpanded(), roots.size() == 1);
-    } else if ((*at)->parent()->parent() == nullptr) {
-      ++groups;
-      EXPECT_FALSE((*at)->isExpanded());
-    } else {
-      names.insert((*at)->text(0));
-    }
+    const QTreeWidgetItem* parent = (*at)->parent();
+    if (parent == nullptr) roots << (*at)->text(0);
+    if (parent != nullptr && parent->parent() == nullptr) ++groups;
+    if (parent != nullptr && parent->parent() != nullptr) names.insert((*at)->text(0));
+    EXPECT_EQ((*at)->isExpanded(), parent == nullptr && roots.size() == 1);
   }
   EXPECT_EQ(roots.join('|'), "General|Temperature|Fan|Voltage|GPIO|THERM Timer");
   EXPECT_EQ(groups, 21);
@@ -108,198 +49,151 @@ TEST_F(RegisterMap, ListsAllRegistersButSixUnderTheirTopics) {
             "Digital Status,Host");
   EXPECT_EQ(Node("GPIO  Values").data(0, Qt::UserRole), "GPIO Values");
   EXPECT_EQ(Node("GPIO Status,Host").parent(), &Node("GPIO  Values"));
-  EXPECT_EQ(Node("Pin 15 Low Limit").parent(), &Node("Voltage Limits"));
   EXPECT_EQ(Node("Voltage Limits").child(3), &Node("Pin 15 Low Limit"));
 }
 
 TEST_F(RegisterMap, ShowsTheRegisterThatIsClickedOnceForEachClick) {
   desk.Main().show();
-  desk.board.Chip()[0x02] = 0xA5;
+  Put(desk.board.Chip(), "02=A5");
   Node("Configuration").setExpanded(true);
-  Click("Configuration 2");
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(0x02)));
-  EXPECT_EQ(Text("lblRegDescription"), "Configuration 2 Register");
-  EXPECT_EQ(Text("lblCurrentAddr"), "2h");
-  EXPECT_EQ(Text("txtReadAddr"), "2H");
-  EXPECT_EQ(Text("lblReadOnly"), "No");
-  EXPECT_EQ(Text("lblDecVal"), "165");
-  EXPECT_EQ(Text("lblHexVal"), "A5");
+  EXPECT_EQ(Click("Configuration 2"), T("R02"));
+  EXPECT_EQ(desk.Held(kShown), "Configuration 2 Register|2h|2H");
+  EXPECT_EQ(desk.Held("lblReadOnly lblDecVal lblHexVal"), "No|165|A5");
   EXPECT_EQ(Digits(), "10100101");
-  EXPECT_EQ(BitNames(), "#FP:#FP:FFS:VB2:VB1:HF:Shdn:Fst");
-  EXPECT_EQ(Text("txtHex"), "") << "what the user is about to write is left alone";
+  EXPECT_EQ(desk.Held("lblInfo(0..7)"), "#FP|#FP|FFS|VB2|VB1|HF|Shdn|Fst");
+  EXPECT_EQ(desk.Held("txtHex"), "") << "what the user is about to write is left alone";
 
-  Click("Configuration 2");
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(0x02))) << "a second click reads again";
+  EXPECT_EQ(Click("Configuration 2"), T("R02")) << "a second click reads again";
   QTest::keyClick(&Tree(), Qt::Key_Down);
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(0x03))) << "as does the keyboard's move to the next";
+  EXPECT_EQ(desk.board.TakeTraffic(), T("R03")) << "as does the keyboard's move to the next";
 
-  Click("Configuration");
-  Click("General");
-  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
-  EXPECT_EQ(Text("lblRegDescription"), "Configuration 3 Register");
+  EXPECT_EQ(Concat(Click("Configuration"), Click("General")), Traffic{});
+  EXPECT_EQ(desk.Held("lblRegDescription"), "Configuration 3 Register");
 }
 
 TEST_F(RegisterMap, ShowsTheClickedNameOfASharedAddressUntilTheNextReadByAddress) {
   Tree().setCurrentItem(&Node("Pin 15 Low Limit"));
-  EXPECT_EQ(Text("lblRegDescription"), "Pin 15 Low Limit Register");
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(0x45)));
-  Desk::Press(*window, "cmdRead");
-  EXPECT_EQ(Text("lblRegDescription"), "Remote 1 Low Limit Register");
+  EXPECT_EQ(desk.Held("lblRegDescription"), "Pin 15 Low Limit Register");
+  EXPECT_EQ(desk.Sent("cmdRead"), T("R45"));
+  EXPECT_EQ(desk.Held("lblRegDescription"), "Remote 1 Low Limit Register");
 }
 
 TEST_F(RegisterMap, ReadsAnyAddressTyped) {
-  struct Case {
-    const char* typed;
-    int address;
-    const char* description;
-    const char* label;
-    const char* box;
-    const char* bitNames;
-  };
-  constexpr const char* kNumbers = "7:6:5:4:3:2:1:0";
-  desk.board.Chip()[0x04] = 0x81;
-  Read("3F");
-  for (const Case& row : {
-           Case{"", 0x00, "Configuration 0 Register", "0h", "0H", "SWR:6:5:4:3:2:1:0"},
-           Case{"1e", 0x1E, "Free Wheel Test En Register", "1Eh", "1EH", "Fn8:Fn7:Fn6:Fn5:Fn4:Fn3:Fn2:Fn1"},
-           Case{"1Ah", 0x1A, "Enhance Acoustics 1 Register", "1Ah", "1AH", "RR2:RR2:RR2:RR1:RR1:RR1:En2:En1"},
-           Case{"45", 0x45, "Remote 1 Low Limit Register", "45h", "45H", kNumbers},
-           Case{"b8", 0xB8, "Thermal Status 1,Host Register", "B8h", "B8H", "R3D:R2D:R1D:R3:R2:R1:Local:Res"},
-           Case{"04", 0x04, "Unknown", "4h", "4H", kNumbers},
-           Case{"C2", 0xC2, "Unknown", "C2h", "C2H", kNumbers},
+  constexpr const char* kNumbers = "7|6|5|4|3|2|1|0";
+  Put(desk.board.Chip(), "04=81");
+  desk.Do("txtReadAddr=3F; cmdRead");
+  for (const auto& [typed, read, shown, bitNames] : {
+           std::tuple{"", "R00", "Configuration 0 Register|0h|0H", "SWR|6|5|4|3|2|1|0"},
+           {"1e", "R1E", "Free Wheel Test En Register|1Eh|1EH", "Fn8|Fn7|Fn6|Fn5|Fn4|Fn3|Fn2|Fn1"},
+           {"1Ah", "R1A", "Enhance Acoustics 1 Register|1Ah|1AH", "RR2|RR2|RR2|RR1|RR1|RR1|En2|En1"},
+           {"45", "R45", "Remote 1 Low Limit Register|45h|45H", kNumbers},
+           {"b8", "RB8", "Thermal Status 1,Host Register|B8h|B8H", "R3D|R2D|R1D|R3|R2|R1|Local|Res"},
+           {"C2", "RC2", "Unknown|C2h|C2H", kNumbers},
+           {"04", "R04", "Unknown|4h|4H", kNumbers},
        }) {
-    desk.board.TakeTraffic();
-    Read(row.typed);
-    EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(row.address))) << row.typed;
-    EXPECT_EQ(Text("lblRegDescription"), row.description);
-    EXPECT_EQ(Text("lblCurrentAddr"), row.label);
-    EXPECT_EQ(Text("txtReadAddr"), row.box);
-    EXPECT_EQ(BitNames(), row.bitNames);
+    EXPECT_EQ(desk.Sent(QString("txtReadAddr=%1; cmdRead").arg(typed)), T(read)) << typed;
+    EXPECT_EQ(desk.Held(kShown), shown);
+    EXPECT_EQ(desk.Held("lblInfo(0..7)"), bitNames);
   }
-  Read("04");
   EXPECT_EQ(Digits(), "10000001");
-  EXPECT_EQ(Text("lblReadOnly"), "Yes") << "an unknown address says nothing about it: B8h was the last that did";
+  EXPECT_EQ(desk.Held("lblReadOnly"), "Yes") << "an unknown address says nothing about it: B8h was the last that did";
 }
 
 TEST_F(RegisterMap, WritesTheDecimalBoxAndReadsBack) {
-  struct Case {
-    const char* address;
-    const char* decimal;
-    Traffic expected;
-  };
-  for (const Case& row : {
-           Case{"44", "66", {W(0x44, 66), R(0x44)}}, Case{"44", "2.5 volts", {W(0x44, 2), R(0x44)}},
-           Case{"44", "3.5", {W(0x44, 4), R(0x44)}}, Case{"44", "", {W(0x44, 0), R(0x44)}},
-           Case{"44", "300", {W(0x44, 0xFF), R(0x44)}}, Case{"44", "-5", {W(0x44, 0), R(0x44)}},
-           Case{"04", "7", {W(0x04, 7), R(0x04)}},
-           Case{"3E", "9", {W(0x3E, 9), R(0x3E)}},                // read-only or not plays no part
-           Case{"21", "224", {W(0x21, 0xE0), R(0x21), R(0x21)}},  // the first read renews the PWM's manual flag
-           Case{"145", "1", {}},                                  // no such register: the link refuses it
+  for (const auto& [steps, sent] : {
+           std::pair{"txtReadAddr=44; txtDec=66", "W44=42 R44"},
+           {"txtDec=2.5 volts", "W44=02 R44"},
+           {"txtDec=3.5", "W44=04 R44"},
+           {"txtDec=", "W44=00 R44"},
+           {"txtDec=300", "W44=FF R44"},
+           {"txtDec=-5", "W44=00 R44"},
+           {"txtReadAddr=04; txtDec=7", "W04=07 R04"},
+           {"txtReadAddr=3E; txtDec=9", "W3E=09 R3E"},        // read-only or not plays no part
+           {"txtReadAddr=21; txtDec=224", "W21=E0 R21 R21"},  // the first read renews the PWM's manual flag
+           {"txtReadAddr=145; txtDec=1", ""},                 // no such register: the link refuses it
        }) {
-    Desk::Type(*window, "txtReadAddr", row.address);
-    Desk::Type(*window, "txtDec", row.decimal);
-    desk.board.TakeTraffic();
-    Desk::Press(*window, "cmdWrite");
-    EXPECT_EQ(desk.board.TakeTraffic(), row.expected) << row.address << " " << row.decimal;
+    desk.Do(steps);
+    EXPECT_EQ(desk.Sent("cmdWrite"), T(sent)) << steps;
   }
   EXPECT_TRUE(link::PwmManual[1]);
 }
 
-TEST_F(RegisterMapOnSmbus, ReadsWritesAndFlipsThere) {
-  Read("31");
-  ClickBit(6);
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre("smb R 2C:31", "smb W 2C:31=80", "smb R 2C:31"));
+TEST(RegisterMapOnSmbus, ReadsWritesAndFlipsThere) {
+  WindowDesk desk("frmRegMap", Desk::Buses::Smbus);
+  desk.Do("txtReadAddr=31; cmdRead");
+  QTest::mouseClick(&Desk::Get<QWidget>(*desk.window, "lblBit(6)"), Qt::LeftButton);
+  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"smb R 2C:31", "smb W 2C:31=80", "smb R 2C:31"}));
 }
 
 TEST_F(RegisterMap, SaysWhatBecomesOfANumberBeyondAByte) {
-  const auto hint = [this](const char* box) { return Desk::Get<QWidget>(*window, box).toolTip(); };
-  const auto paper = [this](const char* box) {
-    return Desk::Get<QWidget>(*window, box).palette().color(QPalette::Base);
-  };
+  const auto box = [this](const char* name) -> const QWidget& { return Desk::Get<QWidget>(window(), name); };
+  const auto paper = [&](const char* name) { return box(name).palette().color(QPalette::Base); };
   const QColor plain = paper("txtDec");
-  Desk::Type(*window, "txtDec", "300");
-  EXPECT_TRUE(hint("txtDec").contains("255") && hint("txtHex") == hint("txtDec")) << hint("txtDec").toStdString();
+  desk.Do("txtDec=300");
+  EXPECT_TRUE(box("txtDec").toolTip().contains("255"));
+  EXPECT_EQ(box("txtHex").toolTip(), box("txtDec").toolTip());
   EXPECT_NE(paper("txtHex"), plain);
-  Desk::Type(*window, "txtHex", "FF");
-  EXPECT_EQ(hint("txtDec") + hint("txtHex"), "");
+  desk.Do("txtHex=FF");
+  EXPECT_EQ(box("txtDec").toolTip() + box("txtHex").toolTip(), "");
   EXPECT_EQ(paper("txtDec"), plain);
-  Desk::Type(*window, "txtReadAddr", "100");
-  EXPECT_TRUE(hint("txtReadAddr").contains("100h"));
-  Desk::Type(*window, "txtReadAddr", "FFH");
-  EXPECT_EQ(hint("txtReadAddr"), "");
+  desk.Do("txtReadAddr=100");
+  EXPECT_TRUE(box("txtReadAddr").toolTip().contains("100h"));
+  desk.Do("txtReadAddr=FFH");
+  EXPECT_EQ(box("txtReadAddr").toolTip(), "");
 }
 
 TEST_F(RegisterMap, FlipsABitOfTheDigitsOnTheScreen) {
-  desk.board.Chip()[0x30] = 0x0F;
-  Read("30");
-  desk.board.Chip()[0x30] = 0xF0;  // changed behind the window's back
-  desk.board.TakeTraffic();
-  ClickBit(7);
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(W(0x30, 0x8F), R(0x30)));
-  ClickBit(0);
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(W(0x30, 0x8E), R(0x30)));
+  Put(desk.board.Chip(), "30=0F");
+  desk.Do("txtReadAddr=30; cmdRead");
+  Put(desk.board.Chip(), "30=F0");  // changed behind the window's back
+  EXPECT_EQ(ClickBit(7), T("W30=8F R30"));
+  EXPECT_EQ(ClickBit(0), T("W30=8E R30"));
   EXPECT_EQ(Digits(), "10001110");
-  Desk::Type(*window, "txtReadAddr", "34");
-  ClickBit(3);
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(W(0x34, 0x86), R(0x34)));
-  EXPECT_EQ(Text("lblRegDescription"), "Fan Mask Register");
+  desk.Do("txtReadAddr=34");
+  EXPECT_EQ(ClickBit(3), T("W34=86 R34"));
+  EXPECT_EQ(desk.Held("lblRegDescription"), "Fan Mask Register");
 }
 
 TEST_F(RegisterMap, KeepsTheTwoValueBoxesInStep) {
-  struct Case {
-    const char* box;
-    const char* typed;
-    const char* other;
-    const char* shown;
-  };
-  for (const Case& row : {
-           Case{"txtHex", "ff", "txtDec", "255"},
-           Case{"txtDec", "254", "txtHex", "FE"},
-           Case{"txtDec", "0.5", "txtHex", "0"},
-           Case{"txtDec", "1.5", "txtHex", "2"},
-           Case{"txtHex", "12xyz", "txtDec", "18"},
-           Case{"txtHex", "", "txtDec", "0"},
-       }) {
-    Desk::Type(*window, row.box, row.typed);
-    EXPECT_EQ(Text(row.other), row.shown) << row.typed;
-    EXPECT_EQ(Text(row.box), row.typed) << "not written back";
+  for (const auto& [typed, shown] : {std::pair{"txtHex=ff", "ff|255"},
+                                     {"txtDec=254", "FE|254"},
+                                     {"txtDec=0.5", "0|0.5"},
+                                     {"txtDec=1.5", "2|1.5"},
+                                     {"txtHex=12xyz", "12xyz|18"},
+                                     {"txtHex=", "|0"}}) {
+    EXPECT_EQ(desk.Sent(typed), Traffic{});
+    EXPECT_EQ(desk.Held("txtHex txtDec"), shown) << "what is typed is not written back";
   }
-  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
 }
 
 TEST_F(RegisterMap, WritesOnEnterInAValueBoxOnly) {
-  Desk::Type(*window, "txtReadAddr", "44");
-  Desk::Type(*window, "txtHex", "41");
-  for (const char* box : {"txtHex", "txtDec"}) {
-    QTest::keyClick(&Desk::Get<QWidget>(*window, box), Qt::Key_Return);
-    EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(W(0x44, 0x41), R(0x44))) << box;
+  desk.Do("txtReadAddr=44; txtHex=41");
+  for (const auto& [box, sent] : {std::pair{"txtHex", "W44=41 R44"}, {"txtDec", "W44=41 R44"}, {"txtReadAddr", ""}}) {
+    QTest::keyClick(&Desk::Get<QWidget>(window(), box), Qt::Key_Return);
+    EXPECT_EQ(desk.board.TakeTraffic(), T(sent)) << box;
   }
-  QTest::keyClick(&Desk::Get<QWidget>(*window, "txtReadAddr"), Qt::Key_Return);
-  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
 }
 
 TEST_F(RegisterMap, RepeatsTheReadOnceASecondWhileTicked) {
-  Read("89");
+  const auto after = [this](int milliseconds) {
+    desk.Advance(milliseconds);
+    return desk.board.TakeTraffic();
+  };
+  desk.Do("txtReadAddr=89; cmdRead");
   desk.board.TakeTraffic();
-  desk.Advance(3000);
-  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
-  Desk::Check(*window, "chkContRead", true);
-  desk.Advance(60);
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(0x89))) << "the first at once";
-  desk.Advance(1000);
-  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
-  desk.Advance(100);
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(0x89)));
-  auto& box = Desk::Get<QWidget>(*window, "txtReadAddr");
-  Desk::Type(*window, "txtReadAddr", "");
+  EXPECT_EQ(after(3000), Traffic{});
+  desk.Do("chkContRead=1");
+  EXPECT_EQ(after(60), T("R89")) << "the first at once";
+  EXPECT_EQ(after(1000), Traffic{});
+  EXPECT_EQ(after(100), T("R89"));
+  auto& box = Desk::Get<QWidget>(window(), "txtReadAddr");
+  desk.Do("txtReadAddr=");
   QTest::keyClicks(&box, "4");
-  desk.Advance(1100);
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(0x04))) << "half typed";
+  EXPECT_EQ(after(1100), T("R04")) << "half typed";
   QTest::keyClicks(&box, "c");
-  EXPECT_EQ(Text("txtReadAddr"), "4CH") << "typing goes on where it was";
-  window->Unload();
-  desk.Advance(2000);
-  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
+  EXPECT_EQ(desk.Held("txtReadAddr"), "4CH") << "typing goes on where it was";
+  window().Unload();
+  EXPECT_EQ(after(2000), Traffic{});
 }
 
 TEST(RegisterMapFailure, EndsTheProgramAtTheTransferThatFails) {
