@@ -22,8 +22,8 @@ TEST(Guide, FirstTenMinutesByKeyboardGiveTheFiguresThatItTells) {
     Desk::Settle();
   };
   const auto type = [](const char* text) { QTest::keyClicks(QApplication::focusWidget(), text); };
-  const chip::MeasurementSet& now = chip::Measurements;
-  const auto expect = [&now](double remote1, int percent, int rpm) {
+  const auto expect = [](double remote1, int percent, int rpm) {
+    const chip::MeasurementSet& now = chip::Measurements;
     EXPECT_NEAR(now.Temperature[1], remote1, 0.5);
     EXPECT_NEAR(now.PwmPercent[1], percent, 1);
     EXPECT_NEAR(now.TachRpm[1], rpm, 0.03 * rpm);
