@@ -12,7 +12,9 @@
 namespace zth::gallery {
 namespace {
 
-constexpr std::size_t kPaletteSize = 256;
+constexpr qsizetype kPaletteSize = 256;
+/// So many of the most frequent colours are kept as they are: planes and their shadings, where the eye sees a tint.
+constexpr qsizetype kExact = 160;
 
 /// How far two colours are apart, by the eye's weights.
 int Distance(QRgb a, QRgb b) {
@@ -37,12 +39,13 @@ std::vector<QRgb> ColoursOf(const QImage& picture) {
   return colours;
 }
 
-/// Colours of which one lies within `distance` of each that there is; nothing when they would be too many.
+/// The most frequent colours, and further ones until one lies within `distance` of each that there is; nothing when
+/// they would be too many.
 QList<QRgb> Cover(const std::vector<QRgb>& colours, int distance) {
   QList<QRgb> palette;
   for (const QRgb colour : colours) {
     const auto near = [&](QRgb entry) { return Distance(entry, colour) <= distance; };
-    if (std::any_of(palette.cbegin(), palette.cend(), near)) continue;
+    if (palette.size() >= kExact && std::any_of(palette.cbegin(), palette.cend(), near)) continue;
     if (palette.size() == kPaletteSize) return {};
     palette << colour;
   }
