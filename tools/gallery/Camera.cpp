@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include <QFileInfo>
 #include <QHash>
 #include <QImage>
 
@@ -82,6 +83,7 @@ QImage WithPalette(const QImage& picture) {
 
 void Camera::Take(QWidget& widget, const QString& name) const {
   const QString file = folder_.filePath(name + ".png");
+  QDir().mkpath(QFileInfo(file).path());
   constexpr int kSmallest = 0;
   if (!WithPalette(widget.grab().toImage()).save(file, "PNG", kSmallest)) {
     throw std::runtime_error("cannot write " + file.toStdString());
