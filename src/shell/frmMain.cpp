@@ -11,6 +11,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -119,13 +120,16 @@ void frmMain::BuildToolBar() {
     bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
   }
   bar->addSeparator();
-  auto* label = new QLabel(" De&vice ", bar);
+  // Every letter of it is a menu's or a window's, so the list has a key of its own.
+  auto* label = new QLabel(" Device ", bar);
   label->setObjectName("lblDevices");
   cmbDevices_ = new QComboBox(bar);
   cmbDevices_->setObjectName("cmbDevices");
   cmbDevices_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   cmbDevices_->setMinimumContentsLength(14);
-  cmbDevices_->setToolTip("The chip that all windows work on");
+  cmbDevices_->setToolTip("The chip that all windows work on (F2)");
+  auto* toDevices = new QShortcut(Qt::Key_F2, this);
+  connect(toDevices, &QShortcut::activated, cmbDevices_, [this] { cmbDevices_->setFocus(Qt::ShortcutFocusReason); });
   label->setBuddy(cmbDevices_);
   bar->addWidget(label);
   bar->addWidget(cmbDevices_);

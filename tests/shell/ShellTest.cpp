@@ -1,4 +1,6 @@
 #include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -127,6 +129,28 @@ TEST_F(MainWindow, NoTwoMnemonicsOfAMenuClash) {
   for (const shell::Menu& menu : shell::kMenus) {
     if (QString(menu.name) == "mnuWindow") continue;
     check(menu.name, desk.Main().findChild<QMenu*>(menu.name)->actions());
+  }
+}
+
+TEST_F(MainWindow, EachMenuOpensAtTheFirstPressOfItsKeyAndF2ReachesTheDevices) {
+  desk.Main().showNormal();
+  desk.Main().resize(1000, 600);
+  QApplication::setActiveWindow(&desk.Main());
+  desk.Open("frmHeaters");
+  const auto press = [&desk](const QKeySequence& keys) {
+    Desk::Settle();
+    QTest::keySequence(&desk.Main(), keys);
+    Desk::Settle();
+  };
+  press(Qt::Key_F2);
+  ASSERT_NE(QApplication::focusWidget(), nullptr);
+  EXPECT_EQ(QApplication::focusWidget()->objectName(), "cmbDevices");
+  for (const shell::Menu& menu : shell::kMenus) {
+    press(QKeySequence::mnemonic(menu.caption));
+    QWidget* popup = QApplication::activePopupWidget();
+    ASSERT_NE(popup, nullptr) << menu.caption << ": another control has its key";
+    EXPECT_EQ(popup->objectName(), menu.name);
+    popup->close();
   }
 }
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QDir>
+#include <QString>
+#include <QWidget>
+
+namespace zth::gallery {
+
+/// Takes pictures of widgets into one folder.
+class Camera {
+ public:
+  explicit Camera(const QString& folder) : folder_(folder) {}
+
+  /// Writes `name` ("pictures/main") as a PNG below the folder and names it on the standard output; throws
+  /// std::runtime_error when it cannot be written.
+  void Take(QWidget& widget, const QString& name) const;
+
+ private:
+  QDir folder_;
+};
+
+}  // namespace zth::gallery

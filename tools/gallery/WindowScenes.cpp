@@ -1,0 +1,166 @@
+// The pictures of docs/windows, one window at work each, and the one of the whole program.
+#include <array>
+
+#include "Scenes.h"
+
+namespace zth::gallery {
+namespace {
+
+/// One window of a board that has just been set up, page by page where it has pages.
+struct Page {
+  const char* window;
+  const char* tabs;
+  int page;
+  const char* picture;
+};
+
+constexpr std::array kConfigPages{
+    Page{"frmFanConfig", "SSTab1", 0, "windows/frmFanConfig-0"},
+    Page{"frmFanConfig", "SSTab1", 1, "windows/frmFanConfig-1"},
+    Page{"frmFanConfig", "SSTab1", 5, "windows/frmFanConfig-5"},
+    Page{"frmGenConfig", nullptr, 0, "windows/frmGenConfig"},
+    Page{"frmPinConfig", "SSTab1", 1, "windows/frmPinConfig"},
+    Page{"frmVoltConfig", nullptr, 0, "windows/frmVoltConfig"},
+    Page{"frmTherm", "SSTab1", 0, "windows/frmTherm-0"},
+    Page{"frmTherm", "SSTab1", 1, "windows/frmTherm-1"},
+    Page{"frmTherm", "SSTab1", 2, "windows/frmTherm-2"},
+    Page{"frmEDO", nullptr, 0, "windows/frmEDO"},
+    Page{"frmSwitches", nullptr, 0, "windows/frmSwitches"},
+};
+
+void TakeWindow(Bench& bench, const Camera& camera, const QString& window) {
+  bench.Open(window);
+  camera.Take(bench.Frame(window), "windows/" + window);
+}
+
+}  // namespace
+
+void SetUpEasily(Bench& bench) {
+  bench.Open("frmEasySetup");
+  bench.Press("frmEasySetup", "cmdApply");
+}
+
+void LetFan2FollowRemote1(Bench& bench) {
+  bench.Open("frmAutoGraph");
+  bench.Turn("frmAutoGraph", "tbPWM", 1);
+  bench.Type("frmAutoGraph", "txtTmin(1)", "30");
+  bench.Type("frmAutoGraph", "txtMinPWM(1)", "30");
+  bench.Pick("frmAutoGraph", "cmbTrange(1)", QString::fromUtf8("20°C"));
+}
+
+void SetUpDynamicTmin(Bench& bench) {
+  bench.Open("frmDynamicTmin");
+  bench.Type("frmDynamicTmin", "txtLowLim(0)", "20");
+  bench.Type("frmDynamicTmin", "txtHighLim(0)", "50");
+  bench.Type("frmDynamicTmin", "txtR1OpPoint", "41");
+  bench.Type("frmDynamicTmin", "txtOpPointHyst", "2");
+  bench.Pick("frmDynamicTmin", "cmbCycle(0)", "4 Sec");
+}
+
+void TakeMain(const Camera& camera) {
+  Bench bench;
+  bench.Run(60);
+  SetUpEasily(bench);
+  LetFan2FollowRemote1(bench);
+  bench.Press("frmAutoGraph", "cmdCancel");
+  bench.Run(40);
+  bench.Open("frmHeaters", {896, 440, 470, 190});
+  bench.Slide("frmHeaters", "sldHeater(0)", 100);
+  bench.Open("frmLimits", {796, 0, 570, 430});
+  bench.Pick("frmLimits", "cmbTemp", "Remote1");
+  bench.Open("frmGraph", {0, 0, 790, 630});
+  bench.Run(45);
+  camera.Take(bench.Main(), "pictures/main");
+}
+
+void TakeConfigWindows(const Camera& camera) {
+  Bench bench;
+  TakeWindow(bench, camera, "frmEasySetup");
+  SetUpEasily(bench);
+  bench.Run(20);
+  for (const Page& page : kConfigPages) {
+    bench.Open(page.window);
+    if (page.tabs != nullptr) bench.Turn(page.window, page.tabs, page.page);
+    bench.Run(2);
+    camera.Take(bench.Frame(page.window), page.picture);
+  }
+  bench.Turn("frmPinConfig", "SSTab1", 0);
+  bench.Open("frmPinConfig");
+  bench.Press("frmPinConfig", "optEasy(2)");
+  camera.Take(bench.Frame("frmPinConfig"), "windows/frmPinConfig-easy");
+
+  // GPIO 1 drives, GPIO 2 listens: both pins are taken from the tachs.
+  bench.Turn("frmPinConfig", "SSTab1", 1);
+  for (const char* pin : {"1", "2"}) bench.Pick("frmPinConfig", QString("cmbPin") + pin, QString("GPIO") + pin);
+  bench.Press("frmPinConfig", "cmdApply");
+  bench.Open("frmGPIO");
+  bench.Tick("frmGPIO", "chkEnGPIO");
+  bench.Pick("frmGPIO", "cmbDir(0)", "O/P");
+  bench.Run(2);
+  TakeWindow(bench, camera, "frmGPIO");
+}
+
+void TakeWindows(const Camera& camera) {
+  Bench bench;
+  SetUpEasily(bench);
+  bench.Run(30);
+  LetFan2FollowRemote1(bench);
+  bench.Run(40);
+  bench.Open("frmHeaters");
+  bench.Slide("frmHeaters", "sldHeater(0)", 60);
+  bench.Run(45);
+  for (const char* window : {"frmAutoGraph", "frmHeaters", "frmGraph"}) TakeWindow(bench, camera, window);
+
+  bench.Open("frmLimits");
+  bench.Pick("frmLimits", "cmbTemp", "Remote1");
+  bench.Drag("frmLimits", "ggeTemp", 3, 60);
+  bench.Run(1);
+  TakeWindow(bench, camera, "frmLimits");
+
+  bench.Open("frmLogging");
+  for (const int channel : {0, 1, 5, 13}) bench.Tick("frmLogging", QString("chkLog(%1)").arg(channel));
+  bench.AnswerFile("fan2.csv");
+  bench.Press("frmLogging", "cmdLogData");
+  bench.Run(1);
+  TakeWindow(bench, camera, "frmLogging");
+
+  bench.Open("frmSave");
+  bench.AnswerFile("fan2.sav");
+  bench.Press("frmSave", "cmdsave");
+  bench.Open("frmSave");
+  bench.Type("frmSave", "txtComment", "Fan 2 follows Remote1");
+  bench.AnswerFile("fan2.sav");
+  bench.Press("frmSave", "cmdRecall");
+  TakeWindow(bench, camera, "frmSave");
+
+  bench.Open("frmRegMap");
+  bench.PickNode("frmRegMap", "TreeView1", "PWM2 Config");
+  TakeWindow(bench, camera, "frmRegMap");
+
+  bench.Pick("frmAutoGraph", "cmbControl(0)", "Manual Mode");
+  bench.Open("frmManualControl");
+  bench.Slide("frmManualControl", "sldManual(0)", 40);
+  bench.Run(3);
+  TakeWindow(bench, camera, "frmManualControl");
+}
+
+void TakeDynamicTmin(const Camera& camera) {
+  Bench bench;
+  SetUpEasily(bench);
+  LetFan2FollowRemote1(bench);
+  SetUpDynamicTmin(bench);
+  bench.Open("frmHeaters");
+  bench.Slide("frmHeaters", "sldHeater(0)", 60);
+  bench.Run(90);
+  // A new window begins with empty charts.
+  bench.Press("frmDynamicTmin", "cmdCancel");
+  bench.Open("frmDynamicTmin");
+  bench.Run(15);
+  bench.Tick("frmDynamicTmin", "chkEnDynR1");
+  bench.Run(40);
+  bench.Slide("frmHeaters", "sldHeater(0)", 40);
+  bench.Run(40);
+  TakeWindow(bench, camera, "frmDynamicTmin");
+}
+
+}  // namespace zth::gallery
