@@ -137,7 +137,7 @@ TEST_F(MainWindow, EachMenuOpensAtTheFirstPressOfItsKeyAndF2ReachesTheDevices) {
   desk.Main().resize(1000, 600);
   QApplication::setActiveWindow(&desk.Main());
   desk.Open("frmHeaters");
-  const auto press = [&desk](const QKeySequence& keys) {
+  const auto press = [this](const QKeySequence& keys) {
     Desk::Settle();
     QTest::keySequence(&desk.Main(), keys);
     Desk::Settle();
