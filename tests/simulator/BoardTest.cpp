@@ -104,40 +104,6 @@ TEST(Board, ADiodeAtTheConnectorTakesOverWhenD2IsParted) {
   EXPECT_GT(board.Celsius(2), before + 3);
 }
 
-TEST(Board, TheDynamicTminDemoIsAShow) {
-  BoardOnBench board;
-  const auto tmin = [&board] { return board.Peek(0x5E) - 64; };
-  board.Advance(120s);
-  board.WritePort(0x4A, 0x3C);
-  board.Write({{0x21, 0x51}, {0x22, 0x51}, {0x23, 0x51}, {0x24, 0x51}, {0x0D, 0x02}, {0x2C, 0xFF}, {0x02, 0x40}});
-  board.Write({{0x07, 0x0F}, {0x0B, 0x22}, {0x64, 0x20}, {0x62, 0xB2}, {0x52, 0x9A}, {0x5B, 0x95}, {0x5E, 0x68}});
-  board.Write({{0x46, 0x5F}, {0x4A, 0x6D}, {0x01, 0x21}});
-  // Far below the operating point, Tmin goes up to the high limit, the fans stop and Remote 2 warms past 35 degrees.
-  ASSERT_LT(board.Celsius(2), 35);
-  int seconds = 0;
-  for (; board.Celsius(2) < 35 && seconds < 120; ++seconds) board.Advance(1s);
-  EXPECT_LT(seconds, 60);
-  EXPECT_GT(tmin(), 40);
-  EXPECT_EQ(board.TheChip().Duty(2), 0);
-
-  // The forced THERM2 event loads the operating point; Tmin comes down and the fans answer.
-  board.Write({{0x52, 0x40}});
-  board.Advance(500ms);
-  board.Write({{0x52, 0x9A}});
-  EXPECT_EQ(board.Peek(0x5B), Degrees(35));
-  int lowest = tmin(), highestDuty = 0;
-  double hottest = 0;
-  for (int i = 0; i < 180; ++i) {
-    board.Advance(1s);
-    lowest = std::min(lowest, tmin());
-    highestDuty = std::max<int>(highestDuty, board.TheChip().Duty(2));
-    if (i > 60) hottest = std::max(hottest, board.Celsius(2));
-  }
-  EXPECT_NEAR(lowest, 33, 2);
-  EXPECT_GE(highestDuty, 0x80);
-  EXPECT_LT(hottest, 38) << "held near the operating point";
-}
-
 TEST(Board, TheSameSeedAndTimeGiveTheSameBytesHoweverTheTimeIsCut) {
   const auto run = [](std::uint64_t seed, auto cut) {
     BoardOnBench board({.chip = {.seed = seed}, .plant = {.seed = seed}});

@@ -1,4 +1,5 @@
 #include <chrono>
+#include <sstream>
 #include <string>
 #include <variant>
 #include <vector>
@@ -58,46 +59,29 @@ TEST(SimulatorSettings, AFaultKeepsItsTimesNumbersAndFilters) {
 }
 
 TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
-  const char* const rows[][2] = {{"ambient", "key = value"},
-                                 {"ambient 25", "key = value"},
-                                 {"colour = red", "'colour' is no setting"},
-                                 {"ambient = warm", "from -40 to 100"},
-                                 {"ambient = 25 26", "from -40 to 100"},
-                                 {"ambient = 101", "from -40 to 100"},
-                                 {"ambient = nan", "from -40 to 100"},
-                                 {"time-factor = 0", "from 0.01 to 1000"},
-                                 {"revision = 256", "from 0 to 255"},
-                                 {"revision = 1.5", "whole number"},
-                                 {"seed = -1", "whole number"},
-                                 {"usb =", "bus addresses"},
-                                 {"usb = 0x58 0x80", "'0x80'"},
-                                 {"smbus = 0x2C 44", "twice"},
-                                 {"firmware = maybe", "accepted or refused"},
-                                 {"fault", "begins with"},
-                                 {"fault fan 1 stalled", "begins with"},
-                                 {"fault at soon fan 1 stalled", "'soon'"},
-                                 {"fault from 5 to 5 fan 1 stalled", "ends before"},
-                                 {"fault at 5", "missing"},
-                                 {"fault at 5 fan 9 stalled", "fans 1 to 8"},
-                                 {"fault at 5 fan 0 stalled", "fans 1 to 8"},
-                                 {"fault at 5 heater 3 stuck at 5 %", "heaters"},
-                                 {"fault at 5 heater 1 stuck at 101 %", "0 to 100"},
-                                 {"fault at 5 diode 0 open", "diodes"},
-                                 {"fault at 5 therm 3 low", "THERM"},
-                                 {"fault at 5 vr-hot 0 reported", "regulators"},
-                                 {"fault at 5 gpio 9 low", "GPIOs"},
-                                 {"fault at 5 supply pin 14 at 80 %", "pin"},
-                                 {"fault at 5 register 0x100 stuck at 0", "0xFF"},
-                                 {"fault at 5 register 1 bit 8 flipped", "0 to 7"},
-                                 {"fault at 5 register 1 stuck", "stuck at"},
-                                 {"fault at 5 transfer fails 0 times", "at least"},
-                                 {"fault at 5 transfer slow 0 ms", "60000"},
-                                 {"fault at 5 transfer fails request 0x1DA", "no request"},
-                                 {"fault at 5 transfer vanishes", "transfer fails"},
-                                 {"fault at 5 adapter unplugged on fire", "usb or smbus"},
-                                 {"fault at 5 coffee spilled", "not known"}};
-  for (const auto& [line, says] : rows) {
-    const auto parsed = ParseSettings(std::string("ambient = 30\n\n") + line + "\nambient = 20\n");
+  // Lines, each with what is said about it.
+  std::istringstream cases(
+      "ambient => key = value; ambient 25 => key = value; colour = red => 'colour' is no setting; "
+      "ambient = warm => from -40 to 100; ambient = 25 26 => from -40 to 100; "
+      "ambient = 101 => from -40 to 100; ambient = nan => from -40 to 100; "
+      "time-factor = 0 => from 0.01 to 1000; revision = 256 => from 0 to 255; revision = 1.5 => whole number; "
+      "seed = -1 => whole number; usb = => bus addresses; usb = 0x58 0x80 => '0x80'; smbus = 0x2C 44 => twice; "
+      "firmware = maybe => accepted or refused; fault => begins with; fault fan 1 stalled => begins with; "
+      "fault at soon fan 1 stalled => 'soon'; fault from 5 to 5 fan 1 stalled => ends before; "
+      "fault at 5 => missing; fault at 5 fan 9 stalled => fans 1 to 8; "
+      "fault at 5 fan 0 stalled => fans 1 to 8; fault at 5 heater 3 stuck at 5 % => heaters; "
+      "fault at 5 heater 1 stuck at 101 % => 0 to 100; fault at 5 diode 0 open => diodes; "
+      "fault at 5 therm 3 low => THERM; fault at 5 vr-hot 0 reported => regulators; "
+      "fault at 5 gpio 9 low => GPIOs; fault at 5 supply pin 14 at 80 % => pin; "
+      "fault at 5 register 0x100 stuck at 0 => 0xFF; fault at 5 register 1 bit 8 flipped => 0 to 7; "
+      "fault at 5 register 1 stuck => stuck at; fault at 5 transfer fails 0 times => at least; "
+      "fault at 5 transfer slow 0 ms => 60000; fault at 5 transfer fails request 0x1DA => no request; "
+      "fault at 5 transfer vanishes => transfer fails; fault at 5 adapter unplugged on fire => usb or smbus; "
+      "fault at 5 coffee spilled => not known; ");
+  for (std::string row; std::getline(cases >> std::ws, row, ';');) {
+    const std::string line = row.substr(0, row.find(" => "));
+    const std::string says = row.substr(line.size() + 4);
+    const auto parsed = ParseSettings("ambient = 30\n\n" + line + "\nambient = 20\n");
     const auto* error = std::get_if<SettingsError>(&parsed);
     ASSERT_NE(error, nullptr) << line;
     EXPECT_EQ(error->line, 3) << line;
