@@ -95,12 +95,6 @@ double Plant::Heating(int sensor) const {
   return watts;
 }
 
-double Plant::SteadyRpm(int fan, double drive) const {
-  const Fan& unit = fans_[At(fan)];
-  if (drive < unit.stallDuty) return 0;
-  return unit.fullRpm * (options_.idleShare + (1 - options_.idleShare) * drive);
-}
-
 double Plant::SupplyRatio(VoltagePin pin) const {
   const Supply& supply = supplies_[At(pin)];
   const double turn = 2 * std::numbers::pi * seconds_ / supply.periodSeconds + supply.phase;
