@@ -1,7 +1,6 @@
 #include "simulator/Plant.h"
 
 #include <cmath>
-#include <cstddef>
 #include <numbers>
 
 #include "simulator/Noise.h"

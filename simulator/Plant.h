@@ -79,8 +79,6 @@ class Plant {
     double factor = 1;
   };
 
-  static constexpr std::size_t At(int i) { return static_cast<std::size_t>(i); }
-  static constexpr std::size_t At(VoltagePin pin) { return static_cast<std::size_t>(pin); }
   void StepFan(Fan& fan, double seconds) const;
   void SubStep(double seconds);
 
