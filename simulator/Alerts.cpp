@@ -77,7 +77,7 @@ std::uint8_t Alerts::ThermEvents(const ThermPins& therm, const PinInputs& inputs
     bits |= BitMask(3 * i, therm.OverTime(i));
     bits |= BitMask(3 * i + 1, low);
     bits |= BitMask(3 * i + 2, low);
-    bits |= BitMask(6 + i, inputs.vrHot[static_cast<std::size_t>(i)] && pins_.HasVrHot(i));
+    bits |= BitMask(6 + i, inputs.vrHot[At(i)] && pins_.HasVrHot(i));
   }
   return bits;
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 
 #include "simulator/ChipTime.h"
@@ -18,10 +17,6 @@ enum Device { k48, k4A };
 constexpr double kBatteryRatio = 3.05 / 4;
 
 constexpr double kD2ChangeOverSeconds = 0.5;
-
-constexpr std::size_t At(int i) {
-  return static_cast<std::size_t>(i);
-}
 
 }  // namespace
 

@@ -65,9 +65,7 @@ class Board {
   void DriveHeaters();
   PinInputs Inputs();
   bool D2Open();
-  bool Closed(int device, int bit) const {
-    return !options_.switches || (ports_[static_cast<std::size_t>(device)] >> bit & 1) != 0;
-  }
+  bool Closed(int device, int bit) const { return !options_.switches || (ports_[At(device)] >> bit & 1) != 0; }
 
   BoardOptions options_;
   Chip chip_;

@@ -1,6 +1,5 @@
 #include "simulator/Chip.h"
 
-#include <cstddef>
 #include <cstdint>
 
 #include "simulator/Noise.h"
@@ -109,11 +108,10 @@ void Chip::Tick(const PinInputs& inputs) {
 
 PinOutputs Chip::Outputs() const {
   PinOutputs out;
-  for (int i = 0; i < kPwms; ++i) out.pwmHigh[static_cast<std::size_t>(i)] = fans_.PinHigh(i);
-  for (int i = 0; i < kTherms; ++i)
-    out.thermAsserted[static_cast<std::size_t>(i)] = therm_.Driven(i) && pins_.HasTherm(i);
-  for (int i = 0; i < kGpios; ++i) out.gpioHigh[static_cast<std::size_t>(i)] = gpio_.OutputHigh(i);
-  for (int i = 0; i < 2; ++i) out.edo[static_cast<std::size_t>(i)] = gpio_.EdoAsserted(i, alerts_);
+  for (int i = 0; i < kPwms; ++i) out.pwmHigh[At(i)] = fans_.PinHigh(i);
+  for (int i = 0; i < kTherms; ++i) out.thermAsserted[At(i)] = therm_.Driven(i) && pins_.HasTherm(i);
+  for (int i = 0; i < kGpios; ++i) out.gpioHigh[At(i)] = gpio_.OutputHigh(i);
+  for (int i = 0; i < 2; ++i) out.edo[At(i)] = gpio_.EdoAsserted(i, alerts_);
   out.alert = alerts_.AlertAsserted(gpio_.ActiveInputs());
   return out;
 }

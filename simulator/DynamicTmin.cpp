@@ -1,7 +1,6 @@
 #include "simulator/DynamicTmin.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <optional>
 
 #include "simulator/ChipTime.h"
@@ -23,7 +22,7 @@ void DynamicTmin::Tick(const Measurement& measurement, const ThermPins& therm) {
   for (int remote = 0; remote < 2; ++remote) {
     LoadOperatingPoint(remote, measurement, therm);
 
-    Loop& loop = loops_[static_cast<std::size_t>(remote)];
+    Loop& loop = loops_[At(remote)];
     const std::optional<int> reading = measurement.Quarters(remote + 1);
     if (!registers_.Bit(0x0B, remote) || !reading) {
       loop = {};
@@ -59,7 +58,7 @@ void DynamicTmin::Step(int remote, int quarters) {
   const bool standardLoop = registers_.Bit(0x0C, 6);
   if (standardLoop) {
     // A temperature that is on its way back already needs no further push.
-    const int change = quarters - *loops_[static_cast<std::size_t>(remote)].lastQuarters;
+    const int change = quarters - *loops_[At(remote)].lastQuarters;
     if (direction < 0 ? change < 0 : change > 0) return;
     const int error = direction < 0 ? quarters - operatingPoint : operatingPoint - hysteresis - quarters;
     if (error > kFarQuarters) degrees = 2;

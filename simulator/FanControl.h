@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -55,7 +54,6 @@ class FanControl {
     bool atOnce = true;  ///< no ramp leads there
   };
 
-  static constexpr std::size_t At(int i) { return static_cast<std::size_t>(i); }
   Behaviour BehaviourOf(int pwm) const { return static_cast<Behaviour>(registers_.Field(0x21 + pwm, 5, 3)); }
   void FollowTemperatures(const Measurement& measurement);
   Wanted WantedDuty(int pwm, const Measurement& measurement, const ThermPins& therm, const PinInputs& inputs) const;

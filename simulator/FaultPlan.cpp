@@ -18,10 +18,6 @@ bool Touches(const Fault& fault, const Transfer& transfer) {
   return transfer.first <= *fault.address && *fault.address < transfer.first + transfer.count;
 }
 
-std::size_t At(int i) {
-  return static_cast<std::size_t>(i);
-}
-
 }  // namespace
 
 FaultClock::FaultClock(const FaultPlan& plan, Link link) {
@@ -43,8 +39,7 @@ BoardFaults FaultClock::OnBoard(std::chrono::nanoseconds now) const {
     if (fault.kind == FaultKind::VrHot) board.vrHot[At(fault.index)] = true;
     if (fault.kind == FaultKind::Pin27Asserted) board.pin27Asserted = true;
     if (fault.kind == FaultKind::GpioLow) board.gpioPulledLow[At(fault.index)] = true;
-    if (fault.kind == FaultKind::SupplyFactor)
-      board.supplyFactor[static_cast<std::size_t>(fault.pin)] = fault.value / 100;
+    if (fault.kind == FaultKind::SupplyFactor) board.supplyFactor[At(fault.pin)] = fault.value / 100;
   }
   return board;
 }

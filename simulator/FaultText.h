@@ -1,21 +1,12 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
 #include "simulator/FaultPlan.h"
 
 namespace zth::simulator {
-
-/// The words of a line, a percent sign being a word of its own.
-std::vector<std::string> Words(std::string_view line);
-
-/// A whole number, decimal or hexadecimal with 0x; false when the word is none.
-bool ParseInteger(std::string_view word, long long& value);
-/// A decimal number; false when the word is none.
-bool ParseDecimal(std::string_view word, double& value);
 
 /// Reads the words behind "fault". The second alternative says what is wrong with them.
 std::variant<Fault, std::string> ParseFault(const std::vector<std::string>& words);

@@ -1,6 +1,5 @@
 #include "simulator/Gpio.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -21,7 +20,7 @@ constexpr std::uint8_t BitMask(int bit) {
 void Gpio::Tick(const PinInputs& inputs) {
   std::uint8_t inactive = 0;
   for (int gpio = 0; gpio < kGpios; ++gpio) {
-    if (inputs.gpioHigh[static_cast<std::size_t>(gpio)] != ActiveHigh(gpio)) inactive |= BitMask(gpio);
+    if (inputs.gpioHigh[At(gpio)] != ActiveHigh(gpio)) inactive |= BitMask(gpio);
   }
   Show(inactive);
 }

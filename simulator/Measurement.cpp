@@ -1,7 +1,6 @@
 #include "simulator/Measurement.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <optional>
 
 #include "simulator/ChipTime.h"
@@ -52,13 +51,13 @@ void Measurement::Reset() {
 }
 
 std::optional<int> Measurement::Quarters(int channel) const {
-  return pins_.HasDiode(channel) ? quarters_[static_cast<std::size_t>(channel)] : std::nullopt;
+  return pins_.HasDiode(channel) ? quarters_[At(channel)] : std::nullopt;
 }
 
 void Measurement::ConvertTemperatures(const PinInputs& inputs) {
   const double noise = kTemperatureNoiseC * noise_ * (registers_.Bit(0x01, 2) ? kAveraging : 1.0);
   for (int channel = 0; channel < kTemperatures; ++channel) {
-    const auto i = static_cast<std::size_t>(channel);
+    const auto i = At(channel);
     const double measured = inputs.temperatureC[i] + noise * random_.Bell();
     if (!pins_.HasDiode(channel)) {
       fault_[i] = false;
@@ -83,7 +82,7 @@ void Measurement::ConvertVoltages(const PinInputs& inputs) {
     double nominal = pins_.Nominal(pin);
     // The two 1.5 V inputs are converted as a pair as soon as one of them is in use.
     if (pin >= VoltagePin::P28 && either15) nominal = 1.5;
-    PutVoltage(pin, inputs.volts[static_cast<std::size_t>(n)], nominal);
+    PutVoltage(pin, inputs.volts[At(n)], nominal);
   }
 }
 
@@ -113,7 +112,7 @@ int Measurement::TachPeriodTicks(int fan) const {
 }
 
 void Measurement::MeasureTach(int fan, const PinInputs& inputs) {
-  const auto i = static_cast<std::size_t>(fan);
+  const auto i = At(fan);
   if (!TachLive(fan)) {
     sinceTach_[i] = -1;
     return;

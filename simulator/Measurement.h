@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <optional>
 
 #include "simulator/Noise.h"
@@ -32,7 +31,7 @@ class Measurement {
   std::optional<int> Quarters(int channel) const;
 
   /// The diode of the channel was open at the last conversion.
-  bool DiodeFault(int channel) const { return fault_[static_cast<std::size_t>(channel)]; }
+  bool DiodeFault(int channel) const { return fault_[At(channel)]; }
 
   /// The tach is enabled and its pin is a tach input.
   bool TachLive(int fan) const { return registers_.Bit(0x07, fan) && pins_.HasTach(fan); }

@@ -52,7 +52,7 @@ constexpr std::array<EasyOption, 5> kEasyOptions{{
 }  // namespace
 
 const VoltageRow& RowOf(VoltagePin pin) {
-  return kVoltageRows[static_cast<std::size_t>(pin)];
+  return kVoltageRows[At(pin)];
 }
 
 bool PinModel::HasDiode(int channel) const {
@@ -114,7 +114,7 @@ double PinModel::Nominal(VoltagePin pin) const {
 void ApplyEasyOption(RegisterFile& registers, std::uint8_t option) {
   for (int i = 4; i >= 0; --i) {
     if ((option >> i & 1) == 0) continue;
-    for (int n = 0; n < 4; ++n) registers.Put(0x10 + n, kEasyOptions[static_cast<std::size_t>(i)].pinConfig[n]);
+    for (int n = 0; n < 4; ++n) registers.Put(0x10 + n, kEasyOptions[At(i)].pinConfig[n]);
     return;
   }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "simulator/RegisterFile.h"
@@ -14,6 +15,14 @@ inline constexpr int kVoltagePins = 13;
 
 /// The pins that can measure a voltage, by pin number.
 enum class VoltagePin : std::uint8_t { P7, P8, P13, P15, P19, P21, P22, P23, P24, P25, P26, P28, P29 };
+
+/// Numbers as indices.
+constexpr std::size_t At(int i) {
+  return static_cast<std::size_t>(i);
+}
+constexpr std::size_t At(VoltagePin pin) {
+  return static_cast<std::size_t>(pin);
+}
 
 /// A voltage pin as it stands in the register map.
 struct VoltageRow {

@@ -1,7 +1,6 @@
 #include "simulator/Plant.h"
 
 #include <cmath>
-#include <cstddef>
 #include <numbers>
 
 #include "simulator/Noise.h"
@@ -93,12 +92,6 @@ double Plant::Heating(int sensor) const {
     if (sensor == HeatedSensor(heater)) watts += (1 - options_.heaterToLocal) * power;
   }
   return watts;
-}
-
-double Plant::SteadyRpm(int fan, double drive) const {
-  const Fan& unit = fans_[At(fan)];
-  if (drive < unit.stallDuty) return 0;
-  return unit.fullRpm * (options_.idleShare + (1 - options_.idleShare) * drive);
 }
 
 double Plant::SupplyRatio(VoltagePin pin) const {

@@ -57,8 +57,6 @@ class Plant {
   /// The supply of a pin in shares of its nominal voltage, with its unit's deviation and ripple.
   double SupplyRatio(VoltagePin pin) const;
 
-  /// Where a fan ends up at this drive, once it turns; 0 below its stall threshold.
-  double SteadyRpm(int fan, double drive) const;
   /// Watts a kelvin that leave a sensor at the present fan speeds.
   double Cooling(int sensor) const;
   /// Watts that enter at a sensor.
@@ -81,8 +79,6 @@ class Plant {
     double factor = 1;
   };
 
-  static constexpr std::size_t At(int i) { return static_cast<std::size_t>(i); }
-  static constexpr std::size_t At(VoltagePin pin) { return static_cast<std::size_t>(pin); }
   void StepFan(Fan& fan, double seconds) const;
   void SubStep(double seconds);
 

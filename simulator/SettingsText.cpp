@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "simulator/FaultText.h"
+#include "simulator/Words.h"
 
 namespace zth::simulator {
 namespace {

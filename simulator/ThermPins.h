@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 
 #include "simulator/Measurement.h"
 #include "simulator/PinInputs.h"
@@ -38,8 +37,6 @@ class ThermPins {
   bool OverTime(int therm) const { return registers_[0xAE + therm] > registers_[0x80 + therm]; }
 
  private:
-  static constexpr std::size_t At(int i) { return static_cast<std::size_t>(i); }
-
   struct Pin {
     std::array<bool, kTemperatures> exceeded{};
     bool driven = false;

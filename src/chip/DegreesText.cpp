@@ -1,8 +1,8 @@
 #include "chip/DegreesText.h"
 
 #include "base/NumberText.h"
-#include "base/Rounding.h"
 #include "chip/Conversions.h"
+#include "chip/Limits.h"
 
 namespace zth::chip {
 
@@ -11,7 +11,7 @@ std::string DegreesText(std::uint8_t raw) {
 }
 
 std::uint8_t DegreesByte(std::string_view text) {
-  return base::RoundToByte(base::LeadingDecimal(text) + kTemperatureOffset);
+  return TemperatureLimitFromDegrees(base::LeadingDecimal(text));
 }
 
 }  // namespace zth::chip

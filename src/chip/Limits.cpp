@@ -55,7 +55,7 @@ std::int16_t ThermLimitToPercent(std::uint8_t raw) {
 }
 
 std::uint8_t PercentToThermLimit(double percent) {
-  return base::RoundToByte(percent * kPercentDivisor);
+  return ByteFromPercent(percent);
 }
 
 }  // namespace zth::chip

@@ -69,7 +69,7 @@ void Strip::changeEvent(QEvent* event) {
 
 void Strip::mousePressEvent(QMouseEvent* event) {
   p_->LayOut(*this);
-  p_->input.Press(event->position().toPoint(), event->button(), event->modifiers());
+  p_->input.Press(event->position().toPoint(), event->button());
 }
 
 void Strip::mouseMoveEvent(QMouseEvent* event) {

@@ -29,7 +29,7 @@ QRect StripInput::ZoneOfPress() const {
   return layout_.zones[static_cast<std::size_t>(part_.index)];
 }
 
-void StripInput::Press(QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers) {
+void StripInput::Press(QPoint at, Qt::MouseButton button) {
   if (drag_ != Drag::None) return;
   scene_.overlay.notice.clear();
   button_ = button;

@@ -20,7 +20,7 @@ class StripInput {
   /// `changed` is told after every change. The scene and the layout outlive this.
   StripInput(StripScene& scene, const StripLayout& layout, std::function<void(Change)> changed);
 
-  void Press(QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+  void Press(QPoint at, Qt::MouseButton button);
   void Move(QPoint at, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
   /// True when it asks for the context menu: a right click without a drag.
   bool Release(QPoint at, Qt::MouseButton button);

@@ -1,7 +1,6 @@
 #pragma once
 
 class QMenu;
-class QWidget;
 
 namespace zth::widgets {
 

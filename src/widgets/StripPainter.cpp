@@ -65,11 +65,10 @@ void StripPainter::SetFont(const QFont& font) {
   key_ = {};
 }
 
-const StripLayout& StripPainter::LayOut(const StripScene& scene, QSize size, double ratio) {
+void StripPainter::LayOut(const StripScene& scene, QSize size, double ratio) {
   layout_ = StripLayout(scene, size, ratio, text_, columns_);
   size_ = size;
   ratio_ = ratio;
-  return layout_;
 }
 
 StripPainter::StillKey StripPainter::KeyOf(const StripScene& scene, QSize size, double ratio,
@@ -91,8 +90,8 @@ StripPainter::StillKey StripPainter::KeyOf(const StripScene& scene, QSize size, 
   return key;
 }
 
-const StripLayout& StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio,
-                                       const QPalette& palette) {
+void StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio,
+                         const QPalette& palette) {
   LayOut(scene, size, ratio);
   const StripColours colours(palette);
   StillKey key = KeyOf(scene, size, ratio, palette);
@@ -115,7 +114,7 @@ const StripLayout& StripPainter::Paint(QPainter& painter, const StripScene& scen
   if (scene.IsXY()) {
     std::memcpy(canvas_.bits(), still_.constBits(), static_cast<std::size_t>(still_.sizeInBytes()));
     QPainter canvas(&canvas_);
-    PaintPaths(canvas, scene, true, colours);
+    PaintPaths(canvas, scene, colours);
   } else {
     PaintColumns(scene, colours);
   }
@@ -124,7 +123,6 @@ const StripLayout& StripPainter::Paint(QPainter& painter, const StripScene& scen
   PaintLegend(painter, scene, colours);
   PaintFreeLabels(painter, scene, colours);
   PaintOverlay(painter, scene, colours);
-  return layout_;
 }
 
 void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette) {
@@ -132,7 +130,7 @@ void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize
   const StripColours colours(palette);
   PaintStill(painter, scene, colours, false);
   if (scene.IsXY()) {
-    PaintPaths(painter, scene, true, colours);
+    PaintPaths(painter, scene, colours);
   } else {
     PaintVectorTraces(painter, scene);
   }
@@ -287,15 +285,13 @@ void StripPainter::PaintVectorTraces(QPainter& painter, const StripScene& scene)
   painter.restore();
 }
 
-void StripPainter::PaintPaths(QPainter& painter, const StripScene& scene, bool grid, const StripColours& colours) {
+void StripPainter::PaintPaths(QPainter& painter, const StripScene& scene, const StripColours& colours) {
   painter.save();
-  if (grid) {
-    painter.setPen(QPen(colours.grid, 1));
-    for (const Tick& tick : layout_.xTicks) {
-      const double x = std::floor(layout_.PixelOfX(tick.value)) + 0.5;
-      if (x > layout_.plot.left() && x < layout_.plot.right()) {
-        painter.drawLine(QPointF(x, layout_.plot.top()), QPointF(x, layout_.plot.bottom()));
-      }
+  painter.setPen(QPen(colours.grid, 1));
+  for (const Tick& tick : layout_.xTicks) {
+    const double x = std::floor(layout_.PixelOfX(tick.value)) + 0.5;
+    if (x > layout_.plot.left() && x < layout_.plot.right()) {
+      painter.drawLine(QPointF(x, layout_.plot.top()), QPointF(x, layout_.plot.bottom()));
     }
   }
   painter.setRenderHint(QPainter::Antialiasing);

@@ -32,13 +32,12 @@ class StripPainter {
  public:
   explicit StripPainter(const QFont& font);
 
-  /// Lays out and draws the whole widget. The layout used comes back for hit tests.
-  const StripLayout& Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio,
-                           const QPalette& palette);
+  /// Lays out and draws the whole widget.
+  void Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio, const QPalette& palette);
   /// The same, as lines and texts that scale: for drawings and paper. No cursor, no handles.
   void PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette);
-  /// The layout that Paint would use.
-  const StripLayout& LayOut(const StripScene& scene, QSize size, double ratio);
+  /// Makes the layout that Paint would use, for hit tests.
+  void LayOut(const StripScene& scene, QSize size, double ratio);
 
   /// The layout last made.
   const StripLayout& Layout() const { return layout_; }
@@ -87,7 +86,7 @@ class StripPainter {
   void PaintGround(const StripScene& scene, std::size_t zone, const RasterArea& area, int from,
                    const StripColours& colours);
   void PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach);
-  void PaintPaths(QPainter& painter, const StripScene& scene, bool grid, const StripColours& colours);
+  void PaintPaths(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintVectorTraces(QPainter& painter, const StripScene& scene);
   void PaintXLabels(QPainter& painter, const StripScene& scene, const StripColours& colours);
   /// Whether a legend row shows its trace's line.

@@ -50,13 +50,14 @@ QString ExactText(double value) {
   return QString::fromStdString(base::GeneralText(static_cast<float>(value)));
 }
 
-}  // namespace
-
-QString StripValueText(const StripScene& scene, int trace, double value, double perPixel) {
+/// A trace's value and its unit, with decimals to match what a pixel of its zone is worth.
+QString ValueText(const StripScene& scene, int trace, double value, double perPixel) {
   const std::size_t axis = scene.AxisOf(trace);
   const QString unit = axis < scene.setup.axes.size() ? scene.setup.axes[axis].unit : QString();
   return PlainText(value, perPixel >= 1 ? 0 : std::min(DecimalsFor(perPixel) + 1, 6)) + unit;
 }
+
+}  // namespace
 
 StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout) {
   StripReadout readout;
@@ -75,7 +76,7 @@ StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout)
     if (!here) continue;
     const StripView::Axis& axis = scene.view.At(scene.AxisOf(t));
     const double perPixel = (axis.max - axis.min) / std::max(1, layout.zones[scene.AxisOf(t)].height());
-    const auto text = [&](double value) { return StripValueText(scene, t, value, perPixel); };
+    const auto text = [&](double value) { return ValueText(scene, t, value, perPixel); };
     StripReadout::Line line{t, scene.NameOf(t), text(here->lo), {}};
     if (here->hi != here->lo) line.value = text(here->lo) + QStringLiteral(" … ") + text(here->hi);
     if (mark) {

@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include <QColor>
 #include <QString>
 
 #include "widgets/StripLayout.h"
@@ -25,10 +24,6 @@ struct StripReadout {
 
 /// Reads the scene under its cursor, which is there.
 StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout);
-
-/// A trace's value as read-outs and summaries write it: decimals to match what a pixel of its zone
-/// is worth, and its unit.
-QString StripValueText(const StripScene& scene, int trace, double value, double perPixel);
 
 /// The latest values in one sentence, for those who cannot see the picture: "Temperature (°C): Local 25.25, Remote1
 /// 31".

@@ -57,14 +57,6 @@ StripLabel* StripScene::Label(int slot) {
   return const_cast<StripLabel*>(std::as_const(*this).Label(slot));
 }
 
-std::optional<double> StripScene::NewestX() const {
-  std::optional<double> newest;
-  for (const Trace& trace : traces) {
-    if (!trace.history.Empty()) newest = std::max(newest.value_or(trace.history.Newest().x), trace.history.Newest().x);
-  }
-  return newest;
-}
-
 void StripScene::AddPoint(int trace, QPointF point) {
   std::vector<QPointF>& points = TraceAt(trace).points;
   if (points.size() >= kMostPoints) points.erase(points.begin(), points.begin() + kMostPoints / 2);

@@ -56,8 +56,6 @@ struct StripScene {
   StripLabel* Label(int slot);
   const StripLabel* Label(int slot) const;
 
-  /// The newest sample of all traces; nothing before the first one.
-  std::optional<double> NewestX() const;
   /// Adds a point to an X-Y trace, dropping the oldest when an owner forgets to clear.
   void AddPoint(int trace, QPointF point);
   void ClearData();

@@ -40,11 +40,9 @@ double StripView::LiveEnd() const {
   return mode_ == StripMode::Time ? std::max(startEnd_, newest_) : startEnd_;
 }
 
-bool StripView::Advance(double newestX) {
+void StripView::Advance(double newestX) {
   newest_ = std::max(newest_, newestX);
-  if (held_ || mode_ != StripMode::Time || LiveEnd() == xEnd_) return false;
-  xEnd_ = LiveEnd();
-  return true;
+  if (!held_ && mode_ == StripMode::Time) xEnd_ = LiveEnd();
 }
 
 void StripView::GoLive() {

@@ -25,8 +25,8 @@ class StripView {
 
   /// True when a time chart's window stays where it is while samples come in, because it was moved off the live edge.
   bool Held() const { return held_; }
-  /// The newest sample's x: a live window follows it once it has reached the right edge. True when the window moved.
-  bool Advance(double newestX);
+  /// The newest sample's x: a live window follows it once it has reached the right edge.
+  void Advance(double newestX);
   /// Back to following, with the present width; an X-Y chart back to its start window.
   void GoLive();
   /// Back to the start ranges, and live. Zones stay.

@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <functional>
 #include <set>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -26,11 +28,9 @@ TEST(Conversions, TemperaturesHaveTheirOffsetAndQuarters) {
 }
 
 TEST(Conversions, TachCountsOutsideTheWindowAreNoReading) {
-  const struct {
-    std::int32_t count, rpm;
-  } rows[] = {{0, 0},       {26, 0},     {27, 200000}, {1000, 5400}, {7000, 771},
-              {36000, 150}, {60000, 90}, {60001, 0},   {0xFFFF, 0},  {28, 192857}};
-  for (const auto& row : rows) EXPECT_EQ(TachCountToRpm(row.count, 90000), row.rpm) << row.count;
+  constexpr std::int32_t kRows[][2] = {{0, 0},      {26, 0},      {27, 200000}, {28, 192857}, {1000, 5400},
+                                       {7000, 771}, {36000, 150}, {60000, 90},  {60001, 0},   {0xFFFF, 0}};
+  for (const auto& [count, rpm] : kRows) EXPECT_EQ(TachCountToRpm(count, 90000), rpm) << count;
   EXPECT_EQ(TachCountToRpm(0, 3000), 180000) << "a count of 0 stands for the clock's own speed";
 }
 
@@ -58,20 +58,22 @@ class Pins : public ::testing::Test {
     ReadPinConfiguration();
   }
 
-  static std::set<int> Present() {
-    std::set<int> channels;
-    for (int i = 0; i < kVoltageChannels; ++i) {
-      if (VoltagePresent[static_cast<std::size_t>(i)]) channels.insert(i);
+  /// The indices of what holds.
+  template <typename List, typename Holds>
+  static std::set<int> Indices(const List& list, Holds holds) {
+    std::set<int> indices;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+      if (holds(list[i])) indices.insert(static_cast<int>(i));
     }
-    return channels;
+    return indices;
   }
-
+  static std::set<int> Present() { return Indices(VoltagePresent, std::identity{}); }
   static std::set<int> AvailableRows() {
-    std::set<int> rows;
-    for (int i = 0; i < kLogChannels; ++i) {
-      if (LogChannelTable[static_cast<std::size_t>(i)].Available == 1.0F) rows.insert(i);
-    }
-    return rows;
+    return Indices(LogChannelTable, [](const LogChannel& row) { return row.Available == 1.0F; });
+  }
+  /// The switch bytes that were written, 0x4A's before 0x48's.
+  static Traffic Switches(const char* device0, const char* device1) {
+    return {std::string("usb P 4A=") + device0, std::string("usb P 48=") + device1};
   }
 
   Desk desk;
@@ -79,25 +81,17 @@ class Pins : public ::testing::Test {
 
 TEST_F(Pins, AllRegistersAtZero) {
   Configure({0, 0, 0, 0});
-  EXPECT_FALSE(PinFunctions.Vid || PinFunctions.D1 || PinFunctions.D3);
-  PinFunctionFlags expected;
-  expected.Pin23 = expected.Pin24 = 2;
-  EXPECT_EQ(PinFunctions, expected);
+  EXPECT_EQ(PinFunctions, (PinFunctionFlags{.Pin23 = 2, .Pin24 = 2}));
   EXPECT_EQ(Present(), (std::set{0, 1, 2, 3, 5, 7, 8, 9, 13, 18, 20}));
   EXPECT_EQ(AvailableRows(), (std::set{0, 2, 14, 16, 17, 18, 19, 21, 23, 24, 25, 29, 34, 36, 39, 40, 41, 42, 43, 44}));
 }
 
 TEST_F(Pins, FactoryDefaults) {
   Configure({0x7F, 0xCE, 0x42, 0xFC});
-  const PinFunctionFlags& p = PinFunctions;
-  EXPECT_TRUE(!p.Vid && p.D1 && p.D3);
-  for (const auto flag : {p.Pin1, p.Pin2, p.Pin3, p.Pin4, p.Pin7, p.Pin8, p.Pin13, p.Pin21, p.Pin22, p.Pin23, p.Pin27,
-                          p.Pin31, p.Pin32}) {
-    EXPECT_EQ(flag, 1);
-  }
-  for (const auto flag : {p.Pin15, p.Pin20, p.Pin24, p.Pin25, p.Pin26}) EXPECT_EQ(flag, 0);
-  EXPECT_EQ(p.Pin28, 2);
-  EXPECT_EQ(p.Pin29, 2);
+  PinFunctionFlags p{.D1 = true, .D3 = true, .Pin28 = 2, .Pin29 = 2};
+  p.Pin1 = p.Pin2 = p.Pin3 = p.Pin4 = p.Pin7 = p.Pin8 = p.Pin13 = 1;
+  p.Pin21 = p.Pin22 = p.Pin23 = p.Pin27 = p.Pin31 = p.Pin32 = 1;
+  EXPECT_EQ(PinFunctions, p);
   EXPECT_EQ(Present(), (std::set{11, 16, 18, 20}));
 }
 
@@ -107,15 +101,12 @@ TEST_F(Pins, EachPinHasAtMostOneVoltageWhateverTheRegistersHold) {
       {0}, {1}, {2}, {3, 4}, {5, 6}, {7}, {8}, {9, 10, 11, 12}, {13, 14, 15, 16}, {17, 18}, {19, 20}, {21}, {22}};
   for (unsigned seed = 0; seed < 4096; ++seed) {
     const unsigned bits = seed * 2654435761U;
-    const std::array<std::uint8_t, 4> configs{static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(bits >> 8),
-                                              static_cast<std::uint8_t>(bits >> 16),
-                                              static_cast<std::uint8_t>(bits >> 24)};
+    std::array<std::uint8_t, 4> configs{};
+    for (std::size_t i = 0; i < 4; ++i) configs[i] = static_cast<std::uint8_t>(bits >> 8 * i);
     Configure(configs);
     const std::set<int> present = Present();
     for (const auto& pin : channelsOfPin) {
-      int shown = 0;
-      for (const int channel : pin) shown += static_cast<int>(present.count(channel));
-      ASSERT_LE(shown, 1);
+      ASSERT_LE(std::count_if(pin.begin(), pin.end(), [&](int channel) { return present.contains(channel); }), 1);
     }
     const int field25 = configs[2] >> 4 & 3;
     ASSERT_EQ(present.count(18), field25 == 0);
@@ -128,14 +119,10 @@ TEST_F(Pins, EachPinHasAtMostOneVoltageWhateverTheRegistersHold) {
 }
 
 TEST_F(Pins, TheSwitchesFollowThePins) {
-  Configure({0x7F, 0xCE, 0x42, 0xFC});
+  Configure({0x12, 0xCE, 0x42, 0x58});
   desk.board.TakeTraffic();
   UpdateBoardSwitches();
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb P 4A=3F", "usb P 48=FF"}));
-  Configure({0x00, 0xCE, 0x42, 0x58});
-  desk.board.TakeTraffic();
-  UpdateBoardSwitches();
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"usb P 4A=13", "usb P 48=F0"}));
+  EXPECT_EQ(desk.board.TakeTraffic(), Switches("13", "F9"));
   BoardSwitch.fill(false);
   BoardSwitch[8] = BoardSwitch[15] = true;
   EXPECT_EQ(PackSwitchByte(1), 0x81);
@@ -146,7 +133,7 @@ TEST_F(Pins, APinRegisterWriteRenewsFlagsAndSwitches) {
   for (std::int32_t reg = 0x10; reg <= 0x14; ++reg) {
     const std::int32_t value = desk.board.Chip()[static_cast<std::size_t>(reg)];
     link::WriteRegisterValue(link::DeviceAddress, reg, value);
-    EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(reg, value), B(0x10, 4), Traffic{"usb P 4A=3F", "usb P 48=FF"}));
+    EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(reg, value), B(0x10, 4), Switches("3F", "FF")));
   }
   link::WriteRegisterValue(link::DeviceAddress, 0x10, 0x3F);
   EXPECT_FALSE(PinFunctions.D1);
@@ -206,16 +193,14 @@ TEST_F(Groups, ValuesComeFromTheirRegistersAndReachTheLogTable) {
     EXPECT_NEAR(static_cast<double>(m.Voltage[i]), registers[i] * scales[i] / 192, 0.00501) << i;
     EXPECT_EQ(LogChannelTable[16 + i].Value, m.Voltage[i]);
   }
-  EXPECT_EQ(m.ThermPercent[0], 68);
-  EXPECT_EQ(m.ThermPercent[1], 69);
-  EXPECT_EQ(m.PolledOpPoint[1], 0x5A - 64);
-  EXPECT_EQ(m.PolledOpPoint[2], 0x5B - 64);
-  EXPECT_EQ(m.PolledHighLimit[1], 0x49 - 64);
-  EXPECT_EQ(m.PolledHighLimit[2], 0x4A - 64);
-  EXPECT_EQ(m.PolledLowLimit[1], 0x45 - 64);
-  EXPECT_EQ(m.PolledLowLimit[2], 0x46 - 64);
-  EXPECT_EQ(LogChannelTable[43].Value, 0x5A - 64);
-  EXPECT_EQ(LogChannelTable[44].Value, 0x5B - 64);
+  EXPECT_EQ(m.ThermPercent, (std::array<float, 2>{68, 69}));
+  for (std::size_t remote = 1; remote <= 2; ++remote) {
+    const int above = static_cast<int>(remote) - 1 - 64;
+    EXPECT_EQ(m.PolledOpPoint[remote], 0x5A + above);
+    EXPECT_EQ(m.PolledHighLimit[remote], 0x49 + above);
+    EXPECT_EQ(m.PolledLowLimit[remote], 0x45 + above);
+    EXPECT_EQ(LogChannelTable[42 + remote].Value, 0x5A + above);
+  }
 }
 
 TEST_F(Groups, ARevisionZeroChipReportsItsDutyInverted) {

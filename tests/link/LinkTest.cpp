@@ -1,6 +1,8 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -26,13 +28,12 @@ class Link : public ::testing::Test {
     OnUsb();
   }
 
-  void OnUsb() {
-    InterfaceMode = kModeUsb;
-    DeviceAddress = 0x58;
-  }
-  void OnSmbus() {
-    InterfaceMode = kModeSmbus;
-    DeviceAddress = 0x2C;
+  void OnUsb() { Choose(kModeUsb, 0x58); }
+  void OnSmbus() { Choose(kModeSmbus, 0x2C); }
+  /// Runs `check` on the one link and then on the other.
+  template <typename Check>
+  void OnEach(Check check) {
+    for (const bool usb : {true, false}) usb ? OnUsb() : OnSmbus(), check();
   }
 
   /// Runs an operation that may end the process; its status, or nothing when it came back.
@@ -47,6 +48,12 @@ class Link : public ::testing::Test {
 
   Desk desk;
   int closings = 0;
+
+ private:
+  static void Choose(std::int16_t mode, std::int32_t address) {
+    InterfaceMode = mode;
+    DeviceAddress = address;
+  }
 };
 
 TEST_F(Link, EachUsbOperationIsOneRequestOfTheAdapter) {
@@ -100,24 +107,20 @@ TEST_F(Link, WithoutALinkNothingMoves) {
 }
 
 TEST_F(Link, ValuesAreLimitedToAByteForTheCallerToo) {
-  struct Row {
-    std::int32_t value, sent;
-  };
-  for (const bool usb : {true, false}) {
-    usb ? OnUsb() : OnSmbus();
-    for (const Row row : {Row{300, 255}, Row{255, 255}, Row{256, 255}, Row{-1, 0}, Row{0, 0}, Row{100000, 255}}) {
-      std::int32_t value = row.value;
+  OnEach([this] {
+    for (const auto& [given, sent] : {std::pair{300, 255}, {255, 255}, {256, 255}, {-1, 0}, {0, 0}, {100000, 255}}) {
+      std::int32_t value = given;
       WriteRegister(DeviceAddress, 0x30, value);
-      EXPECT_EQ(value, row.sent);
-      EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x30, row.sent)});
+      EXPECT_EQ(value, sent);
+      EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x30, sent)});
     }
-  }
+  });
   OnUsb();
-  for (const Row row : {Row{150, 100}, Row{-5, 0}, Row{100, 100}}) {
-    std::int32_t percent = row.value;
+  for (const auto& [given, sent] : {std::pair{150, 100}, {-5, 0}, {100, 100}}) {
+    std::int32_t percent = given;
     SetHeater(1, percent);
-    EXPECT_EQ(percent, row.sent);
-    EXPECT_EQ(desk.board.TakeTraffic(), Traffic{"usb H 1=" + std::to_string(row.sent)});
+    EXPECT_EQ(percent, sent);
+    EXPECT_EQ(desk.board.TakeTraffic(), Traffic{"usb H 1=" + std::to_string(sent)});
   }
   EXPECT_EQ(WriteBoardPort(0x4A, 256) + WriteBoardPort(0x4A, -1), 0);
   EXPECT_TRUE(desk.board.traffic.empty());
@@ -126,8 +129,7 @@ TEST_F(Link, ValuesAreLimitedToAByteForTheCallerToo) {
 TEST_F(Link, ARegisterOutsideAByteIsNoTransfer) {
   int hooks = 0;
   OnRegisterWrite(0x121, [&] { ++hooks; });
-  for (const bool usb : {true, false}) {
-    usb ? OnUsb() : OnSmbus();
+  OnEach([] {
     for (const std::int32_t reg : {-1, 0x100, 0x121, 0x7FFFFFFF}) {
       EXPECT_EQ(ReadRegister(DeviceAddress, reg), 0);
       EXPECT_EQ(WriteRegisterValue(DeviceAddress, reg, 1), 0);
@@ -135,26 +137,23 @@ TEST_F(Link, ARegisterOutsideAByteIsNoTransfer) {
     }
     EXPECT_EQ(ReadRegisterBlock(DeviceAddress, 0xFE, 3), 0) << "a run that leaves the register file";
     EXPECT_EQ(ReadRegisterBlock(DeviceAddress, 0, 66), 0) << "a run that does not fit the buffer";
-  }
+  });
   EXPECT_TRUE(desk.board.traffic.empty());
   EXPECT_EQ(hooks, 0);
 }
 
 TEST_F(Link, AWriteToAPwmConfigurationReadsItBackOnBothLinks) {
-  for (const bool usb : {true, false}) {
-    usb ? OnUsb() : OnSmbus();
+  OnEach([this] {
     for (int pwm = 1; pwm <= 4; ++pwm) {
-      const auto reg = 0x20 + pwm;
-      WriteRegisterValue(DeviceAddress, reg, 0xE5);
-      EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{W(reg, 0xE5), R(reg)}));
-      EXPECT_TRUE(PwmManual[static_cast<std::size_t>(pwm)]);
-      WriteRegisterValue(DeviceAddress, reg, 0xDF);
-      EXPECT_FALSE(PwmManual[static_cast<std::size_t>(pwm)]) << "only all three bits are manual";
-      desk.board.TakeTraffic();
+      for (const auto& [value, manual] : {std::pair{0xE5, true}, {0xDF, false}}) {  // only all three bits are manual
+        WriteRegisterValue(DeviceAddress, 0x20 + pwm, value);
+        EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{W(0x20 + pwm, value), R(0x20 + pwm)}));
+        EXPECT_EQ(PwmManual[static_cast<std::size_t>(pwm)], manual);
+      }
     }
     WriteRegisterValue(DeviceAddress, 0x15, 0xFF);
     EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x15, 0xFF)}) << "no hook";
-  }
+  });
 }
 
 TEST_F(Link, AFailedTransferShowsOneBoxClosesTheWindowsAndEnds) {

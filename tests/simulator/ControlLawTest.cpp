@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -13,36 +12,23 @@ namespace {
 // A prediction of the duty by other means than the chip's: from readings in degrees and the settings as a person says
 // them, with the curve as a fraction in lowest terms and its own memory of what is on.
 
-struct Fraction {
-  long long over, under;
-};
-
-constexpr std::array<Fraction, 16> kTrange{{{2, 1},
-                                            {5, 2},
-                                            {10, 3},
-                                            {4, 1},
-                                            {5, 1},
-                                            {20, 3},
-                                            {8, 1},
-                                            {10, 1},
-                                            {40, 3},
-                                            {16, 1},
-                                            {20, 1},
-                                            {80, 3},
-                                            {32, 1},
-                                            {40, 1},
-                                            {160, 3},
-                                            {80, 1}}};
+// Degrees of each Trange field, as fractions.
+constexpr int kTrangeOver[] = {2, 5, 10, 4, 5, 20, 8, 10, 40, 16, 20, 80, 32, 40, 160, 80};
+constexpr int kTrangeUnder[] = {1, 2, 3, 1, 1, 3, 1, 1, 3, 1, 1, 3, 1, 1, 3, 1};
 
 struct Channel {
   int tmin, hysteresis, trange, therm[2], thermHysteresis;
   bool letThrough[2];
 };
 
+struct Output {
+  int behaviour, min;
+  bool alwaysOn;
+};
+
 struct Settings {
-  std::array<Channel, 4> channels;
-  std::array<int, 4> behaviour, min;
-  std::array<bool, 4> alwaysOn;
+  std::array<Channel, 4> channels{};
+  std::array<Output, 4> outputs{};
   int max;
   bool boost[2];
 };
@@ -52,9 +38,9 @@ class Predictor {
   explicit Predictor(const Settings& settings) : s_(settings) {}
 
   void See(const std::array<double, 4>& t) {
+    t_ = t;
     for (std::size_t c = 0; c < 4; ++c) {
       const Channel& channel = s_.channels[c];
-      t_[c] = t[c];
       if (t[c] >= channel.tmin) on_[c] = true;
       if (t[c] < channel.tmin - channel.hysteresis) on_[c] = false;
       for (std::size_t i = 0; i < 2; ++i) {
@@ -65,33 +51,34 @@ class Predictor {
   }
 
   int Duty(std::size_t pwm) const {
-    const int behaviour = s_.behaviour[pwm];
-    if (behaviour == 4) return 0;
+    const Output& output = s_.outputs[pwm];
+    if (output.behaviour == 4) return 0;
     for (std::size_t i = 0; i < 2; ++i) {
       for (std::size_t c = 0; c < 4; ++c) {
         if (s_.boost[i] && s_.channels[c].letThrough[i] && hot_[i][c]) return 255;
       }
     }
-    int best = s_.alwaysOn[pwm] ? s_.min[pwm] : 0;
+    int best = output.alwaysOn ? output.min : 0;
     for (std::size_t c = 0; c < 4; ++c) {
-      const bool source = behaviour == 6 || (behaviour == 5 && (c == 0 || c == 3)) || behaviour == static_cast<int>(c);
-      if (source && on_[c]) best = std::max(best, s_.min[pwm] + Rise(c));
+      const bool source = output.behaviour == 6 || (output.behaviour == 5 && (c == 0 || c == 3)) ||
+                          output.behaviour == static_cast<int>(c);
+      if (source && on_[c]) best = std::max(best, output.min + Rise(c));
     }
     return std::min(best, s_.max);
   }
 
  private:
   int Rise(std::size_t c) const {
-    const double degrees = t_[c] - s_.channels[c].tmin;
+    const Channel& channel = s_.channels[c];
+    const double degrees = t_[c] - channel.tmin;
     if (degrees <= 0) return 0;
     // 64 hundredths of 255 over Trange; degrees are whole quarters.
-    const Fraction trange = kTrange[static_cast<std::size_t>(s_.channels[c].trange)];
-    const long long over = 64 * 255 * static_cast<long long>(degrees * 4) * trange.under;
-    const long long under = 100 * 4 * trange.over;
-    long long whole = over / under;
+    const long long over = 64 * 255 * static_cast<long long>(degrees * 4) * kTrangeUnder[channel.trange];
+    const long long under = 100 * 4 * kTrangeOver[channel.trange];
+    const long long whole = over / under;
     const long long rest = over - whole * under;
-    if (rest * 2 > under || (rest * 2 == under && (whole & 1) != 0)) ++whole;
-    return static_cast<int>(whole);
+    const bool up = rest * 2 > under || (rest * 2 == under && (whole & 1) != 0);
+    return static_cast<int>(whole + (up ? 1 : 0));
   }
 
   Settings s_;
@@ -100,139 +87,92 @@ class Predictor {
   std::array<std::array<bool, 4>, 2> hot_{};
 };
 
-Settings RandomSettings(std::mt19937& random) {
+/// Settings by chance, written to the chip.
+Settings PutRandomSettings(ChipOnBench& bench, std::mt19937& random) {
   const auto from = [&](int low, int high) { return std::uniform_int_distribution(low, high)(random); };
-  Settings s{};
-  for (Channel& c : s.channels) {
+  Settings s{.max = from(0, 3) == 0 ? 255 : from(0, 255), .boost = {from(0, 1) == 1, from(0, 1) == 1}};
+  int enabled[] = {1, 1}, hysteresis[] = {0, 0}, hold[] = {0x90, 0x90};
+  for (int i = 0; i < 4; ++i) {
+    Channel& c = s.channels[static_cast<std::size_t>(i)];
     c = {from(10, 70), from(0, 15),
          from(0, 15),  {from(40, 130), from(40, 130)},
          from(0, 15),  {from(0, 3) > 0, from(0, 3) > 0}};
-  }
-  for (std::size_t pwm = 0; pwm < 4; ++pwm) {
-    s.behaviour[pwm] = from(0, 6);
-    s.min[pwm] = from(0, 255);
-    s.alwaysOn[pwm] = from(0, 1) == 1;
-  }
-  s.max = from(0, 3) == 0 ? 255 : from(0, 255);
-  for (bool& boost : s.boost) boost = from(0, 1) == 1;
-  return s;
-}
+    bench.Write({{0x5C + i, Degrees(c.tmin)}, {0x60 + i, c.trange << 4 | c.hysteresis}});
+    bench.Write({{0x4C + i, Degrees(c.therm[0])}, {0x50 + i, Degrees(c.therm[1])}});
+    for (int therm = 0; therm < 2; ++therm) enabled[therm] |= c.letThrough[therm] << (1 + i);
+    hysteresis[i / 2] |= c.thermHysteresis << 4 * (i % 2);
 
-void Put(ChipOnBench& bench, const Settings& s) {
-  int therm[2] = {1, 1};
-  for (int c = 0; c < 4; ++c) {
-    const Channel& channel = s.channels[static_cast<std::size_t>(c)];
-    bench.Write(0x5C + c, Degrees(channel.tmin));
-    bench.Write(0x60 + c, channel.trange << 4 | channel.hysteresis);
-    for (int i = 0; i < 2; ++i) {
-      bench.Write(0x4C + 4 * i + c, Degrees(channel.therm[i]));
-      therm[i] |= channel.letThrough[i] << (1 + c);
-    }
+    Output& o = s.outputs[static_cast<std::size_t>(i)];
+    o = {from(0, 6), from(0, 255), from(0, 1) == 1};
+    bench.Write({{0x21 + i, o.behaviour << 5 | 0x10}, {0x28 + i, o.min}});  // no spin-up
+    hold[i / 2] |= o.alwaysOn << i % 2;
   }
-  for (int i = 0; i < 2; ++i) {
-    const auto hyst = [&](int c) { return s.channels[static_cast<std::size_t>(c)].thermHysteresis; };
-    bench.Write(0x54 + i, hyst(2 * i + 1) << 4 | hyst(2 * i));
-    bench.Write(0x0E + i, therm[i]);
-  }
-  int hold[2] = {0x90, 0x90};
-  for (int pwm = 0; pwm < 4; ++pwm) {
-    const auto p = static_cast<std::size_t>(pwm);
-    bench.Write(0x21 + pwm, s.behaviour[p] << 5 | 0x10);  // no spin-up
-    bench.Write(0x28 + pwm, s.min[p]);
-    hold[pwm / 2] |= s.alwaysOn[p] << pwm % 2;
-  }
+  bench.Write({{0x0E, enabled[0]}, {0x0F, enabled[1]}, {0x54, hysteresis[0]}, {0x55, hysteresis[1]}});
   bench.Write({{0x25, hold[0]}, {0x26, hold[1]}, {0x2C, s.max}, {0x0D, (s.boost[0] ? 0 : 1) | (s.boost[1] ? 0 : 2)}});
+  return s;
 }
 
 TEST(ControlLaw, DutyIsThePredictedOneToTheLastBitUpAndDown) {
   std::mt19937 random(4718);
   for (int set = 0; set < 1000; ++set) {
-    const Settings settings = RandomSettings(random);
-    ChipOnBench bench(static_cast<std::uint8_t>(set % 2));
-    Put(bench, settings);
-    Predictor predictor(settings);
+    ChipOnBench bench(set % 2);
+    Predictor predictor(PutRandomSettings(bench, random));
     for (int step = 0; step <= 40; ++step) {
       // Up for one half and down for the other, each channel on a way of its own, in quarter degrees.
-      std::array<double, 4> t{};
-      for (std::size_t c = 0; c < 4; ++c) {
+      for (int c = 0; c < 4; ++c) {
         const int height = 20 - std::abs(step - 20);
-        t[c] =
-            0.25 * static_cast<double>(20 + height * (16 + 5 * static_cast<int>(c)) + static_cast<int>(random() % 5));
+        bench.Celsius(c) = 0.25 * (20 + height * (16 + 5 * c) + static_cast<int>(random() % 5));
       }
-      bench.pins.temperatureC = t;
       bench.Run(kConversionSeconds);
-      predictor.See(t);
+      predictor.See(bench.pins.temperatureC);
       for (int pwm = 0; pwm < 4; ++pwm) {
         const int raw = bench.Read(0xAA + pwm);
-        const int duty = set % 2 == 0 ? 255 - raw : raw;
-        ASSERT_EQ(duty, predictor.Duty(static_cast<std::size_t>(pwm)))
-            << "set " << set << " step " << step << " PWM" << pwm + 1 << " behaviour "
-            << settings.behaviour[static_cast<std::size_t>(pwm)];
+        ASSERT_EQ(set % 2 == 0 ? 255 - raw : raw, predictor.Duty(static_cast<std::size_t>(pwm)))
+            << "set " << set << " step " << step << " PWM" << pwm + 1;
       }
     }
   }
 }
 
 TEST(ControlLaw, TheCurveGoesThroughThePointsThatTheWindowDraws) {
-  struct Row {
-    double celsius;
-    int duty;
-  };
   // Tmin 30, Trange 20, Min 25 %, Max 100 %, hysteresis 4.
-  ChipOnBench bench;
-  bench.Write({{0x21, 0x10}, {0x28, 64}, {0x2C, 255}, {0x5C, Degrees(30)}, {0x60, 0xA4}});
-  for (const Row& row : {Row{29.75, 0}, Row{30, 64}, Row{50, 227}, Row{53.5, 255}, Row{60, 255}, Row{50, 227},
-                         Row{29, 64}, Row{26, 64}, Row{25.75, 0}, Row{29.75, 0}}) {
-    bench.pins.temperatureC[0] = row.celsius;
+  ChipOnBench bench({{0x21, 0x10}, {0x28, 64}, {0x2C, 255}, {0x5C, Degrees(30)}, {0x60, 0xA4}});
+  for (const auto& [celsius, duty] : {std::pair{29.75, 0},
+                                      {30.0, 64},
+                                      {50.0, 227},
+                                      {53.5, 255},
+                                      {60.0, 255},
+                                      {29.0, 64},
+                                      {26.0, 64},
+                                      {25.75, 0},
+                                      {29.75, 0}}) {
+    bench.Celsius(0) = celsius;
     bench.Run(kConversionSeconds);
-    EXPECT_EQ(bench.chip.Duty(0), row.duty) << row.celsius;
+    EXPECT_EQ(bench.Duty(0), duty) << celsius;
   }
 }
 
-TEST(ControlLaw, AnOutputThatNobodySetUpRunsAtMaxAndOneThatIsSetUpFollowsItsCurve) {
-  ChipOnBench bench;
-  bench.Run(1);
-  for (int pwm = 0; pwm < 4; ++pwm) EXPECT_EQ(bench.chip.Duty(pwm), 0xC0);
-  bench.Write(0x2C, 0xFF);
-  bench.Write(0x5D, Degrees(90));  // Tmin of Remote 1 sets up PWM2, which follows it
-  bench.Run(1);
-  EXPECT_EQ(bench.chip.Duty(0), 0xFF);
-  EXPECT_EQ(bench.chip.Duty(1), 0);
-  EXPECT_EQ(bench.chip.Duty(2), 0xFF);
-}
-
-TEST(ControlLaw, AnOutputIsSetUpByWhateverShapesItsOwnDuty) {
+TEST(ControlLaw, AnOutputRunsAtMaxUntilWhateverShapesItsOwnDutySetsItUp) {
   struct Row {
     int address, value;
     int setUp;  // a bit an output; at power-up they follow Local and Remote 1 to 3 in order
   };
   for (const Row& row :
        {Row{0x21, 0x10, 1}, Row{0x24, 0x70, 8}, Row{0x25, 0x90, 3}, Row{0x26, 0x90, 12}, Row{0x28, 0x80, 1},
-        Row{0x2B, 0x80, 8}, Row{0x5C, 0x9A, 1}, Row{0x5E, 0x9A, 4}, Row{0x5F, 0x9A, 8}, Row{0x60, 0xC4, 1},
-        Row{0x63, 0xC4, 8}, Row{0x0B, 0x01, 2}, Row{0x0B, 0x02, 4}, Row{0x0B, 0x3C, 0}, Row{0x2C, 0xC0, 0},
-        Row{0x01, 0x21, 0}, Row{0x4C, 0xA4, 0}, Row{0x00, 0x80, 0}}) {
+        Row{0x2B, 0x80, 8}, Row{0x5C, 0x9A, 1}, Row{0x5D, 0x9A, 2}, Row{0x5E, 0x9A, 4}, Row{0x5F, 0x9A, 8},
+        Row{0x60, 0xC4, 1}, Row{0x63, 0xC4, 8}, Row{0x0B, 0x01, 2}, Row{0x0B, 0x02, 4}, Row{0x0B, 0x3C, 0},
+        Row{0x01, 0x21, 0}, Row{0x4C, 0xA4, 0}, Row{0x00, 0x80, 0}, Row{0x2C, 0xFF, 0}}) {
     ChipOnBench bench;
     bench.Write(row.address, row.value);
     bench.Run(0.2);
+    const int max = row.address == 0x2C ? row.value : 0xC0;
     for (int pwm = 0; pwm < 4; ++pwm) {
-      EXPECT_EQ(bench.chip.Duty(pwm) == 0, (row.setUp >> pwm & 1) != 0) << std::hex << row.address << " PWM" << pwm + 1;
+      EXPECT_EQ(bench.Duty(pwm), (row.setUp >> pwm & 1) != 0 ? 0 : max) << std::hex << row.address << " PWM" << pwm + 1;
     }
   }
-
-  ChipOnBench bench;
-  bench.Write({{0x21, 0xD1}, {0x00, 0x80}});
+  ChipOnBench bench({{0x21, 0xD1}, {0x00, 0x80}});
   bench.Run(0.2);
-  EXPECT_EQ(bench.chip.Duty(0), 0xC0) << "a reset forgets what was set up";
-}
-
-TEST(ControlLaw, FullSpeedAndShutdownGoBeforeEveryBehaviour) {
-  ChipOnBench bench;
-  bench.Write({{0x21, 0x90}, {0x22, 0xF0}, {0xAB, 40}, {0x02, 0xA0}});
-  bench.Run(0.1);
-  for (int pwm = 0; pwm < 4; ++pwm) EXPECT_EQ(bench.chip.Duty(pwm), 255);
-  bench.Write(0x02, 0xA2);
-  bench.Run(0.1);
-  for (int pwm = 0; pwm < 4; ++pwm) EXPECT_EQ(bench.chip.Duty(pwm), 0);
+  EXPECT_EQ(bench.Duty(0), 0xC0) << "a reset forgets what was set up";
 }
 
 }  // namespace

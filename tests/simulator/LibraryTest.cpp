@@ -24,17 +24,9 @@ using ReadSmbus = std::uint8_t(std::uint8_t, std::uint8_t);
 template <typename Entry>
 Entry* Find(const char* library, const char* name) {
   void* handle = dlopen(library, RTLD_NOW | RTLD_LOCAL);
-  if (handle == nullptr) {
-    ADD_FAILURE() << dlerror();
-    return nullptr;
-  }
-  void* entry = dlsym(handle, name);
-  EXPECT_NE(entry, nullptr) << name;
+  void* entry = handle == nullptr ? nullptr : dlsym(handle, name);
+  EXPECT_NE(entry, nullptr) << dlerror();
   return reinterpret_cast<Entry*>(entry);
-}
-
-void UseSettings(const std::string& path) {
-  setenv("ZTH4718_SIMULATOR", path.c_str(), 1);
 }
 
 TEST_F(SimulatedLibraries, TakeAnyFirmwareAndShowOneChipEach) {
@@ -58,7 +50,7 @@ TEST_F(SimulatedLibraries, SayOnTheErrorStreamWhichLineOfTheSettingsIsWrongAndGo
   const auto path = std::filesystem::temp_directory_path() / "zth-bad-simulator.conf";
   std::ofstream(path) << "ambient = 25\nambient = hot\n";
   const auto child = [&path] {
-    UseSettings(path.string());
+    setenv("ZTH4718_SIMULATOR", path.c_str(), 1);
     std::exit(Find<ReadSmbus>(ZTH_SMBUS_LIBRARY, "ReadSmbus")(0x2C, 0x3E) == 0x41 ? 0 : 1);
   };
   EXPECT_EXIT(child(), testing::ExitedWithCode(0), "^smbus: .*zth-bad-simulator.conf:2: expected a number");
@@ -71,7 +63,7 @@ TEST_F(SimulatedLibraries, ReadEveryScenarioWithoutAComplaint) {
     if (file.path().extension() != ".conf") continue;
     ++count;
     const auto child = [&file] {
-      UseSettings(file.path().string());
+      setenv("ZTH4718_SIMULATOR", file.path().c_str(), 1);
       Find<LoadFirmWare>(ZTH_USB_LIBRARY, "LoadFirmWare")("");
       std::exit(0);
     };

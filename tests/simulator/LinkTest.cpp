@@ -1,71 +1,42 @@
-#include <array>
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 
 #include <gtest/gtest.h>
 
-#include "simulator/Settings.h"
 #include "simulator/SmbusHost.h"
-#include "simulator/UsbAdapter.h"
+#include "tests/simulator/UsbOnBench.h"
 
 namespace zth::simulator {
 namespace {
 
 using namespace std::chrono_literals;
 
-struct Usb {
-  explicit Usb(const Settings& settings = {}) : adapter(settings) {}
-
-  int Ask(int request, int value, int index, int direction, int length) {
-    return adapter.Request(static_cast<std::int16_t>(request), value, index, static_cast<std::int16_t>(direction),
-                           static_cast<std::int16_t>(length), buffer.data());
-  }
-  int Read(int address, int reg) {
-    buffer[0] = 0;
-    EXPECT_EQ(Ask(0xDE, address, reg, 1, 1), 0);
-    return buffer[0];
-  }
-  int Write(int address, int reg, int value) { return Ask(0xDE, address, value * 256 + reg, 0, 0); }
-
-  UsbAdapter adapter;
-  std::array<std::uint8_t, 65> buffer{};
-};
-
 TEST(UsbAdapter, AnswersEveryRequestOfItsTable) {
   Usb usb;
   EXPECT_EQ(usb.adapter.LoadFirmware(), 1);
-  EXPECT_EQ(usb.Ask(0xDD, 0x30, 0x33, 0, 0), 0);
-
-  EXPECT_EQ(usb.Read(0x58, 0x3E), 0x41);
-  EXPECT_EQ(usb.Write(0x58, 0x2C, 0xAB), 0);
-  EXPECT_EQ(usb.Read(0x58, 0x2C), 0xAB);
+  EXPECT_EQ(usb.Connect(), 0);
+  EXPECT_EQ(usb.Read(0x3E), 0x41);
+  EXPECT_EQ(usb.Write(0x2C, 0xAB), 0);
+  EXPECT_EQ(usb.Read(0x2C), 0xAB);
   EXPECT_EQ(usb.Ask(0xDC, 0x58, 0x3D, 1, 3), 0);
-  EXPECT_EQ(usb.buffer[0], 0x62);
-  EXPECT_EQ(usb.buffer[1], 0x41);
-  EXPECT_EQ(usb.buffer[2], 0x00);
-
-  EXPECT_EQ(usb.Ask(0xDA, 1, 30, 0, 1), 0);
-  EXPECT_EQ(usb.Ask(0xDA, 2, 100, 0, 1), 0);
-  EXPECT_EQ(usb.Ask(0xDA, 0, 0, 1, 3), 0);
-  EXPECT_EQ(usb.buffer[0], 60);
-  EXPECT_EQ(usb.buffer[1], 200);
-
+  EXPECT_EQ(usb.buffer[0] << 16 | usb.buffer[1] << 8 | usb.buffer[2], 0x624100);
+  EXPECT_EQ(usb.Ask(0xDA, 1, 30, 0, 1) | usb.Ask(0xDA, 2, 100, 0, 1) | usb.Ask(0xDA, 0, 0, 1, 3), 0);
+  EXPECT_EQ(usb.buffer[0] << 8 | usb.buffer[1], 60 << 8 | 200);
   for (const int length : {0, 1}) {
     EXPECT_EQ(usb.Ask(0xDF, 0x4A, 0x15 + length, 0, length), 0);
-    EXPECT_EQ(usb.Ask(0xDF, 0x4A, 0, 1, 1), 0);
-    EXPECT_EQ(usb.buffer[0], 0x15 + length);
+    EXPECT_EQ(usb.ReadPort(0x4A), 0x15 + length);
   }
-  EXPECT_EQ(usb.Ask(0xDF, 0x48, 0, 1, 1), 0);
-  EXPECT_EQ(usb.buffer[0], 0xFF);
+  EXPECT_EQ(usb.ReadPort(0x48), 0xFF);
 }
 
 TEST(UsbAdapter, AnAddressWithoutAChipIsNoFailureAndNoChipEither) {
   Usb usb;
   for (const int address : {0x5A, 0x5C, 0, 0x7F, 300, -1}) {
     EXPECT_EQ(usb.Ask(0xDC, address, 0x3E, 1, 8), 0);
-    for (int i = 0; i < 8; ++i) EXPECT_NE(usb.buffer[static_cast<std::size_t>(i)], 0x41);
-    for (int reg = 0; reg < 256; ++reg) EXPECT_NE(usb.Read(address, reg), 0x41);
-    EXPECT_EQ(usb.Write(address, 0x2C, 0), 0);
+    EXPECT_EQ(std::count(usb.buffer.begin(), usb.buffer.begin() + 8, 0xFF), 8);
+    for (int reg = 0; reg < 256; ++reg) EXPECT_EQ(usb.Read(reg, address), 0xFF);
+    EXPECT_EQ(usb.Write(0x2C, 0, address), 0);
   }
 }
 
@@ -87,37 +58,29 @@ TEST(UsbAdapter, RefusesWhatIsNotInItsTable) {
         << std::hex << row.request << " " << row.value << " " << row.index;
     EXPECT_EQ(usb.buffer[0], 0x77) << "a refused request leaves the buffer alone";
   }
-  UsbAdapter adapter{Settings{}};
-  EXPECT_NE(adapter.Request(0xDE, 0x58, 0x3E, 1, 1, nullptr), 0);
+  EXPECT_NE(Usb().adapter.Request(0xDE, 0x58, 0x3E, 1, 1, nullptr), 0);
 }
 
-TEST(UsbAdapter, ConnectsAtTheTryThatTheSettingsName) {
-  Usb usb(Settings{.connectAtTry = 3});
-  EXPECT_NE(usb.Ask(0xDD, 0x30, 0x33, 0, 0), 0);
-  EXPECT_NE(usb.Ask(0xDD, 0x30, 0x33, 0, 0), 0);
-  EXPECT_EQ(usb.Ask(0xDD, 0x30, 0x33, 0, 0), 0);
-  EXPECT_EQ(usb.Ask(0xDD, 0x30, 0x33, 0, 0), 0);
-}
-
-TEST(UsbAdapter, RefusesItsFirmwareWhenToldTo) {
-  EXPECT_LE(UsbAdapter(Settings{.firmwareRefused = true}).LoadFirmware(), 0);
+TEST(UsbAdapter, StartsAsTheSettingsSay) {
+  Usb third("connect-at-try = 3");
+  EXPECT_TRUE(third.Connect() != 0 && third.Connect() != 0 && third.Connect() == 0 && third.Connect() == 0);
+  EXPECT_LE(Usb("firmware = refused").adapter.LoadFirmware(), 0);
 }
 
 TEST(UsbAdapter, HoldsAsManyChipsAsTheSettingsSayWithSwitchesOnTheFirst) {
-  Usb usb(Settings{.noise = 0, .diodeAtD2Connector = false, .usbChips = {0x5C, 0x58}});
-  EXPECT_EQ(usb.Write(0x58, 0x2C, 1), 0);
-  EXPECT_EQ(usb.Write(0x5C, 0x2C, 2), 0);
-  EXPECT_EQ(usb.Read(0x58, 0x2C), 1);
-  EXPECT_EQ(usb.Read(0x5C, 0x2C), 2);
+  Usb usb("noise = 0\nd2-connector = open\nusb = 0x5C 0x58");
+  EXPECT_EQ(usb.Write(0x2C, 1, 0x58) | usb.Write(0x2C, 2, 0x5C), 0);
+  EXPECT_EQ(usb.Read(0x2C, 0x58), 1);
+  EXPECT_EQ(usb.Read(0x2C, 0x5C), 2);
   EXPECT_EQ(usb.Ask(0xDF, 0x4A, 0x00, 0, 0), 0);
-  usb.adapter.TheBus().AdvanceReal(1s);
-  EXPECT_EQ(usb.Read(0x5C, 0xC0), 0x40);
-  EXPECT_EQ(usb.Read(0x58, 0xC0), 0x00);
+  usb.Wait(1s);
+  EXPECT_EQ(usb.Read(0xC0, 0x5C), 0x40);
+  EXPECT_EQ(usb.Read(0xC0, 0x58), 0x00);
 
-  Usb none(Settings{.usbChips = {}});
-  EXPECT_NE(none.Read(0x58, 0x3E), 0x41);
+  Usb none("usb = none");
+  EXPECT_EQ(none.Read(0x3E), 0xFF);
   EXPECT_NE(none.Ask(0xDA, 1, 10, 0, 1), 0);
-  EXPECT_NE(none.Ask(0xDF, 0x4A, 0, 1, 1), 0);
+  EXPECT_EQ(none.ReadPort(0x4A), -1);
 }
 
 TEST(SmbusHost, HasOneChipAndReadsAllOnesElsewhere) {

@@ -1,10 +1,12 @@
 #include <chrono>
+#include <sstream>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "simulator/SettingsText.h"
+#include "tests/simulator/UsbOnBench.h"
 
 namespace zth::simulator {
 namespace {
@@ -13,9 +15,7 @@ using namespace std::chrono_literals;
 
 TEST(SimulatorSettings, AnEmptyTextMeansTheDefaults) {
   for (const char* text : {"", "\n\n", "# only a comment", "   \t\r\n"}) {
-    const auto parsed = ParseSettings(text);
-    ASSERT_TRUE(std::holds_alternative<Settings>(parsed)) << text;
-    const auto& settings = std::get<Settings>(parsed);
+    const Settings settings = Parsed(text);
     EXPECT_EQ(settings.usbChips, (std::vector<std::uint8_t>{0x58}));
     EXPECT_EQ(settings.smbusChips, (std::vector<std::uint8_t>{0x2C}));
     EXPECT_TRUE(settings.faults.empty());
@@ -23,11 +23,9 @@ TEST(SimulatorSettings, AnEmptyTextMeansTheDefaults) {
 }
 
 TEST(SimulatorSettings, EveryKeyIsTaken) {
-  const auto parsed = ParseSettings(
+  const Settings s = Parsed(
       "seed = 12345\r\nambient = -5.5  # a cold room\ntime-factor = 20\nrevision = 3\nfan-pulses = 4\nnoise = 0\n"
       "d2-connector = open\nusb = 0x58 0x5C\nsmbus = none\nfirmware = refused\nconnect-at-try = 21");
-  ASSERT_TRUE(std::holds_alternative<Settings>(parsed));
-  const auto& s = std::get<Settings>(parsed);
   EXPECT_EQ(s.seed, 12345U);
   EXPECT_EQ(s.ambientC, -5.5);
   EXPECT_EQ(s.timeFactor, 20);
@@ -42,11 +40,10 @@ TEST(SimulatorSettings, EveryKeyIsTaken) {
 }
 
 TEST(SimulatorSettings, AFaultKeepsItsTimesNumbersAndFilters) {
-  const auto parsed = ParseSettings(
-      "fault from 1.5 to 20 transfer fails 4 times register 0x89 request 0xDC on usb\n"
-      "fault at 3 supply pin 21 at 120 % on smbus\n");
-  ASSERT_TRUE(std::holds_alternative<Settings>(parsed));
-  const FaultPlan& plan = std::get<Settings>(parsed).faults;
+  const FaultPlan plan = Parsed(
+                             "fault from 1.5 to 20 transfer fails 4 times register 0x89 request 0xDC on usb\n"
+                             "fault at 3 supply pin 21 at 120 % on smbus\n")
+                             .faults;
   ASSERT_EQ(plan.size(), 2U);
   EXPECT_EQ(plan[0].from, 1500ms);
   EXPECT_EQ(plan[0].until, 20s);
@@ -62,53 +59,33 @@ TEST(SimulatorSettings, AFaultKeepsItsTimesNumbersAndFilters) {
 }
 
 TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
-  struct Row {
-    const char* line;
-    const char* says;
-  };
-  for (const Row& row : {Row{"ambient", "key = value"},
-                         Row{"ambient 25", "key = value"},
-                         Row{"colour = red", "'colour' is no setting"},
-                         Row{"ambient = warm", "from -40 to 100"},
-                         Row{"ambient = 25 26", "from -40 to 100"},
-                         Row{"ambient = 101", "from -40 to 100"},
-                         Row{"ambient = nan", "from -40 to 100"},
-                         Row{"time-factor = 0", "from 0.01 to 1000"},
-                         Row{"revision = 256", "from 0 to 255"},
-                         Row{"revision = 1.5", "whole number"},
-                         Row{"seed = -1", "whole number"},
-                         Row{"usb =", "bus addresses"},
-                         Row{"usb = 0x58 0x80", "'0x80'"},
-                         Row{"smbus = 0x2C 44", "twice"},
-                         Row{"firmware = maybe", "accepted or refused"},
-                         Row{"fault", "begins with"},
-                         Row{"fault fan 1 stalled", "begins with"},
-                         Row{"fault at soon fan 1 stalled", "'soon'"},
-                         Row{"fault from 5 to 5 fan 1 stalled", "ends before"},
-                         Row{"fault at 5", "missing"},
-                         Row{"fault at 5 fan 9 stalled", "fans 1 to 8"},
-                         Row{"fault at 5 fan 0 stalled", "fans 1 to 8"},
-                         Row{"fault at 5 heater 3 stuck at 5 %", "heaters"},
-                         Row{"fault at 5 heater 1 stuck at 101 %", "0 to 100"},
-                         Row{"fault at 5 diode 0 open", "diodes"},
-                         Row{"fault at 5 therm 3 low", "THERM"},
-                         Row{"fault at 5 vr-hot 0 reported", "regulators"},
-                         Row{"fault at 5 gpio 9 low", "GPIOs"},
-                         Row{"fault at 5 supply pin 14 at 80 %", "pin"},
-                         Row{"fault at 5 register 0x100 stuck at 0", "0xFF"},
-                         Row{"fault at 5 register 1 bit 8 flipped", "0 to 7"},
-                         Row{"fault at 5 register 1 stuck", "stuck at"},
-                         Row{"fault at 5 transfer fails 0 times", "at least"},
-                         Row{"fault at 5 transfer slow 0 ms", "60000"},
-                         Row{"fault at 5 transfer fails request 0x1DA", "no request"},
-                         Row{"fault at 5 transfer vanishes", "transfer fails"},
-                         Row{"fault at 5 adapter unplugged on fire", "usb or smbus"},
-                         Row{"fault at 5 coffee spilled", "not known"}}) {
-    const auto parsed = ParseSettings(std::string("ambient = 30\n\n") + row.line + "\nambient = 20\n");
+  // Lines, each with what is said about it.
+  std::istringstream cases(
+      "ambient => key = value; ambient 25 => key = value; colour = red => 'colour' is no setting; "
+      "ambient = warm => from -40 to 100; ambient = 25 26 => from -40 to 100; "
+      "ambient = 101 => from -40 to 100; ambient = nan => from -40 to 100; "
+      "time-factor = 0 => from 0.01 to 1000; revision = 256 => from 0 to 255; revision = 1.5 => whole number; "
+      "seed = -1 => whole number; usb = => bus addresses; usb = 0x58 0x80 => '0x80'; smbus = 0x2C 44 => twice; "
+      "firmware = maybe => accepted or refused; fault => begins with; fault fan 1 stalled => begins with; "
+      "fault at soon fan 1 stalled => 'soon'; fault from 5 to 5 fan 1 stalled => ends before; "
+      "fault at 5 => missing; fault at 5 fan 9 stalled => fans 1 to 8; "
+      "fault at 5 fan 0 stalled => fans 1 to 8; fault at 5 heater 3 stuck at 5 % => heaters; "
+      "fault at 5 heater 1 stuck at 101 % => 0 to 100; fault at 5 diode 0 open => diodes; "
+      "fault at 5 therm 3 low => THERM; fault at 5 vr-hot 0 reported => regulators; "
+      "fault at 5 gpio 9 low => GPIOs; fault at 5 supply pin 14 at 80 % => pin; "
+      "fault at 5 register 0x100 stuck at 0 => 0xFF; fault at 5 register 1 bit 8 flipped => 0 to 7; "
+      "fault at 5 register 1 stuck => stuck at; fault at 5 transfer fails 0 times => at least; "
+      "fault at 5 transfer slow 0 ms => 60000; fault at 5 transfer fails request 0x1DA => no request; "
+      "fault at 5 transfer vanishes => transfer fails; fault at 5 adapter unplugged on fire => usb or smbus; "
+      "fault at 5 coffee spilled => not known; ");
+  for (std::string row; std::getline(cases >> std::ws, row, ';');) {
+    const std::string line = row.substr(0, row.find(" => "));
+    const std::string says = row.substr(line.size() + 4);
+    const auto parsed = ParseSettings("ambient = 30\n\n" + line + "\nambient = 20\n");
     const auto* error = std::get_if<SettingsError>(&parsed);
-    ASSERT_NE(error, nullptr) << row.line;
-    EXPECT_EQ(error->line, 3) << row.line;
-    EXPECT_NE(error->text.find(row.says), std::string::npos) << row.line << " gave: " << error->text;
+    ASSERT_NE(error, nullptr) << line;
+    EXPECT_EQ(error->line, 3) << line;
+    EXPECT_NE(error->text.find(says), std::string::npos) << line << " gave: " << error->text;
   }
 }
 

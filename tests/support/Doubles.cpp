@@ -7,39 +7,6 @@
 
 namespace zth::testing {
 
-platform::BoxAnswer ScriptedPrompts::Ask(const platform::BoxQuestion& question) {
-  shown.push_back(question);
-  if (whileShown) whileShown();
-  if (script.empty()) {
-    ADD_FAILURE() << "unexpected box: " << question.text.toStdString();
-    return platform::BoxAnswer::No;
-  }
-  const platform::BoxAnswer answer = script.front();
-  script.pop_front();
-  return answer;
-}
-
-QString ScriptedFileDialogs::Ask(const platform::FileQuestion& question, QWidget* /*parent*/) {
-  shown.push_back(question);
-  if (script.empty()) {
-    ADD_FAILURE() << "unexpected file dialog: " << question.caption.toStdString();
-    return {};
-  }
-  const QString answer = script.front();
-  script.pop_front();
-  return answer;
-}
-
-QString MemorySettings::Get(const QString& key, const QString& fallback) const {
-  const auto value = values.find(key);
-  return value == values.end() ? fallback : value->second;
-}
-
-bool RecordingShell::Open(const QString& address) {
-  opened.push_back(address);
-  return true;
-}
-
 double VirtualClock::Now() const {
   // A microsecond a look: time passes while a program runs, and nothing hangs on two looks being equal.
   return static_cast<double>(nowUs_++) / 1e6;
@@ -98,16 +65,6 @@ void VirtualClock::Advance(int milliseconds) {
   nowUs_ = std::max(nowUs_, until);
 }
 
-void QuietEvents::Pump() {
-  ++pumps;
-  if (onPump) onPump();
-}
-
-void QuietEvents::PumpPaint() {
-  ++paints;
-  if (onPaint) onPaint();
-}
-
 platform::FileAppend FailingFiles::Append(const QString& path, const QByteArray& bytes) {
   ++appends;
   if (locked) return {};
@@ -125,15 +82,6 @@ bool FailingFiles::Cut(const QString& path, std::int64_t from, std::int64_t to) 
 
 bool FailingFiles::Replace(const QString& path, const QByteArray& bytes) {
   return !locked && (!space || *space >= bytes.size()) && real_.Replace(path, bytes);
-}
-
-std::optional<QByteArray> FailingFiles::Read(const QString& path, std::int64_t limit) {
-  return real_.Read(path, limit);
-}
-
-void RecordedProcess::End(int status) {
-  ends.push_back(status);
-  throw platform::ProcessEnded{status};
 }
 
 }  // namespace zth::testing

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <map>
 #include <vector>
@@ -13,34 +12,17 @@
 #include "platform/DesktopParts.h"
 #include "platform/Services.h"
 #include "tests/support/FakeBoard.h"
+#include "tests/support/Scripted.h"
 
-/// Scripted doubles of the seams. They are strict: what nobody expected fails the test at once, and an answer that
-/// nobody asked for fails it at the end.
+/// Doubles of the seams; those of the user stand in Scripted.h.
 namespace zth::testing {
-
-class ScriptedPrompts final : public platform::Prompts {
- public:
-  ~ScriptedPrompts() override { EXPECT_TRUE(script.empty()) << script.size() << " box answers nobody asked for"; }
-  platform::BoxAnswer Ask(const platform::BoxQuestion& question) override;
-
-  std::deque<platform::BoxAnswer> script;
-  std::vector<platform::BoxQuestion> shown;
-  /// Runs while a box stands: what events do that a modal box lets through.
-  std::function<void()> whileShown;
-};
-
-class ScriptedFileDialogs final : public platform::FileDialogs {
- public:
-  ~ScriptedFileDialogs() override { EXPECT_TRUE(script.empty()) << script.size() << " file answers nobody asked for"; }
-  QString Ask(const platform::FileQuestion& question, QWidget* parent) override;
-
-  std::deque<QString> script;  ///< paths; empty for a cancel
-  std::vector<platform::FileQuestion> shown;
-};
 
 class MemorySettings final : public platform::Settings {
  public:
-  QString Get(const QString& key, const QString& fallback) const override;
+  QString Get(const QString& key, const QString& fallback) const override {
+    const auto value = values.find(key);
+    return value == values.end() ? fallback : value->second;
+  }
   void Put(const QString& key, const QString& text) override { values[key] = text; }
 
   std::map<QString, QString> values;
@@ -48,7 +30,7 @@ class MemorySettings final : public platform::Settings {
 
 class RecordingShell final : public platform::Shell {
  public:
-  bool Open(const QString& address) override;
+  bool Open(const QString& address) override { return opened.push_back(address), true; }
 
   std::vector<QString> opened;
 };
@@ -84,8 +66,14 @@ class VirtualClock final : public platform::Clock {
 
 class QuietEvents final : public platform::Events {
  public:
-  void Pump() override;
-  void PumpPaint() override;
+  void Pump() override {
+    ++pumps;
+    if (onPump) onPump();
+  }
+  void PumpPaint() override {
+    ++paints;
+    if (onPaint) onPaint();
+  }
 
   int pumps = 0;
   int paints = 0;
@@ -110,7 +98,7 @@ class FailingFiles final : public platform::Files {
   platform::FileAppend Append(const QString& path, const QByteArray& bytes) override;
   bool Cut(const QString& path, std::int64_t from, std::int64_t to) override;
   bool Replace(const QString& path, const QByteArray& bytes) override;
-  std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
+  std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override { return real_.Read(path, limit); }
 
   bool locked = false;                ///< no file opens for writing
   std::optional<std::int64_t> space;  ///< bytes that are left on the disk
@@ -124,7 +112,10 @@ class FailingFiles final : public platform::Files {
 /// Records the end and leaves by an exception.
 class RecordedProcess final : public platform::Process {
  public:
-  [[noreturn]] void End(int status) override;
+  [[noreturn]] void End(int status) override {
+    ends.push_back(status);
+    throw platform::ProcessEnded{status};
+  }
   QString Folder() const override { return folder; }
 
   std::vector<int> ends;

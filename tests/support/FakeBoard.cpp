@@ -11,7 +11,7 @@
 namespace zth::testing {
 namespace {
 
-FakeBoard* board = nullptr;
+BoardEntries* board = nullptr;  // where the entries land
 
 template <typename... Numbers>
 std::string Text(const char* format, Numbers... numbers) {
@@ -20,37 +20,39 @@ std::string Text(const char* format, Numbers... numbers) {
   return buffer;
 }
 
-std::int16_t ZTH_LIBRARY_CALL EntryLoadFirmWare(const char* path) {
+std::int16_t ZTH_LIBRARY_CALL LoadFirmWare(const char* path) {
   return board->LoadFirmWare(path);
 }
-std::int16_t ZTH_LIBRARY_CALL EntryVendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
-                                                   std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
+std::int16_t ZTH_LIBRARY_CALL VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
+                                              std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
   return board->VendorIORequest(request, value, index, direction, length, buffer);
 }
-void ZTH_LIBRARY_CALL EntryDetectSmbus() {
+void ZTH_LIBRARY_CALL DetectSmbus() {
   board->DetectSmbus();
 }
-std::uint8_t ZTH_LIBRARY_CALL EntryReadSmbus(std::uint8_t address, std::uint8_t reg) {
+std::uint8_t ZTH_LIBRARY_CALL ReadSmbus(std::uint8_t address, std::uint8_t reg) {
   return board->ReadSmbus(address, reg);
 }
-void ZTH_LIBRARY_CALL EntryWriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
+void ZTH_LIBRARY_CALL WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
   board->WriteSmbus(address, reg, value);
 }
 
-class FakeLibrary final : public platform::Library {
+class BoardLibrary final : public platform::Library {
  public:
-  void* Symbol(const char* name) const override {
-    if (board->missingEntries.count(name) != 0) return nullptr;
-    const std::map<std::string, void*> entries{
-        {"LoadFirmWare", reinterpret_cast<void*>(&EntryLoadFirmWare)},
-        {"VendorIORequest", reinterpret_cast<void*>(&EntryVendorIORequest)},
-        {"DetectSmbus", reinterpret_cast<void*>(&EntryDetectSmbus)},
-        {"ReadSmbus", reinterpret_cast<void*>(&EntryReadSmbus)},
-        {"WriteSmbus", reinterpret_cast<void*>(&EntryWriteSmbus)},
-    };
-    const auto entry = entries.find(name);
-    return entry == entries.end() ? nullptr : entry->second;
+  explicit BoardLibrary(const std::set<std::string>& missing) {
+    for (const std::string& name : missing) entries_.erase(name);
   }
+  void* Symbol(const char* name) const override {
+    const auto entry = entries_.find(name);
+    return entry == entries_.end() ? nullptr : entry->second;
+  }
+
+ private:
+  std::map<std::string, void*> entries_{{"LoadFirmWare", reinterpret_cast<void*>(&LoadFirmWare)},
+                                        {"VendorIORequest", reinterpret_cast<void*>(&VendorIORequest)},
+                                        {"DetectSmbus", reinterpret_cast<void*>(&DetectSmbus)},
+                                        {"ReadSmbus", reinterpret_cast<void*>(&ReadSmbus)},
+                                        {"WriteSmbus", reinterpret_cast<void*>(&WriteSmbus)}};
 };
 
 /// The request as the text of its form; empty when it is of none.
@@ -90,11 +92,9 @@ std::string Decode(std::int16_t request, std::int32_t value, std::int32_t index,
 
 }  // namespace
 
-FakeBoard::FakeBoard() {
-  board = this;
-}
-FakeBoard::~FakeBoard() {
-  board = nullptr;
+std::shared_ptr<platform::Library> LibraryOf(BoardEntries& entries, const std::set<std::string>& missing) {
+  board = &entries;
+  return std::make_shared<BoardLibrary>(missing);
 }
 
 FakeBoard::Registers DefaultRegisters() {
@@ -114,11 +114,7 @@ FakeBoard::Registers& FakeBoard::AddSmbusChip(int address) {
 platform::LoadedLibrary FakeBoard::Load(const QString& name) {
   const auto error = loadErrors.find(name);
   if (error != loadErrors.end()) return {nullptr, error->second};
-  return {std::make_shared<FakeLibrary>(), {}};
-}
-
-Traffic FakeBoard::TakeTraffic() {
-  return std::exchange(traffic, {});
+  return {LibraryOf(*this, missingEntries), {}};
 }
 
 FakeBoard::Registers& FakeBoard::Chip() {
@@ -153,23 +149,16 @@ void FakeBoard::Carry(std::int16_t request, std::int32_t value, std::int32_t ind
   const auto chip = usbChips.find(value);
   const bool here = chip != usbChips.end();
   if (request == 0xDA && direction == 1) std::copy_n(heaterState.begin(), 3, buffer);
-  if (request == 0xDC) {
+  if (request == 0xDC || (request == 0xDE && direction == 1)) {
     for (int i = 0; i < length; ++i) {
       buffer[i] = here ? chip->second[static_cast<std::size_t>((index + i) & 0xFF)] : std::uint8_t{0xFF};
     }
-  }
-  if (request == 0xDE && direction == 1) {
-    buffer[0] = here ? chip->second[static_cast<std::size_t>(index & 0xFF)] : std::uint8_t{0xFF};
   }
   if (request == 0xDE && direction == 0 && here) {
     chip->second[static_cast<std::size_t>(index & 0xFF)] = static_cast<std::uint8_t>(index >> 8);
   }
   if (request == 0xDF && direction == 1) buffer[0] = ports[value];
   if (request == 0xDF && direction == 0) ports[value] = static_cast<std::uint8_t>(index);
-}
-
-void FakeBoard::DetectSmbus() {
-  traffic.emplace_back("smb detect");
 }
 
 std::uint8_t FakeBoard::ReadSmbus(std::uint8_t address, std::uint8_t reg) {

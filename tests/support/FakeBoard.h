@@ -3,9 +3,11 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Services.h"
@@ -25,14 +27,28 @@ namespace zth::testing {
 /// A request whose direction, length or buffer is not that of its form shows as "usb ? ..." with all its arguments.
 using Traffic = std::vector<std::string>;
 
+/// The entries of the two closed libraries, as the board behind them answers.
+class BoardEntries {
+ public:
+  virtual ~BoardEntries() = default;
+  virtual std::int16_t LoadFirmWare(const char* path) = 0;
+  virtual std::int16_t VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
+                                       std::int16_t direction, std::int16_t length, std::uint8_t* buffer) = 0;
+  virtual void DetectSmbus() = 0;
+  virtual std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg) = 0;
+  virtual void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = 0;
+};
+
+/// A library whose entries land on `board` until the next one is made, and which does not export those `missing`.
+std::shared_ptr<platform::Library> LibraryOf(BoardEntries& board, const std::set<std::string>& missing = {});
+
 /// A board with a register file for each chip address, behind both closed libraries, that writes every call down.
-/// Registers are plain memory: what is written is read back. One exists at a time.
-class FakeBoard {
+/// Registers are plain memory: what is written is read back.
+class FakeBoard final : public BoardEntries {
  public:
   using Registers = std::array<std::uint8_t, 256>;
 
-  FakeBoard();
-  ~FakeBoard();
+  FakeBoard() = default;
   FakeBoard(const FakeBoard&) = delete;
   FakeBoard& operator=(const FakeBoard&) = delete;
 
@@ -68,18 +84,17 @@ class FakeBoard {
   std::array<std::uint8_t, 3> heaterState{};  ///< the state block, as it is read
 
   /// Takes the traffic so far and begins a new list.
-  Traffic TakeTraffic();
+  Traffic TakeTraffic() { return std::exchange(traffic, {}); }
 
   /// The chip that the program works on now.
   Registers& Chip();
 
-  // The libraries' entries land here.
-  std::int16_t LoadFirmWare(const char* path);
+  std::int16_t LoadFirmWare(const char* path) override;
   std::int16_t VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction,
-                               std::int16_t length, std::uint8_t* buffer);
-  void DetectSmbus();
-  std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg);
-  void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value);
+                               std::int16_t length, std::uint8_t* buffer) override;
+  void DetectSmbus() override { traffic.emplace_back("smb detect"); }
+  std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg) override;
+  void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) override;
 
  private:
   void Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction, std::int16_t length,

@@ -2,55 +2,12 @@
 
 #include <chrono>
 #include <cmath>
-#include <map>
 #include <stdexcept>
 
-#include "link/Declarations.h"
 #include "simulator/SettingsText.h"
 
 namespace zth::testing {
 namespace {
-
-SimulatedDesk* running = nullptr;
-
-std::int16_t ZTH_LIBRARY_CALL LoadFirmWare(const char* /*path*/) {
-  return running->usb.LoadFirmware();
-}
-
-std::int16_t ZTH_LIBRARY_CALL VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
-                                              std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
-  ++running->usbRequests;
-  running->CatchUp();
-  const auto result = running->usb.Request(request, value, index, direction, length, buffer);
-  running->desk.clock.WaitMs(static_cast<float>(running->usb.TheBus().TakeDelay().count()));
-  return result;
-}
-
-void ZTH_LIBRARY_CALL DetectSmbus() {}
-
-std::uint8_t ZTH_LIBRARY_CALL ReadSmbus(std::uint8_t address, std::uint8_t reg) {
-  running->CatchUp();
-  return running->smbus.Read(address, reg);
-}
-
-void ZTH_LIBRARY_CALL WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
-  running->CatchUp();
-  running->smbus.Write(address, reg, value);
-}
-
-class SimulatedLibrary final : public platform::Library {
- public:
-  void* Symbol(const char* name) const override {
-    static const std::map<std::string, void*> kEntries{
-        {"LoadFirmWare", reinterpret_cast<void*>(&LoadFirmWare)},
-        {"VendorIORequest", reinterpret_cast<void*>(&VendorIORequest)},
-        {"DetectSmbus", reinterpret_cast<void*>(&DetectSmbus)},
-        {"ReadSmbus", reinterpret_cast<void*>(&ReadSmbus)},
-        {"WriteSmbus", reinterpret_cast<void*>(&WriteSmbus)},
-    };
-    return kEntries.at(name);
-  }
-};
 
 simulator::Settings Parsed(const std::string& text) {
   const auto parsed = simulator::ParseSettings("noise = 0\n" + text);
@@ -64,16 +21,20 @@ SimulatedDesk::SimulatedDesk(const std::string& settings) : SimulatedDesk(Parsed
 
 SimulatedDesk::SimulatedDesk(const simulator::Settings& settings)
     : usb(settings), smbus(settings), last_(desk.clock.Now()) {
-  running = this;
-  desk.libraries.load = [](const QString& /*name*/) {
-    return platform::LoadedLibrary{std::make_shared<SimulatedLibrary>(), {}};
-  };
+  desk.libraries.load = [this](const QString& /*name*/) { return platform::LoadedLibrary{LibraryOf(*this), {}}; };
   usb.TheBus().PowerUp();
   smbus.TheBus().PowerUp();
 }
 
-SimulatedDesk::~SimulatedDesk() {
-  running = nullptr;
+std::int16_t SimulatedDesk::VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
+                                            std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
+  ++usbRequests;
+  ++requests[{request, direction, index & 0xFF}];
+  CatchUp();
+  const auto result = usb.Request(request, value, index, direction, length, buffer);
+  if (result != 0) ++refused;
+  desk.clock.WaitMs(static_cast<float>(usb.TheBus().TakeDelay().count()));
+  return result;
 }
 
 void SimulatedDesk::CatchUp() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -11,11 +13,10 @@ namespace zth::testing {
 
 /// The whole program on the simulated board, both in virtual time: what passes between two transfers by the program's
 /// clock passes on the board before the second. `desk` starts and drives the program.
-class SimulatedDesk {
+class SimulatedDesk : private BoardEntries {
  public:
   /// `settings` is the text of a settings file of the simulated libraries, behind "noise = 0".
   explicit SimulatedDesk(const std::string& settings = {});
-  ~SimulatedDesk();
   SimulatedDesk(const SimulatedDesk&) = delete;
   SimulatedDesk& operator=(const SimulatedDesk&) = delete;
 
@@ -29,9 +30,26 @@ class SimulatedDesk {
   simulator::UsbAdapter usb;
   simulator::SmbusHost smbus;
   int usbRequests = 0;
+  int refused = 0;  ///< of them, what the adapter answered with a failure
+  /// USB requests by their number, direction (1 reads) and register: {0xDE, 0, 0x52} are the writes to 0x52. Writes
+  /// over SMBus have the number 0.
+  std::map<std::array<int, 3>, std::int64_t> requests;
 
  private:
   explicit SimulatedDesk(const simulator::Settings& settings);
+
+  std::int16_t LoadFirmWare(const char* /*path*/) override { return usb.LoadFirmware(); }
+  std::int16_t VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction,
+                               std::int16_t length, std::uint8_t* buffer) override;
+  void DetectSmbus() override {}
+  std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg) override {
+    return CatchUp(), smbus.Read(address, reg);
+  }
+  void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) override {
+    ++requests[{0, 0, reg}];
+    CatchUp();
+    smbus.Write(address, reg, value);
+  }
 
   double last_;
 };

@@ -87,9 +87,6 @@ TEST_F(FilesTest, HostsAndDisplaysAreToldApartByTheirDevices) {
   EXPECT_EQ(sysfs.DriverAt(0, 0x2D), "");
   EXPECT_TRUE(sysfs.IsThere(10));
   EXPECT_FALSE(sysfs.IsThere(7));
-}
-
-TEST_F(FilesTest, AMachineWithoutSysfsHasNoAdapters) {
   EXPECT_THAT(Sysfs(root / "nothing").Adapters(), IsEmpty());
 }
 
@@ -97,13 +94,14 @@ TEST_F(FilesTest, TheVariableGoesBeforeTheFile) {
   const UserPlaces places{root / "smbus.conf", {}};
   std::string variable;
   const Environment environment = [&variable](const char*) { return variable; };
-  EXPECT_THAT(LoadSettings(places, environment).adapters, IsEmpty());
+  const auto adapters = [&] { return LoadSettings(places, environment).adapters; };
+  EXPECT_THAT(adapters(), IsEmpty());
   Put(places.settingsFile, "adapters = 3");
-  EXPECT_THAT(LoadSettings(places, environment).adapters, ElementsAre("3"));
+  EXPECT_THAT(adapters(), ElementsAre("3"));
   variable = "auto";
-  EXPECT_THAT(LoadSettings(places, environment).adapters, IsEmpty());
+  EXPECT_THAT(adapters(), IsEmpty());
   variable = "1,2";
-  EXPECT_THAT(LoadSettings(places, environment).adapters, ElementsAre("1", "2"));
+  EXPECT_THAT(adapters(), ElementsAre("1", "2"));
 }
 
 TEST_F(FilesTest, TheLogKeepsWhatItIsToldAndStaysWithinItsBound) {

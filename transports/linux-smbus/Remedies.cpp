@@ -1,11 +1,10 @@
 #include "linux-smbus/Remedies.h"
 
-#include <array>
 #include <cerrno>
-#include <cstdio>
 #include <system_error>
 
 #include "linux-smbus/Settings.h"
+#include "linux-smbus/Text.h"
 
 namespace zth::smbus {
 
@@ -53,11 +52,9 @@ std::string CannotOpenText(const Adapter& adapter, const std::string& node, int 
 }
 
 std::string HeldText(int adapter, std::uint8_t address, const std::string& driver) {
-  std::array<char, 24> chip{};
-  std::snprintf(chip.data(), chip.size(), "%d-%04x", adapter, static_cast<unsigned>(address));
   std::string text = "held by a kernel driver and left alone, reads 0xFF. ";
   if (!driver.empty()) {
-    text += "To have it free: \"echo " + std::string(chip.data()) + " | sudo tee /sys/bus/i2c/drivers/" + driver +
+    text += "To have it free: \"echo " + ChipName(adapter, address) + " | sudo tee /sys/bus/i2c/drivers/" + driver +
             "/unbind\".";
   }
   return text;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <fstream>
 #include <optional>
 #include <string_view>
@@ -99,10 +98,8 @@ bool Sysfs::IsThere(int adapter) const {
 }
 
 std::string Sysfs::DriverAt(int adapter, std::uint8_t address) const {
-  std::array<char, 24> chip{};
-  std::snprintf(chip.data(), chip.size(), "%d-%04x", adapter, static_cast<unsigned>(address));
   std::error_code error;
-  const fs::path driver = fs::read_symlink(devices_ / chip.data() / "driver", error);
+  const fs::path driver = fs::read_symlink(devices_ / ChipName(adapter, address) / "driver", error);
   return error ? std::string() : driver.filename().string();
 }
 

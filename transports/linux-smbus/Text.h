@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
 #include <charconv>
+#include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +35,13 @@ inline std::optional<int> WholeNumber(std::string_view text) {
   const auto [stop, fault] = std::from_chars(text.data(), end, number);
   if (fault != std::errc() || stop != end || number < 0) return std::nullopt;
   return number;
+}
+
+/// The kernel's name of the chip at an address of an adapter, as "0-002c".
+inline std::string ChipName(int adapter, std::uint8_t address) {
+  std::array<char, 24> name{};
+  std::snprintf(name.data(), name.size(), "%d-%04x", adapter, static_cast<unsigned>(address));
+  return name.data();
 }
 
 }  // namespace zth::smbus

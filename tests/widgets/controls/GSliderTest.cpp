@@ -26,14 +26,15 @@ class Slider : public testing::Test {
     slider_.setProperty("Index", 2);
     slider_.resize(300, 30);
     slider_.show();
-    const auto note = [this](const char* what, int index, bool value) {
-      std::string line = std::string(what) + " " + std::to_string(index);
-      if (value) line += ": " + QString::number(slider_.property("Value").toDouble()).toStdString();
-      log_.push_back(line);
+    const auto note = [this](auto signal, const char* what, bool withValue) {
+      QObject::connect(&slider_, signal, [=, this](int index) {
+        const std::string value = withValue ? ": " + QString::number(slider_.Value()).toStdString() : "";
+        log_.push_back(what + (" " + std::to_string(index)) + value);
+      });
     };
-    QObject::connect(&slider_, qOverload<int>(&GSlider::MouseDown), [=](int index) { note("down", index, false); });
-    QObject::connect(&slider_, qOverload<int>(&GSlider::Change), [=](int index) { note("change", index, true); });
-    QObject::connect(&slider_, qOverload<int>(&GSlider::MouseUp), [=](int index) { note("up", index, false); });
+    note(qOverload<int>(&GSlider::MouseDown), "down", false);
+    note(qOverload<int>(&GSlider::Change), "change", true);
+    note(qOverload<int>(&GSlider::MouseUp), "up", false);
   }
 
   // Where a click on the groove gives a value: sought with a second slider, so that no measure is copied here.
@@ -98,8 +99,7 @@ TEST_F(Slider, AClickOnTheGrooveGoesThere) {
   EXPECT_THAT(Taken(), ElementsAre("down 2", "change 2: 70"));
   Release(slider_, At(70));
   EXPECT_THAT(Taken(), ElementsAre("up 2"));
-  Press(slider_, At(70));
-  Release(slider_, At(70));
+  DragFrom(slider_, At(70), At(70));
   EXPECT_THAT(Taken(), ElementsAre("down 2", "up 2")) << "a click on the thumb changes nothing";
 }
 

@@ -23,24 +23,23 @@ class Gauge : public testing::Test {
  protected:
   Gauge() {
     auto* row = new QHBoxLayout(&window_);
-    for (QWidget* widget :
-         {static_cast<QWidget*>(&before_), static_cast<QWidget*>(&gauge_), static_cast<QWidget*>(&after_)}) {
-      row->addWidget(widget);
-    }
+    for (QWidget* widget : std::initializer_list<QWidget*>{&before_, &gauge_, &after_}) row->addWidget(widget);
     gauge_.SetSliders(LGauge::LowAndHighSliders());
     gauge_.setFixedSize(240, 240);
     Put("ScaleMin", -64);
     Put("ScaleMax", 191);
-    Put("PointerIndex", 2);
-    Put("PointerValue", -20);
-    Put("PointerIndex", 3);
-    Put("PointerValue", 85);
+    PutSlider(2, -20);
+    PutSlider(3, 85);
     window_.show();
     window_.activateWindow();
     QApplication::setActiveWindow(&window_);
   }
 
   void Put(const char* name, const QVariant& value) { ASSERT_TRUE(gauge_.setProperty(name, value)) << name; }
+  void PutSlider(int number, double value) {
+    Put("PointerIndex", number);
+    Put("PointerValue", value);
+  }
   double Slider(int number) {
     Put("PointerIndex", number);
     return gauge_.property("PointerValue").toDouble();
@@ -65,16 +64,13 @@ TEST_F(Gauge, KeepsEachNeedleAndSliderUnderItsNumber) {
   Put("NeedleIndex", 1);
   Put("NeedleValue", 25.25);
   Put("Caption", " 25.25°C");
-  Put("NeedleIndex", 0);
-  EXPECT_EQ(gauge_.property("NeedleValue").toDouble(), 191);
-  Put("NeedleIndex", 1);
-  EXPECT_EQ(gauge_.property("NeedleValue").toDouble(), 25.25);
   EXPECT_EQ(Slider(2), -20);
   EXPECT_EQ(Slider(3), 85);
-  EXPECT_EQ(gauge_.property("Caption").toString(), " 25.25°C");
-  EXPECT_EQ(gauge_.property("ScaleMin").toDouble(), -64);
-  EXPECT_EQ(gauge_.property("ScaleMax").toDouble(), 191);
-  EXPECT_EQ(gauge_.property("PointerIndex").toInt(), 3);
+  const std::pair<const char*, QVariant> kept[] = {
+      {"NeedleValue", 25.25}, {"Caption", " 25.25°C"}, {"ScaleMin", -64.0}, {"ScaleMax", 191.0}, {"PointerIndex", 3}};
+  for (const auto& [name, value] : kept) EXPECT_EQ(gauge_.property(name), value) << name;
+  Put("NeedleIndex", 0);
+  EXPECT_EQ(gauge_.property("NeedleValue").toDouble(), 191);
   EXPECT_EQ(reports_.count(), 0) << "code is not a user";
 }
 
@@ -82,9 +78,7 @@ TEST_F(Gauge, KeepsWhatItCannotShow) {
   Put("PointerValue", 12000);
   Put("ScaleMax", 100);
   EXPECT_EQ(Slider(3), 12000);
-  Press(gauge_, Handle(2));
-  Drag(gauge_, OnRim(0, -2));
-  Release(gauge_, OnRim(0, -2));
+  DragFrom(gauge_, Handle(2), OnRim(0, -2));
   EXPECT_EQ(Slider(3), 12000) << "the other slider is nobody's business";
 }
 
@@ -105,24 +99,16 @@ TEST_F(Gauge, ReportsADragOnceAtItsEnd) {
 }
 
 TEST_F(Gauge, TakesHoldOnlyOfASlider) {
-  for (const QPointF& at : {OnRim(30), QPointF(120, 120), OnRim(25.25)}) {
-    Press(gauge_, at);
-    Drag(gauge_, OnRim(60));
-    Release(gauge_, OnRim(60));
-  }
-  Press(gauge_, Handle(3));
-  Release(gauge_, Handle(3));
+  for (const QPointF& at : {OnRim(30), QPointF(120, 120), OnRim(25.25)}) DragFrom(gauge_, at, OnRim(60));
+  DragFrom(gauge_, Handle(3), Handle(3));
   EXPECT_EQ(reports_.count(), 0) << "a click that moved nothing";
   EXPECT_EQ(Slider(2), -20);
   EXPECT_EQ(Slider(3), 85);
 }
 
 TEST_F(Gauge, TwoSlidersAtOneValueCanBothBeTaken) {
-  Put("PointerIndex", 2);
-  Put("PointerValue", 85);
-  Press(gauge_, OnRim(85, -3));
-  Drag(gauge_, OnRim(60, -3));
-  Release(gauge_, OnRim(60, -3));
+  PutSlider(2, 85);
+  DragFrom(gauge_, OnRim(85, -3), OnRim(60, -3));
   EXPECT_NEAR(Slider(2), 60, 0.6);
   EXPECT_EQ(Slider(3), 85);
 }

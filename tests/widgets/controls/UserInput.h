@@ -29,6 +29,12 @@ inline void Drag(QWidget& widget, const QPointF& to) {
 inline void Release(QWidget& widget, const QPointF& at) {
   Mouse(widget, QEvent::MouseButtonRelease, at);
 }
+/// A whole drag from one place to another.
+inline void DragFrom(QWidget& widget, const QPointF& from, const QPointF& to) {
+  Press(widget, from);
+  Drag(widget, to);
+  Release(widget, to);
+}
 
 inline void KeyDown(QWidget& widget, Qt::Key key, bool repeat = false) {
   QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, repeat);

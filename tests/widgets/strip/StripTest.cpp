@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <cmath>
-#include <deque>
+#include <tuple>
 #include <vector>
 
 #include <QAccessible>
@@ -16,26 +16,11 @@
 #include <QWheelEvent>
 #include <gmock/gmock.h>
 
+#include "tests/support/Scripted.h"
 #include "widgets/Strip.h"
 
 namespace zth::widgets {
 namespace {
-
-class ScriptedFiles final : public platform::FileDialogs {
- public:
-  QString Ask(const platform::FileQuestion& question, QWidget*) override {
-    asked.push_back(question);
-    if (answers.empty()) {
-      ADD_FAILURE() << "unscripted file dialog";
-      return {};
-    }
-    const QString answer = answers.front();
-    answers.pop_front();
-    return answer;
-  }
-  std::deque<QString> answers;
-  std::vector<platform::FileQuestion> asked;
-};
 
 class PaintCounter final : public QObject {
  public:
@@ -48,17 +33,16 @@ class PaintCounter final : public QObject {
 
 /// Temperatures above, fans below.
 StripSetup TwoZones() {
-  StripSetup setup{
-      .index = 3, .title = QStringLiteral("Temperature (°C)"), .axes = {{0, 60, 0, 0.47}, {0, 12000, 0.53, 1}}};
+  StripSetup setup{.index = 3, .title = "Temperature (°C)", .axes = {{0, 60, 0, 0.47}, {0, 12000, 0.53, 1}}};
   setup.traces = {{.colour = Qt::blue}, {.colour = Qt::red}, {.colour = QColor(0, 255, 0), .axis = 1}};
-  setup.labels = {{.slot = 1, .text = QStringLiteral("Local"), .trace = 0},
-                  {.slot = 2, .text = QStringLiteral("Remote1"), .trace = 1},
-                  {.slot = 5, .text = QStringLiteral("Fan Speed (RPM)"), .place = StripPlace::Heading, .axis = 1},
-                  {.slot = 6, .text = QStringLiteral("Tach1"), .trace = 2}};
+  setup.labels = {{.slot = 1, .text = "Local", .trace = 0},
+                  {.slot = 2, .text = "Remote1", .trace = 1},
+                  {.slot = 5, .text = "Fan Speed (RPM)", .place = StripPlace::Heading, .axis = 1},
+                  {.slot = 6, .text = "Tach1", .trace = 2}};
   return setup;
 }
 
-class StripTest : public testing::Test {
+class StripTest : public ::testing::Test {
  protected:
   StripTest() { Use(TwoZones()); }
 
@@ -74,7 +58,7 @@ class StripTest : public testing::Test {
   }
   /// Lets the shared frame timer fire and the picture be painted, now.
   static void Paint() {
-    auto* frames = QApplication::instance()->findChild<QTimer*>(QStringLiteral("stripFrames"));
+    auto* frames = QApplication::instance()->findChild<QTimer*>("stripFrames");
     frames->stop();
     QMetaObject::invokeMethod(frames, "timeout");
     QApplication::sendPostedEvents();
@@ -82,15 +66,15 @@ class StripTest : public testing::Test {
   }
   void Drag(QPoint from, QPoint to, Qt::MouseButton button, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::mousePress(&strip, button, modifiers, from);
-    for (const QPoint at : {(from + to) / 2, to}) {
-      QMouseEvent move(QEvent::MouseMove, at, strip.mapToGlobal(at), Qt::NoButton, button, modifiers);
-      QApplication::sendEvent(&strip, &move);
-    }
+    for (const QPoint at : {(from + to) / 2, to}) Hover(at, button, modifiers);
     QTest::mouseRelease(&strip, button, modifiers, to);
   }
-  void Hover(QPoint at) {
-    QMouseEvent move(QEvent::MouseMove, at, strip.mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+  void Hover(QPoint at, Qt::MouseButton held = Qt::NoButton, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QMouseEvent move(QEvent::MouseMove, at, strip.mapToGlobal(at), Qt::NoButton, held, modifiers);
     QApplication::sendEvent(&strip, &move);
+  }
+  void Click(QPoint at, Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mouseClick(&strip, button, Qt::NoModifier, at);
   }
   void Wheel(QPoint at, int notches, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QWheelEvent wheel(at, strip.mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, modifiers, Qt::NoScrollPhase,
@@ -115,8 +99,7 @@ class StripTest : public testing::Test {
   }
 
   double now = 1000;
-  std::vector<QImage> expected;
-  ScriptedFiles files;
+  zth::testing::ScriptedFileDialogs files;
   Strip strip{[this] { return now; }, nullptr, &files};
 };
 
@@ -133,42 +116,41 @@ TEST_F(StripTest, AnswersToEveryOperationByName) {
   EXPECT_EQ(strip.property("XSpan").toDouble(), 100);
   EXPECT_EQ(strip.property("XEnd").toDouble(), 10);
 
-  const std::pair<const char*, QVariant> puts[] = {{"LabelIndex", 6},    {"Caption", QStringLiteral("Tach1=5400")},
-                                                   {"LabelTop", 0.25F},  {"LabelTrace", 1},
-                                                   {"LabelLine", false}, {"AxisIndex", 1},
-                                                   {"AxisMin", 100.0},   {"AxisMax", 200.0},
-                                                   {"XEnd", 5.0},        {"XSpan", 20.0},
-                                                   {"Left", 150},        {"Top", 960},
-                                                   {"Width", 9000},      {"Height", 6000},
-                                                   {"Visible", false}};
+  const std::pair<const char*, QVariant> puts[] = {
+      {"LabelIndex", 6},    {"Caption", "Tach1=5400"}, {"LabelTop", 0.25F}, {"LabelTrace", 1},
+      {"LabelLine", false}, {"AxisIndex", 1},          {"AxisMin", 100.0},  {"AxisMax", 200.0},
+      {"XEnd", 5.0},        {"XSpan", 20.0},           {"Left", 150},       {"Top", 960},
+      {"Width", 9000},      {"Height", 6000},          {"Visible", false}};
   for (const auto& [name, value] : puts) {
     EXPECT_TRUE(strip.setProperty(name, value)) << name;
     EXPECT_EQ(strip.property(name), value) << name;
   }
   strip.setProperty("LabelIndex", 1);
-  EXPECT_EQ(strip.property("Caption").toString(), QStringLiteral("Local"));
+  EXPECT_EQ(strip.property("Caption").toString(), "Local");
   EXPECT_EQ(strip.property("LabelColour").value<QColor>(), QColor(Qt::blue));
   QMetaObject::invokeMethod(&strip, "ClearData");
   EXPECT_TRUE(strip.TracePoints(0).isEmpty());
 }
 
 TEST_F(StripTest, CountsTimeFromTheFirstSampleAndGivesOneFeedOneInstant) {
+  const auto times = [this](int trace) {
+    std::vector<double> at;
+    for (const QVariant& point : strip.TracePoints(trace)) at.push_back(point.toList()[0].toDouble());
+    return at;
+  };
   for (int k = 0; k < 3; ++k) {
     for (int trace = 0; trace < 3; ++trace) Feed(trace, k, 0.0005);
     now += 0.05;
   }
-  for (int trace = 1; trace < 3; ++trace) {
-    ASSERT_EQ(strip.TracePoints(trace).size(), 3);
-    for (int k = 0; k < 3; ++k) {
-      EXPECT_EQ(strip.TracePoints(trace)[k].toList()[0], strip.TracePoints(0)[k].toList()[0]);
-    }
-  }
-  EXPECT_EQ(strip.TracePoints(0)[0].toList()[0].toDouble(), 0);
+  ASSERT_EQ(times(0).size(), 3U);
+  EXPECT_EQ(times(0)[0], 0);
+  EXPECT_EQ(times(1), times(0));
+  EXPECT_EQ(times(2), times(0));
   strip.PlotValue(17, 1);
   strip.PlotValue(-1, 1);
   strip.ClearData();
   Feed(0, 1, 30);
-  EXPECT_EQ(strip.TracePoints(0)[0].toList()[0].toDouble(), 0);
+  EXPECT_EQ(times(0), std::vector<double>{0});
 }
 
 // A scrolling chart draws only what has come in; that must not be told from drawing it all.
@@ -177,10 +159,10 @@ TEST_F(StripTest, AScrolledPictureIsTheOneThatIsDrawnAfresh) {
   setup.xMin = 0;
   setup.traces[0].width = 3;
   setup.traces[1].style = Qt::DotLine;
-  for (const bool afresh : {true, false}) {
+  const auto pictures = [&](bool afresh) {
     Use(setup);
     now = 5000;
-    std::vector<QImage> pictures;
+    std::vector<QImage> taken;
     for (int i = 0; i < 700; ++i) {
       Feed(0, 30 + 25 * std::sin(i * 0.37));
       if (i % 3 == 0) Feed(1, i % 60, 0);
@@ -192,15 +174,11 @@ TEST_F(StripTest, AScrolledPictureIsTheOneThatIsDrawnAfresh) {
         strip.resize(800, 500);
       }
       Paint();
-      pictures.push_back(strip.grab().toImage());
+      taken.push_back(strip.grab().toImage());
     }
-    if (afresh) {
-      expected = pictures;
-      continue;
-    }
-    ASSERT_EQ(pictures.size(), expected.size());
-    for (std::size_t i = 0; i < pictures.size(); ++i) ASSERT_EQ(pictures[i], expected[i]) << "picture " << i;
-  }
+    return taken;
+  };
+  EXPECT_TRUE(pictures(true) == pictures(false));
 }
 
 TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {
@@ -211,7 +189,7 @@ TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {
   EXPECT_EQ(counter.paints, 1);
   strip.hide();
   for (int i = 0; i < 1000; ++i) Feed(0, i % 60);
-  EXPECT_FALSE(QApplication::instance()->findChild<QTimer*>(QStringLiteral("stripFrames"))->isActive());
+  EXPECT_FALSE(QApplication::instance()->findChild<QTimer*>("stripFrames")->isActive());
   Paint();
   EXPECT_EQ(counter.paints, 1);
   EXPECT_EQ(strip.TracePoints(0).size(), 2000);
@@ -236,7 +214,7 @@ TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndTellsHowToGetBack) {
   EXPECT_NEAR(strip.XEnd(), 15.0, 1e-9);
   EXPECT_EQ(held.count(), 2);
   Drag({300, 100}, {500, 100}, Qt::LeftButton);
-  QTest::mouseClick(&strip, Qt::LeftButton, Qt::NoModifier, {600, 45});  // the sign at the plot's top right
+  Click({600, 45});  // the sign at the plot's top right
   EXPECT_FALSE(strip.Held());
   Drag({300, 100}, {500, 140}, Qt::LeftButton);
   EXPECT_NE(AxisRange(0), (std::vector<double>{0, 60}));
@@ -246,23 +224,18 @@ TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndTellsHowToGetBack) {
 }
 
 TEST_F(StripTest, ZoomsByWheelAboutThePointer) {
-  struct Case {
-    const char* name;
-    Qt::KeyboardModifiers modifiers;
-    bool x, y;
-  };
-  for (const Case& c : {Case{"both", Qt::NoModifier, true, true}, Case{"Y only", Qt::ControlModifier, false, true},
-                        Case{"X only", Qt::ShiftModifier, true, false}}) {
+  for (const auto& [modifiers, x, y] : {std::tuple{Qt::NoModifier, 80, 48},
+                                        {Qt::ControlModifier, 100, 48},
+                                        {Qt::ShiftModifier, 80, 60}}) {  // what is left of X and of the upper axis
     strip.ResetRanges();
-    Wheel({300, 120}, 1, c.modifiers);
-    EXPECT_NEAR(strip.XSpan(), c.x ? 80 : 100, 1e-9) << c.name;
-    const auto upper = AxisRange(0);
-    EXPECT_NEAR(upper[1] - upper[0], c.y ? 48 : 60, 1e-9) << c.name;
-    EXPECT_EQ(AxisRange(1), (std::vector<double>{0, 12000})) << c.name;
-    Wheel({300, 120}, -1, c.modifiers);
-    EXPECT_NEAR(strip.XSpan(), 100, 1e-6) << c.name;
-    EXPECT_NEAR(strip.XEnd(), 10, 0.3) << c.name << ": the point under the pointer stays";
-    EXPECT_NEAR(AxisRange(0)[1], 60, 0.3) << c.name;
+    Wheel({300, 120}, 1, modifiers);
+    EXPECT_NEAR(strip.XSpan(), x, 1e-9) << modifiers;
+    EXPECT_NEAR(AxisRange(0)[1] - AxisRange(0)[0], y, 1e-9) << modifiers;
+    EXPECT_EQ(AxisRange(1), (std::vector<double>{0, 12000})) << modifiers;
+    Wheel({300, 120}, -1, modifiers);
+    EXPECT_NEAR(strip.XSpan(), 100, 1e-6) << modifiers;
+    EXPECT_NEAR(strip.XEnd(), 10, 0.3) << modifiers << ": the point under the pointer stays";
+    EXPECT_NEAR(AxisRange(0)[1], 60, 0.3) << modifiers;
   }
 }
 
@@ -312,13 +285,11 @@ TEST_F(StripTest, MovesTheZonesByTheirBorderAndTellsTheWindow) {
 
 TEST_F(StripTest, AClickOnALegendEntryHidesItsTrace) {
   for (int i = 0; i < 2000; ++i) Feed(0, 20 + 10 * std::sin(i * 0.1));
-  EXPECT_GT(PixelsOf(Qt::blue), 50);
-  QTest::mouseClick(&strip, Qt::LeftButton, Qt::NoModifier, {770, 36});
-  EXPECT_FALSE(strip.TraceVisible(0));
-  EXPECT_EQ(PixelsOf(Qt::blue), 0);
-  QTest::mouseClick(&strip, Qt::LeftButton, Qt::NoModifier, {770, 36});
-  EXPECT_TRUE(strip.TraceVisible(0));
-  EXPECT_GT(PixelsOf(Qt::blue), 50);
+  for (const bool shown : {true, false, true}) {
+    EXPECT_EQ(strip.TraceVisible(0), shown);
+    EXPECT_EQ(PixelsOf(Qt::blue) == 0, !shown);
+    Click({770, 36});
+  }
 }
 
 TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataGoOn) {
@@ -352,36 +323,33 @@ TEST_F(StripTest, OffersCopiesAndFilesInItsMenu) {
     Feed(0, 25.25 + k);
     if (k == 1) strip.PlotValue(1, 31);
   }
-  QTest::mouseClick(&strip, Qt::RightButton, Qt::NoModifier, {300, 120});
-  auto* menu = strip.findChild<QMenu*>(QStringLiteral("mnuStrip"));
+  Click({300, 120}, Qt::RightButton);
+  auto* menu = strip.findChild<QMenu*>("mnuStrip");
   ASSERT_NE(menu, nullptr);
   const auto pick = [&](const char* name) {
-    auto* action = menu->findChild<QAction*>(QLatin1String(name));
-    ASSERT_NE(action, nullptr) << name;
-    EXPECT_TRUE(action->isEnabled()) << name;
+    auto* action = menu->findChild<QAction*>(name);
+    ASSERT_TRUE(action != nullptr && action->isEnabled()) << name;
     action->trigger();
   };
-  const QString csv = QStringLiteral("Time (s),Local,Remote1\n0.000,25.25,\n0.050,26.25,31\n");
+  const QString csv = "Time (s),Local,Remote1\n0.000,25.25,\n0.050,26.25,31\n";
   pick("mnuCopyData");
   EXPECT_EQ(QApplication::clipboard()->text(), csv);
   pick("mnuCopyPicture");
   EXPECT_EQ(QApplication::clipboard()->image().size(), strip.size());
-  files.answers = {folder.filePath(QStringLiteral("a.csv")), folder.filePath(QStringLiteral("a.png")),
-                   folder.filePath(QStringLiteral("a.svg")), QString()};
+  files.script = {folder.filePath("a.csv"), folder.filePath("a.png"), folder.filePath("a.svg"), QString()};
   for (const char* name : {"mnuSaveCsv", "mnuSavePng", "mnuSaveSvg", "mnuSavePng"}) pick(name);
-  EXPECT_EQ(files.asked[0].suggestion, QStringLiteral("Temperature.csv"));
+  EXPECT_EQ(files.shown[0].suggestion, "Temperature.csv");
   const auto content = [&](const char* name) {
-    QFile file(folder.filePath(QLatin1String(name)));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
-    return file.readAll();
+    QFile file(folder.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   };
   EXPECT_EQ(content("a.csv"), csv.toUtf8());
   EXPECT_EQ(QImage::fromData(content("a.png")).size(), strip.size());
   EXPECT_TRUE(content("a.svg").contains("Fan Speed (RPM)"));
   pick("mnuTrace(1)");
   EXPECT_FALSE(strip.TraceVisible(1));
-  EXPECT_FALSE(strip.VisibleData().contains(QStringLiteral("Remote1")));
-  EXPECT_FALSE(strip.SaveTo(folder.filePath(QStringLiteral("none/a.csv"))));
+  EXPECT_FALSE(strip.VisibleData().contains("Remote1"));
+  EXPECT_FALSE(strip.SaveTo(folder.filePath("none/a.csv")));
   menu->close();
 }
 
@@ -390,7 +358,7 @@ TEST_F(StripTest, DrawsPathsInTheOrderOfAddingWithPensAndDots) {
   setup.traces = {{.colour = Qt::red, .width = 2},
                   {.colour = Qt::red, .width = 8, .dots = true, .shownWith = 0},
                   {.colour = Qt::blue, .style = Qt::DashLine}};
-  setup.labels = {{.slot = 1, .text = QStringLiteral("Local"), .trace = 0}};
+  setup.labels = {{.slot = 1, .text = "Local", .trace = 0}};
   Use(setup);
   // A step down to the left: no function of x.
   for (const QPointF& point : {QPointF(60, 20), QPointF(60, 80), QPointF(0, 80), QPointF(0, 20)}) {
@@ -428,11 +396,11 @@ TEST_F(StripTest, TellsScreenReadersItsLatestValues) {
   auto* reader = QAccessible::queryAccessibleInterface(&strip);
   ASSERT_NE(reader, nullptr);
   EXPECT_EQ(reader->role(), QAccessible::Chart);
-  EXPECT_EQ(reader->text(QAccessible::Name), QStringLiteral("Temperature (°C)"));
-  EXPECT_EQ(reader->text(QAccessible::Value), QStringLiteral("Temperature (°C): Local 25.25, Remote1 31"));
+  EXPECT_EQ(reader->text(QAccessible::Name), "Temperature (°C)");
+  EXPECT_EQ(reader->text(QAccessible::Value), "Temperature (°C): Local 25.25, Remote1 31");
   strip.SetLabelIndex(1);
-  strip.SetCaption(QStringLiteral("Local = 25.25°C"));
-  EXPECT_EQ(strip.Summary(), QStringLiteral("Temperature (°C): Local 25.25, Remote1 31"));
+  strip.SetCaption("Local = 25.25°C");
+  EXPECT_EQ(strip.Summary(), "Temperature (°C): Local 25.25, Remote1 31");
 }
 
 }  // namespace

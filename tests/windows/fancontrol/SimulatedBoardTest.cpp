@@ -69,5 +69,21 @@ TEST_F(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
   EXPECT_EQ(Desk::Text(window, "txtTmin(1)"), "60");
 }
 
+TEST_F(SimulatedBoard, TheDemoBringsItsTherm2EventOnce) {
+  const QWidget& window = desk.Open("frmDynamicTmin");
+  Do(window, "cmdDemo");
+  EXPECT_EQ(sim.Register(0x5B), 0x95);
+  sim.requests.clear();
+  Do(desk.Open("frmHeaters"), "sldHeater(1)=100");
+  desk.Advance(120000);
+  EXPECT_EQ((sim.requests[{0xDE, 0, 0x52}]), 2) << "down and up again, once";
+  EXPECT_EQ(sim.Register(0x52), 0x9A);
+  EXPECT_NEAR(sim.Register(0x5B) - 64, 35, 6) << "the chip has loaded it from the channel's value";
+  Do(window, "cmdDemo; cmdDemo");
+  sim.requests.clear();
+  desk.Advance(60000);
+  EXPECT_EQ((sim.requests[{0xDE, 0, 0x52}]), 0);
+}
+
 }  // namespace
 }  // namespace zth::testing

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/Services.h"
+
+/// Boxes and file dialogs that answer from a script.
+namespace zth::testing {
+
+/// A user's answers, in order. Strict: a question without one fails the test at once, an answer that nobody asked for
+/// fails it at the end.
+template <typename Answer>
+class Script : public std::deque<Answer> {
+ public:
+  using std::deque<Answer>::operator=;
+  Script() = default;
+  Script(const Script&) = delete;
+  Script& operator=(const Script&) = delete;
+  ~Script() { EXPECT_TRUE(this->empty()) << this->size() << " answers nobody asked for"; }
+
+  Answer Take(const QString& question, Answer answer) {
+    if (this->empty()) {
+      ADD_FAILURE() << "nobody expected: " << question.toStdString();
+    } else {
+      answer = std::move(this->front());
+      this->pop_front();
+    }
+    return answer;
+  }
+};
+
+class ScriptedPrompts final : public platform::Prompts {
+ public:
+  platform::BoxAnswer Ask(const platform::BoxQuestion& question) override {
+    shown.push_back(question);
+    if (whileShown) whileShown();
+    return script.Take(question.text, platform::BoxAnswer::No);
+  }
+
+  Script<platform::BoxAnswer> script;
+  std::vector<platform::BoxQuestion> shown;
+  /// Runs while a box stands: what events do that a modal box lets through.
+  std::function<void()> whileShown;
+};
+
+class ScriptedFileDialogs final : public platform::FileDialogs {
+ public:
+  QString Ask(const platform::FileQuestion& question, QWidget* /*parent*/) override {
+    shown.push_back(question);
+    return script.Take(question.caption, {});
+  }
+
+  Script<QString> script;  ///< paths; empty for a cancel
+  std::vector<platform::FileQuestion> shown;
+};
+
+}  // namespace zth::testing
