@@ -133,6 +133,7 @@ std::optional<QByteArray> FailingFiles::Read(const QString& path, std::int64_t l
 
 void RecordedProcess::End(int status) {
   ends.push_back(status);
+  if (onEnd) onEnd();
   throw platform::ProcessEnded{status};
 }
 

@@ -128,6 +128,7 @@ class RecordedProcess final : public platform::Process {
   QString Folder() const override { return folder; }
 
   std::vector<int> ends;
+  std::function<void()> onEnd;  ///< what is looked at in that moment, behind which a real process does nothing more
   QString folder = "/opt/zth";
 };
 
