@@ -69,6 +69,9 @@ class VirtualClock final : public platform::Clock {
   void SetWallTime(const QDateTime& time) { wallOffsetMs_ = WallTime().msecsTo(time) + wallOffsetMs_; }
 
   double waitedMs = 0;  ///< all that WaitMs was asked for
+  /// What a look at the clock takes: time passes while a program runs, and nothing hangs on two looks being equal. At 0
+  /// whatever runs takes no time.
+  std::int64_t lookUs = 1;
 
  private:
   struct Adopted {

@@ -20,9 +20,10 @@ std::int16_t ZTH_LIBRARY_CALL LoadFirmWare(const char* /*path*/) {
 std::int16_t ZTH_LIBRARY_CALL VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
                                               std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
   ++running->usbRequests;
-  if (request == 0xDE && direction == 0 && (index & 0xFF) == 0x52) ++running->writesOf52;
+  ++running->requests[{request, direction, index & 0xFF}];
   running->CatchUp();
   const auto result = running->usb.Request(request, value, index, direction, length, buffer);
+  if (result != 0) ++running->refused;
   running->desk.clock.WaitMs(static_cast<float>(running->usb.TheBus().TakeDelay().count()));
   return result;
 }
@@ -35,6 +36,7 @@ std::uint8_t ZTH_LIBRARY_CALL ReadSmbus(std::uint8_t address, std::uint8_t reg) 
 }
 
 void ZTH_LIBRARY_CALL WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
+  ++running->requests[{0, 0, reg}];
   running->CatchUp();
   running->smbus.Write(address, reg, value);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -28,8 +30,11 @@ class SimulatedDesk {
   Desk desk;
   simulator::UsbAdapter usb;
   simulator::SmbusHost smbus;
-  int writesOf52 = 0;  ///< USB writes to 0x52, Remote 2 THERM2 Limit
   int usbRequests = 0;
+  int refused = 0;  ///< of them, what the adapter answered with a failure
+  /// USB requests by their number, direction (1 reads) and register: {0xDE, 0, 0x52} are the writes to 0x52. Writes
+  /// over SMBus have the number 0.
+  std::map<std::array<int, 3>, std::int64_t> requests;
 
  private:
   explicit SimulatedDesk(const simulator::Settings& settings);

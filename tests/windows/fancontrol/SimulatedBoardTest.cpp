@@ -91,10 +91,10 @@ TEST(SimulatedBoard, TheDemoBringsItsTherm2EventOnce) {
   const QWidget& window = desk.Open("frmDynamicTmin");
   Desk::Press(window, "cmdDemo");
   EXPECT_EQ(sim.Register(0x5B), 0x95);
-  sim.writesOf52 = 0;
+  sim.requests.clear();
   Heater2(desk.Open("frmHeaters")).StepByUser(100);
   desk.Advance(120000);
-  EXPECT_EQ(sim.writesOf52, 2) << "down and up again, once";
+  EXPECT_EQ((sim.requests[{0xDE, 0, 0x52}]), 2) << "down and up again, once";
   EXPECT_TRUE(windows::DemoThermTripped);
   EXPECT_EQ(sim.Register(0x52), 0x9A);
   const int opPoint = sim.Register(0x5B) - 64;
@@ -102,9 +102,9 @@ TEST(SimulatedBoard, TheDemoBringsItsTherm2EventOnce) {
   EXPECT_NEAR(opPoint, 35, 6);
   Desk::Press(window, "cmdDemo");
   Desk::Press(window, "cmdDemo");
-  sim.writesOf52 = 0;
+  sim.requests.clear();
   desk.Advance(60000);
-  EXPECT_EQ(sim.writesOf52, 0);
+  EXPECT_EQ((sim.requests[{0xDE, 0, 0x52}]), 0);
 }
 
 }  // namespace
