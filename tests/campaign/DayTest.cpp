@@ -126,11 +126,10 @@ TEST(Day, OfAllJobsLosesNoRunAndNoMemory) {
     EXPECT_LT(MemoryInUse() - memory, 64 << 10);
   }
 
-  // Before the first mark each text was the window's own.
-  EXPECT_EQ(graphRuns - 1, graph.runs);
-  EXPECT_EQ(heatersRuns - 1, heaters.runs);
-  EXPECT_EQ(manualRuns - 1, manual.runs);
-  EXPECT_EQ(autoGraphRuns - 1, autoGraph.runs);
+  EXPECT_EQ(graphRuns, graph.runs);
+  EXPECT_EQ(heatersRuns, heaters.runs);
+  EXPECT_EQ(manualRuns, manual.runs);
+  EXPECT_EQ(autoGraphRuns - 1, autoGraph.runs) << "one mark went with the cleared chart";
   std::int64_t groups = 0;
   for (const int first : {0x88, 0x98, 0xAA, 0x8B, 0xAE, 0x5A}) groups += day.Reads(first);
   EXPECT_EQ(groups, measurement.runs);
@@ -139,7 +138,6 @@ TEST(Day, OfAllJobsLosesNoRunAndNoMemory) {
   EXPECT_EQ(day.Reads(0x21), dynTmin.runs);
   EXPECT_EQ(day.Reads(0x09), gpio.runs);
 
-  day.desk.Main().FinishWork();
   std::ifstream file(day.LogPath().toStdString());
   std::string line;
   for (int i = 0; i < 4; ++i) std::getline(file, line);

@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include <QAction>
+#include <QCheckBox>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -155,6 +156,24 @@ std::vector<Action> Sequences(const QString& window) {
         "write of a pin's function", [](Desk&, auto& map) { Desk::Type(map, "txtReadAddr", "14"); },
         [](Desk&, auto& map) { Desk::Press(map, "cmdWrite"); });
   }
+  if (window == "frmEasySetup") {
+    add(
+        "OK with everything ticked",
+        [](Desk&, auto& setup) {
+          for (QWidget* control : OperableControls(setup)) {
+            if (auto* box = qobject_cast<QCheckBox*>(control)) box->setChecked(true);
+          }
+        },
+        [](Desk&, auto& setup) { Desk::Press(setup, "cmdApply"); });
+  }
+  if (window == "frmPinConfig") {
+    add(
+        "Apply beside windows that follow it",
+        [](Desk& desk, auto&) {
+          for (const char* other : {"frmGPIO", "frmLimits", "frmGraph", "frmTherm"}) desk.Open(other);
+        },
+        [](Desk&, auto& pins) { Desk::Press(pins, "cmdApply"); });
+  }
   if (window == "frmDynamicTmin") {
     add(
         "demo with its THERM2 event",
@@ -163,7 +182,7 @@ std::vector<Action> Sequences(const QString& window) {
           desk.board.Chip()[0x8D] = 64 + 60;
           chip::PollEnabled = true;
         },
-        [](Desk& desk, auto& /*tmin*/) { desk.Advance(1000); });
+        [](Desk& desk, auto& /*tmin*/) { desk.Advance(2000); });
   }
   return actions;
 }

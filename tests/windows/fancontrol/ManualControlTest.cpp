@@ -92,18 +92,6 @@ TEST(ManualControl, WritesTheDutyOfTheSliderThatMoves) {
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
 }
 
-TEST(ManualControl, ALinkFailureAtAWriteEndsTheProgram) {
-  Desk desk;
-  desk.Start();
-  PutPwms(desk);
-  auto& window = desk.Open("frmManualControl");
-  desk.prompts.script = {platform::BoxAnswer::Ok};
-  desk.board.failFrom = desk.board.usbCalls;
-  Slider(window, 1).StepByUser(50);
-  EXPECT_EQ(desk.process.ends.size(), 1U);
-  EXPECT_FALSE(windows::ManualOpen);
-}
-
 TEST(ManualControl, AWindowClosedUnderAHeldSliderLetsGoOfIt) {
   Desk desk(Desk::Buses::Smbus);
   desk.Start();

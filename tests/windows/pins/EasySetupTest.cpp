@@ -157,15 +157,5 @@ TEST(EasySetup, TheGraphsOpenAtTheirPlace) {
   }
 }
 
-TEST(EasySetup, AFailureInTheMiddleEndsThereAndThen) {
-  const auto all = [](Desk& desk, windows::ChildWindow& window) {
-    TickOnly(desk, window, {0, 1, 2, 4, 5, 6});
-    desk.Check(window, "chkStartUp", true);
-  };
-  EXPECT_EQ(SweepFailures("frmEasySetup", all,
-                          [](Desk& desk, windows::ChildWindow& window) { desk.Press(window, "cmdApply"); }),
-            13);
-}
-
 }  // namespace
 }  // namespace zth::testing

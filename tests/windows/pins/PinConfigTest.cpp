@@ -289,16 +289,5 @@ TEST(PinConfig, TheHighestEasyOptionOfTheChipIsSelectedAndItsDetailsAloneAreSeen
   EXPECT_EQ(desk.Get<QTabWidget>(window, "SSTab1").currentIndex(), 0);
 }
 
-TEST(PinConfig, AFailureInTheMiddleOfAnApplyEndsThereAndThen) {
-  const auto nothing = [](Desk&, windows::ChildWindow&) {};
-  const auto openGpio = [](Desk& desk, windows::ChildWindow&) { desk.Open("frmGPIO"); };
-  EXPECT_EQ(SweepFailures("frmPinConfig", openGpio,
-                          [](Desk& desk, windows::ChildWindow& window) { desk.Press(window, "cmdApply"); }),
-            18);
-  EXPECT_EQ(SweepFailures("frmPinConfig", nothing,
-                          [](Desk& desk, windows::ChildWindow& window) { desk.Press(window, "cmdEasyApply"); }),
-            5);
-}
-
 }  // namespace
 }  // namespace zth::testing
