@@ -1,3 +1,4 @@
+// size-waiver: one walk; its kinds of actions and what must hold behind each belong together.
 #include <array>
 #include <cmath>
 #include <csignal>
