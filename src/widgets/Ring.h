@@ -34,7 +34,7 @@ class Ring {
 
   /// Gives the memory back as well.
   void Clear() {
-    slots_ = {};
+    slots_ = std::vector<T>();  // = {} would keep the memory
     head_ = size_ = 0;
   }
 

@@ -1,6 +1,7 @@
 #include "tests/support/Doubles.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QCoreApplication>
 #include <QTimerEvent>
@@ -8,8 +9,7 @@
 namespace zth::testing {
 
 double VirtualClock::Now() const {
-  // A microsecond a look: time passes while a program runs, and nothing hangs on two looks being equal.
-  return static_cast<double>(nowUs_++) / 1e6;
+  return static_cast<double>(std::exchange(nowUs_, nowUs_ + lookUs)) / 1e6;
 }
 
 QDateTime VirtualClock::WallTime() const {

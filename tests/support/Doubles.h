@@ -51,6 +51,9 @@ class VirtualClock final : public platform::Clock {
   void SetWallTime(const QDateTime& time) { wallOffsetMs_ = WallTime().msecsTo(time) + wallOffsetMs_; }
 
   double waitedMs = 0;  ///< all that WaitMs was asked for
+  /// What a look at the clock takes: time passes while a program runs, and nothing hangs on two looks being equal. At 0
+  /// whatever runs takes no time.
+  std::int64_t lookUs = 1;
 
  private:
   struct Adopted {
@@ -114,11 +117,13 @@ class RecordedProcess final : public platform::Process {
  public:
   [[noreturn]] void End(int status) override {
     ends.push_back(status);
+    if (onEnd) onEnd();
     throw platform::ProcessEnded{status};
   }
   QString Folder() const override { return folder; }
 
   std::vector<int> ends;
+  std::function<void()> onEnd;  ///< what is looked at in that moment, behind which a real process does nothing more
   QString folder = "/opt/zth";
 };
 

@@ -17,25 +17,32 @@ std::vector<QString> EveryWindow() {
   return names;
 }
 
-void ForEachPage(windows::ChildWindow& window, const std::function<void(const std::string& page)>& visit) {
-  const std::string name = window.objectName().toStdString();
+int Pages(const windows::ChildWindow& window) {
+  const auto* tabs = window.findChild<QTabWidget*>();
+  const auto* charts = window.findChild<QComboBox*>("cmbGraph");
+  return tabs != nullptr ? tabs->count() : charts != nullptr ? charts->count() : 1;
+}
+
+void ShowPage(windows::ChildWindow& window, int page) {
   auto* tabs = window.findChild<QTabWidget*>();
   auto* charts = window.findChild<QComboBox*>("cmbGraph");
-  const int pages = tabs != nullptr ? tabs->count() : charts != nullptr ? charts->count() : 1;
-  const auto show = [&](int page) {
-    if (tabs != nullptr) tabs->setCurrentIndex(page);
-    if (tabs == nullptr && charts != nullptr) charts->setCurrentIndex(page);
-    Desk::Settle();
-  };
-  for (int page = 0; page < pages; ++page) {
+  if (tabs != nullptr && tabs->isTabEnabled(page)) tabs->setCurrentIndex(page);
+  if (tabs == nullptr && charts != nullptr) charts->setCurrentIndex(page);
+  Desk::Settle();
+}
+
+void ForEachPage(windows::ChildWindow& window, const std::function<void(const std::string& page)>& visit) {
+  const auto* tabs = window.findChild<QTabWidget*>();
+  const auto* charts = window.findChild<QComboBox*>("cmbGraph");
+  for (int page = 0; page < Pages(window); ++page) {
     if (tabs != nullptr && !tabs->isTabEnabled(page)) continue;
-    show(page);
+    ShowPage(window, page);
     QString text;
     if (tabs != nullptr) text = ", " + tabs->tabText(page);
     if (tabs == nullptr && charts != nullptr) text = ", " + charts->itemText(page);
-    visit(name + text.toStdString());
+    visit(window.objectName().toStdString() + text.toStdString());
   }
-  show(0);
+  ShowPage(window, 0);
 }
 
 }  // namespace zth::testing

@@ -13,6 +13,12 @@ namespace zth::testing {
 /// Every window that a menu entry opens, in the order of the menus.
 std::vector<QString> EveryWindow();
 
+/// The pages of a window: its tabs, or the charts of its list, or one where there is neither.
+int Pages(const windows::ChildWindow& window);
+
+/// Shows a page as the user does. A tab that cannot be picked stays aside.
+void ShowPage(windows::ChildWindow& window, int page);
+
 /// Calls `visit` on each page of an open window: on each tab that can be picked and each chart of its list, or once
 /// where there is neither. `page` is the window's name and, where it has pages, the page's text: "frmLimits, Temps".
 /// The window shows its first page again at the end.

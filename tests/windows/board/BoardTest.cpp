@@ -66,19 +66,6 @@ TEST(Switches, TouchNothingOverSmbus) {
   EXPECT_FALSE(Desk::Get<QLabel>(*desk.window, "lblNoAdapter").isHidden());
 }
 
-TEST(Switches, AFailedReadEndsTheProgramAtEachOfItsTransfers) {
-  for (const char* request : {"usb P 4A", "usb P 48"}) {
-    Desk desk;
-    desk.Start();
-    auto& window = desk.Open("frmSwitches");
-    desk.prompts.script = {platform::BoxAnswer::Ok};
-    desk.board.failMatching = request;
-    Desk::Press(window, "cmdRefresh");
-    EXPECT_EQ(desk.process.ends.size(), 1U) << request;
-    EXPECT_EQ(desk.board.traffic.back(), request) << "nothing reaches the board behind it";
-  }
-}
-
 // ---- The heaters
 
 TEST(Heaters, ShowTheAdaptersDrivesAnewAtEachOpening) {

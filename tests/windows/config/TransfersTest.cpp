@@ -43,46 +43,6 @@ TEST(ConfigTransfers, ApplyGoesOutInOrderOnBothLinksOkClosesAndCancelJustCloses)
   }
 }
 
-TEST(ConfigTransfers, AFailureAtAnyTransferOfApplyEndsTheProgramThere) {
-  for (const Case& row : kCases) {
-    int transfers = 1;
-    for (int failing = 0; failing < transfers; ++failing) {
-      SCOPED_TRACE(std::string(row.window) + " at transfer " + std::to_string(failing));
-      Desk desk;
-      desk.Start();
-      auto& window = desk.Open(row.window);
-      const Traffic whole = row.apply();
-      transfers = static_cast<int>(whole.size());
-      desk.board.TakeTraffic();
-      desk.board.failOnly = desk.board.usbCalls + failing;
-      desk.prompts.script = {platform::BoxAnswer::Ok};
-      Desk::Press(window, "cmdOK");
-      ASSERT_EQ(desk.prompts.shown.size(), 1U);
-      EXPECT_EQ(desk.prompts.shown[0].text, "Communications Interrupted - Check USB connections");
-      EXPECT_EQ(desk.process.ends, std::vector<int>{1});
-      EXPECT_EQ(desk.Main().FindWindow(row.window), nullptr);
-      EXPECT_EQ(desk.board.TakeTraffic(), Traffic(whole.begin(), whole.begin() + failing + 1));
-    }
-  }
-}
-
-TEST(ConfigTransfers, AFailureAtAnyTransferOfLoadEndsTheProgramThere) {
-  for (const Case& row : kCases) {
-    int transfers = 1;
-    for (int failing = 0; failing < transfers; ++failing) {
-      SCOPED_TRACE(std::string(row.window) + " at transfer " + std::to_string(failing));
-      Desk desk;
-      desk.Start();
-      const Traffic whole = row.load();
-      transfers = static_cast<int>(whole.size());
-      desk.board.failOnly = desk.board.usbCalls + failing;
-      desk.prompts.script = {platform::BoxAnswer::Ok};
-      EXPECT_THROW(desk.Open(row.window), platform::ProcessEnded);
-      EXPECT_EQ(desk.board.TakeTraffic(), Traffic(whole.begin(), whole.begin() + failing + 1));
-    }
-  }
-}
-
 TEST(FanConfig, AllTachButtonsTouchOnlyTheBoxes) {
   WindowDesk desk("frmFanConfig");
   EXPECT_EQ(desk.Sent("cmdEnableAll"), Traffic{});

@@ -208,28 +208,5 @@ TEST_F(SaveTest, WhileItRecallsTheBarAndTheRegisterShowAndNoTickReachesTheLink) 
   }
 }
 
-TEST(SaveOverABadLink, AFailureEndsTheProgramAndNothingMoreIsSent) {
-  const QTemporaryDir folder;
-  const QString file = folder.filePath("a.sav");
-  std::string saved = "{\n";
-  for (int i = 0; i < 200; ++i) saved += "0x28\t0x7\t\n";
-  std::ofstream(file.toStdString()) << saved;
-  for (const char* button : {"cmdsave", "cmdRecall"}) {
-    for (const int failing : {0, 1, 50, 119}) {
-      Desk desk(Desk::Buses::Usb);
-      desk.Start();
-      windows::ChildWindow& window = desk.Open("frmSave");
-      desk.board.failFrom = desk.board.usbCalls + failing;
-      desk.prompts.script.push_back(platform::BoxAnswer::Ok);
-      if (std::string(button) == "cmdRecall") desk.fileDialogs.script.push_back(file);
-      Desk::Press(window, button);
-      EXPECT_EQ(desk.process.ends, std::vector<int>{1});
-      EXPECT_EQ(desk.board.TakeTraffic().size(), static_cast<std::size_t>(failing) + 1);
-      EXPECT_EQ(desk.Main().FindWindow("frmSave"), nullptr);
-      EXPECT_EQ(Content(file), saved);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace zth::testing

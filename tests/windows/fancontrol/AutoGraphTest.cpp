@@ -134,17 +134,5 @@ TEST_F(Curves, HaveADotThatLeavesATrailOfTheLastMinute) {
   EXPECT_GT(chart.TraceColour(windows::kTrailTrace).alpha(), chart.TraceColour(windows::kTrailTrace + 12).alpha());
 }
 
-TEST(AutomaticControl, AFailureAtAnyReadOfTheLoadEndsTheProgram) {
-  for (int n = 0; n < 9; ++n) {
-    Desk desk;
-    desk.Start();
-    desk.prompts.script = {platform::BoxAnswer::Ok};
-    desk.board.failOnly = desk.board.usbCalls + n;
-    EXPECT_THROW(desk.Open("frmAutoGraph"), platform::ProcessEnded) << n;
-    EXPECT_EQ(desk.board.traffic.size(), static_cast<std::size_t>(n + 1));
-    EXPECT_FALSE(windows::AutoGraphOpen);
-  }
-}
-
 }  // namespace
 }  // namespace zth::testing

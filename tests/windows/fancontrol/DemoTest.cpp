@@ -60,25 +60,6 @@ TEST(Demo, OpensTheSwitchesEvenWhenTheirWriteFails) {
   EXPECT_EQ(desk.board.Chip()[0x01], 0x21);
 }
 
-TEST(Demo, AFailureAtAnyOtherTransferEndsTheProgramThere) {
-  int transfers = 0;
-  {
-    Desk desk;
-    desk.Start();
-    windows::SetUpDemo();
-    transfers = static_cast<int>(desk.board.traffic.size());
-  }
-  for (int n = 0; n < transfers; ++n) {
-    if (n == 1) continue;  // the write of the switches, whose result is not looked at
-    Desk desk;
-    desk.Start();
-    desk.prompts.script = {platform::BoxAnswer::Ok};
-    desk.board.failOnly = desk.board.usbCalls + n;
-    EXPECT_THROW(windows::SetUpDemo(), platform::ProcessEnded) << n;
-    EXPECT_EQ(desk.board.traffic.size(), static_cast<std::size_t>(n + 1));
-  }
-}
-
 /// Registers of Remote2: a temperature, and the state that dynamic Tmin is drawn by.
 void PutRemote2(Desk& desk, int quarters) {
   Put(desk.board.Chip(), "5E=68 5B=95 46=5F 4A=6D");
@@ -127,21 +108,6 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     desk.Advance(3000);
     EXPECT_EQ(Writes(desk.board.TakeTraffic()), Traffic{});
     EXPECT_EQ(desk.clock.waitedMs - waited, 500);
-  }
-}
-
-TEST(Demo, AFailureInThePulseEndsTheProgram) {
-  for (const char* write : {"usb W 58:52=40", "usb W 58:52=9A"}) {
-    Desk desk;
-    desk.Start();
-    windows::DemoRunning = true;
-    PutRemote2(desk, 4 * 60);
-    desk.prompts.script = {platform::BoxAnswer::Ok};
-    desk.board.failMatching = write;
-    desk.Advance(3000);
-    EXPECT_EQ(desk.process.ends.size(), 1U) << write;
-    EXPECT_EQ(desk.board.traffic.back(), write);
-    EXPECT_FALSE(windows::DemoThermTripped);
   }
 }
 

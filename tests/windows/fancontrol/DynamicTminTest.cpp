@@ -139,23 +139,5 @@ TEST(DynamicTmin, TheDemoShowsRemote2AndOutlivesTheWindow) {
   EXPECT_EQ(desk.Held("cmdDemo"), "Run Demo");
 }
 
-TEST(DynamicTmin, AFailureAtAnyReadOfTheLoadOrOfARefreshEndsTheProgram) {
-  for (int n = 0; n < 6; ++n) {
-    Desk desk;
-    desk.Start();
-    desk.prompts.script = {platform::BoxAnswer::Ok};
-    desk.board.failOnly = desk.board.usbCalls + n;
-    EXPECT_THROW(desk.Open("frmDynamicTmin"), platform::ProcessEnded) << n;
-    EXPECT_FALSE(windows::DynTminOpen);
-  }
-  Desk desk;
-  desk.Start();
-  desk.Open("frmDynamicTmin");
-  desk.prompts.script = {platform::BoxAnswer::Ok};
-  desk.board.failMatching = "usb B 58:21+4";
-  desk.Advance(100);
-  EXPECT_EQ(desk.process.ends.size(), 1U);
-}
-
 }  // namespace
 }  // namespace zth::testing

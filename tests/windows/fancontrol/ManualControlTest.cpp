@@ -88,17 +88,5 @@ TEST_F(ManualControl, AWindowClosedUnderAHeldSliderLetsGoOfIt) {
   EXPECT_FALSE(windows::ManualSliderHeld);
 }
 
-TEST(ManualControlFailure, ALinkFailureAtAWriteEndsTheProgram) {
-  Desk desk;
-  desk.Start();
-  PutPwms(desk);
-  auto& window = desk.Open("frmManualControl");
-  desk.prompts.script = {platform::BoxAnswer::Ok};
-  desk.board.failFrom = desk.board.usbCalls;
-  Slider(window, 1).StepByUser(50);
-  EXPECT_EQ(desk.process.ends.size(), 1U);
-  EXPECT_FALSE(windows::ManualOpen);
-}
-
 }  // namespace
 }  // namespace zth::testing

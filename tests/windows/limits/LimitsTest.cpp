@@ -230,50 +230,5 @@ TEST_F(Limits, TabGoesFromTheListToTheGaugeToTheMasksOfTheTabThatShows) {
   }
 }
 
-// One desk at a time: each failure has its own.
-
-TEST(LimitsFailure, InTheLoadEndsTheProgramThereAndThen) {
-  constexpr int kTransfers = 31;  // of FirstLoad
-  for (int failing = 0; failing < kTransfers; ++failing) {
-    Desk fresh(Desk::Buses::Usb);
-    fresh.Start();
-    fresh.board.failOnly = fresh.board.usbCalls + failing;
-    fresh.prompts.script = {platform::BoxAnswer::Ok};
-    try {
-      fresh.Open("frmLimits");
-    } catch (const platform::ProcessEnded&) {  // unless it ended in a mask's handler, which lets nothing through
-    }
-    EXPECT_FALSE(fresh.process.ends.empty()) << failing;
-    EXPECT_EQ(fresh.prompts.shown.size(), 1U) << failing;
-    EXPECT_EQ(fresh.board.TakeTraffic().size(), static_cast<std::size_t>(failing) + 1) << "nothing follows it";
-    EXPECT_EQ(fresh.Main().FindWindow("frmLimits"), nullptr);
-  }
-}
-
-TEST(LimitsFailure, InAHandlerOrARefreshEndsItToo) {
-  const std::vector<std::pair<int, std::function<void(Desk&, QWidget&)>>> steps{
-      {4, [](Desk&, QWidget& w) { QMetaObject::invokeMethod(&Desk::Get<QWidget>(w, "ggeTemp"), "SliderChanged"); }},
-      {2, [](Desk&, QWidget& w) { Desk::Press(w, "chkTempMask(0)"); }},
-      {2, [](Desk&, QWidget& w) { Desk::Pick(w, "cmbVolt", 1); }},
-      {7, [](Desk& d, QWidget&) { d.Advance(550); }},
-  };
-  for (const auto& [transfers, step] : steps) {
-    for (int failing = 0; failing < transfers; ++failing) {
-      Desk fresh(Desk::Buses::Usb);
-      fresh.Start();
-      chip::PollEnabled = false;
-      auto& limits = fresh.Open("frmLimits");
-      fresh.board.TakeTraffic();
-      fresh.board.failOnly = fresh.board.usbCalls + failing;
-      fresh.prompts.script = {platform::BoxAnswer::Ok};
-      step(fresh, limits);
-      EXPECT_EQ(fresh.prompts.shown.size(), 1U);
-      EXPECT_FALSE(fresh.process.ends.empty());
-      EXPECT_FALSE(windows::LimitsOpen);
-      EXPECT_EQ(fresh.board.TakeTraffic().size(), static_cast<std::size_t>(failing) + 1);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace zth::testing

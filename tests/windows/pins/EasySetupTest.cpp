@@ -1,7 +1,7 @@
 #include <optional>
 #include <set>
 
-#include "tests/windows/pins/PinsGround.h"
+#include "tests/support/Steps.h"
 
 namespace zth::testing {
 namespace {
@@ -111,16 +111,6 @@ TEST(EasySetup, TheGraphsOpenAtTheirPlace) {
       EXPECT_EQ(graphs->parentWidget()->pos(), QPoint(33, 33)) << "500 twips from the left and from the top";
     }
   }
-}
-
-TEST(EasySetup, AFailureInTheMiddleEndsThereAndThen) {
-  const auto all = [](Desk& desk, windows::ChildWindow& window) {
-    TickOnly(desk, window, {0, 1, 2, 4, 5, 6});
-    desk.Check(window, "chkStartUp", true);
-  };
-  EXPECT_EQ(SweepFailures("frmEasySetup", all,
-                          [](Desk& desk, windows::ChildWindow& window) { desk.Press(window, "cmdApply"); }),
-            13);
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
-#include "tests/windows/pins/PinsGround.h"
+#include "tests/support/Steps.h"
 #include "windows/SharedState.h"
 #include "windows/config/frmGPIO.h"
 
@@ -109,29 +109,6 @@ TEST(Gpio, ThePinsThatServeGpioAreTickedAndVidPlaysNoPart) {
   }
   for (int i = 0; i < 8; ++i) {
     EXPECT_FALSE(desk.Get<QWidget>(*desk.window, QString("chkPinEn(%1)").arg(i)).isEnabled());
-  }
-}
-
-TEST(Gpio, AFailureInAHandlerOrARefreshEndsThereAndThen) {
-  const auto nothing = [](Desk&, windows::ChildWindow&) {};
-  using Act = std::function<void(Desk&, windows::ChildWindow&)>;
-  const std::vector<std::pair<int, Act>> cases{
-      {3, [](Desk& desk, windows::ChildWindow& window) { desk.Pick(window, "cmbDir(5)", 1); }},
-      {2, [](Desk& desk, windows::ChildWindow& window) { desk.Press(window, "chkEnGPIO"); }},
-  };
-  for (const auto& [transfers, act] : cases) EXPECT_EQ(SweepFailures("frmGPIO", nothing, act), transfers);
-
-  // In a tick of the timer.
-  for (const char* failing : {"usb B 58:09", "usb R 58:BF"}) {
-    Desk desk(Desk::Buses::Usb);
-    desk.Start();
-    desk.Open("frmGPIO");
-    desk.board.failMatching = failing;
-    desk.prompts.script.push_back(platform::BoxAnswer::Ok);
-    desk.Advance(1000);
-    EXPECT_EQ(desk.process.ends, std::vector<int>{1});
-    EXPECT_EQ(desk.board.traffic.back().rfind(failing, 0), 0U) << "sent behind the failure";
-    EXPECT_FALSE(windows::GpioOpen);
   }
 }
 

@@ -3,7 +3,7 @@
 #include <QRegularExpression>
 
 #include "chip/PinModel.h"
-#include "tests/windows/pins/PinsGround.h"
+#include "tests/support/Steps.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
@@ -112,17 +112,6 @@ TEST(PinConfig, TheHighestEasyOptionOfTheChipIsSelectedAndItsDetailsAloneAreSeen
     desk.Do("cmdEasyApply");
     EXPECT_EQ(desk.board.Chip()[0x14], sent);
   }
-}
-
-TEST(PinConfig, AFailureInTheMiddleOfAnApplyEndsThereAndThen) {
-  const auto nothing = [](Desk&, windows::ChildWindow&) {};
-  const auto openGpio = [](Desk& desk, windows::ChildWindow&) { desk.Open("frmGPIO"); };
-  EXPECT_EQ(SweepFailures("frmPinConfig", openGpio,
-                          [](Desk& desk, windows::ChildWindow& window) { desk.Press(window, "cmdApply"); }),
-            18);
-  EXPECT_EQ(SweepFailures("frmPinConfig", nothing,
-                          [](Desk& desk, windows::ChildWindow& window) { desk.Press(window, "cmdEasyApply"); }),
-            5);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <QTabBar>
 #include <QTest>
 
-#include "tests/windows/pins/PinsGround.h"
+#include "tests/support/Steps.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {

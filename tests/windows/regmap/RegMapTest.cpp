@@ -196,22 +196,5 @@ TEST_F(RegisterMap, RepeatsTheReadOnceASecondWhileTicked) {
   EXPECT_EQ(after(2000), Traffic{});
 }
 
-TEST(RegisterMapFailure, EndsTheProgramAtTheTransferThatFails) {
-  for (int failing = 0; failing < 2; ++failing) {
-    Desk fresh(Desk::Buses::Usb);
-    fresh.Start();
-    auto& map = fresh.Open("frmRegMap");
-    Desk::Type(map, "txtReadAddr", "44");
-    Desk::Type(map, "txtDec", "5");
-    fresh.board.failOnly = fresh.board.usbCalls + failing;
-    fresh.prompts.script = {platform::BoxAnswer::Ok};
-    Desk::Press(map, "cmdWrite");
-    EXPECT_EQ(fresh.prompts.shown.size(), 1U) << failing;
-    EXPECT_FALSE(fresh.process.ends.empty());
-    EXPECT_FALSE(windows::RegMapOpen);
-    EXPECT_EQ(fresh.board.TakeTraffic().size(), static_cast<std::size_t>(failing) + 1) << "nothing follows it";
-  }
-}
-
 }  // namespace
 }  // namespace zth::testing

@@ -1,0 +1,154 @@
+#include <algorithm>
+#include <fstream>
+#include <malloc.h>
+#include <string>
+
+#include <QLabel>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include "chip/Measurements.h"
+#include "tests/support/SimulatedDesk.h"
+#include "widgets/Strip.h"
+#include "windows/SharedState.h"
+
+namespace zth::testing {
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+// Some ten times slower, and freed memory is kept for a while: a short day, and no look at the memory.
+constexpr int kHours = 2;
+constexpr bool kMemoryIsTold = false;
+#else
+constexpr int kHours = 24;
+constexpr bool kMemoryIsTold = true;
+#endif
+
+constexpr int kTickMs = 50;
+constexpr int kTicksAnHour = 60 * 60 * 1000 / kTickMs;
+
+/// What the allocator has handed out, in bytes.
+std::int64_t MemoryInUse() {
+  const auto info = mallinfo2();
+  return static_cast<std::int64_t>(info.uordblks + info.hblkhd);
+}
+
+/// The rule that a job is due by, at ticks that take no time: more than its period has passed since it last ran.
+class Due {
+ public:
+  explicit Due(double period) : period_(period) {}
+  void Tick(double now) {
+    if (last_ + period_ >= now) return;
+    last_ = now;
+    ++runs;
+  }
+  std::int64_t runs = 0;
+
+ private:
+  double period_;
+  double last_ = 0;
+};
+
+class Day {
+ public:
+  Day() {
+    desk.clock.lookUs = 0;
+    desk.Start();
+    for (const char* name : {"frmGraph", "frmRegMap", "frmHeaters", "frmLimits", "frmManualControl", "frmAutoGraph",
+                             "frmDynamicTmin", "frmGPIO"}) {
+      desk.Open(name);
+    }
+    Desk::Type(Window("frmGraph"), "txtUpdate", "250");  // the job that costs most
+    Desk::Check(Window("frmRegMap"), "chkContRead", true);
+    Desk::Type(Window("frmRegMap"), "txtReadAddr", "3E");
+    windows::ChildWindow& logging = desk.Open("frmLogging");
+    Desk::Press(logging, "cmdSelectAll");
+    Desk::Type(logging, "txtLogInt", "1000");
+    desk.fileDialogs.script = {LogPath()};
+    Desk::Press(logging, "cmdLogData");
+    logging.Unload();
+    Desk::Settle();
+    sim.requests.clear();
+  }
+
+  QWidget& Window(const char* name) { return *desk.Main().FindWindow(name); }
+  QString LogPath() const { return folder.filePath("day.csv"); }
+  std::int64_t Reads(int first) { return sim.requests[{0xDC, 1, first}]; }
+
+  void ClearCharts() {
+    for (auto* chart : desk.Main().findChildren<widgets::Strip*>()) chart->ClearData();
+    Desk::Settle();
+  }
+
+  QTemporaryDir folder;
+  SimulatedDesk sim{"smbus = none"};
+  Desk& desk = sim.desk;
+};
+
+TEST(Day, OfAllJobsLosesNoRunAndNoMemory) {
+  Day day;
+  Due measurement(chip::PollPeriodMs / 1000.0);
+  Due graph(windows::GraphPeriodMs / 1000.0);
+  Due regMap(1.0), heaters(1.0), limits(0.5), manual(1.0), autoGraph(0.3), dynTmin(0.1), gpio(0.5), log(1.0);
+  std::int64_t graphRuns = 0, heatersRuns = 0, manualRuns = 0, autoGraphRuns = 0;
+  auto& chart = *day.Window("frmGraph").findChildren<widgets::Strip*>().first();
+  auto& curve = *day.Window("frmAutoGraph").findChildren<widgets::Strip*>().first();
+  auto& heater = Desk::Get<QLabel>(day.Window("frmHeaters"), "lblTemp(0)");
+  auto& state = Desk::Get<QLabel>(day.Window("frmManualControl"), "lblManual(0)");
+  const int trail = curve.TraceCount() - 1;
+
+  std::int64_t memory = 0;
+  qsizetype objects = 0;
+  for (int tick = 1; tick <= kHours * kTicksAnHour; ++tick) {
+    day.desk.clock.Advance(kTickMs);
+    const double now = day.desk.clock.Now();
+    for (Due* job : {&measurement, &graph, &regMap, &heaters, &limits, &manual, &autoGraph, &dynTmin, &gpio, &log}) {
+      job->Tick(now);
+    }
+    // The jobs without a transfer are told by what they write over a mark.
+    chart.SetLabelIndex(1);
+    if (chart.Caption() != "?") ++graphRuns, chart.SetCaption("?");
+    if (heater.text() != "?") ++heatersRuns, heater.setText("?");
+    if (state.text() != "?") ++manualRuns, state.setText("?");
+    const QVariantList points = curve.TracePoints(trail);
+    if (points.isEmpty() || points.first().toList().first() != -1.0) ++autoGraphRuns, curve.PlotXY(trail, -1, 0);
+    if (tick % kTicksAnHour == 0) Desk::Settle();
+    if (tick == kTicksAnHour) {
+      // The charts may keep a day; all else of the program has what it needs by now.
+      day.ClearCharts();
+      memory = MemoryInUse();
+      objects = day.desk.Main().findChildren<QObject*>().size();
+    }
+  }
+  day.ClearCharts();
+  EXPECT_EQ(day.desk.Main().findChildren<QObject*>().size(), objects);
+  if (kMemoryIsTold) {
+    EXPECT_LT(MemoryInUse() - memory, 64 << 10);
+  }
+
+  EXPECT_EQ(graphRuns, graph.runs);
+  EXPECT_EQ(heatersRuns, heaters.runs);
+  EXPECT_EQ(manualRuns, manual.runs);
+  EXPECT_EQ(autoGraphRuns - 1, autoGraph.runs) << "one mark went with the cleared chart";
+  std::int64_t groups = 0;
+  for (const int first : {0x88, 0x98, 0xAA, 0x8B, 0xAE, 0x5A}) groups += day.Reads(first);
+  EXPECT_EQ(groups, measurement.runs);
+  EXPECT_EQ((day.sim.requests[{0xDE, 1, 0x3E}]), regMap.runs);
+  EXPECT_EQ((day.sim.requests[{0xDE, 1, 0xC0}]), limits.runs);
+  EXPECT_EQ(day.Reads(0x21), dynTmin.runs);
+  EXPECT_EQ(day.Reads(0x09), gpio.runs);
+
+  std::ifstream file(day.LogPath().toStdString());
+  std::string line;
+  for (int i = 0; i < 4; ++i) std::getline(file, line);
+  const auto channels = std::count(line.begin(), line.end(), ',');
+  std::int64_t rows = 0;
+  for (; std::getline(file, line); ++rows) {
+    ASSERT_EQ(line.substr(0, line.find(',')), std::to_string(rows));
+    ASSERT_EQ(std::count(line.begin(), line.end(), ','), channels) << line;
+  }
+  EXPECT_EQ(rows, log.runs);
+}
+
+}  // namespace
+}  // namespace zth::testing

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <QWidget>
+
+namespace zth::testing {
+
+/// One thing that a user can do to a control.
+struct Way {
+  std::string name;  ///< "txtDec: type 50"
+  std::function<void()> act;
+};
+
+/// The controls of a window that a user can operate as it stands: shown and enabled, in the order of their making.
+std::vector<QWidget*> OperableControls(const QWidget& window);
+
+/// What a user can do to a control, of lists and numbers a few of each; empty for what only shows.
+std::vector<Way> WaysToOperate(QWidget& control);
+
+}  // namespace zth::testing
