@@ -119,14 +119,20 @@ void frmMain::BuildToolBar() {
     bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
   }
   bar->addSeparator();
-  auto* label = new QLabel(" De&vice ", bar);
+  auto* label = new QLabel(" Device ", bar);
   label->setObjectName("lblDevices");
   cmbDevices_ = new QComboBox(bar);
   cmbDevices_->setObjectName("cmbDevices");
   cmbDevices_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   cmbDevices_->setMinimumContentsLength(14);
-  cmbDevices_->setToolTip("The chip that all windows work on");
+  cmbDevices_->setToolTip("The chip that all windows work on (Ctrl+D)");
   label->setBuddy(cmbDevices_);
+  // No mnemonic: each letter of its label leads to a menu or, in some window, to a control.
+  auto* reach = new QAction(this);
+  reach->setObjectName("actDevices");
+  reach->setShortcut(QKeySequence("Ctrl+D"));
+  connect(reach, &QAction::triggered, cmbDevices_, [this] { cmbDevices_->setFocus(Qt::ShortcutFocusReason); });
+  addAction(reach);
   bar->addWidget(label);
   bar->addWidget(cmbDevices_);
   windows::OnSelect(*cmbDevices_, [this] { cmbDevices_Click(); });

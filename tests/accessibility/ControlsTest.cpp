@@ -1,0 +1,1 @@
+#include "tests/accessibility/AccessGround.h"
