@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QPalette>
 #include <QStandardPaths>
 #include <QStyleFactory>
 #include <QTabWidget>
@@ -18,31 +17,11 @@
 #include "shell/Main.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmMain.h"
+#include "tools/gallery/DarkPalette.h"
 #include "windows/ChildWindow.h"
 
 namespace zth {
 namespace {
-
-void Darken() {
-  QPalette palette;
-  const auto set = [&palette](std::initializer_list<QPalette::ColorRole> roles, const char* colour) {
-    for (const QPalette::ColorRole role : roles) palette.setColor(role, QColor(colour));
-  };
-  set({QPalette::Window, QPalette::AlternateBase}, "#2d2d30");
-  set({QPalette::Base, QPalette::ToolTipBase}, "#1e1e1e");
-  set({QPalette::Button}, "#3c3c40");
-  set({QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}, "#f0f0f0");
-  set({QPalette::BrightText, QPalette::HighlightedText}, "#ffffff");
-  set({QPalette::Highlight}, "#2a82da");
-  set({QPalette::Link}, "#5aa0f0");
-  set({QPalette::PlaceholderText, QPalette::Mid}, "#808080");
-  set({QPalette::Dark, QPalette::Shadow}, "#202022");
-  set({QPalette::Light, QPalette::Midlight}, "#5a5a5e");
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    palette.setColor(QPalette::Disabled, role, QColor("#8a8a8a"));
-  }
-  QApplication::setPalette(palette);
-}
 
 /// Nobody is there to answer: a box ends the tool with what it says.
 class NoPrompts final : public platform::Prompts {
@@ -125,7 +104,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   if (argc < 2) return 2;
   QApplication::setStyle(QStyleFactory::create("Fusion"));
-  if (argc > 2 && QString(argv[2]) == "dark") zth::Darken();
+  if (argc > 2 && QString(argv[2]) == "dark") QApplication::setPalette(zth::DarkPalette());
   const int seconds = argc > 3 ? QString(argv[3]).toInt() : 10;
 
   zth::platform::DesktopServices desktop;

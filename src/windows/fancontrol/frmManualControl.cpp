@@ -23,13 +23,14 @@ namespace {
 constexpr int kPwms = 4;
 constexpr std::int32_t kPwm1Value = 0xAA;
 
-/// The state in its colour. Both colours are made for a light ground, so in a dark palette the label brings its own.
+/// The state in its colour. On few grounds either can be read: the red brings a nearly black one, on which alone it
+/// stands out enough, the green a light one where the palette's is dark.
 void ShowState(QLabel& label, bool manual, bool darkGround) {
   label.setText(manual ? "Enabled" : "Disabled");
   QPalette colours;
   colours.setColor(QPalette::WindowText, manual ? QColor(0, 127, 0) : QColor(255, 0, 0));
-  if (darkGround) colours.setColor(QPalette::Window, QColor(245, 245, 245));
-  label.setAutoFillBackground(darkGround);
+  if (!manual || darkGround) colours.setColor(QPalette::Window, manual ? QColor(245, 245, 245) : QColor(20, 20, 20));
+  label.setAutoFillBackground(!manual || darkGround);
   label.setPalette(colours);
 }
 

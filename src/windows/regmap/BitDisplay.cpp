@@ -24,6 +24,12 @@ constexpr int kGap = 2;  // pixels between two digits' boxes, half on each side
 constexpr const char* kWidestName = "LCAL";
 constexpr const char* kLongestName = "F2Max";
 
+/// The ground of a 1: the accent colour, away from that of its text as far as reading takes it.
+QColor GroundOfOne(const QPalette& colours) {
+  const QColor accent = colours.color(QPalette::Highlight);
+  return colours.color(QPalette::HighlightedText).lightnessF() > 0.5 ? accent.darker(130) : accent.lighter(130);
+}
+
 class BitAccess final : public widgets::ActionAccess {
  public:
   explicit BitAccess(BitLabel* bit)
@@ -47,8 +53,9 @@ QAccessibleInterface* Make(const QString&, QObject* object) {
 
 }  // namespace
 
-BitLabel::BitLabel(int bit, QWidget* parent) : QLabel("0", parent), bit_(bit) {
+BitLabel::BitLabel(int bit, QWidget* parent) : QLabel(parent), bit_(bit) {
   QAccessible::installFactory(Make);
+  setText("0");  // here, since a label that has a text is a label to readers for good
   setObjectName(QString("lblBit(%1)").arg(bit));
   setAlignment(Qt::AlignCenter);
   setFocusPolicy(Qt::StrongFocus);
@@ -92,7 +99,7 @@ void BitLabel::paintEvent(QPaintEvent*) {
   const QPalette& colours = palette();
   const QRectF box = QRectF(rect()).adjusted(kGap + 0.5, 0.5, -kGap - 0.5, -0.5);
   painter.setPen(QPen(colours.color(live ? QPalette::Highlight : QPalette::Mid), hasFocus() ? 2 : 1));
-  painter.setBrush(colours.color(IsOne() ? QPalette::Highlight : QPalette::Base));
+  painter.setBrush(IsOne() ? GroundOfOne(colours) : colours.color(QPalette::Base));
   painter.drawRoundedRect(box, 4, 4);
   if (hasFocus()) {
     painter.setPen(QPen(colours.color(IsOne() ? QPalette::HighlightedText : QPalette::Highlight), 1));
