@@ -12,7 +12,7 @@
 
 namespace zth::testing {
 
-/// Every window and frmMain, one a case, on a chip of whose pins none keeps a control disabled.
+/// Every window and frmMain, one a case, on a chip that keeps few controls disabled.
 class Access : public ::testing::TestWithParam<std::string> {
  protected:
   void SetUp() override;

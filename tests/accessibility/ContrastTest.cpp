@@ -1,6 +1,5 @@
 // Every text that shows on a page, against what lies behind it: 4.5 to 1 and more, in a light and in a dark palette.
 #include <cmath>
-#include <limits>
 #include <unordered_map>
 
 #include <QApplication>
@@ -13,6 +12,7 @@
 #include <QTabBar>
 #include <QTest>
 
+#include "shell/WebLink.h"
 #include "shell/frmSplash.h"
 #include "tests/accessibility/AccessGround.h"
 #include "tools/gallery/DarkPalette.h"
@@ -52,24 +52,9 @@ class TextRecorder final : public QPaintDevice, private QPaintEngine {
     texts.push_back({item.text(), painter()->pen().color(), painter()->deviceTransform().mapRect(place).toRect()});
   }
   int metric(PaintDeviceMetric of) const override {
-    switch (of) {
-      case PdmWidth:
-      case PdmWidthMM:
-        return size_.width();
-      case PdmHeight:
-      case PdmHeightMM:
-        return size_.height();
-      case PdmDevicePixelRatio:
-        return 1;
-      case PdmDevicePixelRatioScaled:
-        return static_cast<int>(devicePixelRatioFScale());
-      case PdmDepth:
-        return 32;
-      case PdmNumColors:
-        return std::numeric_limits<int>::max();
-      default:
-        return 96;
-    }
+    if (of == PdmWidth || of == PdmHeight) return of == PdmWidth ? size_.width() : size_.height();
+    if (of == PdmDevicePixelRatioScaled) return static_cast<int>(devicePixelRatioFScale());
+    return of == PdmDevicePixelRatio ? 1 : of == PdmDepth ? 32 : 96;
   }
 
   QSize size_;
@@ -157,7 +142,8 @@ class Contrasts : public Access {
     }
   }
 
-  /// What a user does to a page: odd entries, changes that are not applied, cursors on charts, the focus on gauges.
+  /// What a user does to a page: odd entries, changes that are not applied, cursors on charts, the focus on gauges,
+  /// visits.
   static void Disturb(QWidget& root) {
     for (QWidget* widget : Shown(root)) {
       if (!widget->isEnabled()) continue;
@@ -170,6 +156,7 @@ class Contrasts : public Access {
         strip->CopyData();
       }
       if (qobject_cast<widgets::LGauge*>(widget) != nullptr) widget->setFocus(Qt::TabFocusReason);
+      if (auto* link = qobject_cast<shell::WebLink*>(widget)) emit link->Click();
       if (dynamic_cast<windows::ConfigWindow*>(&root) == nullptr) continue;
       if (auto* check = qobject_cast<QCheckBox*>(widget)) check->toggle();
       if (auto* list = qobject_cast<QComboBox*>(widget)) list->setCurrentIndex(list->currentIndex() == 0 ? 1 : 0);
@@ -197,7 +184,7 @@ TEST_P(Contrasts, EveryTextStandsOutFromItsGround) {
     Disturb(root);
     InEachPalette([&](const char* palette) { Look(root, page + " changed, " + palette); });
   });
-  std::printf("LOWEST %.2f %s of %d\n", lowest_.first, lowest_.second.c_str(), texts_);
+  RecordProperty("lowest", std::to_string(lowest_.first) + " " + lowest_.second);
   EXPECT_GE(texts_, 10);
 }
 

@@ -5,6 +5,7 @@
 #include <random>
 
 #include <QCheckBox>
+#include <QTest>
 
 #include "chip/Measurements.h"
 #include "tests/windows/data/DataGround.h"
@@ -35,6 +36,14 @@ TEST_F(LoggingTest, WritesTheFileByteForByte) {
             "\r\nZTH4718 Log File\r\n\r\nTime ,Local Temp ,Tach1 ,\r\n"
             "0,25.25 ,3000 ,\r\n.1,25.25 ,3012 ,\r\n.2,25.5 ,3012 ,\r\n");
   EXPECT_EQ(windows::LogSampleCount, 3);
+}
+
+TEST_F(LoggingTest, EnterStartsIt) {
+  windows::ChildWindow& window = Logging();
+  Desk::Check(window, "chkLog(0)", true);
+  desk.fileDialogs.script.push_back(Path("a.csv"));
+  QTest::keyClick(&window, Qt::Key_Return);
+  EXPECT_EQ(Status(), "Logging Enabled");
 }
 
 TEST_F(LoggingTest, HeadsTheColumnsInTheOrderOfTheChannels) {
