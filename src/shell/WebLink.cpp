@@ -22,9 +22,8 @@ QAccessibleInterface* Make(const QString&, QObject* object) {
 
 }  // namespace
 
-WebLink::WebLink(const QString& address, QWidget* parent) : QLabel(parent) {
+WebLink::WebLink(const QString& address, QWidget* parent) : QLabel(address, parent) {
   QAccessible::installFactory(Make);
-  setText(address);  // here, since a label that has a text is a label to readers for good
   setCursor(Qt::PointingHandCursor);
   setFocusPolicy(Qt::TabFocus);
   setFrameStyle(QFrame::NoFrame);

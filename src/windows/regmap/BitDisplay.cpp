@@ -53,9 +53,8 @@ QAccessibleInterface* Make(const QString&, QObject* object) {
 
 }  // namespace
 
-BitLabel::BitLabel(int bit, QWidget* parent) : QLabel(parent), bit_(bit) {
+BitLabel::BitLabel(int bit, QWidget* parent) : QLabel("0", parent), bit_(bit) {
   QAccessible::installFactory(Make);
-  setText("0");  // here, since a label that has a text is a label to readers for good
   setObjectName(QString("lblBit(%1)").arg(bit));
   setAlignment(Qt::AlignCenter);
   setFocusPolicy(Qt::StrongFocus);
