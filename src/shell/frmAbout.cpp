@@ -1,17 +1,17 @@
 #include "shell/frmAbout.h"
 
-#include <QApplication>
-#include <QFrame>
-#include <QKeyEvent>
+#include <algorithm>
+
 #include <QLabel>
 #include <QMdiSubWindow>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "base/Product.h"
 #include "base/Twips.h"
+#include "platform/Guard.h"
 #include "shell/Icons.h"
+#include "shell/WebLink.h"
 #include "windows/Handlers.h"
 
 namespace zth::shell {
@@ -28,18 +28,9 @@ frmAbout::frmAbout(const windows::Context& context) : ChildWindow("frmAbout", "A
   auto* label5 = new QLabel("Visit the Tarnwell Silicon website at", this);
   label5->setObjectName("Label5");
 
-  label6_ = new QLabel(base::kMakerAddress, this);
+  label6_ = new WebLink(base::kMakerAddress, this);
   label6_->setObjectName("Label6");
-  label6_->setCursor(Qt::PointingHandCursor);
-  label6_->setFocusPolicy(Qt::TabFocus);
-  label6_->setFrameStyle(QFrame::NoFrame);
-  label6_->setToolTip("Open the web site");
-  label6_->setAccessibleName(QString("Web site ") + base::kMakerAddress);
-  QFont underlined = label6_->font();
-  underlined.setUnderline(true);
-  label6_->setFont(underlined);
-  SetLinkColour(palette().color(QPalette::Link));
-  label6_->installEventFilter(this);
+  connect(label6_, &WebLink::Click, this, platform::Guarded([this] { Label6_Click(); }));
 
   auto* cmdOK = new QPushButton("OK", this);
   cmdOK->setObjectName("cmdOK");
@@ -68,35 +59,9 @@ void frmAbout::Form_Load() {
                std::max(0, frame.height() / 2 - base::PixelsFromTwips(1500)));
 }
 
-bool frmAbout::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == label6_) {
-    if (event->type() == QEvent::MouseButtonRelease && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
-      Label6_Click();
-      return true;
-    }
-    if (event->type() == QEvent::KeyPress) {
-      const int key = static_cast<QKeyEvent*>(event)->key();
-      if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter) {
-        Label6_Click();
-        return true;
-      }
-    }
-    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
-      label6_->setFrameStyle(event->type() == QEvent::FocusIn ? QFrame::Box | QFrame::Plain : int{QFrame::NoFrame});
-    }
-  }
-  return ChildWindow::eventFilter(watched, event);
-}
-
 void frmAbout::Label6_Click() {
   Services().shell.Open(base::kMakerAddress);
-  SetLinkColour(QColor(0x80, 0x00, 0x80));
-}
-
-void frmAbout::SetLinkColour(const QColor& colour) {
-  QPalette palette = label6_->palette();
-  palette.setColor(QPalette::WindowText, colour);
-  label6_->setPalette(palette);
+  label6_->MarkVisited();
 }
 
 }  // namespace zth::shell

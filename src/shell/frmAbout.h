@@ -2,9 +2,9 @@
 
 #include "windows/ChildWindow.h"
 
-class QLabel;
-
 namespace zth::shell {
+
+class WebLink;
 
 /// Name and version of the program, and the way to its maker.
 class frmAbout final : public windows::ChildWindow {
@@ -15,14 +15,10 @@ class frmAbout final : public windows::ChildWindow {
 
   void Form_Load() override;
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
   void Label6_Click();
-  void SetLinkColour(const QColor& colour);
 
-  QLabel* label6_;
+  WebLink* label6_;
 };
 
 }  // namespace zth::shell

@@ -4,8 +4,6 @@
 #include <cmath>
 #include <optional>
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -13,6 +11,7 @@
 #include <QWheelEvent>
 
 #include "base/Rounding.h"
+#include "widgets/ActionAccess.h"
 
 namespace zth::widgets {
 namespace {
@@ -21,16 +20,18 @@ constexpr double kStep = 1;
 constexpr double kPage = 10;
 constexpr int kNotch = 120;  // of a wheel, in eighths of a degree
 
-class SliderAccess final : public QAccessibleWidget, public QAccessibleValueInterface {
+class SliderAccess final : public ActionAccess, public QAccessibleValueInterface {
  public:
-  explicit SliderAccess(GSlider* slider) : QAccessibleWidget(slider, QAccessible::Slider) {}
+  explicit SliderAccess(GSlider* slider)
+      : ActionAccess(slider, QAccessible::Slider,
+                     Steps([slider](int step) { slider->StepByUser(slider->Value() + step * kStep); })) {}
 
   void* interface_cast(QAccessible::InterfaceType type) override {
     if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
-    return QAccessibleWidget::interface_cast(type);
+    return ActionAccess::interface_cast(type);
   }
   QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Value ? QString::number(Slider().Value()) : QAccessibleWidget::text(kind);
+    return kind == QAccessible::Value ? QString::number(Slider().Value()) : ActionAccess::text(kind);
   }
   QVariant currentValue() const override { return Slider().Value(); }
   void setCurrentValue(const QVariant& value) override { Slider().StepByUser(value.toDouble()); }

@@ -72,6 +72,10 @@ class LGauge : public QWidget {
   double Reading() const;  ///< of needle 1
   QRect SliderRect(int position) const;
   DialScale Scale() const { return {scaleMin_, scaleMax_}; }
+  /// What an arrow key moves a slider by.
+  double KeyStep() const { return sliderStep_ > 0 ? sliderStep_ : Scale().KeyStep(); }
+  /// Makes a slider the one that the keys move.
+  void Activate(int position);
   /// Moves a slider on behalf of the user and reports it at once.
   void MoveByUser(int position, double value);
 
@@ -103,7 +107,6 @@ class LGauge : public QWidget {
   void MoveActive(double value);
   /// Ends the gesture; what it changed is kept and reported, or put back.
   void End(bool keep);
-  void Activate(int position);
   void Hover(int position);
   int SliderAt(const QPointF& point) const;
   int TaggedSlider() const;

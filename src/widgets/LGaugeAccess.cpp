@@ -12,7 +12,9 @@
 namespace zth::widgets {
 namespace {
 
-class SliderAccess final : public QAccessibleInterface, public QAccessibleValueInterface {
+class SliderAccess final : public QAccessibleInterface,
+                           public QAccessibleValueInterface,
+                           public QAccessibleActionInterface {
  public:
   SliderAccess(LGauge* gauge, int position) : gauge_(gauge), position_(position) {}
 
@@ -55,7 +57,8 @@ class SliderAccess final : public QAccessibleInterface, public QAccessibleValueI
   }
 
   void* interface_cast(QAccessible::InterfaceType type) override {
-    return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this) : nullptr;
+    if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+    return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
   }
 
   QVariant currentValue() const override { return isValid() ? gauge_->SliderValue(position_) : QVariant(); }
@@ -65,6 +68,19 @@ class SliderAccess final : public QAccessibleInterface, public QAccessibleValueI
   QVariant maximumValue() const override { return isValid() ? gauge_->ScaleMax() : QVariant(); }
   QVariant minimumValue() const override { return isValid() ? gauge_->ScaleMin() : QVariant(); }
   QVariant minimumStepSize() const override { return isValid() ? gauge_->Scale().Resolution() : QVariant(); }
+
+  QStringList actionNames() const override { return {increaseAction(), decreaseAction(), setFocusAction()}; }
+  void doAction(const QString& name) override {
+    if (!isValid() || !gauge_->isEnabled()) return;
+    if (name == setFocusAction()) {
+      gauge_->setFocus(Qt::OtherFocusReason);
+      gauge_->Activate(position_);
+    } else if (name == increaseAction() || name == decreaseAction()) {
+      const double step = name == increaseAction() ? gauge_->KeyStep() : -gauge_->KeyStep();
+      gauge_->MoveByUser(position_, gauge_->SliderValue(position_) + step);
+    }
+  }
+  QStringList keyBindingsForAction(const QString&) const override { return {}; }
 
  private:
   QPointer<LGauge> gauge_;

@@ -159,7 +159,7 @@ void LGauge::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
     return;
   }
-  const double step = sliderStep_ > 0 ? sliderStep_ : Scale().KeyStep();
+  const double step = KeyStep();
   const auto target = [&]() -> std::optional<double> {
     const double value = SliderValue(active_);
     switch (event->key()) {

@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QTimer>
 
@@ -19,6 +20,7 @@ namespace {
 constexpr int kFrameMs = 16;
 // Samples of several traces that come within this time of the first belong to one feed.
 constexpr double kFeedSeconds = 0.005;
+constexpr double kTellSeconds = 1;
 
 /// The frame timer of all charts of the program, so that they are drawn together.
 QTimer& Frames() {
@@ -88,9 +90,18 @@ bool Strip::IsXY() const {
 // Samples only mark the chart; the shared timer turns any number of them into one picture. A hidden chart does not even
 // start it: showing draws anyway.
 void Strip::Touch() {
+  TellValue();
   if (p_->waiting || !isVisible()) return;
   p_->waiting = true;
   if (!Frames().isActive()) Frames().start();
+}
+
+// A reader speaks for seconds: it is told of new values once a second, however many come.
+void Strip::TellValue() {
+  if (!QAccessible::isActive() || !isVisible() || p_->clock() < p_->tellNext) return;
+  p_->tellNext = p_->clock() + kTellSeconds;
+  QAccessibleValueChangeEvent event(this, Summary());
+  QAccessible::updateAccessibility(&event);
 }
 
 void Strip::ViewChanged() {
@@ -316,6 +327,9 @@ void Strip::GoLive() {
 }
 void Strip::ResetRanges() {
   p_->input.Reset();
+}
+void Strip::FitAll() {
+  p_->input.FitAll();
 }
 void Strip::FitAxis(int axis) {
   if (axis >= 0 && axis < AxisCount()) p_->input.Fit(static_cast<std::size_t>(axis));

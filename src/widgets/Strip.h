@@ -134,6 +134,8 @@ class Strip : public QWidget {
   Q_INVOKABLE void GoLive();
   Q_INVOKABLE void ResetRanges();
   Q_INVOKABLE void FitAxis(int axis);
+  void FitAll();
+  void OpenMenu(QPoint globalAt);
 
   /// The chart as it stands, without the cursor.
   Q_INVOKABLE QImage Picture() const;
@@ -177,7 +179,7 @@ class Strip : public QWidget {
 
   void Touch();
   void ViewChanged();
-  void OpenMenu(QPoint globalAt);
+  void TellValue();
   void Tell(const QString& notice);
 
   std::unique_ptr<Private> p_;

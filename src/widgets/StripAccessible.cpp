@@ -1,20 +1,24 @@
 #include "widgets/StripAccessible.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
-
+#include "widgets/ActionAccess.h"
 #include "widgets/Strip.h"
 
 namespace zth::widgets {
 namespace {
 
-class StripAccessible final : public QAccessibleWidget {
+class StripAccessible final : public ActionAccess {
  public:
-  explicit StripAccessible(Strip* strip) : QAccessibleWidget(strip, QAccessible::Chart), strip_(strip) {}
+  explicit StripAccessible(Strip* strip)
+      : ActionAccess(strip, QAccessible::Chart,
+                     {{Strip::tr("Start Ranges"), [strip] { strip->ResetRanges(); }},
+                      {Strip::tr("Fit to Data"), [strip] { strip->FitAll(); }},
+                      {Strip::tr("Back to Live"), [strip] { strip->GoLive(); }},
+                      {showMenuAction(), [strip] { strip->OpenMenu(strip->mapToGlobal(strip->rect().center())); }}}),
+        strip_(strip) {}
 
   QString text(QAccessible::Text kind) const override {
     if (kind == QAccessible::Value) return strip_->Summary();
-    const QString own = QAccessibleWidget::text(kind);
+    const QString own = ActionAccess::text(kind);
     if (kind == QAccessible::Name && own.isEmpty()) return strip_->Title();
     return own;
   }

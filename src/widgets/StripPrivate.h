@@ -28,6 +28,7 @@ struct Strip::Private {
   StripInput input;
   std::optional<double> origin;    ///< the clock at the first sample
   std::optional<double> instantX;  ///< x of the feed that is coming in
+  double tellNext = 0;             ///< when a reader is told of new values again, by the clock
   bool waiting = false;            ///< something has changed since the last frame
   bool held = false;               ///< as last told by HeldChanged
 };

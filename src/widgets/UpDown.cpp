@@ -15,6 +15,7 @@
 
 #include "base/NumberText.h"
 #include "base/Rounding.h"
+#include "widgets/ActionAccess.h"
 
 namespace zth::widgets {
 namespace {
@@ -66,12 +67,49 @@ class ArrowButton final : public QToolButton {
   bool up_;
 };
 
+/// Named as its box is; its two buttons are its parts.
+class UpDownAccess final : public ActionAccess, public QAccessibleValueInterface {
+ public:
+  explicit UpDownAccess(UpDown* pair)
+      : ActionAccess(pair, QAccessible::SpinBox, Steps([pair](int step) { pair->Step(step); })) {}
+
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+    return ActionAccess::interface_cast(type);
+  }
+  QString text(QAccessible::Text kind) const override {
+    QLineEdit* box = Pair().Buddy();
+    if (box != nullptr && kind == QAccessible::Name) return QAccessible::queryAccessibleInterface(box)->text(kind);
+    if (box != nullptr && kind == QAccessible::Value) return box->text();
+    return ActionAccess::text(kind);
+  }
+  QVariant currentValue() const override { return Pair().Value(); }
+  void setCurrentValue(const QVariant& value) override { Pair().StepTo(value.toDouble()); }
+  QVariant maximumValue() const override { return Pair().Max(); }
+  QVariant minimumValue() const override { return Pair().Min(); }
+  QVariant minimumStepSize() const override { return Pair().Increment(); }
+
+ private:
+  UpDown& Pair() const { return *qobject_cast<UpDown*>(object()); }
+};
+
+QAccessibleInterface* Make(const QString&, QObject* object) {
+  auto* pair = qobject_cast<UpDown*>(object);
+  return pair != nullptr ? new UpDownAccess(pair) : nullptr;
+}
+
 }  // namespace
 
 UpDown::UpDown(QLineEdit* buddy, const Range& range, QWidget* parent)
     : QWidget(parent), buddy_(buddy), range_(range), up_(MakeButton(1)), down_(MakeButton(-1)) {
+  QAccessible::installFactory(Make);
   setFocusPolicy(Qt::NoFocus);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  connect(buddy, &QLineEdit::textChanged, this, [this] {
+    if (!QAccessible::isActive()) return;
+    QAccessibleValueChangeEvent event(this, Value());
+    QAccessible::updateAccessibility(&event);
+  });
   setEnabled(buddy->isEnabled());
   buddy->installEventFilter(this);
 }
@@ -90,12 +128,19 @@ QLineEdit* UpDown::Buddy() const {
   return qobject_cast<QLineEdit*>(buddy_.data());
 }
 
+double UpDown::Value() const {
+  const QLineEdit* box = Buddy();
+  return box != nullptr ? base::LeadingDecimal(box->text().toStdString()) : 0;
+}
+
+// Fractions are typed, never stepped to: "32.5" goes on from its whole neighbour.
 void UpDown::Step(int steps) {
+  StepTo(base::RoundHalfEven(Value()) + static_cast<double>(steps) * range_.increment);
+}
+
+void UpDown::StepTo(double wanted) {
   const QPointer<QLineEdit> box = Buddy();
-  if (!box || !box->isEnabled() || box->isReadOnly()) return;
-  // Fractions are typed, never stepped to: "32.5" goes on from its whole neighbour.
-  const double whole = base::RoundHalfEven(base::LeadingDecimal(box->text().toStdString()));
-  const double wanted = whole + static_cast<double>(steps) * range_.increment;
+  if (!box || !box->isEnabled() || box->isReadOnly() || std::isnan(wanted)) return;
   const double low = std::min(range_.min, range_.max);
   const double high = std::max(range_.min, range_.max);
   box->setText(QString::number(base::RoundToInt(std::clamp(wanted, low, high))));

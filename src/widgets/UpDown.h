@@ -39,6 +39,11 @@ class UpDown : public QWidget {
   /// Steps the buddy up, or down when negative.
   Q_INVOKABLE void Step(int steps);
 
+  /// The number that the box begins with, 0 when there is none.
+  double Value() const;
+  /// Writes a number into the box as a step does: whole and within the range.
+  void StepTo(double wanted);
+
   /// The buddy and its pair as one compact row; the box is just wide enough for the digits of the range and a few more.
   QHBoxLayout* Row();
 

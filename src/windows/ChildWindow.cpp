@@ -8,10 +8,29 @@
 #include "platform/Guard.h"
 
 namespace zth::windows {
+namespace {
+
+constexpr float kHintStrength = 0.7F;  // of a text's; desktops' own half of it is too pale to read
+
+}  // namespace
 
 ChildWindow::ChildWindow(const QString& name, const QString& caption, const Context& context) : context_(context) {
   setObjectName(name);
   setWindowTitle(caption);
+  DarkenHints();
+}
+
+void ChildWindow::DarkenHints() {
+  QColor colour = palette().color(QPalette::Text);
+  colour.setAlphaF(kHintStrength);
+  QPalette hints;
+  hints.setColor(QPalette::PlaceholderText, colour);
+  setPalette(hints);
+}
+
+void ChildWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) DarkenHints();
 }
 
 void ChildWindow::Unload() {

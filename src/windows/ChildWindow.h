@@ -37,10 +37,14 @@ class ChildWindow : public QWidget {
   platform::Services& Services() const { return context_.services; }
   Desktop& TheDesktop() const { return context_.desktop; }
 
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  /// Gives hints a colour between that of texts and their ground that can still be read.
+  void DarkenHints();
+
   Context context_;
   QPushButton* defaultButton_ = nullptr;
   QPushButton* cancelButton_ = nullptr;

@@ -17,7 +17,7 @@ namespace {
 QColor MarkColour(const QPalette& palette, bool odd) {
   const bool dark = palette.color(QPalette::Window).lightnessF() < 0.5;
   if (odd) return dark ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
-  return dark ? QColor(0x7C, 0xB8, 0xFF) : QColor(0x0B, 0x5C, 0xAD);
+  return dark ? QColor(0xA8, 0xD1, 0xFF) : QColor(0x0B, 0x5C, 0xAD);
 }
 
 /// The longest text that the control may show.

@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMenuBar>
 #include <QSet>
 #include <QTest>
 #include <QToolBar>
@@ -111,25 +110,6 @@ TEST_F(MainWindow, EveryCommandHasItsNameItsTextAndAShortcutOfItsOwn) {
   EXPECT_EQ(tips.join('|'),
             "Save/Recall Configuration|Fan Configuration|Graphs|Register Map|On-board Switches|General "
             "Configuration|GPIO|Heaters|Automatic Fan Control|Limits/Interrupts");
-}
-
-TEST_F(MainWindow, NoTwoMnemonicsOfAMenuClash) {
-  const auto check = [](const QString& where, const QList<QAction*>& actions) {
-    QSet<QChar> seen;
-    for (const QAction* action : actions) {
-      if (action->isSeparator()) continue;
-      const qsizetype mark = action->text().indexOf('&');
-      ASSERT_GE(mark, 0) << where.toStdString() << action->text().toStdString();
-      const QChar key = action->text().at(mark + 1).toLower();
-      EXPECT_FALSE(seen.contains(key)) << where.toStdString() << ": " << action->text().toStdString();
-      seen.insert(key);
-    }
-  };
-  check("menu bar", desk.Main().menuBar()->actions());
-  for (const shell::Menu& menu : shell::kMenus) {
-    if (QString(menu.name) == "mnuWindow") continue;
-    check(menu.name, desk.Main().findChild<QMenu*>(menu.name)->actions());
-  }
 }
 
 TEST_F(MainWindow, EachMenuOpensAtTheFirstPressOfItsKeyAndF2ReachesTheDevices) {
@@ -242,9 +222,6 @@ TEST(About, TellsTheVersionAndOpensTheMakersSite) {
   QTest::keyClick(&link, Qt::Key_Return);
   EXPECT_EQ(desk.shell.opened, (std::vector<QString>(2, "https://www.tarnwell.example/")));
   EXPECT_EQ(link.palette().color(QPalette::WindowText), QColor(0x80, 0, 0x80));
-  QTest::keyClick(&about, Qt::Key_Escape);
-  Desk::Settle();
-  EXPECT_EQ(desk.Main().FindWindow("frmAbout"), nullptr);
 }
 
 }  // namespace

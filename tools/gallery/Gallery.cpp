@@ -11,30 +11,10 @@
 #include "Camera.h"
 #include "Scenes.h"
 #include "shell/Commands.h"
+#include "tools/gallery/DarkPalette.h"
 
 namespace zth::gallery {
 namespace {
-
-void Darken() {
-  QPalette palette;
-  const auto set = [&palette](std::initializer_list<QPalette::ColorRole> roles, const char* colour) {
-    for (const QPalette::ColorRole role : roles) palette.setColor(role, QColor(colour));
-  };
-  set({QPalette::Window, QPalette::AlternateBase}, "#2d2d30");
-  set({QPalette::Base, QPalette::ToolTipBase}, "#1e1e1e");
-  set({QPalette::Button}, "#3c3c40");
-  set({QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}, "#f0f0f0");
-  set({QPalette::BrightText, QPalette::HighlightedText}, "#ffffff");
-  set({QPalette::Highlight}, "#2a82da");
-  set({QPalette::Link}, "#5aa0f0");
-  set({QPalette::PlaceholderText, QPalette::Mid}, "#808080");
-  set({QPalette::Dark, QPalette::Shadow}, "#202022");
-  set({QPalette::Light, QPalette::Midlight}, "#5a5a5e");
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    palette.setColor(QPalette::Disabled, role, QColor("#8a8a8a"));
-  }
-  QApplication::setPalette(palette);
-}
 
 /// A window, and once more each of its tabs and charts.
 void TakeAllOf(const Camera& camera, windows::ChildWindow& window) {
@@ -100,7 +80,7 @@ int main(int argc, char** argv) {
       zth::gallery::TakeDocs(zth::gallery::Camera(argv[2]));
       return 0;
     }
-    if (argc > 2 && QString(argv[2]) == "dark") zth::gallery::Darken();
+    if (argc > 2 && QString(argv[2]) == "dark") QApplication::setPalette(zth::DarkPalette());
     const int seconds = argc > 3 ? QString(argv[3]).toInt() : 10;
     zth::gallery::TakeEveryWindow(zth::gallery::Camera(argv[1]), seconds);
     return 0;

@@ -85,6 +85,7 @@ QComboBox* MakeList(const QString& name, Items items, const QString& spoken) {
   list->setObjectName(name);
   for (const char* item : items) list->addItem(item);
   list->setAccessibleName(spoken);
+  list->setAccessibleDescription(spoken);  // all that a list without a label tells on some desktops
   return list;
 }
 

@@ -23,13 +23,14 @@ namespace {
 constexpr int kPwms = 4;
 constexpr std::int32_t kPwm1Value = 0xAA;
 
-/// The state in its colour. Both colours are made for a light ground, so in a dark palette the label brings its own.
-void ShowState(QLabel& label, bool manual, bool darkGround) {
+/// The state in its colour, on a ground of its own: the red can be read on a nearly black one alone, the green on a
+/// light one.
+void ShowState(QLabel& label, bool manual) {
   label.setText(manual ? "Enabled" : "Disabled");
   QPalette colours;
   colours.setColor(QPalette::WindowText, manual ? QColor(0, 127, 0) : QColor(255, 0, 0));
-  if (darkGround) colours.setColor(QPalette::Window, QColor(245, 245, 245));
-  label.setAutoFillBackground(darkGround);
+  colours.setColor(QPalette::Window, manual ? QColor(245, 245, 245) : QColor(20, 20, 20));
+  label.setAutoFillBackground(true);
   label.setPalette(colours);
 }
 
@@ -94,10 +95,9 @@ void frmManualControl::Form_Unload() {
 }
 
 void frmManualControl::RefreshManualControlStates() {
-  const bool dark = palette().color(QPalette::Window).lightnessF() < 0.5;
   for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
     const bool manual = link::PwmManual[pwm + 1];
-    ShowState(*lblManual_[pwm], manual, dark);
+    ShowState(*lblManual_[pwm], manual);
     sldManual_[pwm]->setEnabled(manual);
     // A slider that cannot be moved shows the chip's duty all the same, and that has to be read.
     QPalette readable;

@@ -33,6 +33,7 @@ LimitPanel::LimitPanel(const GaugeTab& tab, QWidget* parent)
   const QString subject(tab.subject);
   list_->setObjectName(tab.list);
   list_->setAccessibleName(subject + " channel");
+  list_->setAccessibleDescription(list_->accessibleName());  // all that a list without a label tells on some desktops
   list_->setToolTip("The channel that the gauge shows");
   gauge_->setObjectName(tab.gauge);
   gauge_->setAccessibleName(subject + " limits");

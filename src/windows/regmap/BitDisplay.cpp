@@ -11,6 +11,7 @@
 
 #include "base/BitField.h"
 #include "base/Twips.h"
+#include "widgets/ActionAccess.h"
 
 namespace zth::windows {
 namespace {
@@ -23,9 +24,37 @@ constexpr int kGap = 2;  // pixels between two digits' boxes, half on each side
 constexpr const char* kWidestName = "LCAL";
 constexpr const char* kLongestName = "F2Max";
 
+/// The ground of a 1: the accent colour, away from that of its text as far as reading takes it.
+QColor GroundOfOne(const QPalette& colours) {
+  const QColor accent = colours.color(QPalette::Highlight);
+  return colours.color(QPalette::HighlightedText).lightnessF() > 0.5 ? accent.darker(130) : accent.lighter(130);
+}
+
+class BitAccess final : public widgets::ActionAccess {
+ public:
+  explicit BitAccess(BitLabel* bit)
+      : ActionAccess(bit, QAccessible::CheckBox, {{toggleAction(), [bit] { emit bit->Click(); }}}), bit_(bit) {}
+
+  QAccessible::State state() const override {
+    QAccessible::State state = ActionAccess::state();
+    state.checkable = true;
+    state.checked = bit_->IsOne();
+    return state;
+  }
+
+ private:
+  BitLabel* bit_;
+};
+
+QAccessibleInterface* Make(const QString&, QObject* object) {
+  auto* bit = qobject_cast<BitLabel*>(object);
+  return bit != nullptr ? new BitAccess(bit) : nullptr;
+}
+
 }  // namespace
 
 BitLabel::BitLabel(int bit, QWidget* parent) : QLabel("0", parent), bit_(bit) {
+  QAccessible::installFactory(Make);
   setObjectName(QString("lblBit(%1)").arg(bit));
   setAlignment(Qt::AlignCenter);
   setFocusPolicy(Qt::StrongFocus);
@@ -37,9 +66,14 @@ BitLabel::BitLabel(int bit, QWidget* parent) : QLabel("0", parent), bit_(bit) {
 }
 
 void BitLabel::SetDigit(bool one) {
+  if (one == IsOne()) return;
   setText(one ? "1" : "0");
-  Describe();
   update();
+  if (!QAccessible::isActive()) return;
+  QAccessible::State changed;
+  changed.checked = true;
+  QAccessibleStateChangeEvent event(this, changed);
+  QAccessible::updateAccessibility(&event);
 }
 
 void BitLabel::SetBitName(const QString& name) {
@@ -48,7 +82,7 @@ void BitLabel::SetBitName(const QString& name) {
 }
 
 void BitLabel::Describe() {
-  setAccessibleName(QString("Bit %1 %2: %3").arg(bit_).arg(name_, text()));
+  setAccessibleName(QString("Bit %1, %2").arg(bit_).arg(name_));
   setToolTip(QString("Bit %1: click to flip it in the chip").arg(bit_));
 }
 
@@ -64,7 +98,7 @@ void BitLabel::paintEvent(QPaintEvent*) {
   const QPalette& colours = palette();
   const QRectF box = QRectF(rect()).adjusted(kGap + 0.5, 0.5, -kGap - 0.5, -0.5);
   painter.setPen(QPen(colours.color(live ? QPalette::Highlight : QPalette::Mid), hasFocus() ? 2 : 1));
-  painter.setBrush(colours.color(IsOne() ? QPalette::Highlight : QPalette::Base));
+  painter.setBrush(IsOne() ? GroundOfOne(colours) : colours.color(QPalette::Base));
   painter.drawRoundedRect(box, 4, 4);
   if (hasFocus()) {
     painter.setPen(QPen(colours.color(IsOne() ? QPalette::HighlightedText : QPalette::Highlight), 1));

@@ -35,7 +35,7 @@ void ShowHint(QLineEdit& box, const QString& hint) {
   box.setToolTip(hint);
   QPalette colours;
   if (!hint.isEmpty()) {
-    const bool dark = box.parentWidget()->palette().color(QPalette::Window).lightness() < 128;
+    const bool dark = box.window()->palette().color(QPalette::Window).lightness() < 128;
     colours.setColor(QPalette::Base, dark ? QColor(0x6B, 0x35, 0x12) : QColor(0xFF, 0xE3, 0xC2));
     colours.setColor(QPalette::Text, dark ? QColor(0xFF, 0xF1, 0xE0) : QColor(0x5A, 0x2A, 0x00));
   }

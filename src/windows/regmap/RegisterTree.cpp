@@ -142,14 +142,14 @@ void BuildRegisterTree(QTreeWidget& tree) {
     nodes.Add(group.root, key, group.name);
     for (const char* name : group.registers) nodes.Add(key, name, name);
   }
-  ColourRegisterTree(tree);
+  ColourRegisterTree(tree, tree.palette());
 }
 
-void ColourRegisterTree(QTreeWidget& tree) {
+void ColourRegisterTree(QTreeWidget& tree, const QPalette& palette) {
   // Dark green, dark red and dark blue; on a dark background the same hues in a light shade.
   static constexpr std::array kOnLight{0x008000, 0xC00000, 0x0000C0};
   static constexpr std::array kOnDark{0x7FD68A, 0xFF9C94, 0xA3BFFF};
-  const bool dark = tree.palette().color(QPalette::Base).lightness() < 128;
+  const bool dark = palette.color(QPalette::Base).lightness() < 128;
   for (QTreeWidgetItemIterator at(&tree); *at != nullptr; ++at) {
     const auto level = static_cast<std::size_t>(LevelOf(**at));
     (*at)->setForeground(0, QColor::fromRgb(static_cast<QRgb>((dark ? kOnDark : kOnLight).at(level))));

@@ -3,6 +3,7 @@
 #include <QString>
 #include <qnamespace.h>
 
+class QPalette;
 class QTreeWidget;
 class QTreeWidgetItem;
 
@@ -16,8 +17,9 @@ inline constexpr int kReadRole = Qt::UserRole + 1;  ///< int, the value last rea
 /// Fills the tree anew: 6 roots, 21 groups, 170 registers, all collapsed.
 void BuildRegisterTree(QTreeWidget& tree);
 
-/// Puts the colours of the levels in, as they can be read on the tree's background.
-void ColourRegisterTree(QTreeWidget& tree);
+/// Puts the colours of the levels in, as they can be read on the ground of `palette`: that of the window, which is the
+/// first to follow a change.
+void ColourRegisterTree(QTreeWidget& tree, const QPalette& palette);
 
 /// The texts from the root to the node, joined by backslashes.
 QString FullPath(const QTreeWidgetItem& node);

@@ -387,7 +387,7 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
 void frmRegMap::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
   if (event->type() != QEvent::PaletteChange || TreeView1_ == nullptr) return;
-  ColourRegisterTree(*TreeView1_);
+  ColourRegisterTree(*TreeView1_, palette());
   MarkBoxesBeyondByte();
 }
 

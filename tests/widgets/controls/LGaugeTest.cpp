@@ -3,7 +3,6 @@
 #include <utility>
 #include <vector>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -210,32 +209,6 @@ TEST_F(Gauge, ARunOfKeysIsReportedOnceWhenItEnds) {
   KeyUp(gauge_, Qt::Key_Right);
   EXPECT_EQ(reports_.count(), 2);
   EXPECT_EQ(Slider(2), -12);
-}
-
-TEST_F(Gauge, AssistiveTechnologySeesReadingAndSliders) {
-  Put("NeedleIndex", 1);
-  Put("NeedleValue", 25.25);
-  Put("Caption", " 25.25°C");
-  QAccessibleInterface* dial = QAccessible::queryAccessibleInterface(&gauge_);
-  ASSERT_NE(dial, nullptr);
-  EXPECT_EQ(dial->text(QAccessible::Value), "25.25°C");
-  EXPECT_EQ(dial->valueInterface()->currentValue().toDouble(), 25.25);
-  ASSERT_EQ(dial->childCount(), 2);
-  QAccessibleInterface* high = dial->child(1);
-  EXPECT_EQ(high->role(), QAccessible::Slider);
-  EXPECT_EQ(high->text(QAccessible::Name), "High limit");
-  EXPECT_EQ(high->text(QAccessible::Value), "85.0");
-  EXPECT_EQ(high->valueInterface()->minimumValue().toDouble(), -64);
-  EXPECT_EQ(high->valueInterface()->maximumValue().toDouble(), 191);
-  EXPECT_EQ(high->parent(), dial);
-  EXPECT_EQ(dial->indexOfChild(high), 1);
-  EXPECT_TRUE(high->rect().contains(gauge_.mapToGlobal(OnRim(85, 2).toPoint())));
-  high->valueInterface()->setCurrentValue(1000);
-  EXPECT_EQ(Slider(3), 191);
-  EXPECT_EQ(reports_.count(), 1);
-  gauge_.SetSliders(LGauge::SoleSlider());
-  EXPECT_EQ(dial->childCount(), 1);
-  EXPECT_FALSE(high->isValid());
 }
 
 TEST_F(Gauge, ShowsItsSlidersApartWithoutColour) {

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <fstream>
 
+#include <QTest>
+
 #include "chip/Measurements.h"
 #include "tests/windows/data/DataGround.h"
 #include "windows/SharedState.h"
@@ -31,6 +33,14 @@ TEST_F(LoggingTest, WritesTheFileByteForByte) {
   EXPECT_EQ(Content(Path("a.csv")), expected);
   EXPECT_EQ(windows::LogSampleCount, 3);
   EXPECT_EQ(desk.files.appends, 4) << "the head and each line as it comes and in one piece: a kill tears none";
+}
+
+TEST_F(LoggingTest, EnterStartsIt) {
+  windows::ChildWindow& window = Logging();
+  Desk::Check(window, "chkLog(0)", true);
+  desk.fileDialogs.script.push_back(Path("a.csv"));
+  QTest::keyClick(&window, Qt::Key_Return);
+  EXPECT_EQ(Status(), "Logging Enabled");
 }
 
 TEST_F(LoggingTest, HeadsTheColumnsInTheOrderOfTheChannels) {

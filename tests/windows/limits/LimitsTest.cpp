@@ -205,30 +205,5 @@ TEST_F(Limits, VoltageLabelsAreEnabledAndNamedOnceTheirChannelIsListed) {
   EXPECT_EQ(enabled(), "1111111111111") << "a load never disables a label";
 }
 
-TEST_F(Limits, TabGoesFromTheListToTheGaugeToTheMasksOfTheTabThatShows) {
-  Load();
-  desk.Main().show();
-  auto& tabs = Desk::Get<QTabWidget>(*window, "SSTab1");
-  const std::array<QString, 6> starts{"cmbTemp ggeTemp chkTempMask(0) chkTempMask(1)",
-                                      "cmbFan ggeFan chkFanMask(0) chkFanMask(1)",
-                                      "cmbVolt ggeVolt chkVoltMask(0) chkVoltMask(1)",
-                                      "cmbThermTimer ggeThermTimer chkTHERMMask(0) chkTHERMMask(1)",
-                                      "cmbTHERMPin ggeTHERMPin cmdClose",
-                                      "chkDigMask(0) chkDigMask(1) chkDigMask(2) chkDigMask(3)"};
-  for (int tab = 0; tab < tabs.count(); ++tab) {
-    tabs.setCurrentIndex(tab);
-    QStringList reached;
-    const QWidget* at = &tabs;
-    do {
-      at = at->nextInFocusChain();
-      const bool ours = window->isAncestorOf(at) && at->isVisible() && (at->focusPolicy() & Qt::TabFocus) != 0;
-      if (ours && !at->objectName().isEmpty() && !at->objectName().startsWith("qt_")) reached << at->objectName();
-    } while (at != &tabs);
-    EXPECT_EQ(reached.filter("SSTab1").size(), 1);
-    EXPECT_EQ(reached.join(' ').left(starts.at(static_cast<std::size_t>(tab)).size()),
-              starts.at(static_cast<std::size_t>(tab)));
-  }
-}
-
 }  // namespace
 }  // namespace zth::testing

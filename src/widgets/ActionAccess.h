@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QWidget>
+
+namespace zth::widgets {
+
+/// A control of our own as assistive technology sees it: its role, and what may be done with it besides taking the
+/// focus. A disabled control does nothing.
+class ActionAccess : public QAccessibleWidget {
+ public:
+  /// Names of actions, those of QAccessibleActionInterface where one fits, with what they do.
+  using Actions = std::vector<std::pair<QString, std::function<void()>>>;
+
+  ActionAccess(QWidget* widget, QAccessible::Role role, Actions actions)
+      : QAccessibleWidget(widget, role), actions_(std::move(actions)) {}
+
+  /// One step up, one step down.
+  static Actions Steps(const std::function<void(int)>& step) {
+    return {{increaseAction(), [step] { step(1); }}, {decreaseAction(), [step] { step(-1); }}};
+  }
+
+  QStringList actionNames() const override {
+    QStringList names;
+    for (const auto& [name, run] : actions_) names << name;
+    return names + QAccessibleWidget::actionNames();
+  }
+  void doAction(const QString& wanted) override {
+    for (const auto& [name, run] : actions_) {
+      if (name == wanted && widget()->isEnabled()) return run();
+    }
+    QAccessibleWidget::doAction(wanted);
+  }
+
+ private:
+  Actions actions_;
+};
+
+}  // namespace zth::widgets

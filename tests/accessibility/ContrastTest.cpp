@@ -1,0 +1,203 @@
+// Every text that shows on a page, against what lies behind it: 4.5 to 1 and more, in a light and in a dark palette.
+#include <cmath>
+#include <unordered_map>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QTabBar>
+#include <QTest>
+
+#include "shell/WebLink.h"
+#include "shell/frmSplash.h"
+#include "tests/accessibility/AccessGround.h"
+#include "tools/gallery/DarkPalette.h"
+#include "widgets/LGauge.h"
+#include "widgets/Strip.h"
+#include "widgets/StripPainter.h"
+#include "windows/ConfigWindow.h"
+
+namespace zth::testing {
+namespace {
+
+struct DrawnText {
+  QString text;
+  QColor colour;
+  QRect place;
+};
+
+/// Takes down the texts of a picture and draws nothing.
+class TextRecorder final : public QPaintDevice, private QPaintEngine {
+ public:
+  explicit TextRecorder(QSize size) : QPaintEngine(AllFeatures), size_(size) {}
+  QPaintEngine* paintEngine() const override { return const_cast<TextRecorder*>(this); }
+
+  std::vector<DrawnText> texts;
+
+ private:
+  bool begin(QPaintDevice*) override { return true; }
+  bool end() override { return true; }
+  void updateState(const QPaintEngineState&) override {}
+  void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
+  void drawImage(const QRectF&, const QImage&, const QRectF&, Qt::ImageConversionFlags) override {}
+  void drawPath(const QPainterPath&) override {}
+  void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
+  Type type() const override { return User; }
+  void drawTextItem(const QPointF& at, const QTextItem& item) override {
+    const QRectF place(at.x(), at.y() - item.ascent(), item.width(), item.ascent() + item.descent());
+    texts.push_back({item.text(), painter()->pen().color(), painter()->deviceTransform().mapRect(place).toRect()});
+  }
+  int metric(PaintDeviceMetric of) const override {
+    if (of == PdmWidth || of == PdmHeight) return of == PdmWidth ? size_.width() : size_.height();
+    if (of == PdmDevicePixelRatioScaled) return static_cast<int>(devicePixelRatioFScale());
+    return of == PdmDevicePixelRatio ? 1 : of == PdmDepth ? 32 : 96;
+  }
+
+  QSize size_;
+};
+
+double Luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+double Contrast(const QColor& a, const QColor& b) {
+  const double x = Luminance(a);
+  const double y = Luminance(b);
+  return (std::max(x, y) + 0.05) / (std::min(x, y) + 0.05);
+}
+
+/// What a text stands on: the colour of most of the pixels at its upper and lower edges, beyond letters and underlines.
+QColor GroundOf(const QImage& picture, const QRect& place) {
+  std::unordered_map<QRgb, int> counts;
+  std::pair<QRgb, int> most{0, 0};
+  for (const int y : {place.top(), place.top() + 1, place.bottom()}) {
+    for (int x = std::max(0, place.left()); x <= std::min(place.right(), picture.width() - 1); ++x) {
+      const QRgb pixel = picture.pixel(x, std::clamp(y, 0, picture.height() - 1));
+      if (++counts[pixel] > most.second) most = {pixel, counts[pixel]};
+    }
+  }
+  return QColor::fromRgb(most.first);
+}
+
+class Contrasts : public Access {
+ protected:
+  ~Contrasts() override { QApplication::setPalette(light_); }
+
+  /// Puts light, then dark colours on all that is open.
+  void InEachPalette(const std::function<void(const char* palette)>& look) {
+    for (const bool dark : {false, true}) {
+      QApplication::setPalette(dark ? DarkPalette() : light_);
+      Desk::Settle();
+      look(dark ? "dark" : "light");
+    }
+  }
+
+  void Judge(const QString& text, QColor colour, const QColor& ground, const std::string& where) {
+    const double over = colour.alphaF();
+    const auto mixed = [over](double a, double b) { return static_cast<float>(a * over + b * (1 - over)); };
+    colour = QColor::fromRgbF(mixed(colour.redF(), ground.redF()), mixed(colour.greenF(), ground.greenF()),
+                              mixed(colour.blueF(), ground.blueF()));
+    const double contrast = Contrast(colour, ground);
+    if (contrast < lowest_.first) lowest_ = {contrast, where + " \"" + text.toStdString() + "\""};
+    EXPECT_GE(contrast, 4.5) << where << " \"" << text.toStdString() << "\" " << colour.name().toStdString() << " on "
+                             << ground.name().toStdString();
+    ++texts_;
+  }
+
+  void Look(QWidget& root, const std::string& where) {
+    const QImage picture = root.grab().toImage();
+    std::vector<QWidget*> shown = Shown(root);
+    for (QWidget* widget : shown) {
+      if (!widget->isEnabled()) continue;  // a text that is out of use may be pale
+      TextRecorder recorder(widget->size());
+      widget->render(&recorder, {}, {}, {});
+      if (auto* gauge = qobject_cast<widgets::LGauge*>(widget)) {  // its face is drawn beforehand
+        QPainter painter(&recorder);
+        const widgets::DialMeasures measures(gauge->size());
+        widgets::DialPainter(painter, measures, gauge->palette(), gauge->font())
+            .Face(gauge->ScaleMin(), gauge->ScaleMax());
+      }
+      if (qobject_cast<widgets::Strip*>(widget) != nullptr) {  // as are its headings and axes
+        const widgets::StripColours colours(widget->palette());
+        Judge("axes", colours.text, colours.window, where + " " + Told(*widget));
+      }
+      QStringList pale;
+      const auto* bar = qobject_cast<QTabBar*>(widget);
+      for (int i = 0; bar != nullptr && i < bar->count(); ++i) {
+        if (!bar->isTabEnabled(i)) pale << bar->tabText(i).remove('&');
+      }
+      for (const DrawnText& drawn : recorder.texts) {
+        if (drawn.text.trimmed().isEmpty() || pale.contains(drawn.text)) continue;
+        if (!widget->rect().contains(drawn.place.center())) continue;
+        const QRect place(widget->mapTo(&root, drawn.place.topLeft()), drawn.place.size());
+        Judge(drawn.text, drawn.colour, GroundOf(picture, place), where + " " + Told(*widget));
+      }
+    }
+  }
+
+  /// What a user does to a page: odd entries, changes that are not applied, cursors on charts, the focus on gauges,
+  /// visits.
+  static void Disturb(QWidget& root) {
+    for (QWidget* widget : Shown(root)) {
+      if (!widget->isEnabled()) continue;
+      if (auto* box = qobject_cast<QLineEdit*>(widget)) box->setText("1e9x");
+      if (auto* strip = qobject_cast<widgets::Strip*>(widget)) {
+        // Held it has a sign, which may cover labels that move.
+        if (root.objectName() == "frmGraph") QTest::keyClick(strip, Qt::Key_Left);
+        for (int i = 0; i < 2; ++i) QTest::keyClick(strip, Qt::Key_Space);
+        strip->SetTraceVisible(0, false);
+        strip->CopyData();
+      }
+      if (qobject_cast<widgets::LGauge*>(widget) != nullptr) widget->setFocus(Qt::TabFocusReason);
+      if (auto* link = qobject_cast<shell::WebLink*>(widget)) emit link->Click();
+      if (dynamic_cast<windows::ConfigWindow*>(&root) == nullptr) continue;
+      if (auto* check = qobject_cast<QCheckBox*>(widget)) check->toggle();
+      if (auto* list = qobject_cast<QComboBox*>(widget)) list->setCurrentIndex(list->currentIndex() == 0 ? 1 : 0);
+    }
+    Desk::Settle();
+  }
+
+  std::pair<double, std::string> lowest_{21, ""};
+  int texts_ = 0;
+
+ private:
+  const QPalette light_ = QApplication::palette();
+};
+
+TEST_P(Contrasts, EveryTextStandsOutFromItsGround) {
+  EachPage([&](QWidget& root, const std::string& page) {
+    desk.Advance(1100);
+    if (page == "frmRegMap") {  // a register with bits of both kinds
+      Desk::Type(root, "txtReadAddr", "3D");
+      Desk::Press(root, "cmdRead");
+    }
+    InEachPalette([&](const char* palette) { Look(root, page + ", " + palette); });
+  });
+  EachPage([&](QWidget& root, const std::string& page) {
+    Disturb(root);
+    InEachPalette([&](const char* palette) { Look(root, page + " changed, " + palette); });
+  });
+  RecordProperty("lowest", std::to_string(lowest_.first) + " " + lowest_.second);
+  EXPECT_GE(texts_, 10);
+}
+
+TEST_F(Contrasts, OfTheSplashToo) {
+  shell::frmSplash splash;
+  splash.SetStep("Looking");
+  splash.ShowProgress();
+  splash.show();
+  InEachPalette([&](const char* palette) { Look(splash, palette); });
+  EXPECT_GE(texts_, 8);
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, Contrasts, ::testing::ValuesIn(AllWindows()), NameOfCase);
+
+}  // namespace
+}  // namespace zth::testing

@@ -1,0 +1,262 @@
+// What assistive technology and the keyboard find on every page: names, roles, states, the order of Tab, mnemonics.
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QTabBar>
+#include <QTest>
+
+#include "tests/accessibility/AccessGround.h"
+
+namespace zth::testing {
+namespace {
+
+struct Node {
+  QAccessibleInterface* access;
+  QString group;  ///< names of the groups that it stands in
+};
+
+void Collect(QAccessibleInterface* at, const QString& group, std::vector<Node>& nodes) {
+  if (at == nullptr || !at->isValid() || at->state().invisible) return;
+  if (qstrcmp(at->object() != nullptr ? at->object()->metaObject()->className() : "", "QMdiArea") == 0) return;
+  nodes.push_back({at, group});
+  const QString within = at->childCount() == 0 ? group : group + '/' + at->text(QAccessible::Name);
+  for (int i = 0; i < at->childCount(); ++i) Collect(at->child(i), within, nodes);
+}
+
+/// All that shows on a page.
+std::vector<Node> Tree(QWidget& root) {
+  std::vector<Node> nodes;
+  QAccessibleInterface* access = QAccessible::queryAccessibleInterface(&root);
+  for (int i = 0; i < access->childCount(); ++i) Collect(access->child(i), {}, nodes);
+  return nodes;
+}
+
+bool Operable(QAccessible::Role role) {
+  static const std::set<QAccessible::Role> kRoles{
+      QAccessible::Button,       QAccessible::CheckBox, QAccessible::RadioButton, QAccessible::ComboBox,
+      QAccessible::EditableText, QAccessible::Slider,   QAccessible::SpinBox,     QAccessible::Tree,
+      QAccessible::PageTab,      QAccessible::Link,     QAccessible::Chart,       QAccessible::MenuItem,
+      QAccessible::ButtonMenu};
+  return kRoles.contains(role);
+}
+
+/// Shown by itself, never operated.
+bool Telling(QAccessible::Role role) {
+  return role == QAccessible::Indicator || role == QAccessible::ProgressBar || role == QAccessible::Dial;
+}
+
+/// A list's own name is its present text on some desktops: there its label tells what it is for, or its description.
+QString NameOf(const Node& node) {
+  if (node.access->role() != QAccessible::ComboBox) return node.access->text(QAccessible::Name);
+  for (const auto& [label, relation] : node.access->relations(QAccessible::Label)) {
+    if (label->role() == QAccessible::StaticText) return label->text(QAccessible::Name);
+  }
+  return qobject_cast<QWidget*>(node.access->object())->accessibleDescription();
+}
+
+std::string Words(const Node& node) {
+  auto* widget = qobject_cast<QWidget*>(node.access->object());
+  return (widget != nullptr ? Told(*widget) : "part") + " \"" + NameOf(node).toStdString() + "\" role " +
+         std::to_string(node.access->role());
+}
+
+class AccessTree : public Access {};
+
+TEST_P(AccessTree, EachControlHasANameOfItsOwnARoleAndItsStates) {
+  static const QRegularExpression kProgramNames("^(cmb|chk|txt|lbl|cmd|opt|sld|gge|tgl|stp)[A-Z]|&\\w|^\\W*$");
+  int controls = 0;
+  EachPage([&](QWidget& root, const std::string& page) {
+    SCOPED_TRACE(page);
+    std::map<std::pair<QString, int>, std::string> taken;
+    for (const Node& node : Tree(root)) {
+      const auto* widget = qobject_cast<QWidget*>(node.access->object());
+      const QAccessible::State state = node.access->state();
+      const QString name = NameOf(node);
+      if (!Operable(node.access->role()) && !Telling(node.access->role())) {
+        EXPECT_TRUE(widget == nullptr || widget->focusPolicy() == Qt::NoFocus || widget->focusProxy() != nullptr ||
+                    node.access->role() == QAccessible::PageTabList)
+            << Words(node) << ": takes the focus in a role that tells nothing";
+        continue;
+      }
+      ++controls;
+      EXPECT_FALSE(kProgramNames.match(name).hasMatch()) << Words(node);
+      const auto [other, added] = taken.try_emplace({node.group + '/' + name, node.access->role()}, Words(node));
+      EXPECT_TRUE(added) << Words(node) << " in " << node.group.toStdString() << " has the name of " << other->second;
+      if (widget == nullptr) continue;
+      EXPECT_NE(name, widget->objectName());
+      EXPECT_EQ(state.disabled, !widget->isEnabled()) << Words(node);
+      const auto* button = qobject_cast<const QAbstractButton*>(widget);
+      EXPECT_TRUE(button == nullptr || state.checked == button->isChecked()) << Words(node);
+    }
+  });
+  RecordProperty("controls", controls);
+  EXPECT_GE(controls, 2);
+}
+
+/// Of two controls the branches below their common parent.
+std::pair<QWidget*, QWidget*> Branches(QWidget* a, QWidget* b) {
+  const auto branch = [](QWidget* of, const QWidget* other) {
+    while (!of->parentWidget()->isAncestorOf(other)) of = of->parentWidget();
+    return of;
+  };
+  return {branch(a, b), branch(b, a)};
+}
+
+/// Whether `a` is read before `b`: the window's own buttons last, what stands beside each other from the left, what
+/// stands above each other from the top. Rows go before columns, or columns before rows.
+bool ReadsBefore(QWidget* a, QWidget* b, bool rowsFirst) {
+  const auto [first, second] = Branches(a, b);
+  const auto own = [](QWidget* branch) {
+    return qobject_cast<QPushButton*>(branch) != nullptr &&
+           qobject_cast<windows::ChildWindow*>(branch->parentWidget()) != nullptr;
+  };
+  if (own(first) != own(second)) return own(second);
+  const QRect p = first->geometry();
+  const QRect q = second->geometry();
+  const bool beside =
+      2 * (std::min(p.bottom(), q.bottom()) - std::max(p.top(), q.top())) > std::min(p.height(), q.height());
+  const bool above = std::min(p.right(), q.right()) > std::max(p.left(), q.left());
+  return (rowsFirst ? beside : !above) ? p.left() < q.left() : p.top() < q.top();
+}
+
+/// What a key visits until it comes back to where it began.
+std::vector<QWidget*> Visited(QWidget& from, Qt::Key key) {
+  std::vector<QWidget*> visited{&from};
+  from.setFocus(key == Qt::Key_Tab ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  for (int steps = 0; steps < 300; ++steps) {
+    if (QApplication::focusWidget() == nullptr) break;
+    QTest::keyClick(QApplication::focusWidget(), key);
+    QWidget* now = QApplication::focusWidget();
+    if (now == &from) return visited;
+    if (now != visited.back()) visited.push_back(now);  // a gauge keeps the focus from slider to slider
+  }
+  ADD_FAILURE() << "the focus is trapped at " << Told(*visited.back());
+  return visited;
+}
+
+TEST_P(AccessTree, TabVisitsEachControlInReadingOrderAndBack) {
+  EachPage([&](QWidget& root, const std::string& page) {
+    SCOPED_TRACE(page);
+    std::vector<QWidget*> expected;
+    for (QWidget* widget : Shown(root)) {
+      const bool stop = (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr;
+      // Of options one is a stop, arrows reach the others.
+      const bool option = qobject_cast<QRadioButton*>(widget) != nullptr && !expected.empty() &&
+                          qobject_cast<QRadioButton*>(expected.back()) != nullptr;
+      if (stop && !option && widget->isEnabled()) expected.push_back(widget);
+    }
+    ASSERT_FALSE(expected.empty());
+    const auto first = std::find_if(expected.begin(), expected.end(), [&](QWidget* widget) {
+      return std::ranges::none_of(expected,
+                                  [&](QWidget* other) { return other != widget && ReadsBefore(other, widget, true); });
+    });
+    ASSERT_NE(first, expected.end()) << "no control reads first";
+    std::vector<QWidget*> visited = Visited(**first, Qt::Key_Tab);
+    for (QWidget* widget : expected) {
+      EXPECT_EQ(std::ranges::count(visited, widget), 1) << Told(*widget) << " is not visited once";
+    }
+    EXPECT_EQ(visited.size(), expected.size());
+    // Each frame is read by rows throughout, or by columns throughout.
+    std::map<QWidget*, std::pair<std::string, std::string>> wrong;
+    for (std::size_t i = 1; i < visited.size(); ++i) {
+      for (std::size_t j = 0; j < i; ++j) {
+        auto& [rows, columns] = wrong[Branches(visited[j], visited[i]).first->parentWidget()];
+        const std::string pair = Told(*visited[j]) + " before " + Told(*visited[i]) + "; ";
+        if (!ReadsBefore(visited[j], visited[i], true)) rows += pair;
+        if (!ReadsBefore(visited[j], visited[i], false)) columns += pair;
+      }
+    }
+    for (const auto& [frame, pairs] : wrong) EXPECT_TRUE(pairs.first.empty() || pairs.second.empty()) << pairs.first;
+    std::vector<QWidget*> back = Visited(**first, Qt::Key_Backtab);
+    std::reverse(back.begin() + 1, back.end());
+    EXPECT_EQ(back, visited) << "the way back is another";
+    for (const Node& node : Tree(root)) {
+      // What is no stop of its own is a choice, reached by arrows, or part of a stop.
+      auto* widget = qobject_cast<QWidget*>(node.access->object());
+      const QAccessible::Role role = node.access->role();
+      if (widget == nullptr || !Operable(role) || !widget->isEnabled() || role == QAccessible::MenuItem) continue;
+      const bool part = role == QAccessible::SpinBox || node.access->parent()->role() == QAccessible::SpinBox;
+      if (role == QAccessible::RadioButton) {
+        widget->setFocus();
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up}) {
+          if (QApplication::focusWidget() == widget) QTest::keyClick(widget, key);
+        }
+        EXPECT_NE(QApplication::focusWidget(), widget) << Words(node) << " has no way on to the other options";
+      } else {
+        EXPECT_TRUE(part || std::ranges::count(visited, widget) == 1) << Words(node) << " is out of Tab's reach";
+      }
+    }
+  });
+}
+
+TEST_P(AccessTree, MnemonicsClashNeitherOnAPageNorWithTheMainWindow) {
+  const auto collect = [](QWidget& root, std::map<QString, std::string>& keys) {
+    const auto add = [&](const QString& text, const std::string& where) {
+      const QString key = QKeySequence::mnemonic(text).toString();
+      if (key.isEmpty()) return;
+      const auto [other, added] = keys.try_emplace(key, where);
+      EXPECT_TRUE(added) << key.toStdString() << " is that of " << where << " and of " << other->second;
+    };
+    for (QWidget* widget : Shown(root)) {
+      if (const auto* button = qobject_cast<QAbstractButton*>(widget)) add(button->text(), Told(*widget));
+      if (const auto* group = qobject_cast<QGroupBox*>(widget)) add(group->title(), Told(*widget));
+      if (const auto* label = qobject_cast<QLabel*>(widget)) {
+        const bool leads = label->buddy() != nullptr && label->buddy()->focusPolicy() != Qt::NoFocus;
+        const bool plain = label->textFormat() == Qt::PlainText || !label->text().contains('&');
+        EXPECT_TRUE(leads || plain) << Told(*label) << " leads nowhere";
+        if (leads) add(label->text(), Told(*label));
+      }
+      const auto* bar = qobject_cast<QTabBar*>(widget);
+      for (int i = 0; bar != nullptr && i < bar->count(); ++i) add(bar->tabText(i), "tab " + std::to_string(i));
+    }
+  };
+  std::map<QString, std::string> common;
+  const auto menu = [](const QList<QAction*>& entries, std::map<QString, std::string>& keys) {
+    for (const QAction* entry : entries) {
+      const std::string text = entry->text().toStdString();
+      if (entry->isSeparator()) continue;
+      EXPECT_TRUE(keys.try_emplace(QKeySequence::mnemonic(entry->text()).toString(), text).second) << text;
+    }
+  };
+  menu(desk.Main().menuBar()->actions(), common);
+  EXPECT_FALSE(common.contains(QString())) << "a menu without a mnemonic";
+  for (const QAction* entry : desk.Main().menuBar()->actions()) {
+    std::map<QString, std::string> keys;
+    if (entry->menu() != nullptr && entry->menu()->objectName() != "mnuWindow") menu(entry->menu()->actions(), keys);
+    EXPECT_FALSE(keys.contains(QString())) << entry->text().toStdString();
+  }
+  if (GetParam() != "frmMain") collect(desk.Main(), common);
+  EachPage([&](QWidget& root, const std::string& page) {
+    SCOPED_TRACE(page);
+    std::map<QString, std::string> keys = common;
+    collect(root, keys);
+  });
+}
+
+TEST_P(AccessTree, EscapeClosesAWindowWithoutATransfer) {
+  // In the two without a button of their own Escape ends a search, or takes a mark off the chart.
+  if (GetParam() == "frmMain" || GetParam() == "frmRegMap" || GetParam() == "frmGraph") return;
+  const QString name = QString::fromStdString(GetParam());
+  QWidget& window = desk.Open(name);
+  Desk::Settle();
+  desk.board.TakeTraffic();
+  QTest::keyClick(&window, Qt::Key_Escape);
+  Desk::Settle();
+  EXPECT_EQ(desk.Main().FindWindow(name), nullptr);
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, AccessTree, ::testing::ValuesIn(AllWindows()), NameOfCase);
+
+}  // namespace
+}  // namespace zth::testing
