@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QSvgGenerator>
 #include <QToolTip>
@@ -47,7 +48,11 @@ bool Strip::event(QEvent* event) {
 void Strip::paintEvent(QPaintEvent*) {
   p_->waiting = false;
   QPainter painter(this);
-  p_->painter.Paint(painter, p_->scene, size(), devicePixelRatioF(), palette());
+  if (painter.paintEngine()->type() == QPaintEngine::Raster) {
+    p_->painter.Paint(painter, p_->scene, size(), devicePixelRatioF(), palette());
+  } else {
+    p_->painter.PaintVector(painter, p_->scene, size(), palette());
+  }
 }
 
 void Strip::showEvent(QShowEvent* event) {

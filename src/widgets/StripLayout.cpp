@@ -40,7 +40,9 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
     : ratio_(ratio) {
   const int line = text.Height();
   const int top = kMargin + line + kMargin;
-  const int bottom = size.height() - line - 2 * kMargin;
+  // The lowest text beside the plot reaches half a line below it; the texts under it keep clear of that.
+  const int under = std::max(kMargin, line * 2 / 3 - 4);
+  const int bottom = size.height() - line - under - kMargin;
   plot = QRect(0, top, size.width(), std::max(bottom - top, 2 * line));
   PlaceZones(scene);
   for (std::size_t i = 0; i < zones.size(); ++i) {
@@ -61,7 +63,7 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
   plot.setWidth(std::max(right - left, 40));
   PlaceZones(scene);
   title = QRect(plot.left(), kMargin - 1, size.width() - plot.left() - kMargin, line + 2);
-  xLabels = QRect(0, plot.bottom() + kMargin, size.width(), line);
+  xLabels = QRect(0, plot.bottom() + under, size.width(), line);
   columnCount_ = std::max(1, static_cast<int>(std::lround(plot.width() * ratio)));
   columnWidth_ = scene.view.XSpan() / columnCount_;
   firstColumn_ = std::llround(scene.view.XBegin() / columnWidth_);

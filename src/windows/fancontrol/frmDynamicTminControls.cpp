@@ -107,8 +107,6 @@ QCheckBox* frmDynamicTmin::MakeCheck(ControlRows& rows, int check) {
 
 QWidget* frmDynamicTmin::MakeCommonRow() {
   auto* area = new QWidget(this);
-  // The charts end this far above the window's bottom.
-  area->setMinimumHeight(base::PixelsFromTwips(600));
   auto* hysteresis = new QWidget(area);
   ControlRows first(*hysteresis);
   txtOpPointHyst_ = first.AddText("txtOpPointHyst", "Operating Point Hysteres&is ", "UpDown2", kHysteresis,
@@ -132,6 +130,8 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 
   auto* row = new QHBoxLayout(area);
   row->setContentsMargins(9, 4, 9, 4);
+  // The charts end this far above the window's bottom, or farther where the font is large.
+  row->addStrut(base::PixelsFromTwips(600) - 8);
   row->addWidget(hysteresis);
   row->addSpacing(24);
   row->addWidget(loop);
