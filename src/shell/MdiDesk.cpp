@@ -42,7 +42,21 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
   QMdiSubWindow* frame = addSubWindow(&window);
   frame->setStyle(titleBars_);
   frame->setAttribute(Qt::WA_DeleteOnClose);
+  // Queued: while the state changes, the frame has not got its size yet.
+  connect(
+      frame, &QMdiSubWindow::windowStateChanged, this, [this, frame] { RestoreTooLarge(*frame); },
+      Qt::QueuedConnection);
   return *frame;
+}
+
+void MdiDesk::RestoreTooLarge(QMdiSubWindow& frame) {
+  const QSize room = viewport()->size();
+  if (frame.isMaximized() && frame.size() != frame.size().boundedTo(room)) frame.showNormal();
+}
+
+void MdiDesk::resizeEvent(QResizeEvent* event) {
+  QMdiArea::resizeEvent(event);
+  for (QMdiSubWindow* frame : subWindowList()) RestoreTooLarge(*frame);
 }
 
 void MdiDesk::BringInSight(const QWidget* control) {

@@ -13,7 +13,12 @@ class MdiDesk final : public QMdiArea {
   /// Puts a window into a frame of its own, which goes with it when it closes.
   QMdiSubWindow& AddFrame(QWidget& window);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  /// Nothing scrolls behind a maximised window: one that cannot become as small as the desktop goes back to its size.
+  void RestoreTooLarge(QMdiSubWindow& frame);
   void BringInSight(const QWidget* control);
 
   QStyle* titleBars_;

@@ -111,7 +111,7 @@ void StripPainter::PaintXLabels(QPainter& painter, const StripScene& scene, cons
   const QString unit = scene.IsXY() ? scene.setup.xUnit.trimmed()
                        : clock      ? QStringLiteral("h:m:s")
                                     : QStringLiteral("s");
-  const double left = layout_.plot.right() + 20 + kStripHandle;
+  const double left = layout_.plot.right() + layout_.xReach + 2 + kStripHandle;
   if (!layout_.legend.empty()) {
     painter.setPen(colours.faint);
     text_.Draw(painter, QPointF(left + 4, row.top()), unit);

@@ -57,8 +57,9 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
   }
   columns.legend = std::max(columns.legend, LegendWidthFor(scene, text, size.width()));
   const int left = kMargin + kStripHandle + columns.values + 2 * kMargin;
+  xReach = std::max(xReach, text.Width(QStringLiteral("-000")) / 2 + 4);
   const int beside = std::min(columns.legend, static_cast<int>(size.width() * kMostLegend));
-  const int right = size.width() - (beside > 0 ? beside + kLegendGap : kRightMargin);
+  const int right = size.width() - (beside > 0 ? beside + kLegendGap : std::max(kRightMargin, xReach + kStripHandle));
   plot.setLeft(left);
   plot.setWidth(std::max(right - left, 40));
   PlaceZones(scene);
@@ -133,8 +134,8 @@ void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, int left
 void StripLayout::PlaceHandles(const StripScene& scene) {
   using Kind = StripPart::Kind;
   const int middle = xLabels.center().y() - kStripHandle / 2;
-  handles.push_back({{Kind::XLow, 0}, QRect(plot.left() - 18 - kStripHandle, middle, kStripHandle, kStripHandle)});
-  handles.push_back({{Kind::XHigh, 0}, QRect(plot.right() + 18, middle, kStripHandle, kStripHandle)});
+  handles.push_back({{Kind::XLow, 0}, QRect(plot.left() - xReach - kStripHandle, middle, kStripHandle, kStripHandle)});
+  handles.push_back({{Kind::XHigh, 0}, QRect(plot.right() + xReach, middle, kStripHandle, kStripHandle)});
   for (int i = 0; i < static_cast<int>(zones.size()); ++i) {
     const QRect& zone = zones[static_cast<std::size_t>(i)];
     handles.push_back({{Kind::YHigh, i}, QRect(kMargin - 2, zone.top(), kStripHandle, kStripHandle)});

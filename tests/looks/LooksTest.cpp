@@ -50,6 +50,7 @@ void ExpectReach(windows::ChildWindow& window, const QMdiArea& area, const std::
   EXPECT_TRUE(reach.contains(frame)) << where;
   for (auto* control : window.findChildren<QWidget*>()) {
     if (!control->isVisible() || !control->isEnabled() || (control->focusPolicy() & Qt::TabFocus) == 0) continue;
+    if (QWidget* before = QApplication::focusWidget()) before->clearFocus();
     control->setFocus(Qt::TabFocusReason);
     const QWidget& focus = *QApplication::focusWidget();
     const QRect place(focus.mapTo(area.viewport(), QPoint(0, 0)), focus.size().boundedTo(room.size()));
@@ -80,6 +81,10 @@ class Looks : public ::testing::TestWithParam<QString> {
       ExpectReach(window, area, page + how);
     };
     ForEachPage(window, look);
+    window.parentWidget()->showMaximized();
+    Desk::Settle();
+    look(GetParam().toStdString() + ", maximised");
+    window.parentWidget()->showNormal();
     if (dynamic_cast<windows::ConfigWindow*>(&window) == nullptr) return;
     // Again with every control marked as changed, in heavier type.
     for (auto* check : window.findChildren<QCheckBox*>()) check->toggle();

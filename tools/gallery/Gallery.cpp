@@ -127,6 +127,9 @@ int main(int argc, char** argv) {
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   if (argc > 2 && QString(argv[2]) == "dark") zth::Darken();
   const int seconds = argc > 3 ? QString(argv[3]).toInt() : 10;
+  QFont font = QApplication::font();
+  if (argc > 4) font.setPointSizeF(font.pointSizeF() * QString(argv[4]).toInt() / 100);
+  QApplication::setFont(font);
 
   zth::platform::DesktopServices desktop;
   const zth::platform::Services& real = desktop.All();
