@@ -72,8 +72,8 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
   auto* numbers = new QWidget(page);
   auto* row = new QHBoxLayout(page);
   row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(switches, 0, Qt::AlignTop);
-  row->addWidget(numbers, 0, Qt::AlignTop);
+  row->addWidget(switches);
+  row->addWidget(numbers);
   row->addStretch();
 
   const QString remote = QString("Remote%1 ").arg(channel + 1);
@@ -96,6 +96,11 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
   add(controls.txtTmin, ElementName("txtTmin", channel), "T&min", names.tmin, reg::kRemote1Tmin);
   add(controls.txtLowLim, ElementName("txtLowLim", channel), "&Low Limit", names.lowLim, reg::kRemote1LowLimit);
   add(controls.txtHighLim, ElementName("txtHighLim", channel), "Hi&gh Limit", names.highLim, reg::kRemote1HighLimit);
+  // Rows of one height on both sides, so that they stand in line.
+  for (const QWidget* side : {switches, numbers}) {
+    auto* grid = static_cast<QGridLayout*>(side->layout());
+    for (int i = 0; i < grid->rowCount(); ++i) grid->setRowStretch(i, 1);
+  }
   return page;
 }
 
