@@ -85,6 +85,8 @@ class Looks : public ::testing::TestWithParam<QString> {
     Desk::Settle();
     look(GetParam().toStdString() + ", maximised");
     window.parentWidget()->showNormal();
+    window.parentWidget()->resize(window.parentWidget()->minimumSizeHint());
+    ForEachPage(window, [&](const std::string& page) { audit_.Look(desk.Main(), page + how + ", smallest"); });
     if (dynamic_cast<windows::ConfigWindow*>(&window) == nullptr) return;
     // Again with every control marked as changed, in heavier type.
     for (auto* check : window.findChildren<QCheckBox*>()) check->toggle();
