@@ -71,6 +71,7 @@ class Looks : public ::testing::TestWithParam<QString> {
     auto& window = desk.Open(GetParam());
     desk.Advance(2000);
     EXPECT_EQ(desk.Main().size(), kSmallScreen);
+    EXPECT_EQ(desk.Main().devicePixelRatio(), qEnvironmentVariable("QT_SCALE_FACTOR", "1").toDouble());
     const auto& area = Desk::Get<QMdiArea>(desk.Main(), "MDIForm");
     if (percent < 200) {
       EXPECT_TRUE(area.viewport()->rect().contains(window.parentWidget()->geometry())) << percent << " %";
