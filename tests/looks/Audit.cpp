@@ -24,7 +24,6 @@ constexpr double kSmallest = 0.6;  ///< of the application's font: the least tha
 struct DrawnText {
   QString text;
   QRectF rect;
-  QRectF clip;  ///< null without one
   QFont font;
 };
 
@@ -46,8 +45,7 @@ class TextCatcher final : public QPaintEngine, public QPaintDevice {
     if (item.text().trimmed().isEmpty()) return;
     const QTransform transform = painter()->combinedTransform();
     const QRectF rect(at.x(), at.y() - item.ascent(), item.width(), item.ascent() + item.descent());
-    const QRectF clip = painter()->hasClipping() ? transform.mapRect(painter()->clipBoundingRect()) : QRectF();
-    texts.push_back({item.text(), transform.mapRect(rect), clip, item.font()});
+    texts.push_back({item.text(), transform.mapRect(rect), item.font()});
   }
   QPaintEngine* paintEngine() const override { return const_cast<TextCatcher*>(this); }
 

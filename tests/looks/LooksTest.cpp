@@ -52,6 +52,7 @@ void ExpectReach(windows::ChildWindow& window, const QMdiArea& area, const std::
     if (!control->isVisible() || !control->isEnabled() || (control->focusPolicy() & Qt::TabFocus) == 0) continue;
     if (QWidget* before = QApplication::focusWidget()) before->clearFocus();
     control->setFocus(Qt::TabFocusReason);
+    ASSERT_NE(QApplication::focusWidget(), nullptr) << where;
     const QWidget& focus = *QApplication::focusWidget();
     const QRect place(focus.mapTo(area.viewport(), QPoint(0, 0)), focus.size().boundedTo(room.size()));
     EXPECT_TRUE(room.contains(place)) << where << ": " << control->objectName().toStdString() << " is out of sight";
