@@ -7,7 +7,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLocale>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -23,6 +22,7 @@
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
 #include "shell/Icons.h"
+#include "shell/MdiDesk.h"
 #include "shell/MonitorJobs.h"
 #include "shell/Placement.h"
 #include "shell/WindowFactory.h"
@@ -36,12 +36,10 @@ namespace zth::shell {
 QPointer<frmMain> MainForm;
 
 frmMain::frmMain(platform::Services& services)
-    : services_(services), context_{services, *this}, jobs_(services.clock), area_(new QMdiArea(this)) {
+    : services_(services), context_{services, *this}, jobs_(services.clock), area_(new MdiDesk(this)) {
   setObjectName("frmMain");
   setWindowIcon(ProgramIcon());
   area_->setObjectName("MDIForm");
-  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setCentralWidget(area_);
   BuildMenus();
   BuildToolBar();
@@ -227,8 +225,7 @@ windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
     window = MakeWindow(name, context_);
     if (window == nullptr) return nullptr;
     connect(window, &windows::ChildWindow::Unloaded, this, [this](const QString& closed) { open_.remove(closed); });
-    QMdiSubWindow* frame = area_->addSubWindow(window);
-    frame->setAttribute(Qt::WA_DeleteOnClose);
+    area_->AddFrame(*window);
     open_[name] = window;
     window->Form_Load();
   }

@@ -11,14 +11,13 @@
 
 class QComboBox;
 class QLabel;
-class QMdiArea;
-class QMdiSubWindow;
 class QMenu;
 class QTimer;
 
 namespace zth::shell {
 
 class frmSplash;
+class MdiDesk;
 
 /// The frame of the program: menus, tool bar with the device list, status bar, the child windows and the master timer.
 class frmMain final : public QMainWindow, public windows::Desktop {
@@ -68,7 +67,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   platform::Services& services_;
   windows::Context context_;
   JobList jobs_;
-  QMdiArea* area_;
+  MdiDesk* area_;
   QMenu* mnuWindow_ = nullptr;
   QComboBox* cmbDevices_ = nullptr;
   std::vector<QLabel*> panels_;

@@ -6,6 +6,7 @@
 
 #include <QAccessible>
 #include <QEvent>
+#include <QPaintEngine>
 #include <QPainter>
 
 #include "widgets/LGaugeAccess.h"
@@ -175,21 +176,28 @@ int LGauge::TaggedSlider() const {
   return hasFocus() && byKeyboard_ ? active_ : -1;
 }
 
-void LGauge::paintEvent(QPaintEvent*) {
-  const DialMeasures measures(size());
+void LGauge::PaintKeptFace(QPainter& painter, const DialMeasures& measures) {
   const qreal ratio = devicePixelRatioF();
   const QSize wanted = (QSizeF(size()) * ratio).toSize();
   if (face_.size() != wanted || face_.devicePixelRatio() != ratio) {
     face_ = QPixmap(wanted);
     face_.setDevicePixelRatio(ratio);
     face_.fill(Qt::transparent);
-    QPainter painter(&face_);
-    DialPainter(painter, measures, palette(), font()).Face(scaleMin_, scaleMax_);
+    QPainter once(&face_);
+    DialPainter(once, measures, palette(), font()).Face(scaleMin_, scaleMax_);
   }
-  QPainter painter(this);
   painter.drawPixmap(0, 0, face_);
+}
 
+void LGauge::paintEvent(QPaintEvent*) {
+  const DialMeasures measures(size());
+  QPainter painter(this);
   DialPainter dial(painter, measures, palette(), font());
+  if (painter.paintEngine()->type() == QPaintEngine::Raster) {
+    PaintKeptFace(painter, measures);
+  } else {
+    dial.Face(scaleMin_, scaleMax_);  // a drawing, which shall be sharp at any size
+  }
   const DialScale scale = Scale();
   const auto angleOf = [&](std::size_t i) { return scale.Angle(SliderValue(static_cast<int>(i))); };
   if (sliders_.size() == 2 && sliders_[0].kind == SliderKind::Low && sliders_[1].kind == SliderKind::High) {

@@ -111,6 +111,7 @@ class LGauge : public QWidget {
   int SliderAt(const QPointF& point) const;
   int TaggedSlider() const;
   double PointerAngle(const QPointF& point) const;
+  void PaintKeptFace(QPainter& painter, const DialMeasures& measures);
   void InvalidateFace();
   void TellValue(int child, double value);
 

@@ -1,4 +1,6 @@
 // The events of a Strip, its pictures and its files.
+#include <algorithm>
+
 #include <QApplication>
 #include <QBuffer>
 #include <QClipboard>
@@ -8,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QSvgGenerator>
 #include <QToolTip>
@@ -47,7 +50,11 @@ bool Strip::event(QEvent* event) {
 void Strip::paintEvent(QPaintEvent*) {
   p_->waiting = false;
   QPainter painter(this);
-  p_->painter.Paint(painter, p_->scene, size(), devicePixelRatioF(), palette());
+  if (painter.paintEngine()->type() == QPaintEngine::Raster) {
+    p_->painter.Paint(painter, p_->scene, size(), devicePixelRatioF(), palette());
+  } else {
+    p_->painter.PaintVector(painter, p_->scene, size(), palette());
+  }
 }
 
 void Strip::showEvent(QShowEvent* event) {
@@ -215,7 +222,13 @@ QSize Strip::sizeHint() const {
 }
 
 QSize Strip::minimumSizeHint() const {
-  return {fontMetrics().averageCharWidth() * 40, fontMetrics().height() * 12};
+  // Every row of the legend, the title above it and the texts of the x axis under it; a few lines of plot without one.
+  constexpr int kLeastLines = 12;
+  const auto rows = std::count_if(p_->scene.labels.begin(), p_->scene.labels.end(), [](const StripLabel& label) {
+    return label.slot != 0 && label.place == StripPlace::Legend;
+  });
+  const int lines = std::max(kLeastLines, static_cast<int>(rows) + 4);
+  return {fontMetrics().averageCharWidth() * 40, fontMetrics().height() * lines};
 }
 
 }  // namespace zth::widgets

@@ -51,11 +51,11 @@ void StripPainter::PaintStill(QPainter& painter, const StripScene& scene, const 
     const int centre = (above + layout_.zones[zone].top()) / 2;
     PaintHeading(painter, QRect(plot.left(), centre - height / 2, plot.width(), height), label.text, colours);
   }
+  int lastBottom = -1000;  // through all zones: where they are low, the numbers of two would meet at their border
   for (std::size_t i = 0; i < layout_.zones.size(); ++i) {
     const QRect& zone = layout_.zones[i];
     const StripView::Axis& axis = scene.view.At(i);
     painter.fillRect(zone, colours.paper);
-    int lastBottom = -1000;
     for (auto tick = layout_.yTicks[i].rbegin(); tick != layout_.yTicks[i].rend(); ++tick) {
       const double y = layout_.PixelOfY(axis, i, tick->value);
       painter.fillRect(QRectF(zone.left(), std::floor(y), zone.width(), 1), colours.grid);
@@ -111,7 +111,7 @@ void StripPainter::PaintXLabels(QPainter& painter, const StripScene& scene, cons
   const QString unit = scene.IsXY() ? scene.setup.xUnit.trimmed()
                        : clock      ? QStringLiteral("h:m:s")
                                     : QStringLiteral("s");
-  const double left = layout_.plot.right() + 20 + kStripHandle;
+  const double left = layout_.plot.right() + layout_.xReach + 2 + kStripHandle;
   if (!layout_.legend.empty()) {
     painter.setPen(colours.faint);
     text_.Draw(painter, QPointF(left + 4, row.top()), unit);

@@ -40,7 +40,9 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
     : ratio_(ratio) {
   const int line = text.Height();
   const int top = kMargin + line + kMargin;
-  const int bottom = size.height() - line - 2 * kMargin;
+  // The lowest text beside the plot reaches half a line below it; the texts under it keep clear of that.
+  const int under = std::max(kMargin, line * 2 / 3 - 4);
+  const int bottom = size.height() - line - under - kMargin;
   plot = QRect(0, top, size.width(), std::max(bottom - top, 2 * line));
   PlaceZones(scene);
   for (std::size_t i = 0; i < zones.size(); ++i) {
@@ -55,13 +57,14 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
   }
   columns.legend = std::max(columns.legend, LegendWidthFor(scene, text, size.width()));
   const int left = kMargin + kStripHandle + columns.values + 2 * kMargin;
+  xReach = std::max(xReach, text.Width(QStringLiteral("-000")) / 2 + 4);
   const int beside = std::min(columns.legend, static_cast<int>(size.width() * kMostLegend));
-  const int right = size.width() - (beside > 0 ? beside + kLegendGap : kRightMargin);
+  const int right = size.width() - (beside > 0 ? beside + kLegendGap : std::max(kRightMargin, xReach + kStripHandle));
   plot.setLeft(left);
   plot.setWidth(std::max(right - left, 40));
   PlaceZones(scene);
   title = QRect(plot.left(), kMargin - 1, size.width() - plot.left() - kMargin, line + 2);
-  xLabels = QRect(0, plot.bottom() + kMargin, size.width(), line);
+  xLabels = QRect(0, plot.bottom() + under, size.width(), line);
   columnCount_ = std::max(1, static_cast<int>(std::lround(plot.width() * ratio)));
   columnWidth_ = scene.view.XSpan() / columnCount_;
   firstColumn_ = std::llround(scene.view.XBegin() / columnWidth_);
@@ -131,8 +134,8 @@ void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, int left
 void StripLayout::PlaceHandles(const StripScene& scene) {
   using Kind = StripPart::Kind;
   const int middle = xLabels.center().y() - kStripHandle / 2;
-  handles.push_back({{Kind::XLow, 0}, QRect(plot.left() - 18 - kStripHandle, middle, kStripHandle, kStripHandle)});
-  handles.push_back({{Kind::XHigh, 0}, QRect(plot.right() + 18, middle, kStripHandle, kStripHandle)});
+  handles.push_back({{Kind::XLow, 0}, QRect(plot.left() - xReach - kStripHandle, middle, kStripHandle, kStripHandle)});
+  handles.push_back({{Kind::XHigh, 0}, QRect(plot.right() + xReach, middle, kStripHandle, kStripHandle)});
   for (int i = 0; i < static_cast<int>(zones.size()); ++i) {
     const QRect& zone = zones[static_cast<std::size_t>(i)];
     handles.push_back({{Kind::YHigh, i}, QRect(kMargin - 2, zone.top(), kStripHandle, kStripHandle)});

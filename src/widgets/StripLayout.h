@@ -37,6 +37,7 @@ class StripLayout {
   QRect plot;
   QRect title;
   QRect xLabels;             ///< the row of texts under the plot
+  int xReach = 18;           ///< from the plot's ends to the handles under it: clear of half a text
   QRect sign;                ///< "held"; there whether shown or not
   std::vector<QRect> zones;  ///< one an axis
   std::vector<LegendRow> legend;

@@ -82,6 +82,9 @@ int main(int argc, char** argv) {
     }
     if (argc > 2 && QString(argv[2]) == "dark") QApplication::setPalette(zth::DarkPalette());
     const int seconds = argc > 3 ? QString(argv[3]).toInt() : 10;
+    QFont font = QApplication::font();
+    if (argc > 4) font.setPointSizeF(font.pointSizeF() * QString(argv[4]).toInt() / 100);
+    QApplication::setFont(font);
     zth::gallery::TakeEveryWindow(zth::gallery::Camera(argv[1]), seconds);
     return 0;
   } catch (const std::exception& error) {

@@ -150,6 +150,7 @@ void frmFanConfig::BuildTachPage(QTabWidget& tabs) {
   QGridLayout& grid = AddFramedPage(tabs, "&Tachs", "Frame3", "Enable Tachs");
   BuildRows(grid, kTachs);
   auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(fontMetrics().averageCharWidth());
   const auto add = [&](const char* name, const char* caption, const char* tip) {
     auto* button = new QPushButton(caption, grid.parentWidget());
     button->setObjectName(name);

@@ -98,7 +98,8 @@ QSize frmGraph::sizeHint() const {
 }
 
 QSize frmGraph::minimumSizeHint() const {
-  const QSize chart = stpGraph_[3]->minimumSizeHint();
+  QSize chart;
+  for (const widgets::Strip* each : stpGraph_) chart = chart.expandedTo(each->minimumSizeHint());
   const int around = base::PixelsFromTwips(kHeaderTwips + kFooterTwips);
   return {std::max(header_->minimumSizeHint().width(), chart.width()), chart.height() + around};
 }
@@ -126,6 +127,7 @@ void frmGraph::resizeEvent(QResizeEvent* event) {
   header_->setGeometry(0, 0, width(), base::PixelsFromTwips(kHeaderTwips));
   const int footer = base::PixelsFromTwips(kFooterTwips);
   lblHint_->setGeometry(0, height() - footer, width(), footer);
+  lblHint_->setVisible(lblHint_->sizeHint().width() <= width());  // half a hint is none
   for (widgets::Strip* chart : stpGraph_) {
     if (!chart->isHidden()) Place(*chart);
   }

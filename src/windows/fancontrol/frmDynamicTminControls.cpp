@@ -72,8 +72,8 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
   auto* numbers = new QWidget(page);
   auto* row = new QHBoxLayout(page);
   row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(switches, 0, Qt::AlignTop);
-  row->addWidget(numbers, 0, Qt::AlignTop);
+  row->addWidget(switches);
+  row->addWidget(numbers);
   row->addStretch();
 
   const QString remote = QString("Remote%1 ").arg(channel + 1);
@@ -96,6 +96,11 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
   add(controls.txtTmin, ElementName("txtTmin", channel), "T&min", names.tmin, reg::kRemote1Tmin);
   add(controls.txtLowLim, ElementName("txtLowLim", channel), "&Low Limit", names.lowLim, reg::kRemote1LowLimit);
   add(controls.txtHighLim, ElementName("txtHighLim", channel), "Hi&gh Limit", names.highLim, reg::kRemote1HighLimit);
+  // Rows of one height on both sides, so that they stand in line.
+  for (const QWidget* side : {switches, numbers}) {
+    auto* grid = static_cast<QGridLayout*>(side->layout());
+    for (int i = 0; i < grid->rowCount(); ++i) grid->setRowStretch(i, 1);
+  }
   return page;
 }
 
@@ -107,8 +112,6 @@ QCheckBox* frmDynamicTmin::MakeCheck(ControlRows& rows, int check) {
 
 QWidget* frmDynamicTmin::MakeCommonRow() {
   auto* area = new QWidget(this);
-  // The charts end this far above the window's bottom.
-  area->setMinimumHeight(base::PixelsFromTwips(600));
   auto* hysteresis = new QWidget(area);
   ControlRows first(*hysteresis);
   txtOpPointHyst_ = first.AddText("txtOpPointHyst", "Operating Point Hysteres&is ", "UpDown2", kHysteresis,
@@ -132,6 +135,8 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 
   auto* row = new QHBoxLayout(area);
   row->setContentsMargins(9, 4, 9, 4);
+  // The charts end this far above the window's bottom, or farther where the font is large.
+  row->addStrut(base::PixelsFromTwips(600) - 8);
   row->addWidget(hysteresis);
   row->addSpacing(24);
   row->addWidget(loop);

@@ -70,7 +70,6 @@ void frmLimits::AddTab(QTabWidget& tabs, const char* caption, const char* frame,
     row->addWidget(gauge, 1);
     row->addWidget(alerts);
   } else {
-    row->addStretch();
     row->addWidget(alerts);
     row->addStretch();
   }

@@ -206,7 +206,9 @@ void BitDisplay::LayoutBitLabels() {
   const int digitHeight = Bit(0).sizeHint().height();
   for (int bit = kBits - 1; bit >= 0; --bit) {
     const int left = base::PixelsFromTwips(whole - ((bit + 1) * cell + kSideTwips));
-    const QRect digit(left, top, base::PixelsFromTwips(cell), digitHeight);
+    // Up to where the next bit begins: the rounding of a width of its own would let neighbours overlap.
+    const int right = base::PixelsFromTwips(whole - (bit * cell + kSideTwips));
+    const QRect digit(left, top, right - left, digitHeight);
     Bit(bit).setGeometry(digit);
     QLabel* name = names_.at(static_cast<std::size_t>(kBits - 1 - bit));
     name->setGeometry(digit.left(), digit.bottom() + 1 + kGap, digit.width(), fontMetrics().height() + kGap);

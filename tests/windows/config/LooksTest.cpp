@@ -93,11 +93,7 @@ TEST_P(Looks, MarksMoveNothing) {
     QApplication::processEvents();
     EXPECT_EQ(window_->sizeHint(), size);
     for (const Control& control : model_.controls) {
-      const auto& widget = Desk::Get<QWidget>(*window_, control.name);
-      EXPECT_EQ(widget.geometry(), places[control.name]) << control.name.toStdString();
-      if (widget.isVisible() && qobject_cast<const QLineEdit*>(&widget) == nullptr) {
-        EXPECT_GE(widget.width(), widget.sizeHint().width()) << control.name.toStdString() << " is clipped";
-      }
+      EXPECT_EQ(Desk::Get<QWidget>(*window_, control.name).geometry(), places[control.name]);
     }
   }
 }
@@ -108,11 +104,6 @@ TEST_P(Looks, EnterIsOk) {
   Desk::Settle();
   EXPECT_EQ(desk_.Main().FindWindow(GetParam()), nullptr);
   EXPECT_NE(desk_.board.TakeTraffic(), Traffic{});
-}
-
-TEST_P(Looks, FitsASmallScreen) {
-  EXPECT_LE(window_->parentWidget()->sizeHint().width(), 1366);
-  EXPECT_LE(window_->parentWidget()->sizeHint().height(), 768 - 140) << "less the main window's own rows";
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, Looks,

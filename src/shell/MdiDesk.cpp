@@ -1,0 +1,72 @@
+#include "shell/MdiDesk.h"
+
+#include <algorithm>
+
+#include <QApplication>
+#include <QMdiSubWindow>
+#include <QProxyStyle>
+#include <QScrollBar>
+
+namespace zth::shell {
+namespace {
+
+/// The application's style, but that a title bar grows with its font: a style's own is of one height for all fonts.
+class TitleBarStyle final : public QProxyStyle {
+ public:
+  TitleBarStyle() : QProxyStyle(QApplication::style()->name()) {}
+
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    const int given = QProxyStyle::pixelMetric(metric, option, widget);
+    if (metric != PM_TitleBarHeight || widget == nullptr) return given;
+    return std::max(given, widget->fontMetrics().height() * 4 / 3);
+  }
+};
+
+/// How far a bar has to move for `first` to `last` to lie within `room` pixels; the beginning counts more than the end.
+int Missing(int first, int last, int room) {
+  if (first < 0) return first;
+  return std::max(0, std::min(first, last + 1 - room));
+}
+
+}  // namespace
+
+MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarStyle) {
+  titleBars_->setParent(this);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](const QWidget* /*old*/, const QWidget* now) { BringInSight(now); });
+}
+
+QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
+  QMdiSubWindow* frame = addSubWindow(&window);
+  frame->setStyle(titleBars_);
+  frame->setAttribute(Qt::WA_DeleteOnClose);
+  // Queued: while the state changes, the frame has not got its size yet.
+  connect(
+      frame, &QMdiSubWindow::windowStateChanged, this, [this, frame] { RestoreTooLarge(*frame); },
+      Qt::QueuedConnection);
+  return *frame;
+}
+
+void MdiDesk::RestoreTooLarge(QMdiSubWindow& frame) {
+  const QSize room = viewport()->size();
+  if (frame.isMaximized() && frame.size() != frame.size().boundedTo(room)) frame.showNormal();
+}
+
+void MdiDesk::resizeEvent(QResizeEvent* event) {
+  QMdiArea::resizeEvent(event);
+  for (QMdiSubWindow* frame : subWindowList()) RestoreTooLarge(*frame);
+}
+
+void MdiDesk::BringInSight(const QWidget* control) {
+  // What the pointer is about to click must not run away from it.
+  if (control == nullptr || !viewport()->isAncestorOf(control) || QApplication::mouseButtons() != Qt::NoButton) return;
+  const QRect place(control->mapTo(viewport(), QPoint(0, 0)), control->size());
+  QScrollBar* across = horizontalScrollBar();
+  QScrollBar* down = verticalScrollBar();
+  across->setValue(across->value() + Missing(place.left(), place.right(), viewport()->width()));
+  down->setValue(down->value() + Missing(place.top(), place.bottom(), viewport()->height()));
+}
+
+}  // namespace zth::shell

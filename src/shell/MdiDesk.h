@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QMdiArea>
+
+namespace zth::shell {
+
+/// The desktop of the child windows. It scrolls where a window is larger than it, and by itself to a control that gets
+/// the focus out of sight. Its windows' title bars are as high as their font needs.
+class MdiDesk final : public QMdiArea {
+ public:
+  explicit MdiDesk(QWidget* parent);
+
+  /// Puts a window into a frame of its own, which goes with it when it closes.
+  QMdiSubWindow& AddFrame(QWidget& window);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  /// Nothing scrolls behind a maximised window: one that cannot become as small as the desktop goes back to its size.
+  void RestoreTooLarge(QMdiSubWindow& frame);
+  void BringInSight(const QWidget* control);
+
+  QStyle* titleBars_;
+};
+
+}  // namespace zth::shell
