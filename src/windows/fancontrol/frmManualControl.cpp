@@ -6,6 +6,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 
 #include "chip/Conversions.h"
@@ -23,14 +24,29 @@ namespace {
 constexpr int kPwms = 4;
 constexpr std::int32_t kPwm1Value = 0xAA;
 
-/// The state in its colour, on a ground of its own: the red can be read on a nearly black one alone, the green on a
-/// light one.
+/// A label on a rounded ground of its palette's window colour.
+class Badge final : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette().color(QPalette::Window));
+    painter.drawRoundedRect(rect(), height() / 4.0, height() / 4.0);
+    painter.end();
+    QLabel::paintEvent(event);
+  }
+};
+
+/// The state in its colour. The red can be read on a nearly black ground alone, the green on a light one.
 void ShowState(QLabel& label, bool manual) {
   label.setText(manual ? "Enabled" : "Disabled");
   QPalette colours;
   colours.setColor(QPalette::WindowText, manual ? QColor(0, 127, 0) : QColor(255, 0, 0));
   colours.setColor(QPalette::Window, manual ? QColor(245, 245, 245) : QColor(20, 20, 20));
-  label.setAutoFillBackground(true);
   label.setPalette(colours);
 }
 
@@ -72,10 +88,10 @@ QGroupBox* frmManualControl::MakeFrame() {
              .mouseUp = [this] { sldManual_MouseUp(); }},
             Services().clock);
     QLabel*& state = lblManual_[index];
-    state = new QLabel("Disabled", frame);
+    state = new Badge("Disabled", frame);
     state->setObjectName(QString("lblManual(%1)").arg(pwm));
     state->setAlignment(Qt::AlignCenter);
-    state->setMargin(3);
+    state->setMargin(4);
     grid->addWidget(label, pwm, 0);
     grid->addWidget(slider, pwm, 1);
     grid->addWidget(state, pwm, 2);
