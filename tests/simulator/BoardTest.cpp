@@ -79,10 +79,11 @@ TEST(Board, AHeaterWarmsItsDiodeInSecondsAndTheCurveAnswers) {
 TEST(Board, TheSwitchesPartWhatHangsOnThem) {
   BoardOnBench board({.diodeAtD2Connector = false});
   board.Play("07=FF 21=90 22=90 ~30 r1:0 r2:0 r5:0 r6:0");  // PWM1 and PWM2 off
-  board.Play("p4A=0C p48=05 ~30");                          // D2 and both PWMs, tach 2 and 4, pins 23 to 26 parted
-  board.Play("C0:40 r2:0 r4:0 90:00 91:00 92:00 93:00 p4A:0C p49:-1");
+  board.Play("p4A=0C p48=25 ~30");                          // D2 and both PWMs, tach 2 and 4, pins 23, 25 and 26 parted
+  board.Play("C0:40 r2:0 r4:0 90:00 92:00 93:00 p4A:0C p49:-1");
   for (const int fan : {1, 6}) EXPECT_GT(board.Rpm(fan), 2500) << "a fan without a control signal runs at full speed";
   EXPECT_GT(board.Rpm(3), 2000);
+  EXPECT_GT(board.Peek(0x91), 180);
   EXPECT_FALSE(board.WritePort(0x4B, 0));
   board.Play("p4A=3F ~1 C0 C0:00");
 }

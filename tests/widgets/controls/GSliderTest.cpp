@@ -80,17 +80,18 @@ TEST_F(Slider, ReportsWhatTheUserDoes) {
       {"PgDown", "down change=50 up"},
       {"Home", "down change=0 up"},
       {"End", "down change=100 up"},
-      {"Right", ""},      // at the end already
-      {"wheel=-60", ""},  // half a notch
+      // Nothing at the end, nor by half a notch; from a fraction to a whole percent.
+      {"Right", ""},
+      {"wheel=-60", ""},
       {"wheel=-60", "down change=99 up"},
-      {"Value=33.3 Right", "down change=34 up"},  // from a fraction to a whole percent
-      {"press@70", "down change=70"},             // a click on the groove goes there
+      {"Value=33.3 Right", "down change=34 up"},
+      // A click on the groove goes there, one on the thumb changes nothing.
+      {"press@70", "down change=70"},
       {"drop@70", "up"},
-      {"pull@70>70", "down up"},  // a click on the thumb changes nothing
+      {"pull@70>70", "down up"},
       {"drag@90", ""},
-      // Back at the reported value there is nothing to report.
+      // Back at the reported value there is nothing to report; keys and wheel rest in a drag, Escape takes it back.
       {"Value=0 press@0 drag@10 drag@20 drag@10 drop@10", "down change=10 up"},
-      // Escape takes the drag back on the chip too; keys and wheel rest meanwhile.
       {"Value=0 press@0 drag@80 Right wheel=120 +Esc", "down change=80 change=0 up"},
       // It lets go when it is taken out of the hand.
       {"Value=0 press@0 drag@10 drag@20 Enabled=0", "down change=10 up"},
