@@ -58,7 +58,7 @@ TEST(DialScale, OneKeyStepMovesALimitOfOneByte) {
 }
 
 TEST(DialScale, TurnsTheShorterWay) {
-  for (const auto& [from, to, turn] : {std::tuple{170, -170, 20}, {-170, 170, -20}, {10, 40, 30}, {0, 180, 180}}) {
+  for (const auto& [from, to, turn] : {std::tuple{170, -170, 20}, {-170, 170, -20}, {10, 40, 30}, {180, 0, 180}}) {
     EXPECT_DOUBLE_EQ(TurnBetween(from, to), turn);
   }
 }
