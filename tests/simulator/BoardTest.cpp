@@ -1,13 +1,15 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <random>
+#include <string>
 
 #include <gtest/gtest.h>
 
 #include "simulator/Board.h"
-#include "tests/simulator/ChipOnBench.h"
+#include "tests/simulator/Play.h"
 
 namespace zth::simulator {
 namespace {
@@ -17,12 +19,23 @@ using namespace std::chrono_literals;
 struct BoardOnBench : Board {
   explicit BoardOnBench(const BoardOptions& options = {}) : Board(options) {}
 
-  int Read(int address) { return TheChip().Read(static_cast<std::uint8_t>(address)); }
+  /// Steps with p a port, r a fan's speed in RPM.
+  void Play(const std::string& steps) { simulator::Play(*this, steps); }
+  void Run(double seconds) { Advance(std::chrono::milliseconds(std::lround(seconds * 1000))); }
   int Peek(int address) const { return TheChip().Peek(static_cast<std::uint8_t>(address)); }
-  void Write(Writes registers) {
-    for (const auto& [address, value] : registers) {
-      TheChip().Write(static_cast<std::uint8_t>(address), static_cast<std::uint8_t>(value));
+  void Set(char what, int n, double value) {
+    const auto address = static_cast<std::uint8_t>(n), byte = static_cast<std::uint8_t>(value);
+    if (what == 'p') {
+      EXPECT_TRUE(WritePort(address, byte));
+    } else {
+      TheChip().Write(address, byte);
     }
+  }
+  double Get(char what, int n) {
+    const auto address = static_cast<std::uint8_t>(n);
+    std::uint8_t port = 0;
+    if (what == 'p') return ReadPort(address, port) ? port : -1;
+    return what == 'r' ? Rpm(n) : TheChip().Read(address);
   }
   double Celsius(int channel) const { return Peek(0x89 + 2 * channel) - 64 + 0.25 * (Peek(0x88 + 2 * channel) >> 6); }
   int Rpm(int fan) const {
@@ -35,14 +48,12 @@ struct BoardOnBench : Board {
 TEST(Board, IsSoundOutOfTheBox) {
   BoardOnBench board;
   // What the first window does: option 1, tachs 1 to 4, setup complete, Max at 100 %.
-  board.Write({{0x14, 0x01}, {0x07, 0x0F}, {0x01, 0x21}, {0x2C, 0xFF}});
-  board.Advance(10s);
+  board.Play("14=01 07=0F 01=21 2C=FF ~10");
   for (int channel = 0; channel < 4; ++channel) EXPECT_NEAR(board.Celsius(channel), 37, 9);
   for (const int reg : {0x90, 0x91, 0x92}) EXPECT_NEAR(board.Peek(reg), 192, 3);
   EXPECT_NEAR(board.Peek(0x93) / 48.0, 3.05, 0.06) << "the battery";
   for (int fan = 1; fan <= 4; ++fan) EXPECT_GT(board.Rpm(fan), 2500);
-  for (int fan = 5; fan <= 8; ++fan) EXPECT_EQ(board.Rpm(fan), 0);
-  for (const int status : {0xC0, 0xC1, 0xC2, 0xC3, 0xC4, 0xC6}) EXPECT_EQ(board.Peek(status), 0) << "no alarm";
+  board.Play("r5:0 r6:0 r7:0 r8:0 C0:00 C1:00 C2:00 C3:00 C4:00 C6:00");  // no alarm
 }
 
 TEST(Board, AHeaterWarmsItsDiodeInSecondsAndTheCurveAnswers) {
@@ -52,9 +63,7 @@ TEST(Board, AHeaterWarmsItsDiodeInSecondsAndTheCurveAnswers) {
     const double before = board.Celsius(heater);
     const double neighbour = board.Celsius(3 - heater);
     // The output that follows the diode: Tmin 35, Trange 20, Min 30 %, always on.
-    board.Write({{0x5C + heater, Degrees(35)}, {0x60 + heater, 0xA4}, {0x28 + heater, 77}});
-    board.Write({{0x25 + heater / 2, 1 << heater % 2}});
-    board.Advance(30s);
+    board.Play(heater == 1 ? "5D=63 61=A4 29=4D 25=02 ~30" : "5E=63 62=A4 2A=4D 26=01 ~30");
     const int idleDuty = board.TheChip().Duty(heater);
     ASSERT_TRUE(board.SetHeater(heater, 100));
     EXPECT_EQ(board.HeaterState(heater), 200);
@@ -69,45 +78,29 @@ TEST(Board, AHeaterWarmsItsDiodeInSecondsAndTheCurveAnswers) {
 
 TEST(Board, TheSwitchesPartWhatHangsOnThem) {
   BoardOnBench board({.diodeAtD2Connector = false});
-  board.Write({{0x07, 0xFF}, {0x21, 0x90}, {0x22, 0x90}});  // PWM1 and PWM2 off
-  board.Advance(30s);
-  for (const int fan : {1, 2, 5, 6}) EXPECT_EQ(board.Rpm(fan), 0);
-
-  ASSERT_TRUE(board.WritePort(0x4A, 0x0C));  // D2 and both PWMs parted
-  ASSERT_TRUE(board.WritePort(0x48, 0x05));  // tach 2 and 4 and pins 23 to 26 parted
-  board.Advance(30s);
-  EXPECT_EQ(board.Read(0xC0), 0x40) << "diode 2 is open";
+  board.Play("07=FF 21=90 22=90 ~30 r1:0 r2:0 r5:0 r6:0");  // PWM1 and PWM2 off
+  board.Play("p4A=0C p48=25 ~30");                          // D2 and both PWMs, tach 2 and 4, pins 23, 25 and 26 parted
+  board.Play("C0:40 r2:0 r4:0 90:00 92:00 93:00 p4A:0C p49:-1");
   for (const int fan : {1, 6}) EXPECT_GT(board.Rpm(fan), 2500) << "a fan without a control signal runs at full speed";
   EXPECT_GT(board.Rpm(3), 2000);
-  for (const int fan : {2, 4}) EXPECT_EQ(board.Rpm(fan), 0);
-  for (int reg = 0x90; reg <= 0x93; ++reg) EXPECT_EQ(board.Read(reg), 0);
-
-  std::uint8_t port = 0;
-  ASSERT_TRUE(board.ReadPort(0x4A, port));
-  EXPECT_EQ(port, 0x0C);
-  EXPECT_FALSE(board.ReadPort(0x49, port) || board.WritePort(0x4B, 0));
-  ASSERT_TRUE(board.WritePort(0x4A, 0x3F));
-  board.Advance(1s);
-  board.Read(0xC0);
-  EXPECT_EQ(board.Read(0xC0), 0);
+  EXPECT_GT(board.Peek(0x91), 180);
+  EXPECT_FALSE(board.WritePort(0x4B, 0));
+  board.Play("p4A=3F ~1 C0 C0:00");
 }
 
 TEST(Board, ADiodeAtTheConnectorTakesOverWhenD2IsParted) {
   BoardOnBench board;
-  board.Advance(1s);
-  board.WritePort(0x4A, 0x3C);
+  board.Play("~1 p4A=3C");
   board.SetHeater(2, 100);
   const double before = board.ThePlant().TemperatureC(2);
-  board.Advance(20s);
-  EXPECT_EQ(board.Read(0xC0), 0x40) << "the change-over is an open diode for a moment";
-  EXPECT_EQ(board.Read(0xC0), 0);
+  board.Play("~20 C0:40 C0:00");  // the change-over is an open diode for a moment
   EXPECT_GT(board.Celsius(2), before + 3);
 }
 
 TEST(Board, TheSameSeedAndTimeGiveTheSameBytesHoweverTheTimeIsCut) {
   const auto run = [](std::uint64_t seed, auto cut) {
     BoardOnBench board({.chip = {.seed = seed}, .plant = {.seed = seed}});
-    board.Write({{0x07, 0xFF}});
+    board.Play("07=FF");
     board.SetHeater(1, 60);
     for (std::chrono::nanoseconds left = 40s, piece; left.count() > 0; left -= piece) {
       board.Advance(piece = std::min<std::chrono::nanoseconds>(left, cut()));

@@ -3,11 +3,13 @@
 #include <cmath>
 #include <cstdint>
 #include <initializer_list>
+#include <string>
 #include <utility>
 
 #include "simulator/Chip.h"
 #include "simulator/ChipTime.h"
 #include "simulator/PinInputs.h"
+#include "tests/simulator/Play.h"
 
 namespace zth::simulator {
 
@@ -25,6 +27,7 @@ struct ChipOnBench {
     pins.temperatureC.fill(30);
   }
   explicit ChipOnBench(Writes registers) : ChipOnBench() { Write(registers); }
+  explicit ChipOnBench(const std::string& steps) : ChipOnBench() { Play(steps); }
 
   void Run(double seconds) {
     const long ticks = std::lround(seconds / kTickSeconds);
@@ -32,6 +35,26 @@ struct ChipOnBench {
   }
   /// Long enough for one round of conversions and what follows from it.
   void Convert() { Run(2 * kConversionSeconds); }
+  /// Steps with t a temperature, f a fan's pulses a minute, g a GPIO's level, o an open diode, v the volts of all pins;
+  /// and with d a duty, a the ALERT pin, m a THERM pin, e an EDO pin.
+  void Play(const std::string& steps) { simulator::Play(*this, steps); }
+  void Set(char what, int n, double value) {
+    const auto i = static_cast<std::size_t>(n);
+    if (what == '\0') Write(n, static_cast<int>(value));
+    if (what == 't') pins.temperatureC.at(i) = value;
+    if (what == 'f') pins.pulsesPerMinute.at(i) = value;
+    if (what == 'g') pins.gpioHigh.at(i) = value != 0;
+    if (what == 'o') pins.diodeOpen.at(i) = value != 0;
+    if (what == 'v') pins.volts.fill(value);
+  }
+  double Get(char what, int n) {
+    const auto i = static_cast<std::size_t>(n);
+    if (what == 'd') return chip.Duty(n);
+    if (what == 'a') return chip.Outputs().alert ? 1 : 0;
+    if (what == 'm') return chip.Outputs().thermAsserted.at(i) ? 1 : 0;
+    if (what == 'e') return chip.Outputs().edo.at(i) ? 1 : 0;
+    return Read(n);
+  }
   /// Runs until `done`, 60 seconds at the most; the seconds that it took.
   template <typename Done>
   double RunUntil(Done done) {

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <array>
 #include <random>
+#include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -136,43 +138,38 @@ TEST(ControlLaw, DutyIsThePredictedOneToTheLastBitUpAndDown) {
 
 TEST(ControlLaw, TheCurveGoesThroughThePointsThatTheWindowDraws) {
   // Tmin 30, Trange 20, Min 25 %, Max 100 %, hysteresis 4.
-  ChipOnBench bench({{0x21, 0x10}, {0x28, 64}, {0x2C, 255}, {0x5C, Degrees(30)}, {0x60, 0xA4}});
-  for (const auto& [celsius, duty] : {std::pair{29.75, 0},
-                                      {30.0, 64},
-                                      {50.0, 227},
-                                      {53.5, 255},
-                                      {60.0, 255},
-                                      {29.0, 64},
-                                      {26.0, 64},
-                                      {25.75, 0},
-                                      {29.75, 0}}) {
-    bench.Celsius(0) = celsius;
-    bench.Run(kConversionSeconds);
-    EXPECT_EQ(bench.Duty(0), duty) << celsius;
-  }
+  ChipOnBench("21=10 28=40 2C=FF 5C=5E 60=A4")
+      .Play(
+          "t0=29.75 ~ d0:0 t0=30 ~ d0:64 t0=50 ~ d0:227 t0=53.5 ~ d0:255 t0=60 ~ d0:255 "
+          "t0=29 ~ d0:64 t0=26 ~ d0:64 t0=25.75 ~ d0:0 t0=29.75 ~ d0:0");
 }
 
 TEST(ControlLaw, AnOutputRunsAtMaxUntilWhateverShapesItsOwnDutySetsItUp) {
-  struct Row {
-    int address, value;
-    int setUp;  // a bit an output; at power-up they follow Local and Remote 1 to 3 in order
-  };
-  for (const Row& row :
-       {Row{0x21, 0x10, 1}, Row{0x24, 0x70, 8}, Row{0x25, 0x90, 3}, Row{0x26, 0x90, 12}, Row{0x28, 0x80, 1},
-        Row{0x2B, 0x80, 8}, Row{0x5C, 0x9A, 1}, Row{0x5D, 0x9A, 2}, Row{0x5E, 0x9A, 4}, Row{0x5F, 0x9A, 8},
-        Row{0x60, 0xC4, 1}, Row{0x63, 0xC4, 8}, Row{0x0B, 0x01, 2}, Row{0x0B, 0x02, 4}, Row{0x0B, 0x3C, 0},
-        Row{0x01, 0x21, 0}, Row{0x4C, 0xA4, 0}, Row{0x00, 0x80, 0}, Row{0x2C, 0xFF, 0}}) {
-    ChipOnBench bench;
-    bench.Write(row.address, row.value);
-    bench.Run(0.2);
-    const int max = row.address == 0x2C ? row.value : 0xC0;
-    for (int pwm = 0; pwm < 4; ++pwm) {
-      EXPECT_EQ(bench.Duty(pwm), (row.setUp >> pwm & 1) != 0 ? 0 : max) << std::hex << row.address << " PWM" << pwm + 1;
-    }
+  constexpr const char *kMax = "d0:192 d1:192 d2:192 d3:192", *kFirst = "d0:0 d1:192 d2:192 d3:192",
+                       *kSecond = "d0:192 d1:0 d2:192 d3:192", *kThird = "d0:192 d1:192 d2:0 d3:192",
+                       *kFourth = "d0:192 d1:192 d2:192 d3:0";  // they follow Local and Remote 1 to 3 in order
+  for (const auto& [write, duties] : {std::pair{"21=10", kFirst},
+                                      {"28=80", kFirst},
+                                      {"5C=9A", kFirst},
+                                      {"60=C4", kFirst},
+                                      {"5D=9A", kSecond},
+                                      {"0B=01", kSecond},
+                                      {"5E=9A", kThird},
+                                      {"0B=02", kThird},
+                                      {"24=70", kFourth},
+                                      {"2B=80", kFourth},
+                                      {"5F=9A", kFourth},
+                                      {"63=C4", kFourth},
+                                      {"25=90", "d0:0 d1:0 d2:192 d3:192"},
+                                      {"26=90", "d0:192 d1:192 d2:0 d3:0"},
+                                      {"0B=3C", kMax},
+                                      {"01=21", kMax},
+                                      {"4C=A4", kMax},
+                                      {"00=80", kMax},
+                                      {"2C=FF", "d0:255 d1:255 d2:255 d3:255"},
+                                      {"21=D1 00=80", kMax}}) {  // a reset forgets what was set up
+    ChipOnBench(std::string(write) + " ~0.2 ").Play(duties);
   }
-  ChipOnBench bench({{0x21, 0xD1}, {0x00, 0x80}});
-  bench.Run(0.2);
-  EXPECT_EQ(bench.Duty(0), 0xC0) << "a reset forgets what was set up";
 }
 
 }  // namespace

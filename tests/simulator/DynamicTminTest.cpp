@@ -52,30 +52,14 @@ TEST(DynamicTmin, TheStandardLoopHurriesWhenFarAndWaitsForATemperatureOnItsWay) 
 }
 
 TEST(DynamicTmin, LeavesAChannelAloneThatIsOffOrHasNoDiode) {
-  LoopOnBench bench(1, 0, false, 70);
-  bench.Write(0x0B, 0x02);
-  EXPECT_EQ(bench.TminAfter(5), 50);
-  bench.Write({{0x0B, 0x01}, {0x10, 0x3F}});
-  EXPECT_EQ(bench.TminAfter(5), 50);
+  LoopOnBench(1, 0, false, 70).Play("0B=02 ~5 5D:72 0B=01 10=3F ~5 5D:72");
 }
 
 TEST(DynamicTmin, AThermEventLoadsTheOperatingPointOfTheChannelThatAsksForIt) {
-  struct Row {
-    int calibration, therm, point1, point2;  // 0xA4 is the default
-  };
-  for (const Row& row :
-       {Row{0x04, 0, Degrees(41), 0xA4}, Row{0x08, 0, 0xA4, Degrees(43)}, Row{0x10, 1, Degrees(41), 0xA4},
-        Row{0x20, 1, 0xA4, Degrees(43)}, Row{0x20, 0, 0xA4, 0xA4}, Row{0x00, 1, 0xA4, 0xA4}}) {
-    ChipOnBench bench;
-    bench.Write(0x0B, row.calibration);
-    bench.pins.temperatureC = {30, 41.5, 43.75, 30};
-    bench.Convert();
-    bench.Write(0x4E + 4 * row.therm, Degrees(0));  // Remote 2 is above it at once
-    bench.Run(0.5);
-    bench.Write(0x4E + 4 * row.therm, Degrees(90));
-    bench.Run(0.5);
-    EXPECT_EQ(bench.Read(0x5A), row.point1) << row.calibration;
-    EXPECT_EQ(bench.Read(0x5B), row.point2) << row.calibration;
+  for (const char* steps : {"0B=04 4E=40 ~.5 4E=9A ~.5 5A:69 5B:A4", "0B=08 4E=40 ~.5 4E=9A ~.5 5A:A4 5B:6B",
+                            "0B=10 52=40 ~.5 52=9A ~.5 5A:69 5B:A4", "0B=20 52=40 ~.5 52=9A ~.5 5A:A4 5B:6B",
+                            "0B=20 4E=40 ~.5 4E=9A ~.5 5A:A4 5B:A4", "0B=00 52=40 ~.5 52=9A ~.5 5A:A4 5B:A4"}) {
+    ChipOnBench("t1=41.5 t2=43.75 ~").Play(steps);  // Remote 2 is above a limit of 0 at once; A4 is the default
   }
 }
 

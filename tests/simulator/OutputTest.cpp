@@ -1,35 +1,23 @@
-#include <functional>
-
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "tests/simulator/ChipOnBench.h"
 
 namespace zth::simulator {
 namespace {
 
-using testing::ElementsAre;
-
 TEST(Output, ManualDutyIsTakenInManualModeOnlyAndReadsInvertedAtRevisionZero) {
   for (const int revision : {0, 1}) {
     ChipOnBench bench(revision);
-    const auto dutyAfter = [&bench](Writes writes) { return bench.Write(writes), bench.Run(1), bench.Duty(0); };
-    EXPECT_EQ(dutyAfter({}), 0xC0);
-    EXPECT_EQ(dutyAfter({{0xAA, 0x20}}), 0xC0) << "still automatic: lost";
-    EXPECT_EQ(dutyAfter({{0x21, 0xF0}}), 0xC0) << "manual keeps the duty until one is written";
-    EXPECT_EQ(dutyAfter({{0xAA, 0x20}}), 0x20);
+    bench.Play("~1 d0:192 AA=20 ~1 d0:192 21=F0 ~1 d0:192 AA=20 ~1 d0:32");  // manual keeps the duty before
     EXPECT_EQ(bench.Read(0xAA), revision == 0 ? 0xDF : 0x20);
-    EXPECT_EQ(dutyAfter({{0xAA, 0x30}, {0x21, 0xF1}}), 0x30) << "a write that stays in manual keeps the last duty";
+    bench.Play("AA=30 21=F1 ~1 d0:48");  // so does a write that stays in manual
   }
 }
 
 TEST(Output, PolarityTurnsThePinOverAndNotTheDuty) {
-  ChipOnBench bench({{0x21, 0xF0}, {0x22, 0xE0}});
-  bench.Run(0.1);
-  bench.Write({{0xAA, 51}, {0xAB, 51}});
-  bench.Run(0.1);
+  ChipOnBench bench("21=F0 22=E0 ~0.1 AA=33 AB=33 ~0.1 AB:33");
   EXPECT_DOUBLE_EQ(*bench.chip.Outputs().pwmHigh[0], 0.2);
   EXPECT_DOUBLE_EQ(*bench.chip.Outputs().pwmHigh[1], 0.8);
-  EXPECT_EQ(bench.Read(0xAB), 51);
   bench.Write(0x13, 0xF4);  // pin 31 becomes GPIO 5
   EXPECT_FALSE(bench.chip.Outputs().pwmHigh[0].has_value());
 }
@@ -43,11 +31,8 @@ TEST(Output, SpinUpLastsAsLongAsItsFieldSaysUnlessTheFanAnswersFirst) {
     EXPECT_NEAR(seconds, kSeconds[field] + kTickSeconds, 0.0051) << field;
     EXPECT_EQ(bench.Duty(0), 0x40);
   }
-  for (const auto& [configuration, duty] : {std::pair{0x01, 0x40}, {0x11, 255}}) {  // fast spin-up, and not
-    ChipOnBench bench({{0x01, configuration}, {0x21, 0xF7}, {0xAA, 0x40}});
-    bench.pins.pulsesPerMinute[0] = 1200;
-    bench.Run(0.1);
-    EXPECT_EQ(bench.Duty(0), duty);
+  for (const char* steps : {"01=01 ~0.1 d0:64", "01=11 ~0.1 d0:255"}) {  // fast spin-up, and not
+    ChipOnBench("21=F7 AA=40 f0=1200").Play(steps);
   }
 }
 
@@ -73,32 +58,21 @@ TEST(Output, EnhancedAcousticsRampsOverTheTimeOfItsField) {
 }
 
 TEST(Output, ARampFromStandstillBeginsAtMinAndOneToStandstillGoesAllTheWayDown) {
-  ChipOnBench bench({{0x1A, 0x01}, {0x21, 0x10}, {0x28, 100}, {0x2C, 255}, {0x5C, Degrees(40)}, {0x60, 0x00}});
-  const auto dutyAt = [&bench](double celsius, double after) {
-    bench.Celsius(0) = celsius;
-    return bench.Run(after), bench.Duty(0);
-  };
-  EXPECT_EQ(dutyAt(30, 1), 0);
-  EXPECT_NEAR(dutyAt(42, kConversionSeconds), 100, 1);
-  EXPECT_NEAR(dutyAt(30, 5), 100 - 5 * 255.0 / 35, 3);
-  EXPECT_EQ(dutyAt(30, 15), 0);
+  ChipOnBench bench("1A=01 21=10 28=64 2C=FF 5C=68 60=00 t0=30 ~1 d0:0 t0=42");  // Tmin 40, Min 100
+  bench.Run(kConversionSeconds);
+  EXPECT_NEAR(bench.Duty(0), 100, 1);
+  bench.Play("t0=30 ~5");
+  EXPECT_NEAR(bench.Duty(0), 100 - 5 * 255.0 / 35, 3);
+  bench.Play("~15 d0:0");
 }
 
 TEST(Output, WhatGoesBeforeTheCurveSparesOffAndManualUnlessItIsForAll) {
   // Off, manual at 40, and two that follow Remote 2 far below its Tmin.
-  ChipOnBench bench({{0x21, 0x90}, {0x22, 0xF0}, {0x23, 0x50}, {0x24, 0x50}, {0xAB, 40}, {0x5E, Degrees(90)}});
-  const auto duties = [&](const std::function<void()>& cause) {
-    cause();
-    bench.Convert();
-    return std::array{bench.Duty(0), bench.Duty(1), bench.Duty(2), bench.Duty(3)};
-  };
-  EXPECT_THAT(duties([] {}), ElementsAre(0, 40, 0, 0));
-  EXPECT_THAT(duties([&] { bench.Celsius(1) = 101; }), ElementsAre(0, 40, 255, 255)) << "THERM1 asserted at 100";
-  EXPECT_THAT(duties([&] { bench.Write(0x0D, 0x03); }), ElementsAre(0, 40, 0, 0)) << "THERM does not boost";
-  EXPECT_THAT(duties([&] { bench.Write(0x12, 0x62), bench.pins.vrHot[0] = true; }), ElementsAre(0, 40, 255, 255));
-  EXPECT_THAT(duties([&] { bench.Write(0x02, 0x88); }), ElementsAre(0, 40, 0, 0)) << "VR_Hot1 does not boost";
-  EXPECT_THAT(duties([&] { bench.Write(0x02, 0xA0); }), ElementsAre(255, 255, 255, 255)) << "full speed";
-  EXPECT_THAT(duties([&] { bench.Write(0x02, 0xA2); }), ElementsAre(0, 0, 0, 0)) << "shutdown";
+  ChipOnBench bench("21=90 22=F0 23=50 24=50 AB=28 5E=9A ~ d0:0 d1:40 d2:0 d3:0");
+  bench.pins.vrHot[0] = true;
+  bench.Play("t1=101 ~ d0:0 d1:40 d2:255 d3:255 0D=03 ~ d0:0 d1:40 d2:0 d3:0");   // THERM1 asserts at 100, may boost
+  bench.Play("12=62 ~ d0:0 d1:40 d2:255 d3:255 02=88 ~ d0:0 d1:40 d2:0 d3:0");    // so may VR_Hot1
+  bench.Play("02=A0 ~ d0:255 d1:255 d2:255 d3:255 02=A2 ~ d0:0 d1:0 d2:0 d3:0");  // full speed, shutdown
 }
 
 }  // namespace

@@ -26,17 +26,9 @@ TEST(SimulatorSettings, EveryKeyIsTaken) {
   const Settings s = Parsed(
       "seed = 12345\r\nambient = -5.5  # a cold room\ntime-factor = 20\nrevision = 3\nfan-pulses = 4\nnoise = 0\n"
       "d2-connector = open\nusb = 0x58 0x5C\nsmbus = none\nfirmware = refused\nconnect-at-try = 21");
-  EXPECT_EQ(s.seed, 12345U);
-  EXPECT_EQ(s.ambientC, -5.5);
-  EXPECT_EQ(s.timeFactor, 20);
-  EXPECT_EQ(s.revision, 3);
-  EXPECT_EQ(s.fanPulses, 4);
-  EXPECT_EQ(s.noise, 0);
-  EXPECT_FALSE(s.diodeAtD2Connector);
-  EXPECT_EQ(s.usbChips, (std::vector<std::uint8_t>{0x58, 0x5C}));
-  EXPECT_TRUE(s.smbusChips.empty());
-  EXPECT_TRUE(s.firmwareRefused);
-  EXPECT_EQ(s.connectAtTry, 21);
+  EXPECT_TRUE(s.seed == 12345U && s.ambientC == -5.5 && s.timeFactor == 20 && s.revision == 3 && s.fanPulses == 4);
+  EXPECT_TRUE(s.noise == 0 && !s.diodeAtD2Connector && s.usbChips == (std::vector<std::uint8_t>{0x58, 0x5C}));
+  EXPECT_TRUE(s.smbusChips.empty() && s.firmwareRefused && s.connectAtTry == 21);
 }
 
 TEST(SimulatorSettings, AFaultKeepsItsTimesNumbersAndFilters) {
@@ -45,17 +37,11 @@ TEST(SimulatorSettings, AFaultKeepsItsTimesNumbersAndFilters) {
                              "fault at 3 supply pin 21 at 120 % on smbus\n")
                              .faults;
   ASSERT_EQ(plan.size(), 2U);
-  EXPECT_EQ(plan[0].from, 1500ms);
-  EXPECT_EQ(plan[0].until, 20s);
-  EXPECT_EQ(plan[0].count, 4);
-  EXPECT_EQ(plan[0].address, 0x89);
-  EXPECT_EQ(plan[0].request, 0xDC);
-  EXPECT_EQ(plan[0].link, Link::Usb);
-  EXPECT_EQ(plan[1].kind, FaultKind::SupplyFactor);
-  EXPECT_EQ(plan[1].pin, VoltagePin::P21);
-  EXPECT_EQ(plan[1].value, 120);
-  EXPECT_FALSE(plan[1].until.has_value());
-  EXPECT_EQ(plan[1].link, Link::Smbus);
+  const Fault &fails = plan[0], &supply = plan[1];
+  EXPECT_TRUE(fails.from == 1500ms && fails.until == 20s && fails.count == 4);
+  EXPECT_TRUE(fails.address == 0x89 && fails.request == 0xDC && fails.link == Link::Usb);
+  EXPECT_TRUE(supply.kind == FaultKind::SupplyFactor && supply.pin == VoltagePin::P21 && supply.value == 120);
+  EXPECT_TRUE(!supply.until.has_value() && supply.link == Link::Smbus);
 }
 
 TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {

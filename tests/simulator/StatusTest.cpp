@@ -1,4 +1,6 @@
 #include <optional>
+#include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -8,27 +10,13 @@ namespace zth::simulator {
 namespace {
 
 TEST(Status, EachCopyLatchesUntilItsOwnReaderHasSeenTheEndOfTheCause) {
-  ChipOnBench bench;
-  bench.Convert();
-  bench.Celsius(2) = 90;  // above the high limit of 85
-  bench.Convert();
-  EXPECT_EQ(bench.Read(0xB8), 0x08);
-  EXPECT_EQ(bench.Read(0xB8), 0x08) << "the cause stands";
-  bench.Celsius(2) = 30;
-  bench.Convert();
-  for (const int reader : {0xB8, 0xC0}) {
-    EXPECT_EQ(bench.Read(reader), 0x08);
-    EXPECT_EQ(bench.Read(reader), 0x00) << "each reader has looked for itself";
-  }
+  ChipOnBench("~ t2=90 ~ B8:08 B8:08 t2=30 ~ B8:08 B8:00 C0:08 C0:00");  // the high limit is 85
 }
 
 TEST(Status, TemperaturesAreOutOnlyBeyondTheirLimits) {
-  for (int channel = 0; channel < 4; ++channel) {
-    for (const auto& [celsius, out] : {std::pair{85.0, false}, {85.25, true}, {0.0, false}, {-0.25, true}}) {
-      ChipOnBench bench;
-      bench.Celsius(channel) = celsius;
-      bench.Convert();
-      EXPECT_EQ(bench.Read(0xC0), out ? 1 << (1 + channel) : 0) << channel << " at " << celsius;
+  for (const auto& [channel, out] : {std::pair{"t0", "02"}, {"t1", "04"}, {"t2", "08"}, {"t3", "10"}}) {
+    for (const auto& [celsius, bits] : {std::pair{"=85", "00"}, {"=85.25", out}, {"=0", "00"}, {"=-0.25", out}}) {
+      ChipOnBench(std::string(channel) + celsius + " ~ C0:" + bits);
     }
   }
 }
@@ -40,12 +28,10 @@ TEST(Status, AFanIsSlowWhenItsCountPassesTheLimitAndAStalledOneToo) {
     for (const auto& [count, slow] : {std::pair{0x10FF, false}, {0x1100, true}, {0x10FF, false}, {0, true}}) {
       bench.pins.pulsesPerMinute[static_cast<std::size_t>(fan)] = count == 0 ? 0 : 5400000.0 * 2 / count;
       bench.Run(1.2);
-      bench.Read(0xC5);  // what the count before has left
-      EXPECT_EQ(bench.Read(0xC5), slow ? 1 << fan : 0) << count;
+      EXPECT_EQ(bench.ReadAnew(0xC5), slow ? 1 << fan : 0) << count;
     }
     bench.Write(0x78 + fan, 0xFF);
-    bench.Run(0.1);
-    EXPECT_EQ(bench.ReadAnew(0xC5), 0) << "at 0xFF the limit is off";
+    bench.Play("~0.1 C5 C5:00");  // at 0xFF the limit is off
   }
 }
 
@@ -54,18 +40,15 @@ TEST(Status, ThermComparesWithHysteresisAndLetsThroughWhatIsEnabled) {
     for (int channel = 0; channel < 4; ++channel) {
       ChipOnBench bench({{0x54, 0x55}, {0x55, 0x55}, {0x0E, 0x01}, {0x0F, 0x01}, {0x0E + therm, 0x01 | 2 << channel}});
       bench.Write(0x4C + 4 * therm + channel, Degrees(70));
-      const auto driven = [&] { return bench.chip.Outputs().thermAsserted[static_cast<std::size_t>(therm)]; };
       for (const auto& [now, exceeded] :
-           {std::pair{70.0, false}, {70.25, true}, {65.25, true}, {65.0, false}, {70.0, false}, {80.0, true}}) {
+           {std::pair{70.0, 0}, {70.25, 1}, {65.25, 1}, {65.0, 0}, {70.0, 0}, {80.0, 1}}) {
         bench.Celsius(channel) = now;
         bench.Convert();
-        EXPECT_EQ(bench.ReadAnew(0xBA), exceeded ? 1 << (4 * therm + channel) : 0) << now;
-        EXPECT_EQ(driven(), exceeded);
-        EXPECT_EQ((bench.Read(0xC1) >> (3 * therm + 2)) & 1, exceeded ? 1 : 0) << "the pin's state";
+        EXPECT_EQ(bench.ReadAnew(0xBA), exceeded << (4 * therm + channel)) << now;
+        EXPECT_EQ(bench.Get('m', therm), exceeded);
+        EXPECT_EQ((bench.Read(0xC1) >> (3 * therm + 2)) & 1, exceeded) << "the pin's state";
       }
-      bench.Write(0x0E + therm, 0x01);
-      bench.Convert();
-      EXPECT_FALSE(driven());
+      bench.Play("0E=01 0F=01 ~ m0:0 m1:0");
     }
   }
 }
@@ -88,45 +71,22 @@ TEST(Status, TheOnTimeIsTheShareOfTheWindowAndHasItsLimit) {
 }
 
 TEST(Status, AlertGoesByTheMasksAndItsMode) {
-  ChipOnBench bench;
-  const auto alert = [&bench] { return bench.chip.Outputs().alert; };
-  bench.pins.volts.fill(2);
-  bench.Convert();
-  EXPECT_FALSE(alert());
-  bench.Celsius(1) = 90;
-  bench.Convert();
-  EXPECT_TRUE(alert());
-  bench.Write(0x30, 0x04);
-  EXPECT_FALSE(alert());
-  EXPECT_EQ(bench.Read(0xC0), 0x04) << "a mask holds back the pin, not the status";
-  bench.Write(0x30, 0x00);
-  bench.Celsius(1) = 30;
-  bench.Convert();
-  EXPECT_TRUE(alert()) << "held until the host has read";
-  bench.Write(0x01, 0x09);
-  EXPECT_FALSE(alert()) << "in comparator mode it follows the cause";
-  bench.Write(0x01, 0x01);
-  bench.Read(0xB8);
-  EXPECT_FALSE(alert());
+  ChipOnBench bench("v=2 ~ a:0 t1=90 ~ a:1");
+  bench.Play("30=04 a:0 C0:04 30=00");               // a mask holds back the pin, not the status
+  bench.Play("t1=30 ~ a:1 01=09 a:0 01=01 B8 a:0");  // held until the host has read, but in comparator mode
 }
 
 TEST(Status, RegulatorHeatAndAnOpenCaseShowWherePinsReportThem) {
   ChipOnBench bench;
   bench.pins.vrHot = {true, true};
   bench.pins.pin27Asserted = true;
-  bench.Convert();
-  EXPECT_EQ(bench.Read(0xC1), 0x00);
-  EXPECT_EQ(bench.Read(0xC6), 0x80);
-  bench.Write(0x14, 0x02);  // VR_Hot on pins 25 and 26, pin 27 no longer chassis intrusion
-  bench.Convert();
-  EXPECT_EQ(bench.Read(0xC1), 0xC0);
-  EXPECT_EQ(bench.ReadAnew(0xC6), 0x08) << "the pin is FANMAX now";
-  EXPECT_EQ(bench.Read(0xBE), 0x80) << "the host's copy, not read so far, has no bit for it";
-  EXPECT_EQ(bench.Read(0xBE), 0x00);
+  bench.Play("~ C1:00 C6:80");
+  // VR_Hot on pins 25 and 26, pin 27 FANMAX instead of chassis intrusion, which the host has not read so far.
+  bench.Play("14=02 ~ C1:C0 C6 C6:08 BE:80 BE:00");
 }
 
 /// Pins 1 to 4, 28, 29, 31 and 32 as GPIOs, enabled.
-constexpr Writes kGpioPins{{0x10, 0x61}, {0x13, 0x00}, {0x03, 0x01}};
+constexpr const char* kGpioPins = "10=61 13=00 03=01";
 
 TEST(Gpio, EachPinReadsOrDrivesInItsPolarity) {
   for (int gpio = 0; gpio < 8; ++gpio) {
@@ -136,7 +96,7 @@ TEST(Gpio, EachPinReadsOrDrivesInItsPolarity) {
         ChipOnBench bench(kGpioPins);
         const auto driven = [&](int pin) { return bench.chip.Outputs().gpioHigh[static_cast<std::size_t>(pin)]; };
         bench.Write(0x09 + gpio / 4, behaviour << 2 * (gpio % 4));
-        bench.pins.gpioHigh[static_cast<std::size_t>(gpio)] = level;
+        bench.Set('g', gpio, level);
         bench.Run(0.02);
         for (const bool inactive : {true, false}) {  // what is written; an input does not take it
           bench.Write(0xBF, inactive << gpio);
@@ -144,39 +104,24 @@ TEST(Gpio, EachPinReadsOrDrivesInItsPolarity) {
           EXPECT_EQ(driven(gpio), output ? std::optional(inactive != activeHigh) : std::nullopt);
           EXPECT_EQ(driven((gpio + 1) % 8), std::nullopt);
         }
-        bench.Write(0x03, 0x00);
-        bench.Run(0.02);
-        EXPECT_EQ(bench.Read(0xBF), 0);
+        bench.Play("03=00 ~0.02 BF:00");
       }
     }
   }
 }
 
 TEST(Edo, RisesOnEveryEventThatItsMaskLetsThrough) {
-  const struct {
-    int bit;
-    void (*cause)(ChipOnBench&);
-  } rows[] = {{0, [](ChipOnBench& b) { b.pins.gpioHigh[0] = false; }},
-              {3, [](ChipOnBench& b) { b.pins.gpioHigh[3] = false; }},
-              {5, [](ChipOnBench& b) { b.Write(0x07, 0x10), b.Write(0x7C, 0x01); }},
-              {6, [](ChipOnBench& b) { b.Celsius(0) = 120; }},
-              {7, [](ChipOnBench& b) { b.Write(0x6A, 0x10); }}};
-  for (const auto& row : rows) {
+  for (const auto& [bit, cause] :
+       {std::pair{0, "g0=0"}, {3, "g3=0"}, {5, "07=10 7C=01"}, {6, "t0=120"}, {7, "6A=10"}}) {
     for (int edo = 0; edo < 2; ++edo) {
       ChipOnBench bench(kGpioPins);
-      const auto asserted = [&](int which) { return bench.chip.Outputs().edo[static_cast<std::size_t>(which)]; };
-      bench.pins.volts.fill(2.0);
+      const std::string own = "e" + std::to_string(edo), other = "e" + std::to_string(1 - edo);
       bench.Write(0x16, 1 << edo);
-      bench.Convert();
-      EXPECT_FALSE(asserted(edo)) << row.bit;
-      row.cause(bench);
-      bench.Convert();
-      EXPECT_TRUE(asserted(edo)) << row.bit;
-      EXPECT_FALSE(asserted(1 - edo)) << "not enabled";
-      bench.Write(0x37 + edo, 0xFF & ~(1 << row.bit));
-      EXPECT_TRUE(asserted(edo)) << "the others masked";
-      bench.Write(0x37 + edo, 1 << row.bit);
-      EXPECT_FALSE(asserted(edo)) << row.bit;
+      bench.Play("v=2 ~ " + own + ":0 " + cause + " ~ " + own + ":1 " + other + ":0");  // the other is not enabled
+      bench.Write(0x37 + edo, 0xFF & ~(1 << bit));
+      bench.Play(own + ":1");
+      bench.Write(0x37 + edo, 1 << bit);
+      bench.Play(own + ":0");
     }
   }
 }

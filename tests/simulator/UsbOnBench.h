@@ -2,6 +2,7 @@
 
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <variant>
@@ -10,6 +11,7 @@
 
 #include "simulator/SettingsText.h"
 #include "simulator/UsbAdapter.h"
+#include "tests/simulator/Play.h"
 
 namespace zth::simulator {
 
@@ -35,6 +37,15 @@ struct Usb {
   int Write(int reg, int value, int address = 0x58) { return Ask(0xDE, address, value * 256 + reg, 0, 0); }
   int ReadPort(int address) { return Ask(0xDF, address, 0, 1, 1) == 0 ? buffer[0] : -1; }
   int Connect() { return Ask(0xDD, 0x30, 0x33, 0, 0); }
+
+  /// Steps with p a port; a failed read is -1, a write has to succeed.
+  void Play(const std::string& steps) { simulator::Play(*this, steps); }
+  void Run(double seconds) { Wait(std::chrono::milliseconds(std::lround(seconds * 1000))); }
+  void Set(char what, int n, double value) {
+    const int byte = static_cast<int>(value);
+    EXPECT_EQ(what == 'p' ? Ask(0xDF, n, byte, 0, 0) : Write(n, byte), 0);
+  }
+  double Get(char what, int n) { return what == 'p' ? ReadPort(n) : Read(n); }
 
   UsbAdapter adapter;
   std::array<std::uint8_t, 65> buffer{};

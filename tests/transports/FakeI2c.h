@@ -38,32 +38,23 @@ class FakeI2c final : public I2cSystem {
     for (const auto& [number, bus] : buses) adapters.push_back({number, bus.name, false, bus.isDisplay});
     return adapters;
   }
-  bool IsThere(int adapter) override {
-    ++looks;
-    return buses.at(adapter).isThere;
-  }
+  bool IsThere(int adapter) override { return ++looks, buses.at(adapter).isThere; }
   std::string DriverAt(int /*adapter*/, std::uint8_t /*address*/) override { return "lm75"; }
   std::string NodeOf(int adapter) override { return "/dev/i2c-" + std::to_string(adapter); }
 
   int Open(int adapter) override {
     if (buses.at(adapter).openError != 0) return -buses.at(adapter).openError;
-    ++opened;
-    return kDescriptors + adapter;
+    return ++opened, kDescriptors + adapter;
   }
-  void Close(int descriptor) override {
-    ++closed;
-    selected_.erase(descriptor);
-  }
+  void Close(int descriptor) override { ++closed, selected_.erase(descriptor); }
   int QueryAbilities(int descriptor, Abilities& abilities) override {
-    abilities = BusOf(descriptor).abilities;
-    return 0;
+    return abilities = BusOf(descriptor).abilities, 0;
   }
   int Select(int descriptor, std::uint8_t address) override {
     const Bus& bus = BusOf(descriptor);
     if (bus.held.contains(address)) return -EBUSY;
-    if (bus.selectError != 0) return -bus.selectError;
-    selected_[descriptor] = address;
-    return 0;
+    if (bus.selectError == 0) selected_[descriptor] = address;
+    return -bus.selectError;
   }
   int ReadByteData(int descriptor, std::uint8_t reg) override {
     const int error = Begin(descriptor, 'r', reg);

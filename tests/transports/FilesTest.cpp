@@ -2,7 +2,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <set>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -72,17 +71,12 @@ TEST_F(FilesTest, HostsAndDisplaysAreToldApartByTheirDevices) {
   fs::create_directory_symlink(root / "bus/i2c/drivers/lm75", root / "bus/i2c/devices/0-002c/driver");
 
   const Sysfs sysfs(root);
-  std::set<int> hosts;
-  std::set<int> displays;
-  std::string order;
+  std::string found;
   for (const Adapter& adapter : sysfs.Adapters()) {
-    order += std::to_string(adapter.number) + " ";
-    if (IsSmbusHost(adapter)) hosts.insert(adapter.number);
-    if (adapter.isDisplay) displays.insert(adapter.number);
+    found += std::to_string(adapter.number) + (IsSmbusHost(adapter) ? " host" : "") +
+             (adapter.isDisplay ? " display" : "") + ", ";
   }
-  EXPECT_EQ(order, "0 1 2 3 4 5 6 10 11 ");
-  EXPECT_THAT(hosts, ElementsAre(0, 10));
-  EXPECT_THAT(displays, ElementsAre(2, 3, 4, 5));
+  EXPECT_EQ(found, "0 host, 1, 2 display, 3 display, 4 display, 5 display, 6, 10 host, 11, ");
   EXPECT_EQ(sysfs.DriverAt(0, 0x2C), "lm75");
   EXPECT_EQ(sysfs.DriverAt(0, 0x2D), "");
   EXPECT_TRUE(sysfs.IsThere(10));
@@ -93,8 +87,7 @@ TEST_F(FilesTest, HostsAndDisplaysAreToldApartByTheirDevices) {
 TEST_F(FilesTest, TheVariableGoesBeforeTheFile) {
   const UserPlaces places{root / "smbus.conf", {}};
   std::string variable;
-  const Environment environment = [&variable](const char*) { return variable; };
-  const auto adapters = [&] { return LoadSettings(places, environment).adapters; };
+  const auto adapters = [&] { return LoadSettings(places, [&](const char*) { return variable; }).adapters; };
   EXPECT_THAT(adapters(), IsEmpty());
   Put(places.settingsFile, "adapters = 3");
   EXPECT_THAT(adapters(), ElementsAre("3"));

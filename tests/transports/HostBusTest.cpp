@@ -1,10 +1,11 @@
 #include <cerrno>
-#include <optional>
+#include <cstdint>
+#include <cstdio>
+#include <initializer_list>
 #include <sstream>
 #include <string>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,19 +17,19 @@ namespace zth::smbus {
 namespace {
 
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 class HostBusTest : public testing::Test {
  protected:
-  /// A bus with a chip at 0x2C whose register 0x3E reads `companyId`.
-  FakeI2c::Bus& AddBus(int number, std::optional<std::uint8_t> companyId = std::nullopt) {
-    FakeI2c::Bus& added = system.buses[number];
-    if (companyId) added.chips[0x2C][0x3E] = *companyId;
-    return added;
+  /// Buses from 0 on, each with a chip at 0x2C whose register 0x3E reads so, or without one at -1.
+  void AddBuses(std::initializer_list<int> companyIds) {
+    for (int number = 0; const int id : companyIds) {
+      FakeI2c::Bus& added = system.buses[number++];
+      if (id >= 0) added.chips[0x2C][0x3E] = static_cast<std::uint8_t>(id);
+    }
   }
+  FakeI2c::Bus& Bus(int number) { return system.buses[number]; }
   /// How many lines on the standard error stream hold the text.
   int Told(const std::string& text) const {
     std::istringstream lines(errors.str());
@@ -36,7 +37,26 @@ class HostBusTest : public testing::Test {
     for (std::string line; std::getline(lines, line);) count += line.find(text) != std::string::npos ? 1 : 0;
     return count;
   }
-  std::vector<std::string> TakeTransfers() { return std::exchange(system.transfers, {}); }
+  /// Reads and writes "2C r 3E" and "2C w 20=5A"; what the reads gave and, behind "on", what reached a bus since the
+  /// last time: "41 on 0:2C r 3E, 1:2C r 3E".
+  std::string Run(const std::string& text) {
+    std::istringstream words(text);
+    std::string seen;
+    for (std::string address, kind, reg; words >> address >> kind >> reg;) {
+      const auto chip = static_cast<std::uint8_t>(std::stoi(address, nullptr, 16));
+      const auto byte = static_cast<std::uint8_t>(std::stoi(reg, nullptr, 16));
+      if (kind == "w") {
+        bus.Write(chip, byte, static_cast<std::uint8_t>(std::stoi(reg.substr(3), nullptr, 16)));
+      } else {
+        char read[8];
+        std::snprintf(read, sizeof read, "%02X ", bus.Read(chip, byte));
+        seen += read;
+      }
+    }
+    seen += "on";
+    for (const std::string& transfer : std::exchange(system.transfers, {})) seen += " " + transfer + ",";
+    return seen;
+  }
 
   FakeI2c system;
   std::ostringstream errors;
@@ -45,8 +65,7 @@ class HostBusTest : public testing::Test {
 };
 
 TEST_F(HostBusTest, AddressesOfMemoryModulesAndReservedOnesNeverReachABus) {
-  AddBus(0);
-  AddBus(1);
+  AddBuses({-1, -1});
   EXPECT_EQ(bus.Read(0, 0), 0xFF);
   EXPECT_EQ(system.opened, 0) << "the program's probing read opens nothing";
   for (int address = 0; address <= 0xFF; ++address) {
@@ -55,13 +74,12 @@ TEST_F(HostBusTest, AddressesOfMemoryModulesAndReservedOnesNeverReachABus) {
     bus.Write(byte, 0x20, 0x5A);
     const bool allowed = (address >= 0x08 && address <= 0x2F) || (address >= 0x38 && address <= 0x4F) ||
                          (address >= 0x58 && address <= 0x77);
-    EXPECT_EQ(TakeTransfers().size(), allowed ? 4U : 0U) << address;
+    EXPECT_EQ(std::exchange(system.transfers, {}).size(), allowed ? 4U : 0U) << address;
   }
 }
 
 TEST_F(HostBusTest, EachAdapterIsOpenedOnceAndClosedAtTheEnd) {
-  AddBus(0, 0x41);
-  AddBus(1);
+  AddBuses({0x41, -1});
   {
     HostBus another(system, journal, Settings{});
     EXPECT_EQ(another.Read(0x2C, 0x3E), 0x41) << "without a detection before";
@@ -75,109 +93,80 @@ TEST_F(HostBusTest, EachAdapterIsOpenedOnceAndClosedAtTheEnd) {
 }
 
 TEST_F(HostBusTest, AChipStaysWithTheFirstAdapterOnWhichItAnswered) {
-  AddBus(0);
-  AddBus(1, 0x41);
-  AddBus(2, 0x99);
+  AddBuses({-1, 0x41, 0x99});
   bus.Detect();
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x41);
-  EXPECT_THAT(TakeTransfers(), ElementsAre("0:2C r 3E", "1:2C r 3E"));
-
-  system.buses[1].chips.clear();
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF) << "a lost chip is not looked for on another bus";
-  bus.Write(0x2C, 0x20, 1);
-  EXPECT_THAT(TakeTransfers(), ElementsAre("1:2C r 3E", "1:2C w 20"));
-
-  system.buses[1].chips[0x2C][0x3E] = 0x42;
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x42) << "and is read again once it is back";
+  EXPECT_EQ(Run("2C r 3E"), "41 on 0:2C r 3E, 1:2C r 3E,");
+  Bus(1).chips.clear();
+  EXPECT_EQ(Run("2C r 3E 2C w 20=01"), "FF on 1:2C r 3E, 1:2C w 20,") << "a lost chip is not looked for elsewhere";
+  Bus(1).chips[0x2C][0x3E] = 0x42;
+  EXPECT_EQ(Run("2C r 3E"), "42 on 1:2C r 3E,") << "and is read again once it is back";
 }
 
 TEST_F(HostBusTest, AWriteFindsItsChipWithoutAReadBefore) {
-  AddBus(0);
-  AddBus(1, 0x41);
-  AddBus(2, 0x41);
-  bus.Write(0x2C, 0x20, 0x5A);
-  bus.Write(0x2C, 0x21, 0xA5);
-  EXPECT_THAT(system.transfers, ElementsAre("0:2C w 20", "1:2C w 20", "1:2C w 21"));
-  EXPECT_EQ(system.buses[1].chips[0x2C][0x20], 0x5A);
-  EXPECT_EQ(system.buses[1].chips[0x2C][0x21], 0xA5);
-  EXPECT_FALSE(system.buses[2].chips[0x2C].contains(0x20));
+  AddBuses({-1, 0x41, 0x41});
+  EXPECT_EQ(Run("2C w 20=5A 2C w 21=A5"), "on 0:2C w 20, 1:2C w 20, 1:2C w 21,");
+  EXPECT_EQ(Bus(1).chips[0x2C][0x20], 0x5A);
+  EXPECT_EQ(Bus(1).chips[0x2C][0x21], 0xA5);
 }
 
 TEST_F(HostBusTest, AnAddressThatADriverHoldsIsLeftAlone) {
-  AddBus(0, 0x41).held = {0x2C};
-  AddBus(1, 0x41);
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF);
-  bus.Write(0x2C, 0x20, 1);
-  EXPECT_THAT(system.transfers, IsEmpty()) << "the address is the driver's, on the adapters behind it too";
+  AddBuses({0x41, 0x41});
+  Bus(0).held = {0x2C};
+  EXPECT_EQ(Run("2C r 3E 2C w 20=01"), "FF on") << "the address is the driver's, on the adapters behind it too";
   EXPECT_EQ(Told("i2c-0, address 0x2C: held by a kernel driver"), 1);
   EXPECT_EQ(Told("echo 0-002c | sudo tee /sys/bus/i2c/drivers/lm75/unbind"), 1);
-
-  system.buses[0].held.clear();
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x41) << "free again, read again";
-  TakeTransfers();
-  system.buses[0].held = {0x2C};
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF) << "a driver may take the address at any time";
-  EXPECT_THAT(system.transfers, IsEmpty());
+  Bus(0).held.clear();
+  EXPECT_EQ(Run("2C r 3E"), "41 on 0:2C r 3E,") << "free again, read again";
+  Bus(0).held = {0x2C};
+  EXPECT_EQ(Run("2C r 3E"), "FF on") << "a driver may take the address at any time";
 }
 
 TEST_F(HostBusTest, ABusyBusIsNoDriverAndATransferNeverFollowsAFailedSelection) {
-  AddBus(0, 0x41).transferError = EBUSY;
-  AddBus(1, 0x41);
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0x41);
+  AddBuses({0x41, 0x41});
+  Bus(0).transferError = EBUSY;
+  EXPECT_EQ(Run("2C r 3E"), "41 on 0:2C r 3E, 1:2C r 3E,");
   EXPECT_EQ(Told("held by"), 0);
   EXPECT_EQ(Told("i2c-0, address 0x2C: read of register 0x3E failed, Device or resource busy (errno 16)"), 1);
-  TakeTransfers();
   // The descriptors still point at the address before.
   for (auto& [number, each] : system.buses) each.selectError = EINVAL;
-  EXPECT_EQ(bus.Read(0x2D, 0x3E), 0xFF);
-  bus.Write(0x2D, 0x3E, 7);
-  EXPECT_THAT(system.transfers, IsEmpty());
+  EXPECT_EQ(Run("2D r 3E 2D w 3E=07"), "FF on");
 }
 
 TEST_F(HostBusTest, AFailureIsToldOnceForAnAdapterAnAddressAndAnErrno) {
-  AddBus(0, 0x41);
-  AddBus(1);
+  AddBuses({0x41, -1});
   for (int poll = 0; poll < 50; ++poll) {
-    EXPECT_EQ(bus.Read(0x2D, 0x3E), 0xFF);
-    EXPECT_EQ(bus.Read(0x2E, static_cast<std::uint8_t>(poll)), 0xFF);
-    bus.Read(0x2C, 0x3E);
+    Run("2D r 3E 2C r 3E");
+    bus.Read(0x2E, static_cast<std::uint8_t>(poll));
   }
   for (const char* where : {"i2c-0, address 0x2D:", "i2c-1, address 0x2D:", "i2c-0, address 0x2E:"}) {
     EXPECT_EQ(Told(where), 1) << where;
   }
   EXPECT_EQ(Told("address 0x2C"), 0);
-  system.buses[0].transferError = ETIMEDOUT;
-  for (int poll = 0; poll < 50; ++poll) bus.Write(0x2D, 0x20, 0);
+  Bus(0).transferError = ETIMEDOUT;
+  for (int poll = 0; poll < 50; ++poll) Run("2D w 20=00");
   EXPECT_EQ(Told("i2c-0, address 0x2D: write of register 0x20 failed, Connection timed out (errno 110)"), 1);
   EXPECT_EQ(Told("i2c-0, address 0x2D:"), 2);
 }
 
 TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
-  AddBus(0, 0x41);
-  AddBus(1).chips[0x58][0x3E] = 0x41;
-  bus.Read(0x2C, 0x3E);
-  bus.Read(0x58, 0x3E);
-  system.buses[0].transferError = ENODEV;
-  system.buses[0].isThere = false;
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF);
-  EXPECT_EQ(system.closed, 1);
-  TakeTransfers();
-  for (int poll = 0; poll < 1000; ++poll) {
-    EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF);
-    bus.Write(0x2C, 0x20, 0);
-  }
-  EXPECT_THAT(system.transfers, IsEmpty());
+  AddBuses({0x41, -1});
+  Bus(1).chips[0x58][0x3E] = 0x41;
+  Run("2C r 3E 58 r 3E");
+  Bus(0).transferError = ENODEV;
+  Bus(0).isThere = false;
+  EXPECT_EQ(Run("2C r 3E"), "FF on 0:2C r 3E,");
+  for (int poll = 0; poll < 1000; ++poll) EXPECT_EQ(Run("2C r 3E 2C w 20=00"), "FF on");
   EXPECT_EQ(system.closed, 1);
   EXPECT_EQ(Told("i2c-0 (SMBus host) has gone."), 1);
   EXPECT_EQ(Told(""), 2) << "nothing else but the search's one failure on i2c-0 for 0x58:\n" << errors.str();
-  EXPECT_EQ(bus.Read(0x58, 0x3E), 0x41) << "the other adapter goes on";
+  EXPECT_EQ(Run("58 r 3E"), "41 on 1:58 r 3E,") << "the other adapter goes on";
 }
 
 TEST_F(HostBusTest, AnAdapterThatGoesWhileItsChipAnswersIsLetGoWithinSeconds) {
-  AddBus(0, 0x41);
+  AddBuses({0x41});
   bus.Read(0x2C, 0x3E);
   system.looks = 0;
-  system.buses[0].isThere = false;
+  Bus(0).isThere = false;
   int reads = 0;
   while (bus.Read(0x2C, 0x3E) != 0xFF && reads < 1000) ++reads;
   EXPECT_LE(reads, 300) << "three seconds of polling";
@@ -186,10 +175,10 @@ TEST_F(HostBusTest, AnAdapterThatGoesWhileItsChipAnswersIsLetGoWithinSeconds) {
 }
 
 TEST_F(HostBusTest, AnAdapterWithoutByteDataTransfersIsNotUsed) {
-  AddBus(0, 0x41).abilities = {true, false};
-  AddBus(1, 0x41).abilities = {false, true};
-  EXPECT_EQ(bus.Read(0x2C, 0x3E), 0xFF);
-  EXPECT_THAT(system.transfers, IsEmpty());
+  AddBuses({0x41, 0x41});
+  Bus(0).abilities = {true, false};
+  Bus(1).abilities = {false, true};
+  EXPECT_EQ(Run("2C r 3E"), "FF on");
   EXPECT_EQ(system.closed, 2);
   EXPECT_EQ(Told("cannot do byte-data transfers"), 2);
 }
@@ -202,12 +191,13 @@ TEST_F(HostBusTest, WhatCannotBeOpenedIsToldWithItsRemedyAndTriedAgainByTheNextD
         {EMFILE, "Too many open files (errno 24)", "not used"}}) {
     HostBus another(system, journal, Settings{});
     errors.str("");
-    AddBus(4, 0x41).openError = error;
+    Bus(4).chips[0x2C][0x3E] = 0x41;
+    Bus(4).openError = error;
     another.Detect();
     EXPECT_THAT(errors.str(), AllOf(HasSubstr("i2c-4 (SMBus host): /dev/i2c-4"), HasSubstr(cause), HasSubstr(remedy)));
     EXPECT_EQ(another.Read(0x2C, 0x3E), 0xFF);
     EXPECT_EQ(Told(""), 1) << "a read does not try again: " << errors.str();
-    system.buses[4].openError = 0;
+    Bus(4).openError = 0;
     another.Detect();
     EXPECT_EQ(another.Read(0x2C, 0x3E), 0x41);
   }
@@ -217,9 +207,9 @@ TEST_F(HostBusTest, AMachineWithoutABusOrWithoutAHostIsTold) {
   bus.Detect();
   EXPECT_THAT(errors.str(), AllOf(HasSubstr("knows no SMBus or I2C adapter"), HasSubstr("sudo modprobe i2c-i801")));
   errors.str("");
-  AddBus(3).name = "Synopsys DesignWare I2C adapter";
-  AddBus(5).name = "i915 gmbus dpa";
-  system.buses[5].isDisplay = true;
+  Bus(3).name = "Synopsys DesignWare I2C adapter";
+  Bus(5).name = "i915 gmbus dpa";
+  Bus(5).isDisplay = true;
   bus.Detect();
   EXPECT_THAT(errors.str(),
               AllOf(HasSubstr("i2c-3 (Synopsys DesignWare I2C adapter), i2c-5 (i915 gmbus dpa) [a display's"),
@@ -228,8 +218,7 @@ TEST_F(HostBusTest, AMachineWithoutABusOrWithoutAHostIsTold) {
 }
 
 TEST_F(HostBusTest, TheSettingsOrderIsTheOrderOfTheSearch) {
-  AddBus(0, 0x41);
-  AddBus(1, 0x42);
+  AddBuses({0x41, 0x42});
   HostBus another(system, journal, {{"1", "0"}, "test", {"smbus.conf:1: not understood"}});
   EXPECT_EQ(another.Read(0x2C, 0x3E), 0x42);
   EXPECT_EQ(Told("smbus.conf:1: not understood"), 1);

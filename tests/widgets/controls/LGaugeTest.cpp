@@ -1,13 +1,12 @@
 #include <cmath>
-#include <functional>
+#include <string>
 #include <utility>
-#include <vector>
 
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QSignalSpy>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "tests/widgets/controls/UserInput.h"
 #include "widgets/LGauge.h"
@@ -43,11 +42,23 @@ class Gauge : public testing::Test {
     Put("PointerIndex", number);
     return gauge_.property("PointerValue").toDouble();
   }
-  QPointF Handle(int number) { return OnRim(Slider(number), number == 2 ? -2 : 2); }
-  // On the ring of the handles, so many degrees beside a value.
-  QPointF OnRim(double value, double beside = 0) {
+  // A place on the ring of the handles: "30" at a value, "L30" and "H30" where the sliders' own handles stand at it;
+  // "a170" at an angle, "mid" in the middle.
+  QPointF At(const QString& place) const {
     const DialMeasures measures(gauge_.size());
-    return OnDial(measures, gauge_.Scale().Angle(value) + beside, measures.scale + measures.handle * 0.7);
+    if (place == "mid") return measures.centre;
+    if (place[0] == 'a') return OnDial(measures, place.mid(1).toDouble(), 100);
+    const double beside = place[0] == 'L' ? -2 : place[0] == 'H' ? 2 : 0;
+    return OnDial(measures, gauge_.Scale().Angle(place.mid(beside == 0 ? 0 : 1).toDouble()) + beside,
+                  measures.scale + measures.handle * 0.7);
+  }
+  // Where the sliders stand after those steps, and how often a change has been reported.
+  std::string After(const QString& steps) {
+    Play(gauge_, steps, [this](const QString& place) { return At(place); });
+    const QVariant selected = gauge_.property("PointerIndex");
+    const QString state = QString("%1 %2 %3").arg(qRound(Slider(2))).arg(qRound(Slider(3))).arg(reports_.count());
+    Put("PointerIndex", selected);
+    return state.toStdString();
   }
 
   QWidget window_;
@@ -58,157 +69,77 @@ class Gauge : public testing::Test {
 };
 
 TEST_F(Gauge, KeepsEachNeedleAndSliderUnderItsNumber) {
-  Put("NeedleIndex", 0);
-  Put("NeedleValue", 191);
-  Put("NeedleIndex", 1);
-  Put("NeedleValue", 25.25);
   Put("Caption", " 25.25°C");
-  EXPECT_EQ(Slider(2), -20);
-  EXPECT_EQ(Slider(3), 85);
+  EXPECT_EQ(After("NeedleIndex=0 NeedleValue=191 NeedleIndex=1 NeedleValue=25.25"), "-20 85 0") << "code is no user";
   const std::pair<const char*, QVariant> kept[] = {
       {"NeedleValue", 25.25}, {"Caption", " 25.25°C"}, {"ScaleMin", -64.0}, {"ScaleMax", 191.0}, {"PointerIndex", 3}};
   for (const auto& [name, value] : kept) EXPECT_EQ(gauge_.property(name), value) << name;
   Put("NeedleIndex", 0);
   EXPECT_EQ(gauge_.property("NeedleValue").toDouble(), 191);
-  EXPECT_EQ(reports_.count(), 0) << "code is not a user";
-}
-
-TEST_F(Gauge, KeepsWhatItCannotShow) {
-  Put("PointerValue", 12000);
-  Put("ScaleMax", 100);
-  EXPECT_EQ(Slider(3), 12000);
-  DragFrom(gauge_, Handle(2), OnRim(0, -2));
-  EXPECT_EQ(Slider(3), 12000) << "the other slider is nobody's business";
 }
 
 TEST_F(Gauge, ReportsADragOnceAtItsEnd) {
-  Put("PointerIndex", 2);
   double atReport = 0;
   QObject::connect(&gauge_, &LGauge::SliderChanged, &gauge_,
                    [&] { atReport = gauge_.property("PointerValue").toDouble(); });
-  Press(gauge_, OnRim(-20, -2));
-  for (const double value : {-15.0, 0.0, 40.0, 25.5}) Drag(gauge_, OnRim(value, -2));
-  EXPECT_EQ(reports_.count(), 0);
-  Release(gauge_, OnRim(25.5, -2));
-  EXPECT_EQ(reports_.count(), 1);
-  EXPECT_NEAR(atReport, 25.5, 0.11);
+  EXPECT_EQ(After("PointerIndex=2 press@L-20 drag@L-15 drag@L0 drag@L40 drag@L25.4"), "25 85 0");
+  EXPECT_EQ(After("drop@L25.4"), "25 85 1");
+  EXPECT_NEAR(atReport, 25.4, 0.11);
   EXPECT_EQ(gauge_.property("PointerIndex").toInt(), 2) << "the code's selection stays the code's";
-  Drag(gauge_, OnRim(100));
-  EXPECT_NEAR(Slider(2), 25.5, 0.11);
+  EXPECT_EQ(After("drag@100"), "25 85 1");
 }
 
-TEST_F(Gauge, TakesHoldOnlyOfASlider) {
-  for (const QPointF& at : {OnRim(30), QPointF(120, 120), OnRim(25.25)}) DragFrom(gauge_, at, OnRim(60));
-  DragFrom(gauge_, Handle(3), Handle(3));
-  EXPECT_EQ(reports_.count(), 0) << "a click that moved nothing";
-  EXPECT_EQ(Slider(2), -20);
-  EXPECT_EQ(Slider(3), 85);
-}
-
-TEST_F(Gauge, TwoSlidersAtOneValueCanBothBeTaken) {
-  PutSlider(2, 85);
-  DragFrom(gauge_, OnRim(85, -3), OnRim(60, -3));
-  EXPECT_NEAR(Slider(2), 60, 0.6);
-  EXPECT_EQ(Slider(3), 85);
-}
-
-TEST_F(Gauge, ADragAcrossTheGapStaysAtItsEnd) {
-  Press(gauge_, Handle(3));
-  for (const double angle : {100.0, 130.0, 150.0, 170.0, -170.0, -150.0, -120.0}) {
-    Drag(gauge_, OnDial(DialMeasures(gauge_.size()), angle, 100));
-    EXPECT_GE(Slider(3), angle == 100.0 ? 155 : 180) << angle;
-  }
-  EXPECT_EQ(Slider(3), 191);
-  Release(gauge_, OnRim(-64));
-  EXPECT_EQ(reports_.count(), 1);
-}
-
-TEST_F(Gauge, EscapeAndADisappearingGaugePutTheSliderBackUnreported) {
-  const std::vector<std::pair<const char*, std::function<void()>>> ends = {
-      {"escape", [&] { KeyDown(gauge_, Qt::Key_Escape); }},
-      {"disabled", [&] { gauge_.setEnabled(false); }},
-      {"hidden", [&] { gauge_.hide(); }},
-  };
-  for (const auto& [name, end] : ends) {
-    gauge_.setEnabled(true);
-    gauge_.show();
-    Press(gauge_, Handle(3));
-    Drag(gauge_, OnRim(10));
-    EXPECT_LT(Slider(3), 20) << name;
-    end();
-    EXPECT_EQ(Slider(3), 85) << name;
-    Release(gauge_, OnRim(10));
-    EXPECT_EQ(reports_.count(), 0) << name;
-  }
-}
-
-TEST_F(Gauge, AWriteDuringADragIsWhatEscapeGoesBackTo) {
-  Press(gauge_, Handle(3));
-  Drag(gauge_, OnRim(10));
-  Put("PointerValue", 70);
-  Drag(gauge_, OnRim(20));
-  KeyDown(gauge_, Qt::Key_Escape);
-  EXPECT_EQ(Slider(3), 70);
+TEST_F(Gauge, DragsEndWhereTheyShould) {
+  const std::pair<const char*, const char*> rows[] = {
+      // Only a slider can be taken; a click that moves nothing is not reported.
+      {"pull@30>60 pull@mid>60 pull@25.25>60 pull@H85>H85", "-20 85 0"},
+      // Across the gap a slider stays at its end.
+      {"press@H85 drag@a130 drag@a150", "-20 191 0"},
+      {"drag@a170 drag@a-170 drag@a-150 drag@a-120", "-20 191 0"},
+      {"drop@-64", "-20 191 1"},
+      {"PointerValue=85 press@H85 drag@H10", "-20 10 1"},
+      {"+Esc drop@H10", "-20 85 1"},
+      {"press@H85 drag@H10 enabled=0 drop@H10 enabled=1", "-20 85 1"},
+      {"press@H85 drag@H10 visible=0 drop@H10 visible=1", "-20 85 1"},
+      {"press@H85 drag@H10 PointerValue=70 drag@H20 +Esc", "-20 70 1"},  // a write meanwhile is what it goes back to
+      // Two sliders at one value can both be taken.
+      {"PointerIndex=2 PointerValue=70 pull@L70>L60", "60 70 2"},
+      // What it cannot show it keeps; the other slider is nobody's business.
+      {"PointerIndex=3 PointerValue=12000 ScaleMax=100 pull@L60>L0", "0 12000 3"}};
+  for (const auto& [steps, state] : rows) EXPECT_EQ(After(steps), state) << steps;
 }
 
 TEST_F(Gauge, TabReachesEachSliderAndThenLeaves) {
   before_.setFocus();
-  Tap(before_, Qt::Key_Tab);
-  ASSERT_TRUE(gauge_.hasFocus());
-  EXPECT_EQ(gauge_.ActiveSlider(), 0);
-  Tap(gauge_, Qt::Key_Tab);
-  EXPECT_EQ(gauge_.ActiveSlider(), 1);
-  Tap(gauge_, Qt::Key_Tab);
-  EXPECT_TRUE(after_.hasFocus());
-  Tap(after_, Qt::Key_Backtab);
-  ASSERT_TRUE(gauge_.hasFocus());
-  EXPECT_EQ(gauge_.ActiveSlider(), 1);
-  Tap(gauge_, Qt::Key_Backtab);
-  Tap(gauge_, Qt::Key_Backtab);
-  EXPECT_TRUE(before_.hasFocus());
+  for (const auto& [key, where] :
+       {std::pair{"Tab", 0}, {"Tab", 1}, {"Tab", 3}, {"Backtab", 1}, {"Backtab", 0}, {"Backtab", 2}}) {
+    Play(*QApplication::focusWidget(), key);
+    EXPECT_EQ(before_.hasFocus() ? 2 : after_.hasFocus() ? 3 : gauge_.ActiveSlider(), where);
+    EXPECT_EQ(gauge_.hasFocus(), where < 2);
+  }
 }
 
-TEST_F(Gauge, KeysMoveByStepPageAndToTheEnds) {
+TEST_F(Gauge, KeysMoveByStepPageAndToTheEndsAndARunIsReportedOnce) {
   gauge_.setFocus(Qt::TabFocusReason);
-  const std::vector<std::pair<Qt::Key, double>> steps = {
-      {Qt::Key_Right, -19}, {Qt::Key_Up, -18},   {Qt::Key_Left, -19},  {Qt::Key_Down, -20},    {Qt::Key_PageUp, -10},
-      {Qt::Key_End, 191},   {Qt::Key_Home, -64}, {Qt::Key_Right, -63}, {Qt::Key_PageDown, -64}};
-  int expected = 0;
-  for (const auto& [key, value] : steps) {
-    Tap(gauge_, key);
-    EXPECT_EQ(Slider(2), value) << key;
-    EXPECT_EQ(reports_.count(), ++expected) << key;
-  }
-  Tap(gauge_, Qt::Key_Left);
-  EXPECT_EQ(reports_.count(), expected) << "already at the end";
-  Put("SliderStep", 2.5);
-  Tap(gauge_, Qt::Key_Right);
-  EXPECT_EQ(Slider(2), -61.5);
-}
-
-TEST_F(Gauge, ARunOfKeysIsReportedOnceWhenItEnds) {
-  gauge_.setFocus(Qt::TabFocusReason);
-  KeyDown(gauge_, Qt::Key_Right);
-  for (int i = 0; i < 5; ++i) {
-    KeyUp(gauge_, Qt::Key_Right, true);
-    KeyDown(gauge_, Qt::Key_Right, true);
-  }
-  KeyDown(gauge_, Qt::Key_Up);
-  KeyUp(gauge_, Qt::Key_Right);
-  EXPECT_EQ(reports_.count(), 0) << "a key is still held";
-  KeyUp(gauge_, Qt::Key_Up);
-  EXPECT_EQ(reports_.count(), 1);
-  EXPECT_EQ(Slider(2), -13);
-
-  KeyDown(gauge_, Qt::Key_Right);
+  const std::pair<const char*, const char*> rows[] = {
+      {"Right", "-19 85 1"},
+      {"Up", "-18 85 2"},
+      {"Left", "-19 85 3"},
+      {"Down", "-20 85 4"},
+      {"PgUp", "-10 85 5"},
+      {"End", "191 85 6"},
+      {"Home", "-64 85 7"},
+      {"Right", "-63 85 8"},
+      {"PgDown", "-64 85 9"},
+      {"Left", "-64 85 9"},  // at the end already
+      {"SliderStep=3 Right", "-61 85 10"},
+      {"SliderStep=1 +Right *Right *Right *Right +Up -Right", "-56 85 10"},  // a key is still held
+      {"-Up", "-56 85 11"},
+      {"+Right +Esc -Right", "-56 85 11"}};
+  for (const auto& [steps, state] : rows) EXPECT_EQ(After(steps), state) << steps;
+  Play(gauge_, "+Right");
   after_.setFocus();
-  EXPECT_EQ(reports_.count(), 2) << "the focus went while the key was down";
-  gauge_.setFocus(Qt::TabFocusReason);
-  KeyDown(gauge_, Qt::Key_Right);
-  KeyDown(gauge_, Qt::Key_Escape);
-  KeyUp(gauge_, Qt::Key_Right);
-  EXPECT_EQ(reports_.count(), 2);
-  EXPECT_EQ(Slider(2), -12);
+  EXPECT_EQ(After(""), "-55 85 12") << "the focus went while the key was down";
 }
 
 TEST_F(Gauge, ShowsItsSlidersApartWithoutColour) {

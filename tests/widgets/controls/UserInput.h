@@ -1,10 +1,13 @@
 #pragma once
 
-#include <initializer_list>
+#include <functional>
+#include <stdexcept>
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QMouseEvent>
+#include <QStringList>
 #include <QWheelEvent>
 #include <QWidget>
 
@@ -29,12 +32,6 @@ inline void Drag(QWidget& widget, const QPointF& to) {
 inline void Release(QWidget& widget, const QPointF& at) {
   Mouse(widget, QEvent::MouseButtonRelease, at);
 }
-/// A whole drag from one place to another.
-inline void DragFrom(QWidget& widget, const QPointF& from, const QPointF& to) {
-  Press(widget, from);
-  Drag(widget, to);
-  Release(widget, to);
-}
 
 inline void KeyDown(QWidget& widget, Qt::Key key, bool repeat = false) {
   QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, repeat);
@@ -46,16 +43,43 @@ inline void KeyUp(QWidget& widget, Qt::Key key, bool repeat = false) {
   QCoreApplication::sendEvent(&widget, &event);
 }
 
-inline void Tap(QWidget& widget, Qt::Key key) {
-  KeyDown(widget, key);
-  KeyUp(widget, key);
-}
-
 inline void Wheel(QWidget& widget, int eighths) {
   const QPointF at = QRectF(widget.rect()).center();
   QWheelEvent event(at, widget.mapToGlobal(at), {}, {0, eighths}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                     false);
   QCoreApplication::sendEvent(&widget, &event);
+}
+
+/// Plays steps that stand apart by blanks: "press@70", "drag@10", "drop@10" and "pull@70>10", all three, at places
+/// that `place` knows by name; "Right" taps a key, "+Right" holds it down, "*Right" is its repetition, "-Right" lets
+/// go; "wheel=120" turns the wheel; "enabled=0" and the like set a property.
+inline void Play(QWidget& widget, const QString& steps, const std::function<QPointF(const QString&)>& place = {}) {
+  for (const QString& step : steps.split(' ', Qt::SkipEmptyParts)) {
+    const auto key = [&](qsizetype from) { return QKeySequence(step.mid(from))[0].key(); };
+    const QString name = step.section('=', 0, 0), at = step.section('@', 1).section('>', 0, 0);
+    if (step.contains('@')) {
+      if (step[0] == 'p') Press(widget, place(at));
+      if (step.startsWith("drag")) Drag(widget, place(at));
+      if (step.startsWith("drop")) Release(widget, place(at));
+      if (!step.contains('>')) continue;
+      Drag(widget, place(step.section('>', 1)));
+      Release(widget, place(step.section('>', 1)));
+    } else if (step.contains('=')) {
+      const double value = step.section('=', 1).toDouble();
+      if (name == "wheel") {
+        Wheel(widget, static_cast<int>(value));
+      } else if (!widget.setProperty(name.toLatin1().constData(), value)) {
+        throw std::runtime_error(step.toStdString());
+      }
+    } else if (step[0] == '*') {
+      KeyUp(widget, key(1), true);
+      KeyDown(widget, key(1), true);
+    } else {
+      const int sign = step[0] == '+' || step[0] == '-' ? 1 : 0;
+      if (step[0] != '-') KeyDown(widget, key(sign));
+      if (step[0] != '+') KeyUp(widget, key(sign));
+    }
+  }
 }
 
 }  // namespace zth::tests

@@ -1,5 +1,7 @@
-#include <algorithm>
 #include <cmath>
+#include <initializer_list>
+#include <iterator>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -21,12 +23,8 @@
 namespace zth::widgets {
 namespace {
 
-class PaintCounter final : public QObject {
- public:
-  bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::Paint) ++paints;
-    return false;
-  }
+struct PaintCounter final : QObject {
+  bool eventFilter(QObject*, QEvent* event) override { return paints += event->type() == QEvent::Paint, false; }
   int paints = 0;
 };
 
@@ -63,36 +61,46 @@ class StripTest : public ::testing::Test {
     QApplication::sendPostedEvents();
     QApplication::processEvents();
   }
-  void Drag(QPoint from, QPoint to, Qt::MouseButton button, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QTest::mousePress(&strip, button, modifiers, from);
-    for (const QPoint at : {(from + to) / 2, to}) Hover(at, button, modifiers);
-    QTest::mouseRelease(&strip, button, modifiers, to);
-  }
-  void Hover(QPoint at, Qt::MouseButton held = Qt::NoButton, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QMouseEvent move(QEvent::MouseMove, at, strip.mapToGlobal(at), Qt::NoButton, held, modifiers);
+  void Hover(QPoint at, Qt::MouseButton held = Qt::NoButton) {
+    QMouseEvent move(QEvent::MouseMove, at, strip.mapToGlobal(at), Qt::NoButton, held, Qt::NoModifier);
     QApplication::sendEvent(&strip, &move);
   }
-  void Click(QPoint at, Qt::MouseButton button = Qt::LeftButton) {
-    QTest::mouseClick(&strip, button, Qt::NoModifier, at);
+  void Drag(QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mousePress(&strip, button, {}, from);
+    for (const QPoint at : {(from + to) / 2, to}) Hover(at, button);
+    QTest::mouseRelease(&strip, button, {}, to);
   }
-  void Wheel(QPoint at, int notches, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QWheelEvent wheel(at, strip.mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, modifiers, Qt::NoScrollPhase,
-                      false);
+  void Wheel(int notches, Qt::KeyboardModifiers modifiers) {
+    const QPoint at(300, 120);
+    QWheelEvent wheel(at, strip.mapToGlobal(at), {}, {0, 120 * notches}, {}, modifiers, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&strip, &wheel);
+  }
+  /// How wide the window is and what the two axes span, after a key: "100 s, 0 to 60, 0 to 12000, held".
+  std::string After(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(&strip, key, modifiers);
+    return Ranges();
+  }
+  std::string Ranges() {
+    QString text = QString("%1 s").arg(strip.XSpan(), 0, 'g', 9);
+    for (const int axis : {0, 1}) {
+      const auto range = AxisRange(axis);
+      text += QString(", %1 to %2").arg(range[0]).arg(range[1]);
+    }
+    return (text + (strip.Held() ? ", held" : "")).toStdString();
   }
   std::vector<double> AxisRange(int axis) {
     strip.SetAxisIndex(axis);
     return {strip.AxisMin(), strip.AxisMax()};
   }
   /// Pixels of the plot that are about half of a colour or more: a line's ends and slopes are softened.
-  int PixelsOf(const QColor& colour) {
+  int PixelsOf(const QColor& colour, double upperPart = 1) {
     const QImage image = strip.Picture();
     int count = 0;
-    const auto near = [&](const QColor& pixel) {
-      return pixel.saturation() > 110 && std::abs(pixel.hue() - colour.hue()) < 10;
-    };
-    for (int y = 0; y < image.height(); ++y) {
-      for (int x = 0; x < image.width() * 2 / 3; ++x) count += near(image.pixelColor(x, y)) ? 1 : 0;
+    for (int y = 0; y < image.height() * upperPart; ++y) {
+      for (int x = 0; x < image.width() * 2 / 3; ++x) {
+        const QColor pixel = image.pixelColor(x, y);
+        if (pixel.saturation() > 110 && std::abs(pixel.hue() - colour.hue()) < 10) ++count;
+      }
     }
     return count;
   }
@@ -103,18 +111,18 @@ class StripTest : public ::testing::Test {
 };
 
 TEST_F(StripTest, AnswersToEveryOperationByName) {
-  QMetaObject::invokeMethod(&strip, "PlotValue", Q_ARG(int, 0), Q_ARG(double, 25.25));
-  now += 2;
-  QMetaObject::invokeMethod(&strip, "PlotValue", Q_ARG(int, 0), Q_ARG(double, 26));
+  for (const double value : {25.25, 26.0}) {
+    QMetaObject::invokeMethod(&strip, "PlotValue", Q_ARG(int, 0), Q_ARG(double, value));
+    now += 2;
+  }
   QVariantList points;
   QMetaObject::invokeMethod(&strip, "TracePoints", Q_RETURN_ARG(QVariantList, points), Q_ARG(int, 0));
-  EXPECT_EQ(points, (QVariantList{QVariant(QVariantList{0.0, 25.25}), QVariant(QVariantList{2.0, 26.0})}));
+  EXPECT_EQ(points, (QVariantList{QVariantList{0.0, 25.25}, QVariantList{2.0, 26.0}}));
   QColor colour;
   QMetaObject::invokeMethod(&strip, "TraceColour", Q_RETURN_ARG(QColor, colour), Q_ARG(int, 2));
   EXPECT_EQ(colour, QColor(0, 255, 0));
   EXPECT_EQ(strip.property("XSpan").toDouble(), 100);
   EXPECT_EQ(strip.property("XEnd").toDouble(), 10);
-
   const std::pair<const char*, QVariant> puts[] = {
       {"LabelIndex", 6},    {"Caption", "Tach1=5400"}, {"LabelTop", 0.25F}, {"LabelTrace", 1},
       {"LabelLine", false}, {"AxisIndex", 1},          {"AxisMin", 100.0},  {"AxisMax", 200.0},
@@ -132,24 +140,18 @@ TEST_F(StripTest, AnswersToEveryOperationByName) {
 }
 
 TEST_F(StripTest, CountsTimeFromTheFirstSampleAndGivesOneFeedOneInstant) {
-  const auto times = [this](int trace) {
-    std::vector<double> at;
-    for (const QVariant& point : strip.TracePoints(trace)) at.push_back(point.toList()[0].toDouble());
-    return at;
-  };
   for (int k = 0; k < 3; ++k) {
     for (int trace = 0; trace < 3; ++trace) Feed(trace, k, 0.0005);
     now += 0.05;
   }
-  ASSERT_EQ(times(0).size(), 3U);
-  EXPECT_EQ(times(0)[0], 0);
-  EXPECT_EQ(times(1), times(0));
-  EXPECT_EQ(times(2), times(0));
+  ASSERT_EQ(strip.TracePoints(0).size(), 3);
+  EXPECT_EQ(strip.TracePoints(0)[0], (QVariantList{0.0, 0.0}));
+  for (const int trace : {1, 2}) EXPECT_EQ(strip.TracePoints(trace), strip.TracePoints(0));
   strip.PlotValue(17, 1);
   strip.PlotValue(-1, 1);
   strip.ClearData();
   Feed(0, 1, 30);
-  EXPECT_EQ(times(0), std::vector<double>{0});
+  EXPECT_EQ(strip.TracePoints(0), (QVariantList{QVariantList{0.0, 1.0}}));
 }
 
 // A scrolling chart draws only what has come in; that must not be told from drawing it all.
@@ -183,11 +185,14 @@ TEST_F(StripTest, AScrolledPictureIsTheOneThatIsDrawnAfresh) {
 TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {
   PaintCounter counter;
   strip.installEventFilter(&counter);
-  for (int i = 0; i < 1000; ++i) Feed(0, i % 60);
+  const auto feed = [this] {
+    for (int i = 0; i < 1000; ++i) Feed(0, i % 60);
+  };
+  feed();
   Paint();
   EXPECT_EQ(counter.paints, 1);
   strip.hide();
-  for (int i = 0; i < 1000; ++i) Feed(0, i % 60);
+  feed();
   EXPECT_FALSE(QApplication::instance()->findChild<QTimer*>("stripFrames")->isActive());
   Paint();
   EXPECT_EQ(counter.paints, 1);
@@ -198,28 +203,51 @@ TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {
   EXPECT_GT(PixelsOf(Qt::blue), 100) << "what came in while hidden shows";
 }
 
+TEST_F(StripTest, ASpikeOfOneSampleStaysOnThePaperAtEveryZoomOfADay) {
+  constexpr double kSpikes[] = {10, 30000.35, 86350};
+  now = 0;
+  Use({.axes = {{0, 100}}, .traces = {{.colour = Qt::magenta}}});
+  for (std::size_t i = 0, next = 0; i <= 86400 * 20; ++i) {
+    const bool spike = next < std::size(kSpikes) && now >= kSpikes[next];
+    if (spike) ++next;
+    strip.PlotXY(0, now, spike ? 98 : 2);
+    now = static_cast<double>(i) / 20;
+  }
+  const auto spikeIn = [this](double span, double end) {
+    strip.SetXSpan(span);
+    strip.SetXEnd(end);
+    return PixelsOf(Qt::magenta, 0.25) > 0;
+  };
+  for (const double at : kSpikes) {
+    for (double span = 2; span < 2 * 86400; span *= 3) {
+      for (const double place : {0.5, 0.7, 0.93}) {
+        EXPECT_TRUE(spikeIn(span, at + span * place)) << "spike at " << at << ", " << span << " s wide";
+      }
+    }
+  }
+  EXPECT_FALSE(spikeIn(1000, 20000)) << "where there is none";
+}
+
 TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndTellsHowToGetBack) {
   QSignalSpy held(&strip, &Strip::HeldChanged);
   for (int i = 0; i < 300; ++i) Feed(0, 20);
   EXPECT_NEAR(strip.XEnd(), 14.95, 1e-9);
-  Drag({300, 100}, {500, 100}, Qt::LeftButton);
+  Drag({300, 100}, {500, 100});
   EXPECT_TRUE(strip.Held());
   const double end = strip.XEnd();
   EXPECT_LT(end, 0);
   Feed(0, 20);
   EXPECT_EQ(strip.XEnd(), end);
-  QTest::keyClick(&strip, Qt::Key_End);
-  EXPECT_FALSE(strip.Held());
+  EXPECT_EQ(After(Qt::Key_End), "100 s, 0 to 60, 0 to 12000");
   EXPECT_NEAR(strip.XEnd(), 15.0, 1e-9);
   EXPECT_EQ(held.count(), 2);
-  Drag({300, 100}, {500, 100}, Qt::LeftButton);
-  Click({600, 45});  // the sign at the plot's top right
+  Drag({300, 100}, {500, 100});
+  QTest::mouseClick(&strip, Qt::LeftButton, {}, {600, 45});  // the sign at the plot's top right
   EXPECT_FALSE(strip.Held());
-  Drag({300, 100}, {500, 140}, Qt::LeftButton);
-  EXPECT_NE(AxisRange(0), (std::vector<double>{0, 60}));
-  QTest::mouseDClick(&strip, Qt::LeftButton, Qt::NoModifier, {300, 100});
-  EXPECT_FALSE(strip.Held());
-  EXPECT_EQ(AxisRange(0), (std::vector<double>{0, 60}));
+  Drag({300, 100}, {500, 140});
+  EXPECT_NE(AxisRange(0)[0], 0);
+  QTest::mouseDClick(&strip, Qt::LeftButton, {}, {300, 100});
+  EXPECT_EQ(Ranges(), "100 s, 0 to 60, 0 to 12000");
 }
 
 TEST_F(StripTest, ZoomsByWheelAboutThePointer) {
@@ -227,11 +255,11 @@ TEST_F(StripTest, ZoomsByWheelAboutThePointer) {
                                         {Qt::ControlModifier, 100, 48},
                                         {Qt::ShiftModifier, 80, 60}}) {  // what is left of X and of the upper axis
     strip.ResetRanges();
-    Wheel({300, 120}, 1, modifiers);
+    Wheel(1, modifiers);
     EXPECT_NEAR(strip.XSpan(), x, 1e-9) << modifiers;
     EXPECT_NEAR(AxisRange(0)[1] - AxisRange(0)[0], y, 1e-9) << modifiers;
-    EXPECT_EQ(AxisRange(1), (std::vector<double>{0, 12000})) << modifiers;
-    Wheel({300, 120}, -1, modifiers);
+    EXPECT_EQ(AxisRange(1)[1], 12000) << modifiers;
+    Wheel(-1, modifiers);
     EXPECT_NEAR(strip.XSpan(), 100, 1e-6) << modifiers;
     EXPECT_NEAR(strip.XEnd(), 10, 0.3) << modifiers << ": the point under the pointer stays";
     EXPECT_NEAR(AxisRange(0)[1], 60, 0.3) << modifiers;
@@ -239,37 +267,27 @@ TEST_F(StripTest, ZoomsByWheelAboutThePointer) {
 }
 
 TEST_F(StripTest, ZoomsByHandlesAndBoxAndKeys) {
-  Drag({10, 32}, {10, 132}, Qt::LeftButton);  // the arrow at the upper zone's top
+  Drag({10, 32}, {10, 132});  // the arrow at the upper zone's top
   EXPECT_GT(AxisRange(0)[1], 80);
   EXPECT_EQ(AxisRange(0)[0], 0);
   strip.ResetRanges();
   Drag({200, 60}, {400, 160}, Qt::RightButton);
   EXPECT_LT(strip.XSpan(), 50);
   EXPECT_LT(AxisRange(0)[1] - AxisRange(0)[0], 40);
-  EXPECT_EQ(AxisRange(1), (std::vector<double>{0, 12000}));
+  EXPECT_EQ(AxisRange(1)[1], 12000);
   EXPECT_EQ(strip.findChild<QMenu*>(), nullptr) << "a box is no click";
-  QTest::keyClick(&strip, Qt::Key_Home);
-  EXPECT_EQ(strip.XSpan(), 100);
-  EXPECT_EQ(AxisRange(0), (std::vector<double>{0, 60}));
-
-  QTest::keyClick(&strip, Qt::Key_Plus);
-  EXPECT_EQ(strip.XSpan(), 75);
-  EXPECT_FALSE(strip.Held()) << "keys keep a live chart live";
-  EXPECT_EQ(AxisRange(0), (std::vector<double>{7.5, 52.5}));
-  QTest::keyClick(&strip, Qt::Key_Minus, Qt::ControlModifier);
-  EXPECT_EQ(strip.XSpan(), 75);
-  EXPECT_EQ(AxisRange(0), (std::vector<double>{0, 60}));
-  QTest::keyClick(&strip, Qt::Key_Up);
-  EXPECT_EQ(AxisRange(0), (std::vector<double>{6, 66}));
-  QTest::keyClick(&strip, Qt::Key_Left);
-  EXPECT_TRUE(strip.Held());
+  EXPECT_EQ(After(Qt::Key_Home), "100 s, 0 to 60, 0 to 12000");
+  EXPECT_EQ(After(Qt::Key_Plus), "75 s, 7.5 to 52.5, 1500 to 10500") << "keys keep a live chart live";
+  EXPECT_EQ(After(Qt::Key_Minus, Qt::ControlModifier), "75 s, 0 to 60, 0 to 12000");
+  EXPECT_EQ(After(Qt::Key_Up), "75 s, 6 to 66, 1200 to 13200");
+  EXPECT_EQ(After(Qt::Key_Left), "75 s, 6 to 66, 1200 to 13200, held");
 }
 
 TEST_F(StripTest, MovesTheZonesByTheirBorderAndTellsTheWindow) {
   QSignalSpy layout(&strip, &Strip::Strip2_LayoutChanged);
   strip.SetAxisIndex(1);
   EXPECT_DOUBLE_EQ(strip.AxisAreaTop(), 0.53);
-  Drag({300, 256}, {300, 200}, Qt::LeftButton);
+  Drag({300, 256}, {300, 200});
   EXPECT_LT(strip.AxisAreaTop(), 0.45);
   ASSERT_GE(layout.count(), 1);
   EXPECT_EQ(layout[0][0].toInt(), 3);
@@ -287,7 +305,7 @@ TEST_F(StripTest, AClickOnALegendEntryHidesItsTrace) {
   for (const bool shown : {true, false, true}) {
     EXPECT_EQ(strip.TraceVisible(0), shown);
     EXPECT_EQ(PixelsOf(Qt::blue) == 0, !shown);
-    Click({770, 36});
+    QTest::mouseClick(&strip, Qt::LeftButton, {}, {770, 36});
   }
 }
 
@@ -310,10 +328,8 @@ TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataGoOn) {
 
 TEST_F(StripTest, FitsAnAxisToWhatIsInSight) {
   for (int i = 0; i < 100; ++i) Feed(0, 20 + i % 11);
-  strip.FitAxis(0);
-  EXPECT_EQ(AxisRange(0), (std::vector<double>{19, 31}));
-  strip.FitAxis(1);
-  EXPECT_EQ(AxisRange(1), (std::vector<double>{0, 12000})) << "nothing to fit to";
+  for (const int axis : {0, 1}) strip.FitAxis(axis);
+  EXPECT_EQ(Ranges(), "100 s, 19 to 31, 0 to 12000") << "nothing to fit the second one to";
 }
 
 TEST_F(StripTest, OffersCopiesAndFilesInItsMenu) {
@@ -322,7 +338,7 @@ TEST_F(StripTest, OffersCopiesAndFilesInItsMenu) {
     Feed(0, 25.25 + k);
     if (k == 1) strip.PlotValue(1, 31);
   }
-  Click({300, 120}, Qt::RightButton);
+  QTest::mouseClick(&strip, Qt::RightButton, {}, {300, 120});
   auto* menu = strip.findChild<QMenu*>("mnuStrip");
   ASSERT_NE(menu, nullptr);
   const auto pick = [&](const char* name) {
@@ -359,25 +375,20 @@ TEST_F(StripTest, DrawsPathsInTheOrderOfAddingWithPensAndDots) {
                   {.colour = Qt::blue, .style = Qt::DashLine}};
   setup.labels = {{.slot = 1, .text = "Local", .trace = 0}};
   Use(setup);
-  // A step down to the left: no function of x.
-  for (const QPointF& point : {QPointF(60, 20), QPointF(60, 80), QPointF(0, 80), QPointF(0, 20)}) {
-    strip.PlotXY(0, point.x(), point.y());
-  }
+  const auto plot = [this](int trace, std::initializer_list<QPointF> points) {
+    for (const QPointF& point : points) strip.PlotXY(trace, point.x(), point.y());
+  };
+  plot(0, {{60, 20}, {60, 80}, {0, 80}, {0, 20}});  // a step down to the left: no function of x
   EXPECT_EQ(strip.TracePoints(0)[2], QVariant(QVariantList{0.0, 80.0}));
-  EXPECT_EQ(strip.XSpan(), 160);
-  EXPECT_EQ(strip.XEnd(), 120);
+  EXPECT_TRUE(strip.XSpan() == 160 && strip.XEnd() == 120);
   const int path = PixelsOf(Qt::red);
   EXPECT_GT(path, 600);
-  strip.PlotXY(1, 30, 50);
-  strip.PlotXY(1, 30, 50);
+  plot(1, {{30, 50}, {30, 50}});
   const int dot = PixelsOf(Qt::red) - path;
-  EXPECT_GT(dot, 35);
-  EXPECT_LT(dot, 100);
-  strip.PlotXY(2, -30, 100);
-  strip.PlotXY(2, 110, 100);
+  EXPECT_TRUE(dot > 35 && dot < 100) << dot;
+  plot(2, {{-30, 100}, {110, 100}});
   const int dashed = PixelsOf(Qt::blue);
-  EXPECT_GT(dashed, 100);
-  EXPECT_LT(dashed, 450) << "a dashed line has gaps";
+  EXPECT_TRUE(dashed > 100 && dashed < 450) << dashed << ": a dashed line has gaps";
   strip.SetTraceVisible(0, false);
   EXPECT_EQ(PixelsOf(Qt::red), 0) << "the dot goes with its trace";
   strip.SetTraceVisible(0, true);

@@ -13,62 +13,43 @@ using Column = TraceHistory::Column;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-/// The span of the samples alone, for comparison.
-std::vector<Column> TrueColumns(const std::vector<TraceHistory::Point>& points, std::int64_t first, double width,
-                                std::size_t count) {
-  std::vector<Column> columns(count);
-  for (const auto& point : points) {
-    const double at = std::floor(point.x / width) - static_cast<double>(first);
-    if (at < 0 || at >= static_cast<double>(count)) continue;
-    Column& column = columns[static_cast<std::size_t>(at)];
-    column.lo = std::min(column.lo, static_cast<float>(point.y));
-    column.hi = std::max(column.hi, static_cast<float>(point.y));
-  }
-  return columns;
-}
-
-struct Walk {
+TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneFurtherThanTheNextOne) {
   TraceHistory history;
   std::vector<TraceHistory::Point> points;
-};
-
-Walk RandomWalk(std::size_t samples, double period) {
-  Walk walk;
   std::mt19937 random(7);
   std::normal_distribution<double> step(0, 1);
-  std::uniform_real_distribution<double> jitter(0.5, 1.5);
-  for (double x = 0, y = 0; walk.points.size() < samples; x += period * jitter(random)) {
-    walk.points.push_back({x, y += step(random)});
-    walk.history.Append(x, y);
+  std::uniform_real_distribution<double> period(0.025, 0.075);
+  for (TraceHistory::Point next{}; points.size() < 400000; next.x += period(random)) {
+    next.y += step(random);
+    points.push_back(next);
+    history.Append(next.x, next.y);
   }
-  return walk;
-}
-
-TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneFurtherThanTheNextOne) {
-  const Walk walk = RandomWalk(400000, 0.05);
-  const double length = walk.points.back().x;
+  const double length = points.back().x;
   struct Row {
-    const char* name;
     double begin, end;  // of the walk's length
     std::size_t columns;
   };
-  for (const Row& row :
-       {Row{"everything", 0, 1, 800}, Row{"the last part", 0.9, 1.0, 800}, Row{"past both ends", -0.5, 1.5, 800},
-        Row{"across the end of the samples", 0.8, 0.9, 200}, Row{"the newest samples", 0.999, 1.0001, 300},
-        Row{"a wide screen", 0, 1, 3840}, Row{"few columns", 0.2, 0.95, 10}}) {
+  for (const Row& row : {Row{0, 1, 800}, Row{0.9, 1, 800}, Row{-0.5, 1.5, 800}, Row{0.8, 0.9, 200},
+                         Row{0.999, 1.0001, 300}, Row{0, 1, 3840}, Row{0.2, 0.95, 10}}) {
+    SCOPED_TRACE(testing::Message() << row.begin << " to " << row.end << " in " << row.columns);
     const double width = length * (row.end - row.begin) / static_cast<double>(row.columns);
     const auto first = static_cast<std::int64_t>(std::floor(length * row.begin / width));
-    std::vector<Column> shown(row.columns);
-    EXPECT_LE(walk.history.Columns(first, width, shown), 12 * row.columns + 64);
-    const std::vector<Column> wide = TrueColumns(walk.points, first - 1, width, shown.size() + 2);
+    std::vector<Column> shown(row.columns), exact(row.columns + 2);  // the span of the samples alone, one column wider
+    EXPECT_LE(history.Columns(first, width, shown), 12 * row.columns + 64);
+    for (const auto& point : points) {
+      const double at = std::floor(point.x / width) - static_cast<double>(first) + 1;
+      if (at < 0 || at >= static_cast<double>(exact.size())) continue;
+      Column& column = exact[static_cast<std::size_t>(at)];
+      column = {std::min(column.lo, static_cast<float>(point.y)), std::max(column.hi, static_cast<float>(point.y))};
+    }
     for (std::size_t i = 0; i < shown.size(); ++i) {
-      const Column& exact = wide[i + 1];
-      if (exact.Empty()) continue;
-      ASSERT_TRUE(shown[i].lo <= exact.lo && shown[i].hi >= exact.hi) << row.name << ", column " << i;
+      const Column &before = exact[i], &own = exact[i + 1], &after = exact[i + 2];
+      if (own.Empty()) continue;
+      ASSERT_TRUE(shown[i].lo <= own.lo && shown[i].hi >= own.hi) << "column " << i;
       // A join to a neighbour that holds no sample reaches beyond: those are checked by the drawing tests.
-      if (wide[i].Empty() || wide[i + 2].Empty()) continue;
-      ASSERT_GE(shown[i].lo, std::min({wide[i].lo, exact.lo, wide[i + 2].lo}) - 1e-3F) << row.name << ", column " << i;
-      ASSERT_LE(shown[i].hi, std::max({wide[i].hi, exact.hi, wide[i + 2].hi}) + 1e-3F) << row.name << ", column " << i;
+      if (before.Empty() || after.Empty()) continue;
+      ASSERT_GE(shown[i].lo, std::min({before.lo, own.lo, after.lo}) - 1e-3F) << "column " << i;
+      ASSERT_LE(shown[i].hi, std::max({before.hi, own.hi, after.hi}) + 1e-3F) << "column " << i;
     }
   }
 }
