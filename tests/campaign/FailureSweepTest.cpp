@@ -184,28 +184,30 @@ TEST_P(FailureSweep, EveryTransferOfEveryActionEndsTheProgramInOrder) {
         const auto entry = std::ranges::find(shell::kMenuEntries, window, &shell::MenuEntry::window);
         desk.Main().findChild<QAction*>(entry->name)->trigger();
       });
-  std::vector<std::vector<std::vector<std::string>>> ways;  // of each page and control
+  struct Spot {
+    int page;
+    std::size_t control, way;
+    std::string name;  ///< empty where time alone passes
+  };
+  std::vector<Spot> spots;
   {
     Program program(byte);
     program.desk.Start();
     for (int page = 0; page < Pages(program.desk.Open(window.c_str())); ++page) {
-      auto& controls = ways.emplace_back();
-      for (QWidget* control : OperableControls(OnPage(program.desk, window, page))) {
-        auto& names = controls.emplace_back();
-        for (const Way& way : WaysToOperate(*control)) names.push_back(way.name);
+      spots.push_back({page, 0, 0, ""});
+      const auto controls = OperableControls(OnPage(program.desk, window, page));
+      for (std::size_t control = 0; control < controls.size(); ++control) {
+        std::size_t at = 0;
+        for (const Way& way : WaysToOperate(*controls[control])) spots.push_back({page, control, at++, way.name});
       }
     }
   }
-  for (std::size_t page = 0; page < ways.size(); ++page) {
-    const auto reach = [&](Desk& desk) { OnPage(desk, window, static_cast<int>(page)); };
-    sweep("time on page " + std::to_string(page), reach, LetJobsRun);
-    for (std::size_t control = 0; control < ways[page].size(); ++control) {
-      for (std::size_t way = 0; way < ways[page][control].size(); ++way) {
-        sweep(ways[page][control][way], reach, [&](Desk& desk) {
-          WaysToOperate(*OperableControls(*desk.Main().FindWindow(window.c_str())).at(control)).at(way).act();
-        });
-      }
-    }
+  for (const Spot& spot : spots) {
+    const Step operate = [&](Desk& desk) {
+      WaysToOperate(*OperableControls(*desk.Main().FindWindow(window.c_str())).at(spot.control)).at(spot.way).act();
+    };
+    sweep(
+        spot.name, [&](Desk& desk) { OnPage(desk, window, spot.page); }, spot.name.empty() ? LetJobsRun : operate);
   }
   for (const Sequence& row : kSequences) {
     if (row.window != window) continue;

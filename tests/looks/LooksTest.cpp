@@ -39,24 +39,84 @@ bool Scrolls(const QScrollBar* bar) {
   return bar->maximum() > bar->minimum();
 }
 
+/// Everything of the window's frame can be scrolled to, and what takes the focus comes in sight by itself.
+void ExpectReach(windows::ChildWindow& window, const QMdiArea& area, const std::string& where) {
+  const QRect frame = window.parentWidget()->geometry();
+  const QRect room = area.viewport()->rect();
+  const QScrollBar& across = *area.horizontalScrollBar();
+  const QScrollBar& down = *area.verticalScrollBar();
+  const QRect reach = room.adjusted(across.minimum() - across.value(), down.minimum() - down.value(),
+                                    across.maximum() - across.value(), down.maximum() - down.value());
+  EXPECT_TRUE(reach.contains(frame)) << where;
+  for (auto* control : window.findChildren<QWidget*>()) {
+    if (!control->isVisible() || !control->isEnabled() || (control->focusPolicy() & Qt::TabFocus) == 0) continue;
+    if (QWidget* before = QApplication::focusWidget()) before->clearFocus();
+    control->setFocus(Qt::TabFocusReason);
+    ASSERT_NE(QApplication::focusWidget(), nullptr) << where;
+    const QWidget& focus = *QApplication::focusWidget();
+    const QRect place(focus.mapTo(area.viewport(), QPoint(0, 0)), focus.size().boundedTo(room.size()));
+    EXPECT_TRUE(room.contains(place)) << where << ": " << control->objectName().toStdString() << " is out of sight";
+  }
+}
+
 /// Looks at a widget and everything in it as a user does: each visible widget is drawn, and the texts that it draws are
 /// caught. It finds texts that are cut, elided, too small beside the application's font or drawn over one another,
 /// widgets that cover a neighbour, stick out of their parent or are smaller than they can be, and lists whose widest
 /// item is wider than they are. What scrolls may hold more than it shows.
-class Audit {
- public:
-  Audit() = default;
-  Audit(const Audit&) = delete;
-  Audit& operator=(const Audit&) = delete;
+class Looks : public ::testing::TestWithParam<std::string> {
+ protected:
+  ~Looks() override {
+    QApplication::setFont(font_);
+    QApplication::setPalette(palette_);
+    EXPECT_GT(texts_, 0);
+    // Each fault is told once, at the first place that showed it.
+    for (const auto& [fault, where] : faults_) ADD_FAILURE() << fault << " [" << where << "]";
+  }
+
+  void Dress(int fontPercent, bool dark) {
+    QFont font = font_;
+    font.setPointSizeF(font.pointSizeF() * fontPercent / 100);
+    QApplication::setFont(font);
+    QApplication::setPalette(dark ? DarkPalette() : palette_);
+  }
+
   void Look(const QWidget& root, const std::string& where) {
     where_ = where;
     LookAt(const_cast<QWidget&>(root));
   }
 
-  /// Each fault is told once, at the first place that showed it.
-  ~Audit() {
-    EXPECT_GT(texts_, 0);
-    for (const auto& [fault, where] : faults_) ADD_FAILURE() << fault << " [" << where << "]";
+  void LookAtWindow(int percent, bool dark) {
+    Dress(percent, dark);
+    SimulatedDesk board;
+    Desk& desk = board.desk;
+    desk.Start();
+    desk.Main().showNormal();
+    desk.Main().resize(kSmallScreen);
+    QApplication::setActiveWindow(&desk.Main());
+    auto& window = desk.Open(GetParam().c_str());
+    desk.Advance(2000);
+    EXPECT_EQ(desk.Main().size(), kSmallScreen);
+    EXPECT_EQ(desk.Main().devicePixelRatio(), qEnvironmentVariable("QT_SCALE_FACTOR", "1").toDouble());
+    const auto& area = Desk::Get<QMdiArea>(desk.Main(), "MDIForm");
+    if (percent < 200) {
+      EXPECT_TRUE(area.viewport()->rect().contains(window.parentWidget()->geometry())) << percent << " %";
+    }
+    const std::string how = " at " + std::to_string(percent) + (dark ? " %, dark" : " %");
+    const auto look = [&](const std::string& page) {
+      Look(desk.Main(), page + how);
+      ExpectReach(window, area, page + how);
+    };
+    ForEachPage(window, look);
+    window.parentWidget()->showMaximized();
+    Desk::Settle();
+    look(GetParam() + ", maximised");
+    window.parentWidget()->showNormal();
+    window.parentWidget()->resize(window.parentWidget()->minimumSizeHint());
+    ForEachPage(window, [&](const std::string& page) { Look(desk.Main(), page + how + ", smallest"); });
+    if (dynamic_cast<windows::ConfigWindow*>(&window) == nullptr) return;
+    // Again with every control marked as changed, in heavier type.
+    ChangeEach(window);
+    ForEachPage(window, look);
   }
 
  private:
@@ -127,106 +187,27 @@ class Audit {
   std::string where_;
   std::map<std::string, std::string> faults_;
   int texts_ = 0;
-};
-
-/// The application's font and palette for as long as it lives.
-class Appearance {
- public:
-  Appearance(int fontPercent, bool dark) {
-    QFont font = font_;
-    font.setPointSizeF(font.pointSizeF() * fontPercent / 100);
-    QApplication::setFont(font);
-    if (dark) QApplication::setPalette(DarkPalette());
-  }
-  ~Appearance() {
-    QApplication::setFont(font_);
-    QApplication::setPalette(palette_);
-  }
-  Appearance(const Appearance&) = delete;
-  Appearance& operator=(const Appearance&) = delete;
-
- private:
-  QFont font_ = QApplication::font();
-  QPalette palette_ = QApplication::palette();
-};
-
-/// Everything of the window's frame can be scrolled to, and what takes the focus comes in sight by itself.
-void ExpectReach(windows::ChildWindow& window, const QMdiArea& area, const std::string& where) {
-  const QRect frame = window.parentWidget()->geometry();
-  const QRect room = area.viewport()->rect();
-  const QScrollBar& across = *area.horizontalScrollBar();
-  const QScrollBar& down = *area.verticalScrollBar();
-  const QRect reach = room.adjusted(across.minimum() - across.value(), down.minimum() - down.value(),
-                                    across.maximum() - across.value(), down.maximum() - down.value());
-  EXPECT_TRUE(reach.contains(frame)) << where;
-  for (auto* control : window.findChildren<QWidget*>()) {
-    if (!control->isVisible() || !control->isEnabled() || (control->focusPolicy() & Qt::TabFocus) == 0) continue;
-    if (QWidget* before = QApplication::focusWidget()) before->clearFocus();
-    control->setFocus(Qt::TabFocusReason);
-    ASSERT_NE(QApplication::focusWidget(), nullptr) << where;
-    const QWidget& focus = *QApplication::focusWidget();
-    const QRect place(focus.mapTo(area.viewport(), QPoint(0, 0)), focus.size().boundedTo(room.size()));
-    EXPECT_TRUE(room.contains(place)) << where << ": " << control->objectName().toStdString() << " is out of sight";
-  }
-}
-
-class Looks : public ::testing::TestWithParam<std::string> {
- protected:
-  void Look(int percent, bool dark) {
-    const Appearance appearance(percent, dark);
-    SimulatedDesk board;
-    Desk& desk = board.desk;
-    desk.Start();
-    desk.Main().showNormal();
-    desk.Main().resize(kSmallScreen);
-    QApplication::setActiveWindow(&desk.Main());
-    auto& window = desk.Open(GetParam().c_str());
-    desk.Advance(2000);
-    EXPECT_EQ(desk.Main().size(), kSmallScreen);
-    EXPECT_EQ(desk.Main().devicePixelRatio(), qEnvironmentVariable("QT_SCALE_FACTOR", "1").toDouble());
-    const auto& area = Desk::Get<QMdiArea>(desk.Main(), "MDIForm");
-    if (percent < 200) {
-      EXPECT_TRUE(area.viewport()->rect().contains(window.parentWidget()->geometry())) << percent << " %";
-    }
-    const std::string how = " at " + std::to_string(percent) + (dark ? " %, dark" : " %");
-    const auto look = [&](const std::string& page) {
-      audit_.Look(desk.Main(), page + how);
-      ExpectReach(window, area, page + how);
-    };
-    ForEachPage(window, look);
-    window.parentWidget()->showMaximized();
-    Desk::Settle();
-    look(GetParam() + ", maximised");
-    window.parentWidget()->showNormal();
-    window.parentWidget()->resize(window.parentWidget()->minimumSizeHint());
-    ForEachPage(window, [&](const std::string& page) { audit_.Look(desk.Main(), page + how + ", smallest"); });
-    if (dynamic_cast<windows::ConfigWindow*>(&window) == nullptr) return;
-    // Again with every control marked as changed, in heavier type.
-    ChangeEach(window);
-    ForEachPage(window, look);
-  }
-
-  Audit audit_;
+  const QFont font_ = QApplication::font();
+  const QPalette palette_ = QApplication::palette();
 };
 
 TEST_P(Looks, NothingIsCutOrCoveredAndAllComesInSight) {
   for (const int percent : {100, 150, 200}) {
-    for (const bool dark : {false, true}) Look(percent, dark);
+    for (const bool dark : {false, true}) LookAtWindow(percent, dark);
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, Looks, ::testing::ValuesIn(EveryWindow()), WindowOf);
 
-TEST(Looks, TheSplashShowsEveryStep) {
-  Audit audit;
+TEST_F(Looks, TheSplashShowsEveryStep) {
   for (const int percent : {100, 150, 200}) {
-    const Appearance appearance(percent, false);
+    Dress(percent, false);
     shell::frmSplash splash;
     splash.show();
     splash.ShowProgress();
     splash.SetStep("Downloading Firmware...");
     Desk::Settle();
-    audit.Look(splash, "at " + std::to_string(percent) + " %");
+    Look(splash, "at " + std::to_string(percent) + " %");
   }
 }
 

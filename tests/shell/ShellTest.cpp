@@ -1,6 +1,4 @@
 #include <QAction>
-#include <QApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -101,23 +99,6 @@ TEST_F(MainWindow, EveryCommandHasItsNameItsTipAndAShortcutOfItsOwn) {
   EXPECT_EQ(tips.join('|'),
             "Save/Recall Configuration|Fan Configuration|Graphs|Register Map|On-board Switches|General "
             "Configuration|GPIO|Heaters|Automatic Fan Control|Limits/Interrupts");
-}
-
-TEST_F(MainWindow, EachMenuOpensAtTheFirstPressOfItsKey) {
-  QApplication::setActiveWindow(&desk.Main());
-  desk.Open("frmHeaters");
-  const auto press = [this](const QKeySequence& keys) {
-    Desk::Settle();
-    QTest::keySequence(&desk.Main(), keys);
-    Desk::Settle();
-  };
-  for (const shell::Menu& menu : shell::kMenus) {
-    press(QKeySequence::mnemonic(menu.caption));
-    QWidget* popup = QApplication::activePopupWidget();
-    ASSERT_NE(popup, nullptr) << menu.caption << ": another control has its key";
-    EXPECT_EQ(popup->objectName(), menu.name);
-    popup->close();
-  }
 }
 
 TEST_F(MainWindow, AnEntryOpensItsWindowOnceAndBringsItBack) {

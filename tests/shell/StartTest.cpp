@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
-#include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
@@ -84,8 +83,6 @@ TEST(Start, FillsTheSharedTables) {
   EXPECT_EQ(link::PwmManual, (std::array{false, false, true, false, false}));
   EXPECT_EQ((std::array<int, 4>{chip::TachClock, chip::PollPeriodMs, windows::GraphPeriodMs, windows::LogPeriodMs}),
             (std::array{90000, 100, 50, 100}));
-  EXPECT_EQ(chip::RegisterTable[175].Name, "1.5V1 (3GIO) High Limit");
-  EXPECT_EQ(chip::VoltageName[20], "VBatt");
   EXPECT_TRUE(chip::PinFunctions.D1);
 }
 
