@@ -33,7 +33,7 @@ class RandomUser {
  private:
   template <typename List>
   auto& OneOf(List& list) {
-    return list[static_cast<std::size_t>(Below(static_cast<int>(std::size(list))))];
+    return *std::next(std::begin(list), Below(static_cast<int>(std::size(list))));
   }
   QPoint AnyPoint() { return {Below(control_->width()), Below(control_->height())}; }
   static void Tell(const std::string& what) {

@@ -2,6 +2,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QSet>
 #include <QTest>
 #include <QToolBar>
