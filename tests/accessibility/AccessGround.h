@@ -5,32 +5,64 @@
 #include <vector>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QWidget>
 #include <gtest/gtest.h>
 
 #include "tests/support/Desk.h"
+#include "tests/support/EveryWindow.h"
+
+// Of Qt's own parts, as far as they are needed to switch accessibility on without a desktop that asks for it: there is
+// no public way, and while it is off no change is told.
+class QPlatformAccessibility {
+ public:
+  void setActive(bool active);
+};
+class QPlatformIntegration {
+ public:
+  QPlatformAccessibility* accessibility() const;
+};
+class QGuiApplicationPrivate {
+ public:
+  static QPlatformIntegration* platform_integration;
+};
 
 namespace zth::testing {
 
 /// Every window and frmMain, one a case, on a chip that keeps few controls disabled.
 class Access : public ::testing::TestWithParam<std::string> {
  protected:
-  void SetUp() override;
+  void SetUp() override {
+    QGuiApplicationPrivate::platform_integration->accessibility()->setActive(true);
+    auto& chip = desk.board.usbChips[0x58];
+    chip[0x10] = 0x1F;  // no pin is taken from a GPIO
+    chip[0x09] = 0x02;  // GPIO 1 is an output
+    chip[0x21] = 0xE0;  // PWM1 is in manual mode
+    desk.Start();
+    desk.Main().resize(1366, 768);
+    desk.Main().show();
+    QApplication::setActiveWindow(&desk.Main());
+  }
 
   /// Calls `visit` on each page of the window as it shows. frmMain's page leaves out its child windows.
-  void EachPage(const std::function<void(QWidget& root, const std::string& page)>& visit);
+  void EachPage(const std::function<void(QWidget& root, const std::string& page)>& visit) {
+    if (GetParam() == "frmMain") {
+      visit(desk.Main(), "frmMain");
+      return;
+    }
+    auto& window = desk.Open(GetParam().c_str());
+    Desk::Settle();
+    ForEachPage(window, [&](const std::string& page) { visit(window, page); });
+  }
 
   Desk desk;
 };
 
 /// The names of all windows, frmMain first.
-std::vector<std::string> AllWindows();
-std::string NameOfCase(const ::testing::TestParamInfo<std::string>& row);
-
-/// The visible widgets of a page, without what stands in frmMain's area of child windows.
-std::vector<QWidget*> Shown(QWidget& root);
-
-/// For the messages: the class and objectName of a widget, or of the first of its parents that has one.
-std::string Told(const QWidget& widget);
+inline std::vector<std::string> AllWindows() {
+  std::vector<std::string> names = EveryWindow();
+  names.insert(names.begin(), "frmMain");
+  return names;
+}
 
 }  // namespace zth::testing

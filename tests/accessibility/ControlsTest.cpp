@@ -161,7 +161,7 @@ TEST_F(AccessControls, BitsFlipLampsTellAndLinksLead) {
 
 TEST_F(AccessControls, AKeyLeadsToTheDevicesFromAnyWindow) {
   Find("frmFanConfig", "txtMaxPWM").setFocus();
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_D, Qt::ControlModifier);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_F2);
   EXPECT_TRUE(Desk::Get<QWidget>(desk.Main(), "cmbDevices").hasFocus());
 }
 

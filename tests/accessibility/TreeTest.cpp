@@ -16,6 +16,7 @@
 #include <QTest>
 
 #include "tests/accessibility/AccessGround.h"
+#include "tests/support/Seen.h"
 
 namespace zth::testing {
 namespace {
@@ -99,7 +100,6 @@ TEST_P(AccessTree, EachControlHasANameOfItsOwnARoleAndItsStates) {
       EXPECT_TRUE(button == nullptr || state.checked == button->isChecked()) << Words(node);
     }
   });
-  RecordProperty("controls", controls);
   EXPECT_GE(controls, 2);
 }
 
@@ -256,7 +256,7 @@ TEST_P(AccessTree, EscapeClosesAWindowWithoutATransfer) {
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
 }
 
-INSTANTIATE_TEST_SUITE_P(Windows, AccessTree, ::testing::ValuesIn(AllWindows()), NameOfCase);
+INSTANTIATE_TEST_SUITE_P(Windows, AccessTree, ::testing::ValuesIn(AllWindows()), WindowOf);
 
 }  // namespace
 }  // namespace zth::testing

@@ -87,8 +87,7 @@ class Day {
 
 TEST(Day, OfAllJobsLosesNoRunAndNoMemory) {
   Day day;
-  Due measurement(chip::PollPeriodMs / 1000.0);
-  Due graph(windows::GraphPeriodMs / 1000.0);
+  Due measurement(chip::PollPeriodMs / 1000.0), graph(windows::GraphPeriodMs / 1000.0);
   Due regMap(1.0), heaters(1.0), limits(0.5), manual(1.0), autoGraph(0.3), dynTmin(0.1), gpio(0.5), log(1.0);
   std::int64_t graphRuns = 0, heatersRuns = 0, manualRuns = 0, autoGraphRuns = 0;
   auto& chart = *day.Window("frmGraph").findChildren<widgets::Strip*>().first();

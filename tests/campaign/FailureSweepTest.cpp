@@ -12,9 +12,8 @@
 #include "link/Declarations.h"
 #include "shell/Commands.h"
 #include "tests/campaign/Operate.h"
-#include "tests/support/Desk.h"
 #include "tests/support/EveryWindow.h"
-#include "windows/SharedState.h"
+#include "tests/support/Steps.h"
 
 /// Whatever a user or a timer does, with each of its transfers failing in turn: one box, all windows closed in order,
 /// the end of the process, and nothing sent behind the failure.
@@ -29,22 +28,11 @@ constexpr char kHeater[] = "Error in Heater Module -  Do you wish to close the a
 /// What a box may not let through to the board.
 constexpr int kWhileABoxStandsMs = 200;
 
-QString MenuEntryOf(const QString& window) {
-  for (const shell::MenuEntry& entry : shell::kMenuEntries) {
-    if (window == entry.window) return entry.name;
-  }
-  return {};
-}
-
-const QTemporaryDir& Folder() {
-  static const QTemporaryDir folder;
-  return folder;
-}
-
 /// A saved configuration, for whatever asks for a file.
 constexpr char kSaved[] = "{\r\n0x21\t0xE2\t// \r\n0x10\t0x7F\t// \r\n0x44\t0x12\t// \r\n}\r\n";
 QString SavedPath() {
-  return Folder().filePath("a.sav");
+  static const QTemporaryDir folder;
+  return folder.filePath("a.sav");
 }
 std::string Content() {
   std::ifstream file(SavedPath().toStdString());
@@ -55,7 +43,7 @@ std::string Content() {
 /// byte.
 class Program {
  public:
-  explicit Program(std::optional<std::uint8_t> byte = {}) {
+  explicit Program(std::optional<std::uint8_t> byte) {
     if (byte) {
       for (const chip::RegisterRow& row : chip::kRegisterRows) {
         if (row.address < 0x3C || row.address > 0x3F) desk.board.usbChips[0x58][row.address] = *byte;
@@ -83,7 +71,10 @@ class Program {
     };
     int ended = 0;
     desk.process.onEnd = [&] {
-      if (++ended == 1) ExpectAllClosed();
+      if (++ended > 1) return;
+      for (const std::string& name : EveryWindow()) EXPECT_EQ(desk.Main().FindWindow(name.c_str()), nullptr);
+      for (const auto& [name, open] : OpenFlags()) EXPECT_FALSE(*open) << name;
+      EXPECT_EQ(desk.settings.values.count("MainLeft"), 1U) << "the main window was closed in order";
     };
     act();
     desk.process.onEnd = {};
@@ -107,28 +98,36 @@ class Program {
   }
 
   Desk desk{Desk::Buses::Usb};
+};
 
- private:
-  void ExpectAllClosed() {
-    for (const QString& name : EveryWindow()) EXPECT_EQ(desk.Main().FindWindow(name), nullptr);
-    for (const bool open : {windows::RegMapOpen, windows::LimitsOpen, windows::GpioOpen, windows::GraphOpen,
-                            windows::HeatersOpen, windows::ManualOpen, windows::DynTminOpen, windows::AutoGraphOpen}) {
-      EXPECT_FALSE(open);
+using Step = std::function<void(Desk& desk)>;
+
+/// Does `act` whole, and then on fresh programs with each of its transfers failing in turn. `reach` takes a program to
+/// where it can be done. Gives the transfers of the whole; what has been `swept` before ends there.
+Traffic Sweep(std::optional<std::uint8_t> byte, const std::string& name, const Step& reach, const Step& act,
+              std::set<std::pair<std::string, Traffic>>* swept = nullptr) {
+  Traffic whole;
+  for (int n = -1; n < std::ssize(whole); ++n) {
+    SCOPED_TRACE(name + (n < 0 ? "" : ", failing at transfer " + std::to_string(n)));
+    Program program(byte);
+    program.desk.Start();
+    reach(program.desk);
+    program.desk.board.TakeTraffic();
+    if (n >= 0) {
+      program.ExpectTheEnd(n, whole, [&] { act(program.desk); });
+    } else {
+      act(program.desk);
+      whole = program.desk.board.TakeTraffic();
+      EXPECT_TRUE(program.desk.process.ends.empty());
+      if (swept != nullptr && !swept->insert({name, whole}).second) break;
     }
-    EXPECT_EQ(desk.settings.values.count("MainLeft"), 1U) << "the main window was closed in order";
+    if (::testing::Test::HasFailure()) break;
   }
-};
+  return whole;
+}
 
-/// A thing to do, on any fresh program: `reach` takes the program to where it can be done.
-struct Action {
-  std::string where;  ///< the window and its page
-  std::string name;
-  std::function<void(Desk& desk)> reach;
-  std::function<void(Desk& desk)> act;
-};
-
-windows::ChildWindow& OnPage(Desk& desk, const QString& window, int page) {
-  windows::ChildWindow& opened = desk.Open(window);
+windows::ChildWindow& OnPage(Desk& desk, const std::string& window, int page) {
+  windows::ChildWindow& opened = desk.Open(window.c_str());
   chip::PollEnabled = false;
   ShowPage(opened, page);
   return opened;
@@ -137,127 +136,99 @@ windows::ChildWindow& OnPage(Desk& desk, const QString& window, int page) {
 /// The time that every job needs to run twice, but for the register map's.
 constexpr int kJobsMs = 1200;
 
-/// What a single click cannot reach.
-std::vector<Action> Sequences(const QString& window) {
-  std::vector<Action> actions;
-  const auto add = [&](const char* name, const std::function<void(Desk&, windows::ChildWindow&)>& reach,
-                       const std::function<void(Desk&, windows::ChildWindow&)>& act) {
-    actions.push_back({window.toStdString(), name, [=](Desk& desk) { reach(desk, OnPage(desk, window, 0)); },
-                       [=](Desk& desk) { act(desk, *desk.Main().FindWindow(window)); }});
-  };
-  const auto time = [](Desk& desk, windows::ChildWindow& /*window*/) { desk.Advance(kJobsMs); };
-  if (window == "frmRegMap") {
-    add(
-        "continuous read", [](Desk&, auto& map) { Desk::Check(map, "chkContRead", true); }, time);
-    add(
-        "write of a PWM's behaviour", [](Desk&, auto& map) { Desk::Type(map, "txtReadAddr", "21"); },
-        [](Desk&, auto& map) { Desk::Press(map, "cmdWrite"); });
-    add(
-        "write of a pin's function", [](Desk&, auto& map) { Desk::Type(map, "txtReadAddr", "14"); },
-        [](Desk&, auto& map) { Desk::Press(map, "cmdWrite"); });
-  }
-  if (window == "frmEasySetup") {
-    add(
-        "OK with everything ticked",
-        [](Desk&, auto& setup) {
-          for (QWidget* control : OperableControls(setup)) {
-            if (auto* box = qobject_cast<QCheckBox*>(control)) box->setChecked(true);
-          }
-        },
-        [](Desk&, auto& setup) { Desk::Press(setup, "cmdApply"); });
-  }
-  if (window == "frmPinConfig") {
-    add(
-        "Apply beside windows that follow it",
-        [](Desk& desk, auto&) {
-          for (const char* other : {"frmGPIO", "frmLimits", "frmGraph", "frmTherm"}) desk.Open(other);
-        },
-        [](Desk&, auto& pins) { Desk::Press(pins, "cmdApply"); });
-  }
-  if (window == "frmDynamicTmin") {
-    add(
-        "demo with its THERM2 event",
-        [](Desk& desk, auto& tmin) {
-          Desk::Press(tmin, "cmdDemo");
-          desk.board.Chip()[0x8D] = 64 + 60;
-          chip::PollEnabled = true;
-        },
-        [](Desk& desk, auto& /*tmin*/) { desk.Advance(2000); });
-  }
-  return actions;
+void LetJobsRun(Desk& desk) {
+  desk.Advance(kJobsMs);
 }
 
-std::vector<Action> ActionsOf(const QString& window, std::optional<std::uint8_t> byte) {
-  const std::string name = window.toStdString();
-  std::vector<Action> actions{{name, "load", [](Desk&) { chip::PollEnabled = false; },
-                               [=](Desk& desk) { desk.Main().findChild<QAction*>(MenuEntryOf(window))->trigger(); }}};
-  Program program(byte);
-  program.desk.Start();
-  windows::ChildWindow& opened = program.desk.Open(window);
-  for (int page = 0; page < Pages(opened); ++page) {
-    const auto reach = [=](Desk& desk) { OnPage(desk, window, page); };
-    const std::string where = name + ", page " + std::to_string(page);
-    actions.push_back({where, "time", reach, [](Desk& desk) { desk.Advance(kJobsMs); }});
-    OnPage(program.desk, window, page);
-    const auto controls = OperableControls(opened);
-    for (std::size_t control = 0; control < controls.size(); ++control) {
-      const auto ways = WaysToOperate(*controls[control]);
-      for (std::size_t way = 0; way < ways.size(); ++way) {
-        actions.push_back(
-            {where, ways[way].name, reach, [=](Desk& desk) {
-               WaysToOperate(*OperableControls(*desk.Main().FindWindow(window)).at(control)).at(way).act();
-             }});
-      }
-    }
-  }
-  const auto sequences = Sequences(window);
-  actions.insert(actions.end(), sequences.begin(), sequences.end());
-  return actions;
-}
+/// What a single click cannot reach: steps that take the window there, and then steps or time.
+struct Sequence {
+  const char *window, *reach, *act;
+  void (*also)(Desk& desk) = [](Desk&) {};  ///< behind `reach`
+};
+const Sequence kSequences[] = {
+    {"frmRegMap", "chkContRead=1", ""},
+    {"frmRegMap", "txtReadAddr=21", "cmdWrite"},
+    {"frmRegMap", "txtReadAddr=14", "cmdWrite"},
+    {"frmEasySetup", "", "cmdApply",
+     [](Desk& desk) {
+       for (auto* box : desk.Main().FindWindow("frmEasySetup")->findChildren<QCheckBox*>()) {
+         if (box->isEnabled()) box->setChecked(true);
+       }
+     }},
+    {"frmPinConfig", "", "cmdApply",
+     [](Desk& desk) {
+       for (const char* follower : {"frmGPIO", "frmLimits", "frmGraph", "frmTherm"}) desk.Open(follower);
+     }},
+    {"frmDynamicTmin", "cmdDemo", "",
+     [](Desk& desk) {  // with its THERM2 event
+       desk.board.Chip()[0x8D] = 64 + 60;
+       chip::PollEnabled = true;
+     }},
+};
 
-class FailureSweep : public ::testing::TestWithParam<std::tuple<QString, int>> {};
+class FailureSweep : public ::testing::TestWithParam<std::tuple<std::string, int>> {};
 
 TEST_P(FailureSweep, EveryTransferOfEveryActionEndsTheProgramInOrder) {
-  const auto& [window, board] = GetParam();
+  const std::string window = std::get<0>(GetParam());
+  const int board = std::get<1>(GetParam());
   const auto byte = board < 0 ? std::nullopt : std::optional(static_cast<std::uint8_t>(board));
-  const std::vector<Action> actions = ActionsOf(window, byte);
-  int sending = 0;
-  int failures = 0;
+  bool silent = true;
   std::set<std::pair<std::string, Traffic>> swept;  // a button beside the tabs is the same on each page
-  for (const Action& action : actions) {
-    Traffic whole{"?"};
-    for (int n = -1; n < static_cast<int>(whole.size()); ++n) {
-      SCOPED_TRACE(action.where + ", " + action.name + (n < 0 ? "" : ", failing at transfer " + std::to_string(n)));
-      Program program(byte);
-      program.desk.Start();
-      action.reach(program.desk);
-      if (n < 0) {
-        program.desk.board.TakeTraffic();
-        action.act(program.desk);
-        whole = program.desk.board.TakeTraffic();
-        EXPECT_TRUE(program.desk.process.ends.empty());
-        if (!whole.empty()) ++sending;
-        if (!swept.insert({action.name, whole}).second) break;
-      } else {
-        program.ExpectTheEnd(n, whole, [&] { action.act(program.desk); });
-        ++failures;
+  const auto sweep = [&](const std::string& name, const Step& reach, const Step& act) {
+    if (HasFailure()) return;
+    silent = Sweep(byte, name, reach, act, &swept).empty() && silent;
+  };
+  sweep(
+      "load", [](Desk&) { chip::PollEnabled = false; },
+      [&](Desk& desk) {
+        const auto entry = std::ranges::find(shell::kMenuEntries, window, &shell::MenuEntry::window);
+        desk.Main().findChild<QAction*>(entry->name)->trigger();
+      });
+  struct Spot {
+    int page;
+    std::size_t control, way;
+    std::string name;  ///< empty where time alone passes
+  };
+  std::vector<Spot> spots;
+  {
+    Program program(byte);
+    program.desk.Start();
+    for (int page = 0; page < Pages(program.desk.Open(window.c_str())); ++page) {
+      spots.push_back({page, 0, 0, ""});
+      const auto controls = OperableControls(OnPage(program.desk, window, page));
+      for (std::size_t control = 0; control < controls.size(); ++control) {
+        std::size_t at = 0;
+        for (const Way& way : WaysToOperate(*controls[control])) spots.push_back({page, control, at++, way.name});
       }
-      if (HasFailure()) return;
     }
   }
-  RecordProperty("actions", static_cast<int>(actions.size()));
-  RecordProperty("sending", sending);
-  RecordProperty("failures", failures);
-  const bool silent = window == "frmAbout" || window == "frmLogging" || window == "frmGraph" ||
-                      (window == "frmManualControl" && !byte);  // without a PWM in manual mode
-  EXPECT_EQ(sending == 0, silent) << "what is swept";
+  for (const Spot& spot : spots) {
+    const Step operate = [&](Desk& desk) {
+      WaysToOperate(*OperableControls(*desk.Main().FindWindow(window.c_str())).at(spot.control)).at(spot.way).act();
+    };
+    sweep(
+        spot.name, [&](Desk& desk) { OnPage(desk, window, spot.page); }, spot.name.empty() ? LetJobsRun : operate);
+  }
+  for (const Sequence& row : kSequences) {
+    if (row.window != window) continue;
+    sweep(
+        std::string(row.reach) + "; " + row.act,
+        [&](Desk& desk) {
+          QWidget& opened = OnPage(desk, window, 0);
+          if (*row.reach != 0) Do(opened, row.reach);
+          row.also(desk);
+        },
+        [&](Desk& desk) { *row.act != 0 ? Do(*desk.Main().FindWindow(row.window), row.act) : desk.Advance(2000); });
+  }
+  const bool nothing = window == "frmAbout" || window == "frmLogging" || window == "frmGraph" ||
+                       (window == "frmManualControl" && !byte);  // without a PWM in manual mode
+  EXPECT_EQ(silent, nothing) << "what is swept";
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, FailureSweep,
                          ::testing::Combine(::testing::ValuesIn(EveryWindow()), ::testing::Values(-1, 0xFF)),
                          [](const auto& row) {
-                           return std::get<0>(row.param).toStdString() +
-                                  (std::get<1>(row.param) < 0 ? "_Defaults" : "_AllOnes");
+                           return std::get<0>(row.param) + (std::get<1>(row.param) < 0 ? "_Defaults" : "_AllOnes");
                          });
 
 /// The whole start and ten seconds of polling.
@@ -273,9 +244,9 @@ TEST(FailureSweep, EveryCallOfTheStartAndOfPollingEndsTheProgramInOrder) {
   for (int call = 0; call < calls; ++call) {
     Desk desk(Desk::Buses::Usb);
     // The connect request may fail nineteen times, so from it on everything does.
-    (call == 0 ? desk.board.failFrom : desk.board.failOnly) = call;
-    desk.prompts.whileShown = [&desk] { desk.clock.Advance(kWhileABoxStandsMs); };
     const bool connect = call == 0;
+    (connect ? desk.board.failFrom : desk.board.failOnly) = call;
+    desk.prompts.whileShown = [&desk] { desk.clock.Advance(kWhileABoxStandsMs); };
     desk.prompts.script = {BoxAnswer::Ok};
     if (!desk.RunMain()) desk.Advance(10000);
     ASSERT_EQ(desk.prompts.shown.size(), 1U) << call;
@@ -288,24 +259,11 @@ TEST(FailureSweep, EveryCallOfTheStartAndOfPollingEndsTheProgramInOrder) {
 
 /// The monitor with every window open, for as long as each job needs to run once.
 TEST(FailureSweep, EveryTransferOfTheMonitorWithAllWindowsOpenEndsTheProgramInOrder) {
-  Traffic whole{"?"};
-  for (int n = -1; n < static_cast<int>(whole.size()); ++n) {
-    SCOPED_TRACE("failing at transfer " + std::to_string(n));
-    Program program(std::uint8_t{0xFF});
-    program.desk.Start();
-    for (const QString& window : EveryWindow()) program.desk.Open(window);
-    Desk::Check(*program.desk.Main().FindWindow("frmRegMap"), "chkContRead", true);
-    const auto act = [&] { program.desk.Advance(kJobsMs); };
-    if (n >= 0) {
-      program.ExpectTheEnd(n, whole, act);
-    } else {
-      program.desk.board.TakeTraffic();
-      act();
-      whole = program.desk.board.TakeTraffic();
-      EXPECT_GT(whole.size(), 50U);
-    }
-    if (HasFailure()) return;
-  }
+  const auto reach = [](Desk& desk) {
+    for (const std::string& window : EveryWindow()) desk.Open(window.c_str());
+    Desk::Check(*desk.Main().FindWindow("frmRegMap"), "chkContRead", true);
+  };
+  EXPECT_GT(Sweep(std::uint8_t{0xFF}, "monitor", reach, LetJobsRun).size(), 50U);
 }
 
 }  // namespace

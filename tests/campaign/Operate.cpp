@@ -1,83 +1,28 @@
 #include "tests/campaign/Operate.h"
 
-#include <set>
+#include <array>
 
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPointer>
 #include <QTabWidget>
 #include <QTest>
 #include <QTreeWidget>
 
+#include "tests/support/Seen.h"
+#include "widgets/GSlider.h"
+#include "widgets/LGauge.h"
+
 namespace zth::testing {
 namespace {
 
-void Call(QWidget& control, const char* operation) {
-  QMetaObject::invokeMethod(&control, operation, Qt::DirectConnection);
-}
-
-class Collector {
- public:
-  explicit Collector(QWidget& control) : control_(control) {}
-
-  void Add(const std::string& what, std::function<void()> act) {
-    const QString name = control_.objectName();
-    ways.push_back({(name.isEmpty() ? control_.metaObject()->className() : name.toStdString()) + ": " + what, act});
-  }
-  void AddKey(Qt::Key key) {
-    Add("key " + QKeySequence(key).toString().toStdString(), [this_ = &control_, key] { QTest::keyClick(this_, key); });
-  }
-
-  std::vector<Way> ways;
-
- private:
-  QWidget& control_;
-};
-
-void CollectList(QComboBox& list, Collector& to) {
-  std::set<int> items{0, list.count() / 2, list.count() - 1};
-  if (list.count() == 0) items.clear();
-  for (const int i : items) {
-    to.Add("pick " + list.itemText(i).toStdString(), [&list, i] {
-      list.setCurrentIndex(i);
-      emit list.activated(i);
-    });
-  }
-}
-
-void CollectGauge(QWidget& gauge, Collector& to) {
-  for (const QVariant& number : gauge.property("SliderNumbers").toList()) {
-    for (const double share : {0.0, 0.4, 1.0}) {
-      const double min = gauge.property("ScaleMin").toDouble();
-      const double value = min + share * (gauge.property("ScaleMax").toDouble() - min);
-      to.Add("slider " + number.toString().toStdString() + " to " + std::to_string(value), [&gauge, number, value] {
-        gauge.setProperty("PointerIndex", number);
-        gauge.setProperty("PointerValue", value);
-        Call(gauge, "SliderChanged");
-      });
-    }
-  }
-}
-
-void CollectSlider(QWidget& slider, Collector& to) {
-  for (const double value : {0.0, 37.0, 100.0}) {
-    to.Add("slide to " + std::to_string(value), [&slider, value] {
-      Call(slider, "MouseDown");
-      slider.setProperty("Value", value);
-      Call(slider, "Change");
-      Call(slider, "MouseUp");
-    });
-  }
-}
-
-void CollectTree(QTreeWidget& tree, Collector& to) {
-  QList<QTreeWidgetItem*> leaves;
-  for (QTreeWidgetItemIterator at(&tree, QTreeWidgetItemIterator::NoChildren); *at != nullptr; ++at) leaves << *at;
-  if (leaves.isEmpty()) return;
-  for (QTreeWidgetItem* leaf : {leaves.first(), leaves.at(leaves.size() / 2), leaves.last()}) {
-    to.Add("click " + leaf->text(0).toStdString(), [&tree, leaf] { tree.setCurrentItem(leaf); });
-  }
-}
+/// Texts that a user may type, valid and not; the first few serve where each costs a run of its own.
+constexpr std::array kTexts{"",     "50",    "1e9",  "0",     "1",          "100",      "255",
+                            "256",  "-1",    "-128", "--",    "2147483648", "\xC2\xB0", "127",
+                            "3.14", "-1e30", "%n",   "inf",   "0xFF",       "ff",       "4C",
+                            "44H",  "40000", " 12 ", "32767", "12abc",      "nan",      "9999999999999999999"};
+constexpr std::size_t kFew = 3;
 
 bool IsPart(const QWidget& control) {
   // What a control of Qt's is made of is operated through the control.
@@ -96,32 +41,73 @@ std::vector<QWidget*> OperableControls(const QWidget& window) {
   return controls;
 }
 
-std::vector<Way> WaysToOperate(QWidget& control) {
-  Collector to(control);
+std::vector<Way> WaysToOperate(QWidget& control, Extent extent) {
+  std::vector<Way> ways;
+  const bool all = extent == Extent::All;
+  const auto add = [&](const std::string& what, std::function<void()> act) {
+    ways.push_back({Told(control) + ": " + what, std::move(act)});
+  };
+  const auto addKeys = [&](std::initializer_list<Qt::Key> keys) {
+    for (const Qt::Key key : keys) {
+      add("key " + QKeySequence(key).toString().toStdString(), [&control, key] { QTest::keyClick(&control, key); });
+    }
+  };
   if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
-    to.Add("click", [button] { button->click(); });
+    add("click", [button] { button->click(); });
   } else if (auto* list = qobject_cast<QComboBox*>(&control)) {
-    CollectList(*list, to);
+    for (int i = 0; i < list->count(); ++i) {
+      if (!all && i != 0 && i != list->count() / 2 && i != list->count() - 1) continue;
+      add("pick " + list->itemText(i).toStdString(), [alive = QPointer(list), i] {
+        alive->setCurrentIndex(i);
+        if (alive) emit alive->activated(i);
+      });
+    }
   } else if (auto* box = qobject_cast<QLineEdit*>(&control)) {
     if (box->isReadOnly()) return {};
-    for (const char* text : {"", "50", "1e9"}) {
-      to.Add(std::string("type ") + text, [box, text] { box->setText(text); });
+    for (std::size_t i = 0; i < (all ? kTexts.size() : kFew); ++i) {
+      add(std::string("put ") + kTexts[i], [box, text = kTexts[i]] { box->setText(text); });
+      if (!all) continue;
+      add(std::string("type ") + kTexts[i], [alive = QPointer(box), text = kTexts[i]] {
+        for (const QChar c : QString(text)) {
+          if (alive) QTest::keyClick(alive, c.toLatin1());
+        }
+      });
     }
-    to.AddKey(Qt::Key_Return);
+    addKeys({Qt::Key_Return});
   } else if (auto* tabs = qobject_cast<QTabWidget*>(&control)) {
     for (int i = 0; i < tabs->count(); ++i) {
-      if (tabs->isTabEnabled(i)) to.Add("tab " + std::to_string(i), [tabs, i] { tabs->setCurrentIndex(i); });
+      if (tabs->isTabEnabled(i)) add("tab " + std::to_string(i), [tabs, i] { tabs->setCurrentIndex(i); });
     }
   } else if (auto* tree = qobject_cast<QTreeWidget*>(&control)) {
-    CollectTree(*tree, to);
-  } else if (control.inherits("zth::widgets::LGauge")) {
-    CollectGauge(control, to);
-  } else if (control.inherits("zth::widgets::GSlider")) {
-    CollectSlider(control, to);
+    QList<QTreeWidgetItem*> leaves;
+    for (QTreeWidgetItemIterator at(tree, QTreeWidgetItemIterator::NoChildren); *at != nullptr; ++at) leaves << *at;
+    for (qsizetype i = 0; i < leaves.size(); i += std::max<qsizetype>(1, all ? 1 : (leaves.size() - 1) / 2)) {
+      add("click " + leaves[i]->text(0).toStdString(), [tree, leaf = leaves[i]] { tree->setCurrentItem(leaf); });
+    }
+  } else if (auto* gauge = qobject_cast<widgets::LGauge*>(&control)) {
+    for (const QVariant& number : gauge->property("SliderNumbers").toList()) {
+      for (const double share : {0.0, 0.4, 1.0}) {
+        const double value = gauge->ScaleMin() + share * (gauge->ScaleMax() - gauge->ScaleMin());
+        add("slider " + number.toString().toStdString() + " to " + std::to_string(value), [gauge, number, value] {
+          gauge->setProperty("PointerIndex", number);
+          gauge->setProperty("PointerValue", value);
+          emit gauge->SliderChanged();
+        });
+      }
+    }
+  } else if (auto* slider = qobject_cast<widgets::GSlider*>(&control)) {
+    for (const double value : {0.0, 37.0, 100.0}) {
+      add("slide to " + std::to_string(value), [slider, value] {
+        slider->MouseDown();
+        slider->setProperty("Value", value);
+        slider->Change();
+        slider->MouseUp();
+      });
+    }
   } else if ((control.focusPolicy() & Qt::TabFocus) != 0 && !control.inherits("QAbstractScrollArea")) {
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Left, Qt::Key_Up, Qt::Key_Home, Qt::Key_End}) to.AddKey(key);
+    addKeys({Qt::Key_Space, Qt::Key_Left, Qt::Key_Up, Qt::Key_Home, Qt::Key_End});
   }
-  return to.ways;
+  return ways;
 }
 
 }  // namespace zth::testing

@@ -17,7 +17,9 @@ struct Way {
 /// The controls of a window that a user can operate as it stands: shown and enabled, in the order of their making.
 std::vector<QWidget*> OperableControls(const QWidget& window);
 
-/// What a user can do to a control, of lists and numbers a few of each; empty for what only shows.
-std::vector<Way> WaysToOperate(QWidget& control);
+enum class Extent { Few, All };
+
+/// What a user can do to a control, a few of a list's items and of texts or all of them; empty for what only shows.
+std::vector<Way> WaysToOperate(QWidget& control, Extent extent = Extent::Few);
 
 }  // namespace zth::testing

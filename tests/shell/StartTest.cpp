@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
-#include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
@@ -45,18 +44,16 @@ TEST(Start, TransfersOnEitherBusAndUsbComesFirst) {
     EXPECT_EQ(desk.RunMain(), std::nullopt);
     EXPECT_EQ(desk.board.traffic, Concat(smbus ? host : none, usb ? Traffic{FirmwareTransfer()} : none,
                                          usb ? kUsbScan : none, smbus ? SmbusScan() : none, T(kTables)));
+    EXPECT_TRUE(smbus || static_cast<int>(desk.clock.waitedMs) == 5000 + 200 + 1000 + 1000) << desk.clock.waitedMs;
     EXPECT_EQ(link::UsbPresent, usb);
     EXPECT_EQ(link::SmbusPresent, smbus);
     EXPECT_EQ(link::InterfaceMode, usb ? link::kModeUsb : link::kModeSmbus);
     EXPECT_EQ(link::DeviceAddress, usb ? 0x58 : 0x2C);
     QStringList found;
-    if (usb)
-      found << "58h on USB"
-            << "5Ch on USB";
-    if (smbus) found << "2Ch on SMBus";
     const auto& devices = Desk::Get<QComboBox>(desk.Main(), "cmbDevices");
-    ASSERT_EQ(devices.count(), found.size());
-    for (int i = 0; i < devices.count(); ++i) EXPECT_EQ(devices.itemText(i), found[i]);
+    for (int i = 0; i < devices.count(); ++i) found << devices.itemText(i);
+    EXPECT_EQ(found.join(", ").toStdString(), std::string(usb ? "58h on USB, 5Ch on USB" : "") +
+                                                  (usb && smbus ? ", " : "") + (smbus ? "2Ch on SMBus" : ""));
     EXPECT_EQ(devices.currentIndex(), 0);
   }
 }
@@ -86,15 +83,7 @@ TEST(Start, FillsTheSharedTables) {
   EXPECT_EQ(link::PwmManual, (std::array{false, false, true, false, false}));
   EXPECT_EQ((std::array<int, 4>{chip::TachClock, chip::PollPeriodMs, windows::GraphPeriodMs, windows::LogPeriodMs}),
             (std::array{90000, 100, 50, 100}));
-  EXPECT_EQ(chip::RegisterTable[175].Name, "1.5V1 (3GIO) High Limit");
-  EXPECT_EQ(chip::VoltageName[20], "VBatt");
   EXPECT_TRUE(chip::PinFunctions.D1);
-}
-
-TEST(Start, TakesSevenSecondsOfWhichFiveAreTheAdapters) {
-  Desk usb(Desk::Buses::Usb);
-  EXPECT_EQ(usb.RunMain(), std::nullopt);
-  EXPECT_FLOAT_EQ(static_cast<float>(usb.clock.waitedMs), 5000 + 200 + 1000 + 1000);
 }
 
 /// The splash screen while it stands.
@@ -113,9 +102,7 @@ TEST(Start, TheSplashTellsWhereTheSearchIs) {
   desk.events.onPump = [&] {
     const shell::frmSplash* splash = Splash();
     if (splash == nullptr) return;
-    if (widths.empty()) {
-      EXPECT_EQ(Held(*splash, "lblProgInfo"), "Enumerating...");
-    }
+    EXPECT_TRUE(!widths.empty() || Held(*splash, "lblProgInfo") == "Enumerating...");
     widths.push_back(splash->Progress());
     EXPECT_EQ(Held(*splash, "lblVersion lblProductName lblPlatform"),
               "Version 1.0.7|ZTH4718 Evaluation Software|Windows Vista/XP");
@@ -125,9 +112,7 @@ TEST(Start, TheSplashTellsWhereTheSearchIs) {
   desk.prompts.whileShown = [&] { atTheEnd = Splash()->Progress(); };
   EXPECT_EQ(desk.RunMain(), 1);
   ASSERT_EQ(widths.size(), 100U);
-  EXPECT_EQ(widths.front(), 0.5);
-  EXPECT_EQ(widths.back(), 50);
-  EXPECT_EQ(atTheEnd, 100);
+  EXPECT_EQ((std::vector{widths.front(), widths.back(), atTheEnd}), (std::vector{0.5, 50.0, 100.0}));
   EXPECT_EQ(desk.prompts.shown.back().text, "Failed to find the ZTH4718");
 }
 
@@ -175,12 +160,10 @@ TEST(Start, EndsWithItsMessage) {
 TEST(Start, AConnectionOnTheTwentiethTryCounts) {
   for (const int failures : {19, 20}) {
     Desk desk(Desk::Buses::Usb);
-    int tries = 0;
     desk.board.failMatching = "usb C";
     // The adapter comes back while the program lets events run, between two tries.
     desk.events.onPump = [&] {
       const auto connects = std::count(desk.board.traffic.begin(), desk.board.traffic.end(), "usb C 30:33");
-      tries = static_cast<int>(connects);
       if (connects >= failures) desk.board.failMatching.clear();
     };
     if (failures == 20) desk.prompts.script = {platform::BoxAnswer::Ok};

@@ -111,10 +111,6 @@ void Desk::Pick(const QWidget& window, const QString& list, int index) {
   emit control.activated(index);
 }
 
-int Desk::Picked(const QWidget& window, const QString& list) {
-  return Get<QComboBox>(window, list).currentIndex();
-}
-
 QString Desk::Text(const QWidget& window, const QString& name) {
   auto& control = Get<QWidget>(window, name);
   if (const auto* box = qobject_cast<const QLineEdit*>(&control)) return box->text();

@@ -7,11 +7,6 @@
 #include "tests/support/Doubles.h"
 #include "windows/ChildWindow.h"
 
-class QAbstractButton;
-class QComboBox;
-class QLabel;
-class QLineEdit;
-
 namespace zth::testing {
 
 /// The whole program on a fake board, in virtual time: one Desk a test.
@@ -62,7 +57,6 @@ class Desk {
   static bool Checked(const QWidget& window, const QString& box);
   static void Type(const QWidget& window, const QString& box, const QString& text);
   static void Pick(const QWidget& window, const QString& list, int index);
-  static int Picked(const QWidget& window, const QString& list);
   static QString Text(const QWidget& window, const QString& name);  ///< of a box, a label or a button
   /// Any operation of a custom control, by name.
   static QVariant Property(const QWidget& window, const QString& name, const char* property);

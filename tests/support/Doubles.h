@@ -70,7 +70,6 @@ class VirtualClock final : public platform::Clock {
 class QuietEvents final : public platform::Events {
  public:
   void Pump() override {
-    ++pumps;
     if (onPump) onPump();
   }
   void PumpPaint() override {
@@ -78,7 +77,6 @@ class QuietEvents final : public platform::Events {
     if (onPaint) onPaint();
   }
 
-  int pumps = 0;
   int paints = 0;
   std::function<void()> onPump;   ///< what the events do
   std::function<void()> onPaint;  ///< what timers and the window system do while windows paint

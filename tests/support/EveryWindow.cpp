@@ -1,20 +1,30 @@
 #include "tests/support/EveryWindow.h"
 
+#include <algorithm>
+
 #include <QComboBox>
 #include <QTabWidget>
 
 #include "shell/Commands.h"
 #include "tests/support/Desk.h"
+#include "windows/SharedState.h"
 
 namespace zth::testing {
 
-std::vector<QString> EveryWindow() {
-  std::vector<QString> names;
+std::vector<std::string> EveryWindow() {
+  std::vector<std::string> names;
   for (const shell::MenuEntry& entry : shell::kMenuEntries) {
-    const QString name = entry.window;
-    if (!name.isEmpty() && std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+    const std::string name = entry.window;
+    if (!name.empty() && std::ranges::count(names, name) == 0) names.push_back(name);
   }
   return names;
+}
+
+std::map<std::string, const bool*> OpenFlags() {
+  return {{"frmRegMap", &windows::RegMapOpen},       {"frmLimits", &windows::LimitsOpen},
+          {"frmGPIO", &windows::GpioOpen},           {"frmGraph", &windows::GraphOpen},
+          {"frmHeaters", &windows::HeatersOpen},     {"frmManualControl", &windows::ManualOpen},
+          {"frmDynamicTmin", &windows::DynTminOpen}, {"frmAutoGraph", &windows::AutoGraphOpen}};
 }
 
 int Pages(const windows::ChildWindow& window) {

@@ -1,17 +1,26 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
-#include <QString>
+#include <gtest/gtest.h>
 
 #include "windows/ChildWindow.h"
 
 namespace zth::testing {
 
 /// Every window that a menu entry opens, in the order of the menus.
-std::vector<QString> EveryWindow();
+std::vector<std::string> EveryWindow();
+
+/// As the name of a case.
+inline std::string WindowOf(const ::testing::TestParamInfo<std::string>& row) {
+  return row.param;
+}
+
+/// The flags by which the master timer knows of windows.
+std::map<std::string, const bool*> OpenFlags();
 
 /// The pages of a window: its tabs, or the charts of its list, or one where there is neither.
 int Pages(const windows::ChildWindow& window);

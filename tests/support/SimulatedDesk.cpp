@@ -28,7 +28,6 @@ SimulatedDesk::SimulatedDesk(const simulator::Settings& settings)
 
 std::int16_t SimulatedDesk::VendorIORequest(std::int16_t request, std::int32_t value, std::int32_t index,
                                             std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
-  ++usbRequests;
   ++requests[{request, direction, index & 0xFF}];
   CatchUp();
   const auto result = usb.Request(request, value, index, direction, length, buffer);

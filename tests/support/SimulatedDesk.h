@@ -29,8 +29,7 @@ class SimulatedDesk : private BoardEntries {
   Desk desk;
   simulator::UsbAdapter usb;
   simulator::SmbusHost smbus;
-  int usbRequests = 0;
-  int refused = 0;  ///< of them, what the adapter answered with a failure
+  int refused = 0;  ///< USB requests that the adapter answered with a failure
   /// USB requests by their number, direction (1 reads) and register: {0xDE, 0, 0x52} are the writes to 0x52. Writes
   /// over SMBus have the number 0.
   std::map<std::array<int, 3>, std::int64_t> requests;

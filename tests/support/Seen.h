@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <QColor>
+#include <QFont>
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QWidget>
+
+/// What a user sees of widgets.
+namespace zth::testing {
+
+struct DrawnText {
+  QString text;
+  QRectF place;
+  QColor colour;
+  QFont font;
+};
+
+/// Takes down the texts of what is drawn on it, but blanks, and draws nothing.
+class TextRecorder final : public QPaintDevice, private QPaintEngine {
+ public:
+  /// As the widget draws itself, without its children.
+  explicit TextRecorder(QWidget& widget);
+  QPaintEngine* paintEngine() const override { return const_cast<TextRecorder*>(this); }
+
+  std::vector<DrawnText> texts;
+
+ private:
+  bool begin(QPaintDevice*) override { return true; }
+  bool end() override { return true; }
+  void updateState(const QPaintEngineState&) override {}
+  void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
+  void drawImage(const QRectF&, const QImage&, const QRectF&, Qt::ImageConversionFlags) override {}
+  void drawPath(const QPainterPath&) override {}
+  void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
+  Type type() const override { return User; }
+  void drawTextItem(const QPointF& at, const QTextItem& item) override;
+  int metric(PaintDeviceMetric of) const override;
+
+  QSize size_;
+};
+
+/// The visible widgets of a page, without what stands in frmMain's area of child windows.
+std::vector<QWidget*> Shown(QWidget& root);
+
+/// For the messages: the class and objectName of a widget, or of the first of its parents that has one.
+std::string Told(const QWidget& widget);
+
+/// Toggles each box and picks another item of each list that is in use.
+void ChangeEach(const QWidget& window);
+
+}  // namespace zth::testing
