@@ -5,7 +5,7 @@
 #include <QLineEdit>
 #include <QPalette>
 
-#include "windows/regmap/RegisterSearch.h"
+#include "windows/regmap/RegisterTexts.h"
 
 namespace zth::windows {
 namespace {

@@ -1,48 +1,30 @@
 #include "windows/regmap/frmRegMap.h"
 
-#include <algorithm>
-
-#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QEvent>
-#include <QGridLayout>
-#include <QGroupBox>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QStringList>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 
 #include "base/NumberText.h"
 #include "base/Rounding.h"
-#include "base/Twips.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
-#include "platform/Guard.h"
-#include "windows/Handlers.h"
 #include "windows/SharedState.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/BoxHint.h"
-#include "windows/regmap/RegisterSearch.h"
+#include "windows/regmap/RegisterTexts.h"
 #include "windows/regmap/RegisterTree.h"
 
 namespace zth::windows {
 namespace {
 
-constexpr int kIndentationTwips = 200;
 constexpr int kRegisterLevels = 3;
-
-template <typename Control>
-Control* Named(Control* control, const char* name) {
-  control->setObjectName(name);
-  return control;
-}
 
 QString Hex(std::int32_t value) {
   return QString::fromStdString(base::HexText(value));
@@ -71,19 +53,6 @@ bool Filter(QTreeWidgetItem& node, const QString& text) {
   return any;
 }
 
-QString Description(const chip::RegisterEntry& entry) {
-  return QString::fromStdString(entry.Caption) + " Register";
-}
-
-/// So that the window does not change its width from register to register.
-int WidestDescription(const QFontMetrics& metrics) {
-  int widest = 0;
-  for (const chip::RegisterEntry& entry : chip::RegisterTable) {
-    widest = std::max(widest, metrics.horizontalAdvance(Description(entry)));
-  }
-  return widest;
-}
-
 void CollectRows(const QTreeWidgetItem& node, QStringList& rows) {
   if (node.isHidden()) return;
   if (const chip::RegisterEntry* entry = EntryOf(node)) {
@@ -94,140 +63,6 @@ void CollectRows(const QTreeWidgetItem& node, QStringList& rows) {
 }
 
 }  // namespace
-
-frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Register Map", context) {
-  auto* right = new QVBoxLayout;
-  auto* tree = MakeTreeFrame();
-  right->addWidget(MakeReadWriteFrame());
-  right->addWidget(MakeDetailsFrame());
-  fraBits_ = new BitDisplay(this);
-  right->addWidget(fraBits_);
-  right->addStretch();
-
-  auto* row = new QHBoxLayout(this);
-  row->addWidget(tree, 1);
-  row->addLayout(right);
-
-  connect(fraBits_, &BitDisplay::lblBit_Click, this,
-          [this](int bit) { platform::Guarded([this, bit] { lblBit_Click(bit); })(); });
-  ConnectTree();
-  ConnectBoxes();
-}
-
-QGroupBox* frmRegMap::MakeTreeFrame() {
-  auto* frame = Named(new QGroupBox("Register Map", this), "Frame1");
-  txtFind_ = Named(new QLineEdit(frame), "txtFind");
-  txtFind_->setPlaceholderText("Name, bit or address");
-  txtFind_->setClearButtonEnabled(true);
-  txtFind_->installEventFilter(this);
-  auto* lblFind = Named(new QLabel("&Search", frame), "lblFind");
-  lblFind->setBuddy(txtFind_);
-  TreeView1_ = Named(new QTreeWidget(frame), "TreeView1");
-  TreeView1_->setHeaderHidden(true);
-  TreeView1_->setIndentation(base::PixelsFromTwips(kIndentationTwips));
-  TreeView1_->setExpandsOnDoubleClick(true);
-  TreeView1_->setUniformRowHeights(true);
-  TreeView1_->setAccessibleName("Registers");
-  TreeView1_->viewport()->installEventFilter(this);
-  TreeView1_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  TreeView1_->header()->setStretchLastSection(false);
-  // Wide enough for the longest name with its two levels, high enough to hold a group.
-  TreeView1_->setMinimumSize(fontMetrics().averageCharWidth() * 42, fontMetrics().height() * 20);
-  lblNoMatch_ = Named(new QLabel("No register has such a name, bit or address.", frame), "lblNoMatch");
-  lblNoMatch_->setWordWrap(true);
-  lblNoMatch_->hide();
-
-  auto* grid = new QGridLayout(frame);
-  grid->addWidget(lblFind, 0, 0);
-  grid->addWidget(txtFind_, 0, 1);
-  grid->addWidget(lblNoMatch_, 1, 0, 1, 2);
-  grid->addWidget(TreeView1_, 2, 0, 1, 2);
-  grid->setRowStretch(2, 1);
-  return frame;
-}
-
-QGroupBox* frmRegMap::MakeReadWriteFrame() {
-  auto* frame = Named(new QGroupBox("Read/Write", this), "Frame6");
-  auto* grid = new QGridLayout(frame);
-  const auto addBox = [&](int row, const char* labelName, const char* caption, const char* name) {
-    auto* box = Named(new QLineEdit(frame), name);
-    auto* label = Named(new QLabel(caption, frame), labelName);
-    label->setBuddy(box);
-    grid->addWidget(label, row, 0);
-    grid->addWidget(box, row, 1);
-    return box;
-  };
-  txtReadAddr_ = addBox(0, "Label11", "A&ddress", "txtReadAddr");
-  cmdRead_ = Named(new QPushButton("&Read", frame), "cmdRead");
-  chkContRead_ = Named(new QCheckBox("Conti&nuous Read", frame), "chkContRead");
-  grid->addWidget(cmdRead_, 0, 2);
-  grid->addWidget(chkContRead_, 1, 1, 1, 2);
-  txtHex_ = addBox(2, "Label5", "Value(He&x)", "txtHex");
-  txtDec_ = addBox(3, "Label6", "Value(D&ec)", "txtDec");
-  cmdWrite_ = Named(new QPushButton("Wri&te", frame), "cmdWrite");
-  grid->addWidget(cmdWrite_, 3, 2);
-  grid->setColumnStretch(1, 1);
-  chkContRead_->setToolTip("Repeats the read once a second");
-  return frame;
-}
-
-QGroupBox* frmRegMap::MakeDetailsFrame() {
-  auto* frame = Named(new QGroupBox("Register Details", this), "Frame3");
-  auto* grid = new QGridLayout(frame);
-  lblRegDescription_ = Named(new QLabel("Description", frame), "lblRegDescription");
-  QFont heavy = lblRegDescription_->font();
-  heavy.setBold(true);
-  lblRegDescription_->setFont(heavy);
-  lblRegDescription_->setMinimumWidth(WidestDescription(QFontMetrics(heavy)));
-  grid->addWidget(lblRegDescription_, 0, 0, 1, 2);
-  const auto addValue = [&](int row, const char* labelName, const char* caption, const char* name, const char* start) {
-    auto* value = Named(new QLabel(start, frame), name);
-    grid->addWidget(Named(new QLabel(caption, frame), labelName), row, 0);
-    grid->addWidget(value, row, 1);
-    return value;
-  };
-  lblCurrentAddr_ = addValue(1, "Label8", "Address", "lblCurrentAddr", "Address");
-  lblHexVal_ = addValue(2, "Label9", "Current Value (Hex)", "lblHexVal", "HexVal");
-  lblDecVal_ = addValue(3, "Label10", "Current Value (Dec)", "lblDecVal", "DecVal");
-  lblReadOnly_ = addValue(4, "Label1", "Read Only", "lblReadOnly", "ReadOnly");
-  grid->setColumnMinimumWidth(0, fontMetrics().averageCharWidth() * 20);
-  grid->setColumnStretch(1, 1);
-  return frame;
-}
-
-void frmRegMap::ConnectTree() {
-  const auto click = [this](const QTreeWidgetItem* node) {
-    if (node != nullptr) platform::Guarded([this, node] { TreeView1_NodeClick(*node); })();
-  };
-  // A node is shown once for each click, and when the keyboard moves to it: by the change of the current node, and by
-  // the click where it changes nothing.
-  connect(TreeView1_, &QTreeWidget::currentItemChanged, this, [this, click](QTreeWidgetItem* node) {
-    shownByPress_ = treePressed_;
-    click(node);
-  });
-  connect(TreeView1_, &QTreeWidget::itemClicked, this, [this, click](QTreeWidgetItem* node) {
-    if (!shownByPress_) click(node);
-    shownByPress_ = false;
-  });
-  auto* copy = Named(new QAction("&Copy", TreeView1_), "actCopy");
-  copy->setShortcut(QKeySequence::Copy);
-  copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  connect(copy, &QAction::triggered, this, [this] { CopyRows(); });
-  TreeView1_->addAction(copy);
-  TreeView1_->setContextMenuPolicy(Qt::ActionsContextMenu);
-}
-
-void frmRegMap::ConnectBoxes() {
-  OnClick(*cmdRead_, [this] { cmdRead_Click(); });
-  OnClick(*cmdWrite_, [this] { cmdWrite_Click(); });
-  OnChange(*txtReadAddr_, [this] { txtReadAddr_Change(); });
-  OnChange(*txtDec_, [this] { txtDec_Change(); });
-  OnChange(*txtHex_, [this] { txtHex_Change(); });
-  OnChange(*txtFind_, [this] { txtFind_Change(); });
-  for (QLineEdit* box : {txtHex_, txtDec_}) {
-    connect(box, &QLineEdit::returnPressed, this, platform::Guarded([this] { cmdWrite_Click(); }));
-  }
-}
 
 void frmRegMap::Form_Load() {
   BuildRegisterTree(*TreeView1_);
@@ -252,7 +87,7 @@ void frmRegMap::TreeView1_NodeClick(const QTreeWidgetItem& node) {
 
 void frmRegMap::ShowRegisterDetails(int row) {
   const chip::RegisterEntry& entry = chip::RegisterTable.at(static_cast<std::size_t>(row));
-  lblRegDescription_->setText(Description(entry));
+  lblRegDescription_->setText(DescriptionOf(entry));
   lblCurrentAddr_->setText(HexWithSuffix(entry.Address));
   SetAddressBox(lblCurrentAddr_->text());
   lblReadOnly_->setText(entry.ReadOnly ? "Yes" : "No");

@@ -6,6 +6,9 @@
 
 namespace zth::windows {
 
+/// What the window calls a register, "PWM2 Config Register".
+QString DescriptionOf(const chip::RegisterEntry& entry);
+
 /// Whether a register answers to what the user typed into the search box: a part of its name, the beginning of the name
 /// of one of its bits, or its address in hexadecimal ("4C", "4Ch", "0x4c"). Case and blanks at the ends do not count;
 /// an empty text fits all.

@@ -1,4 +1,4 @@
-#include "windows/regmap/RegisterSearch.h"
+#include "windows/regmap/RegisterTexts.h"
 
 #include <algorithm>
 
@@ -27,6 +27,10 @@ bool TellsSomething(const QString& bitName) {
 }
 
 }  // namespace
+
+QString DescriptionOf(const chip::RegisterEntry& entry) {
+  return QString::fromStdString(entry.Caption) + " Register";
+}
 
 bool FitsSearch(const chip::RegisterEntry& entry, const QString& text) {
   const QString wanted = text.trimmed();
