@@ -130,15 +130,6 @@ TEST_F(Pins, APinRegisterWriteRenewsFlagsAndSwitches) {
   EXPECT_FALSE(PinFunctions.D1);
 }
 
-TEST(PinsOnSmbus, TheSwitchesAreKeptInMindAndNotSent) {
-  Desk desk(Desk::Buses::Smbus);
-  desk.Start();
-  link::WriteRegisterValue(link::DeviceAddress, 0x13, 0x00);
-  EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(0x13, 0x00), B(0x10, 4)));
-  EXPECT_FALSE(BoardSwitch[2] || BoardSwitch[4]);
-  EXPECT_TRUE(BoardSwitch[0] && BoardSwitch[8] && BoardSwitch[15]);
-}
-
 /// What a group reads and where it puts it.
 class Groups : public Pins {};
 

@@ -69,7 +69,7 @@ TEST_F(GraphTest, FeedsAllSevenChartsWithWhatWasMeasuredLast) {
       {3, 4, rpm, 5, "Fan Speed (RPM)|" + tachs},
       {4, 0, degrees, 1, temps},
       {4, 4, percent, 5, "PWM Drive (% Duty)|" + pwms},
-      {5, 0, {0.5, 1.75, 5.5, -1}, 1, "3.3V(P13)|5V|1.5V2|"},
+      {5, 0, {0.5, 1.75, 5.5, -1}, 1, "3.3V(P13)|5V(P21)|1.5V2|"},
       {6, 0, {12.5, 99}, 1, "THERM1|THERM2"},
   };
   for (const auto& [chart, trace, values, slot, labels] : rows) {

@@ -168,11 +168,6 @@ TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
 
 TEST_F(LogFailureTest, EveryOrderlyEndTriesOnceMore) {
   const std::function<void()> ends[]{[this] { Desk::Get<QAction>(desk.Main(), "mnuExit").trigger(); },
-                                     [this] {
-                                       desk.prompts.script.push_back(platform::BoxAnswer::Ok);
-                                       EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted),
-                                                    platform::ProcessEnded);
-                                     },
                                      [this] { desk.Main().close(); }};
   for (const auto& end : ends) {
     windows::LogActive = false;
@@ -184,6 +179,14 @@ TEST_F(LogFailureTest, EveryOrderlyEndTriesOnceMore) {
     end();
     EXPECT_EQ(File(), kHead + Lines(0, 1));
   }
+}
+
+TEST_F(LogFailureTest, AFailureOfTheLinkTriesOnceMore) {
+  Begin();
+  LogLocked(2);
+  desk.prompts.script.push_back(platform::BoxAnswer::Ok);
+  EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted), platform::ProcessEnded);
+  EXPECT_EQ(File(), kHead + Lines(0, 1));
 }
 
 TEST_F(LogFailureTest, TheSystemsOwnShortWritesAreCutBack) {

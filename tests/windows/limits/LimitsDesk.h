@@ -59,10 +59,10 @@ class Limits : public ::testing::Test {
   windows::ChildWindow* window = nullptr;
 
  private:
-  double Indexed(const char* gauge, const QString& kind, int number) const {
+  double Indexed(const char* gauge, const std::string& kind, int number) const {
     auto& widget = Desk::Get<QWidget>(*window, gauge);
-    widget.setProperty((kind + "Index").toLatin1(), number);
-    return widget.property((kind + "Value").toLatin1()).toDouble();
+    widget.setProperty((kind + "Index").c_str(), number);
+    return widget.property((kind + "Value").c_str()).toDouble();
   }
 };
 

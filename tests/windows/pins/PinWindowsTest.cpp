@@ -65,9 +65,12 @@ TEST(PinWindows, EnterIsOkButReRoutesNoPins) {
   EXPECT_FALSE(easy.IsOpen());
 
   auto& pins = easy.Open("frmPinConfig");
+  Do(pins, "SSTab1=1");
   easy.board.TakeTraffic();
   for (const auto& [control, sent] : {std::pair{"cmbPin7", Traffic{}}, {"cmdApply", Traffic{W(0x10, 0x7F)}}}) {
-    QTest::keyClick(&easy.Get<QWidget>(pins, control), Qt::Key_Return);
+    auto& focus = easy.Get<QWidget>(pins, control);
+    focus.setFocus();
+    QTest::keyClick(&focus, Qt::Key_Return);
     const Traffic writes = Writes(easy.board.TakeTraffic());
     EXPECT_EQ(Traffic(writes.begin(), writes.empty() ? writes.end() : writes.begin() + 1), sent) << control;
   }
