@@ -105,12 +105,13 @@ TEST_F(Limits, EachStatusBitLightsItsOneLamp) {
 
 TEST_F(Limits, RefreshReadsTheStatusEachHalfSecondAndMovesNoSlider) {
   Load();
+  EXPECT_EQ(Captions(), "Present|Present|Present|Present|Present");
+  desk.Advance(50);
   desk.board.TakeTraffic();
   chip::Measurements.Temperature = {25.25F, -3.5F, 0.25F, 0};
   chip::Measurements.TachRpm = {1234};
   chip::Measurements.Voltage[11] = 1.75F;
   chip::Measurements.ThermPercent = {40, 60};
-  EXPECT_EQ(Captions(), "Present|Present|Present|Present|Present");
   Put(desk.board.Chip(), "44=10");  // a limit changed elsewhere
   desk.Advance(500);
   EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
@@ -145,7 +146,7 @@ TEST_F(Limits, TemperatureRowsAndListFollowTheDiodesInBothDirections) {
                                                                 {false, true, "1011011", "Local|Remote2|Remote3"}};
   for (const auto& [d1, d3, live, items] : rows) {
     PickItem("cmbTemp", "Remote2");
-    LoadAgain([&](Pins& pins) { pins.D1 = d1, pins.D3 = d3; });
+    LoadAgain([d1 = d1, d3 = d3](Pins& pins) { pins.D1 = d1, pins.D3 = d3; });
     EXPECT_EQ(LiveRows(*window, "Temp", 7), live);
     EXPECT_EQ(Items("cmbTemp").join('|'), items);
     EXPECT_EQ(Held(*window, "cmbTemp"), "0") << "the first again";
