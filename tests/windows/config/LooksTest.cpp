@@ -1,6 +1,8 @@
 #include <map>
 
 #include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
