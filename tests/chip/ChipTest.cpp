@@ -12,7 +12,7 @@
 #include "chip/PinModel.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
-#include "tests/support/Desk.h"
+#include "tests/support/Steps.h"
 
 namespace zth::testing {
 namespace {
@@ -20,11 +20,9 @@ namespace {
 using namespace zth::chip;
 
 TEST(Conversions, TemperaturesHaveTheirOffsetAndQuarters) {
-  EXPECT_EQ(TemperatureFromBytes(0x00, 0x59), 25.0F);
-  EXPECT_EQ(TemperatureFromBytes(0xC0, 0x59), 25.75F);
-  EXPECT_EQ(TemperatureFromBytes(0x3F, 0x59), 25.0F) << "the low six bits do not count";
-  EXPECT_EQ(TemperatureFromBytes(0x00, 0x00), -64.0F);
-  EXPECT_EQ(TemperatureFromBytes(0xFF, 0xFF), 191.75F);
+  const std::tuple<std::uint8_t, std::uint8_t, float> rows[]{
+      {0x00, 0x59, 25.0F}, {0xC0, 0x59, 25.75F}, {0x3F, 0x59, 25.0F}, {0x00, 0x00, -64.0F}, {0xFF, 0xFF, 191.75F}};
+  for (const auto& [low, high, degrees] : rows) EXPECT_EQ(TemperatureFromBytes(low, high), degrees);
 }
 
 TEST(Conversions, TachCountsOutsideTheWindowAreNoReading) {
@@ -36,16 +34,13 @@ TEST(Conversions, TachCountsOutsideTheWindowAreNoReading) {
 
 TEST(Conversions, PercentsAndVoltagesRoundHalfToEven) {
   EXPECT_EQ(PercentFromByte(128), 50);
-  EXPECT_EQ(PercentFromByte(255), 100);
   EXPECT_EQ(PercentFromByte(PwmRawNormalise(0, 0)), 100);
   EXPECT_EQ(PercentFromByte(PwmRawNormalise(255, 0)), 0);
   EXPECT_EQ(PwmRawNormalise(0x12, 2), 0x12);
-  EXPECT_FLOAT_EQ(VoltageFromRaw(192, 12), 12.0F);
-  EXPECT_FLOAT_EQ(VoltageFromRaw(255, 12), 15.94F);
-  EXPECT_FLOAT_EQ(VoltageFromRaw(192, 2.13), 2.13F);
-  EXPECT_FLOAT_EQ(VoltageFromRaw(96, 4), 2.0F);
-  EXPECT_FLOAT_EQ(VoltageFromRaw(2, 12), 0.12F) << "0.125 is a tie";
-  EXPECT_FLOAT_EQ(VoltageFromRaw(6, 12), 0.38F) << "0.375 is a tie";
+  const std::tuple<std::uint8_t, double, float> rows[]{{192, 12, 12.0F},   {255, 12, 15.94F},
+                                                       {192, 2.13, 2.13F}, {96, 4, 2.0F},
+                                                       {2, 12, 0.12F},     {6, 12, 0.38F}};  // 0.125, 0.375
+  for (const auto& [raw, nominal, volts] : rows) EXPECT_FLOAT_EQ(VoltageFromRaw(raw, nominal), volts);
 }
 
 /// A chip on the fake board whose four pin registers are at hand.
@@ -70,10 +65,6 @@ class Pins : public ::testing::Test {
   static std::set<int> Present() { return Indices(VoltagePresent, std::identity{}); }
   static std::set<int> AvailableRows() {
     return Indices(LogChannelTable, [](const LogChannel& row) { return row.Available == 1.0F; });
-  }
-  /// The switch bytes that were written, 0x4A's before 0x48's.
-  static Traffic Switches(const char* device0, const char* device1) {
-    return {std::string("usb P 4A=") + device0, std::string("usb P 48=") + device1};
   }
 
   Desk desk;
@@ -122,7 +113,7 @@ TEST_F(Pins, TheSwitchesFollowThePins) {
   Configure({0x12, 0xCE, 0x42, 0x58});
   desk.board.TakeTraffic();
   UpdateBoardSwitches();
-  EXPECT_EQ(desk.board.TakeTraffic(), Switches("13", "F9"));
+  EXPECT_EQ(desk.board.TakeTraffic(), T("P4A=13 P48=F9"));
   BoardSwitch.fill(false);
   BoardSwitch[8] = BoardSwitch[15] = true;
   EXPECT_EQ(PackSwitchByte(1), 0x81);
@@ -133,36 +124,22 @@ TEST_F(Pins, APinRegisterWriteRenewsFlagsAndSwitches) {
   for (std::int32_t reg = 0x10; reg <= 0x14; ++reg) {
     const std::int32_t value = desk.board.Chip()[static_cast<std::size_t>(reg)];
     link::WriteRegisterValue(link::DeviceAddress, reg, value);
-    EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(reg, value), B(0x10, 4), Switches("3F", "FF")));
+    EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(reg, value), T("B10+4 P4A=3F P48=FF")));
   }
   link::WriteRegisterValue(link::DeviceAddress, 0x10, 0x3F);
   EXPECT_FALSE(PinFunctions.D1);
-}
-
-TEST(PinsOnSmbus, TheSwitchesAreKeptInMindAndNotSent) {
-  Desk desk(Desk::Buses::Smbus);
-  desk.Start();
-  link::WriteRegisterValue(link::DeviceAddress, 0x13, 0x00);
-  EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(0x13, 0x00), B(0x10, 4)));
-  EXPECT_FALSE(BoardSwitch[2] || BoardSwitch[4]);
-  EXPECT_TRUE(BoardSwitch[0] && BoardSwitch[8] && BoardSwitch[15]);
 }
 
 /// What a group reads and where it puts it.
 class Groups : public Pins {};
 
 TEST_F(Groups, EachReadsItsOwnBlocksInOrder) {
-  const std::vector<Traffic> expected{
-      {"usb B 58:88+8"}, {"usb B 58:98+8", "usb B 58:A2+8"},
-      {"usb B 58:AA+4"}, {"usb B 58:8B+1", "usb B 58:8F+8", "usb B 58:A3+7"},
-      {"usb B 58:AE+2"}, {"usb B 58:5A+2", "usb B 58:5C+4", "usb B 58:49+2", "usb B 58:45+2"},
-  };
-  for (std::int16_t group = 1; group <= 6; ++group) {
+  const char* const expected[]{
+      "", "B88+8", "B98+8 BA2+8", "BAA+4", "B8B+1 B8F+8 BA3+7", "BAE+2", "B5A+2 B5C+4 B49+2 B45+2", ""};
+  for (std::int16_t group = 0; group <= 7; ++group) {
     ReadMeasurementGroup(group);
-    EXPECT_EQ(desk.board.TakeTraffic(), expected[static_cast<std::size_t>(group - 1)]) << group;
+    EXPECT_EQ(desk.board.TakeTraffic(), T(expected[group])) << group;
   }
-  for (const std::int16_t group : std::array<std::int16_t, 3>{0, 7, -1}) ReadMeasurementGroup(group);
-  EXPECT_TRUE(desk.board.traffic.empty());
 }
 
 /// Every measurement register holds a value of its own, so that a byte taken from the wrong place shows.

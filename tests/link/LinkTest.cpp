@@ -156,99 +156,48 @@ TEST_F(Link, AWriteToAPwmConfigurationReadsItBackOnBothLinks) {
   });
 }
 
-TEST_F(Link, AFailedTransferShowsOneBoxClosesTheWindowsAndEnds) {
-  struct Row {
-    const char* name;
-    std::function<void()> operation;
-    bool heater;
-  };
-  std::int32_t value = 1;
-  const Row rows[] = {
-      {"read", [] { ReadRegister(0x58, 0x3E); }, false},
-      {"block", [] { ReadRegisterBlock(0x58, 0x88, 8); }, false},
-      {"write", [&] { WriteRegister(0x58, 0x21, value); }, false},
-      {"port", [] { ReadBoardPort(0x4A); }, false},
-      {"port write", [] { WriteBoardPort(0x4A, 1); }, false},
-      {"heater", [&] { SetHeater(1, value); }, true},
-      {"heater state", [] { ReadHeaterState(); }, true},
-  };
-  for (const Row& row : rows) {
-    Desk fresh;
-    Attach(fresh.services, [this] { ++closings; });
-    EnterPwmHooks();
-    LoadUsbFunctions(fresh.libraries);
-    OnUsb();
-    closings = 0;
-    fresh.board.failFrom = 0;
-    fresh.prompts.script = {row.heater ? platform::BoxAnswer::Yes : platform::BoxAnswer::Ok};
-    EXPECT_EQ(EndOf(row.operation), 1) << row.name;
-    ASSERT_EQ(fresh.prompts.shown.size(), 1U);
-    const platform::BoxQuestion& box = fresh.prompts.shown[0];
-    EXPECT_EQ(box.title, "ZTH4718 Evaluation Software");
-    EXPECT_EQ(box.text, row.heater ? "Error in Heater Module -  Do you wish to close the application?"
-                                   : "Communications Interrupted - Check USB connections");
-    EXPECT_EQ(box.icon, row.heater ? platform::BoxIcon::None : platform::BoxIcon::Critical);
-    EXPECT_EQ(box.buttons, row.heater ? platform::BoxButtons::YesNo : platform::BoxButtons::Ok);
-    EXPECT_EQ(closings, 1);
-    EXPECT_EQ(fresh.board.traffic.size(), 1U);
-    EXPECT_EQ(EndOf([] { ReadRegister(0x58, 0); }), 1) << "nothing goes on behind the end";
-    EXPECT_EQ(fresh.board.traffic.size(), 1U) << row.name;
-  }
-}
-
-TEST_F(Link, TheHeaterQuestionAnsweredWithNoLetsTheProgramGoOn) {
+TEST_F(Link, TheHeaterQuestionShutsTheLinkAndNoLetsTheProgramGoOn) {
   desk.board.failMatching = "usb H";
-  desk.prompts.script = {platform::BoxAnswer::No, platform::BoxAnswer::No};
+  desk.prompts.script = {platform::BoxAnswer::No};
   std::int32_t percent = 20;
+  desk.prompts.whileShown = [&] {
+    if (desk.prompts.shown.size() > 1) return;
+    EXPECT_TRUE(LinkHeld());
+    EXPECT_EQ(ReadRegister(0x58, 0x3E) + WriteRegisterValue(0x58, 0x30, 1) + SetHeater(2, percent), 0);
+    ReportLinkError(kCommunicationsInterrupted);
+  };
   EXPECT_EQ(SetHeater(1, percent), desk.board.failure);
-  EXPECT_EQ(ReadHeaterState(), desk.board.failure);
+  EXPECT_EQ(desk.board.traffic, Traffic{"usb H 1=20"});
+  EXPECT_EQ(desk.prompts.shown.size(), 1U);
+  EXPECT_EQ(desk.prompts.shown.at(0).icon, platform::BoxIcon::None);
+  EXPECT_EQ(desk.prompts.shown.at(0).buttons, platform::BoxButtons::YesNo);
   EXPECT_EQ(closings, 0);
   EXPECT_FALSE(LinkHeld());
   EXPECT_EQ(ReadRegister(0x58, 0x3E), 0x41);
 }
 
-TEST_F(Link, NothingReachesTheBoardWhileABoxStands) {
-  desk.board.failMatching = "usb H";
-  desk.prompts.script = {platform::BoxAnswer::No};
-  desk.prompts.whileShown = [] {
-    EXPECT_TRUE(LinkHeld());
-    std::int32_t percent = 10;
-    EXPECT_EQ(ReadRegister(0x58, 0x3E) + WriteRegisterValue(0x58, 0x30, 1) + SetHeater(2, percent), 0);
-    ReportLinkError(kCommunicationsInterrupted);
-  };
-  std::int32_t percent = 20;
-  SetHeater(1, percent);
-  EXPECT_EQ(desk.board.traffic, Traffic{"usb H 1=20"});
-  EXPECT_EQ(desk.prompts.shown.size(), 1U);
-}
-
-TEST_F(Link, TheUncheckedPortWriteIgnoresItsResult) {
-  desk.board.failFrom = 0;
-  WriteBoardPortUnchecked(0x4A, 0x3C);
-  EXPECT_EQ(ConnectAdapter(), desk.board.failure);
-  EXPECT_TRUE(desk.prompts.shown.empty());
-}
-
 TEST_F(Link, EveryCodeHasItsBoxAndHigherOnesEndSilently) {
-  const struct {
-    int code;
-    const char* text;
-  } rows[] = {{0, "Firmware failed to download - Check USB connections"},
-              {1, "SMBus enable error  - Check USB connections"},
-              {2, "Initial Connection Failed - Check USB connections"},
-              {3, "Communications Interrupted - Check USB connections"},
-              {4, "Device not found - Check USB connections"},
-              {6, nullptr},
-              {99, nullptr}};
-  for (const auto& row : rows) {
+  const std::pair<int, const char*> rows[] = {{0, "Firmware failed to download"},
+                                              {1, "SMBus enable error "},
+                                              {2, "Initial Connection Failed"},
+                                              {3, "Communications Interrupted"},
+                                              {4, "Device not found"},
+                                              {6, nullptr},
+                                              {99, nullptr}};
+  for (const auto& [code, text] : rows) {
     Desk fresh;
-    Attach(fresh.services, {});
-    if (row.text != nullptr) fresh.prompts.script = {platform::BoxAnswer::Ok};
-    EXPECT_EQ(EndOf([&] { ReportLinkError(row.code); }), 1);
-    ASSERT_EQ(fresh.prompts.shown.size(), row.text == nullptr ? 0U : 1U) << row.code;
-    if (row.text != nullptr) {
-      EXPECT_EQ(fresh.prompts.shown[0].text, row.text);
-    }
+    Attach(fresh.services, [this] { ++closings; });
+    closings = 0;
+    if (text != nullptr) fresh.prompts.script = {platform::BoxAnswer::Ok};
+    EXPECT_EQ(EndOf([code = code] { ReportLinkError(code); }), 1);
+    EXPECT_EQ(closings, 1);
+    ASSERT_EQ(fresh.prompts.shown.size(), text == nullptr ? 0U : 1U) << code;
+    if (text == nullptr) continue;
+    const platform::BoxQuestion& box = fresh.prompts.shown[0];
+    EXPECT_EQ(box.title, "ZTH4718 Evaluation Software");
+    EXPECT_EQ(box.text, QString(text) + " - Check USB connections");
+    EXPECT_EQ(box.icon, platform::BoxIcon::Critical);
+    EXPECT_EQ(box.buttons, platform::BoxButtons::Ok);
   }
 }
 

@@ -20,23 +20,19 @@ TEST(IniSettings, LastOverRunsAndCanBeEditedByHand) {
   const QString file = folder.filePath("ZTH4718 Evaluation Software.conf");
   EXPECT_EQ(IniSettings(file).Get("MainLeft", "1000"), "1000");
   IniSettings(file).Put("MainLeft", "-60");
-  IniSettings(file).Put("OpenEasySetup", "False");
   EXPECT_EQ(IniSettings(file).Get("MainLeft", "1000"), "-60");
 
   QFile text(file);
-  ASSERT_TRUE(text.open(QIODevice::ReadOnly));
+  ASSERT_TRUE(text.open(QIODevice::ReadWrite));
   QByteArray content = text.readAll();
-  text.close();
   EXPECT_TRUE(content.contains("[Settings]\n"));
   EXPECT_TRUE(content.contains("MainLeft=-60\n"));
-  content.replace("MainLeft=-60", "MainLeft = 250\nOther=kept, too");
-  ASSERT_TRUE(text.open(QIODevice::WriteOnly));
-  text.write(content);
+  text.seek(0);
+  text.write(content.replace("MainLeft=-60", "MainLeft = 250\nOther=kept, too"));
   text.close();
   IniSettings(file).Put("MainTop", "90");
   EXPECT_EQ(IniSettings(file).Get("MainLeft", ""), "250");
   EXPECT_EQ(IniSettings(file).Get("Other", ""), "kept, too");
-  EXPECT_EQ(IniSettings(file).Get("OpenEasySetup", ""), "False");
 }
 
 TEST(IniSettings, StandInTheUsersConfigurationFolderUnderTheProgramsTitle) {
@@ -63,22 +59,21 @@ void OnceShown(Act act) {
 }
 
 TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
-  DesktopPrompts prompts;
-  OnceShown<QMessageBox>([](QMessageBox& box) {
-    EXPECT_EQ(box.text(), "Error -  two blanks");
-    EXPECT_EQ(box.textFormat(), Qt::PlainText);
-    EXPECT_EQ(box.icon(), QMessageBox::NoIcon);
-    box.button(QMessageBox::Yes)->click();
-  });
-  EXPECT_EQ(prompts.Ask({"Title", "Error -  two blanks", BoxIcon::None, BoxButtons::YesNo}), BoxAnswer::Yes);
-  OnceShown<QMessageBox>([](QMessageBox& box) { box.reject(); });
-  EXPECT_EQ(prompts.Ask({"Title", "Text", BoxIcon::None, BoxButtons::YesNo}), BoxAnswer::No);
-  OnceShown<QMessageBox>([](QMessageBox& box) {
-    EXPECT_EQ(box.icon(), QMessageBox::Critical);
-    EXPECT_EQ(box.buttons().size(), 1);
-    box.accept();
-  });
-  EXPECT_EQ(prompts.Ask({"Title", "Text", BoxIcon::Critical, BoxButtons::Ok}), BoxAnswer::Ok);
+  using Box = QMessageBox;
+  const std::tuple<BoxIcon, BoxButtons, Box::Icon, Box::StandardButton, BoxAnswer> rows[]{
+      {BoxIcon::None, BoxButtons::YesNo, Box::NoIcon, Box::Yes, BoxAnswer::Yes},
+      {BoxIcon::None, BoxButtons::YesNo, Box::NoIcon, Box::NoButton, BoxAnswer::No},  // closed without a button
+      {BoxIcon::Critical, BoxButtons::Ok, Box::Critical, Box::Ok, BoxAnswer::Ok}};
+  for (const auto& [icon, buttons, shown, press, answer] : rows) {
+    OnceShown<Box>([&, shown = shown, press = press, count = buttons == BoxButtons::Ok ? 1 : 2](Box& box) {
+      EXPECT_EQ(box.text(), "Error -  two blanks");
+      EXPECT_EQ(box.textFormat(), Qt::PlainText);
+      EXPECT_EQ(box.icon(), shown);
+      EXPECT_EQ(box.buttons().size(), count);
+      press == Box::NoButton ? box.reject() : box.button(press)->click();
+    });
+    EXPECT_EQ(DesktopPrompts().Ask({"Title", "Error -  two blanks", icon, buttons}), answer);
+  }
 }
 
 TEST(FileDialogs, AskForOneFileAndTellACancel) {

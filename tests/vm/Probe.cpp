@@ -92,19 +92,14 @@ void Run(const Smbus& smbus, const std::string& step, Steps& steps) {
     Start(smbus);
   } else if (step == "detect") {
     smbus.Detect();
-  } else if (step == "read") {
+  } else if (step == "read" || step == "write" || step == "until-lost") {
     const std::uint8_t address = steps.Byte();
     const std::uint8_t reg = steps.Byte();
-    std::printf("read %02X %02X: %02X\n", address, reg, smbus.Read(address, reg));
-  } else if (step == "write") {
-    const std::uint8_t address = steps.Byte();
-    const std::uint8_t reg = steps.Byte();
-    smbus.Write(address, reg, steps.Byte());
+    if (step == "read") std::printf("read %02X %02X: %02X\n", address, reg, smbus.Read(address, reg));
+    if (step == "write") smbus.Write(address, reg, steps.Byte());
+    if (step == "until-lost") UntilLost(smbus, address, reg);
   } else if (step == "nodes") {
     std::printf("nodes %d\n", OpenNodes());
-  } else if (step == "until-lost") {
-    const std::uint8_t address = steps.Byte();
-    UntilLost(smbus, address, steps.Byte());
   } else if (step == "touch") {
     std::ofstream(steps.Text()).put('\n');
   } else if (step == "await") {

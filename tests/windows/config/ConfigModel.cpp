@@ -92,18 +92,11 @@ QString Shown(const Control& control, unsigned byte) {
 
 unsigned Sent(const Control& control, const QString& shown) {
   const int value = shown.toInt();
-  switch (control.look) {
-    case Look::Unticked:
-      return static_cast<unsigned>(1 - value);
-    case Look::Duty:
-      return static_cast<unsigned>(HalfEven(value * 255, 100));
-    case Look::LastTwoAlike:
-      return value >= 2 ? 3U : static_cast<unsigned>(value);
-    case Look::LastThreeAlike:
-      return value >= 5 ? 7U : static_cast<unsigned>(value);
-    default:
-      return static_cast<unsigned>(value);
-  }
+  if (control.look == Look::Unticked) return static_cast<unsigned>(1 - value);
+  if (control.look == Look::Duty) return static_cast<unsigned>(HalfEven(value * 255, 100));
+  if (control.look == Look::LastTwoAlike && value >= 2) return 3;
+  if (control.look == Look::LastThreeAlike && value >= 5) return 7;
+  return static_cast<unsigned>(value);
 }
 
 std::uint8_t Untouched(const WindowModel& window, int reg, unsigned before) {

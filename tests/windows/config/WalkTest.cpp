@@ -14,7 +14,6 @@ class Walk : public ::testing::TestWithParam<WindowModel> {
   }
 
   FakeBoard::Registers& Chip() { return desk_.board.Chip(); }
-
   void LoadWith(const FakeBoard::Registers& registers) {
     Desk::Settle();
     desk_.board.TakeTraffic();

@@ -35,13 +35,6 @@ class LogFailureTest : public DataTest {
     Log(lines);
     desk.files.locked = false;
   }
-  /// Two lines wait for a file that has become writable again.
-  void LetLinesWait() {
-    Begin();
-    LogLocked(2);
-    ASSERT_EQ(File(), kHead);
-  }
-  void Trigger(const char* action) { Desk::Get<QAction>(desk.Main(), action).trigger(); }
   std::string File() { return Content(Path("a.csv")); }
 };
 
@@ -122,8 +115,7 @@ TEST_F(LogFailureTest, ATornLineThatCannotBeCutAtOnceIsCutBeforeAnythingElse) {
 TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   Begin("0");
   const auto log = [this](int lines, float value) {
-    LogChannelTable[0].Value = value;
-    for (int i = 0; i < lines; ++i) Job();
+    for (LogChannelTable[0].Value = value; lines > 0; --lines) Job();
     return Status();
   };
   desk.files.locked = true;
@@ -175,21 +167,23 @@ TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
 }
 
 TEST_F(LogFailureTest, EveryOrderlyEndTriesOnceMore) {
-  LetLinesWait();
-  Trigger("mnuExit");
-  EXPECT_EQ(desk.process.ends, std::vector<int>{0});
-  EXPECT_EQ(File(), kHead + Lines(0, 1));
-
-  windows::LogActive = false;
-  windows::ResetLog();
-  QFile::remove(Path("a.csv"));
-  LetLinesWait();
-  desk.Main().close();
-  EXPECT_EQ(File(), kHead + Lines(0, 1));
+  const std::function<void()> ends[]{[this] { Desk::Get<QAction>(desk.Main(), "mnuExit").trigger(); },
+                                     [this] { desk.Main().close(); }};
+  for (const auto& end : ends) {
+    windows::LogActive = false;
+    windows::ResetLog();
+    QFile::remove(Path("a.csv"));
+    Begin();
+    LogLocked(2);
+    ASSERT_EQ(File(), kHead);
+    end();
+    EXPECT_EQ(File(), kHead + Lines(0, 1));
+  }
 }
 
 TEST_F(LogFailureTest, AFailureOfTheLinkTriesOnceMore) {
-  LetLinesWait();
+  Begin();
+  LogLocked(2);
   desk.prompts.script.push_back(platform::BoxAnswer::Ok);
   EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted), platform::ProcessEnded);
   EXPECT_EQ(File(), kHead + Lines(0, 1));

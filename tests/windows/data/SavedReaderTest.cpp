@@ -66,19 +66,20 @@ TEST(SavedReader, StopsAtAHundredThousandLines) {
 
 TEST(SavedReader, GivesBackWhatWasSavedWhateverTheComment) {
   std::mt19937 random(4718);
+  const auto noise = [&random](const std::string& characters) {
+    std::string text;
+    for (auto n = random() % 20; n > 0; --n) text += characters[random() % characters.size()];
+    return text;
+  };
   for (int i = 0; i < 2000; ++i) {
-    std::string comment;
-    for (auto n = random() % 20; n > 0; --n) comment += "x0{ }/\t\xC3\xA9"[random() % 9];
-    std::string text = SavedHead("11/18/2026", "2:40:12 AM", comment);
+    std::string text = SavedHead("11/18/2026", "2:40:12 AM", noise("x0{ }/\t\xC3\xA9"));
     std::ostringstream lines;
     lines << std::hex << std::uppercase;
     for (auto n = 1 + random() % 200; n > 0; --n) {
       const auto address = static_cast<std::int32_t>(random() % 256);
       const auto value = static_cast<std::int32_t>(random() % 256);
       lines << address << '=' << value << ' ';
-      std::string caption;
-      for (auto k = random() % 10; k > 0; --k) caption += "x}{ 0A"[random() % 6];
-      text += SavedLine(address, value, caption);
+      text += SavedLine(address, value, noise("x}{ 0A"));
     }
     text += kSavedEnd;
     ASSERT_EQ(ReadAll(text), lines.str() + "end") << text;

@@ -1,3 +1,4 @@
+#include <map>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -5,10 +6,6 @@
 #include "windows/fancontrol/CurveModel.h"
 
 namespace zth::windows {
-
-std::ostream& operator<<(std::ostream& out, const CurvePoint& point) {
-  return out << "(" << point.x << "," << point.y << ")";
-}
 
 namespace {
 
@@ -23,104 +20,73 @@ CurveTexts Texts(const std::string& changes = {}, std::size_t pwm = 0, std::size
   for (auto& other : texts.channels) other = {"11", "2°C", "1", "12", "13"};
   texts.pwms[pwm] = {kControlItems[channel], "25", false};
   texts.channels[channel] = {"30", "20°C", "4", "45", "50"};
+  auto& own = texts.channels[channel];
+  std::map<std::string, std::string*> places{{"max", &texts.maxPwm}, {"min", &texts.pwms[pwm].minPwm},
+                                             {"tmin", &own.tmin},    {"range", &own.trange},
+                                             {"th1", &own.th1},      {"th2", &own.th2}};
   std::istringstream words(changes);
   for (std::string word; words >> word;) {
-    const std::string value = word.substr(word.find('=') + 1);
+    const auto mark = word.find('=');
+    if (mark != std::string::npos) *places.at(word.substr(0, mark)) = word.substr(mark + 1);
     if (word == "therm1") texts.thermFS1 = true;
     if (word == "therm2") texts.thermFS2 = true;
     if (word == "on") texts.pwms[pwm].minSpeed = true;
-    if (word.starts_with("max=")) texts.maxPwm = value;
-    if (word.starts_with("min=")) texts.pwms[pwm].minPwm = value;
-    if (word.starts_with("tmin=")) texts.channels[channel].tmin = value;
-    if (word.starts_with("range=")) texts.channels[channel].trange = value;
-    if (word.starts_with("th1=")) texts.channels[channel].th1 = value;
-    if (word.starts_with("th2=")) texts.channels[channel].th2 = value;
   }
   texts.polledTmin.fill(-7);
-  texts.polledTmin[channel] = static_cast<std::int16_t>(std::stoi(texts.channels[channel].tmin));
+  texts.polledTmin[channel] = static_cast<std::int16_t>(std::stoi(own.tmin));
   return texts;
+}
+
+/// What is drawn, as "-40,0 30,0".
+std::string Text(const DrawPath& path) {
+  std::string text;
+  for (const auto& [x, y] : path) text += (text.empty() ? "" : " ") + std::to_string(x) + "," + std::to_string(y);
+  return text;
 }
 
 // The curve as it is drawn, of each PWM by each channel.
 TEST(Curve, HasTheShapesAnEngineerExpects) {
+  constexpr const char* kPlain = "-40,0 30,0 30,25 53,100 119,100";
+  constexpr const char* kDown = "26,0 26,25 30,25";
   struct Case {
-    const char* what;
-    const char* changes;
-    DrawPath main;
-    DrawPath hysteresis;
+    const char *what, *changes, *main, *hysteresis;
     ChartRange range = kStartRange;
   };
-  const DrawPath plain{{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {119, 100}};
-  const DrawPath down{{26, 0}, {26, 25}, {30, 25}};
   const std::vector<Case> cases{
-      {"no THERM option", "", plain, down},
-      {"the limit cuts the ramp", "therm1", {{-40, 0}, {30, 0}, {30, 25}, {45, 73}, {45, 100}, {119, 100}}, down},
-      {"the lower of two limits cuts it, at a duty that is rounded",
-       "therm1 therm2 range=13.3°C",
-       {{-40, 0}, {30, 0}, {30, 25}, {45, 99}, {45, 100}, {119, 100}},
-       down},
-      {"the limit lies below Tmin", "therm1 th1=25", {{-40, 0}, {25, 0}, {25, 100}, {119, 100}}, {}},
-      {"the limit lies at Tmin", "therm2 th2=30", {{-40, 0}, {30, 0}, {30, 100}, {119, 100}}, {}},
-      {"the lower of two limits counts, behind the ramp",
-       "therm1 therm2 th1=90 th2=80",
-       {{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {80, 100}, {80, 100}, {119, 100}},
-       down},
-      {"the limit lies exactly at the ramp's end",
-       "therm1 max=89 range=16°C th1=46",
-       {{-40, 0}, {30, 0}, {30, 25}, {46, 89}, {46, 89}, {46, 100}, {119, 100}},
-       down},
-      {"a limit beyond the chart is left out", "therm1 th1=125", plain, down},
-      {"without a limit it ends at a low maximum", "max=60", {{-40, 0}, {30, 0}, {30, 25}, {41, 60}, {119, 60}}, down},
-      {"a maximum below the minimum",
-       "max=20",
-       {{-40, 0}, {30, 0}, {30, 20}, {30, 20}, {119, 20}},
-       {{26, 0}, {26, 20}, {30, 20}}},
-      {"always on", "on", {{-40, 25}, {30, 25}, {30, 25}, {53, 100}, {119, 100}}, {}},
-      {"always on, cut by the limit",
-       "on therm1",
-       {{-40, 25}, {30, 25}, {30, 25}, {45, 73}, {45, 100}, {119, 100}},
-       {}},
-      {"always on, with a low maximum up to the limit",
-       "on therm1 max=60 th1=60",
-       {{-40, 25}, {30, 25}, {30, 25}, {41, 60}, {60, 60}, {60, 100}, {119, 100}},
-       {}},
-      {"always on, with the limit below Tmin", "on therm2 th2=-5", {{-40, 25}, {-5, 25}, {-5, 100}, {119, 100}}, {}},
-      {"flat, cut by the limit",
-       "max=20 therm2",
-       {{-40, 0}, {30, 0}, {30, 20}, {30, 20}, {50, 20}, {50, 100}, {119, 100}},
-       {{26, 0}, {26, 20}, {30, 20}}},
-      {"flat, with the limit below Tmin", "max=20 therm1 th1=20", {{-40, 0}, {20, 0}, {20, 100}, {119, 100}}, {}},
-      {"flat and always on", "max=20 on", {{-40, 20}, {30, 20}, {30, 20}, {30, 20}, {119, 20}}, {}},
-      {"from below zero",
-       "tmin=-20 min=0 max=64 range=80°C",
-       {{-40, 0}, {-20, 0}, {-20, 0}, {60, 64}, {119, 64}},
-       {{-24, 0}, {-24, 0}, {-20, 0}}},
-      {"zoomed in, with the way down beyond the edge",
-       "",
-       {{8, 0}, {27, 100}},
-       {{26, 0}, {26, 25}, {28, 25}},
-       {20.5, 28.25}},
+      {"no THERM option", "", kPlain, kDown},
+      {"the limit cuts the ramp", "therm1", "-40,0 30,0 30,25 45,73 45,100 119,100", kDown},
+      {"the lower of two limits cuts it, at a duty that is rounded", "therm1 therm2 range=13.3°C",
+       "-40,0 30,0 30,25 45,99 45,100 119,100", kDown},
+      {"the limit lies below Tmin", "therm1 th1=25", "-40,0 25,0 25,100 119,100", ""},
+      {"the limit lies at Tmin", "therm2 th2=30", "-40,0 30,0 30,100 119,100", ""},
+      {"the lower of two limits counts, behind the ramp", "therm1 therm2 th1=90 th2=80",
+       "-40,0 30,0 30,25 53,100 80,100 80,100 119,100", kDown},
+      {"the limit lies exactly at the ramp's end", "therm1 max=89 range=16°C th1=46",
+       "-40,0 30,0 30,25 46,89 46,89 46,100 119,100", kDown},
+      {"a limit beyond the chart is left out", "therm1 th1=125", kPlain, kDown},
+      {"without a limit it ends at a low maximum", "max=60", "-40,0 30,0 30,25 41,60 119,60", kDown},
+      {"a maximum below the minimum", "max=20", "-40,0 30,0 30,20 30,20 119,20", "26,0 26,20 30,20"},
+      {"always on", "on", "-40,25 30,25 30,25 53,100 119,100", ""},
+      {"flat, cut by the limit", "max=20 therm2", "-40,0 30,0 30,20 30,20 50,20 50,100 119,100", "26,0 26,20 30,20"},
+      {"from below zero", "tmin=-20 min=0 max=64 range=80°C", "-40,0 -20,0 -20,0 60,64 119,64", "-24,0 -24,0 -20,0"},
+      {"zoomed in, with the way down beyond the edge", "", "8,0 27,100", "26,0 26,25 28,25", {20.5, 28.25}},
   };
   for (const Case& row : cases) {
     for (std::size_t each = 0; each < 16; ++each) {
       CurveModel model = BuildCurveModel(Texts(row.changes, each / 4, each % 4));
       const CurvePaths paths = BuildCurvePaths(model, static_cast<int>(each / 4), 0, row.range);
-      EXPECT_EQ(VisibleMain(paths.main, row.range.xEnd), row.main) << row.what << " " << each;
-      EXPECT_EQ(VisibleHysteresis(paths.hysteresis, row.range.xEnd), row.hysteresis) << row.what << " " << each;
+      EXPECT_EQ(Text(VisibleMain(paths.main, row.range.xEnd)), row.main) << row.what << " " << each;
+      EXPECT_EQ(Text(VisibleHysteresis(paths.hysteresis, row.range.xEnd)), row.hysteresis) << row.what << " " << each;
     }
   }
 }
 
-// Ramp ends that lie half way between two degrees. The first rows tie to the even degree; in the last the single
-// precision of the line tells, worked out apart with exact fractions rounded at each stored figure.
 TEST(Curve, RoundsItsRampEndInSinglePrecision) {
-  const std::vector<std::pair<const char*, int>> cases{
-      {"range=2°C tmin=20 min=14 max=62", 22},    {"range=6.7°C tmin=69 min=45 max=77", 72},
-      {"range=13.3°C tmin=61 min=50 max=82", 68}, {"range=26.7°C tmin=63 min=65 max=97", 76},
-      {"range=53.3°C tmin=99 min=9 max=41", 126}, {"range=20°C tmin=1 min=86 max=94", 3},
-      {"range=80°C tmin=2 min=75 max=81", 9},     {"range=80°C tmin=23 min=90 max=96", 31},
-      {"range=80°C tmin=6 min=97 max=99", 9}};
-  for (const auto& [changes, end] : cases) {
+  const std::pair<const char*, int> rows[]{{"range=2°C tmin=20 min=14 max=62", 22},
+                                           {"range=26.7°C tmin=63 min=65 max=97", 76},
+                                           {"range=80°C tmin=2 min=75 max=81", 9},
+                                           {"range=80°C tmin=6 min=97 max=99", 9}};
+  for (const auto& [changes, end] : rows) {
     CurveModel model = BuildCurveModel(Texts(changes));
     EXPECT_EQ(BuildCurvePaths(model, 0, 0, kStartRange).main[3].x, end) << changes;
   }

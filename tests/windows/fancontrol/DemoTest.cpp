@@ -14,50 +14,32 @@ namespace {
 // changed twice is read again in between.
 constexpr char kOnZeros[] =
     "R21 W21=40 R21 R22 W22=40 R22 R23 W23=40 R23 R24 W24=40 R24 R0D W0D=02 W2C=FF R02 W02=40 R07 W07=0F R0F W0F=08 "
-    "R0F "
-    "W0F=09 R30 W30=90 R33 W33=20 R0B W0B=02 R0B W0B=22 R64 W64=20 R62 W62=02 W52=9A R62 W62=B2 W5B=95 W5E=68 W46=5F "
+    "R0F W0F=09 R30 W30=90 R33 W33=20 R0B W0B=02 R0B W0B=22 R64 W64=20 R62 W62=02 W52=9A R62 W62=B2 W5B=95 W5E=68 "
+    "W46=5F "
     "W4A=6D R01 W01=20";
 // On a chip of ones the same transfers, by which the bits that stay are seen.
 constexpr char kOnOnes[] =
     "R21 W21=5F R21 R22 W22=5F R22 R23 W23=5F R23 R24 W24=5F R24 R0D W0D=FF W2C=FF R02 W02=7F R07 W07=FF R0F W0F=FF "
-    "R0F "
-    "W0F=FF R30 W30=FF R33 W33=FF R0B W0B=FF R0B W0B=FF R64 W64=2F R62 W62=F2 W52=9A R62 W62=B2 W5B=95 W5E=68 W46=5F "
+    "R0F W0F=FF R30 W30=FF R33 W33=FF R0B W0B=FF R0B W0B=FF R64 W64=2F R62 W62=F2 W52=9A R62 W62=B2 W5B=95 W5E=68 "
+    "W46=5F "
     "W4A=6D R01 W01=2F";
 
-TEST(Demo, SetsTheBoardUpToTheByteOnBothLinks) {
+// Behind the set-up the window reads anew, and as it is ready, each control that changes by that writes back what has
+// just been read, 0x64 whole.
+TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBackOnBothLinks) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     for (const bool ones : {false, true}) {
-      Desk desk(buses);
-      desk.Start();
-      desk.board.Chip().fill(ones ? 0xFF : 0x00);
+      WindowDesk desk("frmDynamicTmin", buses, [&](Desk& each) { each.board.Chip().fill(ones ? 0xFF : 0); });
       desk.board.ports[0x4A] = 0xBF;
-      windows::SetUpDemo();
-      EXPECT_EQ(desk.board.TakeTraffic(), Concat(T("P4A D4A=BC"), T(ones ? kOnOnes : kOnZeros))) << ones;
+      EXPECT_EQ(desk.Sent("cmdDemo"),
+                ones ? Concat(T("P4A D4A=BC"), T(kOnOnes),
+                              T("B0B+2 B5A+2 W5B=95 B5D+2 W5E=68 B45+2 W46=5F B49+2 W4A=6D B64+1 W64=20"))
+                     : Concat(T("P4A D4A=BC"), T(kOnZeros),
+                              T("B0B+2 R0B W0B=22 R0B W0B=22 B5A+2 W5B=95 B5D+2 W5E=68 B45+2 W46=5F B49+2 W4A=6D B64+1 "
+                                "W64=20")));
+      EXPECT_TRUE(windows::DemoRunning);
     }
   }
-}
-
-// The whole click: behind the set-up the window reads anew, and as it is ready, each control that changes by that
-// writes back what has just been read, 0x64 whole.
-TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBack) {
-  for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
-    WindowDesk desk("frmDynamicTmin", buses, [](Desk& each) { each.board.Chip().fill(0); });
-    desk.board.ports[0x4A] = 0x3F;
-    EXPECT_EQ(
-        desk.Sent("cmdDemo"),
-        Concat(T("P4A D4A=3C"), T(kOnZeros),
-               T("B0B+2 R0B W0B=22 R0B W0B=22 B5A+2 W5B=95 B5D+2 W5E=68 B45+2 W46=5F B49+2 W4A=6D B64+1 W64=20")));
-    EXPECT_TRUE(windows::DemoRunning);
-  }
-}
-
-TEST(Demo, OpensTheSwitchesEvenWhenTheirWriteFails) {
-  Desk desk;
-  desk.Start();
-  desk.board.failMatching = "usb D";
-  windows::SetUpDemo();
-  EXPECT_TRUE(desk.prompts.shown.empty());
-  EXPECT_EQ(desk.board.Chip()[0x01], 0x21);
 }
 
 /// Registers of Remote2: a temperature, and the state that dynamic Tmin is drawn by.
@@ -112,33 +94,28 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
 }
 
 TEST(DutyTraces, AreTheFansThatAChannelDrives) {
-  struct Row {
-    std::array<std::uint8_t, 4> configs;
-    const char* remote1;
-    const char* remote2;
-  };
-  for (const Row& row : {Row{{0x20, 0x40, 0xC0, 0xA0}, "PWM1 PWM3 ", "PWM2 PWM3 "},
-                         Row{{0xC0, 0xDF, 0xC1, 0xC2}, "PWM1 PWM2 PWM3 PWM4 ", "PWM1 PWM2 PWM3 PWM4 "},
-                         Row{{0x00, 0x60, 0x80, 0xE0}, "", ""}, Row{{0xE0, 0x3F, 0x5F, 0x20}, "PWM2 PWM4 ", "PWM3 "}}) {
-    const auto lists = windows::ListDutyTraces(row.configs);
+  using Configs = std::array<std::uint8_t, 4>;
+  const std::tuple<Configs, const char*, const char*> rows[]{
+      {{0x20, 0x40, 0xC0, 0xA0}, "PWM1=0 PWM3=2 ", "PWM2=1 PWM3=2 "},
+      {{0xC0, 0xDF, 0xC1, 0xC2}, "PWM1=0 PWM2=1 PWM3=2 PWM4=3 ", "PWM1=0 PWM2=1 PWM3=2 PWM4=3 "},
+      {{0x00, 0x60, 0x80, 0xE0}, "", ""},
+      {{0xE0, 0x3F, 0x5F, 0x20}, "PWM2=1 PWM4=3 ", "PWM3=2 "}};
+  for (const auto& [configs, remote1, remote2] : rows) {
+    QString names[2];
     for (std::size_t channel = 0; channel < 2; ++channel) {
-      QString names;
-      for (std::size_t k = 0; k < static_cast<std::size_t>(lists[channel].Count); ++k) {
-        names += lists[channel].Name[k] + " ";
-        EXPECT_EQ(lists[channel].Name[k], QString("PWM%1").arg(lists[channel].Pwm[k] + 1));
+      const auto list = windows::ListDutyTraces(configs)[channel];
+      for (std::size_t k = 0; k < static_cast<std::size_t>(list.Count); ++k) {
+        names[channel] += QString("%1=%2 ").arg(list.Name[k]).arg(list.Pwm[k]);
       }
-      EXPECT_EQ(names, channel == 0 ? row.remote1 : row.remote2);
     }
+    EXPECT_EQ(names[0] + "|" + names[1], QString(remote1) + "|" + remote2);
   }
 }
 
 TEST(TraceNames, StandLevelWithTheirValueAndStayInTheZone) {
-  const windows::TraceZone zone{0.59F, -10, 110};
-  EXPECT_FLOAT_EQ(TraceLabelTop(zone, 110), 0.03F);
-  EXPECT_FLOAT_EQ(TraceLabelTop(zone, -10), 0.59F);
-  EXPECT_NEAR(TraceLabelTop(zone, 50), 0.31, 1e-6);
-  EXPECT_FLOAT_EQ(TraceLabelTop(zone, 190), 0.03F);
-  EXPECT_FLOAT_EQ(TraceLabelTop(zone, -64), 0.59F);
+  const std::pair<int, float> rows[]{{110, 0.03F}, {-10, 0.59F}, {50, 0.31F}, {190, 0.03F}, {-64, 0.59F}};
+  for (const auto& [value, top] : rows)
+    EXPECT_FLOAT_EQ(TraceLabelTop(windows::TraceZone{0.59F, -10, 110}, value), top) << value;
 }
 
 }  // namespace

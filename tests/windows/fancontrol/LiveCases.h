@@ -1,33 +1,19 @@
 #pragma once
 
-#include "platform/Services.h"
 #include "tests/support/Steps.h"
 #include "widgets/Strip.h"
 
 /// One change of a control of a live window, and what it sends: the same ground for all of them.
 namespace zth::testing {
 
-struct LiveCase {
-  const char* steps;
-  const char* transfers;
-  const char* what = "";
-
-  void act(const QWidget& window) const { Do(window, steps); }
-  Traffic sends() const { return T(transfers); }
-};
-
-/// Each case on a fresh program whose chip holds `before` in every register, on either link: what it sends, in order.
-inline void RunLiveCases(const char* name, std::uint8_t before, const std::vector<LiveCase>& cases) {
-  for (const LiveCase& row : cases) {
-    SCOPED_TRACE(std::string(row.steps) + " " + row.what);
+/// Cases "steps: transfers" apart by ", ", each on a fresh program whose chip holds `before` in every register, on
+/// either link: what it sends, in order.
+inline void RunLiveCases(const char* name, std::uint8_t before, const QString& cases) {
+  for (const QString& row : cases.split(", ")) {
+    SCOPED_TRACE(row.toStdString());
     for (const auto buses : {Desk::Buses::Smbus, Desk::Buses::Usb}) {
-      Desk desk(buses);
-      desk.Start();
-      desk.board.Chip().fill(before);
-      auto& window = desk.Open(name);
-      desk.board.TakeTraffic();
-      row.act(window);
-      EXPECT_EQ(desk.board.TakeTraffic(), row.sends());
+      WindowDesk desk(name, buses, [&](Desk& each) { each.board.Chip().fill(before); });
+      EXPECT_EQ(desk.Sent(row.section(": ", 0, 0)), T(row.section(": ", 1).toStdString()));
     }
   }
 }

@@ -33,33 +33,23 @@ TEST(VoltageLimits, ShowTwoDecimalsOfTheNominalVoltageAt192) {
 }
 
 TEST(VoltageLimits, TakeTheNearestCodeOfAVoltage) {
-  EXPECT_EQ(VoltsToVoltageRaw(15.94, 12), 255);
-  EXPECT_EQ(VoltsToVoltageRaw(0.03125, 12), 0) << "half a code, to the even one";
-  EXPECT_EQ(VoltsToVoltageRaw(0.09375, 12), 2);
-  EXPECT_EQ(VoltsToVoltageRaw(99, 12), 255);
-  EXPECT_EQ(VoltsToVoltageRaw(-1, 12), 0);
+  // Half a code goes to the even one.
+  for (const auto& [volts, raw] : {std::pair{15.94, 255}, {0.03125, 0}, {0.09375, 2}, {99.0, 255}, {-1.0, 0}}) {
+    EXPECT_EQ(VoltsToVoltageRaw(volts, 12), raw) << volts;
+  }
   for (const float nominal : {12.0F, 5.0F, 4.0F, 3.3F, 2.5F, 2.13F, 1.8F, 1.5F, 1.25F, 1.2F, 0.9F}) {
     for (int raw = 0; raw <= 255; ++raw) {
       const int back = VoltsToVoltageRaw(VoltageRawToVolts(static_cast<std::uint8_t>(raw), nominal), nominal);
       // Two decimals hold each code of a channel whose codes lie more than a hundredth of a volt apart.
-      const int slack = nominal > 1.92F ? 0 : 1;
-      EXPECT_LE(std::abs(back - raw), slack) << nominal << " V, raw " << raw;
+      EXPECT_LE(std::abs(back - raw), nominal > 1.92F ? 0 : 1) << nominal << " V, raw " << raw;
     }
   }
 }
 
 TEST(FanLimits, ShowTheSpeedOfTheUpperByte) {
-  for (const auto& [raw, rpm] : {std::pair{0, 12000.0},
-                                 {1, 10567.5},
-                                 {2, 7040.4},
-                                 {21, 959.0},
-                                 {192, 109.3},
-                                 {209, 100.4},
-                                 {210, 0.0},
-                                 {254, 0.0},
-                                 {255, 0.0}}) {
-    EXPECT_NEAR(static_cast<double>(TachLimitToRpm(static_cast<std::uint8_t>(raw), kClock)), rpm, 0.1) << raw;
-  }
+  const std::pair<std::uint8_t, double> rows[]{{0, 12000},   {1, 10567.5}, {2, 7040.4}, {21, 959}, {192, 109.3},
+                                               {209, 100.4}, {210, 0},     {254, 0},    {255, 0}};
+  for (const auto& [raw, rpm] : rows) EXPECT_NEAR(static_cast<double>(TachLimitToRpm(raw, kClock)), rpm, 0.1) << raw;
   EXPECT_FLOAT_EQ(TachLimitToRpm(1, 2 * kClock), 21135.03F) << "the clock counts";
 }
 
@@ -89,13 +79,12 @@ TEST(ThermTimerLimits, HoldPercentsIn255ths) {
   for (const auto& [raw, percent] : {std::pair{0, 0}, {1, 0}, {2, 1}, {128, 50}, {192, 75}, {254, 100}, {255, 100}}) {
     EXPECT_EQ(ThermLimitToPercent(static_cast<std::uint8_t>(raw)), percent) << raw;
   }
-  EXPECT_EQ(PercentToThermLimit(100), 255);
-  EXPECT_EQ(PercentToThermLimit(10), 26) << "25.5, to the even code";
-  EXPECT_EQ(PercentToThermLimit(50), 127) << "just below 127.5";
-  EXPECT_EQ(PercentToThermLimit(101), 255);
-  for (int percent = 0; percent <= 100; ++percent) {
-    EXPECT_EQ(ThermLimitToPercent(PercentToThermLimit(percent)), percent);
+  // 25.5 goes to the even code, 50 percent are just below 127.5.
+  for (const auto& [percent, raw] : {std::pair{100, 255}, {10, 26}, {50, 127}, {101, 255}}) {
+    EXPECT_EQ(PercentToThermLimit(percent), raw) << percent;
   }
+  for (int percent = 0; percent <= 100; ++percent)
+    EXPECT_EQ(ThermLimitToPercent(PercentToThermLimit(percent)), percent);
 }
 
 }  // namespace

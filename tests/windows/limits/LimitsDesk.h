@@ -38,16 +38,8 @@ class Limits : public ::testing::Test {
   void PickItem(const char* list, const QString& item) const {
     Desk::Pick(*window, list, static_cast<int>(Items(list).indexOf(item)));
   }
-  double Slider(const char* gauge, int number) const {
-    auto& widget = Desk::Get<QWidget>(*window, gauge);
-    widget.setProperty("PointerIndex", number);
-    return widget.property("PointerValue").toDouble();
-  }
-  double Needle(const char* gauge, int number) const {
-    auto& widget = Desk::Get<QWidget>(*window, gauge);
-    widget.setProperty("NeedleIndex", number);
-    return widget.property("NeedleValue").toDouble();
-  }
+  double Slider(const char* gauge, int number) const { return Indexed(gauge, "Pointer", number); }
+  double Needle(const char* gauge, int number) const { return Indexed(gauge, "Needle", number); }
   QString Caption(const char* gauge) const { return Desk::Property(*window, gauge, "Caption").toString(); }
   /// The five gauges' captions in the order of the tabs, apart by "|".
   std::string Captions() const {
@@ -63,11 +55,15 @@ class Limits : public ::testing::Test {
     QMetaObject::invokeMethod(&widget, "SliderChanged");
   }
   bool Enabled(const QString& name) const { return Desk::Get<QWidget>(*window, name).isEnabled(); }
-  bool Lit(const QString& lamp) const { return Desk::Property(*window, lamp, "Value").toBool(); }
-  bool Seen(const QString& lamp) const { return Desk::Property(*window, lamp, "Visible").toBool(); }
-
   Desk desk;
   windows::ChildWindow* window = nullptr;
+
+ private:
+  double Indexed(const char* gauge, const std::string& kind, int number) const {
+    auto& widget = Desk::Get<QWidget>(*window, gauge);
+    widget.setProperty((kind + "Index").c_str(), number);
+    return widget.property((kind + "Value").c_str()).toDouble();
+  }
 };
 
 inline QString At(const char* array, int index) {

@@ -1,8 +1,6 @@
 // The limits window as a whole: its load, masks, lamps, rows and lists.
 #include <array>
 
-#include <QLabel>
-#include <QTabWidget>
 #include <gmock/gmock.h>
 
 #include "link/Declarations.h"
@@ -42,15 +40,6 @@ TEST(LimitsLoad, ReadsTabByTabOnBothLinksAndLeavesMasksAloneThatHaveNotChanged) 
   }
 }
 
-TEST_F(Limits, ALoadHeadsTabsAndGauges) {
-  Load();
-  const auto& tabs = Desk::Get<QTabWidget>(*window, "SSTab1");
-  QStringList captions;
-  for (int i = 0; i < tabs.count(); ++i) captions << tabs.tabText(i);
-  EXPECT_EQ(captions.join('|'), "Temperature|Fans|Voltage|THERM Timer|THERM Limits|Digital/VRD");
-  EXPECT_EQ(Captions(), "Present|Present|Present|Present|Present");
-}
-
 TEST_F(Limits, ALoadChangesNoRegisterWhateverItHolds) {
   for (std::size_t reg = 0; reg < 256; ++reg) {
     // The pin registers stay, so that the pins do.
@@ -63,26 +52,23 @@ TEST_F(Limits, ALoadChangesNoRegisterWhateverItHolds) {
 
 struct MaskBox {
   const char* array;
-  int index;
-  int mask;
-  int status;
-  int bit;
+  int index, mask, status, bit;
   const char* lamp;
 };
 
 std::vector<MaskBox> MaskBoxes() {
+  const std::tuple<const char*, const char*, int, int, int, std::vector<int>> runs[]{
+      {"chkTempMask", "tglTempAlert", 0, 0x30, 0xC0, {1, 2, 3, 4, 5, 6, 7}},
+      {"chkFanMask", "tglFanAlert", 0, 0x34, 0xC5, {0, 1, 2, 3, 4, 5, 6, 7}},
+      {"chkVoltMask", "tglVoltAlert", 0, 0x32, 0xC3, {0, 1, 3, 4, 5, 6, 2, 7}},
+      {"chkVoltMask", "tglVoltAlert", 8, 0x33, 0xC4, {3, 4, 5, 6, 7}},
+      {"chkTHERMMask", "tglTHERMAlert", 0, 0x31, 0xC1, {0, 1, 2, 3, 4, 5}},
+      {"chkDigMask", "tglDigAlert", 0, 0x35, 0xC6, {3, 4, 5, 6, 7}},
+      {"chkDigMask", "tglDigAlert", 5, 0x31, 0xC1, {6, 7}}};
   std::vector<MaskBox> boxes;
-  const auto add = [&boxes](const char* array, const char* lamp, int first, int mask, int status,
-                            const std::vector<int>& bits) {
-    for (const int bit : bits) boxes.push_back({array, first++, mask, status, bit, lamp});
-  };
-  add("chkTempMask", "tglTempAlert", 0, 0x30, 0xC0, {1, 2, 3, 4, 5, 6, 7});
-  add("chkFanMask", "tglFanAlert", 0, 0x34, 0xC5, {0, 1, 2, 3, 4, 5, 6, 7});
-  add("chkVoltMask", "tglVoltAlert", 0, 0x32, 0xC3, {0, 1, 3, 4, 5, 6, 2, 7});
-  add("chkVoltMask", "tglVoltAlert", 8, 0x33, 0xC4, {3, 4, 5, 6, 7});
-  add("chkTHERMMask", "tglTHERMAlert", 0, 0x31, 0xC1, {0, 1, 2, 3, 4, 5});
-  add("chkDigMask", "tglDigAlert", 0, 0x35, 0xC6, {3, 4, 5, 6, 7});
-  add("chkDigMask", "tglDigAlert", 5, 0x31, 0xC1, {6, 7});
+  for (const auto& [array, lamp, first, mask, status, bits] : runs) {
+    for (int i = first; const int bit : bits) boxes.push_back({array, i++, mask, status, bit, lamp});
+  }
   return boxes;
 }
 
@@ -112,13 +98,14 @@ TEST_F(Limits, EachStatusBitLightsItsOneLamp) {
     desk.Advance(550);
     for (const MaskBox& lamp : lamps) {
       const QString name = At(lamp.lamp, lamp.index);
-      EXPECT_EQ(Lit(name), name == At(wanted.lamp, wanted.index)) << name.toStdString();
+      EXPECT_EQ(Held(*window, name), name == At(wanted.lamp, wanted.index) ? "1" : "0") << name.toStdString();
     }
   }
 }
 
 TEST_F(Limits, RefreshReadsTheStatusEachHalfSecondAndMovesNoSlider) {
   Load();
+  EXPECT_EQ(Captions(), "Present|Present|Present|Present|Present");
   desk.Advance(50);
   desk.board.TakeTraffic();
   chip::Measurements.Temperature = {25.25F, -3.5F, 0.25F, 0};
@@ -153,17 +140,17 @@ std::string LiveRows(const QWidget& window, const char* table, int rows) {
 }
 
 TEST_F(Limits, TemperatureRowsAndListFollowTheDiodesInBothDirections) {
-  Load([](Pins& pins) { pins.D1 = pins.D3 = false; });
-  EXPECT_EQ(LiveRows(*window, "Temp", 7), "1010010");
-  EXPECT_EQ(Items("cmbTemp").join('|'), "Local|Remote2");
-  PickItem("cmbTemp", "Remote2");
-  LoadAgain([](Pins& pins) { pins.D1 = true; });
-  EXPECT_EQ(LiveRows(*window, "Temp", 7), "1110110");
-  EXPECT_EQ(Items("cmbTemp").join('|'), "Local|Remote1|Remote2");
-  EXPECT_EQ(Held(*window, "cmbTemp"), "0") << "the first again";
-  LoadAgain([](Pins& pins) { std::swap(pins.D1, pins.D3); });
-  EXPECT_EQ(LiveRows(*window, "Temp", 7), "1011011");
-  EXPECT_EQ(Items("cmbTemp").join('|'), "Local|Remote2|Remote3");
+  Load();
+  const std::tuple<bool, bool, const char*, const char*> rows[]{{false, false, "1010010", "Local|Remote2"},
+                                                                {true, false, "1110110", "Local|Remote1|Remote2"},
+                                                                {false, true, "1011011", "Local|Remote2|Remote3"}};
+  for (const auto& [d1, d3, live, items] : rows) {
+    PickItem("cmbTemp", "Remote2");
+    LoadAgain([d1 = d1, d3 = d3](Pins& pins) { pins.D1 = d1, pins.D3 = d3; });
+    EXPECT_EQ(LiveRows(*window, "Temp", 7), live);
+    EXPECT_EQ(Items("cmbTemp").join('|'), items);
+    EXPECT_EQ(Held(*window, "cmbTemp"), "0") << "the first again";
+  }
 }
 
 TEST_F(Limits, AFanIsListedByItsPinAndLiveByItsTachToo) {
@@ -189,9 +176,6 @@ TEST_F(Limits, VoltageLabelsAreEnabledAndNamedOnceTheirChannelIsListed) {
             "12V1 (pin7)|12V2 (pin8)|3.3V (pin13)|Pin15|Pin19|5V (pin21)|12V3  (pin22)|1.8V (pin23)|2.5V (pin24)|3.3V "
             "(pin25)|Vbatt (pin26)|1.5V2 (pin28)|1.5V1 (pin29)");
   EXPECT_EQ(enabled(), "0000000111100");
-  for (int row = 0; row < 13; ++row) {
-    EXPECT_TRUE(Enabled(At("chkVoltMask", row)) && Seen(At("tglVoltAlert", row))) << row;
-  }
   LoadAgain([](Pins& pins) {
     pins = {};
     pins.Pin15 = pins.Pin28 = pins.Pin29 = 1;
