@@ -1,4 +1,5 @@
 #include <map>
+#include <utility>
 
 #include <QAbstractScrollArea>
 #include <QApplication>
@@ -119,6 +120,8 @@ class Looks : public ::testing::TestWithParam<std::string> {
     ForEachPage(window, look);
   }
 
+  std::map<std::string, std::string> faults_;  ///< and where each was first seen
+
  private:
   void LookAt(QWidget& widget) {
     LookAtPlace(widget);
@@ -185,7 +188,6 @@ class Looks : public ::testing::TestWithParam<std::string> {
   }
 
   std::string where_;
-  std::map<std::string, std::string> faults_;
   int texts_ = 0;
   const QFont font_ = QApplication::font();
   const QPalette palette_ = QApplication::palette();
@@ -198,6 +200,28 @@ TEST_P(Looks, NothingIsCutOrCoveredAndAllComesInSight) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, Looks, ::testing::ValuesIn(EveryWindow()), WindowOf);
+
+TEST_F(Looks, FindsWhatAUserWouldSee) {
+  QWidget window;
+  const auto put = [&window](QWidget* widget, const char* name, const QRect& place) {
+    widget->setParent(&window);
+    widget->setObjectName(name);
+    widget->setGeometry(place);
+  };
+  put(new QLabel("A text that is too long"), "lblCut", {0, 0, 40, 30});
+  put(new QCheckBox("Fits"), "chkLeft", {0, 40, 100, 30});
+  put(new QCheckBox("As well"), "chkRight", {90, 40, 100, 30});
+  put(new QLabel("out"), "lblOut", {180, 190, 40, 30});
+  window.resize(200, 200);
+  window.show();
+  Look(window, "here");
+  std::string all;
+  for (const auto& [fault, where] : std::exchange(faults_, {})) all += fault + "\n";
+  for (const char* fault : {"lblCut: cuts", "chkLeft: overlaps QCheckBox chkRight", "lblOut: sticks out"}) {
+    EXPECT_NE(all.find(fault), std::string::npos) << fault << " in " << all;
+  }
+  EXPECT_EQ(all.find("chkLeft: cuts"), std::string::npos);
+}
 
 TEST_F(Looks, TheSplashShowsEveryStep) {
   for (const int percent : {100, 150, 200}) {
