@@ -34,8 +34,13 @@ MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarSty
   titleBars_->setParent(this);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  connect(qApp, &QApplication::focusChanged, this,
-          [this](const QWidget* /*old*/, const QWidget* now) { BringInSight(now); });
+  focusWatch_ = connect(qApp, &QApplication::focusChanged, this,
+                        [this](const QWidget* /*old*/, const QWidget* now) { BringInSight(now); });
+}
+
+MdiDesk::~MdiDesk() {
+  // The windows in it go after this, and let go of the focus as they do.
+  disconnect(focusWatch_);
 }
 
 QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {

@@ -9,6 +9,9 @@ namespace zth::shell {
 class MdiDesk final : public QMdiArea {
  public:
   explicit MdiDesk(QWidget* parent);
+  ~MdiDesk() override;
+  MdiDesk(const MdiDesk&) = delete;
+  MdiDesk& operator=(const MdiDesk&) = delete;
 
   /// Puts a window into a frame of its own, which goes with it when it closes.
   QMdiSubWindow& AddFrame(QWidget& window);
@@ -22,6 +25,7 @@ class MdiDesk final : public QMdiArea {
   void BringInSight(const QWidget* control);
 
   QStyle* titleBars_;
+  QMetaObject::Connection focusWatch_;
 };
 
 }  // namespace zth::shell
