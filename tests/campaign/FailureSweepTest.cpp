@@ -225,8 +225,14 @@ TEST_P(FailureSweep, EveryTransferOfEveryActionEndsTheProgramInOrder) {
   EXPECT_EQ(silent, nothing) << "what is swept";
 }
 
+#if defined(__SANITIZE_ADDRESS__)  // five times slower, and the same code on either chip
+const std::vector<int> kChips{-1};
+#else
+const std::vector<int> kChips{-1, 0xFF};
+#endif
+
 INSTANTIATE_TEST_SUITE_P(Windows, FailureSweep,
-                         ::testing::Combine(::testing::ValuesIn(EveryWindow()), ::testing::Values(-1, 0xFF)),
+                         ::testing::Combine(::testing::ValuesIn(EveryWindow()), ::testing::ValuesIn(kChips)),
                          [](const auto& row) {
                            return std::get<0>(row.param) + (std::get<1>(row.param) < 0 ? "_Defaults" : "_AllOnes");
                          });
