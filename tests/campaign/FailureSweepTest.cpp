@@ -220,6 +220,10 @@ TEST_P(FailureSweep, EveryTransferOfEveryActionEndsTheProgramInOrder) {
         },
         [&](Desk& desk) { *row.act != 0 ? Do(*desk.Main().FindWindow(row.window), row.act) : desk.Advance(2000); });
   }
+  std::size_t transfers = 0;
+  for (const auto& [name, traffic] : swept) transfers += traffic.size();
+  RecordProperty("transfers", static_cast<int>(transfers));
+  RecordProperty("actions", static_cast<int>(spots.size()));
   const bool nothing = window == "frmAbout" || window == "frmLogging" || window == "frmGraph" ||
                        (window == "frmManualControl" && !byte);  // without a PWM in manual mode
   EXPECT_EQ(silent, nothing) << "what is swept";
