@@ -108,8 +108,8 @@ BENCHMARK(StartToMainWindow)->Unit(benchmark::kMillisecond);
 }  // namespace
 
 void RegisterOpenings() {
-  for (const QString& name : testing::EveryWindow()) {
-    benchmark::RegisterBenchmark(("Open/" + name.toStdString()).c_str(), OpenWindow, name)
+  for (const std::string& name : testing::EveryWindow()) {
+    benchmark::RegisterBenchmark(("Open/" + name).c_str(), OpenWindow, QString::fromStdString(name))
         ->Unit(benchmark::kMillisecond);
   }
 }

@@ -42,7 +42,7 @@ BENCHMARK(TickAlone)->Unit(benchmark::kMicrosecond);
 /// With every window open, and the register map reading continuously. Ends with an error when it takes too long.
 void TickWithAllWindows(benchmark::State& state) {
   Running running;
-  for (const QString& name : testing::EveryWindow()) running.desk.Open(name);
+  for (const std::string& name : testing::EveryWindow()) running.desk.Open(name.c_str());
   testing::Desk::Check(*running.desk.Main().FindWindow("frmRegMap"), "chkContRead", true);
   const double before = CpuSeconds();
   TickOf(state, running);
