@@ -47,9 +47,10 @@ QColor GroundOf(const QImage& picture, const QRect& place) {
 }
 
 class Contrasts : public Access {
- protected:
+ public:
   ~Contrasts() override { QApplication::setPalette(light_); }
 
+ protected:
   /// Puts light, then dark colours on all that is open.
   void InEachPalette(const std::function<void(const char* palette)>& look) {
     for (const bool dark : {false, true}) {

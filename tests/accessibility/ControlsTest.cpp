@@ -15,7 +15,7 @@ namespace {
 using Actions = QAccessibleActionInterface;
 
 class AccessControls : public Access {
- protected:
+ public:
   AccessControls() {
     QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
       const int child = event->type() == QAccessible::ValueChanged ? event->child() : -1;
@@ -24,6 +24,7 @@ class AccessControls : public Access {
   }
   ~AccessControls() override { QAccessible::installUpdateHandler(nullptr); }
 
+ protected:
   template <typename Control = QWidget>
   Control& Find(const char* window, const char* name) {
     auto& control = Desk::Get<Control>(desk.Open(window), name);

@@ -144,6 +144,23 @@ std::vector<QWidget*> Visited(QWidget& from, Qt::Key key) {
   return visited;
 }
 
+/// What can be operated and is no stop of its own is a choice, reached by arrows, or part of a stop.
+void ExpectReached(const Node& node, const std::vector<QWidget*>& visited) {
+  auto* widget = qobject_cast<QWidget*>(node.access->object());
+  const QAccessible::Role role = node.access->role();
+  if (widget == nullptr || !Operable(role) || !widget->isEnabled() || role == QAccessible::MenuItem) return;
+  const bool part = role == QAccessible::SpinBox || node.access->parent()->role() == QAccessible::SpinBox;
+  if (role != QAccessible::RadioButton) {
+    EXPECT_TRUE(part || std::ranges::count(visited, widget) == 1) << Words(node) << " is out of Tab's reach";
+    return;
+  }
+  widget->setFocus();
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up}) {
+    if (QApplication::focusWidget() == widget) QTest::keyClick(widget, key);
+  }
+  EXPECT_NE(QApplication::focusWidget(), widget) << Words(node) << " has no way on to the other options";
+}
+
 TEST_P(AccessTree, TabVisitsEachControlInReadingOrderAndBack) {
   EachPage([&](QWidget& root, const std::string& page) {
     SCOPED_TRACE(page);
@@ -180,22 +197,7 @@ TEST_P(AccessTree, TabVisitsEachControlInReadingOrderAndBack) {
     std::vector<QWidget*> back = Visited(**first, Qt::Key_Backtab);
     std::reverse(back.begin() + 1, back.end());
     EXPECT_EQ(back, visited) << "the way back is another";
-    for (const Node& node : Tree(root)) {
-      // What is no stop of its own is a choice, reached by arrows, or part of a stop.
-      auto* widget = qobject_cast<QWidget*>(node.access->object());
-      const QAccessible::Role role = node.access->role();
-      if (widget == nullptr || !Operable(role) || !widget->isEnabled() || role == QAccessible::MenuItem) continue;
-      const bool part = role == QAccessible::SpinBox || node.access->parent()->role() == QAccessible::SpinBox;
-      if (role == QAccessible::RadioButton) {
-        widget->setFocus();
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up}) {
-          if (QApplication::focusWidget() == widget) QTest::keyClick(widget, key);
-        }
-        EXPECT_NE(QApplication::focusWidget(), widget) << Words(node) << " has no way on to the other options";
-      } else {
-        EXPECT_TRUE(part || std::ranges::count(visited, widget) == 1) << Words(node) << " is out of Tab's reach";
-      }
-    }
+    for (const Node& node : Tree(root)) ExpectReached(node, visited);
   });
 }
 

@@ -41,7 +41,7 @@ std::vector<QWidget*> OperableControls(const QWidget& window) {
   return controls;
 }
 
-std::vector<Way> WaysToOperate(QWidget& control, Extent extent) {
+std::vector<Way> WaysToOperate(QWidget& control, Extent extent) {  // NOLINT(readability-function-size): a branch a kind
   std::vector<Way> ways;
   const bool all = extent == Extent::All;
   const auto add = [&](const std::string& what, std::function<void()> act) {

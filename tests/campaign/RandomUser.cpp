@@ -167,7 +167,7 @@ void RandomUser::Exit() {
   EXPECT_TRUE(byMenu || TheDesk().settings.values.contains("MainLeft"));
 }
 
-void RandomUser::Act() {
+void RandomUser::Act() {  // NOLINT(readability-function-size): a branch a kind
   using User = RandomUser;
   enum class On { Program, Window, Control };  // what there must be to act on
   struct Kind {

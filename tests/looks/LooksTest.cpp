@@ -65,7 +65,7 @@ void ExpectReach(windows::ChildWindow& window, const QMdiArea& area, const std::
 /// widgets that cover a neighbour, stick out of their parent or are smaller than they can be, and lists whose widest
 /// item is wider than they are. What scrolls may hold more than it shows.
 class Looks : public ::testing::TestWithParam<std::string> {
- protected:
+ public:
   ~Looks() override {
     QApplication::setFont(font_);
     QApplication::setPalette(palette_);
@@ -74,6 +74,7 @@ class Looks : public ::testing::TestWithParam<std::string> {
     for (const auto& [fault, where] : faults_) ADD_FAILURE() << fault << " [" << where << "]";
   }
 
+ protected:
   void Dress(int fontPercent, bool dark) {
     QFont font = font_;
     font.setPointSizeF(font.pointSizeF() * fontPercent / 100);
