@@ -36,7 +36,7 @@ TEST(Output, SpinUpLastsAsLongAsItsFieldSaysUnlessTheFanAnswersFirst) {
   }
 }
 
-TEST(Output, EnhancedAcousticsRampsOverTheTimeOfItsField) {
+TEST(Output, EnhancedAcousticsRampsOverTheTimeOfItsField) {  // NOLINT(readability-function-size): each by each
   constexpr double kSeconds[] = {35.0, 17.6, 11.8, 7.0, 4.4, 3.0, 1.6, 0.8};
   for (int pwm = 0; pwm < 4; ++pwm) {
     for (int field = 0; field < 8; ++field) {

@@ -88,7 +88,7 @@ TEST(Status, RegulatorHeatAndAnOpenCaseShowWherePinsReportThem) {
 /// Pins 1 to 4, 28, 29, 31 and 32 as GPIOs, enabled.
 constexpr const char* kGpioPins = "10=61 13=00 03=01";
 
-TEST(Gpio, EachPinReadsOrDrivesInItsPolarity) {
+TEST(Gpio, EachPinReadsOrDrivesInItsPolarity) {  // NOLINT(readability-function-size): each by each
   for (int gpio = 0; gpio < 8; ++gpio) {
     for (int behaviour = 0; behaviour < 4; ++behaviour) {
       for (const bool level : {false, true}) {
