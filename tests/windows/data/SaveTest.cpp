@@ -32,13 +32,15 @@ std::vector<chip::RegisterEntry> WritableRows() {
 }
 
 class SaveTest : public DataTest {
+ public:
+  ~SaveTest() override { QLocale::setDefault(QLocale::c()); }
+
  protected:
   SaveTest() {
     std::mt19937 random(4718);
     for (auto& value : desk.board.usbChips[kChip]) value = static_cast<std::uint8_t>(random());
     desk.board.TakeTraffic();
   }
-  ~SaveTest() override { QLocale::setDefault(QLocale::c()); }
 
   windows::ChildWindow& Save() { return desk.Open("frmSave"); }
   QTimer& Master() { return Desk::Get<QTimer>(desk.Main(), "tmrMaster"); }
