@@ -1,71 +1,49 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include <QPointF>
 #include <QRect>
-#include <QString>
 #include <QTemporaryDir>
 
-#include "BenchBoard.h"
-#include "BenchClock.h"
-#include "shell/frmMain.h"
-#include "windows/ChildWindow.h"
+#include "tests/support/SimulatedDesk.h"
 
 namespace zth::gallery {
 
-/// The whole program on a simulated board that was just switched on, both in virtual time: one a scene. Controls are
-/// found by their objectName and used as a user does; one that is not there, or cannot be used, ends the scene by a
-/// std::runtime_error, and so does a box that nobody expects.
+/// The whole program on a simulated board that was just switched on, both in virtual time: one a scene. It stands on
+/// the ground of the tests, which fails where a control is missing or cannot be used and where a box comes up that
+/// nobody expects; here such a failure is a std::runtime_error and ends the scene.
 class Bench {
  public:
-  /// `settings` are those of the simulated board.
-  explicit Bench(bool opensEasySetup = false, const std::string& settings = {});
-  ~Bench();
-  Bench(const Bench&) = delete;
-  Bench& operator=(const Bench&) = delete;
+  explicit Bench(bool opensEasySetup = false);
 
   void Run(double seconds);
-  shell::frmMain& Main() { return *shell::MainForm; }
+  shell::frmMain& Main() { return board_.desk.Main(); }
 
   /// Opens a window, or brings it to the front, and puts its frame there; an empty place leaves it where it comes up.
   windows::ChildWindow& Open(const QString& window, const QRect& place = {});
-  /// The frame of an open window.
-  QWidget& Frame(const QString& window);
+  /// An open window, and its frame.
+  windows::ChildWindow& Window(const QString& window);
+  QWidget& Frame(const QString& window) { return *Window(window).parentWidget(); }
 
-  void Press(const QString& window, const QString& button);
-  void Tick(const QString& window, const QString& box, bool on = true);
-  void Type(const QString& window, const QString& box, const QString& text);
+  /// What a user does in an open window, as tests/support/Steps.h has it: "chkEnGPIO=1; txtMaxPWM=90; cmdApply".
+  void Do(const QString& window, const QString& steps);
+  /// An item of a list, by its text.
   void Pick(const QString& window, const QString& list, const QString& item);
-  void Turn(const QString& window, const QString& tabs, int page);
-  void Slide(const QString& window, const QString& slider, double percent);
   /// Drags a gauge's slider, 2 for the low limit and 3 for the high or only one.
   void Drag(const QString& window, const QString& gauge, int slider, double value);
   /// A node of the register map's tree, by its text.
   void PickNode(const QString& window, const QString& tree, const QString& text);
-  /// A key on a control.
-  void Key(const QString& window, const QString& control, int key);
-  /// The pointer on a control, at fractions of its width and height, and a click there.
-  void Point(const QString& window, const QString& control, QPointF at, bool click = false);
+  /// Keys and the pointer on a control, as tests/widgets/controls/UserInput.h has them; places are fractions of its
+  /// width, on a quarter of its height.
+  void Play(const QString& window, const QString& control, const QString& steps);
 
   /// What the next file dialog answers: a file of this name in a folder of the scene's own.
   void AnswerFile(const QString& name);
-  QString FilePath(const QString& name) const { return folder_.filePath(name); }
 
   static void Settle();
 
  private:
-  template <typename Control>
-  Control& Get(const QString& window, const QString& name);
-  template <typename Control>
-  Control& Usable(const QString& window, const QString& name);
-
-  struct Parts;
   QTemporaryDir folder_;
-  BenchClock clock_;
-  BenchBoard board_;
-  std::unique_ptr<Parts> parts_;
+  testing::SimulatedDesk board_{"noise = 1"};
 };
 
 }  // namespace zth::gallery

@@ -6,6 +6,7 @@
 #include <QPalette>
 #include <QStyleFactory>
 #include <QTabWidget>
+#include <gtest/gtest.h>
 
 #include "Bench.h"
 #include "Camera.h"
@@ -41,7 +42,7 @@ void TakeEveryWindow(const Camera& camera, int seconds) {
   Bench bench;
   SetUpEasily(bench);
   bench.Open("frmHeaters", {896, 440, 470, 190});
-  bench.Slide("frmHeaters", "sldHeater(0)", 40);
+  bench.Do("frmHeaters", "sldHeater(0)=40");
   bench.Open("frmLimits", {796, 0, 570, 430});
   bench.Open("frmGraph", {0, 0, 790, 630});
   bench.Run(seconds);
@@ -70,7 +71,10 @@ void TakeDocs(const Camera& camera) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
+  testing::InitGoogleTest();
   if (argc < 2) return 2;
+  // Outside of a test, what the tests' ground finds wrong ends the scene.
+  GTEST_FLAG_SET(throw_on_failure, true);
   // What a picture shows is the program's and the font's alone.
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   QApplication::setCursorFlashTime(0);

@@ -9,15 +9,15 @@ void FirstTenMinutes(const Camera& camera) {
   bench.Main().resize(900, 480);
   bench.Run(1);
   camera.Take(bench.Main(), "pictures/guide-start");
-  bench.Press("frmEasySetup", "cmdApply");
+  bench.Do("frmEasySetup", "cmdApply");
   bench.Main().resize(1200, 660);
   bench.Open("frmGraph", {0, 0, 710, 570});
   bench.Run(20);
   LetFan2FollowRemote1(bench);
   bench.Run(40);
-  bench.Press("frmAutoGraph", "cmdCancel");
+  bench.Do("frmAutoGraph", "cmdCancel");
   bench.Open("frmHeaters", {716, 0, 470, 190});
-  bench.Slide("frmHeaters", "sldHeater(0)", 100);
+  bench.Do("frmHeaters", "sldHeater(0)=100");
   bench.Run(60);
   camera.Take(bench.Main(), "pictures/guide-follow");
 }
@@ -27,7 +27,7 @@ void PendingChanges(const Camera& camera) {
   SetUpEasily(bench);
   bench.Open("frmFanConfig");
   bench.Pick("frmFanConfig", "cmbTachPulses", "2");
-  bench.Type("frmFanConfig", "txtMaxPWM", "90");
+  bench.Do("frmFanConfig", "txtMaxPWM=90");
   camera.Take(bench.Frame("frmFanConfig"), "pictures/guide-pending");
 }
 
@@ -35,7 +35,7 @@ void AnAlert(const Camera& camera) {
   Bench bench;
   SetUpEasily(bench);
   bench.Open("frmHeaters");
-  bench.Slide("frmHeaters", "sldHeater(0)", 100);
+  bench.Do("frmHeaters", "sldHeater(0)=100");
   bench.Run(90);
   bench.Open("frmLimits");
   bench.Pick("frmLimits", "cmbTemp", "Remote1");
@@ -49,13 +49,13 @@ void TheCurve(const Camera& camera) {
   SetUpEasily(bench);
   bench.Run(20);
   LetFan2FollowRemote1(bench);
-  bench.Tick("frmAutoGraph", "chkMinSpeed(1)");
+  bench.Do("frmAutoGraph", "chkMinSpeed(1)=1");
   bench.Open("frmHeaters");
-  bench.Slide("frmHeaters", "sldHeater(0)", 60);
+  bench.Do("frmHeaters", "sldHeater(0)=60");
   bench.Open("frmAutoGraph");
   bench.Run(60);
   bench.Open("frmHeaters");
-  bench.Slide("frmHeaters", "sldHeater(0)", 100);
+  bench.Do("frmHeaters", "sldHeater(0)=100");
   bench.Open("frmAutoGraph");
   bench.Run(20);
   camera.Take(bench.Frame("frmAutoGraph"), "pictures/guide-curve");
@@ -66,16 +66,14 @@ void ReadingACurve(const Camera& camera) {
   Bench bench;
   SetUpEasily(bench);
   LetFan2FollowRemote1(bench);
-  bench.Press("frmAutoGraph", "cmdCancel");
+  bench.Do("frmAutoGraph", "cmdCancel");
   bench.Run(20);
   bench.Open("frmHeaters");
-  bench.Slide("frmHeaters", "sldHeater(0)", 100);
-  bench.Press("frmHeaters", "cmdClose");
+  bench.Do("frmHeaters", "sldHeater(0)=100; cmdClose");
   bench.Run(60);
   bench.Open("frmGraph", {0, 0, 800, 560});
-  bench.Key("frmGraph", "stpGraph(3)", Qt::Key_Left);
-  bench.Point("frmGraph", "stpGraph(3)", {0.42, 0.25}, true);
-  bench.Point("frmGraph", "stpGraph(3)", {0.6, 0.25});
+  // Held; a mark; the pointer somewhere else.
+  bench.Play("frmGraph", "stpGraph(3)", "Left press@0.42 drop@0.42 drag@0.6");
   camera.Take(bench.Frame("frmGraph"), "pictures/guide-reading");
 }
 

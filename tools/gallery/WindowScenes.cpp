@@ -37,23 +37,18 @@ void TakeWindow(Bench& bench, const Camera& camera, const QString& window) {
 
 void SetUpEasily(Bench& bench) {
   bench.Open("frmEasySetup");
-  bench.Press("frmEasySetup", "cmdApply");
+  bench.Do("frmEasySetup", "cmdApply");
 }
 
 void LetFan2FollowRemote1(Bench& bench) {
   bench.Open("frmAutoGraph");
-  bench.Turn("frmAutoGraph", "tbPWM", 1);
-  bench.Type("frmAutoGraph", "txtTmin(1)", "30");
-  bench.Type("frmAutoGraph", "txtMinPWM(1)", "30");
+  bench.Do("frmAutoGraph", "tbPWM=1; txtTmin(1)=30; txtMinPWM(1)=30");
   bench.Pick("frmAutoGraph", "cmbTrange(1)", QString::fromUtf8("20°C"));
 }
 
 void SetUpDynamicTmin(Bench& bench) {
   bench.Open("frmDynamicTmin");
-  bench.Type("frmDynamicTmin", "txtLowLim(0)", "20");
-  bench.Type("frmDynamicTmin", "txtHighLim(0)", "50");
-  bench.Type("frmDynamicTmin", "txtR1OpPoint", "41");
-  bench.Type("frmDynamicTmin", "txtOpPointHyst", "2");
+  bench.Do("frmDynamicTmin", "txtLowLim(0)=20; txtHighLim(0)=50; txtR1OpPoint=41; txtOpPointHyst=2");
   bench.Pick("frmDynamicTmin", "cmbCycle(0)", "4 Sec");
 }
 
@@ -62,10 +57,10 @@ void TakeMain(const Camera& camera) {
   bench.Run(60);
   SetUpEasily(bench);
   LetFan2FollowRemote1(bench);
-  bench.Press("frmAutoGraph", "cmdCancel");
+  bench.Do("frmAutoGraph", "cmdCancel");
   bench.Run(40);
   bench.Open("frmHeaters", {896, 440, 470, 190});
-  bench.Slide("frmHeaters", "sldHeater(0)", 100);
+  bench.Do("frmHeaters", "sldHeater(0)=100");
   bench.Open("frmLimits", {796, 0, 570, 430});
   bench.Pick("frmLimits", "cmbTemp", "Remote1");
   bench.Open("frmGraph", {0, 0, 790, 630});
@@ -80,21 +75,21 @@ void TakeConfigWindows(const Camera& camera) {
   bench.Run(20);
   for (const Page& page : kConfigPages) {
     bench.Open(page.window);
-    if (page.tabs != nullptr) bench.Turn(page.window, page.tabs, page.page);
+    if (page.tabs != nullptr) bench.Do(page.window, QString("%1=%2").arg(page.tabs).arg(page.page));
     bench.Run(2);
     camera.Take(bench.Frame(page.window), page.picture);
   }
-  bench.Turn("frmPinConfig", "SSTab1", 0);
+  bench.Do("frmPinConfig", "SSTab1=0");
   bench.Open("frmPinConfig");
-  bench.Press("frmPinConfig", "optEasy(2)");
+  bench.Do("frmPinConfig", "optEasy(2)");
   camera.Take(bench.Frame("frmPinConfig"), "windows/frmPinConfig-easy");
 
   // GPIO 1 drives, GPIO 2 listens: both pins are taken from the tachs.
-  bench.Turn("frmPinConfig", "SSTab1", 1);
+  bench.Do("frmPinConfig", "SSTab1=1");
   for (const char* pin : {"1", "2"}) bench.Pick("frmPinConfig", QString("cmbPin") + pin, QString("GPIO") + pin);
-  bench.Press("frmPinConfig", "cmdApply");
+  bench.Do("frmPinConfig", "cmdApply");
   bench.Open("frmGPIO");
-  bench.Tick("frmGPIO", "chkEnGPIO");
+  bench.Do("frmGPIO", "chkEnGPIO=1");
   bench.Pick("frmGPIO", "cmbDir(0)", "O/P");
   bench.Run(2);
   TakeWindow(bench, camera, "frmGPIO");
@@ -107,7 +102,7 @@ void TakeWindows(const Camera& camera) {
   LetFan2FollowRemote1(bench);
   bench.Run(40);
   bench.Open("frmHeaters");
-  bench.Slide("frmHeaters", "sldHeater(0)", 60);
+  bench.Do("frmHeaters", "sldHeater(0)=60");
   bench.Run(45);
   for (const char* window : {"frmAutoGraph", "frmHeaters", "frmGraph"}) TakeWindow(bench, camera, window);
 
@@ -118,19 +113,19 @@ void TakeWindows(const Camera& camera) {
   TakeWindow(bench, camera, "frmLimits");
 
   bench.Open("frmLogging");
-  for (const int channel : {0, 1, 5, 13}) bench.Tick("frmLogging", QString("chkLog(%1)").arg(channel));
+  bench.Do("frmLogging", "chkLog(0..1) chkLog(5) chkLog(13)=1");
   bench.AnswerFile("fan2.csv");
-  bench.Press("frmLogging", "cmdLogData");
+  bench.Do("frmLogging", "cmdLogData");
   bench.Run(1);
   TakeWindow(bench, camera, "frmLogging");
 
   bench.Open("frmSave");
   bench.AnswerFile("fan2.sav");
-  bench.Press("frmSave", "cmdsave");
+  bench.Do("frmSave", "cmdsave");
   bench.Open("frmSave");
-  bench.Type("frmSave", "txtComment", "Fan 2 follows Remote1");
+  bench.Do("frmSave", "txtComment=Fan 2 follows Remote1");
   bench.AnswerFile("fan2.sav");
-  bench.Press("frmSave", "cmdRecall");
+  bench.Do("frmSave", "cmdRecall");
   TakeWindow(bench, camera, "frmSave");
 
   bench.Open("frmRegMap");
@@ -139,7 +134,7 @@ void TakeWindows(const Camera& camera) {
 
   bench.Pick("frmAutoGraph", "cmbControl(0)", "Manual Mode");
   bench.Open("frmManualControl");
-  bench.Slide("frmManualControl", "sldManual(0)", 40);
+  bench.Do("frmManualControl", "sldManual(0)=40");
   bench.Run(3);
   TakeWindow(bench, camera, "frmManualControl");
 }
@@ -150,15 +145,15 @@ void TakeDynamicTmin(const Camera& camera) {
   LetFan2FollowRemote1(bench);
   SetUpDynamicTmin(bench);
   bench.Open("frmHeaters");
-  bench.Slide("frmHeaters", "sldHeater(0)", 60);
+  bench.Do("frmHeaters", "sldHeater(0)=60");
   bench.Run(90);
   // A new window begins with empty charts.
-  bench.Press("frmDynamicTmin", "cmdCancel");
+  bench.Do("frmDynamicTmin", "cmdCancel");
   bench.Open("frmDynamicTmin");
   bench.Run(15);
-  bench.Tick("frmDynamicTmin", "chkEnDynR1");
+  bench.Do("frmDynamicTmin", "chkEnDynR1=1");
   bench.Run(40);
-  bench.Slide("frmHeaters", "sldHeater(0)", 40);
+  bench.Do("frmHeaters", "sldHeater(0)=40");
   bench.Run(40);
   TakeWindow(bench, camera, "frmDynamicTmin");
 }
