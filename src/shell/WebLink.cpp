@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 
 #include "widgets/ActionAccess.h"
+#include "widgets/Colours.h"
 
 namespace zth::shell {
 namespace {
@@ -45,7 +46,7 @@ void WebLink::ShowColour() {
   QPalette colours;
   colours.setColor(QPalette::WindowText, visited_ ? QColor(0x80, 0x00, 0x80) : around.color(QPalette::Link));
   // The purple is made for a light ground: on a dark one it brings its own.
-  const bool ownGround = visited_ && around.color(QPalette::Window).lightnessF() < 0.5;
+  const bool ownGround = visited_ && widgets::IsDark(around);
   if (ownGround) colours.setColor(QPalette::Window, QColor(245, 245, 245));
   setAutoFillBackground(ownGround);
   setPalette(colours);

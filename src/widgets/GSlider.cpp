@@ -12,12 +12,13 @@
 
 #include "base/Rounding.h"
 #include "widgets/ActionAccess.h"
+#include "widgets/Colours.h"
+#include "widgets/StepKeys.h"
 
 namespace zth::widgets {
 namespace {
 
 constexpr double kStep = 1;
-constexpr double kPage = 10;
 constexpr int kNotch = 120;  // of a wheel, in eighths of a degree
 
 class SliderAccess final : public ActionAccess, public QAccessibleValueInterface {
@@ -173,27 +174,7 @@ void GSlider::keyPressEvent(QKeyEvent* event) {
     Release(true);
     return;
   }
-  const auto target = [&]() -> std::optional<double> {
-    if (event->modifiers() & ~Qt::KeypadModifier) return std::nullopt;
-    switch (event->key()) {
-      case Qt::Key_Right:
-      case Qt::Key_Up:
-        return value_ + kStep;
-      case Qt::Key_Left:
-      case Qt::Key_Down:
-        return value_ - kStep;
-      case Qt::Key_PageUp:
-        return value_ + kPage;
-      case Qt::Key_PageDown:
-        return value_ - kPage;
-      case Qt::Key_Home:
-        return kMinimum;
-      case Qt::Key_End:
-        return kMaximum;
-      default:
-        return std::nullopt;
-    }
-  }();
+  const auto target = SteppedByKey(*event, value_, kStep, kMinimum, kMaximum);
   if (target) {
     StepByUser(*target);
   } else {
@@ -257,7 +238,7 @@ void GSlider::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   const Layout layout = Measure();
   const QPalette& colours = palette();
-  const bool dark = colours.color(QPalette::Window).lightnessF() < 0.5;
+  const bool dark = IsDark(colours);
   const QColor ground = colours.color(QPalette::Window);
   const QColor edge = dark ? ground.lighter(220) : ground.darker(165);
   const double round = layout.groove.height() / 2;

@@ -11,13 +11,13 @@
 #include <QPainterPathStroker>
 
 #include "widgets/LGauge.h"
+#include "widgets/StepKeys.h"
 
 namespace zth::widgets {
 namespace {
 
 constexpr double kGrabMargin = 5;    // pixels round a slider that still take hold of it
 constexpr double kDeadCentre = 0.2;  // of the rim: nearer to the centre an angle means little
-constexpr double kPageSteps = 10;
 
 }  // namespace
 
@@ -154,33 +154,11 @@ void LGauge::keyPressEvent(QKeyEvent* event) {
     End(false);
     return;
   }
-  const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
-  if (sliders_.empty() || modifiers != Qt::NoModifier) {
+  if (sliders_.empty()) {
     QWidget::keyPressEvent(event);
     return;
   }
-  const double step = KeyStep();
-  const auto target = [&]() -> std::optional<double> {
-    const double value = SliderValue(active_);
-    switch (event->key()) {
-      case Qt::Key_Right:
-      case Qt::Key_Up:
-        return value + step;
-      case Qt::Key_Left:
-      case Qt::Key_Down:
-        return value - step;
-      case Qt::Key_PageUp:
-        return value + kPageSteps * step;
-      case Qt::Key_PageDown:
-        return value - kPageSteps * step;
-      case Qt::Key_Home:
-        return scaleMin_;
-      case Qt::Key_End:
-        return scaleMax_;
-      default:
-        return std::nullopt;
-    }
-  }();
+  const auto target = SteppedByKey(*event, SliderValue(active_), KeyStep(), scaleMin_, scaleMax_);
   if (!target) {
     QWidget::keyPressEvent(event);
     return;

@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "widgets/Colours.h"
+
 namespace zth::widgets {
 namespace {
 
@@ -47,7 +49,7 @@ bool StripPainter::HasSample(const StripScene& scene, const StripLabel& label) {
 StripColours::StripColours(const QPalette& palette) {
   window = palette.color(QPalette::Window);
   text = palette.color(QPalette::WindowText);
-  const bool dark = window.lightness() < 128;
+  const bool dark = IsDark(palette);
   faint = Between(text, window, 0.35);
   paper = dark ? QColor(236, 238, 240) : QColor(255, 255, 255);
   grid = dark ? QColor(208, 212, 216) : QColor(226, 229, 233);

@@ -16,6 +16,7 @@
 #include "base/NumberText.h"
 #include "base/Rounding.h"
 #include "widgets/ActionAccess.h"
+#include "widgets/Colours.h"
 
 namespace zth::widgets {
 namespace {
@@ -41,7 +42,7 @@ class ArrowButton final : public QToolButton {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPalette& colours = palette();
-    const bool dark = colours.color(QPalette::Window).lightnessF() < 0.5;
+    const bool dark = IsDark(colours);
     QColor ground = colours.color(QPalette::Button);
     if (isDown()) {
       ground = dark ? ground.lighter(190) : ground.darker(122);

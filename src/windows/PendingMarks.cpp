@@ -11,11 +11,13 @@
 #include <QTabWidget>
 #include <QWidget>
 
+#include "widgets/Colours.h"
+
 namespace zth::windows {
 namespace {
 
 QColor MarkColour(const QPalette& palette, bool odd) {
-  const bool dark = palette.color(QPalette::Window).lightnessF() < 0.5;
+  const bool dark = widgets::IsDark(palette);
   if (odd) return dark ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
   return dark ? QColor(0xA8, 0xD1, 0xFF) : QColor(0x0B, 0x5C, 0xAD);
 }

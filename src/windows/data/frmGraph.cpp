@@ -14,6 +14,7 @@
 #include "chip/PinModel.h"
 #include "widgets/Strip.h"
 #include "widgets/UpDown.h"
+#include "windows/BoxHint.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
 
@@ -152,20 +153,10 @@ void frmGraph::txtUpdate_Change() {
   const std::int32_t period = std::min(base::RoundToInt(typed), kLongestPeriodMs);
   const bool taken = typed > 0 && period > 0;
   if (taken) GraphPeriodMs = static_cast<std::int16_t>(period);
-  MarkPeriod(taken && base::RoundToInt(typed) <= kLongestPeriodMs);
-}
-
-void frmGraph::MarkPeriod(bool inForce) {
-  QPalette colours;
-  if (!inForce) {
-    const bool dark = palette().color(QPalette::Window).lightness() < 128;
-    colours.setColor(QPalette::Base, dark ? QColor(0x6B, 0x35, 0x12) : QColor(0xFF, 0xE3, 0xC2));
-    colours.setColor(QPalette::Text, dark ? QColor(0xFF, 0xF1, 0xE0) : QColor(0x5A, 0x2A, 0x00));
-  }
-  txtUpdate_->setPalette(colours);
-  const QString hint = QString("Not in force: the charts are fed every %1 ms").arg(GraphPeriodMs);
-  txtUpdate_->setToolTip(inForce ? QString("Milliseconds between two samples of the charts") : hint);
-  txtUpdate_->setAccessibleDescription(inForce ? QString() : hint);
+  const bool inForce = taken && base::RoundToInt(typed) <= kLongestPeriodMs;
+  ShowHint(*txtUpdate_,
+           inForce ? QString() : QString("Not in force: the charts are fed every %1 ms").arg(GraphPeriodMs),
+           "Milliseconds between two samples of the charts");
 }
 
 }  // namespace zth::windows

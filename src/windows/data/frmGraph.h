@@ -35,7 +35,6 @@ class frmGraph final : public ChildWindow {
   void MakeCharts();
   void ShowGraph(int index);
   void Place(widgets::Strip& chart);
-  void MarkPeriod(bool inForce);
 
   void cmbGraph_Click();
   void txtUpdate_Change();

@@ -21,6 +21,12 @@ int AddressOf(QString text) {
   return ok && address >= 0 ? address : -1;
 }
 
+constexpr std::int32_t kHighest = 0xFF;
+
+bool IsByte(std::int32_t number) {
+  return number >= 0 && number <= kHighest;
+}
+
 /// The names that say more than a bit's number or that it is reserved.
 bool TellsSomething(const QString& bitName) {
   return bitName.size() > 1 && bitName.compare("Res", Qt::CaseInsensitive) != 0;
@@ -51,6 +57,18 @@ QString RowText(const chip::RegisterEntry& entry, int value) {
 
 QString HexWithSuffix(int value) {
   return QString::fromStdString(base::HexText(value)) + 'h';
+}
+
+QString AddressHint(std::int32_t address) {
+  if (IsByte(address)) return {};
+  return QString("There is no register at %1: nothing is sent to the chip, and a read shows 0.")
+      .arg(HexWithSuffix(address));
+}
+
+QString ValueHint(std::int32_t value) {
+  if (IsByte(value)) return {};
+  const std::int32_t sent = std::clamp(value, 0, kHighest);
+  return QString("A register holds 0 to 255: a write sends %1 (%2).").arg(sent).arg(HexWithSuffix(sent));
 }
 
 }  // namespace zth::windows

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include <QString>
 
 #include "chip/RegMapStuff.h"
@@ -20,5 +22,10 @@ QString RowText(const chip::RegisterEntry& entry, int value);
 
 /// A byte as the window shows addresses, "4Ch".
 QString HexWithSuffix(int value);
+
+/// What becomes of a number that is no byte: the window passes on what was typed, the link has the last word. Empty for
+/// 0 to 255.
+QString AddressHint(std::int32_t address);
+QString ValueHint(std::int32_t value);
 
 }  // namespace zth::windows

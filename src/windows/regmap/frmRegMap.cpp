@@ -15,9 +15,9 @@
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
+#include "windows/BoxHint.h"
 #include "windows/SharedState.h"
 #include "windows/regmap/BitDisplay.h"
-#include "windows/regmap/BoxHint.h"
 #include "windows/regmap/RegisterTexts.h"
 #include "windows/regmap/RegisterTree.h"
 

@@ -1,0 +1,24 @@
+#include "windows/BoxHint.h"
+
+#include <QLineEdit>
+#include <QPalette>
+
+#include "widgets/Colours.h"
+
+namespace zth::windows {
+
+void ShowHint(QLineEdit& box, const QString& hint, const QString& usual) {
+  const QString& shown = hint.isEmpty() ? usual : hint;
+  if (box.toolTip() == shown && box.accessibleDescription() == hint) return;
+  box.setToolTip(shown);
+  box.setAccessibleDescription(hint);
+  QPalette colours;
+  if (!hint.isEmpty()) {
+    const bool dark = widgets::IsDark(box.window()->palette());
+    colours.setColor(QPalette::Base, dark ? QColor(0x6B, 0x35, 0x12) : QColor(0xFF, 0xE3, 0xC2));
+    colours.setColor(QPalette::Text, dark ? QColor(0xFF, 0xF1, 0xE0) : QColor(0x5A, 0x2A, 0x00));
+  }
+  box.setPalette(colours);
+}
+
+}  // namespace zth::windows
