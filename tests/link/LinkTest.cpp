@@ -1,8 +1,7 @@
 #include <array>
-#include <functional>
-#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -28,32 +27,16 @@ class Link : public ::testing::Test {
     OnUsb();
   }
 
-  void OnUsb() { Choose(kModeUsb, 0x58); }
-  void OnSmbus() { Choose(kModeSmbus, 0x2C); }
+  static void OnUsb() { InterfaceMode = kModeUsb, DeviceAddress = 0x58; }
+  static void OnSmbus() { InterfaceMode = kModeSmbus, DeviceAddress = 0x2C; }
   /// Runs `check` on the one link and then on the other.
   template <typename Check>
   void OnEach(Check check) {
     for (const bool usb : {true, false}) usb ? OnUsb() : OnSmbus(), check();
   }
 
-  /// Runs an operation that may end the process; its status, or nothing when it came back.
-  std::optional<int> EndOf(const std::function<void()>& operation) {
-    try {
-      operation();
-    } catch (const platform::ProcessEnded& end) {
-      return end.status;
-    }
-    return std::nullopt;
-  }
-
   Desk desk;
   int closings = 0;
-
- private:
-  static void Choose(std::int16_t mode, std::int32_t address) {
-    InterfaceMode = mode;
-    DeviceAddress = address;
-  }
 };
 
 TEST_F(Link, EachUsbOperationIsOneRequestOfTheAdapter) {
@@ -177,25 +160,22 @@ TEST_F(Link, TheHeaterQuestionShutsTheLinkAndNoLetsTheProgramGoOn) {
 }
 
 TEST_F(Link, EveryCodeHasItsBoxAndHigherOnesEndSilently) {
-  const std::pair<int, const char*> rows[] = {{0, "Firmware failed to download"},
-                                              {1, "SMBus enable error "},
-                                              {2, "Initial Connection Failed"},
-                                              {3, "Communications Interrupted"},
-                                              {4, "Device not found"},
-                                              {6, nullptr},
-                                              {99, nullptr}};
-  for (const auto& [code, text] : rows) {
+  const QStringList texts{"Firmware failed to download", "SMBus enable error ", "Initial Connection Failed",
+                          "Communications Interrupted", "Device not found"};  // by code
+  for (const int code : {0, 1, 2, 3, 4, 6, 99}) {
+    const bool silent = code >= texts.size();
     Desk fresh;
     Attach(fresh.services, [this] { ++closings; });
     closings = 0;
-    if (text != nullptr) fresh.prompts.script = {platform::BoxAnswer::Ok};
-    EXPECT_EQ(EndOf([code = code] { ReportLinkError(code); }), 1);
+    if (!silent) fresh.prompts.script = {platform::BoxAnswer::Ok};
+    EXPECT_THROW(ReportLinkError(code), platform::ProcessEnded);
+    EXPECT_EQ(fresh.process.ends, std::vector{1});
     EXPECT_EQ(closings, 1);
-    ASSERT_EQ(fresh.prompts.shown.size(), text == nullptr ? 0U : 1U) << code;
-    if (text == nullptr) continue;
+    ASSERT_EQ(fresh.prompts.shown.size(), silent ? 0U : 1U) << code;
+    if (silent) continue;
     const platform::BoxQuestion& box = fresh.prompts.shown[0];
     EXPECT_EQ(box.title, "ZTH4718 Evaluation Software");
-    EXPECT_EQ(box.text, QString(text) + " - Check USB connections");
+    EXPECT_EQ(box.text, texts[code] + " - Check USB connections");
     EXPECT_EQ(box.icon, platform::BoxIcon::Critical);
     EXPECT_EQ(box.buttons, platform::BoxButtons::Ok);
   }
@@ -211,7 +191,7 @@ TEST_F(Link, ALibraryWithoutItsEntriesCallsNothing) {
   WriteRegisterValue(0x2C, 0x30, 1);
   OnUsb();
   desk.prompts.script = {platform::BoxAnswer::Ok};
-  EXPECT_EQ(EndOf([] { ReadRegister(0x58, 0x3E); }), 1);
+  EXPECT_THROW(ReadRegister(0x58, 0x3E), platform::ProcessEnded);
 }
 
 }  // namespace

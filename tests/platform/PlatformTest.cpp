@@ -3,14 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
-#include <QLabel>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <gtest/gtest.h>
 
 #include "platform/DesktopParts.h"
-#include "platform/DesktopServices.h"
 
 namespace zth::platform {
 namespace {
@@ -24,11 +22,9 @@ TEST(IniSettings, LastOverRunsAndCanBeEditedByHand) {
 
   QFile text(file);
   ASSERT_TRUE(text.open(QIODevice::ReadWrite));
-  QByteArray content = text.readAll();
-  EXPECT_TRUE(content.contains("[Settings]\n"));
-  EXPECT_TRUE(content.contains("MainLeft=-60\n"));
-  text.seek(0);
-  text.write(content.replace("MainLeft=-60", "MainLeft = 250\nOther=kept, too"));
+  EXPECT_EQ(text.readAll(), QByteArray("[Settings]\nMainLeft=-60\n"));
+  text.resize(0);
+  text.write("[Settings]\nMainLeft = 250\nOther=kept, too\n");
   text.close();
   IniSettings(file).Put("MainTop", "90");
   EXPECT_EQ(IniSettings(file).Get("MainLeft", ""), "250");

@@ -1,9 +1,11 @@
+#include <set>
+#include <tuple>
+
 #include <QAction>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
-#include <QSet>
 #include <QTest>
 #include <QToolBar>
 #include <gtest/gtest.h>
@@ -84,12 +86,11 @@ struct MainWindow : ::testing::Test {
 TEST_F(MainWindow, EveryCommandHasItsNameItsTipAndAShortcutOfItsOwn) {
   EXPECT_EQ(desk.Main().windowTitle(), "ZTH4718 Evaluation Software");
   EXPECT_TRUE(desk.Main().isMaximized());
-  QSet<QString> shortcuts;
+  std::set<QString> shortcuts;
   for (const shell::MenuEntry& row : shell::kMenuEntries) {
     const auto* action = desk.Main().findChild<QAction*>(row.name);
     ASSERT_NE(action, nullptr) << row.name;
-    EXPECT_FALSE(shortcuts.contains(action->shortcut().toString())) << row.name;
-    shortcuts.insert(action->shortcut().toString());
+    EXPECT_TRUE(shortcuts.insert(action->shortcut().toString()).second) << row.name;
   }
   QStringList tips;
   for (const QAction* action : desk.Main().findChild<QToolBar*>("tbToolBar")->actions()) {
@@ -129,12 +130,8 @@ TEST_F(MainWindow, TheWindowMenuListsWhatIsOpen) {
 }
 
 TEST(Placement, ClosingItStoresThePlacementAndExitDoesNot) {
-  struct Case {
-    void (*leave)(shell::frmMain& window);
-    const char* placement;
-    std::vector<int> ends;
-  };
-  for (const Case& row :
+  using Case = std::tuple<void (*)(shell::frmMain&), const char*, std::vector<int>>;
+  for (const auto& [leave, placement, ends] :
        {Case{[](shell::frmMain& window) {
                window.showNormal();
                window.move(100, 50);
@@ -147,11 +144,11 @@ TEST(Placement, ClosingItStoresThePlacementAndExitDoesNot) {
         Case{[](shell::frmMain& window) { window.findChild<QAction*>("mnuExit")->trigger(); }, "   ", {0}}}) {
     Desk desk;
     desk.Start();
-    row.leave(desk.Main());
+    leave(desk.Main());
     QStringList stored;
     for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"}) stored << desk.settings.Get(key, "");
-    EXPECT_EQ(stored.join(' '), row.placement);
-    EXPECT_EQ(desk.process.ends, row.ends);
+    EXPECT_EQ(stored.join(' '), placement);
+    EXPECT_EQ(desk.process.ends, ends);
   }
 }
 

@@ -1,4 +1,3 @@
-#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -6,8 +5,6 @@
 
 #include "chip/Measurements.h"
 #include "link/Declarations.h"
-#include "shell/Commands.h"
-#include "shell/Discovery.h"
 #include "shell/Firmware.h"
 #include "shell/frmSplash.h"
 #include "tests/support/Steps.h"
@@ -15,10 +12,6 @@
 
 namespace zth::testing {
 namespace {
-
-std::string FirmwareTransfer() {
-  return ("usb F /opt/zth" + QString(QDir::separator()) + "ZTH4718FW.Hex").toStdString();
-}
 
 /// What the start does on the chip in use once it has been found.
 constexpr char kTables[] = "R21 R22 R23 R24 R3F P4A=03 P48=F0 B10+4 P4A=3F P48=FF";
@@ -34,16 +27,16 @@ Traffic SmbusScan() {
 const Traffic kUsbScan{"usb C 30:33", "usb R 58:3E", "usb R 5A:3E", "usb R 5C:3E"};
 
 TEST(Start, TransfersOnEitherBusAndUsbComesFirst) {
-  const Traffic host{"smb R 00:00", "smb detect"};
-  const Traffic none;
+  const Traffic host{"smb R 00:00", "smb detect"}, none;
+  const Traffic firmware{("usb F /opt/zth" + QString(QDir::separator()) + "ZTH4718FW.Hex").toStdString()};
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus, Desk::Buses::Both}) {
     const bool usb = buses != Desk::Buses::Smbus;
     const bool smbus = buses != Desk::Buses::Usb;
     Desk desk(buses);
     if (usb) desk.board.AddUsbChip(0x5C);
     EXPECT_EQ(desk.RunMain(), std::nullopt);
-    EXPECT_EQ(desk.board.traffic, Concat(smbus ? host : none, usb ? Traffic{FirmwareTransfer()} : none,
-                                         usb ? kUsbScan : none, smbus ? SmbusScan() : none, T(kTables)));
+    EXPECT_EQ(desk.board.traffic, Concat(smbus ? host : none, usb ? firmware : none, usb ? kUsbScan : none,
+                                         smbus ? SmbusScan() : none, T(kTables)));
     EXPECT_TRUE(smbus || static_cast<int>(desk.clock.waitedMs) == 5000 + 200 + 1000 + 1000) << desk.clock.waitedMs;
     EXPECT_EQ(link::UsbPresent, usb);
     EXPECT_EQ(link::SmbusPresent, smbus);
@@ -119,57 +112,43 @@ TEST(Start, TheSplashTellsWhereTheSearchIs) {
 TEST(Start, EndsWithItsMessage) {
   constexpr const char* kNoHardware = "USB/SMBus Hardware not detected";
   constexpr const char* kNoChip = "Failed to find the ZTH4718";
-  struct Case {
-    const char* what;
-    std::function<void(Desk&)> arrange;
-    const char* message;
+  using enum Desk::Buses;
+  const std::tuple<const char*, Desk::Buses, void (*)(Desk&), const char*> rows[] = {
+      {"no library in reach", Smbus, [](Desk& desk) { desk.board.loadErrors["smbus"] = "FILE NOT FOUND"; },
+       kNoHardware},
+      {"the adapter refuses the firmware", Usb, [](Desk& desk) { desk.board.firmwareResult = 0; }, kNoHardware},
+      {"a firmware path without an ANSI form", Usb, [](Desk& desk) { desk.process.folder = QChar(0x4E2D); },
+       kNoHardware},
+      {"a firmware path too long", Usb, [](Desk& desk) { desk.process.folder = QString(499, 'x'); }, kNoHardware},
+      {"no chip", Both, [](Desk& desk) { desk.board.usbChips.clear(), desk.board.smbusChips.clear(); }, kNoChip},
+      {"a broken host library counts as present", Smbus,
+       [](Desk& desk) { desk.board.loadErrors["smbus"] = "invalid ELF header"; }, kNoChip},
   };
-  const auto noHost = [](Desk& desk) { desk.board.loadErrors["smbus"] = "FILE NOT FOUND"; };
-  const std::vector<Case> cases{
-      {"no library in reach",
-       [&](Desk& desk) { noHost(desk), desk.board.loadErrors["USBFunctions"] = "File not found: libUSBFunctions.so"; },
-       kNoHardware},
-      {"the adapter refuses the firmware", [&](Desk& desk) { noHost(desk), desk.board.firmwareResult = 0; },
-       kNoHardware},
-      {"a firmware path without an ANSI form",
-       [&](Desk& desk) { noHost(desk), desk.process.folder = QString::fromUtf8("/opt/\u4E2D"); }, kNoHardware},
-      {"a firmware path too long", [&](Desk& desk) { noHost(desk), desk.process.folder = QString(499, 'x'); },
-       kNoHardware},
-      {"no chip", [](Desk& desk) { desk.board.usbChips.clear(), desk.board.smbusChips.clear(); }, kNoChip},
-      {"a broken host library counts as present",
-       [](Desk& desk) { desk.board.loadErrors["smbus"] = "invalid ELF header", desk.board.firmwareResult = -1; },
-       kNoChip},
-      {"the adapter does not answer", [](Desk& desk) { desk.board.failMatching = "usb C"; },
-       "Initial Connection Failed - Check USB connections"},
-      {"a failure in the scan", [](Desk& desk) { desk.board.failMatching = "usb R 5A:3E"; },
-       "Communications Interrupted - Check USB connections"},
-  };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.what);
-    Desk desk;
-    row.arrange(desk);
+  for (const auto& [what, buses, arrange, message] : rows) {
+    SCOPED_TRACE(what);
+    Desk desk(buses);
+    arrange(desk);
     desk.prompts.script = {platform::BoxAnswer::Ok};
     EXPECT_EQ(desk.RunMain(), 1);
     ASSERT_EQ(desk.prompts.shown.size(), 1U);
-    EXPECT_EQ(desk.prompts.shown[0].text, row.message);
+    EXPECT_EQ(desk.prompts.shown[0].text, message);
     EXPECT_EQ(desk.prompts.shown[0].icon, platform::BoxIcon::Critical);
     EXPECT_EQ(desk.process.ends.size(), 1U);
   }
 }
 
 TEST(Start, AConnectionOnTheTwentiethTryCounts) {
-  for (const int failures : {19, 20}) {
-    Desk desk(Desk::Buses::Usb);
-    desk.board.failMatching = "usb C";
-    // The adapter comes back while the program lets events run, between two tries.
-    desk.events.onPump = [&] {
-      const auto connects = std::count(desk.board.traffic.begin(), desk.board.traffic.end(), "usb C 30:33");
-      if (connects >= failures) desk.board.failMatching.clear();
-    };
-    if (failures == 20) desk.prompts.script = {platform::BoxAnswer::Ok};
-    EXPECT_EQ(desk.RunMain(), failures == 20 ? std::optional(1) : std::nullopt);
-    EXPECT_EQ(std::count(desk.board.traffic.begin(), desk.board.traffic.end(), "usb C 30:33"), 20);
-  }
+  Desk desk(Desk::Buses::Usb);
+  const auto connects = [&traffic = desk.board.traffic] {
+    return std::count(traffic.begin(), traffic.end(), "usb C 30:33");
+  };
+  desk.board.failMatching = "usb C";
+  // The adapter comes back while the program lets events run, between two tries.
+  desk.events.onPump = [&] {
+    if (connects() == 19) desk.board.failMatching.clear();
+  };
+  EXPECT_EQ(desk.RunMain(), std::nullopt);
+  EXPECT_EQ(connects(), 20);
 }
 
 TEST(Start, TheFirmwarePathIsAnsiText) {

@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <random>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -25,11 +25,8 @@ struct BoardOnBench : Board {
   int Peek(int address) const { return TheChip().Peek(static_cast<std::uint8_t>(address)); }
   void Set(char what, int n, double value) {
     const auto address = static_cast<std::uint8_t>(n), byte = static_cast<std::uint8_t>(value);
-    if (what == 'p') {
-      EXPECT_TRUE(WritePort(address, byte));
-    } else {
-      TheChip().Write(address, byte);
-    }
+    if (what != 'p') return TheChip().Write(address, byte);
+    EXPECT_TRUE(WritePort(address, byte));
   }
   double Get(char what, int n) {
     const auto address = static_cast<std::uint8_t>(n);
@@ -105,8 +102,8 @@ TEST(Board, TheSameSeedAndTimeGiveTheSameBytesHoweverTheTimeIsCut) {
     for (std::chrono::nanoseconds left = 40s, piece; left.count() > 0; left -= piece) {
       board.Advance(piece = std::min<std::chrono::nanoseconds>(left, cut()));
     }
-    std::array<int, 256> bytes{};
-    for (int address = 0; address < 256; ++address) bytes[static_cast<std::size_t>(address)] = board.Peek(address);
+    std::vector<int> bytes;
+    for (int address = 0; address < 256; ++address) bytes.push_back(board.Peek(address));
     return bytes;
   };
   const auto whole = [] { return 40s; };

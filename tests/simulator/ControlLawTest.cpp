@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <random>
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -55,13 +56,11 @@ class Predictor {
   int Duty(std::size_t pwm) const {
     const Output& output = s_.outputs[pwm];
     if (output.behaviour == 4) return 0;
-    for (std::size_t i = 0; i < 2; ++i) {
-      for (std::size_t c = 0; c < 4; ++c) {
-        if (s_.boost[i] && s_.channels[c].letThrough[i] && hot_[i][c]) return 255;
-      }
-    }
     int best = output.alwaysOn ? output.min : 0;
     for (std::size_t c = 0; c < 4; ++c) {
+      for (std::size_t i = 0; i < 2; ++i) {
+        if (s_.boost[i] && s_.channels[c].letThrough[i] && hot_[i][c]) return 255;
+      }
       const bool source = output.behaviour == 6 || (output.behaviour == 5 && (c == 0 || c == 3)) ||
                           output.behaviour == static_cast<int>(c);
       if (source && on_[c]) best = std::max(best, output.min + Rise(c));
@@ -77,10 +76,8 @@ class Predictor {
     // 64 hundredths of 255 over Trange; degrees are whole quarters.
     const long long over = 64 * 255 * static_cast<long long>(degrees * 4) * kTrangeUnder[channel.trange];
     const long long under = 100 * 4 * kTrangeOver[channel.trange];
-    const long long whole = over / under;
-    const long long rest = over - whole * under;
-    const bool up = rest * 2 > under || (rest * 2 == under && (whole & 1) != 0);
-    return static_cast<int>(whole + (up ? 1 : 0));
+    const long long whole = over / under, rest = over % under;
+    return static_cast<int>(rest * 2 > under || (rest * 2 == under && whole % 2 != 0) ? whole + 1 : whole);
   }
 
   Settings s_;
@@ -145,30 +142,17 @@ TEST(ControlLaw, TheCurveGoesThroughThePointsThatTheWindowDraws) {
 }
 
 TEST(ControlLaw, AnOutputRunsAtMaxUntilWhateverShapesItsOwnDutySetsItUp) {
-  constexpr const char *kMax = "d0:192 d1:192 d2:192 d3:192", *kFirst = "d0:0 d1:192 d2:192 d3:192",
-                       *kSecond = "d0:192 d1:0 d2:192 d3:192", *kThird = "d0:192 d1:192 d2:0 d3:192",
-                       *kFourth = "d0:192 d1:192 d2:192 d3:0";  // they follow Local and Remote 1 to 3 in order
-  for (const auto& [write, duties] : {std::pair{"21=10", kFirst},
-                                      {"28=80", kFirst},
-                                      {"5C=9A", kFirst},
-                                      {"60=C4", kFirst},
-                                      {"5D=9A", kSecond},
-                                      {"0B=01", kSecond},
-                                      {"5E=9A", kThird},
-                                      {"0B=02", kThird},
-                                      {"24=70", kFourth},
-                                      {"2B=80", kFourth},
-                                      {"5F=9A", kFourth},
-                                      {"63=C4", kFourth},
-                                      {"25=90", "d0:0 d1:0 d2:192 d3:192"},
-                                      {"26=90", "d0:192 d1:192 d2:0 d3:0"},
-                                      {"0B=3C", kMax},
-                                      {"01=21", kMax},
-                                      {"4C=A4", kMax},
-                                      {"00=80", kMax},
-                                      {"2C=FF", "d0:255 d1:255 d2:255 d3:255"},
-                                      {"21=D1 00=80", kMax}}) {  // a reset forgets what was set up
-    ChipOnBench(std::string(write) + " ~0.2 ").Play(duties);
+  // Each write for itself; the outputs follow Local and Remote 1 to 3 in order, and a reset forgets what was set up.
+  for (const auto& [writes, duties] : {std::pair{"21=10;28=80;5C=9A;60=C4", " d0:0 d1:192 d2:192 d3:192"},
+                                       {"5D=9A;0B=01", " d0:192 d1:0 d2:192 d3:192"},
+                                       {"5E=9A;0B=02", " d0:192 d1:192 d2:0 d3:192"},
+                                       {"24=70;2B=80;5F=9A;63=C4", " d0:192 d1:192 d2:192 d3:0"},
+                                       {"25=90", " d0:0 d1:0 d2:192 d3:192"},
+                                       {"26=90", " d0:192 d1:192 d2:0 d3:0"},
+                                       {"2C=FF", " d0:255 d1:255 d2:255 d3:255"},
+                                       {"0B=3C;01=21;4C=A4;00=80;21=D1 00=80", " d0:192 d1:192 d2:192 d3:192"}}) {
+    std::istringstream rest(writes);
+    for (std::string write; std::getline(rest, write, ';');) ChipOnBench().Play(write + " ~0.2" + duties);
   }
 }
 

@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
-#include <string>
 
 #include <gtest/gtest.h>
 

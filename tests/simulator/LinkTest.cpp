@@ -36,21 +36,18 @@ TEST(UsbAdapter, AnAddressWithoutAChipIsNoFailureAndNoChipEither) {
 }
 
 TEST(UsbAdapter, RefusesWhatIsNotInItsTable) {
-  struct Row {
-    int request, value, index, direction, length;
-  };
-  for (const Row& row : {Row{0xDB, 0x58, 0, 1, 1},       Row{0xD9, 0, 0, 0, 0},        Row{0, 0, 0, 0, 0},
-                         Row{0xDE, 0x58, 0, 2, 1},       Row{0xDE, 0x58, 0, -1, 1},    Row{0xDE, 0x58, 0x3E, 1, 0},
-                         Row{0xDE, 0x58, 0x3E, 1, 2},    Row{0xDE, 0x58, 0x100, 1, 1}, Row{0xDE, 0x58, -1, 0, 0},
-                         Row{0xDE, 0x58, 0x10000, 0, 0}, Row{0xDC, 0x58, 0, 0, 8},     Row{0xDC, 0x58, 0, 1, 66},
-                         Row{0xDC, 0x58, 0xFC, 1, 8},    Row{0xDC, 0x58, -1, 1, 8},    Row{0xDD, 0x30, 0x34, 0, 0},
-                         Row{0xDD, 0x30, 0x33, 1, 1},    Row{0xDA, 3, 10, 0, 1},       Row{0xDA, 0, 0, 1, 4},
-                         Row{0xDF, 0x49, 0, 1, 1},       Row{0xDF, 0x4A, 256, 0, 0},   Row{0xDF, 0x4A, -1, 0, 0},
-                         Row{0xDF, 0x4A, 0, 1, 2}}) {
+  constexpr int kRows[][5] = {
+      {0xDB, 0x58, 0, 1, 1},    {0xD9, 0, 0, 0, 0},          {0, 0, 0, 0, 0},          {0xDE, 0x58, 0, 2, 1},
+      {0xDE, 0x58, 0, -1, 1},   {0xDE, 0x58, 0x3E, 1, 0},    {0xDE, 0x58, 0x3E, 1, 2}, {0xDE, 0x58, 0x100, 1, 1},
+      {0xDE, 0x58, -1, 0, 0},   {0xDE, 0x58, 0x10000, 0, 0}, {0xDC, 0x58, 0, 0, 8},    {0xDC, 0x58, 0, 1, 66},
+      {0xDC, 0x58, 0xFC, 1, 8}, {0xDC, 0x58, -1, 1, 8},      {0xDD, 0x30, 0x34, 0, 0}, {0xDD, 0x30, 0x33, 1, 1},
+      {0xDA, 3, 10, 0, 1},      {0xDA, 0, 0, 1, 4},          {0xDF, 0x49, 0, 1, 1},    {0xDF, 0x4A, 256, 0, 0},
+      {0xDF, 0x4A, -1, 0, 0},   {0xDF, 0x4A, 0, 1, 2}};
+  for (const auto& [request, value, index, direction, length] : kRows) {
     Usb usb;
     usb.buffer.fill(0x77);
-    EXPECT_NE(usb.Ask(row.request, row.value, row.index, row.direction, row.length), 0)
-        << std::hex << row.request << " " << row.value << " " << row.index;
+    EXPECT_NE(usb.Ask(request, value, index, direction, length), 0)
+        << std::hex << request << " " << value << " " << index;
     EXPECT_EQ(usb.buffer[0], 0x77) << "a refused request leaves the buffer alone";
   }
   EXPECT_NE(Usb().adapter.Request(0xDE, 0x58, 0x3E, 1, 1, nullptr), 0);

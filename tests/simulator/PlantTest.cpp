@@ -49,15 +49,10 @@ TEST(Plant, WarmsAsTheExponentialOfItsHeatCapacityHoweverTheTimeIsCut) {
 
 TEST(Plant, AFanStartsAtItsStartThresholdAndKeepsTurningDownToItsStallThreshold) {
   Plant plant({.spread = 0});
-  for (const auto& [duty, rpm] : {std::pair{0.27, 0.0},
-                                  {0.29, 4800 * (0.1 + 0.9 * 0.29)},
-                                  {0.16, 4800 * (0.1 + 0.9 * 0.16)},
-                                  {0.14, 0.0},
-                                  {0.16, 0.0},
-                                  {1.0, 4800.0}}) {
+  for (const auto& [duty, turns] : {std::pair{0.27, 0}, {0.29, 1}, {0.16, 1}, {0.14, 0}, {0.16, 0}, {1.0, 1}}) {
     plant.SetFanDrive(0, duty);
     plant.Step(30);
-    EXPECT_NEAR(plant.Rpm(0), rpm, 1) << duty;
+    EXPECT_NEAR(plant.Rpm(0), turns * 4800 * (0.1 + 0.9 * duty), 1) << duty;
   }
   const double turning = plant.Rpm(0);
   plant.SetFanDrive(0, 0.5);

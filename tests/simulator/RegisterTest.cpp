@@ -69,29 +69,24 @@ TEST(Registers, SoftwareResetPutsEverythingBackAndClearsItsOwnBit) {
 }
 
 TEST(Registers, AnEasyOptionSetsThePinsItPromises) {
-  struct Row {
-    int option;
-    int temperatures, pwms, tachs, voltages, therms, vrHots;
-    bool chassisIntrusion;
-  };
-  for (const Row& row :
-       {Row{0x01, 4, 4, 8, 4, 2, 0, true}, Row{0x02, 4, 4, 8, 2, 2, 2, false}, Row{0x04, 2, 3, 4, 13, 0, 0, true},
-        Row{0x08, 3, 4, 6, 7, 1, 1, false}, Row{0x10, 3, 3, 6, 7, 1, 1, false}, Row{0x05, 2, 3, 4, 13, 0, 0, true}}) {
-    SCOPED_TRACE(row.option);
-    ChipOnBench bench({{0x10, 0}, {0x11, 0}, {0x12, 0}, {0x13, 0}, {0x14, row.option}});
+  constexpr int kRows[][8] = {{0x01, 4, 4, 8, 4, 2, 0, 1}, {0x02, 4, 4, 8, 2, 2, 2, 0}, {0x04, 2, 3, 4, 13, 0, 0, 1},
+                              {0x08, 3, 4, 6, 7, 1, 1, 0}, {0x10, 3, 3, 6, 7, 1, 1, 0}, {0x05, 2, 3, 4, 13, 0, 0, 1}};
+  for (const auto& [option, temperatures, pwms, tachs, voltages, therms, vrHots, chassisIntrusion] : kRows) {
+    SCOPED_TRACE(option);
+    ChipOnBench bench({{0x10, 0}, {0x11, 0}, {0x12, 0}, {0x13, 0}, {0x14, option}});
     const PinModel& pins = bench.chip.Pins();
     const auto count = [](int n, auto has) {
       int sum = 0;
       for (int i = 0; i < n; ++i) sum += has(i);
       return sum;
     };
-    EXPECT_EQ(count(kTemperatures, [&](int n) { return pins.HasDiode(n); }), row.temperatures);
-    EXPECT_EQ(count(kPwms, [&](int n) { return pins.HasPwm(n); }), row.pwms);
-    EXPECT_EQ(count(kTachs, [&](int n) { return pins.HasTach(n); }), row.tachs);
-    EXPECT_EQ(count(kVoltagePins, [&](int n) { return pins.IsVoltage(static_cast<VoltagePin>(n)); }), row.voltages);
-    EXPECT_EQ(count(2, [&](int n) { return pins.HasTherm(n); }), row.therms);
-    EXPECT_EQ(count(2, [&](int n) { return pins.HasVrHot(n); }), row.vrHots);
-    EXPECT_EQ(pins.HasChassisIntrusion(), row.chassisIntrusion);
+    EXPECT_EQ(count(kTemperatures, [&](int n) { return pins.HasDiode(n); }), temperatures);
+    EXPECT_EQ(count(kPwms, [&](int n) { return pins.HasPwm(n); }), pwms);
+    EXPECT_EQ(count(kTachs, [&](int n) { return pins.HasTach(n); }), tachs);
+    EXPECT_EQ(count(kVoltagePins, [&](int n) { return pins.IsVoltage(static_cast<VoltagePin>(n)); }), voltages);
+    EXPECT_EQ(count(2, [&](int n) { return pins.HasTherm(n); }), therms);
+    EXPECT_EQ(count(2, [&](int n) { return pins.HasVrHot(n); }), vrHots);
+    EXPECT_EQ(pins.HasChassisIntrusion(), chassisIntrusion == 1);
   }
 }
 

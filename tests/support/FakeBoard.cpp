@@ -1,7 +1,6 @@
 #include "tests/support/FakeBoard.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include <gtest/gtest.h>
 
@@ -15,9 +14,11 @@ BoardEntries* board = nullptr;  // where the entries land
 
 template <typename... Numbers>
 std::string Text(const char* format, Numbers... numbers) {
-  char buffer[160];
-  std::snprintf(buffer, sizeof buffer, format, numbers...);
-  return buffer;
+  return QString::asprintf(format, numbers...).toStdString();
+}
+
+const char* Bus() {
+  return link::InterfaceMode == link::kModeUsb ? "usb" : "smb";
 }
 
 std::int16_t ZTH_LIBRARY_CALL LoadFirmWare(const char* path) {
@@ -63,30 +64,17 @@ std::string Decode(std::int16_t request, std::int32_t value, std::int32_t index,
   const bool read = direction == 1 && readBuffer;
   const bool command = direction == 0 && length == 0 && nothing;
   const bool byteCommand = direction == 0 && length == 1 && readBuffer;
-  switch (request) {
-    case 0xDA:
-      if (read && length == 3 && value == 0 && index == 0) return "usb H";
-      if (byteCommand) return Text("usb H %d=%d", value, index);
-      break;
-    case 0xDC:
-      if (read && length >= 0 && length <= link::kReadBufferSize)
-        return Text("usb B %02X:%02X+%d", value, index, length);
-      break;
-    case 0xDD:
-      if (command) return Text("usb C %02X:%02X", value, index);
-      break;
-    case 0xDE:
-      if (read && length == 1) return Text("usb R %02X:%02X", value, index);
-      if (command) return Text("usb W %02X:%02X=%02X", value, index & 0xFF, index >> 8);
-      break;
-    case 0xDF:
-      if (read && length == 1 && index == 0) return Text("usb P %02X", value);
-      if (command) return Text("usb P %02X=%02X", value, index);
-      if (byteCommand) return Text("usb D %02X=%02X", value, index);
-      break;
-    default:
-      break;
-  }
+  const bool heater = request == 0xDA, block = request == 0xDC, single = request == 0xDE, port = request == 0xDF;
+  if (heater && read && length == 3 && value == 0 && index == 0) return "usb H";
+  if (heater && byteCommand) return Text("usb H %d=%d", value, index);
+  const bool fits = length >= 0 && length <= link::kReadBufferSize;
+  if (block && read && fits) return Text("usb B %02X:%02X+%d", value, index, length);
+  if (request == 0xDD && command) return Text("usb C %02X:%02X", value, index);
+  if (single && read && length == 1) return Text("usb R %02X:%02X", value, index);
+  if (single && command) return Text("usb W %02X:%02X=%02X", value, index & 0xFF, index >> 8);
+  if (port && read && length == 1 && index == 0) return Text("usb P %02X", value);
+  if (port && command) return Text("usb P %02X=%02X", value, index);
+  if (port && byteCommand) return Text("usb D %02X=%02X", value, index);
   return {};
 }
 
@@ -102,13 +90,6 @@ FakeBoard::Registers DefaultRegisters() {
   for (const chip::RegisterRow& row : chip::kRegisterRows) registers[row.address] = row.defaultValue;
   registers[0x3F] = 0x01;
   return registers;
-}
-
-FakeBoard::Registers& FakeBoard::AddUsbChip(int address) {
-  return usbChips[address] = DefaultRegisters();
-}
-FakeBoard::Registers& FakeBoard::AddSmbusChip(int address) {
-  return smbusChips[address] = DefaultRegisters();
 }
 
 platform::LoadedLibrary FakeBoard::Load(const QString& name) {
@@ -172,12 +153,6 @@ void FakeBoard::WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t 
   const auto chip = smbusChips.find(address);
   if (chip != smbusChips.end()) chip->second[reg] = value;
 }
-
-namespace {
-const char* Bus() {
-  return link::InterfaceMode == link::kModeUsb ? "usb" : "smb";
-}
-}  // namespace
 
 std::string R(int reg) {
   return Text("%s R %02X:%02X", Bus(), link::DeviceAddress, reg);

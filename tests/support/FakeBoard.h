@@ -42,6 +42,9 @@ class BoardEntries {
 /// A library whose entries land on `board` until the next one is made, and which does not export those `missing`.
 std::shared_ptr<platform::Library> LibraryOf(BoardEntries& board, const std::set<std::string>& missing = {});
 
+/// The default registers of the chip, with a Company ID and a revision that does not invert duties.
+std::array<std::uint8_t, 256> DefaultRegisters();
+
 /// A board with a register file for each chip address, behind both closed libraries, that writes every call down.
 /// Registers are plain memory: what is written is read back.
 class FakeBoard final : public BoardEntries {
@@ -53,8 +56,8 @@ class FakeBoard final : public BoardEntries {
   FakeBoard& operator=(const FakeBoard&) = delete;
 
   /// Puts a chip with the default registers on a bus.
-  Registers& AddUsbChip(int address);
-  Registers& AddSmbusChip(int address);
+  Registers& AddUsbChip(int address) { return usbChips[address] = DefaultRegisters(); }
+  Registers& AddSmbusChip(int address) { return smbusChips[address] = DefaultRegisters(); }
 
   /// What a library's loading gives: its entries, or an error. The two names are "USBFunctions" and "smbus".
   platform::LoadedLibrary Load(const QString& name);
@@ -100,9 +103,6 @@ class FakeBoard final : public BoardEntries {
   void Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction, std::int16_t length,
              std::uint8_t* buffer);
 };
-
-/// The default registers of the chip, with a Company ID and a revision that does not invert duties.
-FakeBoard::Registers DefaultRegisters();
 
 /// Texts of transfers to the chip in use on the link in use, as they stand in Traffic.
 std::string R(int reg);

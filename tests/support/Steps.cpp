@@ -76,12 +76,9 @@ Traffic T(const std::string& text) {
   return traffic;
 }
 
-Traffic Writes(const Traffic& traffic) {
-  Traffic writes;
-  for (const std::string& transfer : traffic) {
-    if (transfer.find(" W ") != std::string::npos) writes.push_back(transfer);
-  }
-  return writes;
+Traffic Writes(Traffic traffic) {
+  std::erase_if(traffic, [](const std::string& transfer) { return transfer.find(" W ") == std::string::npos; });
+  return traffic;
 }
 
 void Put(FakeBoard::Registers& registers, const std::string& text) {

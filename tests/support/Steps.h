@@ -14,7 +14,7 @@ namespace zth::testing {
 Traffic T(const std::string& text);
 
 /// The transfers among `traffic` that write a register.
-Traffic Writes(const Traffic& traffic);
+Traffic Writes(Traffic traffic);
 
 /// Puts bytes into registers, all in hexadecimal: "0D=FD 21..24=E0".
 void Put(FakeBoard::Registers& registers, const std::string& text);

@@ -1,10 +1,10 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "linux-smbus/AdapterChoice.h"
 
@@ -23,26 +23,19 @@ const std::vector<Adapter> kPresent{{0, "i915 gmbus dpa", false, true},
                                     {12, "unnamed host", true, false}};
 
 TEST(AdapterChoice, ASettingNamesAdaptersByNumberOrNameElseEveryHostIsTakenAndNothingElse) {
-  struct Row {
-    const char* setting;
-    std::vector<int> chosen;
-    const char* remark;
-  };
-  for (const Row& row :
+  using Row = std::tuple<const char*, std::vector<int>, const char*>;
+  for (const auto& [setting, expected, told] :
        {Row{"5,2", {5, 2}, ""}, Row{"i2c-1", {1}, ""}, Row{"/dev/i2c-12", {12}, ""},
         Row{"smbus", {2, 5}, "i2c-4 (NVIDIA SMBus 0): a display's bus"}, Row{"i801, 2, i2c-2", {2}, ""},
         Row{"1, i2c-2-mux", {1, 3}, ""}, Row{"0", {}, "names i2c-0"},
         Row{"7, 2", {2}, "names \"7\": there is no such adapter"}, Row{"-1", {}, "there is no such adapter"},
         Row{"auto", {2, 5, 12}, ""}, Row{" , ", {2, 5, 12}, ""}, Row{"", {2, 5, 12}, ""}}) {
-    Settings settings;
-    settings.adapters = ParseAdapterList(row.setting);
-    settings.origin = "test";
-    const AdapterChoice choice = ChooseAdapters(kPresent, settings);
+    const AdapterChoice choice = ChooseAdapters(kPresent, {ParseAdapterList(setting), "test", {}});
     std::vector<int> chosen;
     for (const Adapter& adapter : choice.chosen) chosen.push_back(adapter.number);
-    EXPECT_EQ(chosen, row.chosen) << row.setting;
-    EXPECT_EQ(choice.remarks.size(), *row.remark == '\0' ? 0U : 1U) << row.setting;
-    for (const std::string& remark : choice.remarks) EXPECT_THAT(remark, HasSubstr(row.remark));
+    EXPECT_EQ(chosen, expected) << setting;
+    EXPECT_EQ(choice.remarks.size(), *told == '\0' ? 0U : 1U) << setting;
+    for (const std::string& remark : choice.remarks) EXPECT_THAT(remark, HasSubstr(told));
   }
 }
 
@@ -55,21 +48,17 @@ TEST(Settings, TheFileIsReadLineByLine) {
 }
 
 TEST(Settings, FilesStandInTheUsersFolders) {
-  struct Row {
-    std::map<std::string, std::string> variables;
-    std::string config, state;  // the base directories; empty when there is none
-  };
-  const std::string home = "/home/ann", usual = home + "/.config", usualState = home + "/.local/state";
-  for (const Row& row :
-       {Row{{{"HOME", home}}, usual, usualState},
-        Row{{{"HOME", home}, {"XDG_CONFIG_HOME", "/c"}, {"XDG_STATE_HOME", "/s"}}, "/c", "/s"},
-        Row{{{"HOME", home}, {"XDG_STATE_HOME", "not/absolute"}}, usual, usualState}, Row{{}, "", ""}}) {
-    const UserPlaces places = PlacesOf([&row](const char* name) {
-      const auto found = row.variables.find(name);
-      return found == row.variables.end() ? std::string() : found->second;
-    });
-    EXPECT_EQ(places.settingsFile, row.config.empty() ? "" : row.config + "/zth4718/smbus.conf");
-    EXPECT_EQ(places.logFile, row.state.empty() ? "" : row.state + "/zth4718/smbus.log");
+  const std::string home = "/home/ann", conf = "/zth4718/smbus.conf", log = "/zth4718/smbus.log",
+                    usual = home + "/.config" + conf, usualLog = home + "/.local/state" + log;
+  const std::tuple<std::map<std::string, std::string>, std::string, std::string> rows[] = {
+      {{{"HOME", home}}, usual, usualLog},
+      {{{"HOME", home}, {"XDG_CONFIG_HOME", "/c"}, {"XDG_STATE_HOME", "/s"}}, "/c" + conf, "/s" + log},
+      {{{"HOME", home}, {"XDG_STATE_HOME", "not/absolute"}}, usual, usualLog},
+      {{}, "", ""}};
+  for (auto [variables, settingsFile, logFile] : rows) {
+    const UserPlaces places = PlacesOf([&all = variables](const char* name) { return all[name]; });
+    EXPECT_EQ(places.settingsFile, settingsFile);
+    EXPECT_EQ(places.logFile, logFile);
   }
 }
 

@@ -1,4 +1,3 @@
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -7,7 +6,6 @@
 #include <unistd.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "linux-smbus/AdapterChoice.h"
 #include "linux-smbus/Journal.h"
@@ -36,9 +34,8 @@ class FilesTest : public testing::Test {
     std::ofstream(file) << text << "\n";
   }
   static std::string Get(const fs::path& file) {
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
+    std::ifstream text(file);
+    return {std::istreambuf_iterator<char>(text), {}};
   }
   /// An adapter below `device`, as the kernel shows it: a folder there, and a link among the devices of the bus.
   void PutAdapter(const std::string& device, int number, const std::string& name) const {

@@ -37,7 +37,7 @@ class Slider : public testing::Test {
       GSlider probe;
       probe.resize(slider_.size());
       probe.SetValue(value < 50 ? 100 : 0);
-      Press(probe, QPointF(x, 15));
+      Mouse(probe, QEvent::MouseButtonPress, QPointF(x, 15));
       if (probe.Value() == value) return {static_cast<double>(x), 15};
     }
     ADD_FAILURE() << value << " is nowhere on the groove";

@@ -30,14 +30,11 @@ TEST(DialScale, ParksValuesOutsideAtTheNearerEnd) {
 }
 
 TEST(DialScale, ReportsWhatItShows) {
-  for (const auto& [minimum, maximum, value, text, settled] : {std::tuple{-64.0, 191.0, 25.4999, "25.5", 25.5},
-                                                               {-64, 191, 24.53, "24.5", 24.5},
-                                                               {0, 12000, 1004.9, "1000", 1000},
-                                                               {0, 15.94, 15.938, "15.94", 15.94},
-                                                               {0, 15.94, 99, "", 15.94},
-                                                               {0, 2.5, 1.23456, "1.235", 1.235},
-                                                               {0, 100, -3, "", 0},
-                                                               {-64, 191, -0.04, "0.0", 0}}) {
+  using Row = std::tuple<double, double, double, const char*, double>;
+  for (const auto& [minimum, maximum, value, text, settled] :
+       {Row{-64, 191, 25.4999, "25.5", 25.5}, Row{-64, 191, 24.53, "24.5", 24.5}, Row{0, 12000, 1004.9, "1000", 1000},
+        Row{0, 15.94, 15.938, "15.94", 15.94}, Row{0, 15.94, 99, "", 15.94}, Row{0, 2.5, 1.23456, "1.235", 1.235},
+        Row{0, 100, -3, "", 0}, Row{-64, 191, -0.04, "0.0", 0}}) {
     const DialScale scale(minimum, maximum);
     EXPECT_EQ(scale.Settle(value), settled) << value;
     if (value < minimum || value > maximum) continue;
@@ -64,16 +61,12 @@ TEST(DialScale, TurnsTheShorterWay) {
 }
 
 TEST(DialTicks, StandAtRoundNumbersOfAnyRange) {
-  for (const auto& [minimum, maximum, expected] : {std::tuple{0.0, 100.0, "0 10 20 30 40 50 60 70 80 90 100 "},
-                                                   {0, 2.5, "0.0 0.5 1.0 1.5 2.0 2.5 "},
-                                                   {-64, 191, "-50 -25 0 25 50 75 100 125 150 175 "},
-                                                   {0, 12000, "0 2000 4000 6000 8000 10000 12000 "},
-                                                   {0, 15.94, "0 2 4 6 8 10 12 14 "},
-                                                   {5, 5, ""},
-                                                   {0, kInfinity, ""},
-                                                   {kNaN, 1, ""},
-                                                   {1e15, 1e15 + 1, ""},
-                                                   {-1e308, 1.7e308, ""}}) {
+  using Row = std::tuple<double, double, const char*>;
+  for (const auto& [minimum, maximum, expected] :
+       {Row{0, 100, "0 10 20 30 40 50 60 70 80 90 100 "}, Row{0, 2.5, "0.0 0.5 1.0 1.5 2.0 2.5 "},
+        Row{-64, 191, "-50 -25 0 25 50 75 100 125 150 175 "}, Row{0, 12000, "0 2000 4000 6000 8000 10000 12000 "},
+        Row{0, 15.94, "0 2 4 6 8 10 12 14 "}, Row{5, 5, ""}, Row{0, kInfinity, ""}, Row{kNaN, 1, ""},
+        Row{1e15, 1e15 + 1, ""}, Row{-1e308, 1.7e308, ""}}) {
     std::string numbers;
     for (const DialTick& tick : DialTicks(minimum, maximum, 110, 100, [](const auto& t) { return Measure(t, 14); })) {
       if (tick.major) numbers += tick.text + " ";
@@ -92,11 +85,10 @@ void ExpectGoodTicks(double minimum, double maximum, double radius) {
     EXPECT_TRUE(tick.value >= low - slack && tick.value <= high + slack) << tick.value;
     if (!tick.major) continue;
     EXPECT_LE(std::hypot(tick.labelX, tick.labelY), radius);
-    const TextSize a = size(tick.text);
     for (const DialTick& other : majors) {
-      const TextSize b = size(other.text);
-      EXPECT_TRUE(std::abs(tick.labelX - other.labelX) > (a.width + b.width) / 2 ||
-                  std::abs(tick.labelY - other.labelY) > (a.height + b.height) / 2)
+      const double width = (size(tick.text).width + size(other.text).width) / 2;
+      EXPECT_TRUE(std::abs(tick.labelX - other.labelX) > width ||
+                  std::abs(tick.labelY - other.labelY) > size(tick.text).height)  // all texts are as high
           << tick.text << " touches " << other.text;
     }
     majors.push_back(tick);

@@ -24,20 +24,13 @@ class Gauge : public testing::Test {
     for (QWidget* widget : std::initializer_list<QWidget*>{&before_, &gauge_, &after_}) row->addWidget(widget);
     gauge_.SetSliders(LGauge::LowAndHighSliders());
     gauge_.setFixedSize(240, 240);
-    Put("ScaleMin", -64);
-    Put("ScaleMax", 191);
-    PutSlider(2, -20);
-    PutSlider(3, 85);
+    Play(gauge_, "ScaleMin=-64 ScaleMax=191 PointerIndex=2 PointerValue=-20 PointerIndex=3 PointerValue=85");
     window_.show();
     window_.activateWindow();
     QApplication::setActiveWindow(&window_);
   }
 
   void Put(const char* name, const QVariant& value) { ASSERT_TRUE(gauge_.setProperty(name, value)) << name; }
-  void PutSlider(int number, double value) {
-    Put("PointerIndex", number);
-    Put("PointerValue", value);
-  }
   double Slider(int number) {
     Put("PointerIndex", number);
     return gauge_.property("PointerValue").toDouble();
@@ -137,7 +130,7 @@ TEST_F(Gauge, KeysMoveByStepPageAndToTheEndsAndARunIsReportedOnce) {
       {"-Up", "-56 85 11"},
       {"+Right +Esc -Right", "-56 85 11"}};
   for (const auto& [steps, state] : rows) EXPECT_EQ(After(steps), state) << steps;
-  Play(gauge_, "+Right");
+  EXPECT_EQ(After("+Right"), "-55 85 11");
   after_.setFocus();
   EXPECT_EQ(After(""), "-55 85 12") << "the focus went while the key was down";
 }
@@ -175,8 +168,7 @@ TEST_F(Gauge, PaintsAChangedScaleAnew) {
   const QImage before = gauge_.grab().toImage();
   EXPECT_EQ(gauge_.grab().toImage(), before);
   Put("ScaleMax", 300);
-  const QImage after = gauge_.grab().toImage();
-  EXPECT_NE(after, before);
+  EXPECT_NE(gauge_.grab().toImage(), before);
   Put("ScaleMax", 191);
   EXPECT_EQ(gauge_.grab().toImage(), before);
   QPalette dark = gauge_.palette();

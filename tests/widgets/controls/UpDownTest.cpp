@@ -38,21 +38,12 @@ class Pair : public testing::Test {
 };
 
 TEST_F(Pair, StepsTheNumberThatTheBoxBeginsWithWithinTheRange) {
-  for (const auto& [before, steps, after] : {std::tuple{"50", 1, "51"},
-                                             {"50", -1, "49"},
-                                             {" 50 rpm", 1, "51"},
-                                             {"119", 5, "120"},
-                                             {"120", 1, "120"},
-                                             {"10", -1, "10"},
-                                             {"500", 1, "120"},
-                                             {"500", -1, "120"},
-                                             {"", 1, "10"},
-                                             {"abc", -1, "10"},
-                                             {"-7", 1, "10"},
-                                             {"32.5", 1, "33"},
-                                             {"33.5", 1, "35"},
-                                             {"1E30", -1, "120"},
-                                             {"-1E300", 1, "10"}}) {
+  using Row = std::tuple<const char*, int, const char*>;
+  for (const auto& [before, steps, after] :
+       {Row{"50", 1, "51"}, Row{"50", -1, "49"}, Row{" 50 rpm", 1, "51"}, Row{"119", 5, "120"}, Row{"120", 1, "120"},
+        Row{"10", -1, "10"}, Row{"500", 1, "120"}, Row{"500", -1, "120"}, Row{"", 1, "10"}, Row{"abc", -1, "10"},
+        Row{"-7", 1, "10"}, Row{"32.5", 1, "33"}, Row{"33.5", 1, "35"}, Row{"1E30", -1, "120"},
+        Row{"-1E300", 1, "10"}}) {
     box_->setText(before);
     QMetaObject::invokeMethod(upDown_, "Step", Q_ARG(int, steps));
     EXPECT_EQ(box_->text(), after) << before;

@@ -7,7 +7,6 @@
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QMouseEvent>
-#include <QStringList>
 #include <QWheelEvent>
 #include <QWidget>
 
@@ -15,38 +14,21 @@
 /// waits.
 namespace zth::tests {
 
-inline void Mouse(QWidget& widget, QEvent::Type type, const QPointF& at) {
+inline void Mouse(QWidget& widget, QEvent::Type type, const QPointF& at, Qt::MouseButton button = Qt::LeftButton) {
   const bool moves = type == QEvent::MouseMove;
   const bool releases = type == QEvent::MouseButtonRelease;
-  QMouseEvent event(type, at, widget.mapToGlobal(at), moves ? Qt::NoButton : Qt::LeftButton,
-                    releases ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+  QMouseEvent event(type, at, widget.mapToGlobal(at), moves ? Qt::NoButton : button, releases ? Qt::NoButton : button,
+                    Qt::NoModifier);
   QCoreApplication::sendEvent(&widget, &event);
 }
 
-inline void Press(QWidget& widget, const QPointF& at) {
-  Mouse(widget, QEvent::MouseButtonPress, at);
-}
-inline void Drag(QWidget& widget, const QPointF& to) {
-  Mouse(widget, QEvent::MouseMove, to);
-}
-inline void Release(QWidget& widget, const QPointF& at) {
-  Mouse(widget, QEvent::MouseButtonRelease, at);
-}
-
-inline void KeyDown(QWidget& widget, Qt::Key key, bool repeat = false) {
-  QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, repeat);
+inline void Key(QWidget& widget, QEvent::Type type, Qt::Key key, bool repeat) {
+  QKeyEvent event(type, key, Qt::NoModifier, {}, repeat);
   QCoreApplication::sendEvent(&widget, &event);
 }
 
-inline void KeyUp(QWidget& widget, Qt::Key key, bool repeat = false) {
-  QKeyEvent event(QEvent::KeyRelease, key, Qt::NoModifier, {}, repeat);
-  QCoreApplication::sendEvent(&widget, &event);
-}
-
-inline void Wheel(QWidget& widget, int eighths) {
-  const QPointF at = QRectF(widget.rect()).center();
-  QWheelEvent event(at, widget.mapToGlobal(at), {}, {0, eighths}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                    false);
+inline void Wheel(QWidget& widget, int eighths, Qt::KeyboardModifiers modifiers = {}, const QPointF& at = {}) {
+  QWheelEvent event(at, widget.mapToGlobal(at), {}, {0, eighths}, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(&widget, &event);
 }
 
@@ -55,15 +37,13 @@ inline void Wheel(QWidget& widget, int eighths) {
 /// go; "wheel=120" turns the wheel; "enabled=0" and the like set a property.
 inline void Play(QWidget& widget, const QString& steps, const std::function<QPointF(const QString&)>& place = {}) {
   for (const QString& step : steps.split(' ', Qt::SkipEmptyParts)) {
-    const auto key = [&](qsizetype from) { return QKeySequence(step.mid(from))[0].key(); };
     const QString name = step.section('=', 0, 0), at = step.section('@', 1).section('>', 0, 0);
     if (step.contains('@')) {
-      if (step[0] == 'p') Press(widget, place(at));
-      if (step.startsWith("drag")) Drag(widget, place(at));
-      if (step.startsWith("drop")) Release(widget, place(at));
-      if (!step.contains('>')) continue;
-      Drag(widget, place(step.section('>', 1)));
-      Release(widget, place(step.section('>', 1)));
+      const bool pull = step.contains('>');
+      const auto to = pull ? step.section('>', 1) : at;
+      if (step[0] == 'p') Mouse(widget, QEvent::MouseButtonPress, place(at));
+      if (pull || step.startsWith("drag")) Mouse(widget, QEvent::MouseMove, place(to));
+      if (pull || step.startsWith("drop")) Mouse(widget, QEvent::MouseButtonRelease, place(to));
     } else if (step.contains('=')) {
       const double value = step.section('=', 1).toDouble();
       if (name == "wheel") {
@@ -71,13 +51,12 @@ inline void Play(QWidget& widget, const QString& steps, const std::function<QPoi
       } else if (!widget.setProperty(name.toLatin1().constData(), value)) {
         throw std::runtime_error(step.toStdString());
       }
-    } else if (step[0] == '*') {
-      KeyUp(widget, key(1), true);
-      KeyDown(widget, key(1), true);
     } else {
-      const int sign = step[0] == '+' || step[0] == '-' ? 1 : 0;
-      if (step[0] != '-') KeyDown(widget, key(sign));
-      if (step[0] != '+') KeyUp(widget, key(sign));
+      const bool repeat = step[0] == '*', down = step[0] == '+', up = step[0] == '-';
+      const Qt::Key key = QKeySequence(step.mid(repeat || down || up ? 1 : 0))[0].key();
+      if (repeat) Key(widget, QEvent::KeyRelease, key, true);
+      if (!up) Key(widget, QEvent::KeyPress, key, repeat);
+      if (!down && !repeat) Key(widget, QEvent::KeyRelease, key, false);
     }
   }
 }

@@ -1,5 +1,7 @@
 #include <cmath>
 #include <random>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -11,7 +13,7 @@ namespace {
 
 using Column = TraceHistory::Column;
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN(), kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneFurtherThanTheNextOne) {
   TraceHistory history;
@@ -25,17 +27,14 @@ TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneFurtherThanTheNextOne) {
     history.Append(next.x, next.y);
   }
   const double length = points.back().x;
-  struct Row {
-    double begin, end;  // of the walk's length
-    std::size_t columns;
-  };
-  for (const Row& row : {Row{0, 1, 800}, Row{0.9, 1, 800}, Row{-0.5, 1.5, 800}, Row{0.8, 0.9, 200},
-                         Row{0.999, 1.0001, 300}, Row{0, 1, 3840}, Row{0.2, 0.95, 10}}) {
-    SCOPED_TRACE(testing::Message() << row.begin << " to " << row.end << " in " << row.columns);
-    const double width = length * (row.end - row.begin) / static_cast<double>(row.columns);
-    const auto first = static_cast<std::int64_t>(std::floor(length * row.begin / width));
-    std::vector<Column> shown(row.columns), exact(row.columns + 2);  // the span of the samples alone, one column wider
-    EXPECT_LE(history.Columns(first, width, shown), 12 * row.columns + 64);
+  using Row = std::tuple<double, double, std::size_t>;  // from and to as shares of the walk's length
+  for (const auto& [begin, end, columns] : {Row{0, 1, 800}, Row{0.9, 1, 800}, Row{-0.5, 1.5, 800}, Row{0.8, 0.9, 200},
+                                            Row{0.999, 1.0001, 300}, Row{0, 1, 3840}, Row{0.2, 0.95, 10}}) {
+    SCOPED_TRACE(testing::Message() << begin << " to " << end << " in " << columns);
+    const double width = length * (end - begin) / static_cast<double>(columns);
+    const auto first = static_cast<std::int64_t>(std::floor(length * begin / width));
+    std::vector<Column> shown(columns), exact(columns + 2);  // the span of the samples alone, one column wider
+    EXPECT_LE(history.Columns(first, width, shown), 12 * columns + 64);
     for (const auto& point : points) {
       const double at = std::floor(point.x / width) - static_cast<double>(first) + 1;
       if (at < 0 || at >= static_cast<double>(exact.size())) continue;
@@ -83,12 +82,10 @@ TEST(TraceHistory, DropsWhatIsOlderThanADayAndStopsGrowing) {
 
 TEST(TraceHistory, TakesOddSamplesByRule) {
   TraceHistory history;
-  history.Append(1, 10);
-  history.Append(kNaN, 11);
-  history.Append(std::numeric_limits<double>::infinity(), 12);
-  history.Append(0.5, 13);  // before the newest: counts as the newest's time
+  // What comes before the newest counts as the newest's time.
+  for (const auto& [x, y] : {std::pair{1.0, 10}, {kNaN, 11}, {kInfinity, 12}, {0.5, 13}}) history.Append(x, y);
   EXPECT_TRUE(history.Newest().x == 1 && history.Newest().y == 13 && history.Points(-10, 10).size() == 2);
-  history.Append(2, std::numeric_limits<double>::infinity());
+  history.Append(2, kInfinity);
   std::vector<Column> columns(4);
   history.Columns(0, 1, columns);
   EXPECT_FALSE(std::isnan(columns[1].hi));
@@ -101,10 +98,7 @@ TEST(TraceHistory, TakesOddSamplesByRule) {
 
 TEST(TraceHistory, JoinsSamplesAcrossEmptyColumnsButNotAcrossALostValue) {
   TraceHistory history;
-  history.Append(0.5, 0);
-  history.Append(4.5, 8);
-  history.Append(5.5, kNaN);
-  history.Append(8.5, 4);
+  for (const auto& [x, y] : {std::pair{0.5, 0.0}, {4.5, 8.0}, {5.5, kNaN}, {8.5, 4.0}}) history.Append(x, y);
   std::vector<Column> columns(10);
   history.Columns(0, 1, columns);
   for (std::size_t i = 1; i < 4; ++i) {
