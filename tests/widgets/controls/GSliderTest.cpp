@@ -90,6 +90,7 @@ TEST_F(Slider, ReportsWhatTheUserDoes) {
       {"drop@70", "up"},
       {"pull@70>70", "down up"},
       {"drag@90", ""},
+      {"Value=50 pull@52>62", "down change=60 up"},  // held beside its middle
       // Back at the reported value there is nothing to report; keys and wheel rest in a drag, Escape takes it back.
       {"Value=0 press@0 drag@10 drag@20 drag@10 drop@10", "down change=10 up"},
       {"Value=0 press@0 drag@80 Right wheel=120 +Esc", "down change=80 change=0 up"},
