@@ -127,14 +127,14 @@ class Contrasts : public Access {
 };
 
 TEST_P(Contrasts, EveryTextStandsOutFromItsGround) {
-  for (const std::string how : {"", " changed"}) {
+  for (const char* how : {"", " changed"}) {
     EachPage([&](QWidget& root, const std::string& page) {
       desk.Advance(1100);
       if (page == "frmRegMap") {  // a register with bits of both kinds
         Desk::Type(root, "txtReadAddr", "3D");
         Desk::Press(root, "cmdRead");
       }
-      if (!how.empty()) Disturb(root);
+      if (*how != 0) Disturb(root);
       InEachPalette([&](const char* palette) { Look(root, page + how + ", " + palette); });
     });
   }

@@ -163,6 +163,14 @@ const Sequence kSequences[] = {
      }},
 };
 
+/// A control of a window as it stands, in one of its ways.
+Step Operate(const std::string& window, std::size_t control, std::size_t way) {
+  return [window, control, way](Desk& desk) {
+    const auto controls = OperableControls(*desk.Main().FindWindow(window.c_str()));
+    WaysToOperate(*controls.at(control)).at(way).act();
+  };
+}
+
 /// The load of a window, its jobs on each page, each way to operate a control of a page, and the sequences.
 std::vector<Action> Actions(const std::string& window, std::optional<std::uint8_t> byte) {
   const auto entry = std::ranges::find(shell::kMenuEntries, window, &shell::MenuEntry::window);
@@ -176,11 +184,7 @@ std::vector<Action> Actions(const std::string& window, std::optional<std::uint8_
     const auto controls = OperableControls(OnPage(program.desk, window, page));
     for (std::size_t control = 0; control < controls.size(); ++control) {
       for (std::size_t at = 0; const Way& way : WaysToOperate(*controls[control])) {
-        all.push_back({way.name, reach, [window, control, at](Desk& desk) {
-                         const auto now = OperableControls(*desk.Main().FindWindow(window.c_str()));
-                         WaysToOperate(*now.at(control)).at(at).act();
-                       }});
-        ++at;
+        all.push_back({way.name, reach, Operate(window, control, at++)});
       }
     }
   }

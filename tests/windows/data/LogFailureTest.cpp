@@ -15,8 +15,6 @@
 namespace zth::testing {
 namespace {
 
-using chip::LogChannelTable;
-
 const std::string kHead = LogHead("Local Temp ,");
 
 class LogFailureTest : public DataTest {
@@ -106,7 +104,7 @@ TEST_F(LogFailureTest, ATornLineThatCannotBeCutAtOnceIsCutBeforeAnythingElse) {
 TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   Begin("0");
   const auto log = [this](int lines, float value) {
-    for (LogChannelTable[0].Value = value; lines > 0; --lines) Job();
+    for (chip::LogChannelTable[0].Value = value; lines > 0; --lines) Job();
     return Status();
   };
   desk.files.locked = true;

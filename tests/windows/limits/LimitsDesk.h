@@ -22,7 +22,8 @@ class Limits : public ::testing::Test {
   /// Opens the window, or loads it again as after a new pin configuration.
   void Load(const std::function<void(chip::PinFunctionFlags&)>& change = {}) {
     if (change) change(chip::PinFunctions);
-    window == nullptr ? static_cast<void>(window = &desk.Open("frmLimits")) : window->Form_Load();
+    if (window != nullptr) return window->Form_Load();
+    window = &desk.Open("frmLimits");
   }
   QStringList Items(const char* list) const {
     const auto& box = Desk::Get<QComboBox>(*window, list);
