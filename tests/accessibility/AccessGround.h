@@ -7,7 +7,6 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QWidget>
-#include <gtest/gtest.h>
 
 #include "tests/support/Desk.h"
 #include "tests/support/EveryWindow.h"

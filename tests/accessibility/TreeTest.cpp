@@ -26,19 +26,20 @@ struct Node {
   QString group;  ///< names of the groups that it stands in
 };
 
-void Collect(QAccessibleInterface* at, const QString& group, std::vector<Node>& nodes) {
-  if (at == nullptr || !at->isValid() || at->state().invisible) return;
-  if (qstrcmp(at->object() != nullptr ? at->object()->metaObject()->className() : "", "QMdiArea") == 0) return;
-  nodes.push_back({at, group});
-  const QString within = at->childCount() == 0 ? group : group + '/' + at->text(QAccessible::Name);
-  for (int i = 0; i < at->childCount(); ++i) Collect(at->child(i), within, nodes);
+void Collect(const QAccessibleInterface& within, const QString& group, std::vector<Node>& nodes) {
+  for (int i = 0; i < within.childCount(); ++i) {
+    QAccessibleInterface* at = within.child(i);
+    if (at == nullptr || !at->isValid() || at->state().invisible) continue;
+    if (at->object() != nullptr && at->object()->inherits("QMdiArea")) continue;
+    nodes.push_back({at, group});
+    Collect(*at, group + '/' + at->text(QAccessible::Name), nodes);
+  }
 }
 
 /// All that shows on a page.
 std::vector<Node> Tree(QWidget& root) {
   std::vector<Node> nodes;
-  QAccessibleInterface* access = QAccessible::queryAccessibleInterface(&root);
-  for (int i = 0; i < access->childCount(); ++i) Collect(access->child(i), {}, nodes);
+  Collect(*QAccessible::queryAccessibleInterface(&root), {}, nodes);
   return nodes;
 }
 
@@ -201,47 +202,48 @@ TEST_P(AccessTree, TabVisitsEachControlInReadingOrderAndBack) {
   });
 }
 
-TEST_P(AccessTree, MnemonicsClashNeitherOnAPageNorWithTheMainWindow) {
-  const auto collect = [](QWidget& root, std::map<QString, std::string>& keys) {
-    const auto add = [&](const QString& text, const std::string& where) {
-      const QString key = QKeySequence::mnemonic(text).toString();
-      if (key.isEmpty()) return;
-      const auto [other, added] = keys.try_emplace(key, where);
-      EXPECT_TRUE(added) << key.toStdString() << " is that of " << where << " and of " << other->second;
-    };
-    for (QWidget* widget : Shown(root)) {
-      if (const auto* button = qobject_cast<QAbstractButton*>(widget)) add(button->text(), Told(*widget));
-      if (const auto* group = qobject_cast<QGroupBox*>(widget)) add(group->title(), Told(*widget));
-      if (const auto* label = qobject_cast<QLabel*>(widget)) {
-        const bool leads = label->buddy() != nullptr && label->buddy()->focusPolicy() != Qt::NoFocus;
-        const bool plain = label->textFormat() == Qt::PlainText || !label->text().contains('&');
-        EXPECT_TRUE(leads || plain) << Told(*label) << " leads nowhere";
-        if (leads) add(label->text(), Told(*label));
-      }
-      const auto* bar = qobject_cast<QTabBar*>(widget);
-      for (int i = 0; bar != nullptr && i < bar->count(); ++i) add(bar->tabText(i), "tab " + std::to_string(i));
+using Mnemonics = std::map<QString, std::string>;
+
+void Take(const QString& text, const std::string& where, Mnemonics& keys) {
+  const QString key = QKeySequence::mnemonic(text).toString();
+  if (key.isEmpty()) return;
+  const auto [other, added] = keys.try_emplace(key, where);
+  EXPECT_TRUE(added) << key.toStdString() << " is that of " << where << " and of " << other->second;
+}
+
+void TakeAll(const std::vector<QWidget*>& widgets, Mnemonics& keys) {
+  for (QWidget* widget : widgets) {
+    const std::string where = Told(*widget);
+    if (const auto* button = qobject_cast<QAbstractButton*>(widget)) Take(button->text(), where, keys);
+    if (const auto* group = qobject_cast<QGroupBox*>(widget)) Take(group->title(), where, keys);
+    if (const auto* label = qobject_cast<QLabel*>(widget)) {
+      const bool leads = label->buddy() != nullptr && label->buddy()->focusPolicy() != Qt::NoFocus;
+      const bool plain = label->textFormat() == Qt::PlainText || !label->text().contains('&');
+      EXPECT_TRUE(leads || plain) << where << " leads nowhere";
+      if (leads) Take(label->text(), where, keys);
     }
-  };
-  std::map<QString, std::string> common;
-  const auto menu = [](const QList<QAction*>& entries, std::map<QString, std::string>& keys) {
-    for (const QAction* entry : entries) {
+    const auto* bar = qobject_cast<QTabBar*>(widget);
+    for (int i = 0; bar != nullptr && i < bar->count(); ++i) Take(bar->tabText(i), "tab " + std::to_string(i), keys);
+    const bool menu = widget->inherits("QMenu") || widget->inherits("QMenuBar");
+    for (const QAction* entry : menu ? widget->actions() : QList<QAction*>()) {
       const std::string text = entry->text().toStdString();
-      if (entry->isSeparator()) continue;
-      EXPECT_TRUE(keys.try_emplace(QKeySequence::mnemonic(entry->text()).toString(), text).second) << text;
+      EXPECT_TRUE(entry->isSeparator() || !QKeySequence::mnemonic(entry->text()).isEmpty()) << text;
+      Take(entry->text(), text, keys);
     }
-  };
-  menu(desk.Main().menuBar()->actions(), common);
-  EXPECT_FALSE(common.contains(QString())) << "a menu without a mnemonic";
-  for (const QAction* entry : desk.Main().menuBar()->actions()) {
-    std::map<QString, std::string> keys;
-    if (entry->menu() != nullptr && entry->menu()->objectName() != "mnuWindow") menu(entry->menu()->actions(), keys);
-    EXPECT_FALSE(keys.contains(QString())) << entry->text().toStdString();
   }
-  if (GetParam() != "frmMain") collect(desk.Main(), common);
+}
+
+TEST_P(AccessTree, MnemonicsClashNeitherOnAPageNorWithTheMainWindow) {
+  for (QAction* entry : desk.Main().menuBar()->actions()) {
+    Mnemonics keys;
+    if (entry->menu() != nullptr && entry->menu()->objectName() != "mnuWindow") TakeAll({entry->menu()}, keys);
+  }
+  Mnemonics common;
+  if (GetParam() != "frmMain") TakeAll(Shown(desk.Main()), common);
   EachPage([&](QWidget& root, const std::string& page) {
     SCOPED_TRACE(page);
-    std::map<QString, std::string> keys = common;
-    collect(root, keys);
+    Mnemonics keys = common;
+    TakeAll(Shown(root), keys);
   });
 }
 

@@ -7,10 +7,11 @@
 
 #include <QLabel>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
+#include "tests/support/EveryWindow.h"
 #include "tests/support/SimulatedDesk.h"
+#include "tests/support/Steps.h"
 #include "widgets/Strip.h"
 #include "windows/SharedState.h"
 
@@ -36,19 +37,14 @@ std::int64_t MemoryInUse() {
 }
 
 /// The rule that a job is due by, at ticks that take no time: more than its period has passed since it last ran.
-class Due {
- public:
-  explicit Due(double period) : period_(period) {}
+struct Due {
   void Tick(double now) {
-    if (last_ + period_ >= now) return;
-    last_ = now;
-    ++runs;
+    if (last + period < now) last = now, ++runs;
   }
-  std::int64_t runs = 0;
 
- private:
-  double period_;
-  double last_ = 0;
+  double period;
+  double last = 0;
+  std::int64_t runs = 0;
 };
 
 class Day {
@@ -56,18 +52,12 @@ class Day {
   Day() {
     desk.clock.lookUs = 0;
     desk.Start();
-    for (const char* name : {"frmGraph", "frmRegMap", "frmHeaters", "frmLimits", "frmManualControl", "frmAutoGraph",
-                             "frmDynamicTmin", "frmGPIO"}) {
-      desk.Open(name);
-    }
-    Desk::Type(Window("frmGraph"), "txtUpdate", "250");  // the job that costs most
-    Desk::Check(Window("frmRegMap"), "chkContRead", true);
-    Desk::Type(Window("frmRegMap"), "txtReadAddr", "3E");
+    for (const auto& [name, open] : OpenFlags()) desk.Open(name.c_str());
+    Do(Window("frmGraph"), "txtUpdate=250");  // the job that costs most
+    Do(Window("frmRegMap"), "chkContRead=1; txtReadAddr=3E");
     windows::ChildWindow& logging = desk.Open("frmLogging");
-    for (const int channel : {0, 1, 4, 12, 39, 44}) Desk::Check(logging, QString("chkLog(%1)").arg(channel), true);
-    Desk::Type(logging, "txtLogInt", "100");
     desk.fileDialogs.script = {LogPath()};
-    Desk::Press(logging, "cmdLogData");
+    Do(logging, "chkLog(0..1)=1; chkLog(4)=1; chkLog(12)=1; chkLog(39)=1; chkLog(44)=1; txtLogInt=100; cmdLogData");
     logging.Unload();
     Desk::Settle();
     sim.requests.clear();
@@ -89,8 +79,8 @@ class Day {
 
 TEST(Day, OfAllJobsLosesNoRunAndNoMemory) {
   Day day;
-  Due measurement(chip::PollPeriodMs / 1000.0), graph(windows::GraphPeriodMs / 1000.0);
-  Due regMap(1.0), heaters(1.0), limits(0.5), manual(1.0), autoGraph(0.3), dynTmin(0.1), gpio(0.5), log(0.1);
+  Due measurement{chip::PollPeriodMs / 1000.0}, graph{windows::GraphPeriodMs / 1000.0};
+  Due regMap{1.0}, heaters{1.0}, limits{0.5}, manual{1.0}, autoGraph{0.3}, dynTmin{0.1}, gpio{0.5}, log{0.1};
   std::int64_t graphRuns = 0, heatersRuns = 0, manualRuns = 0, autoGraphRuns = 0;
   auto& chart = *day.Window("frmGraph").findChildren<widgets::Strip*>().first();
   auto& curve = *day.Window("frmAutoGraph").findChildren<widgets::Strip*>().first();

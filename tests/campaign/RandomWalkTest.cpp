@@ -1,22 +1,274 @@
 // What must hold at all times, held against the program behind each action of a user without a plan.
 // The same seed walks the same way again: with ZTH_TELL_WALK set it tells each step, up to a failure or a crash.
 #include <cmath>
+#include <random>
 #include <set>
 
+#include <QAction>
+#include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QMdiArea>
-#include <gtest/gtest.h>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWheelEvent>
 
 #include "chip/PinModel.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
-#include "tests/campaign/RandomUser.h"
+#include "shell/Commands.h"
+#include "tests/campaign/Operate.h"
 #include "tests/support/EveryWindow.h"
+#include "tests/support/Seen.h"
+#include "tests/support/SimulatedDesk.h"
 #include "widgets/Strip.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
 namespace {
+
+constexpr std::array kKeys{Qt::Key_Tab,    Qt::Key_Backtab, Qt::Key_Left,     Qt::Key_Right,  Qt::Key_Up,
+                           Qt::Key_Down,   Qt::Key_PageUp,  Qt::Key_PageDown, Qt::Key_Home,   Qt::Key_End,
+                           Qt::Key_Return, Qt::Key_Escape,  Qt::Key_Space,    Qt::Key_Delete, Qt::Key_Backspace,
+                           Qt::Key_5,      Qt::Key_A,       Qt::Key_F4};
+
+const std::set<QString> kBoxes{"At least one item must be selected for logging", "Option value must be in range 1-5"};
+
+/// A user without a plan: windows, keys, mouse, files and boxes at random on the simulated board. A seed gives the same
+/// user each time.
+class RandomUser {
+ public:
+  explicit RandomUser(unsigned seed) : random_(seed) {
+    // A walk runs no event loop. Some of Qt's menus do; this timer fires there alone.
+    QObject::connect(&innerLoop_, &QTimer::timeout, [] {
+      if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+    });
+    innerLoop_.start(1);
+    Start();
+  }
+
+  int Below(int n) { return static_cast<int>(random_() % static_cast<unsigned>(std::max(n, 1))); }
+  template <typename List>
+  auto& OneOf(List& list) {
+    return *std::next(std::begin(list), Below(static_cast<int>(std::size(list))));
+  }
+
+  /// One action. Whoever leaves the program starts it anew, with the settings that it kept.
+  void Act() {                                   // NOLINT(readability-function-size): a branch a kind
+    enum class On { Program, Window, Control };  // what there must be to act on
+    struct Kind {
+      int weight;
+      const char* name;
+      On on;
+      std::function<void()> act;
+    };
+    const std::vector<Kind> kinds{
+        {90, "open", On::Program, [this] { Open(); }},
+        {25, "close", On::Window, [this] { window_->Unload(); }},
+        {40, "activate", On::Window,
+         [this] {
+           auto* frame = qobject_cast<QMdiSubWindow*>(window_->parentWidget());
+           Main().findChild<QMdiArea*>()->setActiveSubWindow(frame);
+           window_->setFocus();
+         }},
+        {480, "operate", On::Control,
+         [this] {
+           const auto ways = WaysToOperate(*control_, Extent::All);
+           if (ways.empty()) return;
+           const Way& way = OneOf(ways);
+           Tell("  " + way.name);
+           way.act();
+         }},
+        {150, "key", On::Control, [this] { PressKey(); }},
+        {130, "mouse", On::Control, [this] { MoveMouse(); }},
+        {25, "context menu", On::Control, [this] { UseContextMenu(); }},
+        {10, "arrange", On::Program, [this] { Arrange(); }},
+        {3, "device", On::Program,
+         [this] {
+           const auto& devices = Desk::Get<QComboBox>(Main(), "cmbDevices");
+           const int device = Below(devices.count());
+           switched = switched || device != devices.currentIndex();
+           Desk::Pick(Main(), "cmbDevices", device);
+         }},
+        {150, "wait", On::Program, [this] { TheDesk().clock.Advance(Below(20) == 0 ? 20'000 : Below(600)); }},
+        {5, "paint", On::Window, [this] { EXPECT_TRUE(!window_->isVisible() || !window_->grab().isNull()); }},
+        {1, "exit", On::Program, [this] { Exit(); }},
+    };
+    int at = 0;
+    for (const Kind& kind : kinds) at += kind.weight;
+    at = Below(at);
+    const Kind* kind = kinds.data();
+    while (at >= kind->weight) at -= kind++->weight;
+
+    Choose();
+    if ((kind->on != On::Program && !window_) || (kind->on == On::Control && !control_)) return;
+    Tell(std::string(kind->name) + (kind->on != On::Program ? " in " + Told(*window_) : "") +
+         (kind->on == On::Control ? ", " + Told(*control_) : ""));
+    static constexpr std::array kFiles{"a.sav", "b.sav", "a.csv", "b.csv", "none/a.sav", "a.png", "a.svg", ""};
+    auto& paths = TheDesk().fileDialogs.script;
+    for (int i = 0; i < 9; ++i) {
+      const QString name = OneOf(kFiles);
+      paths.push_back(name.isEmpty() ? QString() : folder_.filePath(name));
+    }
+    kind->act();
+    files += 9 - static_cast<int>(paths.size());
+    paths.clear();
+    while (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+    if (left_) Start();
+    TheDesk().prompts.shown.clear();
+    Desk::Settle();
+  }
+
+  Desk& TheDesk() { return sim->desk; }
+  shell::frmMain& Main() { return TheDesk().Main(); }
+
+  std::unique_ptr<SimulatedDesk> sim;
+  bool switched = false;  ///< another device has been picked since this was last put back
+  int restarts = -1, boxes = 0, files = 0;
+
+ private:
+  QPoint AnyPoint() { return {Below(control_->width()), Below(control_->height())}; }
+  static void Tell(const std::string& what) {
+    if (qEnvironmentVariableIsSet("ZTH_TELL_WALK")) std::fprintf(stderr, "%s\n", what.c_str());
+  }
+
+  void Start() {
+    const auto settings = sim == nullptr ? std::map<QString, QString>() : TheDesk().settings.values;
+    sim.reset();
+    sim = std::make_unique<SimulatedDesk>();
+    Desk& desk = TheDesk();
+    if (!settings.empty()) desk.settings.values = settings;
+    desk.process.folder = folder_.path();
+    desk.Start();
+    desk.prompts.whileShown = [this] { Answer(); };
+    // Windows that paint let timers through.
+    desk.events.onPaint = [this] { TheDesk().clock.Advance(Below(120)); };
+    QApplication::setActiveWindow(&Main());
+    left_ = switched = false;
+    ++restarts;
+  }
+
+  void Answer() {
+    using platform::BoxAnswer;
+    const platform::BoxQuestion& box = TheDesk().prompts.shown.back();
+    EXPECT_TRUE(kBoxes.contains(box.text)) << box.text.toStdString();
+    Tell("  box: " + box.text.toStdString());
+    ++boxes;
+    TheDesk().clock.Advance(Below(2000));
+    const bool yesNo = box.buttons == platform::BoxButtons::YesNo;
+    TheDesk().prompts.script = {!yesNo ? BoxAnswer::Ok : Below(2) == 0 ? BoxAnswer::Yes : BoxAnswer::No};
+  }
+
+  /// Mostly in the window that is in front; of its controls rather those that hold something.
+  void Choose() {
+    window_ = nullptr;
+    control_ = nullptr;
+    const auto open = Main().findChildren<windows::ChildWindow*>();
+    if (open.isEmpty()) return;
+    const auto* front = Main().findChild<QMdiArea*>()->activeSubWindow();
+    if (front != nullptr && Below(3) > 0) window_ = qobject_cast<windows::ChildWindow*>(front->widget());
+    if (window_ == nullptr) window_ = OneOf(open);
+    static constexpr std::array kClasses{"QWidget", "QWidget", "QWidget", "QLineEdit", "QComboBox"};
+    const char* of = OneOf(kClasses);
+    std::vector<QWidget*> controls = OperableControls(*window_);
+    std::erase_if(controls, [&](const QWidget* control) { return !control->inherits(of); });
+    if (!controls.empty()) control_ = OneOf(controls);
+  }
+
+  void Trigger(QList<QAction*> entries) {
+    entries.removeIf([](const QAction* entry) { return !entry->isEnabled() || entry->isSeparator(); });
+    if (entries.empty()) return;
+    QAction* entry = OneOf(entries);
+    Tell("  entry " + entry->text().toStdString());
+    entry->trigger();
+  }
+
+  void Open() {
+    const shell::MenuEntry& entry = OneOf(shell::kMenuEntries);
+    if (QString(entry.window).isEmpty()) return;
+    Tell(std::string("  ") + entry.name);
+    if (Below(2) == 0) return Main().findChild<QAction*>(entry.name)->trigger();
+    QTest::keySequence(&Main(), QKeySequence(entry.shortcut));
+  }
+
+  void PressKey() {
+    if (QWidget* focus = QApplication::focusWidget(); focus != nullptr && Below(4) > 0) control_ = focus;
+    const Qt::Key key = Below(5) == 0 ? static_cast<Qt::Key>(Qt::Key_A + Below(26)) : OneOf(kKeys);
+    static constexpr std::array kModifiers{Qt::NoModifier,    Qt::NoModifier,  Qt::NoModifier,
+                                           Qt::ShiftModifier, Qt::AltModifier, Qt::ControlModifier};
+    const Qt::KeyboardModifier modifier = OneOf(kModifiers);
+    if ((key == Qt::Key_Q || key == Qt::Key_F4) && modifier != Qt::NoModifier) return;  // exits have their own action
+    Tell("  " + QKeySequence(key | modifier).toString().toStdString() + " in " + Told(*control_));
+    for (int i = Below(8) == 0 ? 5 : 1; i > 0 && control_; --i) QTest::keyPress(control_, key, modifier);
+    if (control_) QTest::keyRelease(control_, key, modifier);
+  }
+
+  void MoveMouse() {
+    QPoint at = AnyPoint();
+    static constexpr std::array kTurns{120, -120, 30, -15, 1200};
+    if (Below(13) < 5) {
+      const auto modifier = Below(3) == 0 ? Qt::ControlModifier : Qt::NoModifier;
+      QWheelEvent event(at, control_->mapToGlobal(at), {}, {0, OneOf(kTurns)}, {}, modifier, Qt::NoScrollPhase, false);
+      QApplication::sendEvent(control_, &event);
+      return;
+    }
+    // Where Qt would drag text or windows in a loop of its own, nothing of ours is driven.
+    if (control_->inherits("QLineEdit") || control_->inherits("QComboBox")) return;
+    const auto button = Below(6) == 0 ? Qt::RightButton : Qt::LeftButton;
+    const auto send = [&](QEvent::Type type, Qt::MouseButtons held) {
+      if (!control_) return;
+      const auto which = type == QEvent::MouseMove ? Qt::NoButton : button;
+      QMouseEvent event(type, at, control_->mapToGlobal(at), which, held, Qt::NoModifier);
+      QApplication::sendEvent(control_, &event);
+    };
+    send(QEvent::MouseButtonPress, button);
+    for (int i = Below(4); i > 0; --i) {
+      at += QPoint(Below(201) - 100, Below(101) - 50);
+      send(QEvent::MouseMove, button);
+      TheDesk().clock.Advance(Below(80));
+      if (Below(40) == 0 && control_) QTest::keyClick(control_, Qt::Key_Escape);
+      // A window closed by key under the mouse takes its control away at the next turn of the loop.
+      if (Below(40) == 0) Desk::Settle();
+    }
+    send(QEvent::MouseButtonRelease, Qt::NoButton);
+    if (Below(5) == 0) send(QEvent::MouseButtonDblClick, button), send(QEvent::MouseButtonRelease, Qt::NoButton);
+  }
+
+  void UseContextMenu() {
+    const QPoint at = AnyPoint();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, at, control_->mapToGlobal(at));
+    QApplication::sendEvent(control_, &event);
+    const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (menu != nullptr && Below(4) > 0) Trigger(menu->findChildren<QAction*>());
+  }
+
+  void Arrange() {
+    auto* menu = Main().findChild<QMenu*>("mnuWindow");
+    emit menu->aboutToShow();
+    static constexpr std::array kStates{&QWidget::showMinimized, &QWidget::showMaximized, &QWidget::showNormal};
+    QMdiSubWindow* front = Main().findChild<QMdiArea*>()->activeSubWindow();
+    if (Below(3) == 0) return Main().resize(200 + Below(1800), 150 + Below(1200));
+    if (front != nullptr && Below(2) == 0) return (front->*OneOf(kStates))();
+    Trigger(menu->actions());
+  }
+
+  void Exit() {
+    left_ = true;
+    const bool byMenu = Below(2) == 0;
+    byMenu ? Main().findChild<QAction*>("mnuExit")->trigger() : static_cast<void>(Main().close());
+    EXPECT_EQ(TheDesk().process.ends, std::vector<int>(byMenu ? 1 : 0));
+    EXPECT_TRUE(byMenu || TheDesk().settings.values.contains("MainLeft"));
+  }
+
+  std::mt19937 random_;
+  QTimer innerLoop_;
+  QTemporaryDir folder_;
+  bool left_ = false;
+  QPointer<windows::ChildWindow> window_;  ///< what the action is on
+  QPointer<QWidget> control_;
+};
 
 constexpr int kActions = 10'000;
 

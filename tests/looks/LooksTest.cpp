@@ -13,7 +13,6 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
-#include <gtest/gtest.h>
 
 #include "shell/frmSplash.h"
 #include "tests/support/EveryWindow.h"
@@ -34,10 +33,6 @@ constexpr double kSmallest = 0.6;  ///< of the application's font: the least tha
 const QAbstractScrollArea* ScrollsOn(const QWidget& widget) {
   const auto* area = qobject_cast<const QAbstractScrollArea*>(widget.parentWidget());
   return area != nullptr && area->viewport() == &widget ? area : nullptr;
-}
-
-bool Scrolls(const QScrollBar* bar) {
-  return bar->maximum() > bar->minimum();
 }
 
 /// Everything of the window's frame can be scrolled to, and what takes the focus comes in sight by itself.
@@ -82,9 +77,14 @@ class Looks : public ::testing::TestWithParam<std::string> {
     QApplication::setPalette(dark ? DarkPalette() : palette_);
   }
 
-  void Look(const QWidget& root, const std::string& where) {
+  void Look(QWidget& root, const std::string& where) {
     where_ = where;
-    LookAt(const_cast<QWidget&>(root));
+    const QWidgetList widgets = root.findChildren<QWidget*>() << &root;
+    for (QWidget* widget : widgets) {
+      if (!widget->isVisible() || widget->window() != root.window()) continue;
+      LookAtPlace(*widget);
+      LookAtTexts(*widget);
+    }
   }
 
   void LookAtWindow(int percent, bool dark) {
@@ -124,21 +124,13 @@ class Looks : public ::testing::TestWithParam<std::string> {
   std::map<std::string, std::string> faults_;  ///< and where each was first seen
 
  private:
-  void LookAt(QWidget& widget) {
-    LookAtPlace(widget);
-    LookAtTexts(widget);
-    for (QObject* child : widget.children()) {
-      auto* inner = qobject_cast<QWidget*>(child);
-      if (inner != nullptr && inner->isVisible() && !inner->isWindow()) LookAt(*inner);
-    }
-  }
-
   void LookAtTexts(QWidget& widget) {
     const TextRecorder catcher(widget);
     QRectF room = QRectF(widget.rect()).adjusted(-kSlack, -kSlack, kSlack, kSlack);
     if (const QAbstractScrollArea* area = ScrollsOn(widget)) {
-      if (Scrolls(area->horizontalScrollBar())) room.adjust(-1e6, 0, 1e6, 0);
-      if (Scrolls(area->verticalScrollBar())) room.adjust(0, -1e6, 0, 1e6);
+      const auto scrolls = [](const QScrollBar* bar) { return bar->maximum() > bar->minimum(); };
+      if (scrolls(area->horizontalScrollBar())) room.adjust(-1e6, 0, 1e6, 0);
+      if (scrolls(area->verticalScrollBar())) room.adjust(0, -1e6, 0, 1e6);
     }
     const double smallest = kSmallest * QFontInfo(QApplication::font()).pixelSize();
     for (std::size_t i = 0; i < catcher.texts.size(); ++i) {

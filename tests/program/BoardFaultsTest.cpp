@@ -1,7 +1,5 @@
 #include <functional>
 
-#include <gtest/gtest.h>
-
 #include "chip/Measurements.h"
 #include "link/Declarations.h"
 #include "tests/support/SimulatedDesk.h"

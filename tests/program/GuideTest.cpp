@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QTest>
-#include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
 #include "tests/support/SimulatedDesk.h"

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "chip/Measurements.h"
 #include "tests/support/EveryWindow.h"
 #include "tests/support/Steps.h"

@@ -33,24 +33,24 @@ int Pages(const windows::ChildWindow& window) {
   return tabs != nullptr ? tabs->count() : charts != nullptr ? charts->count() : 1;
 }
 
-void ShowPage(windows::ChildWindow& window, int page) {
-  auto* tabs = window.findChild<QTabWidget*>();
-  auto* charts = window.findChild<QComboBox*>("cmbGraph");
-  if (tabs != nullptr && tabs->isTabEnabled(page)) tabs->setCurrentIndex(page);
-  if (tabs == nullptr && charts != nullptr) charts->setCurrentIndex(page);
+std::string ShowPage(windows::ChildWindow& window, int page) {
+  QString name = window.objectName();
+  if (auto* tabs = window.findChild<QTabWidget*>()) {
+    if (!tabs->isTabEnabled(page)) return {};
+    tabs->setCurrentIndex(page);
+    name += ", " + tabs->tabText(page);
+  } else if (auto* charts = window.findChild<QComboBox*>("cmbGraph")) {
+    charts->setCurrentIndex(page);
+    name += ", " + charts->itemText(page);
+  }
   Desk::Settle();
+  return name.toStdString();
 }
 
 void ForEachPage(windows::ChildWindow& window, const std::function<void(const std::string& page)>& visit) {
-  const auto* tabs = window.findChild<QTabWidget*>();
-  const auto* charts = window.findChild<QComboBox*>("cmbGraph");
   for (int page = 0; page < Pages(window); ++page) {
-    if (tabs != nullptr && !tabs->isTabEnabled(page)) continue;
-    ShowPage(window, page);
-    QString text;
-    if (tabs != nullptr) text = ", " + tabs->tabText(page);
-    if (tabs == nullptr && charts != nullptr) text = ", " + charts->itemText(page);
-    visit(window.objectName().toStdString() + text.toStdString());
+    const std::string name = ShowPage(window, page);
+    if (!name.empty()) visit(name);
   }
   ShowPage(window, 0);
 }

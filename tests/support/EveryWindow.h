@@ -25,12 +25,12 @@ std::map<std::string, const bool*> OpenFlags();
 /// The pages of a window: its tabs, or the charts of its list, or one where there is neither.
 int Pages(const windows::ChildWindow& window);
 
-/// Shows a page as the user does. A tab that cannot be picked stays aside.
-void ShowPage(windows::ChildWindow& window, int page);
+/// Shows a page as the user does and gives the window's name and, where it has pages, the page's text: "frmLimits,
+/// Temps". A tab that cannot be picked stays aside and has no name.
+std::string ShowPage(windows::ChildWindow& window, int page);
 
-/// Calls `visit` on each page of an open window: on each tab that can be picked and each chart of its list, or once
-/// where there is neither. `page` is the window's name and, where it has pages, the page's text: "frmLimits, Temps".
-/// The window shows its first page again at the end.
+/// Calls `visit` with the name of each page of an open window as it shows, once where there are none. The window shows
+/// its first page again at the end.
 void ForEachPage(windows::ChildWindow& window, const std::function<void(const std::string& page)>& visit);
 
 }  // namespace zth::testing

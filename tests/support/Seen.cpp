@@ -50,4 +50,21 @@ void ChangeEach(const QWidget& window) {
   }
 }
 
+Points PointsOf(const widgets::Strip& chart, int trace) {
+  Points points;
+  for (const QVariant& pair : chart.TracePoints(trace)) {
+    points.emplace_back(pair.toList()[0].toDouble(), pair.toList()[1].toDouble());
+  }
+  return points;
+}
+
+std::string Captions(widgets::Strip& chart, int first, int last) {
+  QStringList captions;
+  for (int slot = first; slot <= last; ++slot) {
+    chart.SetLabelIndex(slot);
+    captions << chart.Caption();
+  }
+  return captions.join('|').toStdString();
+}
+
 }  // namespace zth::testing

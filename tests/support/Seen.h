@@ -9,6 +9,8 @@
 #include <QPaintEngine>
 #include <QWidget>
 
+#include "widgets/Strip.h"
+
 /// What a user sees of widgets.
 namespace zth::testing {
 
@@ -51,5 +53,13 @@ std::string Told(const QWidget& widget);
 
 /// Toggles each box and picks another item of each list that is in use.
 void ChangeEach(const QWidget& window);
+
+using Points = std::vector<std::pair<double, double>>;
+
+/// The points of a chart's trace.
+Points PointsOf(const widgets::Strip& chart, int trace);
+
+/// The captions of a chart's label slots from the first to the last, apart by "|".
+std::string Captions(widgets::Strip& chart, int first, int last);
 
 }  // namespace zth::testing

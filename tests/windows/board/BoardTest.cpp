@@ -1,5 +1,4 @@
 #include <QLabel>
-#include <gtest/gtest.h>
 
 #include "chip/PinModel.h"
 #include "link/Declarations.h"

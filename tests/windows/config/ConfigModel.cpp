@@ -1,5 +1,6 @@
 #include "tests/windows/config/ConfigModel.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -36,7 +37,7 @@ std::vector<Control> Controls(const QString& rows) {
 }
 
 /// A register that is written whole keeps nothing, one that is modified all bits that are no control's.
-WindowModel Window(const char* name, const std::set<int>& modified, const QString& rows) {
+WindowModel Window(const QString& name, const std::set<int>& modified, const QString& rows) {
   WindowModel window{name, Controls(rows), {}};
   std::map<int, unsigned> owned;
   for (const Control& control : window.controls) owned[control.reg] |= control.Mask();
@@ -77,10 +78,7 @@ const std::vector<WindowModel>& AllWindows() {
 }
 
 const WindowModel& Model(const QString& name) {
-  for (const WindowModel& window : AllWindows()) {
-    if (name == window.name) return window;
-  }
-  throw std::out_of_range("no such window");
+  return *std::ranges::find(AllWindows(), name, &WindowModel::name);
 }
 
 QString Shown(const Control& control, unsigned byte) {

@@ -21,7 +21,7 @@ struct Control {
 };
 
 struct WindowModel {
-  const char* name;
+  QString name;
   std::vector<Control> controls;
   std::vector<std::pair<int, unsigned>> kept;  ///< register and the bits that Apply keeps as they are, in its order
 };

@@ -6,7 +6,6 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
-#include <gtest/gtest.h>
 
 #include "chip/RegisterRows.h"
 #include "tests/windows/config/ConfigModel.h"
@@ -26,7 +25,6 @@ class Looks : public ::testing::TestWithParam<const char*> {
   QTabWidget* Tabs() const { return desk_.window->findChild<QTabWidget*>("SSTab1"); }
   QWidget& At(const Control& control) const { return Desk::Get<QWidget>(*desk_.window, control.name); }
   static QColor Colour(const QWidget& control) { return control.palette().color(QPalette::Text); }
-  void Put(const Control& control, const QString& held) const { desk_.Do(control.name + "=" + held); }
 
   const std::vector<Control>& controls_ = Model(GetParam()).controls;
   WindowDesk desk_{GetParam()};
@@ -56,7 +54,7 @@ TEST_P(Looks, AChangeIsMarkedUntilItIsUndoneOrAppliedAndMovesNothing) {
     const QString caption = Desk::Text(*desk_.window, control.name);
     const auto place = std::pair{widget.geometry(), desk_.window->sizeHint()};
     for (const bool changed : {false, true, false, true}) {
-      Put(control, !changed ? before : before == "1" ? "0" : "1");
+      desk_.Do(control.name + "=" + (!changed ? before : before == "1" ? "0" : "1"));
       QApplication::processEvents();
       EXPECT_EQ(widget.font().bold(), changed);
       EXPECT_EQ(Colour(widget) != plain, changed);

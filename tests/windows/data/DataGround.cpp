@@ -14,6 +14,15 @@ std::string LogHead(const std::string& columns) {
   return "\r\nZTH4718 Log File\r\n\r\nTime ," + columns + "\r\n";
 }
 
+std::string LogLines(int first, int last, const std::string& values, int aSecond) {
+  std::string lines;
+  for (int i = first; i <= last; ++i) {
+    const QString time = QString::number(static_cast<double>(i) / aSecond);
+    lines += (i > 0 && i < aSecond ? time.mid(1) : time).toStdString() + "," + values + "\r\n";
+  }
+  return lines;
+}
+
 DataTest::DataTest() {
   desk.Start();
   chip::PollEnabled = false;

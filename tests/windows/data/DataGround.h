@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 #include "tests/support/Steps.h"
 
@@ -18,6 +17,9 @@ std::string Content(const QString& path);
 
 /// A log's head above columns such as "Local Temp ,".
 std::string LogHead(const std::string& columns);
+
+/// A log's lines first to last, so many a second; as a rule of one channel at 0.
+std::string LogLines(int first, int last, const std::string& values = "0 ,", int aSecond = 10);
 
 /// A started program with a folder of its own; what the chip measures stands still.
 class DataTest : public ::testing::Test {
@@ -37,6 +39,12 @@ class DataTest : public ::testing::Test {
 
   QString Status() { return Desk::Text(desk.Main(), "sbStatusBar(1)"); }
   windows::ChildWindow& Logging() { return desk.Open("frmLogging"); }
+  /// The window is closed and opened anew.
+  windows::ChildWindow& Reopen(const char* name) {
+    desk.Open(name).Unload();
+    Desk::Settle();
+    return desk.Open(name);
+  }
 
   Desk desk;
 

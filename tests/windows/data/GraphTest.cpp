@@ -4,8 +4,8 @@
 
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "tests/support/Seen.h"
 #include "tests/windows/data/DataGround.h"
-#include "widgets/Strip.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
@@ -18,24 +18,14 @@ class GraphTest : public DataTest {
  protected:
   windows::ChildWindow& Graph() { return desk.Open("frmGraph"); }
   Strip& Chart(int index) { return Desk::Get<Strip>(Graph(), QString("stpGraph(%1)").arg(index)); }
-  QString Label(int chart, int slot) {
-    Chart(chart).SetLabelIndex(slot);
-    return Chart(chart).Caption();
-  }
-  QString Labels(int chart, int first, int last) {
-    QStringList names;
-    for (int slot = first; slot <= last; ++slot) names << Label(chart, slot);
-    return names.join('|');
-  }
-  /// The value of a trace's newest point; -1 when there is none.
-  double Newest(int chart, int trace) {
-    const QVariantList points = Chart(chart).TracePoints(trace);
-    return points.isEmpty() ? -1 : points.back().toList().at(1).toDouble();
-  }
-  /// The newest values of a chart's traces from one on.
-  std::vector<double> Values(int chart, int first, int count) {
+  std::string Labels(int chart, int first, int last) { return Captions(Chart(chart), first, last); }
+  /// The newest values of a chart's traces from one on; -1 where there is none.
+  std::vector<double> Values(int chart, int first, std::size_t count) {
     std::vector<double> values;
-    for (int trace = first; trace < first + count; ++trace) values.push_back(Newest(chart, trace));
+    while (values.size() < count) {
+      const Points points = PointsOf(Chart(chart), first++);
+      values.push_back(points.empty() ? -1 : points.back().second);
+    }
     return values;
   }
   qsizetype Samples(int chart) { return Chart(chart).TracePoints(0).size(); }
@@ -73,8 +63,8 @@ TEST_F(GraphTest, FeedsAllSevenChartsWithWhatWasMeasuredLast) {
       {6, 0, {12.5, 99}, 1, "THERM1|THERM2"},
   };
   for (const auto& [chart, trace, values, slot, labels] : rows) {
-    EXPECT_EQ(Values(chart, trace, static_cast<int>(values.size())), values) << chart;
-    EXPECT_EQ(Labels(chart, slot, slot + static_cast<int>(labels.count('|'))), labels) << chart;
+    EXPECT_EQ(Values(chart, trace, values.size()), values) << chart;
+    EXPECT_EQ(Labels(chart, slot, slot + static_cast<int>(labels.count('|'))), labels.toStdString()) << chart;
   }
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "graphs cost the link nothing";
 }
@@ -97,7 +87,7 @@ TEST_F(GraphTest, ChartsStandAsPrescribed) {
   ASSERT_EQ(list.count(), expected.size());
   for (int i = 0; i < list.count(); ++i) {
     Strip& chart = Chart(i);
-    QString found = list.itemText(i) + ": " + Label(i, 0) + " ";
+    QString found = list.itemText(i) + ": " + QString::fromStdString(Labels(i, 0, 0)) + " ";
     for (int axis = 0; axis < chart.AxisCount(); ++axis) {
       chart.SetAxisIndex(axis);
       EXPECT_EQ(chart.AxisMin(), 0);
@@ -127,9 +117,7 @@ TEST_F(GraphTest, OneChartShowsAndFillsTheWindow) {
     window.parentWidget()->resize(900 - shown, 640);
     Desk::Settle();
   }
-  Graph().Unload();
-  Desk::Settle();
-  EXPECT_EQ(Desk::Text(Graph(), "cmbGraph"), "Temperature and Tach");
+  EXPECT_EQ(Desk::Text(Reopen("frmGraph"), "cmbGraph"), "Temperature and Tach");
 }
 
 TEST_F(GraphTest, FeedsHiddenChartsFromOpeningToClosing) {
@@ -158,9 +146,7 @@ TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {
     EXPECT_EQ(box.palette().color(QPalette::Base) != Graph().palette().color(QPalette::Base), marked) << text;
     EXPECT_EQ(box.toolTip().contains(QString("every %1 ms").arg(period)), marked) << text;
   }
-  Graph().Unload();
-  Desk::Settle();
-  EXPECT_EQ(Desk::Text(Graph(), "txtUpdate"), "400") << "the period outlives the window";
+  EXPECT_EQ(Desk::Text(Reopen("frmGraph"), "txtUpdate"), "400") << "the period outlives the window";
   const qsizetype before = Samples(0);
   desk.Advance(4000);
   EXPECT_NEAR(static_cast<double>(Samples(0) - before), 4000.0 / 450, 1.5) << "to the next tick after 400 ms";
@@ -177,15 +163,13 @@ TEST_F(GraphTest, TheVoltageLegendHoldsTheNamesOfItsOpening) {
   EXPECT_EQ(Chart(5).TracePoints(2).size(), 0);
 
   // More than the thirteen that a chart has as a rule.
-  Graph().Unload();
-  Desk::Settle();
   chip::VoltagePresent.fill(true);
   chip::Measurements.Voltage[22] = 1.5F;
-  Graph();
+  Reopen("frmGraph");
   desk.Advance(100);
   EXPECT_EQ(Chart(5).TraceCount(), 23);
-  EXPECT_EQ(Label(5, 23), "1.5V2");
-  EXPECT_EQ(Newest(5, 22), 1.5);
+  EXPECT_EQ(Labels(5, 23, 23), "1.5V2");
+  EXPECT_EQ(Values(5, 22, 1), std::vector{1.5});
   EXPECT_EQ(Chart(5).TraceColour(22), QColor(0, 0, 128));
 }
 

@@ -1,6 +1,10 @@
+#include <chrono>
+#include <random>
 #include <sys/stat.h>
+#include <thread>
 
 #include <QAction>
+#include <QProcess>
 
 #include "chip/Measurements.h"
 #include "link/LinkErrors.h"
@@ -11,19 +15,7 @@
 namespace zth::testing {
 namespace {
 
-using chip::LogChannelTable;
-
 const std::string kHead = LogHead("Local Temp ,");
-
-/// Lines of a log of channel 0 at 0 degrees, first to last.
-std::string Lines(int first, int last) {
-  std::string lines;
-  for (int i = first; i <= last; ++i) {
-    const QString time = QString::number(i / 10.0);
-    lines += (i > 0 && i < 10 ? time.mid(1) : time).toStdString() + ",0 ,\r\n";
-  }
-  return lines;
-}
 
 class LogFailureTest : public DataTest {
  protected:
@@ -32,23 +24,24 @@ class LogFailureTest : public DataTest {
   /// Lets lines come while the file is not writable.
   void LogLocked(int lines) {
     desk.files.locked = true;
-    Log(lines);
+    while (lines-- > 0) Job();
     desk.files.locked = false;
   }
   std::string File() { return Content(Path("a.csv")); }
+  QString Waiting(int lines) { return QString("Logging Enabled - file not writable, %1 lines waiting").arg(lines); }
 };
 
 TEST_F(LogFailureTest, LinesWaitInOrderAndTheStatusBarTells) {
   Begin();
   Log(2);
   LogLocked(1);
-  EXPECT_EQ(Status(), "Logging Enabled - file not writable, 1 lines waiting");
+  EXPECT_EQ(Status(), Waiting(1));
   LogLocked(3);
-  EXPECT_EQ(Status(), "Logging Enabled - file not writable, 4 lines waiting");
-  EXPECT_EQ(File(), kHead + Lines(0, 1));
+  EXPECT_EQ(Status(), Waiting(4));
+  EXPECT_EQ(File(), kHead + LogLines(0, 1));
   Log(1);
   EXPECT_EQ(Status(), "Logging Enabled");
-  EXPECT_EQ(File(), kHead + Lines(0, 6));
+  EXPECT_EQ(File(), kHead + LogLines(0, 6));
   EXPECT_TRUE(desk.prompts.shown.empty());
 }
 
@@ -58,40 +51,36 @@ TEST_F(LogFailureTest, AFileThatGoesAwayOnTheDiskIsWaitedForTheSameWay) {
   Log(1);
   ASSERT_TRUE(QDir().rename(Path("share"), Path("unplugged")));
   Log(2);
-  EXPECT_EQ(Status(), "Logging Enabled - file not writable, 2 lines waiting");
+  EXPECT_EQ(Status(), Waiting(2));
   ASSERT_TRUE(QDir().rename(Path("unplugged"), Path("share")));
   Log(1);
-  EXPECT_EQ(Content(Path("share/a.csv")), kHead + Lines(0, 3));
+  EXPECT_EQ(Content(Path("share/a.csv")), kHead + LogLines(0, 3));
   // Something else than a file under that name blocks nobody.
   QFile::remove(Path("share/a.csv"));
   ASSERT_EQ(mkfifo(Path("share/a.csv").toLocal8Bit().constData(), 0600), 0);
   Log(1);
-  EXPECT_EQ(Status(), "Logging Enabled - file not writable, 1 lines waiting");
+  EXPECT_EQ(Status(), Waiting(1));
 }
 
 TEST_F(LogFailureTest, AFullDiskNeverLeavesAPieceOfALine) {
   Begin();
-  LogLocked(12);
-  const std::string all = Lines(0, 11);
-  for (std::size_t space = 0; space <= all.size(); ++space) {
+  const std::string full = LogLines(0, 12);
+  for (std::size_t space = 0; space <= full.size(); ++space) {
     // All of it anew for each: twelve lines wait and find so much room.
     SCOPED_TRACE(space);
     windows::ResetLog();
     QFile::remove(Path("b.csv"));
     windows::LogFileName = Path("b.csv");
     windows::StartLog(100, desk.Main());
-    desk.files.locked = true;
-    for (int i = 0; i < 12; ++i) Job();
-    desk.files.locked = false;
+    LogLocked(12);
     desk.files.space = static_cast<std::int64_t>(space);
     Job();
-    const std::string full = Lines(0, 12);
     const std::string standing = Content(Path("b.csv"));
     ASSERT_EQ(standing, full.substr(0, full.rfind('\n', space == 0 ? 0 : space - 1) + 1));
     ASSERT_EQ(*desk.files.space, static_cast<std::int64_t>(space - standing.size()));
     desk.files.space.reset();
     Job();
-    ASSERT_EQ(Content(Path("b.csv")), Lines(0, 13));
+    ASSERT_EQ(Content(Path("b.csv")), LogLines(0, 13));
     ASSERT_EQ(Status(), "Logging Enabled");
   }
 }
@@ -102,30 +91,30 @@ TEST_F(LogFailureTest, ATornLineThatCannotBeCutAtOnceIsCutBeforeAnythingElse) {
   desk.files.space = 3;
   desk.files.cutFails = true;
   Log(2);
-  EXPECT_EQ(File(), kHead + Lines(0, 0) + ".1,");
-  EXPECT_EQ(Status(), "Logging Enabled - file not writable, 2 lines waiting");
+  EXPECT_EQ(File(), kHead + LogLines(0, 0) + ".1,");
+  EXPECT_EQ(Status(), Waiting(2));
   desk.files.space.reset();
   Log(1);
-  EXPECT_EQ(File(), kHead + Lines(0, 0) + ".1,") << "nothing is written behind it";
+  EXPECT_EQ(File(), kHead + LogLines(0, 0) + ".1,") << "nothing is written behind it";
   desk.files.cutFails = false;
   Log(1);
-  EXPECT_EQ(File(), kHead + Lines(0, 4));
+  EXPECT_EQ(File(), kHead + LogLines(0, 4));
 }
 
 TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   Begin("0");
   const auto log = [this](int lines, float value) {
-    for (LogChannelTable[0].Value = value; lines > 0; --lines) Job();
+    for (chip::LogChannelTable[0].Value = value; lines > 0; --lines) Job();
     return Status();
   };
   desk.files.locked = true;
-  EXPECT_EQ(log(100'000, 0), "Logging Enabled - file not writable, 100000 lines waiting");
-  EXPECT_EQ(log(3, 0), "Logging Enabled - file not writable, 100000 lines waiting, 3 lost");
+  EXPECT_EQ(log(100'000, 0), Waiting(100000));
+  EXPECT_EQ(log(3, 0), Waiting(100000) + ", 3 lost");
   // Room for two lines: they go out, and a line comes into the store again, behind the mark of the gap.
   desk.files.locked = false;
   desk.files.space = 2 * 7;
-  EXPECT_EQ(log(1, 7), "Logging Enabled - file not writable, 100000 lines waiting");
-  EXPECT_EQ(log(1, 8), "Logging Enabled - file not writable, 100000 lines waiting, 1 lost");
+  EXPECT_EQ(log(1, 7), Waiting(100000));
+  EXPECT_EQ(log(1, 8), Waiting(100000) + ", 1 lost");
   desk.files.space.reset();
   EXPECT_EQ(log(1, 9), "Logging Enabled");
   std::string expected = kHead;
@@ -149,7 +138,7 @@ TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
   StartLog(Path("b.csv"), {1});
   Log(1);
   EXPECT_EQ(Status(), "Logging Enabled");
-  EXPECT_EQ(File(), kHead + Lines(0, 1));
+  EXPECT_EQ(File(), kHead + LogLines(0, 1));
   Desk::Press(Logging(), "cmdLogData");
   desk.Advance(3000);
   EXPECT_EQ(Content(Path("b.csv")), LogHead("Remote1 Temp ,") + "0,0 ,\r\n");
@@ -163,12 +152,16 @@ TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
   desk.files.locked = false;
   Begin();
   EXPECT_EQ(Status(), "Logging Enabled");
-  EXPECT_EQ(File(), kHead + Lines(0, 1) + kHead + Lines(0, 0) + kHead);
+  EXPECT_EQ(File(), kHead + LogLines(0, 1) + kHead + LogLines(0, 0) + kHead);
 }
 
-TEST_F(LogFailureTest, EveryOrderlyEndTriesOnceMore) {
-  const std::function<void()> ends[]{[this] { Desk::Get<QAction>(desk.Main(), "mnuExit").trigger(); },
-                                     [this] { desk.Main().close(); }};
+TEST_F(LogFailureTest, EveryEndTriesOnceMore) {
+  const std::function<void()> ends[]{
+      [this] { Desk::Get<QAction>(desk.Main(), "mnuExit").trigger(); }, [this] { desk.Main().close(); },
+      [this] {
+        desk.prompts.script.push_back(platform::BoxAnswer::Ok);
+        EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted), platform::ProcessEnded);
+      }};
   for (const auto& end : ends) {
     windows::LogActive = false;
     windows::ResetLog();
@@ -177,25 +170,44 @@ TEST_F(LogFailureTest, EveryOrderlyEndTriesOnceMore) {
     LogLocked(2);
     ASSERT_EQ(File(), kHead);
     end();
-    EXPECT_EQ(File(), kHead + Lines(0, 1));
+    EXPECT_EQ(File(), kHead + LogLines(0, 1));
   }
-}
-
-TEST_F(LogFailureTest, AFailureOfTheLinkTriesOnceMore) {
-  Begin();
-  LogLocked(2);
-  desk.prompts.script.push_back(platform::BoxAnswer::Ok);
-  EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted), platform::ProcessEnded);
-  EXPECT_EQ(File(), kHead + Lines(0, 1));
 }
 
 TEST_F(LogFailureTest, TheSystemsOwnShortWritesAreCutBack) {
   Begin();
   OnNearlyFullDisk(kHead.size() + 7 + 8 + 3, [this] { Log(4); });  // two lines and a bit
-  EXPECT_EQ(Status(), "Logging Enabled - file not writable, 2 lines waiting");
-  EXPECT_EQ(File(), kHead + Lines(0, 1));
+  EXPECT_EQ(Status(), Waiting(2));
+  EXPECT_EQ(File(), kHead + LogLines(0, 1));
   Log(1);
-  EXPECT_EQ(File(), kHead + Lines(0, 4));
+  EXPECT_EQ(File(), kHead + LogLines(0, 4));
+}
+
+// The kernel's own end of a process, at moments spread over some thousand lines.
+TEST(LogKill, AHundredKillsLeaveWholeLinesAndNoneMissing) {
+  const QTemporaryDir folder;
+  std::string row;
+  for (int i = 0; i < chip::kLogChannels; ++i) row += ".3333333 ,";
+  const std::string head = LogHead("");
+  std::string log = head;  // as far as any process came
+  std::mt19937 random(4718);
+  for (int kill = 0, line = 0; kill < 100; ++kill) {
+    const QString path = folder.filePath(QString("%1.csv").arg(kill));
+    QProcess victim;
+    victim.start(LOG_VICTIM, {path});
+    ASSERT_TRUE(victim.waitForReadyRead());
+    std::this_thread::sleep_for(std::chrono::microseconds(random() % 8000));
+    ::kill(static_cast<pid_t>(victim.processId()), SIGKILL);
+    ASSERT_TRUE(victim.waitForFinished());
+    ASSERT_EQ(victim.exitStatus(), QProcess::CrashExit);
+
+    const std::string found = Content(path);
+    for (; log.size() < found.size(); ++line) log += LogLines(line, line, row, 100);
+    ASSERT_EQ(found, log.substr(0, found.size())) << "the last line alone may be torn";
+    const auto lines = std::count(found.begin() + std::ssize(head), found.end(), '\n');
+    const auto told = victim.readAllStandardOutput().size();
+    ASSERT_TRUE(lines == told || lines == told + 1) << lines << " lines, told of " << told;
+  }
 }
 
 }  // namespace

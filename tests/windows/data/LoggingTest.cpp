@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <fstream>
 
 #include <QTest>
@@ -24,15 +23,14 @@ TEST_F(LoggingTest, WritesTheFileByteForByte) {
   desk.fileDialogs.script.push_back(Path("a.csv"));
   QTest::keyClick(&Logging(), Qt::Key_Return);
   EXPECT_EQ(Status(), "Logging Enabled");
-  std::string expected = LogHead("Local Temp ,Tach1 ,");
-  EXPECT_EQ(Content(Path("a.csv")), expected);
+  const std::string head = LogHead("Local Temp ,Tach1 ,");
+  EXPECT_EQ(Content(Path("a.csv")), head);
   Log(1);
   LogChannelTable[4].Value = 3012;
   Log(1);
   LogChannelTable[0].Value = 25.5F;
   Log(1);
-  expected += "0,25.25 ,3000 ,\r\n.1,25.25 ,3012 ,\r\n.2,25.5 ,3012 ,\r\n";
-  EXPECT_EQ(Content(Path("a.csv")), expected);
+  EXPECT_EQ(Content(Path("a.csv")), head + "0,25.25 ,3000 ,\r\n.1,25.25 ,3012 ,\r\n.2,25.5 ,3012 ,\r\n");
   EXPECT_EQ(windows::LogSampleCount, 3);
   EXPECT_EQ(desk.files.appends, 4) << "the head and each line as it comes and in one piece: a kill tears none";
 }
@@ -42,13 +40,15 @@ TEST_F(LoggingTest, HeadsTheColumnsInTheOrderOfTheChannels) {
   PressLog(Path("all.csv"));
   for (int i = 0; i < 45; ++i) LogChannelTable[static_cast<std::size_t>(i)].Value = static_cast<float>(i);
   Log(1);
-  std::string expected = LogHead(
-      "Local Temp ,Remote1 Temp ,Remote2 Temp ,Remote3 Temp ,Tach1 ,Tach2 ,Tach3 ,Tach4 ,Tach5 ,Tach6 ,Tach7 ,"
-      "Tach8 ,PWM1% ,PWM2% ,PWM3% ,PWM4% ,12V1 ,12V2 ,3.3V-Pin13 ,2.5V-Pin15 ,1.8V-Pin15 ,1.25V-Pin20 ,0.9V-Pin20 ,5V ,"
-      "12V3 ,Vccp1 ,1.5V-Pin23 ,1.8-Pin23 ,2.5V-Pin23 ,Vccp2 ,1.5V-Pin24 ,1.8V-Pin24 ,2.5V-Pin24 ,1.2V-Pin25 ,"
-      "3.3V-Pin25 ,1.2V-Pin26 ,VBatt ,1.5V2 ,1.5V1 ,Local Tmin ,Remote1 Tmin ,Remote2 Tmin ,Remote3 Tmin ,"
-      "Remote1 Op-Point ,Remote2 Op-Point ,");
-  expected += "0,";
+  std::string expected =
+      LogHead(
+          "Local Temp ,Remote1 Temp ,Remote2 Temp ,Remote3 Temp ,Tach1 ,Tach2 ,Tach3 ,Tach4 ,Tach5 ,Tach6 ,Tach7 ,"
+          "Tach8 ,PWM1% ,PWM2% ,PWM3% ,PWM4% ,12V1 ,12V2 ,3.3V-Pin13 ,2.5V-Pin15 ,1.8V-Pin15 ,1.25V-Pin20 ,0.9V-Pin20 "
+          ",5V ,"
+          "12V3 ,Vccp1 ,1.5V-Pin23 ,1.8-Pin23 ,2.5V-Pin23 ,Vccp2 ,1.5V-Pin24 ,1.8V-Pin24 ,2.5V-Pin24 ,1.2V-Pin25 ,"
+          "3.3V-Pin25 ,1.2V-Pin26 ,VBatt ,1.5V2 ,1.5V1 ,Local Tmin ,Remote1 Tmin ,Remote2 Tmin ,Remote3 Tmin ,"
+          "Remote1 Op-Point ,Remote2 Op-Point ,") +
+      "0,";
   for (int i = 0; i < 45; ++i) expected += std::to_string(i) + " ,";
   EXPECT_EQ(Content(Path("all.csv")), expected + "\r\n");
 }

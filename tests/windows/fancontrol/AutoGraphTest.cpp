@@ -1,6 +1,5 @@
 #include <QLineEdit>
 #include <QTest>
-#include <gtest/gtest.h>
 
 #include "tests/windows/fancontrol/LiveCases.h"
 #include "windows/fancontrol/Charts.h"

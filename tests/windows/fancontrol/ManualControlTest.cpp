@@ -1,6 +1,5 @@
 #include <QLabel>
 #include <QTest>
-#include <gtest/gtest.h>
 
 #include "link/Declarations.h"
 #include "link/USBStuff.h"

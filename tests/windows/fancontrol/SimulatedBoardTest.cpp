@@ -1,10 +1,8 @@
 #include <cmath>
 
-#include <gtest/gtest.h>
-
+#include "tests/support/Seen.h"
 #include "tests/support/SimulatedDesk.h"
 #include "tests/support/Steps.h"
-#include "widgets/Strip.h"
 
 namespace zth::testing {
 namespace {
@@ -18,14 +16,11 @@ class SimulatedBoard : public ::testing::Test {
 };
 
 /// The duty that a drawn path has at a temperature, beyond its step.
-double DutyOnPath(const QVariantList& path, double degrees) {
-  for (int i = 1; i < path.size(); ++i) {
-    const double x0 = path[i - 1].toList()[0].toDouble();
-    const double x1 = path[i].toList()[0].toDouble();
-    if (x1 <= x0 || degrees < x0 || degrees > x1) continue;
-    const double y0 = path[i - 1].toList()[1].toDouble();
-    const double y1 = path[i].toList()[1].toDouble();
-    return y0 + (y1 - y0) * (degrees - x0) / (x1 - x0);
+double DutyOnPath(const Points& path, double degrees) {
+  for (std::size_t i = 1; i < path.size(); ++i) {
+    const auto& [x0, y0] = path[i - 1];
+    const auto& [x1, y1] = path[i];
+    if (x0 < x1 && x0 <= degrees && degrees <= x1) return y0 + (y1 - y0) * (degrees - x0) / (x1 - x0);
   }
   return NAN;
 }
@@ -41,15 +36,14 @@ TEST_F(SimulatedBoard, TheDotClimbsTheDrawnCurveWhileTheHeaterHeats) {
   for (int percent = 0; percent <= 100; percent += 10) {
     Do(heaters, QString("sldHeater(1)=%1").arg(percent));
     desk.Advance(60000);
-    const QVariantList dots = chart.TracePoints(4);
-    ASSERT_EQ(dots.size(), 2) << percent;
-    const double degrees = dots[0].toList()[0].toDouble();
-    const double duty = dots[0].toList()[1].toDouble();
+    const Points dots = PointsOf(chart, 4);
+    ASSERT_EQ(dots.size(), 2U) << percent;
+    const auto [degrees, duty] = dots[0];
     EXPECT_GT(degrees, hottest - 0.5) << percent;
     hottest = std::max(hottest, degrees);
     if (degrees <= 40.5) continue;
     ++onRamp;
-    EXPECT_NEAR(duty, DutyOnPath(chart.TracePoints(0), degrees), 1.0) << percent << " percent, " << degrees;
+    EXPECT_NEAR(duty, DutyOnPath(PointsOf(chart, 0), degrees), 1.0) << percent << " percent, " << degrees;
   }
   EXPECT_GE(onRamp, 5);
 }
@@ -63,9 +57,8 @@ TEST_F(SimulatedBoard, DynamicTminMovesTminAndTheChartsShowIt) {
   desk.Advance(240000);
   const int tmin = sim.Register(0x5E) - 64;
   EXPECT_LT(tmin, 60) << "too hot, so the chip starts its fans earlier";
-  const QVariantList points = Desk::Get<widgets::Strip>(window, "Strip2(1)").TracePoints(2);
-  EXPECT_EQ(points.back().toList()[1].toInt(), tmin);
-  EXPECT_EQ(Desk::Get<widgets::Strip>(curve, "stpGraph").TracePoints(0)[1].toList()[0].toInt(), tmin);
+  EXPECT_EQ(PointsOf(Desk::Get<widgets::Strip>(window, "Strip2(1)"), 2).back().second, tmin);
+  EXPECT_EQ(PointsOf(Desk::Get<widgets::Strip>(curve, "stpGraph"), 0)[1].first, tmin);
   EXPECT_EQ(Desk::Text(window, "txtTmin(1)"), "60");
 }
 

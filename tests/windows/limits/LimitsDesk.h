@@ -4,7 +4,6 @@
 
 #include <QComboBox>
 #include <QMetaObject>
-#include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
@@ -20,14 +19,11 @@ class Limits : public ::testing::Test {
     chip::PollEnabled = false;
   }
 
+  /// Opens the window, or loads it again as after a new pin configuration.
   void Load(const std::function<void(chip::PinFunctionFlags&)>& change = {}) {
     if (change) change(chip::PinFunctions);
+    if (window != nullptr) return window->Form_Load();
     window = &desk.Open("frmLimits");
-  }
-  /// As after a new pin configuration.
-  void LoadAgain(const std::function<void(chip::PinFunctionFlags&)>& change) {
-    change(chip::PinFunctions);
-    window->Form_Load();
   }
   QStringList Items(const char* list) const {
     const auto& box = Desk::Get<QComboBox>(*window, list);

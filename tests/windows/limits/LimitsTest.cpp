@@ -1,8 +1,4 @@
 // The limits window as a whole: its load, masks, lamps, rows and lists.
-#include <array>
-
-#include <gmock/gmock.h>
-
 #include "link/Declarations.h"
 #include "tests/windows/limits/LimitsDesk.h"
 #include "windows/SharedState.h"
@@ -10,8 +6,6 @@
 namespace zth::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using Pins = chip::PinFunctionFlags;
 
 /// What a load reads with the pins as the chip starts, each tab's masks as they stand in the chip's defaults: a
@@ -84,7 +78,7 @@ TEST_F(Limits, AMaskClickChangesItsOneBitAtOnce) {
     desk.board.TakeTraffic();
     Desk::Press(*window, name);
     const int changed = masked ? 0x5A & ~(1 << box.bit) : 0x5A | 1 << box.bit;
-    EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre(R(box.mask), W(box.mask, changed))) << name.toStdString();
+    EXPECT_EQ(desk.board.TakeTraffic(), Concat(R(box.mask), W(box.mask, changed))) << name.toStdString();
   }
 }
 
@@ -114,7 +108,7 @@ TEST_F(Limits, RefreshReadsTheStatusEachHalfSecondAndMovesNoSlider) {
   chip::Measurements.ThermPercent = {40, 60};
   Put(desk.board.Chip(), "44=10");  // a limit changed elsewhere
   desk.Advance(500);
-  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
   desk.Advance(50);
   EXPECT_EQ(desk.board.TakeTraffic(), T("RC0 RC1 RBA RC3 RC4 RC5 RC6"));
   EXPECT_EQ(Captions(), " 25.25\u00B0C| 1234rpm| 1.75V| 40%|-3.5\u00B0C") << "THERM pins: Remote1, the second item";
@@ -146,7 +140,7 @@ TEST_F(Limits, TemperatureRowsAndListFollowTheDiodesInBothDirections) {
                                                                 {false, true, "1011011", "Local|Remote2|Remote3"}};
   for (const auto& [d1, d3, live, items] : rows) {
     PickItem("cmbTemp", "Remote2");
-    LoadAgain([d1 = d1, d3 = d3](Pins& pins) { pins.D1 = d1, pins.D3 = d3; });
+    Load([d1 = d1, d3 = d3](Pins& pins) { pins.D1 = d1, pins.D3 = d3; });
     EXPECT_EQ(LiveRows(*window, "Temp", 7), live);
     EXPECT_EQ(Items("cmbTemp").join('|'), items);
     EXPECT_EQ(Held(*window, "cmbTemp"), "0") << "the first again";
@@ -159,7 +153,7 @@ TEST_F(Limits, AFanIsListedByItsPinAndLiveByItsTachToo) {
   EXPECT_EQ(Items("cmbFan").join('|'), "Fan1|Fan2|Fan3|Fan4|Fan5|Fan7");
   EXPECT_EQ(LiveRows(*window, "Fan", 8), "01111010");
   Put(desk.board.Chip(), "07=01");
-  LoadAgain([](Pins& pins) { pins.Pin8 = 1; });
+  Load([](Pins& pins) { pins.Pin8 = 1; });
   EXPECT_EQ(LiveRows(*window, "Fan", 8), "10000000");
   EXPECT_EQ(Items("cmbFan").size(), 7);
 }
@@ -176,7 +170,7 @@ TEST_F(Limits, VoltageLabelsAreEnabledAndNamedOnceTheirChannelIsListed) {
             "12V1 (pin7)|12V2 (pin8)|3.3V (pin13)|Pin15|Pin19|5V (pin21)|12V3  (pin22)|1.8V (pin23)|2.5V (pin24)|3.3V "
             "(pin25)|Vbatt (pin26)|1.5V2 (pin28)|1.5V1 (pin29)");
   EXPECT_EQ(enabled(), "0000000111100");
-  LoadAgain([](Pins& pins) {
+  Load([](Pins& pins) {
     pins = {};
     pins.Pin15 = pins.Pin28 = pins.Pin29 = 1;
     pins.Pin25 = 2;

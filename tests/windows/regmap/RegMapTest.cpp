@@ -1,29 +1,75 @@
+// Reading and writing on the register map, and what it offers beside: search, marks, copies, bits by key.
 #include <set>
 
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QTest>
-#include <gtest/gtest.h>
+#include <QTreeWidget>
 
+#include "chip/Measurements.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
-#include "tests/windows/regmap/RegMapDesk.h"
-#include "windows/SharedState.h"
+#include "tests/support/Steps.h"
 
 namespace zth::testing {
 namespace {
 
+/// The register map, with the measurement cycle standing still.
+class RegisterMap : public ::testing::Test {
+ protected:
+  RegisterMap() {
+    chip::PollEnabled = false;
+    desk.Main().show();
+  }
+
+  QTreeWidgetItem& Node(const QString& text) const {
+    return *tree.findItems(text, Qt::MatchExactly | Qt::MatchRecursive).at(0);
+  }
+  QWidget& At(const char* name) const { return Desk::Get<QWidget>(window, name); }
+  /// The transfers of a click on a node, and on a bit.
+  Traffic Click(const QString& text) {
+    QTreeWidgetItem& node = Node(text);
+    tree.scrollToItem(&node);
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualItemRect(&node).center());
+    return desk.board.TakeTraffic();
+  }
+  Traffic ClickBit(const char* bit) {
+    desk.board.TakeTraffic();
+    QTest::mouseClick(&At(bit), Qt::LeftButton);
+    return desk.board.TakeTraffic();
+  }
+  /// The registers that can be seen, groups unfolded.
+  QStringList Found() const {
+    QStringList names;
+    for (QTreeWidgetItemIterator at(&tree, QTreeWidgetItemIterator::NoChildren); *at != nullptr; ++at) {
+      if (tree.visualItemRect(*at).isValid() && !(*at)->isHidden()) names << (*at)->text(0);
+    }
+    return names;
+  }
+  bool Bold(const QString& text) const { return Node(text).font(0).bold(); }
+
+  WindowDesk desk{"frmRegMap", Desk::Buses::Usb};
+  windows::ChildWindow& window = *desk.window;
+  QTreeWidget& tree = Desk::Get<QTreeWidget>(window, "TreeView1");
+};
+
+/// From bit 0 on.
+constexpr char kDigits[] = "lblBit(0..7)";
 /// What a read shows: description, address, the box of the address.
 constexpr char kShown[] = "lblRegDescription lblCurrentAddr txtReadAddr";
 
 TEST_F(RegisterMap, OpensWithItsStartTexts) {
   EXPECT_EQ(desk.Held("lblRegDescription lblCurrentAddr lblHexVal lblDecVal lblReadOnly lblInfo(0..7)"),
             "Description|Address|HexVal|DecVal|ReadOnly|X|X|X|X|X|X|X|X");
-  EXPECT_EQ(Digits(), "00000000");
+  EXPECT_EQ(desk.Held(kDigits), "0|0|0|0|0|0|0|0");
 }
 
 TEST_F(RegisterMap, ListsAllRegistersButSixUnderTheirTopics) {
   QStringList roots;
   std::set<QString> names, keys;
-  for (QTreeWidgetItemIterator at(&Tree()); *at != nullptr; ++at) {
+  for (QTreeWidgetItemIterator at(&tree); *at != nullptr; ++at) {
     EXPECT_TRUE(keys.insert((*at)->data(0, Qt::UserRole).toString()).second) << (*at)->text(0).toStdString();
     const QTreeWidgetItem* parent = (*at)->parent();
     if (parent == nullptr) roots << (*at)->text(0);
@@ -47,18 +93,17 @@ TEST_F(RegisterMap, ListsAllRegistersButSixUnderTheirTopics) {
 }
 
 TEST_F(RegisterMap, ShowsTheRegisterThatIsClickedOnceForEachClick) {
-  desk.Main().show();
   Put(desk.board.Chip(), "02=A5");
   Node("Configuration").setExpanded(true);
   EXPECT_EQ(Click("Configuration 2"), T("R02"));
   EXPECT_EQ(desk.Held(kShown), "Configuration 2 Register|2h|2H");
   EXPECT_EQ(desk.Held("lblReadOnly lblDecVal lblHexVal"), "No|165|A5");
-  EXPECT_EQ(Digits(), "10100101");
+  EXPECT_EQ(desk.Held(kDigits), "1|0|1|0|0|1|0|1");
   EXPECT_EQ(desk.Held("lblInfo(0..7)"), "#FP|#FP|FFS|VB2|VB1|HF|Shdn|Fst");
   EXPECT_EQ(desk.Held("txtHex"), "") << "what the user is about to write is left alone";
 
   EXPECT_EQ(Click("Configuration 2"), T("R02")) << "a second click reads again";
-  QTest::keyClick(&Tree(), Qt::Key_Down);
+  QTest::keyClick(&tree, Qt::Key_Down);
   EXPECT_EQ(desk.board.TakeTraffic(), T("R03")) << "as does the keyboard's move to the next";
 
   EXPECT_EQ(Concat(Click("Configuration"), Click("General")), Traffic{});
@@ -66,7 +111,7 @@ TEST_F(RegisterMap, ShowsTheRegisterThatIsClickedOnceForEachClick) {
 }
 
 TEST_F(RegisterMap, ShowsTheClickedNameOfASharedAddressUntilTheNextReadByAddress) {
-  Tree().setCurrentItem(&Node("Pin 15 Low Limit"));
+  tree.setCurrentItem(&Node("Pin 15 Low Limit"));
   EXPECT_EQ(desk.Held("lblRegDescription"), "Pin 15 Low Limit Register");
   EXPECT_EQ(desk.Sent("cmdRead"), T("R45"));
   EXPECT_EQ(desk.Held("lblRegDescription"), "Remote 1 Low Limit Register");
@@ -89,7 +134,7 @@ TEST_F(RegisterMap, ReadsAnyAddressTyped) {
     EXPECT_EQ(desk.Held(kShown), shown);
     EXPECT_EQ(desk.Held("lblInfo(0..7)"), bitNames);
   }
-  EXPECT_EQ(Digits(), "10000001");
+  EXPECT_EQ(desk.Held(kDigits), "1|0|0|0|0|0|0|1");
   EXPECT_EQ(desk.Held("lblReadOnly"), "Yes") << "an unknown address says nothing about it: B8h was the last that did";
 }
 
@@ -120,8 +165,7 @@ TEST(RegisterMapOnSmbus, ReadsWritesAndFlipsThere) {
 }
 
 TEST_F(RegisterMap, SaysWhatBecomesOfANumberBeyondAByte) {
-  const auto box = [this](const char* name) -> const QWidget& { return Desk::Get<QWidget>(window(), name); };
-  const QColor plain = box("txtHex").palette().color(QPalette::Base);
+  const QColor plain = At("txtHex").palette().color(QPalette::Base);
   for (const auto& [steps, told, marked] : {std::tuple{"txtDec=300", "255", "txtHex txtDec"},
                                             {"txtHex=FF", "", ""},
                                             {"txtReadAddr=100", "100h", "txtReadAddr"},
@@ -129,8 +173,8 @@ TEST_F(RegisterMap, SaysWhatBecomesOfANumberBeyondAByte) {
     desk.Do(steps);
     for (const char* name : {"txtHex", "txtDec", "txtReadAddr"}) {
       const bool on = QString(marked).contains(name);
-      EXPECT_EQ(box(name).palette().color(QPalette::Base) != plain, on) << steps;
-      EXPECT_TRUE(on ? box(name).toolTip().contains(told) : box(name).toolTip().isEmpty()) << steps;
+      EXPECT_EQ(At(name).palette().color(QPalette::Base) != plain, on) << steps;
+      EXPECT_TRUE(on ? At(name).toolTip().contains(told) : At(name).toolTip().isEmpty()) << steps;
     }
   }
 }
@@ -139,11 +183,11 @@ TEST_F(RegisterMap, FlipsABitOfTheDigitsOnTheScreen) {
   Put(desk.board.Chip(), "30=0F");
   desk.Do("txtReadAddr=30; cmdRead");
   Put(desk.board.Chip(), "30=F0");  // changed behind the window's back
-  EXPECT_EQ(ClickBit(7), T("W30=8F R30"));
-  EXPECT_EQ(ClickBit(0), T("W30=8E R30"));
-  EXPECT_EQ(Digits(), "10001110");
+  EXPECT_EQ(ClickBit("lblBit(7)"), T("W30=8F R30"));
+  EXPECT_EQ(ClickBit("lblBit(0)"), T("W30=8E R30"));
+  EXPECT_EQ(desk.Held(kDigits), "0|1|1|1|0|0|0|1");
   desk.Do("txtReadAddr=34");
-  EXPECT_EQ(ClickBit(3), T("W34=86 R34"));
+  EXPECT_EQ(ClickBit("lblBit(3)"), T("W34=86 R34"));
   EXPECT_EQ(desk.Held("lblRegDescription"), "Fan Mask Register");
 }
 
@@ -160,7 +204,7 @@ TEST_F(RegisterMap, KeepsTheTwoValueBoxesInStep) {
 TEST_F(RegisterMap, WritesOnEnterInAValueBoxOnly) {
   desk.Do("txtReadAddr=44; txtHex=41");
   for (const auto& [box, sent] : {std::pair{"txtHex", "W44=41 R44"}, {"txtDec", "W44=41 R44"}, {"txtReadAddr", ""}}) {
-    QTest::keyClick(&Desk::Get<QWidget>(window(), box), Qt::Key_Return);
+    QTest::keyClick(&At(box), Qt::Key_Return);
     EXPECT_EQ(desk.board.TakeTraffic(), T(sent)) << box;
   }
 }
@@ -177,14 +221,63 @@ TEST_F(RegisterMap, RepeatsTheReadOnceASecondWhileTicked) {
   EXPECT_EQ(after(60), T("R89")) << "the first at once";
   EXPECT_EQ(after(1000), Traffic{});
   EXPECT_EQ(after(100), T("R89"));
-  auto& box = Desk::Get<QWidget>(window(), "txtReadAddr");
   desk.Do("txtReadAddr=");
-  QTest::keyClicks(&box, "4");
+  QTest::keyClicks(&At("txtReadAddr"), "4");
   EXPECT_EQ(after(1100), T("R04")) << "half typed";
-  QTest::keyClicks(&box, "c");
+  QTest::keyClicks(&At("txtReadAddr"), "c");
   EXPECT_EQ(desk.Held("txtReadAddr"), "4CH") << "typing goes on where it was";
-  window().Unload();
+  window.Unload();
   EXPECT_EQ(after(2000), Traffic{});
+}
+
+TEST_F(RegisterMap, SearchFindsByNameBitAndAddress) {
+  constexpr const char* kLimits = "Local THERM1 Limit|1.5V2 (ICH) High Limit";
+  const std::pair<const char*, const char*> rows[]{
+      {"device", "Device ID"},    {"4c", kLimits},           {"0x4C", kLimits},          {" 4Ch ", kLimits},
+      {"AVG", "Configuration 1"}, {"vrd", "Thermal Mask 2"}, {"SWR", "Configuration 0"}, {"Cl_r", "Configuration 3"},
+      {"07", "Tach Enable"},      {"no such thing", ""}};
+  for (const auto& [text, found] : rows) {
+    Desk::Type(window, "txtFind", text);
+    EXPECT_EQ(Found().join('|'), found) << text;
+    EXPECT_EQ(At("lblNoMatch").isHidden(), *found != 0) << text;
+  }
+  Desk::Type(window, "txtFind", "bhvr");
+  EXPECT_TRUE(Found().contains("GPIO1_Bhvr") && Found().contains("PWM3 Config")) << "by name and by bit";
+  QTest::keyClick(&At("txtFind"), Qt::Key_Escape);
+  EXPECT_EQ(Desk::Text(window, "txtFind"), "");
+  EXPECT_FALSE(Node("Device ID").isHidden());
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "searching reads nothing";
+}
+
+TEST_F(RegisterMap, BoldMarksWhatDiffersFromItsDefaultOnceRead) {
+  desk.board.Chip()[0x45] = 0x41;
+  EXPECT_FALSE(Bold("Remote 1 Low Limit")) << "not read yet";
+  tree.setCurrentItem(&Node("Pin 15 Low Limit"));
+  EXPECT_TRUE(Bold("Remote 1 Low Limit") && Bold("Pin 15 Low Limit")) << "one register under two names";
+  desk.Do("txtReadAddr=45; txtDec=64; cmdWrite");
+  EXPECT_FALSE(Bold("Remote 1 Low Limit") || Bold("Pin 15 Low Limit"));
+}
+
+TEST_F(RegisterMap, CopiesARowOrAGroupAsText) {
+  auto& copy = *tree.findChild<QAction*>("actCopy");
+  tree.setCurrentItem(&Node("Company ID"));
+  copy.trigger();
+  EXPECT_EQ(QApplication::clipboard()->text(), "Company ID\t3Eh\t41h\t41h\tYes\t7:6:5:4:3:2:1:0");
+  tree.setCurrentItem(&Node("ID/Revision"));
+  copy.trigger();
+  EXPECT_EQ(QApplication::clipboard()->text(),
+            "Device ID\t3Dh\t\t62h\tYes\t7:6:5:4:3:2:1:0\nCompany ID\t3Eh\t41h\t41h\tYes\t7:6:5:4:3:2:1:0\n"
+            "Revision Number\t3Fh\t\t0h\tYes\t7:6:5:4:3:2:1:0");
+}
+
+TEST_F(RegisterMap, KeysFlipABitOnceHoweverLongTheyAreHeld) {
+  Desk::Type(window, "txtReadAddr", "30");
+  auto& bit = At("lblBit(2)");
+  QTest::keyClick(&bit, Qt::Key_Space);
+  EXPECT_EQ(desk.board.TakeTraffic(), T("W30=04 R30"));
+  QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, " ", true);
+  QApplication::sendEvent(&bit, &repeated);
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
 }
 
 }  // namespace
