@@ -63,27 +63,6 @@ TEST(Faults, ASlowTransferIsReportedToTheLibrary) {
   }
 }
 
-TEST(Faults, AStalledFanReadsAllOnesAndRecovers) {
-  Usb usb("fault from 10 to 20 fan 2 stalled\n");
-  usb.Write(0x07, 0xFF);
-  for (const auto& [wait, stalled] : {std::pair{9s, false}, {3s, true}, {18s, false}}) {
-    usb.Wait(wait);
-    EXPECT_EQ(usb.Read(0x9B) == 0xFF, stalled);
-    EXPECT_LT(usb.Read(0x99), 0x0C) << "its neighbour turns";
-  }
-}
-
-TEST(Faults, AStuckHeaterWarmsWhateverIsSetAndReportsWhatWasSet) {
-  Usb usb("noise = 0\nfault at 0 heater 1 stuck at 100 %\n");
-  usb.Ask(0xDA, 1, 0, 0, 1);
-  usb.Wait(1s);
-  const int before = usb.Read(0x8B);
-  usb.Wait(30s);
-  EXPECT_GT(usb.Read(0x8B), before + 3);
-  usb.Ask(0xDA, 0, 0, 1, 3);
-  EXPECT_EQ(usb.buffer[0], 0);
-}
-
 TEST(Faults, AnUnpluggedAdapterTakesNothingAndTheBusOfThePcGoesOn) {
   Usb usb("fault at 0 adapter unplugged\n");
   EXPECT_NE(usb.Ask(0xDA, 0, 0, 1, 3), 0);

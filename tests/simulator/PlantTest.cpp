@@ -63,21 +63,6 @@ TEST(Plant, AFanStartsAtItsStartThresholdAndKeepsTurningDownToItsStallThreshold)
   EXPECT_EQ(plant.Rpm(0), 0);
 }
 
-TEST(Plant, UnitsDifferBySeedWithinTheirSpread) {
-  Plant one({.seed = 1}), same({.seed = 1}), other({.seed = 2});
-  bool differs = false;
-  for (Plant* plant : {&one, &same, &other}) {
-    for (int fan = 0; fan < kTachs; ++fan) plant->SetFanDrive(fan, 1);
-    plant->Step(30);
-  }
-  for (int fan = 0; fan < kTachs; ++fan) {
-    EXPECT_EQ(one.Rpm(fan), same.Rpm(fan));
-    EXPECT_NEAR(one.Rpm(fan), 4800, 4800 * 0.041);
-    differs = differs || one.Rpm(fan) != other.Rpm(fan);
-  }
-  EXPECT_TRUE(differs);
-}
-
 TEST(Plant, SuppliesStayWithinAPercentOfNominalAndMove) {
   Plant plant;
   double low = 2, high = 0;

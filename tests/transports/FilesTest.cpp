@@ -114,15 +114,5 @@ TEST_F(FilesTest, TheLogKeepsWhatItIsToldAndStaysWithinItsBound) {
   EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()), 2);
 }
 
-TEST_F(FilesTest, ALogThatCannotBeWrittenIsToldOnceAndDoesNoHarm) {
-  Put(root / "file", "in the way");
-  std::ostringstream errors;
-  Journal journal(errors, root / "file" / "smbus.log", [] { return std::string("[now]"); });
-  for (int count = 0; count < 3; ++count) journal.Note("for the log");
-  journal.Tell("for both");
-  EXPECT_EQ(errors.str(), "smbus: no log is kept, " + (root / "file" / "smbus.log").string() +
-                              " cannot be written.\nsmbus: for both\n");
-}
-
 }  // namespace
 }  // namespace zth::smbus

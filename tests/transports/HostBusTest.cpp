@@ -77,20 +77,6 @@ TEST_F(HostBusTest, AddressesOfMemoryModulesAndReservedOnesNeverReachABus) {
   }
 }
 
-TEST_F(HostBusTest, EachAdapterIsOpenedOnceAndClosedAtTheEnd) {
-  AddBuses({0x41, -1});
-  {
-    HostBus another(system, journal, Settings{});
-    EXPECT_EQ(another.Read(0x2C, 0x3E), 0x41) << "without a detection before";
-    another.Detect();
-    another.Detect();
-    for (int address = 0x10; address < 0x80; ++address) another.Read(static_cast<std::uint8_t>(address), 0x3E);
-    EXPECT_EQ(system.opened, 2);
-    EXPECT_EQ(system.closed, 0);
-  }
-  EXPECT_EQ(system.closed, 2);
-}
-
 TEST_F(HostBusTest, AChipStaysWithTheFirstAdapterOnWhichItAnswered) {
   AddBuses({-1, 0x41, 0x99});
   bus.Detect();
@@ -213,13 +199,6 @@ TEST_F(HostBusTest, AMachineWithoutABusOrWithoutAHostIsTold) {
               AllOf(HasSubstr("i2c-3 (Synopsys DesignWare I2C adapter), i2c-5 (i915 gmbus dpa) [a display's"),
                     HasSubstr(kAdaptersVariable), Not(HasSubstr("knows no"))));
   EXPECT_EQ(system.opened, 0);
-}
-
-TEST_F(HostBusTest, TheSettingsOrderIsTheOrderOfTheSearch) {
-  AddBuses({0x41, 0x42});
-  HostBus another(system, journal, {{"1", "0"}, "test", {"smbus.conf:1: not understood"}});
-  EXPECT_EQ(another.Read(0x2C, 0x3E), 0x42);
-  EXPECT_EQ(Told("smbus.conf:1: not understood"), 1);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 //
 //   start             what the program does at its start: the probing read, DetectSmbus, the scan of 0x10 to 0x7F;
 //                     prints "found 2C" for each address whose register 3E reads 41, then "scan done"
-//   detect            DetectSmbus alone
 //   read A R          prints "read A R: V"
 //   write A R V
 //   nodes             prints "nodes N", the bus nodes that this process has open
@@ -90,8 +89,6 @@ class Steps {
 void Run(const Smbus& smbus, const std::string& step, Steps& steps) {
   if (step == "start") {
     Start(smbus);
-  } else if (step == "detect") {
-    smbus.Detect();
   } else if (step == "read" || step == "write" || step == "until-lost") {
     const std::uint8_t address = steps.Byte();
     const std::uint8_t reg = steps.Byte();

@@ -381,13 +381,5 @@ TEST_F(StripTest, DrawsPathsInTheOrderOfAddingWithPensAndDots) {
   EXPECT_TRUE(strip.TracePoints(0).isEmpty());
 }
 
-TEST_F(StripTest, TellsItsLatestValuesInWords) {
-  Feed(0, 25.25);
-  Feed(1, 31);
-  strip.SetLabelIndex(1);
-  strip.SetCaption("Local = 25.25°C");
-  EXPECT_EQ(strip.Summary(), "Temperature (°C): Local 25.25, Remote1 31");
-}
-
 }  // namespace
 }  // namespace zth::widgets

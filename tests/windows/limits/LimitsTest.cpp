@@ -113,8 +113,6 @@ TEST_F(Limits, RefreshReadsTheStatusEachHalfSecondAndMovesNoSlider) {
   EXPECT_EQ(desk.board.TakeTraffic(), T("RC0 RC1 RBA RC3 RC4 RC5 RC6"));
   EXPECT_EQ(Captions(), " 25.25\u00B0C| 1234rpm| 1.75V| 40%|-3.5\u00B0C") << "THERM pins: Remote1, the second item";
   EXPECT_EQ(Needle("ggeTemp", 1), 25.25);
-  EXPECT_EQ(Needle("ggeFan", 1), 1234);
-  EXPECT_EQ(Needle("ggeTHERMPin", 1), -3.5);
   EXPECT_EQ(Slider("ggeTemp", 2), 0) << "the sliders wait for the user";
   PickItem("cmbTemp", "Remote2");
   desk.Advance(550);
