@@ -25,17 +25,14 @@ std::int16_t ZTH_LIBRARY_CALL FreeTransfer(std::int16_t /*request*/, std::int32_
 constexpr double kLongestTick = 1e-3;
 
 /// One tick at which every job is due: the clock moves on by more than the longest period in between.
-void TickOf(benchmark::State& state, Running& running) {
-  auto* timer = running.desk.Main().findChild<QTimer*>("tmrMaster");
-  for (auto _ : state) {
-    running.desk.clock.WaitMs(1100);
-    QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection);
-  }
+void Tick(Running& running) {
+  running.desk.clock.WaitMs(1100);
+  QMetaObject::invokeMethod(running.desk.Main().findChild<QTimer*>("tmrMaster"), "timeout", Qt::DirectConnection);
 }
 
 void TickAlone(benchmark::State& state) {
   Running running;
-  TickOf(state, running);
+  for (auto _ : state) Tick(running);
 }
 BENCHMARK(TickAlone)->Unit(benchmark::kMicrosecond);
 
@@ -44,10 +41,12 @@ void TickWithAllWindows(benchmark::State& state) {
   Running running;
   for (const std::string& name : testing::EveryWindow()) running.desk.Open(name.c_str());
   testing::Desk::Check(*running.desk.Main().FindWindow("frmRegMap"), "chkContRead", true);
+  for (auto _ : state) Tick(running);
+  // Apart from the loop above, which may run once only, with all that a first tick sets up.
+  constexpr int kTicks = 200;
   const double before = CpuSeconds();
-  TickOf(state, running);
-  const double seconds = (CpuSeconds() - before) / static_cast<double>(state.iterations());
-  if (seconds > kLongestTick) state.SkipWithError("a tick takes more than a millisecond");
+  for (int tick = 0; tick < kTicks; ++tick) Tick(running);
+  if (CpuSeconds() - before > kTicks * kLongestTick) state.SkipWithError("a tick takes more than a millisecond");
 }
 BENCHMARK(TickWithAllWindows)->Unit(benchmark::kMicrosecond);
 
