@@ -154,11 +154,8 @@ void LGauge::keyPressEvent(QKeyEvent* event) {
     End(false);
     return;
   }
-  if (sliders_.empty()) {
-    QWidget::keyPressEvent(event);
-    return;
-  }
-  const auto target = SteppedByKey(*event, SliderValue(active_), KeyStep(), scaleMin_, scaleMax_);
+  std::optional<double> target;
+  if (!sliders_.empty()) target = SteppedByKey(*event, SliderValue(active_), KeyStep(), scaleMin_, scaleMax_);
   if (!target) {
     QWidget::keyPressEvent(event);
     return;

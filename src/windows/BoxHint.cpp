@@ -8,9 +8,9 @@
 namespace zth::windows {
 
 void ShowHint(QLineEdit& box, const QString& hint, const QString& usual) {
-  const QString& shown = hint.isEmpty() ? usual : hint;
-  if (box.toolTip() == shown && box.accessibleDescription() == hint) return;
-  box.setToolTip(shown);
+  // Boxes ask at each key; colours are set anew while a hint stands, since the palette may have changed.
+  if (hint.isEmpty() && box.accessibleDescription().isEmpty() && box.toolTip() == usual) return;
+  box.setToolTip(hint.isEmpty() ? usual : hint);
   box.setAccessibleDescription(hint);
   QPalette colours;
   if (!hint.isEmpty()) {

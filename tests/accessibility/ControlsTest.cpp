@@ -1,6 +1,5 @@
 // What assistive technology may read of our own controls and do to them, and what it is told when they change.
 #include <QApplication>
-#include <QLineEdit>
 #include <QMenu>
 #include <QTest>
 

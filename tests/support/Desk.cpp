@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include <QAbstractButton>
-#include <QAction>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QLabel>

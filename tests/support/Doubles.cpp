@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include <QCoreApplication>
-#include <QTimerEvent>
+#include <QEvent>
 
 namespace zth::testing {
 

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <map>
-#include <memory>
 #include <string>
 
 #include "simulator/SmbusHost.h"
