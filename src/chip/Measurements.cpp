@@ -103,22 +103,11 @@ void ReadDynamicTminState() {
 }  // namespace
 
 void ReadMeasurementGroup(std::int16_t group) {
-  switch (group) {
-    case 1:
-      return ReadTemperatures();
-    case 2:
-      return ReadTachs();
-    case 3:
-      return ReadPwms();
-    case 4:
-      return ReadVoltages();
-    case 5:
-      return ReadThermOnTimes();
-    case 6:
-      return ReadDynamicTminState();
-    default:
-      return;
-  }
+  constexpr std::array kGroups{ReadTemperatures, ReadTachs,        ReadPwms,
+                               ReadVoltages,     ReadThermOnTimes, ReadDynamicTminState};
+  if (group < 1 || group > static_cast<std::int16_t>(kGroups.size())) return;
+  kGroups[static_cast<std::size_t>(group - 1)]();
+  ++Measurements.Reads[static_cast<std::size_t>(group)];
 }
 
 void ResetChip() {

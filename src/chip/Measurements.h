@@ -20,6 +20,7 @@ struct MeasurementSet {
   std::array<std::int16_t, 3> PolledOpPoint{};    ///< degrees C; 1 Remote1, 2 Remote2
   std::array<std::int16_t, 3> PolledHighLimit{};  ///< likewise
   std::array<std::int16_t, 3> PolledLowLimit{};   ///< likewise
+  std::array<std::uint32_t, 7> Reads{};           ///< how often group 1 to 6 has been read; 0 is not in use
 };
 
 extern MeasurementSet Measurements;
