@@ -1,11 +1,15 @@
 #include <QApplication>
 #include <QFileDialog>
-#include <QLabel>
+#include <QFileInfo>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QPointer>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QStringList>
 
 #include "platform/DesktopParts.h"
+#include "platform/Questions.h"
 
 namespace zth::platform {
 namespace {
@@ -24,24 +28,42 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+/// A short text must not make a box too narrow for its title. A row of its own holds the width: one put to the text's
+/// label would take the place of the label's own and cut a long text.
+void WidenForTitle(QMessageBox& box) {
+  auto* grid = qobject_cast<QGridLayout*>(box.layout());
+  if (grid == nullptr) return;
+  const int width = box.fontMetrics().horizontalAdvance(box.windowTitle()) * 3 / 2;
+  grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+constexpr char kLastFolder[] = "FileFolder";
+
+bool TakesFiles(const QString& folder) {
+  const QFileInfo info(folder);
+  return info.isDir() && info.isWritable();
+}
+
 }  // namespace
 
 BoxAnswer DesktopPrompts::Ask(const BoxQuestion& question) {
   const bool yesNo = question.buttons == BoxButtons::YesNo;
-  QMessageBox box(QtIcon(question.icon), question.title, question.text,
-                  yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok),
-                  QApplication::activeWindow());
+  const BoxAnswer cancelled = yesNo ? BoxAnswer::No : BoxAnswer::Ok;
+  if (IsClosed(question.asker)) return cancelled;
+  const OpenQuestion open;
+  // On the heap: a window that is deleted all the same takes its boxes along.
+  const QPointer box =
+      new QMessageBox(QtIcon(question.icon), question.title, question.text,
+                      yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok),
+                      question.asker != nullptr ? question.asker : QApplication::activeWindow());
   // Texts are shown as they stand: with rich text guessed, two blanks would become one.
-  box.setTextFormat(Qt::PlainText);
-  box.setWindowModality(Qt::ApplicationModal);
-  // A short text must not make a box too narrow for its title.
-  if (auto* label = box.findChild<QLabel*>("qt_msgbox_label")) {
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(question.title) * 3 / 2);
-  }
-  if (yesNo) box.setEscapeButton(QMessageBox::No);
-  const int answer = box.exec();
-  if (!yesNo) return BoxAnswer::Ok;
-  return answer == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
+  box->setTextFormat(Qt::PlainText);
+  box->setWindowModality(Qt::ApplicationModal);
+  WidenForTitle(*box);
+  if (yesNo) box->setEscapeButton(QMessageBox::No);
+  const int answer = box->exec();
+  delete box;
+  return answer == QMessageBox::Yes ? BoxAnswer::Yes : cancelled;
 }
 
 QString QtFilter(const QString& filter) {
@@ -61,17 +83,35 @@ QString FilterExtension(const QString& filter) {
   return pattern.startsWith("*.") && !pattern.contains("*.*") ? pattern.mid(2) : QString();
 }
 
+QString DesktopFileDialogs::StartFolder(const QString& wanted) const {
+  // The same for saving and for opening, so that what has just been saved is where the next dialog looks.
+  using Paths = QStandardPaths;
+  for (const QString& folder :
+       {wanted, settings_.Get(kLastFolder, {}), Paths::writableLocation(Paths::DocumentsLocation),
+        Paths::writableLocation(Paths::HomeLocation)}) {
+    if (TakesFiles(folder)) return folder;
+  }
+  return wanted;
+}
+
 QString DesktopFileDialogs::Ask(const FileQuestion& question, QWidget* parent) {
-  QFileDialog dialog(parent, question.caption, question.folder, QtFilter(question.filter));
-  dialog.setObjectName(question.name);
+  if (IsClosed(parent)) return {};
+  const OpenQuestion open;
+  const QPointer dialog =
+      new QFileDialog(parent, question.caption, StartFolder(question.folder), QtFilter(question.filter));
+  dialog->setObjectName(question.name);
   const bool save = question.kind == FileQuestion::Kind::Save;
-  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-  dialog.setDefaultSuffix(FilterExtension(question.filter));
-  dialog.setOption(QFileDialog::DontConfirmOverwrite, question.appends);
-  if (!question.suggestion.isEmpty()) dialog.selectFile(question.suggestion);
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
-  return dialog.selectedFiles().constFirst();
+  dialog->setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog->setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog->setDefaultSuffix(FilterExtension(question.filter));
+  dialog->setOption(QFileDialog::DontConfirmOverwrite, question.appends);
+  if (!question.suggestion.isEmpty()) dialog->selectFile(question.suggestion);
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  if (dialog == nullptr) return {};
+  const QString file = accepted ? dialog->selectedFiles().value(0) : QString();
+  delete dialog;
+  if (!file.isEmpty()) settings_.Put(kLastFolder, QFileInfo(file).absolutePath());
+  return file;
 }
 
 }  // namespace zth::platform

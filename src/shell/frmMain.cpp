@@ -246,7 +246,8 @@ void frmMain::SetStatus(const QString& text) {
 
 void frmMain::EnableTimer(bool on) {
   if (on) {
-    tmrMaster_->start();
+    // Once closed, no handler that was cut short brings it back.
+    if (!unloaded_) tmrMaster_->start();
   } else {
     tmrMaster_->stop();
   }

@@ -74,7 +74,8 @@ TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
 
 TEST(FileDialogs, AskForOneFileAndTellACancel) {
   const QTemporaryDir folder;
-  DesktopFileDialogs dialogs;
+  IniSettings settings(folder.filePath("settings.conf"));
+  DesktopFileDialogs dialogs(settings);
   const FileQuestion question{
       FileQuestion::Kind::Save, "CommonDialog1", "Save", folder.path(), "Log Files (*.csv)|*.csv", "", true};
   OnceShown<QFileDialog>([](QFileDialog& dialog) {

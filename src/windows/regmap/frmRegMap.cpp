@@ -1,8 +1,6 @@
 #include "windows/regmap/frmRegMap.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QClipboard>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLabel>
@@ -193,7 +191,7 @@ void frmRegMap::CopyRows() {
   if (node == nullptr) return;
   QStringList rows;
   CollectRows(*node, rows);
-  QApplication::clipboard()->setText(rows.join('\n'));
+  Services().clipboard.PutText(rows.join('\n'));
 }
 
 bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
