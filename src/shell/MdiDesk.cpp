@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QMdiSubWindow>
+#include <QPointer>
 #include <QProxyStyle>
 #include <QScrollBar>
 
@@ -47,9 +48,12 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
   QMdiSubWindow* frame = addSubWindow(&window);
   frame->setStyle(titleBars_);
   frame->setAttribute(Qt::WA_DeleteOnClose);
-  // Queued: while the state changes, the frame has not got its size yet.
+  // Queued: while the state changes, the frame has not got its size yet. It may be gone by then.
   connect(
-      frame, &QMdiSubWindow::windowStateChanged, this, [this, frame] { RestoreTooLarge(*frame); },
+      frame, &QMdiSubWindow::windowStateChanged, this,
+      [this, alive = QPointer(frame)] {
+        if (alive != nullptr) RestoreTooLarge(*alive);
+      },
       Qt::QueuedConnection);
   return *frame;
 }
