@@ -124,5 +124,25 @@ TEST(Boxes, OfAFailedLinkEndTheProgramAlsoOverADialogAndTheHeatersMayGoOn) {
   real.ExpectAlive();
 }
 
+TEST(Boxes, OverADialogKeepItsWindowUntilItsHandlerIsThrough) {
+  RealDesktop real;
+  real.Start();
+  const QPointer window = real.Open("frmLogging");
+  const ModalHand hand([&](QWidget& modal) {
+    if (qobject_cast<QMessageBox*>(&modal) == nullptr) {
+      real.desk.board.failMatching = "usb H";
+      real.desk.Open("frmHeaters");
+      return;
+    }
+    RealDesktop::CloseFrame(*window);
+    // The box lets its event loop run on.
+    QTimer::singleShot(20, &modal, [&modal] { QTest::keyClick(&modal, Qt::Key_Escape); });
+  });
+  real.Do([&] { QTest::mouseClick(&Desk::Get<QPushButton>(*window, "cmdLogData"), Qt::LeftButton); });
+  EXPECT_EQ(hand.Seen(), 2);
+  EXPECT_EQ(window, nullptr);
+  real.ExpectAlive();
+}
+
 }  // namespace
 }  // namespace zth::testing
