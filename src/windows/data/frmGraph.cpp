@@ -39,7 +39,8 @@ frmGraph::frmGraph(const Context& context) : ChildWindow("frmGraph", "Graphing",
   lblHint_->setObjectName("lblHint");
   lblHint_->setAlignment(Qt::AlignCenter);
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
-  OnSelect(*cmbGraph_, [this] { cmbGraph_Click(); });
+  OnSelect(
+      *cmbGraph_, [this] { cmbGraph_Click(); }, Wheel::WithFocus);
   OnChange(*txtUpdate_, [this] { txtUpdate_Change(); });
 }
 

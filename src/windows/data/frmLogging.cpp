@@ -152,7 +152,7 @@ QHBoxLayout* frmLogging::MakeCommandRow() {
   row->addWidget(cmdLogData_);
   auto* close = MakeButton("cmdClose", "C&lose", &frmLogging::cmdClose_Click);
   row->addWidget(close);
-  SetDefaultButton(*cmdLogData_);
+  SelectOnEnter();  // a stray Enter neither starts nor stops a log
   SetCancelButton(*close);
   return row;
 }

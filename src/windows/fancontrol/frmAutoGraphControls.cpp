@@ -63,7 +63,6 @@ frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", 
   auto* cmdCancel = new QPushButton("Clo&se", this);
   cmdCancel->setObjectName("cmdCancel");
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
-  SetDefaultButton(*cmdCancel);
   SetCancelButton(*cmdCancel);
   controls->addWidget(cmdCancel, 0, Qt::AlignRight);
 
@@ -71,6 +70,7 @@ frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", 
   row->addLayout(controls);
   row->addWidget(stpGraph_, 1);
   OnTab(*tbPWM_, [this] { tbPWM_Click(); });
+  OnTab(*tbTemp_);
 }
 
 QWidget* frmAutoGraph::MakeAllFans() {

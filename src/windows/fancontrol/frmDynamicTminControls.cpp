@@ -130,7 +130,6 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
   auto* cmdCancel = new QPushButton("Clo&se", area);
   cmdCancel->setObjectName("cmdCancel");
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
-  SetDefaultButton(*cmdCancel);
   SetCancelButton(*cmdCancel);
 
   auto* row = new QHBoxLayout(area);

@@ -57,7 +57,6 @@ frmManualControl::frmManualControl(const Context& context)
   auto* cmdClose = new QPushButton("Clo&se", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
-  SetDefaultButton(*cmdClose);
   SetCancelButton(*cmdClose);
 
   auto* column = new QVBoxLayout(this);
