@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kPwms = 4;
 constexpr std::int32_t kPwm1Value = 0xAA;
+constexpr std::size_t kDutyGroup = 3;
 
 /// A label on a rounded ground of its palette's window colour.
 class Badge final : public QLabel {
@@ -126,6 +127,10 @@ void frmManualControl::RefreshManualControlStates() {
 
 void frmManualControl::RefreshManualControlSliders() {
   for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
+    // A duty that was read before the last write would turn the slider back, and the next step of a key would take the
+    // fan there.
+    if (writtenAfter_[pwm] == chip::Measurements.Reads[kDutyGroup]) continue;
+    writtenAfter_[pwm].reset();
     sldManual_[pwm]->SetValue(std::min<int>(chip::Measurements.PwmPercent[pwm], 100));
   }
 }
@@ -148,7 +153,9 @@ void frmManualControl::sldManual_MouseUp() {
 }
 
 void frmManualControl::sldManual_Change(int index) {
-  const double percent = sldManual_[static_cast<std::size_t>(index)]->Value();
+  const auto pwm = static_cast<std::size_t>(index);
+  const double percent = sldManual_[pwm]->Value();
+  writtenAfter_[pwm] = chip::Measurements.Reads[kDutyGroup];
   link::WriteRegisterValue(link::DeviceAddress, kPwm1Value + index, chip::ByteFromPercent(percent));
 }
 

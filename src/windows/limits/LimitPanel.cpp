@@ -1,6 +1,7 @@
 #include "windows/limits/LimitPanel.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QComboBox>
 #include <QSignalBlocker>
@@ -12,6 +13,7 @@
 #include "platform/Guard.h"
 #include "widgets/LGauge.h"
 #include "windows/Handlers.h"
+#include "windows/limits/LimitStops.h"
 
 namespace zth::windows {
 namespace {
@@ -118,9 +120,11 @@ void LimitPanel::ShowLimits() {
     SetNeedle(kScaleEndNeedle, top);
     SetNeedle(kReadingNeedle, top / 2);
   }
-  if (tab_.lowAndHigh) SetSlider(kLowSlider, low);
-  SetSlider(kHighSlider, high);
-  gauge_->SetSliderStep(tab_.step(high, *channel));
+  for (const auto& [number, value] : {std::pair{kLowSlider, low}, {kHighSlider, high}}) {
+    if (number == kLowSlider && !tab_.lowAndHigh) continue;
+    SetSlider(number, value);
+    gauge_->SetSliderStops(number, LimitStops(tab_, *channel, value));
+  }
 }
 
 void LimitPanel::ApplyLimits() {
