@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -15,6 +16,15 @@ namespace {
 
 bool IsEnter(const QKeyEvent& event) {
   return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+/// Some desktops let Enter tick the box or open the list that has the focus, or lose itself in the frame around it.
+/// Here it means the same on all of them.
+bool MayTakeEnter(const QObject& control) {
+  if (qobject_cast<const QAbstractButton*>(&control) != nullptr) {
+    return qobject_cast<const QPushButton*>(&control) == nullptr;
+  }
+  return qobject_cast<const QComboBox*>(&control) != nullptr || qobject_cast<const QGroupBox*>(&control) != nullptr;
 }
 
 constexpr float kHintStrength = 0.7F;  // of a text's; desktops' own half of it is too pale to read
@@ -72,13 +82,11 @@ bool ChildWindow::event(QEvent* event) {
   return QWidget::event(event);
 }
 
-// Some desktops let Enter tick the box or open the list that has the focus. Here it means the same on all of them.
 void ChildWindow::WatchForEnter() {
   if (parentWidget() != nullptr) parentWidget()->installEventFilter(this);
-  for (auto* button : findChildren<QAbstractButton*>()) {
-    if (qobject_cast<QPushButton*>(button) == nullptr) button->installEventFilter(this);
+  for (auto* control : findChildren<QWidget*>()) {
+    if (MayTakeEnter(*control)) control->installEventFilter(this);
   }
-  for (auto* list : findChildren<QComboBox*>()) list->installEventFilter(this);
 }
 
 bool ChildWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -90,7 +98,7 @@ bool ChildWindow::eventFilter(QObject* watched, QEvent* event) {
     keyPressEvent(key);
     return true;
   }
-  if (!IsEnter(*key)) return QWidget::eventFilter(watched, event);
+  if (!IsEnter(*key) || !MayTakeEnter(*watched)) return QWidget::eventFilter(watched, event);
   key->ignore();  // and so it comes to this window
   return true;
 }

@@ -13,7 +13,6 @@
 #include "platform/Guard.h"
 #include "widgets/LGauge.h"
 #include "windows/Handlers.h"
-#include "windows/limits/LimitStops.h"
 
 namespace zth::windows {
 namespace {
@@ -120,10 +119,11 @@ void LimitPanel::ShowLimits() {
     SetNeedle(kScaleEndNeedle, top);
     SetNeedle(kReadingNeedle, top / 2);
   }
+  if (std::exchange(placesOf_, channel) != channel) places_ = PlacesOf(tab_, *channel);
   for (const auto& [number, value] : {std::pair{kLowSlider, low}, {kHighSlider, high}}) {
     if (number == kLowSlider && !tab_.lowAndHigh) continue;
     SetSlider(number, value);
-    gauge_->SetSliderStops(number, LimitStops(tab_, *channel, value));
+    gauge_->SetSliderStops(number, LimitStops(places_, value));
   }
 }
 
