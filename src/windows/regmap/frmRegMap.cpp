@@ -143,7 +143,7 @@ void frmRegMap::ShowWrite() {
 void frmRegMap::SetAddressBox(const QString& text) {
   if (keepsAddress_) return;
   txtReadAddr_->setModified(false);
-  if (txtReadAddr_->text() == text) return;
+  if (txtReadAddr_->text() == text.toUpper()) return;
   // The cursor stays, so that a read in the middle of typing does not part the digits.
   const int cursor = txtReadAddr_->cursorPosition();
   txtReadAddr_->setText(text);
@@ -189,7 +189,9 @@ void frmRegMap::txtReadAddr_Change() {
   const QString upper = txtReadAddr_->text().toUpper();
   if (txtReadAddr_->text() != upper) {
     const bool typed = txtReadAddr_->isModified();
-    SetAddressBox(upper);
+    const int cursor = txtReadAddr_->cursorPosition();
+    txtReadAddr_->setText(upper);
+    txtReadAddr_->setCursorPosition(cursor);
     txtReadAddr_->setModified(typed);
   }
   TellWrites();
