@@ -48,7 +48,7 @@ bool OpenPipe() {
 }
 
 void Catch(int number) {
-  struct sigaction action{};
+  struct sigaction action {};
   ::sigaction(number, nullptr, &action);
   // Started under nohup, a program outlives its terminal.
   if (number == SIGHUP && action.sa_handler == SIG_IGN) return;
@@ -82,7 +82,8 @@ EndWatch::EndWatch(EndOrders orders) : orders_(std::move(orders)) {
   WatchSignals();
   qApp->installEventFilter(this);
   // Direct: the session goes on as soon as this has returned.
-  connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { orders_.save(); }, Qt::DirectConnection);
+  connect(
+      qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { orders_.save(); }, Qt::DirectConnection);
 }
 
 EndWatch::~EndWatch() = default;
