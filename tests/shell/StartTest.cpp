@@ -150,14 +150,13 @@ TEST(Start, AConnectionOnTheTwentiethTryCounts) {
 
 #if !defined(_WIN32)
 TEST(Start, TheLibraryIsCalledWithTheBytesOfWhateverFolderTheProgramIsIn) {
-  for (const std::string& folder : {std::string("/opt/Pr\xC3\xBC"
-                                                "fstand"),
-                                    std::string("/opt/\xE7\xA0\x94\xE7\xA9\xB6 \xF0\x9F\x9A\x80/bin"),
-                                    '/' + std::string(498, 'x'), '/' + std::string(3000, 'x')}) {
+  for (const QString& folder :
+       {QString::fromUtf16(u"/opt/Pr\u00FCfstand"), QString::fromUtf16(u"/opt/\u7814\u7A76 \U0001F680/bin"),
+        '/' + QString(498, 'x'), '/' + QString(3000, 'x')}) {
     Desk desk(Desk::Buses::Usb);
-    desk.process.folder = QString::fromStdString(folder);
+    desk.process.folder = folder;
     EXPECT_EQ(desk.RunMain(), std::nullopt);
-    EXPECT_EQ(desk.board.traffic.front(), "usb F " + folder + "/ZTH4718FW.Hex");
+    EXPECT_EQ(desk.board.traffic.front(), "usb F " + folder.toUtf8().toStdString() + "/ZTH4718FW.Hex");
     EXPECT_EQ(shell::AnsiBuffer[0] == 0, folder.size() > 498) << "what fits 513 bytes with its end";
   }
 }
