@@ -10,6 +10,7 @@ namespace zth::platform {
 class DesktopPrompts final : public Prompts {
  public:
   BoxAnswer Ask(const BoxQuestion& question) override;
+  int Choose(const ChoiceQuestion& question) override;
 };
 
 class DesktopFileDialogs final : public FileDialogs {
@@ -74,10 +75,22 @@ class DesktopFiles final : public Files {
   std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
 };
 
+/// Waits for what ends the program from outside, while it exists.
+class EndWatch;
+
+/// Keeps a pipe whose reader has gone from ending the process: the write fails, as any other does.
+void IgnoreBrokenPipes();
+
 class DesktopProcess final : public Process {
  public:
+  DesktopProcess();
+  ~DesktopProcess() override;
+  void OnEndOrders(EndOrders orders) override;
   [[noreturn]] void End(int status) override;
   QString Folder() const override;
+
+ private:
+  std::unique_ptr<EndWatch> watch_;
 };
 
 }  // namespace zth::platform

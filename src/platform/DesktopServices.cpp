@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "platform/DesktopParts.h"
+#include "platform/EndWatch.h"
 
 namespace zth::platform {
 
@@ -21,6 +22,14 @@ void DesktopEvents::Pump() {
 
 void DesktopEvents::PumpPaint() {
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+DesktopProcess::DesktopProcess() = default;
+DesktopProcess::~DesktopProcess() = default;
+
+void DesktopProcess::OnEndOrders(EndOrders orders) {
+  watch_.reset();
+  watch_ = std::make_unique<EndWatch>(std::move(orders));
 }
 
 void DesktopProcess::End(int status) {
@@ -48,7 +57,10 @@ struct DesktopServices::Parts {
 DesktopServices::DesktopServices()
     : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,
                                               parts_->shell,     parts_->clock,       parts_->events,
-                                              parts_->libraries, parts_->files,       parts_->process} {}
+                                              parts_->libraries, parts_->files,       parts_->process} {
+  // Before any library is loaded: they speak on the standard error stream, which may be such a pipe.
+  IgnoreBrokenPipes();
+}
 
 DesktopServices::~DesktopServices() = default;
 

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 class QTimer;
 class QWidget;
@@ -27,12 +29,24 @@ struct BoxQuestion {
   BoxButtons buttons = BoxButtons::Ok;
 };
 
+/// A box whose answers have captions of their own.
+struct ChoiceQuestion {
+  QString title;
+  QString text;
+  QStringList choices;  ///< captions with their mnemonics, from left to right
+  int escape = 0;       ///< the choice that Escape, and closing the box, stand for; Enter takes it too
+  BoxIcon icon = BoxIcon::Warning;
+};
+
 class Prompts {
  public:
   virtual ~Prompts() = default;
   /// Shows the box, application-modal, and returns when it has been answered. Closing a box with Yes and No counts as
   /// No.
   virtual BoxAnswer Ask(const BoxQuestion& question) = 0;
+  /// The same with choices; the result is the index of the one taken. Timers go on meanwhile, and so does the monitor:
+  /// look anew at what the question was about.
+  virtual int Choose(const ChoiceQuestion& question) = 0;
 };
 
 /// An open or save file dialog.
@@ -138,9 +152,18 @@ class Files {
   virtual std::optional<QByteArray> Read(const QString& path, std::int64_t limit) = 0;
 };
 
+/// What the program does when it is told from outside to end. Both run on the user-interface thread, in the next turn
+/// of whichever event loop runs then, that of a modal dialog too.
+struct EndOrders {
+  std::function<void()> save;  ///< the user's session is about to end, which may yet be called off
+  std::function<void()> end;   ///< a signal (SIGTERM, SIGHUP, SIGINT), or the session ends now
+};
+
 class Process {
  public:
   virtual ~Process() = default;
+  /// Hands in what is to be done from now on. An `end` that returns has found nothing to do: things take their course.
+  virtual void OnEndOrders(EndOrders orders) = 0;
   /// Ends the process. Does not return: the double of the tests leaves by throwing ProcessEnded.
   [[noreturn]] virtual void End(int status) = 0;
   /// The folder of the executable, without a separator behind it.

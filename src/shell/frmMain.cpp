@@ -22,6 +22,7 @@
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
 #include "shell/Icons.h"
+#include "shell/Leaving.h"
 #include "shell/MdiDesk.h"
 #include "shell/MonitorJobs.h"
 #include "shell/Placement.h"
@@ -206,6 +207,11 @@ void frmMain::FinishWork() {
   windows::FinishLog(services_.files);
 }
 
+void frmMain::SaveForEnd() {
+  FinishWork();
+  if (isVisible() && !isMinimized()) StorePlacement(*this, services_.settings);
+}
+
 void frmMain::CloseAllWindows() {
   const auto names = open_.keys();
   for (const QString& name : names) {
@@ -282,7 +288,22 @@ void frmMain::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange && cmbDevices_ != nullptr) FitIcons();
 }
 
+bool frmMain::UserLeaves() {
+  if (unloaded_) return true;
+  if (asking_) return false;
+  bool leaves = false;
+  asking_ = true;
+  FinishWork();  // perhaps a file can be written by now
+  platform::Guarded([&] { leaves = MayLeave(services_); })();
+  asking_ = false;
+  return leaves;
+}
+
 void frmMain::closeEvent(QCloseEvent* event) {
+  if (!UserLeaves()) {
+    event->ignore();
+    return;
+  }
   tmrMaster_->stop();
   CloseAllWindows();
   event->accept();

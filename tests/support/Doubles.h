@@ -118,8 +118,10 @@ class RecordedProcess final : public platform::Process {
     if (onEnd) onEnd();
     throw platform::ProcessEnded{status};
   }
+  void OnEndOrders(platform::EndOrders given) override { orders = std::move(given); }
   QString Folder() const override { return folder; }
 
+  platform::EndOrders orders;  ///< what the program does when it is told to end
   std::vector<int> ends;
   std::function<void()> onEnd;  ///< what is looked at in that moment, behind which a real process does nothing more
   QString folder = "/opt/zth";

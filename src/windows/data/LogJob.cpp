@@ -20,12 +20,6 @@ std::vector<LogFile> logs;
 /// The status bar tells of lines that wait.
 bool trouble = false;
 
-std::int64_t Waiting() {
-  std::int64_t lines = 0;
-  for (const LogFile& log : logs) lines += log.Waiting();
-  return lines;
-}
-
 std::int64_t Lost() {
   std::int64_t lines = 0;
   for (const LogFile& log : logs) lines += log.Lost();
@@ -49,14 +43,20 @@ void DropDone() {
 
 void ShowState(Desktop& desktop) {
   QString text = LogActive ? "Logging Enabled" : "Ready";
-  const bool waits = Waiting() > 0 || Lost() > 0;
-  if (waits) text += QString(" - file not writable, %1 lines waiting").arg(Waiting());
+  const bool waits = LogLinesWaiting() > 0 || Lost() > 0;
+  if (waits) text += QString(" - file not writable, %1 lines waiting").arg(LogLinesWaiting());
   if (Lost() > 0) text += QString(", %1 lost").arg(Lost());
   if (waits || trouble) desktop.SetStatus(text);
   trouble = waits;
 }
 
 }  // namespace
+
+std::int64_t LogLinesWaiting() {
+  std::int64_t lines = 0;
+  for (const LogFile& log : logs) lines += log.Waiting();
+  return lines;
+}
 
 std::string BuildLogLine() {
   // In 64 bits: a log of months passes what 32 bits hold of milliseconds.
@@ -112,8 +112,8 @@ void RunLogJob(const Context& context) {
     if (logs.empty()) logs.emplace_back(LogFileName);
     const std::string line = BuildLogLine();
     // A full store is emptied first, if it can be, so that no line is lost that the file would have taken.
-    if (Waiting() >= kMostWaitingLines) FlushAll(files);
-    logs.back().Add(line, kMostWaitingLines - Waiting());
+    if (LogLinesWaiting() >= kMostWaitingLines) FlushAll(files);
+    logs.back().Add(line, kMostWaitingLines - LogLinesWaiting());
     ++LogSampleCount;
   }
   FlushAll(files);

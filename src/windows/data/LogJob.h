@@ -36,6 +36,9 @@ void RunLogJob(const Context& context);
 /// Tries once more to write the lines that wait: for the end of the program.
 void FinishLog(platform::Files& files);
 
+/// Lines that wait for a file that cannot be written, over all files.
+std::int64_t LogLinesWaiting();
+
 /// Forgets all lines and files.
 void ResetLog();
 
