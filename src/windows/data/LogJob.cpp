@@ -70,9 +70,11 @@ QString WaitingText() {
 void ShowState(Desktop& desktop) {
   // Without a log the bar tells of what is still to come; what has been is told in the window until the next start.
   const QString trouble = LogActive ? LogTrouble() : WaitingText();
-  QString text = LogActive ? "Logging Enabled" : "Ready";
-  if (!trouble.isEmpty()) text += " - " + trouble;
-  if (!trouble.isEmpty() || troubleShows) desktop.SetStatus(text);
+  if (!trouble.isEmpty()) {
+    desktop.SetStatus((LogActive ? "Logging Enabled - " : "Ready - ") + trouble);
+  } else if (troubleShows) {
+    desktop.SetStatus(LogActive ? "Logging Enabled" : "Ready");
+  }
   troubleShows = !trouble.isEmpty();
   if (auto* window = qobject_cast<frmLogging*>(desktop.FindWindow("frmLogging"))) window->ShowState();
 }

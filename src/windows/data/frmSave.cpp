@@ -29,6 +29,9 @@ namespace {
 
 constexpr char kFilter[] = "Text Files (*.sav)|*.sav";
 
+/// A recall that is over within so many seconds runs through at one go, so that no window flickers.
+constexpr double kTooShortToCancel = 0.2;
+
 /// The user's short formats, with all digits of the year and with seconds: files of one afternoon are told apart by
 /// them.
 QString DateText(const QDate& date) {
@@ -249,27 +252,31 @@ void frmSave::Recall(std::string_view text, const QString& file) {
   }
   Desktop& desktop = TheDesktop();
   platform::Events& events = Services().events;
+  const platform::Clock& clock = Services().clock;
   const QPointer<frmSave> self(this);
   SavedReader reader(text);
   auto result = reader.FindStart() ? SavedReader::Result::Line : SavedReader::Result::Broken;
   int written = 0;
   stop_ = false;
   desktop.EnableTimer(false);
-  {
-    const CancelPossible cancelPossible(*this);
-    while (result == SavedReader::Result::Line) {
-      int address = 0;
-      int value = 0;
-      result = reader.Next(address, value);
-      if (result != SavedReader::Result::Line) break;
-      ShowProgress(reader.Percent(), "Writing " + RegisterName(address));
+  std::optional<CancelPossible> cancelPossible;
+  const double began = clock.Now();
+  while (result == SavedReader::Result::Line) {
+    int address = 0;
+    int value = 0;
+    result = reader.Next(address, value);
+    if (result != SavedReader::Result::Line) break;
+    ShowProgress(reader.Percent(), "Writing " + RegisterName(address));
+    if (clock.Now() - began >= kTooShortToCancel) {
+      if (!cancelPossible) cancelPossible.emplace(*this);
       // Whatever the user does now happens here, between two registers; the window may be gone behind it.
       events.Pump();
       if (!self || stop_) break;
-      link::WriteRegisterValue(link::DeviceAddress, address, value);
-      ++written;
     }
+    link::WriteRegisterValue(link::DeviceAddress, address, value);
+    ++written;
   }
+  cancelPossible.reset();
   desktop.EnableTimer(true);
   const bool cancelled = result == SavedReader::Result::Line;
   QString outcome = (cancelled ? "Cancelled after " : "") + Registers(written) + " written";
