@@ -166,7 +166,7 @@ void frmSave::Form_Unload() {
 
 bool frmSave::ShowProgress(int percent, const QString& reg) {
   // Once for each step of the bar: painting must not make a long file longer.
-  if (percent == prgWork_->value()) return false;
+  if (percent == prgWork_->value() && !lblState_->text().isEmpty()) return false;
   prgWork_->setValue(percent);
   lblState_->setText(reg);
   return true;
