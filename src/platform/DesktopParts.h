@@ -69,10 +69,13 @@ class DesktopLibraries final : public Libraries {
 
 class DesktopFiles final : public Files {
  public:
-  FileAppend Append(const QString& path, const QByteArray& bytes) override;
-  bool Cut(const QString& path, std::int64_t from, std::int64_t to) override;
+  std::optional<FileState> Look(const QString& path) override;
+  FileAppend Append(const QString& path, const std::optional<FileState>& seen, const QByteArray& bytes) override;
+  bool Cut(const QString& path, const FileState& seen, std::int64_t size) override;
+  QString VolumeOf(const QString& path) override;
   bool Replace(const QString& path, const QByteArray& bytes) override;
   std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
+  std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) override;
 };
 
 /// Waits for what ends the program from outside, while it exists.

@@ -129,10 +129,19 @@ class Libraries {
   virtual LoadedLibrary Load(const QString& name) = 0;
 };
 
+/// A file as it stands: which one it is, whatever its name, by the platform's own numbers, and how long it is.
+struct FileState {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  std::int64_t size = 0;
+
+  bool SameFile(const FileState& other) const { return device == other.device && number == other.number; }
+};
+
 /// What an append has left in the file.
 struct FileAppend {
   bool opened = false;
-  std::int64_t before = 0;   ///< the file's size before it, in bytes
+  FileState before;          ///< the file, with its size before it
   std::int64_t written = 0;  ///< bytes of it that stand in the file; fewer than were handed in on a full disk
 };
 
@@ -140,16 +149,22 @@ struct FileAppend {
 class Files {
  public:
   virtual ~Files() = default;
-  /// Opens the file for appending (one that is not there starts empty), hands it all bytes in one write and closes it.
-  virtual FileAppend Append(const QString& path, const QByteArray& bytes) = 0;
-  /// Cuts a file of `from` bytes to `to`. False when that failed; a file that is not `from` bytes long any more is not
-  /// what was meant, and stays as it is with true.
-  virtual bool Cut(const QString& path, std::int64_t from, std::int64_t to) = 0;
+  /// The file of that name, nothing when there is none.
+  virtual std::optional<FileState> Look(const QString& path) = 0;
+  /// Opens the file for appending, hands it all bytes in one write and closes it. It is to be the file that was `seen`,
+  /// longer by now or not, or a new one when none was; in any other nothing is written, and it counts as not opened.
+  virtual FileAppend Append(const QString& path, const std::optional<FileState>& seen, const QByteArray& bytes) = 0;
+  /// Cuts the file to `size` bytes. False when that failed, or when it is not the file `seen`, as long as it was then.
+  virtual bool Cut(const QString& path, const FileState& seen, std::int64_t size) = 0;
+  /// The root of the volume that the path lies on, however much of the path there is; empty when nobody knows.
+  virtual QString VolumeOf(const QString& path) = 0;
   /// Puts a file of these bytes in the place of what stands there: written aside, flushed and renamed, so that either
   /// the old one or the new one is there whole. False when it could not be done; the old one is as it was.
   virtual bool Replace(const QString& path, const QByteArray& bytes) = 0;
   /// The file's bytes, at most the first `limit` of them; nothing when it cannot be opened.
   virtual std::optional<QByteArray> Read(const QString& path, std::int64_t limit) = 0;
+  /// So many of its bytes from a place on, fewer where it ends before; nothing when it cannot be opened.
+  virtual std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) = 0;
 };
 
 /// What the program does when it is told from outside to end. Both run on the user-interface thread, in the next turn

@@ -250,8 +250,13 @@ void frmMain::SetStatus(const QString& text) {
   panels_[0]->setText(text);
 }
 
+void frmMain::Tell(const QString& text) {
+  constexpr int kMilliseconds = 10'000;
+  statusBar()->showMessage(text, kMilliseconds);
+}
+
 void frmMain::EnableTimer(bool on) {
-  if (on) {
+  if (on && !unloaded_) {
     tmrMaster_->start();
   } else {
     tmrMaster_->stop();

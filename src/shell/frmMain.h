@@ -44,6 +44,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   windows::ChildWindow* OpenWindow(const QString& name) override;
   windows::ChildWindow* FindWindow(const QString& name) const override;
   void SetStatus(const QString& text) override;
+  void Tell(const QString& text) override;
   void EnableTimer(bool on) override;
   QWidget& Frame() override { return *this; }
 
