@@ -92,6 +92,7 @@ QString DesktopFiles::VolumeOf(const QString& path) {
 }
 
 bool DesktopFiles::Replace(const QString& path, const QByteArray& bytes) {
+  if (IsSomethingElse(path)) return false;
   QSaveFile file(path);
   // Without a buffer: QSaveFile does not notice when the last of one does not fit the disk.
   return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(bytes) == bytes.size() && OnDisk(file) &&

@@ -15,7 +15,14 @@ class DesktopPrompts final : public Prompts {
 
 class DesktopFileDialogs final : public FileDialogs {
  public:
+  /// Remembers the folder used last in the settings.
+  explicit DesktopFileDialogs(Settings& settings) : settings_(settings) {}
   QString Ask(const FileQuestion& question, QWidget* parent) override;
+
+ private:
+  QString StartFolder(const QString& wanted) const;
+
+  Settings& settings_;
 };
 
 /// Turns "Log Files (*.csv)|*.csv" into the form of Qt, "Log Files (*.csv)", entries joined by ";;".
@@ -24,7 +31,8 @@ QString QtFilter(const QString& filter);
 /// The extension of a filter's first pattern, without its point ("csv"); empty when the pattern names none.
 QString FilterExtension(const QString& filter);
 
-/// An INI file with one section, "Settings". Keys that the program does not know stay in it.
+/// An INI file with one section, "Settings". Keys that the program does not know stay in it. Anything but a regular
+/// file is left alone: nothing is stored then, and every key has its fallback.
 class IniSettings final : public Settings {
  public:
   explicit IniSettings(QString file) : file_(std::move(file)) {}
@@ -37,6 +45,12 @@ class IniSettings final : public Settings {
 
  private:
   QString file_;
+};
+
+class DesktopClipboard final : public Clipboard {
+ public:
+  void PutText(const QString& text) override;
+  void PutPicture(const QImage& picture) override;
 };
 
 class DesktopShell final : public Shell {

@@ -44,20 +44,21 @@ QString DesktopProcess::Folder() const {
 
 struct DesktopServices::Parts {
   DesktopPrompts prompts;
-  DesktopFileDialogs fileDialogs;
   IniSettings settings{IniSettings::UserFile()};
+  DesktopFileDialogs fileDialogs{settings};
   DesktopShell shell;
   DesktopClock clock;
   DesktopEvents events;
   DesktopLibraries libraries{QCoreApplication::applicationDirPath()};
   DesktopFiles files;
+  DesktopClipboard clipboard;
   DesktopProcess process;
 };
 
 DesktopServices::DesktopServices()
-    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,
-                                              parts_->shell,     parts_->clock,       parts_->events,
-                                              parts_->libraries, parts_->files,       parts_->process} {
+    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,  parts_->shell,
+                                              parts_->clock,     parts_->events,      parts_->libraries, parts_->files,
+                                              parts_->clipboard, parts_->process} {
   // Before any library is loaded: they speak on the standard error stream, which may be such a pipe.
   IgnoreBrokenPipes();
 }

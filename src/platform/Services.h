@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+class QImage;
 class QTimer;
 class QWidget;
 
@@ -27,6 +28,7 @@ struct BoxQuestion {
   QString text;
   BoxIcon icon = BoxIcon::None;
   BoxButtons buttons = BoxButtons::Ok;
+  QWidget* asker = nullptr;  ///< in the window that asks, whose closing cancels the box; null for the program itself
 };
 
 /// A box whose answers have captions of their own.
@@ -42,7 +44,7 @@ class Prompts {
  public:
   virtual ~Prompts() = default;
   /// Shows the box, application-modal, and returns when it has been answered. Closing a box with Yes and No counts as
-  /// No.
+  /// No, and so does the closing of the window that asks; that window is there until its handler has returned.
   virtual BoxAnswer Ask(const BoxQuestion& question) = 0;
   /// The same with choices; the result is the index of the one taken. Timers go on meanwhile, and so does the monitor:
   /// look anew at what the question was about.
@@ -55,7 +57,7 @@ struct FileQuestion {
   Kind kind = Kind::Open;
   QString name;          ///< the dialog's objectName, as "CommonDialog1"
   QString caption;       ///< its title
-  QString folder;        ///< where it starts
+  QString folder;        ///< where it starts, if it can be written; else in the folder used last, or in the documents
   QString filter;        ///< "Log Files (*.csv)|*.csv": description and pattern pairs joined by bars
   QString suggestion;    ///< file name offered at the start; may be empty
   bool appends = false;  ///< the file will be extended, so that choosing an existing one needs no warning
@@ -65,7 +67,8 @@ class FileDialogs {
  public:
   virtual ~FileDialogs() = default;
   /// The full path chosen, or an empty text when the dialog was cancelled. A Save adds the filter's first extension to
-  /// a name without one, and asks before it takes a file that exists, unless the question says that it appends.
+  /// a name without one, and asks before it takes a file that exists, unless the question says that it appends. The
+  /// closing of the parent's window cancels it; the window is there until the handler that asks has returned.
   virtual QString Ask(const FileQuestion& question, QWidget* parent) = 0;
 };
 
@@ -77,6 +80,14 @@ class Settings {
   virtual QString Get(const QString& key, const QString& fallback) const = 0;
   /// Stores at once.
   virtual void Put(const QString& key, const QString& text) = 0;
+};
+
+/// What the user pastes elsewhere.
+class Clipboard {
+ public:
+  virtual ~Clipboard() = default;
+  virtual void PutText(const QString& text) = 0;
+  virtual void PutPicture(const QImage& picture) = 0;
 };
 
 /// The desktop's shell.
@@ -200,6 +211,7 @@ struct Services {
   Events& events;
   Libraries& libraries;
   Files& files;
+  Clipboard& clipboard;
   Process& process;
 };
 

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPointer>
 #include <QProxyStyle>
 #include <QScrollBar>
 #include <QShortcut>
@@ -66,9 +67,12 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
   frame->setStyle(titleBars_);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   LeaveCloseKeysToDesk(*frame);
-  // Queued: while the state changes, the frame has not got its size yet.
+  // Queued: while the state changes, the frame has not got its size yet. It may be gone by then.
   connect(
-      frame, &QMdiSubWindow::windowStateChanged, this, [this, frame] { RestoreTooLarge(*frame); },
+      frame, &QMdiSubWindow::windowStateChanged, this,
+      [this, alive = QPointer(frame)] {
+        if (alive != nullptr) RestoreTooLarge(*alive);
+      },
       Qt::QueuedConnection);
   return *frame;
 }

@@ -256,8 +256,9 @@ void frmMain::Tell(const QString& text) {
 }
 
 void frmMain::EnableTimer(bool on) {
-  if (on && !unloaded_) {
-    tmrMaster_->start();
+  if (on) {
+    // Once closed, no handler that was cut short brings it back.
+    if (!unloaded_) tmrMaster_->start();
   } else {
     tmrMaster_->stop();
   }

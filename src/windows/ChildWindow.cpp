@@ -10,6 +10,7 @@
 #include <QPushButton>
 
 #include "platform/Guard.h"
+#include "platform/Questions.h"
 
 namespace zth::windows {
 namespace {
@@ -75,6 +76,8 @@ void ChildWindow::closeEvent(QCloseEvent* event) {
   unloaded_ = true;
   platform::Guarded([this] { Form_Unload(); })();
   emit Unloaded(objectName());
+  // Dialogs of the window go with it; a handler that waits for one still finds it there.
+  platform::CloseQuestions(parentWidget() != nullptr ? *parentWidget() : *this);
 }
 
 bool ChildWindow::event(QEvent* event) {

@@ -101,7 +101,8 @@ TEST(Prompts, ChoicesStandInTheirOrderAndEnterIsAsSafeAsEscape) {
 
 TEST(FileDialogs, AskForOneFileAndTellACancel) {
   const QTemporaryDir folder;
-  DesktopFileDialogs dialogs;
+  IniSettings settings(folder.filePath("settings.conf"));
+  DesktopFileDialogs dialogs(settings);
   const FileQuestion question{
       FileQuestion::Kind::Save, "CommonDialog1", "Save", folder.path(), "Log Files (*.csv)|*.csv", "", true};
   OnceShown<QFileDialog>([](QFileDialog& dialog) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <QDateTime>
+#include <QImage>
 #include <QPointer>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -26,6 +27,15 @@ class MemorySettings final : public platform::Settings {
   void Put(const QString& key, const QString& text) override { values[key] = text; }
 
   std::map<QString, QString> values;
+};
+
+class MemoryClipboard final : public platform::Clipboard {
+ public:
+  void PutText(const QString& put) override { text = put; }
+  void PutPicture(const QImage& put) override { picture = put; }
+
+  QString text;
+  QImage picture;
 };
 
 class RecordingShell final : public platform::Shell {

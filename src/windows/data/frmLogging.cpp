@@ -253,7 +253,7 @@ void frmLogging::Start() {
   }
   if (!any) {
     Services().prompts.Ask({base::kTitle, "At least one item must be selected for logging", platform::BoxIcon::Warning,
-                            platform::BoxButtons::Ok});
+                            platform::BoxButtons::Ok, this});
     return;
   }
   if (!WriteLogHead(Services().files, BuildLogHeader())) {

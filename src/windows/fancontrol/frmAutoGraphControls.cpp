@@ -148,7 +148,7 @@ QWidget* frmAutoGraph::MakeTemperatureTab(int channel) {
 
 widgets::Strip* frmAutoGraph::MakeChart() {
   const platform::Clock& clock = Services().clock;
-  auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, &Services().fileDialogs);
+  auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
   chart->setObjectName("stpGraph");
   chart->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
   chart->setAccessibleName("Duty against temperature");

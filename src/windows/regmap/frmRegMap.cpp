@@ -2,9 +2,7 @@
 
 #include <algorithm>
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QClipboard>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLabel>
@@ -241,7 +239,7 @@ void frmRegMap::CopyRows() {
   if (node == nullptr) return;
   QStringList rows;
   CollectRows(*node, rows);
-  QApplication::clipboard()->setText(rows.join('\n'));
+  Services().clipboard.PutText(rows.join('\n'));
 }
 
 bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {

@@ -14,6 +14,7 @@
 #include "base/Twips.h"
 #include "chip/RegMapStuff.h"
 #include "platform/Guard.h"
+#include "widgets/PopUpMenu.h"
 #include "windows/Handlers.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
@@ -173,7 +174,14 @@ void frmRegMap::ConnectTree() {
   copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(copy, &QAction::triggered, this, [this] { CopyRows(); });
   TreeView1_->addAction(copy);
-  TreeView1_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  // Not the policy that shows a widget's actions by itself: its menu stands on the stack, and the window may go
+  // beneath.
+  TreeView1_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(TreeView1_, &QWidget::customContextMenuRequested, this, [this, copy](const QPoint& at) {
+    QMenu& menu = widgets::MakePopUpMenu(*TreeView1_, "mnuTree");
+    menu.addAction(copy);
+    menu.popup(TreeView1_->viewport()->mapToGlobal(at));
+  });
 }
 
 void frmRegMap::ConnectBoxes() {

@@ -27,15 +27,16 @@ int main(int argc, char** argv) {
   using namespace zth;
   if (argc < 2) return 2;
   platform::DesktopPrompts prompts;
-  platform::DesktopFileDialogs dialogs;
   platform::IniSettings settings{QString()};
+  platform::DesktopFileDialogs dialogs{settings};
   platform::DesktopShell shell;
   platform::DesktopClock clock;
   platform::DesktopEvents events;
   platform::DesktopLibraries libraries{QString()};
   platform::DesktopFiles files;
+  platform::DesktopClipboard clipboard;
   platform::DesktopProcess process;
-  platform::Services services{prompts, dialogs, settings, shell, clock, events, libraries, files, process};
+  platform::Services services{prompts, dialogs, settings, shell, clock, events, libraries, files, clipboard, process};
   NoDesktop desktop;
 
   for (chip::LogChannel& channel : chip::LogChannelTable) channel = {1.0F / 3, 1, 1};

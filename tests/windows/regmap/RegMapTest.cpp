@@ -351,10 +351,10 @@ TEST_F(RegisterMap, CopiesARowOrAGroupAsText) {
   auto& copy = *tree.findChild<QAction*>("actCopy");
   tree.setCurrentItem(&Node("Company ID"));
   copy.trigger();
-  EXPECT_EQ(QApplication::clipboard()->text(), "Company ID\t3Eh\t41h\t41h\tYes\t7:6:5:4:3:2:1:0");
+  EXPECT_EQ(desk.clipboard.text, "Company ID\t3Eh\t41h\t41h\tYes\t7:6:5:4:3:2:1:0");
   tree.setCurrentItem(&Node("ID/Revision"));
   copy.trigger();
-  EXPECT_EQ(QApplication::clipboard()->text(),
+  EXPECT_EQ(desk.clipboard.text,
             "Device ID\t3Dh\t\t62h\tYes\t7:6:5:4:3:2:1:0\nCompany ID\t3Eh\t41h\t41h\tYes\t7:6:5:4:3:2:1:0\n"
             "Revision Number\t3Fh\t\t0h\tYes\t7:6:5:4:3:2:1:0");
 }
