@@ -13,6 +13,7 @@ std::array<std::uint8_t, kReadBufferSize> ReadBuffer{};
 bool SmbusPresent = false;
 bool UsbPresent = false;
 std::array<bool, 5> PwmManual{};
+std::array<ChipId, 5> PwmManualFrom{};
 
 namespace {
 
@@ -58,6 +59,7 @@ void ResetLink() {
   SmbusPresent = false;
   UsbPresent = false;
   PwmManual.fill(false);
+  PwmManualFrom.fill({});
   ResetHooks();
   Detach();
 }

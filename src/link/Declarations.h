@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include "link/ChipId.h"
 #include "platform/Services.h"
 
 #if defined(_WIN32)
@@ -62,6 +63,9 @@ extern bool UsbPresent;
 
 /// PWM 1 to 4 at index 1 to 4: its behaviour field says manual. Index 0 is not in use.
 extern std::array<bool, 5> PwmManual;
+
+/// The chip that each of them was read from.
+extern std::array<ChipId, 5> PwmManualFrom;
 
 /// Puts all variables of this room back to the state of a program that has not started.
 void ResetLink();

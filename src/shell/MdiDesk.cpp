@@ -6,11 +6,15 @@
 #include <QMdiSubWindow>
 #include <QProxyStyle>
 #include <QScrollBar>
+#include <QStyleOptionTitleBar>
+
+#include "windows/ChildWindow.h"
 
 namespace zth::shell {
 namespace {
 
-/// The application's style, but that a title bar grows with its font: a style's own is of one height for all fonts.
+/// The application's style, but that a title bar grows with its font: a style's own is of one height for all fonts. That
+/// of a window read from another chip than the one in use stands out by its colour.
 class TitleBarStyle final : public QProxyStyle {
  public:
   TitleBarStyle() : QProxyStyle(QApplication::style()->name()) {}
@@ -19,6 +23,22 @@ class TitleBarStyle final : public QProxyStyle {
     const int given = QProxyStyle::pixelMetric(metric, option, widget);
     if (metric != PM_TitleBarHeight || widget == nullptr) return given;
     return std::max(given, widget->fontMetrics().height() * 4 / 3);
+  }
+
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override {
+    const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+    if (control != CC_TitleBar || bar == nullptr || widget == nullptr || !widget->property(windows::kOtherChip).toBool()) {
+      QProxyStyle::drawComplexControl(control, option, painter, widget);
+      return;
+    }
+    QStyleOptionTitleBar warning(*bar);
+    const QColor ground(0x9A, 0x4B, 0x00);
+    for (const auto role : {QPalette::Highlight, QPalette::Window, QPalette::Base}) warning.palette.setColor(role, ground);
+    for (const auto role : {QPalette::HighlightedText, QPalette::WindowText, QPalette::Text}) {
+      warning.palette.setColor(role, Qt::white);
+    }
+    QProxyStyle::drawComplexControl(control, &warning, painter, widget);
   }
 };
 
@@ -34,6 +54,9 @@ MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarSty
   titleBars_->setParent(this);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  // A window that closes gives way to the one used before it; and it is the user who maximises a window, each for itself.
+  setActivationOrder(ActivationHistoryOrder);
+  setOption(DontMaximizeSubWindowOnActivation);
   focusWatch_ = connect(qApp, &QApplication::focusChanged, this,
                         [this](const QWidget* /*old*/, const QWidget* now) { BringInSight(now); });
 }
@@ -52,6 +75,12 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
       frame, &QMdiSubWindow::windowStateChanged, this, [this, frame] { RestoreTooLarge(*frame); },
       Qt::QueuedConnection);
   return *frame;
+}
+
+void MdiDesk::BringInside(QMdiSubWindow& frame) {
+  if (frame.isMaximized() || frame.isMinimized()) return;
+  const QSize room = viewport()->size() - frame.size();
+  frame.move(std::clamp(frame.x(), 0, std::max(0, room.width())), std::clamp(frame.y(), 0, std::max(0, room.height())));
 }
 
 void MdiDesk::RestoreTooLarge(QMdiSubWindow& frame) {

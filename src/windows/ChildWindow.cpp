@@ -1,11 +1,17 @@
 #include "windows/ChildWindow.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QMdiSubWindow>
+#include <QPointer>
 #include <QPushButton>
 
+#include "base/Product.h"
 #include "platform/Guard.h"
+#include "windows/OriginBar.h"
 
 namespace zth::windows {
 namespace {
@@ -14,10 +20,79 @@ constexpr float kHintStrength = 0.7F;  // of a text's; desktops' own half of it 
 
 }  // namespace
 
-ChildWindow::ChildWindow(const QString& name, const QString& caption, const Context& context) : context_(context) {
+ChildWindow::ChildWindow(const QString& name, const QString& caption, const Context& context, unsigned shows)
+    : context_(context), origin_(shows), caption_(caption), bar_(new OriginBar(this)) {
   setObjectName(name);
   setWindowTitle(caption);
   DarkenHints();
+  bar_->Recolour();
+  // The bar is made before all other controls, and so comes first on the way of Tab.
+  connect(bar_, &OriginBar::ReadAgain, this, [this] { ReadAgain(); });
+}
+
+void ChildWindow::Load() {
+  Form_Load();
+  NoteOrigin();
+}
+
+void ChildWindow::NoteOrigin() {
+  origin_.Note();
+  ShowOrigin();
+}
+
+void ChildWindow::ReadAgain() {
+  const bool other = IsOfOtherChip();
+  if (!other && !origin_.IsReadAtLoad()) return;
+  if (HoldsChanges()) {
+    const QPointer<ChildWindow> self(this);  // it may be closed while the box stands
+    const auto answer = Services().prompts.Ask(
+        {base::kTitle, caption_.trimmed() + " holds changes that have not been applied.\n\nRead it again and lose them?",
+         platform::BoxIcon::Warning, platform::BoxButtons::YesNo});
+    if (answer != platform::BoxAnswer::Yes || self == nullptr) return;
+  }
+  if (other && origin_.IsReadFromChip() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();
+  Reread();
+}
+
+void ChildWindow::ShowOrigin() {
+  const link::ChipId inUse = link::ChipInUse();
+  const QString title = caption_ + OriginNote();
+  if (inUse == shownFor_ && title == windowTitle()) return;
+  shownFor_ = inUse;
+  bar_->SetText(origin_.Explanation());
+  const bool other = IsOfOtherChip();
+  if (other == bar_->isHidden()) ShowBar(other);
+  setWindowTitle(title);
+  OriginChanged();
+}
+
+QMdiSubWindow* ChildWindow::FrameOf() const {
+  return qobject_cast<QMdiSubWindow*>(parentWidget());
+}
+
+void ChildWindow::ShowBar(bool on) {
+  if (layout() != nullptr && layout()->menuBar() == nullptr) layout()->setMenuBar(bar_);
+  bar_->setVisible(on);
+  QMdiSubWindow* frame = FrameOf();
+  if (frame != nullptr) {
+    frame->setProperty(kOtherChip, on);
+    // The frame takes on the bar's height, so that the controls keep theirs.
+    if (on) grown_ = bar_->heightForWidth(width());
+    if (!frame->isMaximized() && !frame->isMinimized() && frame->testAttribute(Qt::WA_Resized)) {
+      frame->resize(frame->width(), frame->height() + (on ? grown_ : -grown_));
+      const int below = frame->geometry().bottom() + 1 - frame->parentWidget()->height();
+      if (on && below > 0) frame->move(frame->x(), std::max(0, frame->y() - below));
+    }
+    frame->update();
+  }
+  BarChanged();
+}
+
+int ChildWindow::PlaceBar() {
+  if (bar_->isHidden()) return 0;
+  const int height = bar_->heightForWidth(width());
+  bar_->setGeometry(0, 0, width(), height);
+  return height;
 }
 
 void ChildWindow::DarkenHints() {
@@ -30,12 +105,14 @@ void ChildWindow::DarkenHints() {
 
 void ChildWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) DarkenHints();
+  if (event->type() != QEvent::PaletteChange) return;
+  DarkenHints();
+  bar_->Recolour();
 }
 
 void ChildWindow::Unload() {
   // The frame closes first and asks its contents; a window without a frame closes by itself.
-  auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget());
+  QMdiSubWindow* frame = FrameOf();
   if (frame != nullptr) {
     frame->close();
   } else {

@@ -1,5 +1,9 @@
 #include "windows/data/frmLogging.h"
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 #include <QCheckBox>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -77,7 +81,7 @@ bool IsYes(float flag) {
 
 }  // namespace
 
-frmLogging::frmLogging(const Context& context) : ChildWindow("frmLogging", "Data Logging", context) {
+frmLogging::frmLogging(const Context& context) : ChildWindow("frmLogging", "Data Logging", context, kShowsPins | kShowsDuties) {
   auto* temperatures = MakeFrame("Frame3", "Temperature Values");
   AddColumn(*temperatures, 0, 4, 0);
   AddColumn(*temperatures, 39, 6, 0, 4);
@@ -166,6 +170,15 @@ void frmLogging::Form_Load() {
   }
   ShowState();
   adjustSize();
+}
+
+void frmLogging::Reread() {
+  const QString interval = txtLogInt_->text();
+  std::vector<QCheckBox*> ticked;
+  std::ranges::copy_if(chkLog_, std::back_inserter(ticked), &QCheckBox::isChecked);
+  Load();
+  txtLogInt_->setText(interval);
+  for (QCheckBox* box : chkLog_) box->setChecked(box->isEnabled() && std::ranges::count(ticked, box) != 0);
 }
 
 void frmLogging::ShowState() {

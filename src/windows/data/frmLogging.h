@@ -27,6 +27,10 @@ class frmLogging final : public ChildWindow {
   /// The head's last line, without its end: the captions of the selected channels.
   std::string BuildLogHeader() const;
 
+ protected:
+  /// What has been ticked and typed stays, but for channels that the chip in use does not have.
+  void Reread() override;
+
  private:
   QGroupBox* MakeFrame(const char* name, const char* caption);
   void AddColumn(QGroupBox& frame, int first, int count, int column, int row = 0);

@@ -25,6 +25,8 @@ class LimitPanel final : public QWidget {
   void FillList();
   /// Selects the tab's start item. As by any selection, the list's handler runs when that is a change.
   void SelectStart();
+  /// The next SelectStart selects what is selected now, if that is still listed.
+  void KeepSelection();
   /// The positions of the channels' rows whose channels are in the list.
   int Count() const;
   bool Lists(const LimitChannel& channel) const;
@@ -49,6 +51,7 @@ class LimitPanel final : public QWidget {
   const GaugeTab& tab_;
   QComboBox* list_;
   widgets::LGauge* gauge_;
+  QString kept_;
 };
 
 }  // namespace zth::windows

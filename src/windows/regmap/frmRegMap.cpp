@@ -1,10 +1,13 @@
 #include "windows/regmap/frmRegMap.h"
 
+#include <utility>
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QStringList>
@@ -16,6 +19,7 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/BoxHint.h"
+#include "windows/PendingMarks.h"
 #include "windows/SharedState.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
@@ -87,6 +91,8 @@ void frmRegMap::TreeView1_NodeClick(const QTreeWidgetItem& node) {
 
 void frmRegMap::ShowRegisterDetails(int row) {
   const chip::RegisterEntry& entry = chip::RegisterTable.at(static_cast<std::size_t>(row));
+  shownAddress_ = entry.Address;
+  shownRow_ = row;
   lblRegDescription_->setText(DescriptionOf(entry));
   lblCurrentAddr_->setText(HexWithSuffix(entry.Address));
   SetAddressBox(lblCurrentAddr_->text());
@@ -98,6 +104,7 @@ void frmRegMap::ShowRegisterDetails(int row) {
 }
 
 void frmRegMap::ShowValue(int value) {
+  NoteOrigin();
   lblDecVal_->setText(QString::number(value));
   lblHexVal_->setText(Hex(value));
   fraBits_->ShowRegisterBits(value);
@@ -115,13 +122,43 @@ void frmRegMap::cmdRead_Click() {
   const int row = chip::RowOfAddress(address);
   if (row >= 0) {
     ShowRegisterDetails(row);
-    return;
+  } else {
+    ShowUnknown(address);
   }
+}
+
+void frmRegMap::ShowUnknown(std::int32_t address) {
+  shownAddress_ = address;
+  shownRow_ = -1;
   lblRegDescription_->setText("Unknown");
   lblCurrentAddr_->setText(HexWithSuffix(address));
   SetAddressBox(lblCurrentAddr_->text());
   fraBits_->ShowBitNames("7:6:5:4:3:2:1:0");
   ShowValue(link::ReadRegister(link::DeviceAddress, address));
+}
+
+void frmRegMap::Reread() {
+  if (!shownAddress_) return;
+  if (shownRow_ >= 0) {
+    ShowRegisterDetails(shownRow_);
+  } else {
+    ShowUnknown(*shownAddress_);
+  }
+}
+
+void frmRegMap::OriginChanged() {
+  const link::ChipId inUse = link::ChipInUse();
+  if (std::exchange(marksOf_, inUse) != inUse) ClearMarks();
+  fraDetails_->setTitle("Register Details" + OriginNote());
+  for (QLabel* value : {lblHexVal_, lblDecVal_}) MarkControl(*value, *this, false, IsOfOtherChip());
+}
+
+void frmRegMap::ClearMarks() {
+  for (QTreeWidgetItemIterator at(TreeView1_); *at != nullptr; ++at) {
+    (*at)->setData(0, Qt::FontRole, {});
+    (*at)->setData(0, kReadRole, {});
+    (*at)->setToolTip(0, {});
+  }
 }
 
 void frmRegMap::cmdWrite_Click() {
@@ -223,6 +260,7 @@ void frmRegMap::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
   if (event->type() != QEvent::PaletteChange || TreeView1_ == nullptr) return;
   ColourRegisterTree(*TreeView1_, palette());
+  OriginChanged();
   MarkBoxesBeyondByte();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include <QString>
 
@@ -36,6 +37,9 @@ class frmRegMap final : public ChildWindow {
   void cmdRead_Click();
 
  protected:
+  /// Repeats the read of the register shown; none before the first.
+  void Reread() override;
+  void OriginChanged() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -55,11 +59,13 @@ class frmRegMap final : public ChildWindow {
   void txtFind_Change();
 
   void ShowRegisterDetails(int row);
+  void ShowUnknown(std::int32_t address);
   void ShowValue(int value);
   void SetAddressBox(const QString& text);
   /// Bold for a register that differs from its default, in all nodes of the address just read.
   void MarkNodes(std::int32_t address, int value);
   void MarkBoxesBeyondByte();
+  void ClearMarks();
   void CopyRows();
 
   QLineEdit* txtFind_ = nullptr;
@@ -71,6 +77,7 @@ class frmRegMap final : public ChildWindow {
   QLineEdit* txtHex_ = nullptr;
   QLineEdit* txtDec_ = nullptr;
   QPushButton* cmdWrite_ = nullptr;
+  QGroupBox* fraDetails_ = nullptr;
   QLabel* lblRegDescription_ = nullptr;
   QLabel* lblCurrentAddr_ = nullptr;
   QLabel* lblHexVal_ = nullptr;
@@ -78,6 +85,9 @@ class frmRegMap final : public ChildWindow {
   QLabel* lblReadOnly_ = nullptr;
   BitDisplay* fraBits_ = nullptr;
 
+  std::optional<std::int32_t> shownAddress_;  ///< what the details show; none before the first read
+  int shownRow_ = -1;                         ///< its row of the table, or -1
+  link::ChipId marksOf_;                      ///< the chip that the tree's marks tell of
   bool UpdatingValue = false;  ///< one of the value boxes is being written from the other
   bool treePressed_ = false;   ///< a mouse button is down on the tree
   bool shownByPress_ = false;  ///< and its press has already shown the node
