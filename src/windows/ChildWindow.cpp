@@ -1,6 +1,7 @@
 #include "windows/ChildWindow.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -32,7 +33,11 @@ ChildWindow::ChildWindow(const QString& name, const QString& caption, const Cont
 
 void ChildWindow::Load() {
   Form_Load();
-  NoteOrigin();
+  if (origin_.IsReadAtLoad()) {
+    NoteOrigin();
+  } else {
+    ShowOrigin();
+  }
 }
 
 void ChildWindow::NoteOrigin() {
@@ -42,7 +47,7 @@ void ChildWindow::NoteOrigin() {
 
 void ChildWindow::ReadAgain() {
   const bool other = IsOfOtherChip();
-  if (!other && !origin_.IsReadAtLoad()) return;
+  if (!other && !origin_.IsReadItself()) return;
   if (HoldsChanges()) {
     const QPointer<ChildWindow> self(this);  // it may be closed while the box stands
     const auto answer = Services().prompts.Ask(
@@ -76,16 +81,28 @@ void ChildWindow::ShowBar(bool on) {
   QMdiSubWindow* frame = FrameOf();
   if (frame != nullptr) {
     frame->setProperty(kOtherChip, on);
-    // The frame takes on the bar's height, so that the controls keep theirs.
-    if (on) grown_ = bar_->heightForWidth(width());
-    if (!frame->isMaximized() && !frame->isMinimized() && frame->testAttribute(Qt::WA_Resized)) {
-      frame->resize(frame->width(), frame->height() + (on ? grown_ : -grown_));
-      const int below = frame->geometry().bottom() + 1 - frame->parentWidget()->height();
-      if (on && below > 0) frame->move(frame->x(), std::max(0, frame->y() - below));
-    }
+    const bool free = !frame->isMaximized() && !frame->isMinimized();
+    if (free && frame->testAttribute(Qt::WA_Resized)) Grow(*frame, on);
     frame->update();
   }
   BarChanged();
+}
+
+void ChildWindow::Grow(QMdiSubWindow& frame, bool on) {
+  if (!on) {
+    frame.resize(frame.size() - std::exchange(grown_, {0, 0}));
+    return;
+  }
+  const QRect before = frame.geometry();
+  // The title's own width, and about five times its height for the icon and the buttons beside it.
+  QFont bold = frame.font();
+  bold.setBold(true);
+  const int title = QFontMetrics(bold).horizontalAdvance(caption_ + OriginNote()) + 8 * frame.fontMetrics().height();
+  const int wider = std::max(0, title - before.width());
+  grown_ = {wider, bar_->heightForWidth(width() + wider)};
+  frame.resize(before.size() + grown_);
+  const QSize room = frame.parentWidget()->size() - frame.size();
+  frame.move(std::max(0, std::min(before.x(), room.width())), std::max(0, std::min(before.y(), room.height())));
 }
 
 int ChildWindow::PlaceBar() {

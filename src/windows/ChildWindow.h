@@ -82,6 +82,8 @@ class ChildWindow : public QWidget {
   void DarkenHints();
 
   void ShowBar(bool on);
+  /// Makes the frame larger by what bar and title need beyond what it has, and as small again.
+  void Grow(QMdiSubWindow& frame, bool on);
   QMdiSubWindow* FrameOf() const;
 
   Context context_;
@@ -89,7 +91,7 @@ class ChildWindow : public QWidget {
   QString caption_;
   link::ChipId shownFor_;  ///< the chip in use when title and bar were last looked at
   OriginBar* bar_;
-  int grown_ = 0;  ///< what the bar has added to the frame's height
+  QSize grown_{0, 0};  ///< what the frame has become larger by, for bar and title
   QPushButton* defaultButton_ = nullptr;
   QPushButton* cancelButton_ = nullptr;
   bool unloaded_ = false;

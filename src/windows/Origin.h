@@ -36,8 +36,10 @@ class Origin {
   /// The same at length.
   QString Explanation() const;
 
-  /// Its load step reads the chip or the board.
-  bool IsReadAtLoad() const { return (shows_ & (kShowsChip | kShowsBoard)) != 0; }
+  /// It shows registers or the board, so that reading it again has a meaning of its own.
+  bool IsReadItself() const { return (shows_ & (kShowsChip | kShowsBoard | kShowsDetails)) != 0; }
+  /// Its load step is what reads it; otherwise the window notes each read by itself.
+  bool IsReadAtLoad() const { return (shows_ & kShowsDetails) == 0; }
   bool IsReadFromChip() const { return (shows_ & ~unsigned{kShowsBoard}) != 0; }
 
  private:

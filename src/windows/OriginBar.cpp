@@ -19,6 +19,7 @@ OriginBar::OriginBar(QWidget* window)
   lblOrigin_->setTextFormat(Qt::PlainText);
   lblOrigin_->setWordWrap(true);
   cmdReadAgain_->setObjectName("cmdReadAgain");
+  cmdReadAgain_->setFocusPolicy(Qt::NoFocus);
   cmdReadAgain_->setToolTip("Read this window from the chip in use (F5)");
   OnClick(*cmdReadAgain_, [this] { emit ReadAgain(); });
   auto* row = new QHBoxLayout(this);
@@ -31,6 +32,8 @@ OriginBar::OriginBar(QWidget* window)
 void OriginBar::SetText(const QString& text) {
   if (lblOrigin_->text() == text) return;
   lblOrigin_->setText(text);
+  // A window that opens gives the focus to the first control that takes it, whether that shows or not.
+  cmdReadAgain_->setFocusPolicy(text.isEmpty() ? Qt::NoFocus : Qt::StrongFocus);
   cmdReadAgain_->setAccessibleDescription(text);
   QAccessibleEvent alert(this, QAccessible::Alert);
   setAccessibleName(text);
