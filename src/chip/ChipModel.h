@@ -4,8 +4,8 @@
 
 #include "link/ChipId.h"
 
-/// What the program knows of a chip for all windows: `PinFunctions`, `PwmManual` and `ChipRevision`. Another chip in the
-/// device list changes none of it, and a write to that one renews a part; so each part keeps where it was read.
+/// What the program knows of a chip for all windows: `PinFunctions`, `PwmManual` and `ChipRevision`. Another chip in
+/// the device list changes none of it, and a write to that one renews a part; so each part keeps where it was read.
 namespace zth::chip {
 
 struct ModelOrigin {

@@ -13,8 +13,8 @@
 namespace zth::shell {
 namespace {
 
-/// The application's style, but that a title bar grows with its font: a style's own is of one height for all fonts. That
-/// of a window read from another chip than the one in use stands out by its colour.
+/// The application's style, but that a title bar grows with its font: a style's own is of one height for all fonts.
+/// That of a window read from another chip than the one in use stands out by its colour.
 class TitleBarStyle final : public QProxyStyle {
  public:
   TitleBarStyle() : QProxyStyle(QApplication::style()->name()) {}
@@ -28,13 +28,15 @@ class TitleBarStyle final : public QProxyStyle {
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                           const QWidget* widget) const override {
     const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
-    if (control != CC_TitleBar || bar == nullptr || widget == nullptr || !widget->property(windows::kOtherChip).toBool()) {
+    if (control != CC_TitleBar || bar == nullptr || widget == nullptr ||
+        !widget->property(windows::kOtherChip).toBool()) {
       QProxyStyle::drawComplexControl(control, option, painter, widget);
       return;
     }
     QStyleOptionTitleBar warning(*bar);
     const QColor ground(0x9A, 0x4B, 0x00);
-    for (const auto role : {QPalette::Highlight, QPalette::Window, QPalette::Base}) warning.palette.setColor(role, ground);
+    for (const auto role : {QPalette::Highlight, QPalette::Window, QPalette::Base})
+      warning.palette.setColor(role, ground);
     for (const auto role : {QPalette::HighlightedText, QPalette::WindowText, QPalette::Text}) {
       warning.palette.setColor(role, Qt::white);
     }
@@ -54,7 +56,8 @@ MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarSty
   titleBars_->setParent(this);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  // A window that closes gives way to the one used before it; and it is the user who maximises a window, each for itself.
+  // A window that closes gives way to the one used before it; and it is the user who maximises a window, each for
+  // itself.
   setActivationOrder(ActivationHistoryOrder);
   setOption(DontMaximizeSubWindowOnActivation);
   focusWatch_ = connect(qApp, &QApplication::focusChanged, this,

@@ -7,8 +7,8 @@
 
 namespace zth::shell {
 
-/// The main window's placement as the settings keep it: four keys, in twips, each a number as text, and a key of our own
-/// with what a maximised window goes back to.
+/// The main window's placement as the settings keep it: four keys, in twips, each a number as text, and a key of our
+/// own with what a maximised window goes back to.
 
 /// Applies it. A key that is missing or no number counts as its default. A placement that lies off every screen is
 /// brought back onto the nearest one.

@@ -46,6 +46,7 @@ frmMain::frmMain(platform::Services& services)
   BuildStatusBar();
   BuildTimer();
   auto* toRead = new QShortcut(Qt::Key_F5, this);
+  toRead->setAutoRepeat(false);
   connect(toRead, &QShortcut::activated, this, platform::Guarded([this] { ReadActiveWindowAgain(); }));
 }
 
@@ -109,7 +110,8 @@ void frmMain::BuildToolBar() {
   bar->setObjectName("tbToolBar");
   bar->setMovable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
-  // What does not fit goes behind the arrow from the right, so the list that decides where all windows write stands left.
+  // What does not fit goes behind the arrow from the right, so the list that decides where all windows write stands
+  // left.
   AddDevices(*bar);
   bar->addSeparator();
   for (const ToolButton& row : kToolButtons) {

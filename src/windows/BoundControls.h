@@ -29,8 +29,8 @@ void IgnorePassingWheel(QWidget& list);
 /// The controls of a table, found in their window by name. Carries values between them and the chip, step by step, and
 /// marks by colour and weight what has been changed and not applied yet, on the tab of a page as well. A text box that
 /// the chip would read back as another value than it shows is marked in a warning colour, and its tool tip tells the
-/// value that would go out; it is not refused. So is a control that nobody has changed and that would not give back what
-/// the chip holds, since its texts have no exact one for that: its tool tip names both.
+/// value that would go out; it is not refused. So is a control that nobody has changed and that would not give back
+/// what the chip holds, since its texts have no exact one for that: its tool tip names both.
 class BoundControls final : public QObject {
  public:
   /// All of the table's controls must stand in `window`: checks and options, lists with their items, text boxes. The
@@ -58,8 +58,8 @@ class BoundControls final : public QObject {
   struct Bound {
     const Binding* row;
     QWidget* control;
-    QString place;    ///< where its bits stand
-    QString applied;  ///< what it held when the chip was last read or written
+    QString place;                  ///< where its bits stand
+    QString applied;                ///< what it held when the chip was last read or written
     std::optional<unsigned> field;  ///< what its bits held in the chip then
     Mark mark = Mark::None;
   };

@@ -51,7 +51,8 @@ void ChildWindow::ReadAgain() {
   if (HoldsChanges()) {
     const QPointer<ChildWindow> self(this);  // it may be closed while the box stands
     const auto answer = Services().prompts.Ask(
-        {base::kTitle, caption_.trimmed() + " holds changes that have not been applied.\n\nRead it again and lose them?",
+        {base::kTitle,
+         caption_.trimmed() + " holds changes that have not been applied.\n\nRead it again and lose them?",
          platform::BoxIcon::Warning, platform::BoxButtons::YesNo});
     if (answer != platform::BoxAnswer::Yes || self == nullptr) return;
   }

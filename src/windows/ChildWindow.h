@@ -22,8 +22,8 @@ class ChildWindow : public QWidget {
   Q_OBJECT
 
  public:
-  /// `name` is the objectName and the key by which the window is opened ("frmTherm"), `caption` its title, `shows` what in it
-  /// was read from a chip.
+  /// `name` is the objectName and the key by which the window is opened ("frmTherm"), `caption` its title, `shows` what
+  /// in it was read from a chip.
   ChildWindow(const QString& name, const QString& caption, const Context& context, unsigned shows = kShowsNothing);
 
   /// Reads what the window shows. May be called again while the window is open, where a window says so.
@@ -56,7 +56,8 @@ class ChildWindow : public QWidget {
 
   /// Changes wait for Apply.
   virtual bool HoldsChanges() const { return false; }
-  /// Load, with what the user has chosen to look at left as it is, and with nothing written by the controls that change.
+  /// Load, with what the user has chosen to look at left as it is, and with nothing written by the controls that
+  /// change.
   virtual void Reread() { Load(); }
   /// Something has just been read from the chip in use, past Load.
   void NoteOrigin();

@@ -40,7 +40,8 @@ QString Origin::Explanation() const {
   if (!other) return {};
   const QString from = link::TextOf(other->chip);
   const QString inUse = link::TextOf(link::ChipInUse());
-  if (other->part != nullptr) return QString("%1 was read from %2. The chip in use is %3.").arg(other->part, from, inUse);
+  if (other->part != nullptr)
+    return QString("%1 was read from %2. The chip in use is %3.").arg(other->part, from, inUse);
   return QString("This was read from %1. What you set here goes to %2.").arg(from, inUse);
 }
 

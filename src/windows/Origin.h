@@ -11,13 +11,13 @@ namespace zth::windows {
 /// What a window shows that was read from a chip; several are or-ed together.
 enum Shows : unsigned {
   kShowsNothing = 0,
-  kShowsChip = 1U << 0,       ///< registers that its load step reads
-  kShowsBoard = 1U << 1,      ///< what hangs on the USB adapter, whichever chip is in use there
-  kShowsDetails = 1U << 2,    ///< registers that the user asks for one by one
-  kShowsPins = 1U << 3,       ///< `PinFunctions` and what follows from them
-  kShowsManual = 1U << 4,     ///< `PwmManual`
-  kShowsDuties = 1U << 5,     ///< measured duties, which `ChipRevision` turns the right way up
-  kFollowsModel = 1U << 6,    ///< the three above as they stand now, not as they stood at its load step
+  kShowsChip = 1U << 0,     ///< registers that its load step reads
+  kShowsBoard = 1U << 1,    ///< what hangs on the USB adapter, whichever chip is in use there
+  kShowsDetails = 1U << 2,  ///< registers that the user asks for one by one
+  kShowsPins = 1U << 3,     ///< `PinFunctions` and what follows from them
+  kShowsManual = 1U << 4,   ///< `PwmManual`
+  kShowsDuties = 1U << 5,   ///< measured duties, which `ChipRevision` turns the right way up
+  kFollowsModel = 1U << 6,  ///< the three above as they stand now, not as they stood at its load step
 };
 
 /// Which chip a window was read from, and what to say when it is another one than all windows work on now.

@@ -35,8 +35,9 @@ void OriginBar::SetText(const QString& text) {
   // A window that opens gives the focus to the first control that takes it, whether that shows or not.
   cmdReadAgain_->setFocusPolicy(text.isEmpty() ? Qt::NoFocus : Qt::StrongFocus);
   cmdReadAgain_->setAccessibleDescription(text);
-  QAccessibleEvent alert(this, QAccessible::Alert);
   setAccessibleName(text);
+  if (text.isEmpty()) return;
+  QAccessibleEvent alert(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
 }
 

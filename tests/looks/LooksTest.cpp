@@ -116,7 +116,8 @@ class Looks : public ::testing::TestWithParam<std::string> {
     window.parentWidget()->showNormal();
     window.parentWidget()->resize(window.parentWidget()->minimumSizeHint());
     ForEachPage(window, [&](const std::string& page) { Look(desk.Main(), page + how + ", smallest"); });
-    // Again with another chip in use, of which the window then says that it is not; that takes no room from what it has.
+    // Again with another chip in use, of which the window then says that it is not; that takes no room from what it
+    // has.
     const auto& devices = Desk::Get<QComboBox>(desk.Main(), "cmbDevices");
     Do(desk.Main(), QString("cmbDevices=%1").arg(devices.count() - 1));
     Desk::Settle();

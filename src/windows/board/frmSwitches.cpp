@@ -37,7 +37,8 @@ constexpr std::array kDevices{
 
 }  // namespace
 
-frmSwitches::frmSwitches(const Context& context) : ChildWindow("frmSwitches", "ADG715 Switch Control ", context, kShowsBoard) {
+frmSwitches::frmSwitches(const Context& context)
+    : ChildWindow("frmSwitches", "ADG715 Switch Control ", context, kShowsBoard) {
   QGroupBox* frame = MakeFrame();
   lblNoAdapter_ = new QLabel("The switches can be reached over USB only.", this);
   lblNoAdapter_->setObjectName("lblNoAdapter");

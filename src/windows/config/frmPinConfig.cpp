@@ -46,7 +46,8 @@ void AlignLists(std::initializer_list<QGroupBox*> boxes) {
 
 }  // namespace
 
-frmPinConfig::frmPinConfig(const Context& context) : ChildWindow("frmPinConfig", "Pin Configuration", context, kShowsChip) {
+frmPinConfig::frmPinConfig(const Context& context)
+    : ChildWindow("frmPinConfig", "Pin Configuration", context, kShowsChip) {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName("SSTab1");
   tabs->addTab(BuildEasyTab(), "&Easy Configuration");

@@ -81,7 +81,8 @@ bool IsYes(float flag) {
 
 }  // namespace
 
-frmLogging::frmLogging(const Context& context) : ChildWindow("frmLogging", "Data Logging", context, kShowsPins | kShowsDuties) {
+frmLogging::frmLogging(const Context& context)
+    : ChildWindow("frmLogging", "Data Logging", context, kShowsPins | kShowsDuties) {
   auto* temperatures = MakeFrame("Frame3", "Temperature Values");
   AddColumn(*temperatures, 0, 4, 0);
   AddColumn(*temperatures, 39, 6, 0, 4);

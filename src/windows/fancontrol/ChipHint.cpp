@@ -30,7 +30,8 @@ int Lift(int remote) {
 
 }  // namespace
 
-ChipHint::ChipHint(QLineEdit& box, QLabel& label, Polled polled) : box_(box), label_(label), polled_(std::move(polled)) {
+ChipHint::ChipHint(QLineEdit& box, QLabel& label, Polled polled)
+    : box_(box), label_(label), polled_(std::move(polled)) {
   OnChange(box_, [this] { Settle(); });
 }
 

@@ -8,8 +8,8 @@ class QLineEdit;
 
 namespace zth::windows {
 
-/// What the chip holds, in degrees C, told beside a box of degrees that the chip has moved away from: "chip: 47". It goes
-/// by what the monitor polls, and only by what was polled after the box was last read or written.
+/// What the chip holds, in degrees C, told beside a box of degrees that the chip has moved away from: "chip: 47". It
+/// goes by what the monitor polls, and only by what was polled after the box was last read or written.
 class ChipHint {
  public:
   using Polled = std::function<int()>;  ///< the register's degrees as polled last

@@ -53,7 +53,8 @@ QString UpDownName(int number) {
 
 }  // namespace
 
-frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", "Automatic Control", context, kShowsChip | kShowsDuties) {
+frmAutoGraph::frmAutoGraph(const Context& context)
+    : LiveWindow("frmAutoGraph", "Automatic Control", context, kShowsChip | kShowsDuties) {
   auto* controls = new QVBoxLayout;
   controls->addWidget(MakeAllFans());
   controls->addWidget(MakePwmTabs());
@@ -137,9 +138,9 @@ QWidget* frmAutoGraph::MakeTemperatureTab(int channel) {
     return box;
   };
   QLabel* lblChipTmin = nullptr;
-  controls.txtTmin =
-      rows.AddText(ElementName("txtTmin", channel), "&Tmin", UpDownName(names.tmin), kLimit,
-                   WhenReady([this, &controls, channel] { Degrees(reg::kTmin + channel, *controls.txtTmin); }), lblChipTmin);
+  controls.txtTmin = rows.AddText(
+      ElementName("txtTmin", channel), "&Tmin", UpDownName(names.tmin), kLimit,
+      WhenReady([this, &controls, channel] { Degrees(reg::kTmin + channel, *controls.txtTmin); }), lblChipTmin);
   controls.txtTmin->setToolTip("Degrees C");
   hints_.emplace_back(*controls.txtTmin, *lblChipTmin, [channel] { return PolledTmin(channel); });
   controls.cmbTrange = rows.AddList(ElementName("cmbTrange", channel), "T&range", ItemTexts(kTrangeItems),

@@ -94,10 +94,13 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
     box->setToolTip("Degrees C");
     hints_.emplace_back(*box, *beside, [polled, channel] { return polled(channel + 1); });
   };
-  add(controls.txtOpPoint, QString("txtR%1OpPoint").arg(channel + 1), "O&p-Point", names.opPoint, reg::kRemote1OpPoint, PolledOpPoint);
+  add(controls.txtOpPoint, QString("txtR%1OpPoint").arg(channel + 1), "O&p-Point", names.opPoint, reg::kRemote1OpPoint,
+      PolledOpPoint);
   add(controls.txtTmin, ElementName("txtTmin", channel), "T&min", names.tmin, reg::kRemote1Tmin, PolledTmin);
-  add(controls.txtLowLim, ElementName("txtLowLim", channel), "&Low Limit", names.lowLim, reg::kRemote1LowLimit, PolledLowLimit);
-  add(controls.txtHighLim, ElementName("txtHighLim", channel), "Hi&gh Limit", names.highLim, reg::kRemote1HighLimit, PolledHighLimit);
+  add(controls.txtLowLim, ElementName("txtLowLim", channel), "&Low Limit", names.lowLim, reg::kRemote1LowLimit,
+      PolledLowLimit);
+  add(controls.txtHighLim, ElementName("txtHighLim", channel), "Hi&gh Limit", names.highLim, reg::kRemote1HighLimit,
+      PolledHighLimit);
   // Rows of one height on both sides, so that they stand in line.
   for (const QWidget* side : {switches, numbers}) {
     auto* grid = static_cast<QGridLayout*>(side->layout());

@@ -18,7 +18,8 @@
 
 namespace zth::windows {
 
-frmLimits::frmLimits(const Context& context) : ChildWindow("frmLimits", "Limits / Interrupts", context, kShowsChip | kShowsPins) {
+frmLimits::frmLimits(const Context& context)
+    : ChildWindow("frmLimits", "Limits / Interrupts", context, kShowsChip | kShowsPins) {
   auto* SSTab1 = new QTabWidget(this);
   SSTab1->setObjectName("SSTab1");
   SSTab1->setUsesScrollButtons(false);  // all six tabs are in sight

@@ -6,8 +6,8 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QEvent>
-#include <QKeyEvent>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QStringList>

@@ -88,9 +88,9 @@ class frmRegMap final : public ChildWindow {
   std::optional<std::int32_t> shownAddress_;  ///< what the details show; none before the first read
   int shownRow_ = -1;                         ///< its row of the table, or -1
   link::ChipId marksOf_;                      ///< the chip that the tree's marks tell of
-  bool UpdatingValue = false;  ///< one of the value boxes is being written from the other
-  bool treePressed_ = false;   ///< a mouse button is down on the tree
-  bool shownByPress_ = false;  ///< and its press has already shown the node
+  bool UpdatingValue = false;                 ///< one of the value boxes is being written from the other
+  bool treePressed_ = false;                  ///< a mouse button is down on the tree
+  bool shownByPress_ = false;                 ///< and its press has already shown the node
 };
 
 }  // namespace zth::windows

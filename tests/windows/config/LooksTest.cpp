@@ -120,7 +120,9 @@ TEST(ConfigMarks, AnUnchangedControlThatWouldNotGiveBackWhatTheChipHoldsTellsBot
     WindowDesk desk(row.window, row.registers);
     const auto& control = Desk::Get<QWidget>(*desk.window, row.control);
     const auto second = [&] { return control.toolTip().section('\n', 1).toStdString(); };
-    const auto marked = [&] { return control.palette().color(QPalette::Text) != desk.window->palette().color(QPalette::Text); };
+    const auto marked = [&] {
+      return control.palette().color(QPalette::Text) != desk.window->palette().color(QPalette::Text);
+    };
     EXPECT_EQ(second(), row.tip);
     EXPECT_EQ(marked(), *row.tip != 0);
     EXPECT_FALSE(control.font().bold()) << "nobody has changed it";
