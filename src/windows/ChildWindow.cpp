@@ -56,7 +56,7 @@ void ChildWindow::ReadAgain() {
          platform::BoxIcon::Warning, platform::BoxButtons::YesNo});
     if (answer != platform::BoxAnswer::Yes || self == nullptr) return;
   }
-  if (other && origin_.IsReadFromChip() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();
+  if (other && origin_.IsReadWithModel() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();
   Reread();
 }
 
@@ -82,6 +82,8 @@ void ChildWindow::ShowBar(bool on) {
   QMdiSubWindow* frame = FrameOf();
   if (frame != nullptr) {
     frame->setProperty(kOtherChip, on);
+    // Maximised it has only the desk's height; where that is too little it goes back to a size of its own.
+    if (on && frame->isMaximized() && minimumSizeHint().height() > height()) frame->showNormal();
     const bool free = !frame->isMaximized() && !frame->isMinimized();
     if (free && frame->testAttribute(Qt::WA_Resized)) Grow(*frame, on);
     frame->update();

@@ -40,7 +40,9 @@ class Origin {
   bool IsReadItself() const { return (shows_ & (kShowsChip | kShowsBoard | kShowsDetails)) != 0; }
   /// Its load step is what reads it; otherwise the window notes each read by itself.
   bool IsReadAtLoad() const { return (shows_ & kShowsDetails) == 0; }
-  bool IsReadFromChip() const { return (shows_ & ~unsigned{kShowsBoard}) != 0; }
+  /// Reading it again renews the program's model of the chip as well. Neither the board nor single registers ask for
+  /// it.
+  bool IsReadWithModel() const { return (shows_ & ~unsigned{kShowsBoard | kShowsDetails}) != 0; }
 
  private:
   struct Other {
