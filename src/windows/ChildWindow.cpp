@@ -102,8 +102,10 @@ void ChildWindow::Grow(QMdiSubWindow& frame, bool on) {
   bold.setBold(true);
   const int title = QFontMetrics(bold).horizontalAdvance(caption_ + OriginNote()) + 8 * frame.fontMetrics().height();
   const int wider = std::max(0, title - before.width());
-  grown_ = {wider, bar_->heightForWidth(width() + wider)};
-  frame.resize(before.size() + grown_);
+  updateGeometry();
+  const QSize wanted = before.size() + QSize(wider, bar_->heightForWidth(width() + wider));
+  frame.resize(wanted.expandedTo(frame.minimumSizeHint()));
+  grown_ = frame.size() - before.size();
   const QSize room = frame.parentWidget()->size() - frame.size();
   frame.move(std::max(0, std::min(before.x(), room.width())), std::max(0, std::min(before.y(), room.height())));
 }
