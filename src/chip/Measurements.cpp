@@ -12,6 +12,7 @@ MeasurementSet Measurements;
 std::array<LogChannel, kLogChannels> LogChannelTable;
 std::int32_t TachClock = 0;
 std::int16_t ChipRevision = 0;
+link::ChipId ChipRevisionFrom;
 bool PollEnabled = true;
 std::int32_t PollPeriodMs = 100;
 
@@ -115,9 +116,11 @@ void ResetChip() {
   LogChannelTable = {};
   TachClock = 0;
   ChipRevision = 0;
+  ChipRevisionFrom = {};
   PollEnabled = true;
   PollPeriodMs = 100;
   PinFunctions = {};
+  PinFunctionsFrom = {};
   VoltagePresent = {};
   VoltageName = {};
   BoardSwitch = {};

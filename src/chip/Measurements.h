@@ -58,8 +58,9 @@ inline constexpr std::array<VoltageInput, kVoltageChannels> kVoltageInputs{{
 /// Tach clock in counts a second.
 extern std::int32_t TachClock;
 
-/// Register 0x3F as read at the start.
+/// Register 0x3F as read at the start, and the chip that it was read from.
 extern std::int16_t ChipRevision;
+extern link::ChipId ChipRevisionFrom;
 
 /// Gate and period of the measurement job.
 extern bool PollEnabled;

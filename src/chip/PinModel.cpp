@@ -11,6 +11,7 @@
 namespace zth::chip {
 
 PinFunctionFlags PinFunctions;
+link::ChipId PinFunctionsFrom;
 std::array<bool, kVoltageChannels> VoltagePresent{};
 std::array<std::string, kVoltageChannels> VoltageName;
 std::array<bool, 16> BoardSwitch{};
@@ -113,6 +114,7 @@ void ReadPinConfiguration() {
   std::array<std::uint8_t, 4> configs{};
   std::copy_n(link::ReadBuffer.begin(), configs.size(), configs.begin());
   PinFunctions = DecodePinFunctions(configs);
+  PinFunctionsFrom = link::ChipInUse();
   VoltagePresent = PresentVoltages(PinFunctions);
   SetAvailability(PinFunctions);
 }

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "link/ChipId.h"
+
 /// What each multi-function pin does at present, derived once for all from the pin configuration registers, and the
 /// board's two ADG715 switches that follow it.
 namespace zth::chip {
@@ -23,6 +25,9 @@ struct PinFunctionFlags {
 };
 
 extern PinFunctionFlags PinFunctions;
+
+/// The chip that they were read from.
+extern link::ChipId PinFunctionsFrom;
 
 inline constexpr int kVoltageChannels = 23;
 

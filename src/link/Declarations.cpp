@@ -14,6 +14,7 @@ bool SmbusPresent = false;
 bool UsbPresent = false;
 std::array<bool, 5> PwmManual{};
 std::array<std::optional<double>, 3> HeaterPercent{};
+std::array<ChipId, 5> PwmManualFrom{};
 
 namespace {
 
@@ -60,6 +61,7 @@ void ResetLink() {
   UsbPresent = false;
   PwmManual.fill(false);
   HeaterPercent.fill(std::nullopt);
+  PwmManualFrom.fill({});
   ResetHooks();
   Detach();
 }

@@ -17,7 +17,9 @@ constexpr unsigned kManual = 7;
 
 void ReadPwmManual(int pwm) {
   const auto config = static_cast<unsigned>(ReadRegister(DeviceAddress, kPwm1Config + pwm - 1));
-  PwmManual[static_cast<std::size_t>(pwm)] = base::GetField(config, kBehaviour) == kManual;
+  const auto index = static_cast<std::size_t>(pwm);
+  PwmManual[index] = base::GetField(config, kBehaviour) == kManual;
+  PwmManualFrom[index] = ChipInUse();
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ class Search {
     WaitPainted(1000, services_);
     for (const int address : {0x58, 0x5A, 0x5C}) {
       splash_.SetProgress(splash_.Progress() + 4);
-      Probe(address, "USB");
+      Probe(address);
     }
   }
 
@@ -82,11 +82,12 @@ class Search {
     link::InterfaceMode = link::kModeSmbus;
     Tell("Searching for " + DeviceName + " on SMBus...");
     WaitPainted(1000, services_);
-    for (int address = 0x10; address <= 0x7F; ++address) Probe(address, "SMBus");
+    for (int address = 0x10; address <= 0x7F; ++address) Probe(address);
   }
 
-  void Probe(int address, const QString& bus) {
-    if (link::ReadRegister(address, kCompanyIdRegister) == kCompanyId) found_.push_back(DeviceItem(address, bus));
+  void Probe(int address) {
+    if (link::ReadRegister(address, kCompanyIdRegister) != kCompanyId) return;
+    found_.push_back(link::TextOf({link::InterfaceMode, address}));
   }
 
   frmSplash& splash_;
@@ -104,10 +105,6 @@ void WaitPainted(float milliseconds, platform::Services& services) {
     services.events.PumpPaint();
     left -= kPiece;
   }
-}
-
-QString DeviceItem(int address, const QString& bus) {
-  return QString::fromStdString(base::HexText(address)) + "h on " + bus;
 }
 
 void SelectDevice(const QString& item) {

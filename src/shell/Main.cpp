@@ -1,13 +1,13 @@
 #include "shell/Main.h"
 
 #include "base/Product.h"
+#include "chip/ChipModel.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
-#include "link/USBStuff.h"
 #include "platform/Guard.h"
 #include "shell/Discovery.h"
 #include "shell/Firmware.h"
@@ -18,8 +18,6 @@
 
 namespace zth::shell {
 namespace {
-
-constexpr std::int32_t kRevisionRegister = 0x3F;
 
 /// The library is asked once, and what it says of itself decides: only one that is not there counts as absent.
 bool ProbeSmbus(platform::Libraries& libraries) {
@@ -73,8 +71,8 @@ void InitMonitorDefaults() {
   chip::PollPeriodMs = 100;
   windows::GraphPeriodMs = 50;
   chip::PollEnabled = true;
-  for (std::int32_t reg = 0x21; reg <= 0x24; ++reg) link::AfterRegisterWrite(reg);
-  chip::ChipRevision = link::ReadRegister(link::DeviceAddress, kRevisionRegister);
+  chip::ReadManualFlags();
+  chip::ReadChipRevision();
 }
 
 void Main(platform::Services& services) {

@@ -9,11 +9,15 @@
 #include <QProxyStyle>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QStyleOptionTitleBar>
+
+#include "windows/ChildWindow.h"
 
 namespace zth::shell {
 namespace {
 
 /// The application's style, but that a title bar grows with its font: a style's own is of one height for all fonts.
+/// That of a window read from another chip than the one in use stands out by its colour.
 class TitleBarStyle final : public QProxyStyle {
  public:
   TitleBarStyle() : QProxyStyle(QApplication::style()->name()) {}
@@ -22,6 +26,24 @@ class TitleBarStyle final : public QProxyStyle {
     const int given = QProxyStyle::pixelMetric(metric, option, widget);
     if (metric != PM_TitleBarHeight || widget == nullptr) return given;
     return std::max(given, widget->fontMetrics().height() * 4 / 3);
+  }
+
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override {
+    const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+    if (control != CC_TitleBar || bar == nullptr || widget == nullptr ||
+        !widget->property(windows::kOtherChip).toBool()) {
+      QProxyStyle::drawComplexControl(control, option, painter, widget);
+      return;
+    }
+    QStyleOptionTitleBar warning(*bar);
+    const QColor ground(0x9A, 0x4B, 0x00);
+    for (const auto role : {QPalette::Highlight, QPalette::Window, QPalette::Base})
+      warning.palette.setColor(role, ground);
+    for (const auto role : {QPalette::HighlightedText, QPalette::WindowText, QPalette::Text}) {
+      warning.palette.setColor(role, Qt::white);
+    }
+    QProxyStyle::drawComplexControl(control, &warning, painter, widget);
   }
 };
 
@@ -53,6 +75,10 @@ MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarSty
     close->setAutoRepeat(false);  // a key held down closes one window, not all of them
     connect(close, &QShortcut::activated, this, &MdiDesk::CloseCurrent);
   }
+  // A window that closes gives way to the one used before it; and it is the user who maximises a window, each for
+  // itself.
+  setActivationOrder(ActivationHistoryOrder);
+  setOption(DontMaximizeSubWindowOnActivation);
   focusWatch_ = connect(qApp, &QApplication::focusChanged, this,
                         [this](const QWidget* /*old*/, const QWidget* now) { BringInSight(now); });
 }
@@ -79,6 +105,12 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
 
 void MdiDesk::CloseCurrent() {
   if (QMdiSubWindow* frame = currentSubWindow()) frame->close();
+}
+
+void MdiDesk::BringInside(QMdiSubWindow& frame) {
+  if (frame.isMaximized() || frame.isMinimized()) return;
+  const QSize room = viewport()->size() - frame.size();
+  frame.move(std::clamp(frame.x(), 0, std::max(0, room.width())), std::clamp(frame.y(), 0, std::max(0, room.height())));
 }
 
 void MdiDesk::RestoreTooLarge(QMdiSubWindow& frame) {

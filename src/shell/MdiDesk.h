@@ -17,6 +17,10 @@ class MdiDesk final : public QMdiArea {
   /// Puts a window into a frame of its own, which goes with it when it closes.
   QMdiSubWindow& AddFrame(QWidget& window);
 
+  /// Moves a frame so that all of it is in sight; one that is larger than the desk stands at the top left of what
+  /// shows.
+  void BringInside(QMdiSubWindow& frame);
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
 

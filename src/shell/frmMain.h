@@ -13,6 +13,7 @@ class QComboBox;
 class QLabel;
 class QMenu;
 class QTimer;
+class QToolBar;
 
 namespace zth::shell {
 
@@ -62,13 +63,17 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void BuildStatusBar();
   void BuildTimer();
   void BuildWindowMenu();
-  void FitIcons();
+  void FitToolBar();
+  void AddDevices(QToolBar& bar);
   bool UserLeaves();
   /// What must not be left undone at any orderly end: closing, "Exit", a failed link.
   void FinishWork();
   void mnuExit_Click();
   void tbToolBar_ButtonClick(const QString& key);
   void cmbDevices_Click();
+  /// Each window says anew whether it is of the chip in use.
+  void ShowOrigins();
+  void ReadActiveWindowAgain();
   void tmrMaster_Timer();
   void ShowDateAndTime();
 

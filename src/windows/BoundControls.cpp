@@ -87,7 +87,7 @@ BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows) : Q
     if (control == nullptr) throw std::logic_error("no control " + NameOf(row.control).toStdString());
     const QString place = PlaceOf(row);
     control->setToolTip(place);
-    bounds_.push_back({&row, control, place, {}, Mark::None});
+    bounds_.push_back({&row, control, place, {}, {}, Mark::None});
     Hang(bounds_.back());
     KeepRoomForMark(*control);
   }
@@ -116,7 +116,7 @@ void BoundControls::Load(std::span<const ReadStep> reads) {
       link::ReadRegisterBlock(link::DeviceAddress, step.first, step.count);
       bytes = link::ReadBuffer;
     }
-    for (const Bound& bound : bounds_) {
+    for (Bound& bound : bounds_) {
       if (Covers(step, bound.row->reg)) Show(bound, bytes[static_cast<std::size_t>(bound.row->reg - step.first)]);
     }
   }
@@ -127,9 +127,10 @@ void BoundControls::Load(std::span<const ReadStep> reads) {
   JudgeAll();
 }
 
-void BoundControls::Show(const Bound& bound, unsigned whole) {
+void BoundControls::Show(Bound& bound, unsigned whole) {
   const Binding& row = *bound.row;
   const unsigned field = base::GetField(whole, row.bits);
+  bound.field = field;
   if (auto* list = qobject_cast<QComboBox*>(bound.control)) {
     list->setCurrentIndex(static_cast<int>(Turned(row, field)));
   } else if (auto* box = qobject_cast<QLineEdit*>(bound.control)) {
@@ -149,9 +150,15 @@ void BoundControls::Apply(std::span<const WriteStep> writes) {
     link::WriteRegisterValue(link::DeviceAddress, step.reg, Compose(step.reg, old));
   }
   for (Bound& bound : bounds_) {
-    if (std::ranges::count(writes, bound.row->reg, &WriteStep::reg) != 0) bound.applied = Held(*bound.control);
+    if (std::ranges::count(writes, bound.row->reg, &WriteStep::reg) == 0) continue;
+    bound.applied = Held(*bound.control);
+    bound.field = base::GetField(Compose(bound.row->reg), bound.row->bits);
   }
   JudgeAll();
+}
+
+bool BoundControls::HoldsChanges() const {
+  return std::ranges::any_of(bounds_, [](const Bound& bound) { return Held(*bound.control) != bound.applied; });
 }
 
 std::uint8_t BoundControls::Compose(std::uint8_t reg, unsigned old) const {
@@ -181,13 +188,17 @@ void BoundControls::JudgeRegister(std::uint8_t reg) {
 
 void BoundControls::Judge(Bound& bound) {
   const bool pending = Held(*bound.control) != bound.applied;
+  const unsigned field = base::GetField(Compose(bound.row->reg), bound.row->bits);
   bool odd = false;
   QString tip = bound.place;
   if (const auto* box = qobject_cast<const QLineEdit*>(bound.control)) {
-    const unsigned field = base::GetField(Compose(bound.row->reg), bound.row->bits);
     const std::string shown = bound.row->code->text(field);
     odd = !ReadsAs(box->text().toStdString(), shown);
     if (odd) tip += QString::asprintf("\nGoes out as %s (0x%02X)", shown.c_str(), field);
+  }
+  if (!odd && !pending && bound.field && *bound.field != field) {
+    odd = true;
+    tip += QString::asprintf("\nHolds 0x%02X, goes out as 0x%02X", *bound.field, field);
   }
   const Mark mark = odd ? (pending ? Mark::PendingOdd : Mark::Odd) : (pending ? Mark::Pending : Mark::None);
   if (tip != bound.control->toolTip()) bound.control->setToolTip(tip);

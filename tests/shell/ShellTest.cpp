@@ -1,7 +1,9 @@
+#include <map>
 #include <set>
 #include <tuple>
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -117,6 +119,65 @@ TEST_F(MainWindow, AnEntryOpensItsWindowOnceAndBringsItBack) {
   EXPECT_TRUE(area.subWindowList().isEmpty());
 }
 
+TEST_F(MainWindow, TheDeviceListIsThereAtEveryWidthAndF2LeadsToIt) {
+  auto& main = desk.Main();
+  auto& devices = Desk::Get<QWidget>(main, "cmbDevices");
+  main.showNormal();
+  QApplication::setActiveWindow(&main);
+  for (const int width : {1200, 433, 1}) {
+    main.resize(width, 400);
+    Desk::Settle();
+    QApplication::processEvents();
+    ASSERT_TRUE(devices.isVisible()) << width;
+    EXPECT_TRUE(main.rect().contains({devices.mapTo(&main, QPoint(0, 0)), devices.size()})) << width;
+    EXPECT_GE(devices.width(), devices.sizeHint().width());
+    devices.clearFocus();
+    QTest::keyClick(&main, Qt::Key_F2);
+    EXPECT_TRUE(devices.hasFocus()) << width;
+  }
+}
+
+/// A desktop of child windows in a main window of a size.
+struct MdiWindows : MainWindow {
+  MdiWindows() {
+    desk.Main().showNormal();
+    desk.Main().resize(1000, 700);
+    QApplication::setActiveWindow(&desk.Main());
+    QApplication::processEvents();
+  }
+  QMdiSubWindow& Frame(const char* name) {
+    auto& window = desk.Open(name);
+    QApplication::processEvents();
+    return *qobject_cast<QMdiSubWindow*>(window.parentWidget());
+  }
+  QMdiArea& area = *desk.Main().findChild<QMdiArea*>();
+};
+
+TEST_F(MdiWindows, AWindowOpensInSightAndNeverMaximisedWithAnother) {
+  const QRect room = area.viewport()->rect();
+  auto& first = Frame("frmGenConfig");
+  EXPECT_TRUE(room.contains(first.geometry()));
+  first.showMaximized();
+  for (const char* name : {"frmTherm", "frmHeaters", "frmEDO", "frmVoltConfig", "frmAbout"}) {
+    auto& frame = Frame(name);
+    EXPECT_FALSE(frame.isMaximized()) << name;
+    EXPECT_TRUE(room.contains(frame.geometry())) << name;
+  }
+  EXPECT_TRUE(first.isMaximized());
+  desk.Main().resize(desk.Main().minimumWidth(), 200);
+  QApplication::processEvents();
+  EXPECT_EQ(Frame("frmFanConfig").pos(), QPoint(0, 0)) << "larger than the desk";
+}
+
+TEST_F(MdiWindows, ClosingAWindowRaisesTheOneUsedBefore) {
+  for (const char* name : {"frmGenConfig", "frmTherm", "frmEDO", "frmHeaters", "frmGenConfig", "frmEDO"}) Frame(name);
+  for (const char* next : {"frmGenConfig", "frmHeaters", "frmTherm"}) {
+    qobject_cast<windows::ChildWindow*>(area.activeSubWindow()->widget())->Unload();
+    Desk::Settle();
+    EXPECT_EQ(area.activeSubWindow()->widget()->objectName(), next);
+  }
+}
+
 TEST_F(MainWindow, TheWindowMenuListsWhatIsOpen) {
   auto* menu = desk.Main().findChild<QMenu*>("mnuWindow");
   emit menu->aboutToShow();
@@ -149,6 +210,37 @@ TEST(Placement, ClosingItStoresThePlacementAndExitDoesNot) {
     for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"}) stored << desk.settings.Get(key, "");
     EXPECT_EQ(stored.join(' '), placement);
     EXPECT_EQ(desk.process.ends, ends);
+  }
+}
+
+TEST(Placement, AMaximisedWindowGoesBackToWhatItWasBefore) {
+  std::map<QString, QString> stored;
+  {
+    Desk desk;
+    desk.Start();
+    QApplication::processEvents();
+    desk.Main().showNormal();
+    QApplication::processEvents();
+    desk.Main().setGeometry(120, 90, 640, 480);
+    QApplication::processEvents();
+    desk.Main().showMaximized();
+    QApplication::processEvents();
+    const QSize full = desk.Main().size();
+    desk.Main().close();
+    stored = desk.settings.values;
+    EXPECT_EQ(stored["MainWidth"].toDouble(), full.width() * 15) << "as it stood";
+  }
+  for (const bool spoilt : {false, true}) {
+    Desk desk;
+    desk.settings.values = stored;
+    if (spoilt) desk.settings.values["MainNormal"] = "1800 1350 wide";
+    desk.Start();
+    EXPECT_TRUE(desk.Main().isMaximized());
+    desk.Main().showNormal();
+    const QRect back = desk.Main().geometry();
+    EXPECT_EQ(back == QRect(120, 90, 640, 480), !spoilt) << stored["MainNormal"].toStdString();
+    desk.Main().close();
+    EXPECT_EQ(desk.settings.values["MainNormal"], "") << "the four tell it all";
   }
 }
 

@@ -30,7 +30,7 @@ QString TemperatureCaption(int heater) {
 
 }  // namespace
 
-frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heater Control", context) {
+frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heater Control", context, kShowsBoard) {
   auto* column = new QVBoxLayout(this);
   for (int heater = 0; heater < kHeaters; ++heater) column->addWidget(MakeFrame(heater));
   lblNoAdapter_ = new QLabel("The heaters can be reached over USB only.", this);

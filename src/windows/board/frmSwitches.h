@@ -21,6 +21,9 @@ class frmSwitches final : public ChildWindow {
 
   void Form_Load() override;
 
+ protected:
+  bool HoldsChanges() const override;
+
  private:
   QGroupBox* MakeFrame();
   void cmdRefresh_Click();
@@ -28,6 +31,7 @@ class frmSwitches final : public ChildWindow {
 
   /// Boxes 0 to 5 are bits 0 to 5 of the device at 0x4A, boxes 6 to 13 all bits of that at 0x48.
   std::array<QCheckBox*, 14> chkSwitch_{};
+  std::array<bool, 14> read_{};  ///< what they showed when the board was last read
   QLabel* lblNoAdapter_ = nullptr;
 };
 

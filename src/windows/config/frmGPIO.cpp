@@ -91,7 +91,8 @@ QComboBox* MakeList(const QString& name, Items items, const QString& spoken) {
 
 }  // namespace
 
-frmGPIO::frmGPIO(const Context& context) : ChildWindow("frmGPIO", "GPIO Configuration", context) {
+frmGPIO::frmGPIO(const Context& context)
+    : ChildWindow("frmGPIO", "GPIO Configuration", context, kShowsChip | kShowsPins | kFollowsModel) {
   auto* chkEnGPIO = new QCheckBox(CaptionOf(kRows[0]), this);
   chkEnGPIO->setObjectName("chkEnGPIO");
 

@@ -46,7 +46,8 @@ void AlignLists(std::initializer_list<QGroupBox*> boxes) {
 
 }  // namespace
 
-frmPinConfig::frmPinConfig(const Context& context) : ChildWindow("frmPinConfig", "Pin Configuration", context) {
+frmPinConfig::frmPinConfig(const Context& context)
+    : ChildWindow("frmPinConfig", "Pin Configuration", context, kShowsChip) {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName("SSTab1");
   OnTab(*tabs);
@@ -204,6 +205,10 @@ void frmPinConfig::Form_Load() {
   controls_->Load(kPinReads);
 }
 
+bool frmPinConfig::HoldsChanges() const {
+  return controls_->HoldsChanges();
+}
+
 void frmPinConfig::cmbPins1234_31_32_Click() {
   EnablePinsOf(kVidGroup);
 }
@@ -244,7 +249,7 @@ void frmPinConfig::cmdApply_Click() {
 void frmPinConfig::cmdEasyApply_Click() {
   controls_->Apply(kEasyWrites);
   // The chip has set the pins by itself.
-  Form_Load();
+  Load();
   ReloadLimits();
 }
 
@@ -254,7 +259,7 @@ void frmPinConfig::cmdClose_Click() {
 
 void frmPinConfig::ReloadLimits() {
   if (!LimitsOpen) return;
-  if (ChildWindow* limits = TheDesktop().FindWindow("frmLimits")) limits->Form_Load();
+  if (ChildWindow* limits = TheDesktop().FindWindow("frmLimits")) limits->Load();
 }
 
 }  // namespace zth::windows

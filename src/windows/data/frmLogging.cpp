@@ -1,6 +1,9 @@
 #include "windows/data/frmLogging.h"
 
 #include <cmath>
+#include <algorithm>
+#include <iterator>
+#include <vector>
 
 #include <QCheckBox>
 #include <QFileInfo>
@@ -87,7 +90,8 @@ QString PaceText(double seconds) {
 
 }  // namespace
 
-frmLogging::frmLogging(const Context& context) : ChildWindow("frmLogging", "Data Logging", context) {
+frmLogging::frmLogging(const Context& context)
+    : ChildWindow("frmLogging", "Data Logging", context, kShowsPins | kShowsDuties) {
   auto* temperatures = MakeFrame("Frame3", "Temperature Values");
   AddColumn(*temperatures, 0, 4, 0);
   AddColumn(*temperatures, 39, 6, 0, 4);
@@ -187,6 +191,15 @@ void frmLogging::Form_Load() {
   }
   ShowState();
   adjustSize();
+}
+
+void frmLogging::Reread() {
+  const QString interval = txtLogInt_->text();
+  std::vector<QCheckBox*> ticked;
+  std::ranges::copy_if(chkLog_, std::back_inserter(ticked), &QCheckBox::isChecked);
+  Load();
+  txtLogInt_->setText(interval);
+  for (QCheckBox* box : chkLog_) box->setChecked(box->isEnabled() && std::ranges::count(ticked, box) != 0);
 }
 
 void frmLogging::ShowState() {

@@ -30,6 +30,10 @@ class frmLogging final : public ChildWindow {
   /// Shows how the log stands. The log's job calls it, so that the window tells what happens as it happens.
   void ShowState();
 
+ protected:
+  /// What has been ticked and typed stays, but for channels that the chip in use does not have.
+  void Reread() override;
+
  private:
   QGroupBox* MakeFrame(const char* name, const char* caption);
   void AddColumn(QGroupBox& frame, int first, int count, int column, int row = 0);

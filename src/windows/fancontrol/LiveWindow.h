@@ -15,6 +15,7 @@ class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QGroupBox;
+class QLabel;
 class QLineEdit;
 
 /// What the windows have in common that write at each change of a control.
@@ -28,6 +29,9 @@ class LiveWindow : public ChildWindow {
   LiveWindow(const QString& name, const QString& caption, const Context& context);
 
  protected:
+  /// With the window not ready meanwhile, so that nothing is written back; Form_Load makes it ready again.
+  void Reread() override;
+
   bool Ready() const { return ready_; }
   void SetReady(bool ready) { ready_ = ready; }
   /// The handler, kept from running while the window is not ready.
@@ -47,8 +51,13 @@ class ControlRows {
   QComboBox* AddList(const QString& name, const QString& caption, const QStringList& items, Handler handler);
   QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
                      const widgets::UpDown::Range& range, Handler handler);
+  /// The same with room beside the box for a ChipHint: "lblChipTmin(0)" for "txtTmin(0)".
+  QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
+                     const widgets::UpDown::Range& range, Handler handler, QLabel*& beside);
 
  private:
+  QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
+                     const widgets::UpDown::Range& range, Handler handler, QLabel** beside);
   void AddLabel(const QString& name, const QString& caption, QWidget& buddy);
 
   QWidget& parent_;

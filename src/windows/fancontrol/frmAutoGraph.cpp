@@ -47,10 +47,17 @@ void frmAutoGraph::Form_Load() {
   FillThermOptions();
   FillPwmControls();
   FillTemperatureControls();
+  for (ChipHint& hint : hints_) hint.Settle();
   BuildModel();
   SetReady(true);
   tbPWM_Click();
   AutoGraphOpen = true;
+}
+
+void frmAutoGraph::Reread() {
+  const int channel = tbTemp_->currentIndex();
+  LiveWindow::Reread();
+  tbTemp_->setCurrentIndex(channel);
 }
 
 void frmAutoGraph::Form_Unload() {
@@ -163,6 +170,7 @@ void frmAutoGraph::PlotPaths(const std::vector<CurvePaths>& paths) {
 }
 
 void frmAutoGraph::PlotAFCTemps() {
+  for (ChipHint& hint : hints_) hint.Refresh(IsOfOtherChip());
   const int pwm = tbPWM_->currentIndex();
   stpGraph_->ClearData();
   BuildModel();
@@ -181,7 +189,7 @@ void frmAutoGraph::PlotAFCTemps() {
 std::vector<int> frmAutoGraph::SourcesShown() const {
   const int pwm = tbPWM_->currentIndex();
   const PwmCurve& curve = model_.Pwm[static_cast<std::size_t>(pwm)];
-  std::vector<int> shown{pwm};
+  std::vector<int> shown{link::InterfaceMode, link::DeviceAddress, pwm};
   for (int s = 0; s < curve.SourceCount; ++s) shown.push_back(curve.Sources[static_cast<std::size_t>(s)].Channel);
   return shown;
 }

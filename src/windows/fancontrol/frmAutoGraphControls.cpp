@@ -53,7 +53,8 @@ QString UpDownName(int number) {
 
 }  // namespace
 
-frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", "Automatic Control", context) {
+frmAutoGraph::frmAutoGraph(const Context& context)
+    : LiveWindow("frmAutoGraph", "Automatic Control", context, kShowsChip | kShowsDuties) {
   auto* controls = new QVBoxLayout;
   controls->addWidget(MakeAllFans());
   controls->addWidget(MakePwmTabs());
@@ -136,7 +137,12 @@ QWidget* frmAutoGraph::MakeTemperatureTab(int channel) {
     box->setToolTip("Degrees C");
     return box;
   };
-  degrees(controls.txtTmin, "txtTmin", "&Tmin", names.tmin, reg::kTmin);
+  QLabel* lblChipTmin = nullptr;
+  controls.txtTmin = rows.AddText(
+      ElementName("txtTmin", channel), "&Tmin", UpDownName(names.tmin), kLimit,
+      WhenReady([this, &controls, channel] { Degrees(reg::kTmin + channel, *controls.txtTmin); }), lblChipTmin);
+  controls.txtTmin->setToolTip("Degrees C");
+  hints_.emplace_back(*controls.txtTmin, *lblChipTmin, [channel] { return PolledTmin(channel); });
   controls.cmbTrange = rows.AddList(ElementName("cmbTrange", channel), "T&range", ItemTexts(kTrangeItems),
                                     WhenReady([this, channel] { cmbTrange_Click(channel); }));
   controls.txtTminHyst = hysteresis("txtTminHyst", "Tm&in Hyst", names.tminHyst, &frmAutoGraph::txtTminHyst_Change);

@@ -46,6 +46,7 @@ void frmDynamicTmin::Form_Load() {
   show(reg::kRemote1HighLimit, channels_[0].txtHighLim, channels_[1].txtHighLim);
   const auto hysteresis = ReadBytes<1>(reg::kOpPointHyst);
   txtOpPointHyst_->setText(QString::number(base::GetField(hysteresis[0], reg::kHighNibble)));
+  for (ChipHint& hint : hints_) hint.Settle();
   ShowRemote1Available(chip::PinFunctions.D1);
   if (DemoRunning) cmdDemo_->setText("S&top...");
   SetReady(true);
@@ -79,6 +80,7 @@ void frmDynamicTmin::ShowRemote1Available(bool available) {
 // ---- The charts
 
 void frmDynamicTmin::UpdateDynTminGraph() {
+  for (ChipHint& hint : hints_) hint.Refresh(IsOfOtherChip());
   for (int channel = 0; channel < kRemotes; ++channel) PlotChannel(channel);
   SetDutyLegend();
 }
@@ -161,7 +163,7 @@ void frmDynamicTmin::cmdDemo_Click() {
   }
   SetUpDemo();
   cmdDemo_->setText("S&top...");
-  Form_Load();
+  Load();
   SSTab1_->setCurrentIndex(1);
   Strip2_[1]->ClearData();
   DemoRunning = true;

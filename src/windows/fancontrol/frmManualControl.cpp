@@ -54,7 +54,7 @@ void ShowState(QLabel& label, bool manual) {
 }  // namespace
 
 frmManualControl::frmManualControl(const Context& context)
-    : ChildWindow("frmManualControl", "Manual Fan Control", context) {
+    : ChildWindow("frmManualControl", "Manual Fan Control", context, kShowsManual | kShowsDuties | kFollowsModel) {
   auto* cmdClose = new QPushButton("Clo&se", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });

@@ -63,7 +63,16 @@ void LimitPanel::FillList() {
 }
 
 void LimitPanel::SelectStart() {
+  const int kept = list_->findText(std::exchange(kept_, {}));
+  if (kept >= 0) {
+    list_->setCurrentIndex(kept);
+    return;
+  }
   if (tab_.startItem < list_->count()) list_->setCurrentIndex(tab_.startItem);
+}
+
+void LimitPanel::KeepSelection() {
+  kept_ = list_->currentText();
 }
 
 int LimitPanel::Count() const {

@@ -1,9 +1,11 @@
 #include "windows/regmap/frmRegMap.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QCheckBox>
 #include <QEvent>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -18,6 +20,7 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/BoxHint.h"
+#include "windows/PendingMarks.h"
 #include "windows/SharedState.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
@@ -43,6 +46,10 @@ std::int32_t DecimalReading(const QLineEdit& box) {
 const chip::RegisterEntry* EntryOf(const QTreeWidgetItem& node) {
   const int row = node.childCount() == 0 ? chip::RowOfName(node.text(0).toStdString()) : -1;
   return row < 0 ? nullptr : &chip::RegisterTable.at(static_cast<std::size_t>(row));
+}
+
+const chip::RegisterEntry& EntryOf(int row) {
+  return chip::RegisterTable.at(static_cast<std::size_t>(row));
 }
 
 /// Shows the registers that fit and what leads to them. True when something of the node is left.
@@ -88,19 +95,20 @@ void frmRegMap::TreeView1_NodeClick(const QTreeWidgetItem& node) {
 }
 
 void frmRegMap::ShowRegisterDetails(int row) {
-  const chip::RegisterEntry& entry = chip::RegisterTable.at(static_cast<std::size_t>(row));
+  const chip::RegisterEntry& entry = EntryOf(row);
   lblRegDescription_->setText(DescriptionOf(entry));
   lblCurrentAddr_->setText(HexWithSuffix(entry.Address));
   SetAddressBox(lblCurrentAddr_->text());
   lblReadOnly_->setText(entry.ReadOnly ? "Yes" : "No");
   fraBits_->ShowBitNames(QString::fromStdString(entry.BitNames));
   const int value = link::ReadRegister(link::DeviceAddress, entry.Address);
-  shown_ = Shown{entry.Address, QString::fromStdString(entry.Name)};
+  shown_ = Shown{entry.Address, row};
   ShowValue(value);
   MarkNodes(entry.Address, value);
 }
 
 void frmRegMap::ShowValue(int value) {
+  NoteOrigin();
   lblDecVal_->setText(QString::number(value));
   lblHexVal_->setText(Hex(value));
   fraBits_->ShowRegisterBits(value);
@@ -109,12 +117,13 @@ void frmRegMap::ShowValue(int value) {
 
 void frmRegMap::TellWrites() {
   const std::int32_t address = HexReading(*txtReadAddr_);
-  const bool own = shown_ && shown_->address == address;
-  const QString name = own ? shown_->name : QString();
+  const bool same = shown_ && shown_->address == address;
+  const bool own = same && !IsOfOtherChip();
+  const QString name = same && shown_->row >= 0 ? QString::fromStdString(EntryOf(shown_->row).Name) : QString();
   QString origin;
   if (!shown_) origin = "\nNothing has been read yet: the digits are not this register's.";
-  if (shown_ && !own)
-    origin = QString::asprintf("\nThe digits were read from %02Xh.", static_cast<unsigned>(shown_->address));
+  if (shown_ && !same) origin = "\nThe digits were read from " + HexWithSuffix(shown_->address) + ".";
+  if (same && !own) origin = "\nThe digits were read from another chip.";
   for (int bit = 0; bit < BitDisplay::kBits; ++bit) {
     fraBits_->TellFlip(bit, WriteHint(address, fraBits_->Value() ^ (1 << bit), name) + origin, !own);
   }
@@ -160,15 +169,44 @@ void frmRegMap::cmdRead_Click() {
   const int row = chip::RowOfAddress(address);
   if (row >= 0) {
     ShowRegisterDetails(row);
-    return;
+  } else {
+    ShowUnknown(address);
   }
+}
+
+void frmRegMap::ShowUnknown(std::int32_t address) {
   lblRegDescription_->setText("Unknown");
   lblCurrentAddr_->setText(HexWithSuffix(address));
   SetAddressBox(lblCurrentAddr_->text());
   fraBits_->ShowBitNames("7:6:5:4:3:2:1:0");
   const int value = link::ReadRegister(link::DeviceAddress, address);
-  shown_ = Shown{address, {}};
+  shown_ = Shown{address, -1};
   ShowValue(value);
+}
+
+void frmRegMap::Reread() {
+  if (!shown_) return;
+  if (shown_->row >= 0) {
+    ShowRegisterDetails(shown_->row);
+  } else {
+    ShowUnknown(shown_->address);
+  }
+}
+
+void frmRegMap::OriginChanged() {
+  const link::ChipId inUse = link::ChipInUse();
+  if (std::exchange(marksOf_, inUse) != inUse) ClearMarks();
+  fraDetails_->setTitle("Register Details" + OriginNote());
+  for (QLabel* value : {lblHexVal_, lblDecVal_}) MarkControl(*value, *this, false, IsOfOtherChip());
+  TellWrites();
+}
+
+void frmRegMap::ClearMarks() {
+  for (QTreeWidgetItemIterator at(TreeView1_); *at != nullptr; ++at) {
+    (*at)->setData(0, Qt::FontRole, {});
+    (*at)->setData(0, kReadRole, {});
+    (*at)->setToolTip(0, {});
+  }
 }
 
 void frmRegMap::cmdWrite_Click() {
@@ -275,7 +313,7 @@ void frmRegMap::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
   if (event->type() != QEvent::PaletteChange || TreeView1_ == nullptr) return;
   ColourRegisterTree(*TreeView1_, palette());
-  TellWrites();
+  OriginChanged();
 }
 
 }  // namespace zth::windows

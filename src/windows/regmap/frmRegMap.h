@@ -40,6 +40,9 @@ class frmRegMap final : public ChildWindow {
   void RepeatRead();
 
  protected:
+  /// Repeats the read of the register shown; none before the first.
+  void Reread() override;
+  void OriginChanged() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -59,6 +62,7 @@ class frmRegMap final : public ChildWindow {
   void txtFind_Change();
 
   void ShowRegisterDetails(int row);
+  void ShowUnknown(std::int32_t address);
   void ShowValue(int value);
   /// Tells at the bits, the value boxes and the button what each would write, and where.
   void TellWrites();
@@ -67,6 +71,7 @@ class frmRegMap final : public ChildWindow {
   void SetAddressBox(const QString& text);
   /// Bold for a register that differs from its default, in all nodes of the address just read.
   void MarkNodes(std::int32_t address, int value);
+  void ClearMarks();
   void CopyRows();
 
   QLineEdit* txtFind_ = nullptr;
@@ -78,6 +83,7 @@ class frmRegMap final : public ChildWindow {
   QLineEdit* txtHex_ = nullptr;
   QLineEdit* txtDec_ = nullptr;
   QPushButton* cmdWrite_ = nullptr;
+  QGroupBox* fraDetails_ = nullptr;
   QLabel* lblRegDescription_ = nullptr;
   QLabel* lblCurrentAddr_ = nullptr;
   QLabel* lblHexVal_ = nullptr;
@@ -89,11 +95,12 @@ class frmRegMap final : public ChildWindow {
   /// The register whose bits show; none before the first read.
   struct Shown {
     std::int32_t address;
-    QString name;
+    int row;  ///< of the table, or -1
   };
   std::optional<Shown> shown_;
   std::vector<QWidget*> writers_;  ///< what TellWrites speaks of
 
+  link::ChipId marksOf_;       ///< the chip that the tree's marks tell of
   bool UpdatingValue = false;  ///< one of the value boxes is being written from the other
   bool keepsAddress_ = false;  ///< a read leaves the address box as it is
   bool treePressed_ = false;   ///< a mouse button is down on the tree

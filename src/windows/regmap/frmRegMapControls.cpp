@@ -43,7 +43,7 @@ int WidestDescription(const QFontMetrics& metrics) {
 
 }  // namespace
 
-frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Register Map", context) {
+frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Register Map", context, kShowsDetails) {
   auto* right = new QVBoxLayout;
   auto* tree = MakeTreeFrame();
   right->addWidget(MakeReadWriteFrame());
@@ -133,6 +133,7 @@ QGroupBox* frmRegMap::MakeReadWriteFrame() {
 
 QGroupBox* frmRegMap::MakeDetailsFrame() {
   auto* frame = Named(new QGroupBox("Register Details", this), "Frame3");
+  fraDetails_ = frame;
   auto* grid = new QGridLayout(frame);
   lblRegDescription_ = Named(new QLabel("Description", frame), "lblRegDescription");
   QFont heavy = lblRegDescription_->font();
