@@ -12,7 +12,6 @@ std::int32_t DeviceAddress = 0;
 std::array<std::uint8_t, kReadBufferSize> ReadBuffer{};
 bool SmbusPresent = false;
 bool UsbPresent = false;
-std::array<bool, 5> PwmManual{};
 
 namespace {
 
@@ -57,7 +56,6 @@ void ResetLink() {
   ReadBuffer.fill(0);
   SmbusPresent = false;
   UsbPresent = false;
-  PwmManual.fill(false);
   ResetHooks();
   Detach();
 }

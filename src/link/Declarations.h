@@ -60,9 +60,6 @@ extern std::array<std::uint8_t, kReadBufferSize> ReadBuffer;
 extern bool SmbusPresent;
 extern bool UsbPresent;
 
-/// PWM 1 to 4 at index 1 to 4: its behaviour field says manual. Index 0 is not in use.
-extern std::array<bool, 5> PwmManual;
-
 /// Puts all variables of this room back to the state of a program that has not started.
 void ResetLink();
 

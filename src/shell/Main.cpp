@@ -3,7 +3,9 @@
 #include "base/Product.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "chip/PwmModes.h"
 #include "chip/RegMapStuff.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
@@ -18,7 +20,7 @@
 namespace zth::shell {
 namespace {
 
-constexpr std::int32_t kRevisionRegister = 0x3F;
+using chip::operator""_reg;
 
 /// The library is asked once, and what it says of itself decides: only one that is not there counts as absent.
 bool ProbeSmbus(platform::Libraries& libraries) {
@@ -55,15 +57,15 @@ void InitMonitorDefaults() {
   chip::PollPeriodMs = 100;
   windows::GraphPeriodMs = 50;
   chip::PollEnabled = true;
-  for (std::int32_t reg = 0x21; reg <= 0x24; ++reg) link::AfterRegisterWrite(reg);
-  chip::ChipRevision = link::ReadRegister(link::DeviceAddress, kRevisionRegister);
+  for (int pwm = 0; pwm < chip::kPwmChannels; ++pwm) link::AfterRegisterWrite("PWM1 Config"_reg + pwm);
+  chip::ChipRevision = link::ReadRegister(link::DeviceAddress, "Revision Number"_reg);
 }
 
 void Main(platform::Services& services) {
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
   });
-  link::EnterPwmHooks();
+  chip::EnterPwmHooks();
   chip::EnterPinHooks();
 
   link::SmbusPresent = ProbeSmbus(services.libraries);

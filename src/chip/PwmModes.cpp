@@ -1,0 +1,25 @@
+#include "chip/PwmModes.h"
+
+#include <cstddef>
+
+#include "base/BitField.h"
+#include "chip/RegisterNames.h"
+#include "link/Declarations.h"
+#include "link/RegisterHooks.h"
+#include "link/USBStuff.h"
+
+namespace zth::chip {
+
+std::array<bool, kPwmChannels + 1> PwmManual{};
+
+void EnterPwmHooks() {
+  for (int pwm = 1; pwm <= kPwmChannels; ++pwm) {
+    const std::int32_t reg = "PWM1 Config"_reg + pwm - 1;
+    link::OnRegisterWrite(reg, [pwm, reg] {
+      const auto config = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, reg));
+      PwmManual[static_cast<std::size_t>(pwm)] = base::GetField(config, kBehaviour) == kManualMode;
+    });
+  }
+}
+
+}  // namespace zth::chip
