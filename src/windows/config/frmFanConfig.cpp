@@ -175,17 +175,16 @@ void frmFanConfig::BuildTachPage(QTabWidget& tabs) {
   BuildRows(grid, kTachs);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(fontMetrics().averageCharWidth());
-  const auto add = [&](const char* name, const char* caption, const char* tip) {
+  const auto add = [&](const char* name, const char* caption, const QString& tip) {
     auto* button = new QPushButton(caption, grid.parentWidget());
     button->setObjectName(name);
     button->setToolTip(tip);
     buttons->addWidget(button);
     return button;
   };
-  OnClick(*add("cmdEnableAll", "&Enable All", "Tick all eight: 0x07 bits 7:0, Tach Enable"),
-          [this] { cmdEnableAll_Click(); });
-  OnClick(*add("cmdDisableAll", "&Disable All", "Untick all eight: 0x07 bits 7:0, Tach Enable"),
-          [this] { cmdDisableAll_Click(); });
+  const QString place = PlaceOf(Check("", nullptr, {"Tach Enable"_reg, Bits(7, 0)}));
+  OnClick(*add("cmdEnableAll", "&Enable All", "Tick all eight: " + place), [this] { cmdEnableAll_Click(); });
+  OnClick(*add("cmdDisableAll", "&Disable All", "Untick all eight: " + place), [this] { cmdDisableAll_Click(); });
   buttons->addStretch();
   grid.addLayout(buttons, grid.rowCount(), 0, 1, 3);
 }
