@@ -23,10 +23,6 @@ float TachLimitToRpm(std::uint8_t raw, std::int32_t clock);
 /// back can come out one higher or lower.
 std::uint8_t RpmToTachLimit(double rpm, std::int32_t clock);
 
-/// From `rpm`, a speed that TachLimitToRpm gave, up to the next whole ten, 10 or more away, that comes back as a
-/// greater speed; 0 when there is none up to 12000.
-double TachLimitStepUp(double rpm, std::int32_t clock);
-
 inline constexpr float kTopRpm = 12000;
 
 /// Whole percent of a THERM on-time limit, and back.

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include <QString>
 
@@ -59,6 +60,10 @@ extern std::array<std::uint8_t, kReadBufferSize> ReadBuffer;
 /// Which links exist, as found at the start.
 extern bool SmbusPresent;
 extern bool UsbPresent;
+
+/// Percent that heater 1 or 2 (at index 1, 2) is driven at, as far as this program knows: what it has set or read last.
+/// Empty before either; the board is not asked for it. A setting that failed counts where it would be more heat.
+extern std::array<std::optional<double>, 3> HeaterPercent;
 
 /// Puts all variables of this room back to the state of a program that has not started.
 void ResetLink();

@@ -1,11 +1,19 @@
+#include <algorithm>
+#include <vector>
+
 #include <QApplication>
 #include <QFileDialog>
-#include <QLabel>
+#include <QFileInfo>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QStringList>
 
 #include "platform/DesktopParts.h"
+#include "platform/Questions.h"
 
 namespace zth::platform {
 namespace {
@@ -24,24 +32,66 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+/// A short text must not make a box too narrow for its title. A row of its own holds the width: one put to the text's
+/// label would take the place of the label's own and cut a long text.
+void WidenForTitle(QMessageBox& box) {
+  auto* grid = qobject_cast<QGridLayout*>(box.layout());
+  if (grid == nullptr) return;
+  const int width = box.fontMetrics().horizontalAdvance(box.windowTitle()) * 3 / 2;
+  grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+/// On the heap: a window that is deleted all the same takes its boxes along.
+QMessageBox* MakeBox(BoxIcon icon, const QString& title, const QString& text, QWidget* asker) {
+  auto* box = new QMessageBox(QtIcon(icon), title, text, QMessageBox::NoButton,
+                              asker != nullptr ? asker : QApplication::activeWindow());
+  // Texts are shown as they stand: with rich text guessed, two blanks would become one.
+  box->setTextFormat(Qt::PlainText);
+  box->setWindowModality(Qt::ApplicationModal);
+  WidenForTitle(*box);
+  return box;
+}
+
+constexpr char kLastFolder[] = "FileFolder";
+
+bool TakesFiles(const QString& folder) {
+  const QFileInfo info(folder);
+  return info.isDir() && info.isWritable();
+}
+
 }  // namespace
 
 BoxAnswer DesktopPrompts::Ask(const BoxQuestion& question) {
   const bool yesNo = question.buttons == BoxButtons::YesNo;
-  QMessageBox box(QtIcon(question.icon), question.title, question.text,
-                  yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok),
-                  QApplication::activeWindow());
-  // Texts are shown as they stand: with rich text guessed, two blanks would become one.
-  box.setTextFormat(Qt::PlainText);
-  box.setWindowModality(Qt::ApplicationModal);
-  // A short text must not make a box too narrow for its title.
-  if (auto* label = box.findChild<QLabel*>("qt_msgbox_label")) {
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(question.title) * 3 / 2);
+  const BoxAnswer cancelled = yesNo ? BoxAnswer::No : BoxAnswer::Ok;
+  if (IsClosed(question.asker)) return cancelled;
+  const OpenQuestion open;
+  const QPointer box = MakeBox(question.icon, question.title, question.text, question.asker);
+  box->setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok));
+  if (yesNo) box->setEscapeButton(QMessageBox::No);
+  const int answer = box->exec();
+  delete box;
+  return answer == QMessageBox::Yes ? BoxAnswer::Yes : cancelled;
+}
+
+int DesktopPrompts::Choose(const ChoiceQuestion& question) {
+  const OpenQuestion open;
+  const QPointer box = MakeBox(question.icon, question.title, question.text, nullptr);
+  std::vector<QAbstractButton*> buttons;
+  // One role for all, or the desktop would put them in an order of its own.
+  for (const QString& caption : question.choices) {
+    buttons.push_back(box->addButton(caption, QMessageBox::ActionRole));
+    buttons.back()->setObjectName(QString("choice(%1)").arg(buttons.size() - 1));
   }
-  if (yesNo) box.setEscapeButton(QMessageBox::No);
-  const int answer = box.exec();
-  if (!yesNo) return BoxAnswer::Ok;
-  return answer == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
+  auto* escape = qobject_cast<QPushButton*>(buttons.at(static_cast<std::size_t>(question.escape)));
+  box->setEscapeButton(escape);
+  box->setDefaultButton(escape);
+  box->exec();
+  if (box == nullptr) return question.escape;
+  const auto clicked = std::ranges::find(buttons, box->clickedButton());
+  const auto answer = clicked == buttons.end() ? question.escape : static_cast<int>(clicked - buttons.begin());
+  delete box;
+  return answer;
 }
 
 QString QtFilter(const QString& filter) {
@@ -61,17 +111,35 @@ QString FilterExtension(const QString& filter) {
   return pattern.startsWith("*.") && !pattern.contains("*.*") ? pattern.mid(2) : QString();
 }
 
+QString DesktopFileDialogs::StartFolder(const QString& wanted) const {
+  // The same for saving and for opening, so that what has just been saved is where the next dialog looks.
+  using Paths = QStandardPaths;
+  for (const QString& folder :
+       {wanted, settings_.Get(kLastFolder, {}), Paths::writableLocation(Paths::DocumentsLocation),
+        Paths::writableLocation(Paths::HomeLocation)}) {
+    if (TakesFiles(folder)) return folder;
+  }
+  return wanted;
+}
+
 QString DesktopFileDialogs::Ask(const FileQuestion& question, QWidget* parent) {
-  QFileDialog dialog(parent, question.caption, question.folder, QtFilter(question.filter));
-  dialog.setObjectName(question.name);
+  if (IsClosed(parent)) return {};
+  const OpenQuestion open;
+  const QPointer dialog =
+      new QFileDialog(parent, question.caption, StartFolder(question.folder), QtFilter(question.filter));
+  dialog->setObjectName(question.name);
   const bool save = question.kind == FileQuestion::Kind::Save;
-  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-  dialog.setDefaultSuffix(FilterExtension(question.filter));
-  dialog.setOption(QFileDialog::DontConfirmOverwrite, question.appends);
-  if (!question.suggestion.isEmpty()) dialog.selectFile(question.suggestion);
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
-  return dialog.selectedFiles().constFirst();
+  dialog->setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog->setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog->setDefaultSuffix(FilterExtension(question.filter));
+  dialog->setOption(QFileDialog::DontConfirmOverwrite, question.appends);
+  if (!question.suggestion.isEmpty()) dialog->selectFile(question.suggestion);
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  if (dialog == nullptr) return {};
+  const QString file = accepted ? dialog->selectedFiles().value(0) : QString();
+  delete dialog;
+  if (!file.isEmpty()) settings_.Put(kLastFolder, QFileInfo(file).absolutePath());
+  return file;
 }
 
 }  // namespace zth::platform

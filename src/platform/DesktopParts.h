@@ -10,11 +10,19 @@ namespace zth::platform {
 class DesktopPrompts final : public Prompts {
  public:
   BoxAnswer Ask(const BoxQuestion& question) override;
+  int Choose(const ChoiceQuestion& question) override;
 };
 
 class DesktopFileDialogs final : public FileDialogs {
  public:
+  /// Remembers the folder used last in the settings.
+  explicit DesktopFileDialogs(Settings& settings) : settings_(settings) {}
   QString Ask(const FileQuestion& question, QWidget* parent) override;
+
+ private:
+  QString StartFolder(const QString& wanted) const;
+
+  Settings& settings_;
 };
 
 /// Turns "Log Files (*.csv)|*.csv" into the form of Qt, "Log Files (*.csv)", entries joined by ";;".
@@ -23,7 +31,8 @@ QString QtFilter(const QString& filter);
 /// The extension of a filter's first pattern, without its point ("csv"); empty when the pattern names none.
 QString FilterExtension(const QString& filter);
 
-/// An INI file with one section, "Settings". Keys that the program does not know stay in it.
+/// An INI file with one section, "Settings". Keys that the program does not know stay in it. Anything but a regular
+/// file is left alone: nothing is stored then, and every key has its fallback.
 class IniSettings final : public Settings {
  public:
   explicit IniSettings(QString file) : file_(std::move(file)) {}
@@ -36,6 +45,12 @@ class IniSettings final : public Settings {
 
  private:
   QString file_;
+};
+
+class DesktopClipboard final : public Clipboard {
+ public:
+  void PutText(const QString& text) override;
+  void PutPicture(const QImage& picture) override;
 };
 
 class DesktopShell final : public Shell {
@@ -68,16 +83,31 @@ class DesktopLibraries final : public Libraries {
 
 class DesktopFiles final : public Files {
  public:
-  FileAppend Append(const QString& path, const QByteArray& bytes) override;
-  bool Cut(const QString& path, std::int64_t from, std::int64_t to) override;
+  std::optional<FileState> Look(const QString& path) override;
+  FileAppend Append(const QString& path, const std::optional<FileState>& seen, const QByteArray& bytes) override;
+  bool Cut(const QString& path, const FileState& seen, std::int64_t size) override;
+  QString VolumeOf(const QString& path) override;
   bool Replace(const QString& path, const QByteArray& bytes) override;
   std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
+  std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) override;
 };
+
+/// Waits for what ends the program from outside, while it exists.
+class EndWatch;
+
+/// Keeps a pipe whose reader has gone from ending the process: the write fails, as any other does.
+void IgnoreBrokenPipes();
 
 class DesktopProcess final : public Process {
  public:
+  DesktopProcess();
+  ~DesktopProcess() override;
+  void OnEndOrders(EndOrders orders) override;
   [[noreturn]] void End(int status) override;
   QString Folder() const override;
+
+ private:
+  std::unique_ptr<EndWatch> watch_;
 };
 
 }  // namespace zth::platform

@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "platform/DesktopParts.h"
+#include "platform/EndWatch.h"
 
 namespace zth::platform {
 
@@ -23,6 +24,14 @@ void DesktopEvents::PumpPaint() {
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+DesktopProcess::DesktopProcess() = default;
+DesktopProcess::~DesktopProcess() = default;
+
+void DesktopProcess::OnEndOrders(EndOrders orders) {
+  watch_.reset();
+  watch_ = std::make_unique<EndWatch>(std::move(orders));
+}
+
 void DesktopProcess::End(int status) {
   std::fflush(nullptr);
   // exit, not _Exit: the closed libraries release their adapter in what they have registered for the end.
@@ -35,20 +44,24 @@ QString DesktopProcess::Folder() const {
 
 struct DesktopServices::Parts {
   DesktopPrompts prompts;
-  DesktopFileDialogs fileDialogs;
   IniSettings settings{IniSettings::UserFile()};
+  DesktopFileDialogs fileDialogs{settings};
   DesktopShell shell;
   DesktopClock clock;
   DesktopEvents events;
   DesktopLibraries libraries{QCoreApplication::applicationDirPath()};
   DesktopFiles files;
+  DesktopClipboard clipboard;
   DesktopProcess process;
 };
 
 DesktopServices::DesktopServices()
-    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,
-                                              parts_->shell,     parts_->clock,       parts_->events,
-                                              parts_->libraries, parts_->files,       parts_->process} {}
+    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,  parts_->shell,
+                                              parts_->clock,     parts_->events,      parts_->libraries, parts_->files,
+                                              parts_->clipboard, parts_->process} {
+  // Before any library is loaded: they speak on the standard error stream, which may be such a pipe.
+  IgnoreBrokenPipes();
+}
 
 DesktopServices::~DesktopServices() = default;
 

@@ -1,11 +1,11 @@
 #include "shell/Icons.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
+#include <QResource>
 #include <QSvgRenderer>
 
 /// The drawings stand in a static library, from which a program takes only what it names. Q_INIT_RESOURCE wants to
@@ -47,8 +47,8 @@ class PaletteSvgEngine final : public QIconEngine {
 
 QIcon FromResource(const QString& name) {
   NameResources();
-  QFile file(":/shell/icons/" + name + ".svg");
-  return file.open(QIODevice::ReadOnly) ? QIcon(new PaletteSvgEngine(file.readAll())) : QIcon();
+  const QResource drawing(":/shell/icons/" + name + ".svg");
+  return drawing.isValid() ? QIcon(new PaletteSvgEngine(drawing.uncompressedData())) : QIcon();
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
 #include "link/USBStuff.h"
+#include "platform/Guard.h"
 #include "shell/Discovery.h"
 #include "shell/Firmware.h"
 #include "shell/frmMain.h"
@@ -49,6 +50,23 @@ void EndWith(const QString& message, platform::Services& services) {
   services.process.End(1);
 }
 
+/// The end that comes from outside, at any time: asks nothing and makes no transfer.
+void EndInOrder(platform::Process& process) {
+  if (MainForm != nullptr) {
+    if (MainForm->Unloaded()) return;
+    // Before it has shown, as during the search, no window has a placement of its own yet.
+    if (MainForm->isVisible()) MainForm->CloseAllWindows();
+  }
+  process.End(0);
+}
+
+void AwaitEndOrders(platform::Process& process) {
+  process.OnEndOrders({platform::Guarded([] {
+                         if (MainForm != nullptr) MainForm->SaveForEnd();
+                       }),
+                       platform::Guarded([&process] { EndInOrder(process); })});
+}
+
 }  // namespace
 
 void InitMonitorDefaults() {
@@ -62,6 +80,7 @@ void InitMonitorDefaults() {
 }
 
 void Main(platform::Services& services) {
+  AwaitEndOrders(services.process);
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
   });

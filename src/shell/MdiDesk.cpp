@@ -4,8 +4,11 @@
 
 #include <QApplication>
 #include <QMdiSubWindow>
+#include <QMenu>
+#include <QPointer>
 #include <QProxyStyle>
 #include <QScrollBar>
+#include <QShortcut>
 
 namespace zth::shell {
 namespace {
@@ -22,6 +25,17 @@ class TitleBarStyle final : public QProxyStyle {
   }
 };
 
+/// A frame's own shortcuts for closing differ from desktop to desktop and would make the desk's ambiguous. The menu
+/// goes on telling the key.
+void LeaveCloseKeysToDesk(const QMdiSubWindow& frame) {
+  if (frame.systemMenu() == nullptr) return;
+  for (QAction* action : frame.systemMenu()->actions()) {
+    if (action->shortcuts().isEmpty()) continue;
+    action->setShortcuts(QList<QKeySequence>());
+    action->setText(action->text() + "\tCtrl+W");
+  }
+}
+
 /// How far a bar has to move for `first` to `last` to lie within `room` pixels; the beginning counts more than the end.
 int Missing(int first, int last, int room) {
   if (first < 0) return first;
@@ -34,6 +48,11 @@ MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarSty
   titleBars_->setParent(this);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  for (const char* keys : {"Ctrl+W", "Ctrl+F4"}) {
+    auto* close = new QShortcut(QKeySequence(keys), this);
+    close->setAutoRepeat(false);  // a key held down closes one window, not all of them
+    connect(close, &QShortcut::activated, this, &MdiDesk::CloseCurrent);
+  }
   focusWatch_ = connect(qApp, &QApplication::focusChanged, this,
                         [this](const QWidget* /*old*/, const QWidget* now) { BringInSight(now); });
 }
@@ -47,11 +66,19 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
   QMdiSubWindow* frame = addSubWindow(&window);
   frame->setStyle(titleBars_);
   frame->setAttribute(Qt::WA_DeleteOnClose);
-  // Queued: while the state changes, the frame has not got its size yet.
+  LeaveCloseKeysToDesk(*frame);
+  // Queued: while the state changes, the frame has not got its size yet. It may be gone by then.
   connect(
-      frame, &QMdiSubWindow::windowStateChanged, this, [this, frame] { RestoreTooLarge(*frame); },
+      frame, &QMdiSubWindow::windowStateChanged, this,
+      [this, alive = QPointer(frame)] {
+        if (alive != nullptr) RestoreTooLarge(*alive);
+      },
       Qt::QueuedConnection);
   return *frame;
+}
+
+void MdiDesk::CloseCurrent() {
+  if (QMdiSubWindow* frame = currentSubWindow()) frame->close();
 }
 
 void MdiDesk::RestoreTooLarge(QMdiSubWindow& frame) {

@@ -22,6 +22,7 @@
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
 #include "shell/Icons.h"
+#include "shell/Leaving.h"
 #include "shell/MdiDesk.h"
 #include "shell/MonitorJobs.h"
 #include "shell/Placement.h"
@@ -206,6 +207,11 @@ void frmMain::FinishWork() {
   windows::FinishLog(services_.files);
 }
 
+void frmMain::SaveForEnd() {
+  FinishWork();
+  if (isVisible() && !isMinimized()) StorePlacement(*this, services_.settings);
+}
+
 void frmMain::CloseAllWindows() {
   const auto names = open_.keys();
   for (const QString& name : names) {
@@ -244,9 +250,15 @@ void frmMain::SetStatus(const QString& text) {
   panels_[0]->setText(text);
 }
 
+void frmMain::Tell(const QString& text) {
+  constexpr int kMilliseconds = 10'000;
+  statusBar()->showMessage(text, kMilliseconds);
+}
+
 void frmMain::EnableTimer(bool on) {
   if (on) {
-    tmrMaster_->start();
+    // Once closed, no handler that was cut short brings it back.
+    if (!unloaded_) tmrMaster_->start();
   } else {
     tmrMaster_->stop();
   }
@@ -282,7 +294,22 @@ void frmMain::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange && cmbDevices_ != nullptr) FitIcons();
 }
 
+bool frmMain::UserLeaves() {
+  if (unloaded_) return true;
+  if (asking_) return false;
+  bool leaves = false;
+  asking_ = true;
+  FinishWork();  // perhaps a file can be written by now
+  platform::Guarded([&] { leaves = MayLeave(services_); })();
+  asking_ = false;
+  return leaves;
+}
+
 void frmMain::closeEvent(QCloseEvent* event) {
+  if (!UserLeaves()) {
+    event->ignore();
+    return;
+  }
   tmrMaster_->stop();
   CloseAllWindows();
   event->accept();

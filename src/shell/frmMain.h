@@ -32,12 +32,19 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   /// Stores the placement, unless the window is minimised. Runs once, at whatever end comes first.
   void Form_Unload();
 
+  /// What can be done for an end that may yet be called off: waiting lines are written, the placement is stored.
+  void SaveForEnd();
+
+  /// The window has run its closing step.
+  bool Unloaded() const { return unloaded_; }
+
   /// Closes each child window and then this one, each through its normal closing step.
   void CloseAllWindows();
 
   windows::ChildWindow* OpenWindow(const QString& name) override;
   windows::ChildWindow* FindWindow(const QString& name) const override;
   void SetStatus(const QString& text) override;
+  void Tell(const QString& text) override;
   void EnableTimer(bool on) override;
   QWidget& Frame() override { return *this; }
 
@@ -56,6 +63,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void BuildTimer();
   void BuildWindowMenu();
   void FitIcons();
+  bool UserLeaves();
   /// What must not be left undone at any orderly end: closing, "Exit", a failed link.
   void FinishWork();
   void mnuExit_Click();
@@ -74,6 +82,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   QTimer* tmrMaster_ = nullptr;
   QHash<QString, QPointer<windows::ChildWindow>> open_;
   bool unloaded_ = false;
+  bool asking_ = false;  ///< the user is being asked whether to leave
 };
 
 /// The running main window; null before the start has made it and after its end.

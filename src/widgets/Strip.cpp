@@ -57,8 +57,8 @@ void Strip::Private::Changed(StripInput::Change change) {
   strip.ViewChanged();
 }
 
-Strip::Strip(std::function<double()> clock, QWidget* parent, platform::FileDialogs* dialogs)
-    : QWidget(parent), p_(std::make_unique<Private>(*this, std::move(clock))), dialogs_(dialogs) {
+Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional<StripOutlets>& outlets)
+    : QWidget(parent), p_(std::make_unique<Private>(*this, std::move(clock))), outlets_(outlets) {
   InstallStripAccessibility();
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);

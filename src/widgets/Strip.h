@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <QByteArray>
 #include <QColor>
@@ -9,7 +10,7 @@
 #include <QVariantList>
 #include <QWidget>
 
-#include "platform/Services.h"
+#include "widgets/StripOutlets.h"
 #include "widgets/StripSetup.h"
 
 namespace zth::widgets {
@@ -50,9 +51,9 @@ class Strip : public QWidget {
  public:
   enum class File { Png, Svg, Csv };
 
-  /// `clock` gives seconds of a monotonic clock. `dialogs`, when there, lets the user save pictures and data; it
-  /// outlives the chart.
-  explicit Strip(std::function<double()> clock, QWidget* parent = nullptr, platform::FileDialogs* dialogs = nullptr);
+  /// `clock` gives seconds of a monotonic clock. `outlets`, when there, let the user copy and save pictures and data.
+  explicit Strip(std::function<double()> clock, QWidget* parent = nullptr,
+                 const std::optional<StripOutlets>& outlets = std::nullopt);
   ~Strip() override;
 
   /// Describes the chart, all data and ranges anew.
@@ -145,7 +146,7 @@ class Strip : public QWidget {
   Q_INVOKABLE bool SaveTo(const QString& path);
   void CopyPicture();
   void CopyData();
-  bool HasFileDialogs() const { return dialogs_ != nullptr; }
+  bool HasOutlets() const { return outlets_.has_value(); }
   void AskAndSave(File kind);
 
   QSize sizeHint() const override;
@@ -183,7 +184,7 @@ class Strip : public QWidget {
   void Tell(const QString& notice);
 
   std::unique_ptr<Private> p_;
-  platform::FileDialogs* dialogs_;
+  const std::optional<StripOutlets> outlets_;
   int labelIndex_ = 0;
   int axisIndex_ = 0;
 };

@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QBuffer>
-#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QFileInfo>
 #include <QHelpEvent>
@@ -131,7 +130,7 @@ void Strip::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void Strip::OpenMenu(QPoint globalAt) {
-  MakeStripMenu(*this)->popup(globalAt);
+  MakeStripMenu(*this).popup(globalAt);
 }
 
 void Strip::Tell(const QString& notice) {
@@ -172,16 +171,19 @@ QString Strip::VisibleData() const {
 }
 
 void Strip::CopyPicture() {
-  QGuiApplication::clipboard()->setImage(Picture());
+  if (!outlets_) return;
+  outlets_->clipboard.PutPicture(Picture());
   Tell(QStringLiteral("Picture copied"));
 }
 
 void Strip::CopyData() {
-  QGuiApplication::clipboard()->setText(VisibleData());
+  if (!outlets_) return;
+  outlets_->clipboard.PutText(VisibleData());
   Tell(QStringLiteral("Visible data copied"));
 }
 
 bool Strip::SaveTo(const QString& path) {
+  if (!outlets_) return false;
   QByteArray content;
   const QString ending = QFileInfo(path).suffix().toLower();
   if (ending == QStringLiteral("svg")) {
@@ -192,15 +194,14 @@ bool Strip::SaveTo(const QString& path) {
     QBuffer buffer(&content);
     Picture().save(&buffer, "PNG");
   }
-  QString error;
-  const bool written = WriteWhole(path, content, error);
-  const QString name = QFileInfo(path).fileName();
-  Tell(written ? QStringLiteral("Saved as %1").arg(name) : QStringLiteral("%1 not saved: %2").arg(name, error));
+  const bool written = outlets_->files.Replace(path, content);
+  Tell((written ? QStringLiteral("Saved as %1") : QStringLiteral("Not saved: %1 could not be written"))
+           .arg(QFileInfo(path).fileName()));
   return written;
 }
 
 void Strip::AskAndSave(File kind) {
-  if (dialogs_ == nullptr) return;
+  if (!outlets_) return;
   platform::FileQuestion question;
   question.kind = platform::FileQuestion::Kind::Save;
   question.name = QStringLiteral("dlgSaveChart");
@@ -208,12 +209,13 @@ void Strip::AskAndSave(File kind) {
   const QString ending = kind == File::Csv   ? QStringLiteral(".csv")
                          : kind == File::Svg ? QStringLiteral(".svg")
                                              : QStringLiteral(".png");
+  question.folder = outlets_->start;
   question.filter = (kind == File::Csv   ? QStringLiteral("Comma-Separated Values (*.csv)|*")
                      : kind == File::Svg ? QStringLiteral("Scalable Pictures (*.svg)|*")
                                          : QStringLiteral("Pictures (*.png)|*")) +
                     ending;
   question.suggestion = SuggestedName(Title(), ending);
-  const QString path = dialogs_->Ask(question, this);
+  const QString path = outlets_->dialogs.Ask(question, this);
   if (!path.isEmpty()) SaveTo(path);
 }
 

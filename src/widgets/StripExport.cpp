@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <QLocale>
-#include <QSaveFile>
 
 namespace zth::widgets {
 namespace {
@@ -66,13 +65,6 @@ QString StripCsv(const StripScene& scene) {
     }
     csv += QLatin1Char('\n');
   }
-}
-
-bool WriteWhole(const QString& path, const QByteArray& content, QString& error) {
-  QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit()) return true;
-  error = file.errorString();
-  return false;
 }
 
 }  // namespace zth::widgets

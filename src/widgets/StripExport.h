@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 
 #include "widgets/StripScene.h"
@@ -11,8 +10,5 @@ namespace zth::widgets {
 /// instant and one column a trace, empty where a trace has no value there; of summaries both ends. An X-Y chart gives
 /// one row a point: trace, x, y. Numbers have a decimal point in every locale.
 QString StripCsv(const StripScene& scene);
-
-/// Writes a file whole or not at all. False when it cannot be written; `error` then tells why.
-bool WriteWhole(const QString& path, const QByteArray& content, QString& error);
 
 }  // namespace zth::widgets

@@ -7,6 +7,6 @@ namespace zth::widgets {
 class Strip;
 
 /// The chart's context menu, newly made for its present state; a child of the chart.
-QMenu* MakeStripMenu(Strip& strip);
+QMenu& MakeStripMenu(Strip& strip);
 
 }  // namespace zth::widgets

@@ -61,16 +61,6 @@ bool ReadsAs(const std::string& text, const std::string& shown) {
   return base::IsDecimal(text) && base::LeadingDecimal(text) == base::LeadingDecimal(shown);
 }
 
-class WheelGuard final : public QObject {
- public:
-  using QObject::QObject;
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(watched)->hasFocus()) return false;
-    event->ignore();
-    return true;
-  }
-};
-
 }  // namespace
 
 QString NameOf(const ControlName& control) {
@@ -90,11 +80,6 @@ QString PlaceOf(const Binding& row) {
   return QString::asprintf("0x%02X ", row.reg) + bits + ", " + QString::fromLatin1(chip::RowAt(row.reg)->name);
 }
 
-void IgnorePassingWheel(QWidget& list) {
-  list.setFocusPolicy(Qt::StrongFocus);
-  list.installEventFilter(new WheelGuard(&list));
-}
-
 BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows) : QObject(&window), window_(window) {
   bounds_.reserve(rows.size());
   for (const Binding& row : rows) {
@@ -112,8 +97,7 @@ BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows) : Q
 void BoundControls::Hang(const Bound& bound) {
   const auto changed = [this, reg = bound.row->reg] { JudgeRegister(reg); };
   if (auto* list = qobject_cast<QComboBox*>(bound.control)) {
-    OnSelect(*list, changed);
-    IgnorePassingWheel(*list);
+    OnSelect(*list, changed, Wheel::WithFocus);  // no more than a pending value
   } else if (auto* box = qobject_cast<QLineEdit*>(bound.control)) {
     OnChange(*box, changed);
   } else {

@@ -22,9 +22,6 @@ QString CaptionOf(const Binding& row);
 /// Where a row's bits stand, as its tool tip tells it: "0x0D bit 0, THERM Configuration", "0x21 bits 7:5, PWM1 Config".
 QString PlaceOf(const Binding& row);
 
-/// Puts a list's selection out of reach of a wheel that only passes over it.
-void IgnorePassingWheel(QWidget& list);
-
 /// The controls of a table, found in their window by name. Carries values between them and the chip, step by step, and
 /// marks by colour and weight what has been changed and not applied yet, on the tab of a page as well. A text box that
 /// the chip would read back as another value than it shows is marked in a warning colour, and its tool tip tells the

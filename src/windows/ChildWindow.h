@@ -30,24 +30,34 @@ class ChildWindow : public QWidget {
   void Unloaded(const QString& name);
 
  protected:
-  /// The button that Enter presses, and the one that Escape presses.
+  /// The button that Enter presses, wherever the focus is but on another push button; for windows whose values wait for
+  /// it. In one that writes at once Enter presses nothing.
   void SetDefaultButton(QPushButton& button);
+  /// Without such a button Enter selects the text of the box that has the focus.
+  void SelectOnEnter() { selectsOnEnter_ = true; }
+  /// The button that Escape presses. Without it Escape closes the window.
   void SetCancelButton(QPushButton& button);
 
   platform::Services& Services() const { return context_.services; }
   Desktop& TheDesktop() const { return context_.desktop; }
 
+  bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void WatchForEnter();
+  void PressEnter();
+  void PressEscape();
   /// Gives hints a colour between that of texts and their ground that can still be read.
   void DarkenHints();
 
   Context context_;
   QPushButton* defaultButton_ = nullptr;
   QPushButton* cancelButton_ = nullptr;
+  bool selectsOnEnter_ = false;
   bool unloaded_ = false;
 };
 

@@ -1,3 +1,6 @@
+#include <functional>
+#include <map>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
@@ -5,6 +8,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -72,9 +76,33 @@ TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
   }
 }
 
+TEST(Prompts, ChoicesStandInTheirOrderAndEnterIsAsSafeAsEscape) {
+  using Box = QMessageBox;
+  const std::pair<std::function<void(Box&)>, int> rows[]{
+      {[](Box& box) { box.findChild<QAbstractButton*>("choice(0)")->click(); }, 0},
+      {[](Box& box) { box.findChild<QAbstractButton*>("choice(1)")->click(); }, 1},
+      {[](Box& box) { QTest::keyClick(&box, Qt::Key_Escape); }, 2},
+      {[](Box& box) { QTest::keyClick(&box, Qt::Key_Return); }, 2},
+      {[](Box& box) { box.close(); }, 2},
+      {[](Box& box) { delete &box; }, 2}};
+  for (const auto& [act, answer] : rows) {
+    OnceShown<Box>([act = act](Box& box) {
+      std::map<int, QString> fromTheLeft;
+      for (const QAbstractButton* button : box.buttons()) fromTheLeft[button->x()] = button->text();
+      EXPECT_EQ(fromTheLeft.size(), 3U);
+      QStringList captions;
+      for (const auto& [x, caption] : fromTheLeft) captions << caption;
+      EXPECT_EQ(captions.join(' '), "&Off E&xit &Cancel");
+      act(box);
+    });
+    EXPECT_EQ(DesktopPrompts().Choose({"Title", "On", {"&Off", "E&xit", "&Cancel"}, 2}), answer);
+  }
+}
+
 TEST(FileDialogs, AskForOneFileAndTellACancel) {
   const QTemporaryDir folder;
-  DesktopFileDialogs dialogs;
+  IniSettings settings(folder.filePath("settings.conf"));
+  DesktopFileDialogs dialogs(settings);
   const FileQuestion question{
       FileQuestion::Kind::Save, "CommonDialog1", "Save", folder.path(), "Log Files (*.csv)|*.csv", "", true};
   OnceShown<QFileDialog>([](QFileDialog& dialog) {

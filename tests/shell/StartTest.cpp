@@ -118,9 +118,6 @@ TEST(Start, EndsWithItsMessage) {
       {"no library in reach", Smbus, [](Desk& desk) { desk.board.loadErrors["smbus"] = "FILE NOT FOUND"; },
        kNoHardware},
       {"the adapter refuses the firmware", Usb, [](Desk& desk) { desk.board.firmwareResult = 0; }, kNoHardware},
-      {"a firmware path without an ANSI form", Usb, [](Desk& desk) { desk.process.folder = QChar(0x4E2D); },
-       kNoHardware},
-      {"a firmware path too long", Usb, [](Desk& desk) { desk.process.folder = QString(499, 'x'); }, kNoHardware},
       {"no chip", Both, [](Desk& desk) { desk.board.usbChips.clear(), desk.board.smbusChips.clear(); }, kNoChip},
       {"a broken host library counts as present", Smbus,
        [](Desk& desk) { desk.board.loadErrors["smbus"] = "invalid ELF header"; }, kNoChip},
@@ -152,15 +149,19 @@ TEST(Start, AConnectionOnTheTwentiethTryCounts) {
   EXPECT_EQ(connects(), 20);
 }
 
-TEST(Start, TheFirmwarePathIsAnsiText) {
-  EXPECT_TRUE(shell::StringToAnsiBuffer(QString::fromUtf8("/opt/M\u00FCller \u20AC")));
-  EXPECT_STREQ(shell::AnsiBuffer.data(), "/opt/M\xFCller \x80");
-  EXPECT_TRUE(shell::StringToAnsiBuffer(QString(512, 'x')));
-  EXPECT_EQ(shell::AnsiBuffer[511], 'x');
-  EXPECT_EQ(shell::AnsiBuffer[512], 0);
-  EXPECT_FALSE(shell::StringToAnsiBuffer(QString(513, 'x')));
-  EXPECT_EQ(shell::AnsiBuffer[0], 0);
+#if !defined(_WIN32)
+TEST(Start, TheLibraryIsCalledWithTheBytesOfWhateverFolderTheProgramIsIn) {
+  for (const QString& folder :
+       {QString::fromUtf16(u"/opt/Pr\u00FCfstand"), QString::fromUtf16(u"/opt/\u7814\u7A76 \U0001F680/bin"),
+        '/' + QString(498, 'x'), '/' + QString(3000, 'x')}) {
+    Desk desk(Desk::Buses::Usb);
+    desk.process.folder = folder;
+    EXPECT_EQ(desk.RunMain(), std::nullopt);
+    EXPECT_EQ(desk.board.traffic.front(), "usb F " + folder.toUtf8().toStdString() + "/ZTH4718FW.Hex");
+    EXPECT_EQ(shell::AnsiBuffer[0] == 0, folder.size() > 498) << "what fits 513 bytes with its end";
+  }
 }
+#endif
 
 }  // namespace
 }  // namespace zth::testing

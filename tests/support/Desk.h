@@ -70,8 +70,10 @@ class Desk {
   QuietEvents events;
   FakeLibraries libraries{board};
   FailingFiles files;
+  MemoryClipboard clipboard;
   RecordedProcess process;
-  platform::Services services{prompts, fileDialogs, settings, shell, clock, events, libraries, files, process};
+  platform::Services services{prompts, fileDialogs, settings, shell,     clock,
+                              events,  libraries,   files,    clipboard, process};
 
  private:
   [[noreturn]] static void FailToFind(const QWidget& window, const QString& name);

@@ -13,6 +13,14 @@ SEAMS = {
     r"\bQMessageBox\b": "platform::Prompts",
     r"\bQFileDialog\b": "platform::FileDialogs",
     r"\bQSettings\b": "platform::Settings",
+    # Names of files may be taken apart and encoded anywhere.
+    r"\bQFile\b(?!>|::(en|de)codeName)|\b(QSaveFile|QTemporary(File|Dir)|QLockFile|QDirIterator|QStandardPaths)\b"
+    r"|\b[io]?fstream\b|\bfopen\b|\bstd::filesystem\b|\bQFileInfo::exists\b|\bQDir::(home|current|temp)\b":
+        "platform::Files",
+    r"\bQClipboard\b|\bclipboard\(\)": "platform::Clipboard",
+    # An event loop inside a handler lets the handler's own window be closed.
+    r"(\.|->)exec\(|\bQMenu::exec\b|\bQEventLoop\b|\bActionsContextMenu\b|\bQ(Input|Color|Font|Progress)?Dialog\b":
+        "platform::Prompts, platform::FileDialogs or widgets/PopUpMenu.h",
     r"\bQDesktopServices\b": "platform::Shell",
     r"\b(dlopen|dlsym|QLibrary|LoadLibrary[AW]?)\b": "platform::Libraries",
     r"\b(std::exit|std::_Exit|std::quick_exit|std::abort|_exit|QCoreApplication::exit|qApp->exit)\b": "platform::Process",

@@ -40,7 +40,6 @@ frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heat
   auto* cmdClose = new QPushButton("Clo&se", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
-  SetDefaultButton(*cmdClose);
   SetCancelButton(*cmdClose);
   column->addStretch();
   column->addWidget(cmdClose, 0, Qt::AlignRight);

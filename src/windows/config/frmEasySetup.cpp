@@ -188,7 +188,7 @@ bool frmEasySetup::RunOption(std::size_t i) {
 
 bool frmEasySetup::SetEasyOption() {
   if (!OptionIsValid()) {
-    Services().prompts.Ask({base::kTitle, kBadOption, platform::BoxIcon::Warning, platform::BoxButtons::Ok});
+    Services().prompts.Ask({base::kTitle, kBadOption, platform::BoxIcon::Warning, platform::BoxButtons::Ok, this});
     txtOption_->setFocus();
     txtOption_->selectAll();
     return false;

@@ -152,6 +152,7 @@ frmFanConfig::frmFanConfig(const Context& context)
     : ConfigWindow("frmFanConfig", "Fan Configuration", context, {kRows, kReads, kWrites}) {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName("SSTab1");
+  OnTab(*tabs);
 
   QGridLayout& all = AddFramedPage(*tabs, "A&ll Fans", "Frame1", "Settings for all fans");
   BuildGroup(all, "Full speed and boost", kFullSpeed);

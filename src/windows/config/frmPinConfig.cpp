@@ -49,6 +49,7 @@ void AlignLists(std::initializer_list<QGroupBox*> boxes) {
 frmPinConfig::frmPinConfig(const Context& context) : ChildWindow("frmPinConfig", "Pin Configuration", context) {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName("SSTab1");
+  OnTab(*tabs);
   tabs->addTab(BuildEasyTab(), "&Easy Configuration");
   tabs->addTab(BuildIndividualTab(), "&Individual Pin Configuration");
   auto* column = new QVBoxLayout(this);
@@ -56,9 +57,12 @@ frmPinConfig::frmPinConfig(const Context& context) : ChildWindow("frmPinConfig",
 
   controls_ = new BoundControls(*this, kPinConfigRows);
   for (QRadioButton* option : optEasy_) OnToggle(*option, [this] { optEasy_Click(); });
-  OnSelect(List(kVidGroup), [this] { cmbPins1234_31_32_Click(); });
-  OnSelect(List(kDiode1Group), [this] { cmbPins1516_Click(); });
-  OnSelect(List(kDiode3Group), [this] { cmbPins1920_Click(); });
+  OnSelect(
+      List(kVidGroup), [this] { cmbPins1234_31_32_Click(); }, Wheel::WithFocus);
+  OnSelect(
+      List(kDiode1Group), [this] { cmbPins1516_Click(); }, Wheel::WithFocus);
+  OnSelect(
+      List(kDiode3Group), [this] { cmbPins1920_Click(); }, Wheel::WithFocus);
 }
 
 QWidget* frmPinConfig::BuildEasyTab() {

@@ -57,6 +57,7 @@ frmTherm::frmTherm(const Context& context)
     : ConfigWindow("frmTherm", "THERM Configuration", context, {kRows, kReads, kWrites}) {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName("SSTab1");
+  OnTab(*tabs);
 
   QGridLayout& timer = AddPage(*tabs, "THERM &Timer");
   BuildRows(timer, kTimer);

@@ -39,7 +39,8 @@ frmGraph::frmGraph(const Context& context) : ChildWindow("frmGraph", "Graphing",
   lblHint_->setObjectName("lblHint");
   lblHint_->setAlignment(Qt::AlignCenter);
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
-  OnSelect(*cmbGraph_, [this] { cmbGraph_Click(); });
+  OnSelect(
+      *cmbGraph_, [this] { cmbGraph_Click(); }, Wheel::WithFocus);
   OnChange(*txtUpdate_, [this] { txtUpdate_Change(); });
 }
 
@@ -71,7 +72,7 @@ void frmGraph::MakeHeader() {
 void frmGraph::MakeCharts() {
   const platform::Clock& clock = Services().clock;
   for (int i = 0; i < kGraphs; ++i) {
-    auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, &Services().fileDialogs);
+    auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
     chart->setObjectName(QString("stpGraph(%1)").arg(i));
     chart->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
     chart->SetUp(GraphSetup(i, VoltagesPresent()));

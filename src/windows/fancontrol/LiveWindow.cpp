@@ -5,11 +5,13 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTabWidget>
-
-#include "platform/Guard.h"
 
 namespace zth::windows {
+
+LiveWindow::LiveWindow(const QString& name, const QString& caption, const Context& context)
+    : ChildWindow(name, caption, context) {
+  SelectOnEnter();
+}
 
 Handler LiveWindow::WhenReady(Handler handler) {
   return [this, handler = std::move(handler)] {
@@ -57,10 +59,6 @@ QLineEdit* ControlRows::AddText(const QString& name, const QString& caption, con
   AddLabel(name, caption, *box);
   grid_.addLayout(pair->Row(), row_++, 1);
   return box;
-}
-
-void OnTab(QTabWidget& tabs, Handler handler) {
-  QObject::connect(&tabs, &QTabWidget::currentChanged, &tabs, platform::Guarded(std::move(handler)));
 }
 
 QString ElementName(const char* array, int index) {

@@ -16,7 +16,6 @@ class QComboBox;
 class QGridLayout;
 class QGroupBox;
 class QLineEdit;
-class QTabWidget;
 
 /// What the windows have in common that write at each change of a control.
 namespace zth::windows {
@@ -26,7 +25,7 @@ class LiveWindow : public ChildWindow {
   Q_OBJECT
 
  public:
-  using ChildWindow::ChildWindow;
+  LiveWindow(const QString& name, const QString& caption, const Context& context);
 
  protected:
   bool Ready() const { return ready_; }
@@ -56,9 +55,6 @@ class ControlRows {
   QGridLayout& grid_;
   int row_ = 0;
 };
-
-/// The tab's handler: each time when another tab shows.
-void OnTab(QTabWidget& tabs, Handler handler);
 
 /// "txtTmin(2)".
 QString ElementName(const char* array, int index);

@@ -63,7 +63,6 @@ frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", 
   auto* cmdCancel = new QPushButton("Clo&se", this);
   cmdCancel->setObjectName("cmdCancel");
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
-  SetDefaultButton(*cmdCancel);
   SetCancelButton(*cmdCancel);
   controls->addWidget(cmdCancel, 0, Qt::AlignRight);
 
@@ -71,6 +70,7 @@ frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", 
   row->addLayout(controls);
   row->addWidget(stpGraph_, 1);
   OnTab(*tbPWM_, [this] { tbPWM_Click(); });
+  OnTab(*tbTemp_);
 }
 
 QWidget* frmAutoGraph::MakeAllFans() {
@@ -148,7 +148,7 @@ QWidget* frmAutoGraph::MakeTemperatureTab(int channel) {
 
 widgets::Strip* frmAutoGraph::MakeChart() {
   const platform::Clock& clock = Services().clock;
-  auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, &Services().fileDialogs);
+  auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
   chart->setObjectName("stpGraph");
   chart->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
   chart->setAccessibleName("Duty against temperature");

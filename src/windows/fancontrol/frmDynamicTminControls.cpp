@@ -130,7 +130,6 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
   auto* cmdCancel = new QPushButton("Clo&se", area);
   cmdCancel->setObjectName("cmdCancel");
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
-  SetDefaultButton(*cmdCancel);
   SetCancelButton(*cmdCancel);
 
   auto* row = new QHBoxLayout(area);
@@ -148,7 +147,7 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 
 widgets::Strip* frmDynamicTmin::MakeChart(int channel) {
   const platform::Clock& clock = Services().clock;
-  auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, &Services().fileDialogs);
+  auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
   chart->setObjectName(ElementName("Strip2", channel));
   chart->setAccessibleName(QString("Dynamic Tmin of Remote%1").arg(channel + 1));
   connect(chart, &widgets::Strip::Strip2_LayoutChanged, this, [this, chart](int index) {

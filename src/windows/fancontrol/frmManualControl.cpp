@@ -26,6 +26,7 @@ namespace {
 using chip::operator""_reg;
 
 constexpr int kPwms = 4;
+constexpr std::size_t kDutyGroup = 3;
 
 /// A label on a rounded ground of its palette's window colour.
 class Badge final : public QLabel {
@@ -60,7 +61,6 @@ frmManualControl::frmManualControl(const Context& context)
   auto* cmdClose = new QPushButton("Clo&se", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
-  SetDefaultButton(*cmdClose);
   SetCancelButton(*cmdClose);
 
   auto* column = new QVBoxLayout(this);
@@ -130,6 +130,10 @@ void frmManualControl::RefreshManualControlStates() {
 
 void frmManualControl::RefreshManualControlSliders() {
   for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
+    // A duty that was read before the last write would turn the slider back, and the next step of a key would take the
+    // fan there.
+    if (writtenAfter_[pwm] == chip::Measurements.Reads[kDutyGroup]) continue;
+    writtenAfter_[pwm].reset();
     sldManual_[pwm]->SetValue(std::min<int>(chip::Measurements.PwmPercent[pwm], 100));
   }
 }
@@ -152,7 +156,9 @@ void frmManualControl::sldManual_MouseUp() {
 }
 
 void frmManualControl::sldManual_Change(int index) {
-  const double percent = sldManual_[static_cast<std::size_t>(index)]->Value();
+  const auto pwm = static_cast<std::size_t>(index);
+  const double percent = sldManual_[pwm]->Value();
+  writtenAfter_[pwm] = chip::Measurements.Reads[kDutyGroup];
   link::WriteRegisterValue(link::DeviceAddress, "PWM 1 Value"_reg + index, chip::ByteFromPercent(percent));
 }
 

@@ -1,6 +1,7 @@
 #include "windows/limits/LimitPanel.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QComboBox>
 #include <QSignalBlocker>
@@ -118,9 +119,12 @@ void LimitPanel::ShowLimits() {
     SetNeedle(kScaleEndNeedle, top);
     SetNeedle(kReadingNeedle, top / 2);
   }
-  if (tab_.lowAndHigh) SetSlider(kLowSlider, low);
-  SetSlider(kHighSlider, high);
-  gauge_->SetSliderStep(tab_.step(high, *channel));
+  if (std::exchange(placesOf_, channel) != channel) places_ = PlacesOf(tab_, *channel);
+  for (const auto& [number, value] : {std::pair{kLowSlider, low}, {kHighSlider, high}}) {
+    if (number == kLowSlider && !tab_.lowAndHigh) continue;
+    SetSlider(number, value);
+    gauge_->SetSliderStops(number, LimitStops(places_, value));
+  }
 }
 
 void LimitPanel::ApplyLimits() {

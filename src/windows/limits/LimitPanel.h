@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "windows/limits/LimitStops.h"
 #include "windows/limits/LimitTables.h"
 
 class QComboBox;
@@ -49,6 +50,8 @@ class LimitPanel final : public QWidget {
   const GaugeTab& tab_;
   QComboBox* list_;
   widgets::LGauge* gauge_;
+  const LimitChannel* placesOf_ = nullptr;  ///< the channel that `places_` is of
+  LimitPlaces places_;
 };
 
 }  // namespace zth::windows

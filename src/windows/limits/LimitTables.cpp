@@ -177,9 +177,6 @@ double ShowTemperature(std::uint8_t raw, const LimitChannel& /*channel*/) {
 std::uint8_t EncodeTemperature(double degrees, const LimitChannel& /*channel*/) {
   return chip::TemperatureLimitFromDegrees(degrees);
 }
-double WholeStep(double /*value*/, const LimitChannel& /*channel*/) {
-  return 1;
-}
 float TemperatureReading(std::size_t index) {
   return chip::Measurements.Temperature.at(index);
 }
@@ -190,9 +187,6 @@ double ShowFan(std::uint8_t raw, const LimitChannel& /*channel*/) {
 std::uint8_t EncodeFan(double rpm, const LimitChannel& /*channel*/) {
   return chip::RpmToTachLimit(rpm, chip::TachClock);
 }
-double FanStep(double rpm, const LimitChannel& /*channel*/) {
-  return chip::TachLimitStepUp(rpm, chip::TachClock);
-}
 float FanReading(std::size_t index) {
   return static_cast<float>(chip::Measurements.TachRpm.at(index));
 }
@@ -202,10 +196,6 @@ double ShowVoltage(std::uint8_t raw, const LimitChannel& channel) {
 }
 std::uint8_t EncodeVoltage(double volts, const LimitChannel& channel) {
   return chip::VoltsToVoltageRaw(volts, channel.nominal);
-}
-double VoltageStep(double /*volts*/, const LimitChannel& channel) {
-  constexpr double kShown = 0.01;  // limits are shown to two decimals, which can be coarser than a code
-  return std::max(kShown, static_cast<double>(channel.nominal) / chip::kNominalCode);
 }
 float VoltageReading(std::size_t index) {
   return chip::Measurements.Voltage.at(index);
@@ -238,7 +228,6 @@ const GaugeTab kTemperatureGauge{
     .channels = kTemperatureChannels,
     .show = ShowTemperature,
     .encode = EncodeTemperature,
-    .step = WholeStep,
     .reading = TemperatureReading,
     .unit = kDegreesC,
 };
@@ -251,7 +240,6 @@ const GaugeTab kFanGauge{
     .channels = kFanChannels,
     .show = ShowFan,
     .encode = EncodeFan,
-    .step = FanStep,
     .reading = FanReading,
     .unit = "rpm",
 };
@@ -266,7 +254,6 @@ const GaugeTab kVoltageGauge{
     .channels = kVoltageChannels,
     .show = ShowVoltage,
     .encode = EncodeVoltage,
-    .step = VoltageStep,
     .reading = VoltageReading,
     .unit = "V",
 };
@@ -279,7 +266,6 @@ const GaugeTab kThermTimerGauge{
     .channels = kThermTimerChannels,
     .show = ShowThermTimer,
     .encode = EncodeThermTimer,
-    .step = WholeStep,
     .reading = ThermTimerReading,
     .unit = "%",
     .emptyCaption = "Disabled",
@@ -295,7 +281,6 @@ const GaugeTab kThermPinGauge{
     .channels = kThermPinChannels,
     .show = ShowTemperature,
     .encode = EncodeTemperature,
-    .step = WholeStep,
     .reading = TemperatureReading,
     .unit = kDegreesC,
 };

@@ -16,6 +16,7 @@ namespace zth::windows {
 frmLimits::frmLimits(const Context& context) : ChildWindow("frmLimits", "Limits / Interrupts", context) {
   auto* SSTab1 = new QTabWidget(this);
   SSTab1->setObjectName("SSTab1");
+  OnTab(*SSTab1);
   SSTab1->setUsesScrollButtons(false);  // all six tabs are in sight
   form_.temperature = new LimitPanel(kTemperatureGauge, this);
   form_.fan = new LimitPanel(kFanGauge, this);

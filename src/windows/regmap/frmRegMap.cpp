@@ -1,12 +1,14 @@
 #include "windows/regmap/frmRegMap.h"
 
-#include <QApplication>
+#include <algorithm>
+
 #include <QCheckBox>
-#include <QClipboard>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QScopedValueRollback>
 #include <QStringList>
 #include <QTreeWidget>
 
@@ -93,6 +95,7 @@ void frmRegMap::ShowRegisterDetails(int row) {
   lblReadOnly_->setText(entry.ReadOnly ? "Yes" : "No");
   fraBits_->ShowBitNames(QString::fromStdString(entry.BitNames));
   const int value = link::ReadRegister(link::DeviceAddress, entry.Address);
+  shown_ = Shown{entry.Address, QString::fromStdString(entry.Name)};
   ShowValue(value);
   MarkNodes(entry.Address, value);
 }
@@ -101,13 +104,55 @@ void frmRegMap::ShowValue(int value) {
   lblDecVal_->setText(QString::number(value));
   lblHexVal_->setText(Hex(value));
   fraBits_->ShowRegisterBits(value);
+  TellWrites();
+}
+
+void frmRegMap::TellWrites() {
+  const std::int32_t address = HexReading(*txtReadAddr_);
+  const bool own = shown_ && shown_->address == address;
+  const QString name = own ? shown_->name : QString();
+  QString origin;
+  if (!shown_) origin = "\nNothing has been read yet: the digits are not this register's.";
+  if (shown_ && !own)
+    origin = QString::asprintf("\nThe digits were read from %02Xh.", static_cast<unsigned>(shown_->address));
+  for (int bit = 0; bit < BitDisplay::kBits; ++bit) {
+    fraBits_->TellFlip(bit, WriteHint(address, fraBits_->Value() ^ (1 << bit), name) + origin, !own);
+  }
+  const std::int32_t value = DecimalReading(*txtDec_);
+  const QString write = WriteHint(address, value, name);
+  cmdWrite_->setToolTip(write);
+  cmdWrite_->setAccessibleDescription(write);
+  const QString beyond = ValueHint(value);
+  for (QLineEdit* box : {txtHex_, txtDec_}) {
+    ShowHint(*box, beyond, write);
+    if (beyond.isEmpty()) box->setAccessibleDescription(write);
+  }
+  ShowHint(*txtReadAddr_, AddressHint(address));
+  ShowWrite();
+}
+
+void frmRegMap::ShowWrite() {
+  const auto pointed = std::ranges::find_if(writers_, &QWidget::underMouse);
+  const auto focused = std::ranges::find_if(writers_, &QWidget::hasFocus);
+  const auto told = pointed != writers_.end() ? pointed : focused;
+  lblWrites_->setText(told != writers_.end() ? (*told)->toolTip() : QString());
 }
 
 void frmRegMap::SetAddressBox(const QString& text) {
+  if (keepsAddress_) return;
+  txtReadAddr_->setModified(false);
+  if (txtReadAddr_->text() == text.toUpper()) return;
   // The cursor stays, so that a read in the middle of typing does not part the digits.
   const int cursor = txtReadAddr_->cursorPosition();
   txtReadAddr_->setText(text);
   txtReadAddr_->setCursorPosition(cursor);
+}
+
+void frmRegMap::RepeatRead() {
+  // What is read is what the box holds, half typed or not. But only a read that the user asks for may put its own text
+  // in the place of the one being typed.
+  const QScopedValueRollback keeps(keepsAddress_, txtReadAddr_->hasFocus() && txtReadAddr_->isModified());
+  cmdRead_Click();
 }
 
 void frmRegMap::cmdRead_Click() {
@@ -121,7 +166,9 @@ void frmRegMap::cmdRead_Click() {
   lblCurrentAddr_->setText(HexWithSuffix(address));
   SetAddressBox(lblCurrentAddr_->text());
   fraBits_->ShowBitNames("7:6:5:4:3:2:1:0");
-  ShowValue(link::ReadRegister(link::DeviceAddress, address));
+  const int value = link::ReadRegister(link::DeviceAddress, address);
+  shown_ = Shown{address, {}};
+  ShowValue(value);
 }
 
 void frmRegMap::cmdWrite_Click() {
@@ -138,8 +185,14 @@ void frmRegMap::lblBit_Click(int bit) {
 
 void frmRegMap::txtReadAddr_Change() {
   const QString upper = txtReadAddr_->text().toUpper();
-  if (txtReadAddr_->text() != upper) SetAddressBox(upper);
-  MarkBoxesBeyondByte();
+  if (txtReadAddr_->text() != upper) {
+    const bool typed = txtReadAddr_->isModified();
+    const int cursor = txtReadAddr_->cursorPosition();
+    txtReadAddr_->setText(upper);
+    txtReadAddr_->setCursorPosition(cursor);
+    txtReadAddr_->setModified(typed);
+  }
+  TellWrites();
 }
 
 void frmRegMap::txtDec_Change() {
@@ -148,7 +201,7 @@ void frmRegMap::txtDec_Change() {
     txtHex_->setText(Hex(DecimalReading(*txtDec_)));
     UpdatingValue = false;
   }
-  MarkBoxesBeyondByte();
+  TellWrites();
 }
 
 void frmRegMap::txtHex_Change() {
@@ -157,14 +210,7 @@ void frmRegMap::txtHex_Change() {
     txtDec_->setText(QString::number(HexReading(*txtHex_)));
     UpdatingValue = false;
   }
-  MarkBoxesBeyondByte();
-}
-
-void frmRegMap::MarkBoxesBeyondByte() {
-  ShowHint(*txtReadAddr_, AddressHint(HexReading(*txtReadAddr_)));
-  const QString hint = ValueHint(DecimalReading(*txtDec_));
-  ShowHint(*txtHex_, hint);
-  ShowHint(*txtDec_, hint);
+  TellWrites();
 }
 
 void frmRegMap::MarkNodes(std::int32_t address, int value) {
@@ -193,10 +239,16 @@ void frmRegMap::CopyRows() {
   if (node == nullptr) return;
   QStringList rows;
   CollectRows(*node, rows);
-  QApplication::clipboard()->setText(rows.join('\n'));
+  Services().clipboard.PutText(rows.join('\n'));
 }
 
 bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
+  const QEvent::Type type = event->type();
+  if ((type == QEvent::Enter || type == QEvent::Leave || type == QEvent::FocusIn || type == QEvent::FocusOut) &&
+      std::ranges::count(writers_, watched) != 0) {
+    // Queued: the control itself learns of it behind this.
+    QMetaObject::invokeMethod(this, &frmRegMap::ShowWrite, Qt::QueuedConnection);
+  }
   if (watched == TreeView1_->viewport()) {
     const bool press = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
     if (press) {
@@ -223,7 +275,7 @@ void frmRegMap::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
   if (event->type() != QEvent::PaletteChange || TreeView1_ == nullptr) return;
   ColourRegisterTree(*TreeView1_, palette());
-  MarkBoxesBeyondByte();
+  TellWrites();
 }
 
 }  // namespace zth::windows

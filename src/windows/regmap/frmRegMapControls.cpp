@@ -14,6 +14,7 @@
 #include "base/Twips.h"
 #include "chip/RegMapStuff.h"
 #include "platform/Guard.h"
+#include "widgets/PopUpMenu.h"
 #include "windows/Handlers.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
@@ -49,6 +50,12 @@ frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Registe
   right->addWidget(MakeDetailsFrame());
   fraBits_ = new BitDisplay(this);
   right->addWidget(fraBits_);
+  lblWrites_ = Named(new QLabel(this), "lblWrites");
+  lblWrites_->setWordWrap(true);
+  lblWrites_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  lblWrites_->setTextFormat(Qt::PlainText);
+  lblWrites_->setMinimumHeight(3 * fontMetrics().lineSpacing());  // nothing moves when it speaks
+  right->addWidget(lblWrites_);
   right->addStretch();
 
   auto* row = new QHBoxLayout(this);
@@ -59,6 +66,10 @@ frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Registe
           [this](int bit) { platform::Guarded([this, bit] { lblBit_Click(bit); })(); });
   ConnectTree();
   ConnectBoxes();
+  writers_ = {txtHex_, txtDec_, cmdWrite_};
+  for (auto* bit : fraBits_->findChildren<BitLabel*>()) writers_.push_back(bit);
+  for (QWidget* writer : writers_) writer->installEventFilter(this);
+  TellWrites();
 }
 
 QGroupBox* frmRegMap::MakeTreeFrame() {
@@ -111,6 +122,8 @@ QGroupBox* frmRegMap::MakeReadWriteFrame() {
   grid->addWidget(chkContRead_, 1, 1, 1, 2);
   txtHex_ = addBox(2, "Label5", "Value(He&x)", "txtHex");
   txtDec_ = addBox(3, "Label6", "Value(D&ec)", "txtDec");
+  // An empty box reads as 0.
+  for (QLineEdit* box : {txtReadAddr_, txtHex_, txtDec_}) box->setPlaceholderText("0");
   cmdWrite_ = Named(new QPushButton("Wri&te", frame), "cmdWrite");
   grid->addWidget(cmdWrite_, 3, 2);
   grid->setColumnStretch(1, 1);
@@ -161,7 +174,14 @@ void frmRegMap::ConnectTree() {
   copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(copy, &QAction::triggered, this, [this] { CopyRows(); });
   TreeView1_->addAction(copy);
-  TreeView1_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  // Not the policy that shows a widget's actions by itself: its menu stands on the stack, and the window may go
+  // beneath.
+  TreeView1_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(TreeView1_, &QWidget::customContextMenuRequested, this, [this, copy](const QPoint& at) {
+    QMenu& menu = widgets::MakePopUpMenu(*TreeView1_, "mnuTree");
+    menu.addAction(copy);
+    menu.popup(TreeView1_->viewport()->mapToGlobal(at));
+  });
 }
 
 void frmRegMap::ConnectBoxes() {

@@ -16,7 +16,7 @@
 #include <QTimer>
 #include <gmock/gmock.h>
 
-#include "tests/support/Scripted.h"
+#include "tests/support/Doubles.h"
 #include "tests/widgets/controls/UserInput.h"
 #include "widgets/Strip.h"
 
@@ -98,8 +98,10 @@ class StripTest : public ::testing::Test {
   }
 
   double now = 1000;
-  zth::testing::ScriptedFileDialogs files;
-  Strip strip{[this] { return now; }, nullptr, &files};
+  zth::testing::ScriptedFileDialogs dialogs;
+  zth::testing::FailingFiles files;
+  zth::testing::MemoryClipboard clipboard;
+  Strip strip{[this] { return now; }, nullptr, StripOutlets(dialogs, files, clipboard, "/opt/zth")};
 };
 
 TEST_F(StripTest, AnswersToEveryOperationByName) {
@@ -326,15 +328,17 @@ TEST_F(StripTest, OffersCopiesAndFilesInItsMenu) {
     auto* action = menu->findChild<QAction*>(name);
     ASSERT_TRUE(action != nullptr && action->isEnabled()) << name;
     action->trigger();
+    QCoreApplication::sendPostedEvents();
   };
   const QString csv = "Time (s),Local,Remote1\n0.000,25.25,\n0.050,26.25,31\n";
   pick("mnuCopyData");
-  EXPECT_EQ(QApplication::clipboard()->text(), csv);
+  EXPECT_EQ(clipboard.text, csv);
   pick("mnuCopyPicture");
-  EXPECT_EQ(QApplication::clipboard()->image().size(), strip.size());
-  files.script = {folder.filePath("a.csv"), folder.filePath("a.png"), folder.filePath("a.svg"), QString()};
+  EXPECT_EQ(clipboard.picture.size(), strip.size());
+  dialogs.script = {folder.filePath("a.csv"), folder.filePath("a.png"), folder.filePath("a.svg"), QString()};
   for (const char* name : {"mnuSaveCsv", "mnuSavePng", "mnuSaveSvg", "mnuSavePng"}) pick(name);
-  EXPECT_EQ(files.shown[0].suggestion, "Temperature.csv");
+  EXPECT_EQ(dialogs.shown[0].suggestion, "Temperature.csv");
+  EXPECT_EQ(dialogs.shown[0].folder, "/opt/zth");
   const auto content = [&](const char* name) {
     QFile file(folder.filePath(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -16,6 +16,7 @@ class NoDesktop final : public zth::windows::Desktop {
   zth::windows::ChildWindow* OpenWindow(const QString& /*name*/) override { return nullptr; }
   zth::windows::ChildWindow* FindWindow(const QString& /*name*/) const override { return nullptr; }
   void SetStatus(const QString& /*text*/) override {}
+  void Tell(const QString& /*text*/) override {}
   void EnableTimer(bool /*on*/) override {}
   QWidget& Frame() override { std::abort(); }
 };
@@ -26,15 +27,16 @@ int main(int argc, char** argv) {
   using namespace zth;
   if (argc < 2) return 2;
   platform::DesktopPrompts prompts;
-  platform::DesktopFileDialogs dialogs;
   platform::IniSettings settings{QString()};
+  platform::DesktopFileDialogs dialogs{settings};
   platform::DesktopShell shell;
   platform::DesktopClock clock;
   platform::DesktopEvents events;
   platform::DesktopLibraries libraries{QString()};
   platform::DesktopFiles files;
+  platform::DesktopClipboard clipboard;
   platform::DesktopProcess process;
-  platform::Services services{prompts, dialogs, settings, shell, clock, events, libraries, files, process};
+  platform::Services services{prompts, dialogs, settings, shell, clock, events, libraries, files, clipboard, process};
   NoDesktop desktop;
 
   for (chip::LogChannel& channel : chip::LogChannelTable) channel = {1.0F / 3, 1, 1};

@@ -97,14 +97,26 @@ TEST_F(LoggingTest, TakesThePeriodFromTheLeadingNumber) {
 
 TEST_F(LoggingTest, KeepsPaceWithTheTicks) {
   // Period 0: a line a tick. 100: the tick at 100 ms comes a moment too early for the rule, the next one takes it.
-  for (const auto& [period, lines] : {std::pair{"0", 30}, std::pair{"10", 30}, std::pair{"100", 10}}) {
+  for (const auto& [period, lines, pace] :
+       {std::tuple{"0", 30, "true pace: 50 ms"}, {"10", 30, "true pace: 50 ms"}, {"100", 10, "true pace: 150 ms"}}) {
     StartLog(Path(period), {0}, period);
     desk.Advance(1500);
+    EXPECT_EQ(Held(Logging(), "lblPace"), pace) << period;
     Do(Logging(), "cmdLogData");
+    EXPECT_EQ(Held(Logging(), "lblPace"), "") << "no log has no pace";
     EXPECT_NEAR(static_cast<double>(windows::LogSampleCount), lines, 1) << period;
     const std::string content = Content(Path(period));
     EXPECT_EQ(std::count(content.begin(), content.end(), '\n'), 4 + windows::LogSampleCount);
   }
+}
+
+TEST_F(LoggingTest, TellsTheTruePaceOnlyWhereItIsAnother) {
+  StartLog(Path("a.csv"), {0}, "2000");
+  Log(2);
+  desk.Advance(5000);
+  EXPECT_EQ(Held(Logging(), "lblPace"), "") << "two lines and one make no pace yet";
+  Log(20);
+  EXPECT_EQ(Held(Logging(), "lblPace"), "") << "a tick of 2050 ms is no difference to speak of";
 }
 
 TEST_F(LoggingTest, TheTimeNeverWraps) {

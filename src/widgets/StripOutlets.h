@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+#include "platform/Services.h"
+
+namespace zth::widgets {
+
+/// Where a chart's picture and data go. All of it outlives the chart.
+struct StripOutlets {
+  explicit StripOutlets(platform::Services& services)
+      : StripOutlets(services.fileDialogs, services.files, services.clipboard, services.process.Folder()) {}
+  StripOutlets(platform::FileDialogs& fileDialogs, platform::Files& writtenFiles, platform::Clipboard& pasteboard,
+               QString folder)
+      : dialogs(fileDialogs), files(writtenFiles), clipboard(pasteboard), start(std::move(folder)) {}
+
+  platform::FileDialogs& dialogs;
+  platform::Files& files;
+  platform::Clipboard& clipboard;
+  QString start;  ///< the folder in which a dialog begins
+};
+
+}  // namespace zth::widgets

@@ -1,0 +1,48 @@
+#include "tests/desktop/RealDesktop.h"
+
+#include <QMdiSubWindow>
+
+#include "shell/Main.h"
+
+namespace zth::testing {
+
+RealDesktop::RealDesktop() {
+  QApplication::setQuitOnLastWindowClosed(false);
+  desk.process.folder = folder.path();
+  settings.Put("OpenEasySetup", "False");
+}
+
+void RealDesktop::Start() {
+  ::zth::shell::Main(services);
+  QObject::connect(::zth::shell::MainForm, &::zth::shell::frmMain::Closed, qApp, &QApplication::quit);
+  QApplication::setActiveWindow(&desk.Main());
+  Do([] {});
+}
+
+void RealDesktop::Do(const std::function<void()>& act) {
+  constexpr int kTurnsBehind = 3;
+  QObject here;  // what has not come by the end does not come at all
+  std::function<void(int)> leave = [&](int turns) {
+    QTimer::singleShot(1, &here, [&leave, turns] { turns > 0 ? leave(turns - 1) : QCoreApplication::exit(); });
+  };
+  QTimer::singleShot(0, &here, [&] {
+    act();
+    leave(kTurnsBehind);
+  });
+  QApplication::exec();
+}
+
+void RealDesktop::CloseFrame(QWidget& window) {
+  window.parentWidget()->close();
+}
+
+void RealDesktop::ExpectAlive() {
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  const bool runs = desk.process.ends.empty() && desk.Main().isVisible();
+  desk.board.TakeTraffic();
+  desk.Advance(1000);
+  EXPECT_EQ(!desk.board.TakeTraffic().empty(), runs) << "polling";
+}
+
+}  // namespace zth::testing

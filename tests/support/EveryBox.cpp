@@ -1,0 +1,79 @@
+#include "tests/support/EveryBox.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include <QDirIterator>
+#include <QFile>
+
+#include "link/LinkErrors.h"
+#include "tests/support/Desk.h"
+
+namespace zth::testing {
+namespace {
+
+using platform::BoxAnswer;
+
+std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring, bool start = true,
+                                         Desk::Buses buses = Desk::Buses::Both) {
+  Desk desk(buses);
+  desk.prompts.script = {BoxAnswer::Ok};
+  try {
+    if (start) desk.Start();
+    bring(desk);
+  } catch (const platform::ProcessEnded&) {  // most of them end it
+  }
+  return std::exchange(desk.prompts.shown, {});
+}
+
+}  // namespace
+
+std::vector<BoxSource> EveryBox() {
+  std::vector<platform::BoxQuestion> failures;
+  for (int code = link::kFirmwareFailed; code <= link::kHeaterError; ++code) {
+    for (const auto& box : Asked([code](Desk&) { link::ReportLinkError(code); })) failures.push_back(box);
+  }
+  return {
+      {"link/LinkErrors.cpp", failures},
+      {"shell/Main.cpp", Asked(
+                             [](Desk& desk) {
+                               desk.board.loadErrors["smbus"] = "File not found";
+                               desk.RunMain();
+                             },
+                             false, Desk::Buses::Smbus)},
+      {"shell/frmMain.cpp", Asked(
+                                [](Desk& desk) {
+                                  desk.board.smbusChips.clear();
+                                  desk.RunMain();
+                                },
+                                false, Desk::Buses::Smbus)},
+      {"windows/config/frmEasySetup.cpp", Asked([](Desk& desk) {
+         auto& window = desk.Open("frmEasySetup");
+         Desk::Check(window, "chkStartUp", true);
+         Desk::Type(window, "txtOption", "9");
+         Desk::Press(window, "cmdApply");
+       })},
+      {"windows/data/frmLogging.cpp", Asked([](Desk& desk) {
+         desk.fileDialogs.script.push_back("none.csv");
+         auto& window = desk.Open("frmLogging");
+         Desk::Press(window, "cmdDeselectAll");
+         Desk::Press(window, "cmdLogData");
+       })},
+  };
+}
+
+std::vector<std::string> EveryPlaceThatAsksABox() {
+  std::vector<std::string> places;
+  const QString root = ZTH_SOURCES;
+  for (QDirIterator at(root, {"*.cpp", "*.h"}, QDir::Files, QDirIterator::Subdirectories); at.hasNext();) {
+    QFile file(at.next());
+    if (!file.open(QIODevice::ReadOnly)) continue;
+    const auto count = file.readAll().count("prompts.Ask(");
+    places.insert(places.end(), static_cast<std::size_t>(count), file.fileName().mid(root.size() + 1).toStdString());
+  }
+  std::ranges::sort(places);
+  return places;
+}
+
+}  // namespace zth::testing
