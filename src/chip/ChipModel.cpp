@@ -4,21 +4,17 @@
 
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "chip/PwmModes.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/RegisterHooks.h"
 #include "link/USBStuff.h"
 
 namespace zth::chip {
-namespace {
-
-constexpr std::int32_t kPwm1Config = 0x21;
-constexpr std::int32_t kRevisionRegister = 0x3F;
-
-}  // namespace
 
 ModelOrigin ModelReadFrom() {
   ModelOrigin origin{PinFunctionsFrom, {}, ChipRevisionFrom};
-  std::copy_n(link::PwmManualFrom.begin() + 1, origin.manual.size(), origin.manual.begin());
+  std::copy_n(PwmManualFrom.begin() + 1, origin.manual.size(), origin.manual.begin());
   return origin;
 }
 
@@ -30,11 +26,11 @@ bool ModelIsOfChipInUse() {
 }
 
 void ReadManualFlags() {
-  for (std::int32_t reg = kPwm1Config; reg < kPwm1Config + 4; ++reg) link::AfterRegisterWrite(reg);
+  for (int pwm = 0; pwm < kPwmChannels; ++pwm) link::AfterRegisterWrite("PWM1 Config"_reg + pwm);
 }
 
 void ReadChipRevision() {
-  ChipRevision = link::ReadRegister(link::DeviceAddress, kRevisionRegister);
+  ChipRevision = link::ReadRegister(link::DeviceAddress, "Revision Number"_reg);
   ChipRevisionFrom = link::ChipInUse();
 }
 

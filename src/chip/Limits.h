@@ -15,7 +15,7 @@ double VoltageRawToVolts(std::uint8_t raw, float nominal);
 
 std::uint8_t VoltsToVoltageRaw(double volts, float nominal);
 
-/// Rpm of a tach limit, which is the upper byte of a tach count whose lower byte is 0xFF, at `clock` counts a second.
+/// Rpm of a tach limit, which is the upper byte of a tach count whose lower byte is 255, at `clock` counts a second.
 /// 12000 for a limit of 0; a speed below 100 gives 0.
 float TachLimitToRpm(std::uint8_t raw, std::int32_t clock);
 

@@ -4,6 +4,7 @@
 #include "chip/ChipModel.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "chip/PwmModes.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
@@ -80,7 +81,7 @@ void Main(platform::Services& services) {
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
   });
-  link::EnterPwmHooks();
+  chip::EnterPwmHooks();
   chip::EnterPinHooks();
 
   link::SmbusPresent = ProbeSmbus(services.libraries);

@@ -13,7 +13,7 @@
 
 #include "base/NumberText.h"
 #include "chip/FieldTexts.h"
-#include "chip/RegisterRows.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/Handlers.h"
@@ -73,11 +73,11 @@ QString CaptionOf(const Binding& row) {
 }
 
 QString PlaceOf(const Binding& row) {
-  const auto name = std::ranges::find(chip::kRegisterRows, row.reg, &chip::RegisterRow::address);
   const int low = row.bits.shift;
   const QString bits =
       row.bits.width == 1 ? QString("bit %1").arg(low) : QString("bits %1:%2").arg(low + row.bits.width - 1).arg(low);
-  return QString::asprintf("0x%02X ", row.reg) + bits + ", " + QString::fromLatin1(name->name);
+  // Every row has a name: IsSound and _reg see to that.
+  return QString::asprintf("0x%02X ", row.reg) + bits + ", " + QString::fromLatin1(chip::RowAt(row.reg)->name);
 }
 
 BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows) : QObject(&window), window_(window) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
+#include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "shell/Firmware.h"
 #include "shell/frmSplash.h"
@@ -73,7 +74,7 @@ TEST(Start, FillsTheSharedTables) {
   windows::GraphPeriodMs = 7;
   desk.Start();
   EXPECT_EQ(chip::ChipRevision, 3);
-  EXPECT_EQ(link::PwmManual, (std::array{false, false, true, false, false}));
+  EXPECT_EQ(chip::PwmManual, (std::array{false, false, true, false, false}));
   EXPECT_EQ((std::array<int, 4>{chip::TachClock, chip::PollPeriodMs, windows::GraphPeriodMs, windows::LogPeriodMs}),
             (std::array{90000, 100, 50, 100}));
   EXPECT_TRUE(chip::PinFunctions.D1);

@@ -83,7 +83,7 @@ QWidget* frmAutoGraph::MakeAllFans() {
   chkThermFS2_ = rows.AddCheck("chkThermFS2", "Full Speed on THERM&2",
                                WhenReady([this] { ThermOption(1, chkThermFS2_->isChecked()); }));
   txtMaxPWM_ = rows.AddText("txtMaxPWM", "Ma&x PWM 1-4", "UpDown1", kPercent, WhenReady([this] {
-                              link::WriteRegisterValue(link::DeviceAddress, reg::kPwmMax,
+                              link::WriteRegisterValue(link::DeviceAddress, "PWM 1-4 Max"_reg,
                                                        chip::DutyByte(txtMaxPWM_->text().toStdString()));
                               Redraw();
                             }));

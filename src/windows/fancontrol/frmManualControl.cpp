@@ -11,6 +11,8 @@
 
 #include "chip/Conversions.h"
 #include "chip/Measurements.h"
+#include "chip/PwmModes.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "widgets/GSlider.h"
@@ -21,8 +23,9 @@
 namespace zth::windows {
 namespace {
 
+using chip::operator""_reg;
+
 constexpr int kPwms = 4;
-constexpr std::int32_t kPwm1Value = 0xAA;
 constexpr std::size_t kDutyGroup = 3;
 
 /// A label on a rounded ground of its palette's window colour.
@@ -112,7 +115,7 @@ void frmManualControl::Form_Unload() {
 
 void frmManualControl::RefreshManualControlStates() {
   for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
-    const bool manual = link::PwmManual[pwm + 1];
+    const bool manual = chip::PwmManual[pwm + 1];
     ShowState(*lblManual_[pwm], manual);
     sldManual_[pwm]->setEnabled(manual);
     // A slider that cannot be moved shows the chip's duty all the same, and that has to be read.
@@ -156,7 +159,7 @@ void frmManualControl::sldManual_Change(int index) {
   const auto pwm = static_cast<std::size_t>(index);
   const double percent = sldManual_[pwm]->Value();
   writtenAfter_[pwm] = chip::Measurements.Reads[kDutyGroup];
-  link::WriteRegisterValue(link::DeviceAddress, kPwm1Value + index, chip::ByteFromPercent(percent));
+  link::WriteRegisterValue(link::DeviceAddress, "PWM 1 Value"_reg + index, chip::ByteFromPercent(percent));
 }
 
 }  // namespace zth::windows

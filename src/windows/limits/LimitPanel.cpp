@@ -122,7 +122,7 @@ void LimitPanel::ShowLimits() {
   const double low = tab_.lowAndHigh ? read(channel->lowRegister) : 0;
   const double high = read(channel->highRegister);
   if (tab_.scaleFollowsChannel) {
-    const double top = tab_.show(0xFF, *channel);
+    const double top = tab_.show(255, *channel);
     gauge_->SetScaleMin(0);
     gauge_->SetScaleMax(top);
     SetNeedle(kScaleEndNeedle, top);

@@ -10,6 +10,7 @@
 #include <QTreeWidget>
 
 #include "chip/Measurements.h"
+#include "chip/PwmModes.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "tests/support/Steps.h"
@@ -155,7 +156,7 @@ TEST_F(RegisterMap, WritesTheDecimalBoxAndReadsBack) {
     desk.Do(steps);
     EXPECT_EQ(desk.Sent("cmdWrite"), T(sent)) << steps;
   }
-  EXPECT_TRUE(link::PwmManual[1]);
+  EXPECT_TRUE(chip::PwmManual[1]);
 }
 
 TEST(RegisterMapOnSmbus, ReadsWritesAndFlipsThere) {
