@@ -125,6 +125,21 @@ TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   EXPECT_TRUE(File() == expected) << File().substr(expected.size() - 200);
 }
 
+TEST_F(LogFailureTest, TheStoreIsOneForAllFiles) {
+  desk.files.locked = true;
+  const int rounds = 4;
+  for (int file = 0; file < rounds; ++file) {
+    windows::LogFileName = Path(QString::number(file));
+    windows::StartLog(100, desk.Main());
+    for (std::int64_t line = 0; line < windows::kMostWaitingLines / rounds; ++line) Job();
+    windows::StopLog({desk.services, desk.Main()});
+  }
+  windows::LogFileName = Path("one more");
+  windows::StartLog(100, desk.Main());
+  Job();
+  EXPECT_EQ(Status(), Waiting(100000) + ", 1 lost");
+}
+
 TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
   Begin();
   desk.files.locked = true;
