@@ -58,7 +58,8 @@ TEST(Words, OfTheRegisterTree) {
     for (const QTreeWidgetItem* up = *at; up != nullptr; up = up->parent()) path.prepend(up->text(0));
     ASSERT_LT(node, expected.size()) << path.join('\\').toStdString();
     EXPECT_EQ(path.join('\\').toStdString(), expected[node].join('\\').toStdString());
-    EXPECT_EQ((*at)->data(0, Qt::UserRole).toString(), keys.at(static_cast<qsizetype>(node)));
+    EXPECT_EQ((*at)->data(0, Qt::UserRole).toString().toStdString(),
+              keys.at(static_cast<qsizetype>(node)).toStdString());
     EXPECT_EQ((*at)->isExpanded(), node == 0) << "only the first root is open";
   }
   EXPECT_EQ(node, expected.size());

@@ -78,6 +78,7 @@ QStringList Company(const QWidget& window, const Entry& entry, const QWidget& co
 }
 
 QStringList ExpectedCompany(const Entry& entry) {
+  if (entry.kind == "in") return {};
   const auto range = std::ranges::find_if(entry.words, [](const QString& word) { return word.startsWith("UpDown"); });
   QStringList expected = entry.texts;
   if (range != entry.words.end()) expected << entry.words.mid(range - entry.words.begin()).join(' ');
@@ -95,6 +96,16 @@ QStringList Slots(const QWidget& window, const Entry& entry) {
     chart.SetLabelIndex(entry.Word(1).toInt() + i);
     return chart.Caption();
   });
+}
+
+/// A frame, or a page of tabs by its caption.
+QWidget& Holder(const QWidget& window, const Entry& entry) {
+  auto& holder = Desk::Get<QWidget>(window, entry.Word(0));
+  auto* tabs = qobject_cast<QTabWidget*>(&holder);
+  for (int page = 0; tabs != nullptr && page < tabs->count(); ++page) {
+    if (Plain(tabs->tabText(page)) == entry.Text()) return *tabs->widget(page);
+  }
+  return holder;
 }
 
 /// What the program has for an entry: its texts and its items.
@@ -120,6 +131,12 @@ QStringList Found(const QWidget& window, const Entry& entry) {
     auto& list = Desk::Get<QListWidget>(window, name);
     return Listed(list.count(), [&](int i) { return list.item(i)->text(); });
   }
+  if (entry.kind == "in") {
+    QWidget& holder = Holder(window, entry);
+    return Listed(entry.items.size(), [&](int i) {
+      return holder.findChild<QWidget*>(entry.items.at(i)) != nullptr ? entry.items.at(i) : QString();
+    });
+  }
   if (entry.kind == "says") {
     QStringList labels;
     for (const auto* label : window.findChildren<QLabel*>()) labels << Plain(label->text());
@@ -134,9 +151,12 @@ const std::set<QString> kCommands{"menu", "entry", "command", "tool"};
 
 void Expect(const QWidget& window, const Entry& entry) {
   if (entry.kind == "ours" || kCommands.contains(entry.kind)) return;
-  EXPECT_EQ(Quoted(Found(window, entry)), Quoted(ExpectedCompany(entry) + entry.items))
-      << window.objectName().toStdString() << ' ' << entry.kind.toStdString() << ' ' << entry.Word(0).toStdString()
-      << ", " << entry.where.toStdString();
+  const std::string found = Quoted(Found(window, entry));
+  const std::string expected = Quoted(ExpectedCompany(entry) + entry.items);
+  if (found == expected) return;
+  ADD_FAILURE() << window.objectName().toStdString() << ", " << entry.kind.toStdString() << ' '
+                << entry.Word(0).toStdString() << " (" << entry.where.toStdString() << "):\n  expected  " << expected
+                << "\n  there is  " << found;
 }
 
 template <typename Control>
