@@ -124,8 +124,10 @@ TEST_F(MainWindow, TheWindowMenuListsWhatIsOpen) {
   const auto& area = *desk.Main().findChild<QMdiArea*>();
   desk.Open("frmSwitches");
   for (const int picked : {0, 1, 0}) {
+    area.subWindowList().at(picked)->showMinimized();
     emit menu->aboutToShow();
     menu->actions().at(picked)->trigger();
+    EXPECT_FALSE(area.activeSubWindow()->isMinimized());
     EXPECT_EQ(area.activeSubWindow()->widget()->objectName(), picked == 0 ? "frmAbout" : "frmSwitches");
     EXPECT_EQ(area.subWindowList(QMdiArea::StackingOrder).constLast(), area.activeSubWindow()) << "on top";
   }

@@ -57,7 +57,7 @@ QStringList Listed(Count count, Text text) {
 QStringList Labels(const QWidget& window, const QWidget& control, const QString& name) {
   QStringList texts;
   for (const auto* label : window.findChildren<QLabel*>()) {
-    if (name.isEmpty() ? label->buddy() == &control : label->objectName() == name) texts << Plain(label->text());
+    if (label->buddy() == &control && (name.isEmpty() || label->objectName() == name)) texts << Plain(label->text());
   }
   return texts;
 }
@@ -94,7 +94,33 @@ QStringList Slots(const QWidget& window, const Entry& entry) {
   auto& chart = Desk::Get<widgets::Strip>(window, entry.Word(0));
   return Listed(entry.items.size(), [&](int i) {
     chart.SetLabelIndex(entry.Word(1).toInt() + i);
-    return chart.Caption();
+    return entry.kind == "lefts" ? QString::number(static_cast<double>(chart.LabelLeft()), 'g', 3) : chart.Caption();
+  });
+}
+
+QStringList Axes(widgets::Strip& chart) {
+  const QString x = QString("%1..%2").arg(chart.XEnd() - chart.XSpan()).arg(chart.XEnd());
+  return QStringList{x} + Listed(chart.AxisCount(), [&](int axis) {
+           chart.SetAxisIndex(axis);
+           return QString("%1..%2 at %3..%4")
+               .arg(chart.AxisMin())
+               .arg(chart.AxisMax())
+               .arg(chart.AxisAreaTop())
+               .arg(chart.AxisAreaBottom());
+         });
+}
+
+QStringList Traces(const QWidget& window, const Entry& entry) {
+  const auto& chart = Desk::Get<widgets::Strip>(window, entry.Word(0));
+  static const QStringList styles{"none", "solid", "dashed", "dotted"};
+  const int first = entry.Word(1).toInt();
+  return Listed(entry.items.size(), [&](int i) {
+    if (first + i >= chart.TraceCount()) return QString();
+    return QString("%1 %2 %3 on %4")
+        .arg(chart.TraceColour(first + i).name().mid(1))
+        .arg(chart.TraceWidth(first + i))
+        .arg(styles.value(chart.VariableLineStyle(first + i)))
+        .arg(chart.TraceAxis(first + i));
   });
 }
 
@@ -122,7 +148,9 @@ QStringList Found(const QWidget& window, const Entry& entry) {
   if (entry.kind == "text") return {TextOf(window, name)};
   if (entry.kind == "tip") return {Desk::Get<QWidget>(window, name).toolTip()};
   if (entry.kind == "box") return Company(window, entry, Desk::Get<QLineEdit>(window, name));
-  if (entry.kind == "chart") return Slots(window, entry);
+  if (entry.kind == "chart" || entry.kind == "lefts") return Slots(window, entry);
+  if (entry.kind == "axes") return Axes(Desk::Get<widgets::Strip>(window, name));
+  if (entry.kind == "traces") return Traces(window, entry);
   if (entry.kind == "list") {
     auto& list = Desk::Get<QComboBox>(window, name);
     return Company(window, entry, list) + Listed(list.count(), [&](int i) { return list.itemText(i); });
@@ -199,7 +227,7 @@ TEST_P(WindowWords, AreThoseOfTheList) {
   Put(desk.board.usbChips.begin()->second, opening.registers.toStdString());
   desk.Start();
   QWidget& window = opening.name == "frmMain" ? static_cast<QWidget&>(desk.Main()) : desk.Open(opening.name);
-  EXPECT_EQ(window.windowTitle(), opening.title);
+  EXPECT_EQ(window.windowTitle().toStdString(), opening.title.toStdString());
   for (const Entry& entry : opening.entries) Expect(window, entry);
   if (opening.registers.isEmpty()) ExpectNothingElse(window, opening.entries);
 }

@@ -125,6 +125,20 @@ TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   EXPECT_TRUE(File() == expected) << File().substr(expected.size() - 200);
 }
 
+TEST_F(LogFailureTest, NoHeadGoesOutBeforeLinesThatAreStillOwed) {
+  Begin();
+  desk.files.space = 3;
+  desk.files.cutFails = true;
+  Job();
+  windows::StopLog({desk.services, desk.Main()});
+  desk.files.space.reset();
+  EXPECT_FALSE(windows::WriteLogHead(desk.files, "Time ,"));
+  EXPECT_EQ(File(), kHead + "0,0");
+  desk.files.cutFails = false;
+  EXPECT_TRUE(windows::WriteLogHead(desk.files, "Time ,"));
+  EXPECT_EQ(File(), kHead + LogLines(0, 0) + LogHead(""));
+}
+
 TEST_F(LogFailureTest, TheStoreIsOneForAllFiles) {
   desk.files.locked = true;
   const int rounds = 4;
