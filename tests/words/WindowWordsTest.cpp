@@ -146,6 +146,10 @@ QStringList Found(const QWidget& window, const Entry& entry) {
   if (entry.kind == "button") return {Plain(Desk::Get<QPushButton>(window, name).text())};
   if (entry.kind == "frame") return {Plain(Desk::Get<QGroupBox>(window, name).title())};
   if (entry.kind == "text") return {TextOf(window, name)};
+  if (entry.kind == "scale") {
+    const auto end = [&](const char* which) { return Desk::Property(window, name, which).toDouble(); };
+    return {QString("%1..%2").arg(end("ScaleMin")).arg(end("ScaleMax"))};
+  }
   if (entry.kind == "tip") return {Desk::Get<QWidget>(window, name).toolTip()};
   if (entry.kind == "box") return Company(window, entry, Desk::Get<QLineEdit>(window, name));
   if (entry.kind == "chart" || entry.kind == "lefts") return Slots(window, entry);
