@@ -172,6 +172,11 @@ TEST_F(Link, EveryCodeHasItsBoxAndHigherOnesEndSilently) {
     EXPECT_THROW(ReportLinkError(code), platform::ProcessEnded);
     EXPECT_EQ(fresh.process.ends, std::vector{1});
     EXPECT_EQ(closings, 1);
+    OnUsb();
+    // A handler that were to run on beneath the end reaches nothing: it ends, too.
+    EXPECT_THROW(ReadRegister(0x58, 0x3E), platform::ProcessEnded);
+    EXPECT_THROW(WriteRegisterValue(0x58, 0x30, 1), platform::ProcessEnded);
+    EXPECT_TRUE(fresh.board.traffic.empty());
     ASSERT_EQ(fresh.prompts.shown.size(), silent ? 0U : 1U) << code;
     if (silent) continue;
     const platform::BoxQuestion& box = fresh.prompts.shown[0];

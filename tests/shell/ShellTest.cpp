@@ -16,6 +16,7 @@
 #include "shell/Commands.h"
 #include "shell/Jobs.h"
 #include "shell/Placement.h"
+#include "tests/support/EveryWindow.h"
 #include "tests/support/Steps.h"
 
 namespace zth::testing {
@@ -85,8 +86,7 @@ struct MainWindow : ::testing::Test {
   Desk desk;
 };
 
-TEST_F(MainWindow, EveryCommandHasItsNameItsTipAndAShortcutOfItsOwn) {
-  EXPECT_EQ(desk.Main().windowTitle(), "ZTH4718 Evaluation Software");
+TEST_F(MainWindow, EveryCommandHasAnIconOrAShortcutOfItsOwn) {
   EXPECT_TRUE(desk.Main().isMaximized());
   std::set<QString> shortcuts;
   for (const shell::MenuEntry& row : shell::kMenuEntries) {
@@ -94,15 +94,10 @@ TEST_F(MainWindow, EveryCommandHasItsNameItsTipAndAShortcutOfItsOwn) {
     ASSERT_NE(action, nullptr) << row.name;
     EXPECT_TRUE(shortcuts.insert(action->shortcut().toString()).second) << row.name;
   }
-  QStringList tips;
   for (const QAction* action : desk.Main().findChild<QToolBar*>("tbToolBar")->actions()) {
     if (action->objectName().isEmpty()) continue;
-    tips << action->toolTip();
     EXPECT_FALSE(action->icon().pixmap(24, 24).isNull());
   }
-  EXPECT_EQ(tips.join('|'),
-            "Save/Recall Configuration|Fan Configuration|Graphs|Register Map|On-board Switches|General "
-            "Configuration|GPIO|Heaters|Automatic Fan Control|Limits/Interrupts");
 }
 
 TEST_F(MainWindow, AnEntryOpensItsWindowOnceAndBringsItBack) {
@@ -186,8 +181,30 @@ TEST_F(MainWindow, TheWindowMenuListsWhatIsOpen) {
   emit menu->aboutToShow();
   EXPECT_EQ(menu->actions().constFirst()->text(), "&1 About the  ZTH4718 Software");
   EXPECT_TRUE(menu->actions().constFirst()->isChecked());
-  menu->actions().constFirst()->trigger();
   EXPECT_EQ(menu->actions().constLast()->text(), "&Cascade");
+  const auto& area = *desk.Main().findChild<QMdiArea*>();
+  desk.Open("frmSwitches");
+  for (const int picked : {0, 1, 0}) {
+    area.subWindowList().at(picked)->showMinimized();
+    emit menu->aboutToShow();
+    menu->actions().at(picked)->trigger();
+    EXPECT_FALSE(area.activeSubWindow()->isMinimized());
+    EXPECT_EQ(area.activeSubWindow()->widget()->objectName(), picked == 0 ? "frmAbout" : "frmSwitches");
+    EXPECT_EQ(area.subWindowList(QMdiArea::StackingOrder).constLast(), area.activeSubWindow()) << "on top";
+  }
+}
+
+TEST_F(MainWindow, AWindowIsMarkedAsOpenForAsLongAsItIs) {
+  for (int round = 0; round < 2; ++round) {
+    for (const auto& [name, open] : OpenFlags()) {
+      EXPECT_FALSE(*open) << name;
+      windows::ChildWindow& window = desk.Open(QString::fromStdString(name));
+      EXPECT_EQ(std::ranges::count_if(OpenFlags(), [](const auto& flag) { return *flag.second; }), 1) << name;
+      EXPECT_TRUE(*open) << name;
+      window.Unload();
+      EXPECT_FALSE(*open) << name;
+    }
+  }
 }
 
 TEST(Placement, ClosingItStoresThePlacementAndExitDoesNot) {
@@ -266,11 +283,9 @@ TEST(Placement, ASpoiltPlacementCountsAsItsDefault) {
   EXPECT_EQ(desk.Main().size().height(), std::max(433, desk.Main().minimumSizeHint().height()));
 }
 
-TEST(About, TellsTheVersionAndOpensTheMakersSite) {
+TEST(About, OpensTheMakersSite) {
   WindowDesk desk("frmAbout");
   auto& about = *desk.window;
-  EXPECT_EQ(about.windowTitle(), "About the  ZTH4718 Software");
-  EXPECT_EQ(desk.Held("Label1"), "ZTH4718 Evaluation Software Version 1.0.7");
   auto& link = Desk::Get<QLabel>(about, "Label6");
   QTest::mouseClick(&link, Qt::LeftButton);
   QTest::keyClick(&link, Qt::Key_Return);

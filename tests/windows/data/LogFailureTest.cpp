@@ -283,6 +283,35 @@ TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   EXPECT_TRUE(File() == expected) << File().substr(expected.size() - 200);
 }
 
+TEST_F(LogFailureTest, NoHeadGoesOutBeforeLinesThatAreStillOwed) {
+  Begin();
+  desk.files.space = 3;
+  desk.files.cutFails = true;
+  Job();
+  windows::StopLog({desk.services, desk.Main()});
+  desk.files.space.reset();
+  EXPECT_FALSE(windows::WriteLogHead(desk.files, "Time ,"));
+  EXPECT_EQ(File(), kHead + "0,0");
+  desk.files.cutFails = false;
+  EXPECT_TRUE(windows::WriteLogHead(desk.files, "Time ,"));
+  EXPECT_EQ(File(), kHead + LogLines(0, 0) + LogHead(""));
+}
+
+TEST_F(LogFailureTest, TheStoreIsOneForAllFiles) {
+  desk.files.locked = true;
+  const int rounds = 4;
+  for (int file = 0; file < rounds; ++file) {
+    windows::LogFileName = Path(QString::number(file));
+    windows::StartLog(100, desk.Main());
+    for (std::int64_t line = 0; line < windows::kMostWaitingLines / rounds; ++line) Job();
+    windows::StopLog({desk.services, desk.Main()});
+  }
+  windows::LogFileName = Path("one more");
+  windows::StartLog(100, desk.Main());
+  Job();
+  EXPECT_EQ(Status(), Waiting(100000) + ", 1 lost");
+}
+
 TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
   Begin();
   desk.files.locked = true;

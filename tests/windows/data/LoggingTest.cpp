@@ -40,15 +40,10 @@ TEST_F(LoggingTest, HeadsTheColumnsInTheOrderOfTheChannels) {
   PressLog(Path("all.csv"));
   for (int i = 0; i < 45; ++i) LogChannelTable[static_cast<std::size_t>(i)].Value = static_cast<float>(i);
   Log(1);
-  std::string expected =
-      LogHead(
-          "Local Temp ,Remote1 Temp ,Remote2 Temp ,Remote3 Temp ,Tach1 ,Tach2 ,Tach3 ,Tach4 ,Tach5 ,Tach6 ,Tach7 ,"
-          "Tach8 ,PWM1% ,PWM2% ,PWM3% ,PWM4% ,12V1 ,12V2 ,3.3V-Pin13 ,2.5V-Pin15 ,1.8V-Pin15 ,1.25V-Pin20 ,0.9V-Pin20 "
-          ",5V ,"
-          "12V3 ,Vccp1 ,1.5V-Pin23 ,1.8-Pin23 ,2.5V-Pin23 ,Vccp2 ,1.5V-Pin24 ,1.8V-Pin24 ,2.5V-Pin24 ,1.2V-Pin25 ,"
-          "3.3V-Pin25 ,1.2V-Pin26 ,VBatt ,1.5V2 ,1.5V1 ,Local Tmin ,Remote1 Tmin ,Remote2 Tmin ,Remote3 Tmin ,"
-          "Remote1 Op-Point ,Remote2 Op-Point ,") +
-      "0,";
+  std::string captions;
+  for (int i = 0; i < 45; ++i)
+    captions += Desk::Text(Logging(), QString("chkLog(%1)").arg(i)).remove('&').toStdString() + " ,";
+  std::string expected = LogHead(captions) + "0,";
   for (int i = 0; i < 45; ++i) expected += std::to_string(i) + " ,";
   EXPECT_EQ(Content(Path("all.csv")), expected + "\r\n");
 }

@@ -1,6 +1,4 @@
 // Reading and writing on the register map, and what it offers beside: search, marks, copies, bits by key.
-#include <set>
-
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -11,7 +9,6 @@
 
 #include "chip/Measurements.h"
 #include "chip/PwmModes.h"
-#include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "tests/support/Steps.h"
 
@@ -61,38 +58,6 @@ class RegisterMap : public ::testing::Test {
 constexpr char kDigits[] = "lblBit(0..7)";
 /// What a read shows: description, address, the box of the address.
 constexpr char kShown[] = "lblRegDescription lblCurrentAddr txtReadAddr";
-
-TEST_F(RegisterMap, OpensWithItsStartTexts) {
-  EXPECT_EQ(desk.Held("lblRegDescription lblCurrentAddr lblHexVal lblDecVal lblReadOnly lblInfo(0..7)"),
-            "Description|Address|HexVal|DecVal|ReadOnly|X|X|X|X|X|X|X|X");
-  EXPECT_EQ(desk.Held(kDigits), "0|0|0|0|0|0|0|0");
-}
-
-TEST_F(RegisterMap, ListsAllRegistersButSixUnderTheirTopics) {
-  QStringList roots;
-  std::set<QString> names, keys;
-  for (QTreeWidgetItemIterator at(&tree); *at != nullptr; ++at) {
-    EXPECT_TRUE(keys.insert((*at)->data(0, Qt::UserRole).toString()).second) << (*at)->text(0).toStdString();
-    const QTreeWidgetItem* parent = (*at)->parent();
-    if (parent == nullptr) roots << (*at)->text(0);
-    if (parent != nullptr && parent->parent() != nullptr) names.insert((*at)->text(0));
-    EXPECT_EQ((*at)->isExpanded(), parent == nullptr && roots.size() == 1);
-  }
-  EXPECT_EQ(roots.join('|'), "General|Temperature|Fan|Voltage|GPIO|THERM Timer");
-  EXPECT_EQ(keys.size(), names.size() + 27);
-  QStringList left;
-  for (const chip::RegisterEntry& entry : chip::RegisterTable) {
-    const QString name = QString::fromStdString(entry.Name);
-    if (names.erase(name) == 0) left << name;
-  }
-  EXPECT_TRUE(names.empty()) << "not in the table: " << names.begin()->toStdString();
-  EXPECT_EQ(left.join('|'),
-            "Thermal Status 1,Host|Thermal Status 2,Host|Voltage Status 1,Host|Voltage Status 2,Host|Fan Status,Host|"
-            "Digital Status,Host");
-  EXPECT_EQ(Node("GPIO  Values").data(0, Qt::UserRole), "GPIO Values");
-  EXPECT_EQ(Node("GPIO Status,Host").parent(), &Node("GPIO  Values"));
-  EXPECT_EQ(Node("Voltage Limits").child(3), &Node("Pin 15 Low Limit"));
-}
 
 TEST_F(RegisterMap, ShowsTheRegisterThatIsClickedOnceForEachClick) {
   Put(desk.board.Chip(), "02=A5");
