@@ -45,11 +45,10 @@ TEST_P(Enter, PressesTheDefaultButtonOrNothing) {
     const std::string before = Holding(window);
     if (auto* box = qobject_cast<QLineEdit*>(&control)) box->deselect();
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-      if (key == Qt::Key_Enter && button != kDefaults.end()) break;
       QTest::keyClick(&control, key);
       EXPECT_EQ(Took(), expected) << where;
+      if (!IsOpen(GetParam())) return;
     }
-    if (!IsOpen(GetParam())) return;
     EXPECT_EQ(Holding(window), before) << where;
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << where;
     if (const auto* box = qobject_cast<QLineEdit*>(&control)) {

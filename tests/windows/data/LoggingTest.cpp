@@ -21,7 +21,7 @@ TEST_F(LoggingTest, WritesTheFileByteForByte) {
   LogChannelTable[4].Value = 3000;
   Do(Logging(), "chkLog(0)=1; chkLog(4)=1; txtLogInt=100");
   desk.fileDialogs.script.push_back(Path("a.csv"));
-  QTest::keyClick(&Logging(), Qt::Key_Return);
+  Desk::Press(Logging(), "cmdLogData");
   EXPECT_EQ(Status(), "Logging Enabled");
   const std::string head = LogHead("Local Temp ,Tach1 ,");
   EXPECT_EQ(Content(Path("a.csv")), head);
