@@ -132,6 +132,34 @@ TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
   EXPECT_FALSE(result.error.contains("File not found")) << result.error.toStdString();
 }
 
+TEST(Files, ATextGoesOnlyIntoTheFileThatWasSeen) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath("a");
+  DesktopFiles files;
+  EXPECT_FALSE(files.Look(path));
+  const FileAppend first = files.Append(path, std::nullopt, "one");
+  EXPECT_EQ(first.written, 3);
+  const auto seen = files.Look(path);
+  ASSERT_TRUE(seen && seen->SameFile(first.before));
+  EXPECT_EQ(seen->size, 3);
+  EXPECT_FALSE(files.Append(path, std::nullopt, "x").opened) << "a new one was meant";
+  EXPECT_TRUE(files.Append(path, seen, "two").opened);
+  EXPECT_TRUE(files.Append(path, seen, "!").opened) << "longer by now";
+  EXPECT_FALSE(files.Cut(path, *seen, 0));
+  EXPECT_TRUE(files.Cut(path, *files.Look(path), 6));
+  EXPECT_EQ(files.ReadAt(path, 2, 3), QByteArray("etw"));
+  ASSERT_TRUE(QFile::resize(path, 2));
+  EXPECT_FALSE(files.Append(path, seen, "x").opened) << "shorter";
+  ASSERT_TRUE(QFile::rename(path, path + ".1"));
+  EXPECT_FALSE(files.Append(path, seen, "x").opened);
+  EXPECT_FALSE(files.Cut(path, *seen, 0));
+  EXPECT_FALSE(QFile::exists(path)) << "nor is one made";
+  EXPECT_EQ(files.VolumeOf(folder.filePath("no/such/folder")), files.VolumeOf(folder.path()));
+  const QString root = files.VolumeOf(path);
+  EXPECT_TRUE(!root.isEmpty() && path.startsWith(root));
+  EXPECT_EQ(files.VolumeOf(root), root);
+}
+
 TEST(Clock, IsMonotonicAndWaitsForNothingBelowZero) {
   DesktopClock clock;
   const double before = clock.Now();
