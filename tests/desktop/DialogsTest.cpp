@@ -52,6 +52,7 @@ void PickByKey(QMenu& menu, const QString& name) {
 
 void Bring(windows::ChildWindow& window, const Asker& asker) {
   const QString control = QString::fromStdString(asker.control);
+  if (control == "cmdLogData") Desk::Press(window, "cmdSelectAll");
   if (!control.contains('/')) {
     return QTest::mouseClick(&Desk::Get<QPushButton>(window, control), Qt::LeftButton);
   }
@@ -129,7 +130,7 @@ TEST(Charts, GoBeneathTheirMenuAndTheirDialogAndTellOfAFullDisk) {
   // Only the seam for files writes: what it refuses is not in the folder, and not reported as saved.
   RealDesktop real;
   FailingFiles files;
-  files.space = 10;
+  files.space = 1;
   widgets::Strip strip([] { return 0.0; }, nullptr,
                        widgets::StripOutlets(real.fileDialogs, files, real.clipboard, real.folder.path()));
   for (const char* name : {"a.png", "a.svg", "a.csv"}) {

@@ -1,3 +1,5 @@
+#include <set>
+
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDialog>
@@ -82,6 +84,7 @@ TEST_P(Menus, EveryEntryOfEveryContextMenuWorks) {
 }
 
 TEST_P(Menus, AWindowMayCloseBeneathItsContextMenus) {
+  std::set<std::string> kinds;
   for (std::size_t i = 0;; ++i) {
     RealDesktop real;
     real.Start();
@@ -89,7 +92,7 @@ TEST_P(Menus, AWindowMayCloseBeneathItsContextMenus) {
     const std::vector<QWidget*> controls = Shown(*window);
     if (i >= controls.size()) break;
     const QPointer control = controls[i];
-    if (control->focusPolicy() == Qt::NoFocus || control->property("menusDone").toBool()) continue;
+    if (!kinds.insert(control->metaObject()->className()).second) continue;
     real.Do([&] {
       QTimer::singleShot(0, window, [&] { RealDesktop::CloseFrame(*window); });
       OpenContextMenu(*control);

@@ -1,13 +1,18 @@
+#include <functional>
 #include <map>
+#include <set>
 #include <utility>
 
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QFontInfo>
 #include <QLabel>
 #include <QMdiArea>
+#include <QMenu>
+#include <QMenuBar>
 #include <QScrollBar>
 #include <QStyleOptionComboBox>
 #include <QTabBar>
@@ -15,7 +20,9 @@
 #include <QToolButton>
 
 #include "shell/frmSplash.h"
+#include "tests/support/EveryBox.h"
 #include "tests/support/EveryWindow.h"
+#include "tests/support/ModalHand.h"
 #include "tests/support/Seen.h"
 #include "tests/support/SimulatedDesk.h"
 #include "tests/support/Steps.h"
@@ -233,6 +240,72 @@ TEST_F(Looks, TheSplashShowsEveryStep) {
     splash.SetStep("Downloading Firmware...");
     Desk::Settle();
     Look(splash, "at " + std::to_string(percent) + " %");
+  }
+}
+
+TEST_F(Looks, EveryBoxShowsItsWholeText) {
+  const std::vector<BoxSource> sources = EveryBox();
+  std::vector<std::string> places;
+  for (const BoxSource& source : sources) places.push_back(source.file);
+  EXPECT_EQ(places, EveryPlaceThatAsksABox()) << "a place that asks is a row of EveryBox";
+  for (const int percent : {100, 150, 200}) {
+    for (const bool dark : {false, true}) {
+      Dress(percent, dark);
+      for (const BoxSource& source : sources) {
+        EXPECT_FALSE(source.boxes.empty()) << source.file;
+        for (platform::BoxQuestion box : source.boxes) {
+          box.asker = nullptr;
+          const ModalHand hand([&](QWidget& shown) {
+            Look(shown, box.text.toStdString() + " at " + std::to_string(percent) + " %");
+            const int title = shown.fontMetrics().horizontalAdvance(shown.windowTitle());
+            EXPECT_GT(shown.width(), title * 5 / 4) << "room for the title and its buttons";
+            shown.close();
+          });
+          platform::DesktopPrompts().Ask(box);
+          EXPECT_EQ(hand.Seen(), 1);
+        }
+      }
+    }
+  }
+}
+
+/// The menus of the bar, and the context menus of what stands in some windows, one for each kind of control.
+TEST_F(Looks, EveryMenuShowsItsWholeEntries) {
+  for (const int percent : {100, 150, 200}) {
+    for (const bool dark : {false, true}) {
+      Dress(percent, dark);
+      SimulatedDesk board;
+      Desk& desk = board.desk;
+      desk.Start();
+      desk.Main().resize(kSmallScreen);
+      int menus = 0;
+      const std::function<void(QMenu&, const std::string&)> look = [&](QMenu& menu, const std::string& where) {
+        ++menus;
+        menu.popup({});
+        Look(menu, where + " at " + std::to_string(percent) + " %");
+        for (const QAction* action : menu.actions()) {
+          if (action->menu() != nullptr) look(*action->menu(), where);
+        }
+        menu.close();
+      };
+      for (const char* name : {"frmRegMap", "frmGraph", "frmAutoGraph", "frmDynamicTmin"}) {
+        auto& window = desk.Open(name);
+        std::set<std::string> kinds;
+        for (QWidget* control : Shown(window)) {
+          QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+          QApplication::sendEvent(control, &event);
+          auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+          if (menu == nullptr) continue;
+          if (kinds.insert(control->metaObject()->className()).second) look(*menu, name);
+          menu->close();
+          Desk::Settle();
+        }
+      }
+      EXPECT_GE(menus, 2 + 3 * 3) << "a tree's, three charts' with their traces, text boxes'";
+      for (const QAction* top : desk.Main().menuBar()->actions()) {
+        if (top->menu() != nullptr) look(*top->menu(), "the menu bar");
+      }
+    }
   }
 }
 

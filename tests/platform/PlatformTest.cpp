@@ -1,5 +1,7 @@
 #include <functional>
 #include <map>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -17,6 +19,8 @@
 namespace zth::platform {
 namespace {
 
+constexpr uid_t kNobody = 65534;
+
 TEST(IniSettings, LastOverRunsAndCanBeEditedByHand) {
   const QTemporaryDir folder;
   const QString file = folder.filePath("ZTH4718 Evaluation Software.conf");
@@ -33,6 +37,54 @@ TEST(IniSettings, LastOverRunsAndCanBeEditedByHand) {
   IniSettings(file).Put("MainTop", "90");
   EXPECT_EQ(IniSettings(file).Get("MainLeft", ""), "250");
   EXPECT_EQ(IniSettings(file).Get("Other", ""), "kept, too");
+}
+
+/// Puts something else in the place of a settings file; the file and its folder are the test's.
+using Spoil = void (*)(const QString& file);
+
+TEST(IniSettings, LeaveAloneWhatIsNoFileOfTheirs) {
+  // Not as root, whom no permission keeps out. The store asks for the effective user, a look at a file for the real
+  // one.
+  const bool root = geteuid() == 0;
+  const std::pair<const char*, Spoil> rows[]{
+      {"a pipe", [](const QString& file) { ASSERT_EQ(mkfifo(QFile::encodeName(file).constData(), 0666), 0); }},
+      {"a pipe as the lock",
+       [](const QString& file) { ASSERT_EQ(mkfifo(QFile::encodeName(file + ".lock").constData(), 0666), 0); }},
+      {"a folder", [](const QString& file) { ASSERT_TRUE(QDir().mkdir(file)); }},
+      {"a device", [](const QString& file) { ASSERT_TRUE(QFile::link("/dev/zero", file)); }},
+      {"a link to nowhere", [](const QString& file) { ASSERT_TRUE(QFile::link("nowhere", file)); }},
+      {"a folder that is a file",
+       [](const QString& file) {
+         const QFileInfo info(file);
+         ASSERT_TRUE(QDir().rmdir(info.path()) && DesktopFiles().Replace(info.path(), "x"));
+       }},
+      {"an unreadable file",
+       [](const QString& file) {
+         ASSERT_TRUE(DesktopFiles().Replace(file, "[Settings]\nMainLeft=5\n") && QFile::setPermissions(file, {}));
+       }},
+      {"a folder that cannot be written",
+       [](const QString& file) {
+         ASSERT_TRUE(QFile::setPermissions(QFileInfo(file).path(),
+                                           QFile::ReadUser | QFile::ExeUser | QFile::ReadOther | QFile::ExeOther));
+       }},
+  };
+  for (const auto& [what, spoil] : rows) {
+    SCOPED_TRACE(what);
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("own/settings.conf");
+    ASSERT_TRUE(QDir().mkdir(folder.filePath("own")));
+    spoil(file);
+    const auto seen = [&] {
+      const QFileInfo info(file);
+      return std::tuple(info.exists(), info.isFile(), info.isSymLink(), info.size(), info.lastModified());
+    };
+    const auto before = seen();
+    ASSERT_TRUE(!root || setresuid(kNobody, kNobody, 0) == 0);
+    IniSettings(file).Put("MainLeft", "7");
+    EXPECT_EQ(IniSettings(file).Get("MainLeft", "1000"), "1000");
+    ASSERT_TRUE(!root || setresuid(0, 0, 0) == 0);
+    EXPECT_EQ(seen(), before);
+  }
 }
 
 TEST(IniSettings, StandInTheUsersConfigurationFolderUnderTheProgramsTitle) {
@@ -116,6 +168,56 @@ TEST(FileDialogs, AskForOneFileAndTellACancel) {
     QMetaObject::invokeMethod(&dialog, "accept");
   });
   EXPECT_EQ(dialogs.Ask(question, nullptr), QDir(folder.path()).filePath("monday.csv"));
+}
+
+TEST(FileDialogs, BeginInAFolderThatCanBeWritten) {
+  const bool root = geteuid() == 0;
+  const QTemporaryDir home;
+  ASSERT_TRUE(QFile::setPermissions(home.path(), QFile::Permissions(0x7777)));
+  const auto folder = [&home](const char* name, bool writable) {
+    const QString path = home.filePath(name);
+    EXPECT_TRUE(QDir().mkdir(path));
+    EXPECT_TRUE(QFile::setPermissions(path, QFile::Permissions(writable ? 0x7777 : 0x5555)));
+    return path;
+  };
+  const QString program = folder("program", true);
+  const QString installed = folder("installed", false);
+  const QString last = folder("last", true);
+  const QString documents = folder("Documents", true);
+  const QByteArray userHome = qgetenv("HOME");
+  qputenv("HOME", QFile::encodeName(home.path()));
+  IniSettings settings(home.filePath("settings.conf"));
+  DesktopFileDialogs dialogs(settings);
+  const auto begins = [&](const QString& wanted) {
+    QString begun;
+    for (const auto kind : {FileQuestion::Kind::Save, FileQuestion::Kind::Open}) {
+      OnceShown<QFileDialog>([&begun](QFileDialog& dialog) {
+        const QString path = dialog.directory().path();
+        EXPECT_TRUE(begun.isEmpty() || begun == path) << "a recall begins where the save did";
+        begun = path;
+        dialog.reject();
+      });
+      dialogs.Ask({kind, "CommonDialog1", "Ask", wanted, "Log Files (*.csv)|*.csv", "", true}, nullptr);
+    }
+    return begun;
+  };
+  ASSERT_TRUE(!root || setresuid(kNobody, kNobody, 0) == 0);
+  EXPECT_EQ(begins(installed), documents) << "no folder has been used yet";
+  settings.Put("FileFolder", last);
+  EXPECT_EQ(begins(program), program);
+  EXPECT_EQ(begins(installed), last);
+  EXPECT_EQ(begins(home.filePath("gone")), last);
+  settings.Put("FileFolder", installed);
+  EXPECT_EQ(begins(installed), documents) << "the folder used last may have been closed";
+  ASSERT_TRUE(!root || setresuid(0, 0, 0) == 0);
+  qputenv("HOME", userHome);
+}
+
+TEST(Files, ReplaceOnlyFiles) {
+  const QTemporaryDir folder;
+  const QString pipe = folder.filePath("pipe");
+  ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0666), 0);
+  EXPECT_FALSE(DesktopFiles().Replace(pipe, "x"));
 }
 
 TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
