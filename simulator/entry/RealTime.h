@@ -9,7 +9,7 @@ namespace zth::simulator {
 
 /// No transfer waits longer than this for a board that is behind, as after a pause at a great time factor: the rest is
 /// made up for by the following ones.
-inline constexpr std::chrono::milliseconds kCatchUpTime{15};
+inline constexpr std::chrono::milliseconds kCatchUpTime{10};
 
 /// The one place where real time meets the simulation: brings a bus up to now before a transfer, and lets a slow
 /// transfer take its time behind it.

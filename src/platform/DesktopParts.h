@@ -95,9 +95,6 @@ class DesktopFiles final : public Files {
 /// Waits for what ends the program from outside, while it exists.
 class EndWatch;
 
-/// Keeps a pipe whose reader has gone from ending the process: the write fails, as any other does.
-void IgnoreBrokenPipes();
-
 class DesktopProcess final : public Process {
  public:
   DesktopProcess();

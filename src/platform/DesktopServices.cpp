@@ -58,10 +58,7 @@ struct DesktopServices::Parts {
 DesktopServices::DesktopServices()
     : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,  parts_->shell,
                                               parts_->clock,     parts_->events,      parts_->libraries, parts_->files,
-                                              parts_->clipboard, parts_->process} {
-  // Before any library is loaded: they speak on the standard error stream, which may be such a pipe.
-  IgnoreBrokenPipes();
-}
+                                              parts_->clipboard, parts_->process} {}
 
 DesktopServices::~DesktopServices() = default;
 

@@ -8,7 +8,7 @@
 #include <QGuiApplication>
 #include <QSocketNotifier>
 
-#include "platform/DesktopParts.h"
+#include "platform/DesktopServices.h"
 
 #if !defined(_WIN32)
 #include <csignal>
