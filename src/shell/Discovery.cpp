@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/NumberText.h"
+#include "link/ChipId.h"
 #include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"

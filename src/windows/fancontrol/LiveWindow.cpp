@@ -8,8 +8,8 @@
 
 namespace zth::windows {
 
-LiveWindow::LiveWindow(const QString& name, const QString& caption, const Context& context)
-    : ChildWindow(name, caption, context) {
+LiveWindow::LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows)
+    : ChildWindow(name, caption, context, shows) {
   SelectOnEnter();
 }
 

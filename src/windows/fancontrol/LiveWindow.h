@@ -26,7 +26,8 @@ class LiveWindow : public ChildWindow {
   Q_OBJECT
 
  public:
-  LiveWindow(const QString& name, const QString& caption, const Context& context);
+  /// `shows` as a ChildWindow has it.
+  LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows);
 
  protected:
   /// With the window not ready meanwhile, so that nothing is written back; Form_Load makes it ready again.
