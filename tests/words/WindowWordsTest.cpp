@@ -33,11 +33,12 @@ struct Opening {
 
 std::vector<Opening> Openings() {
   std::vector<Opening> openings;
+  std::vector<Entry> common;  // what stands before the first window is every window's
   for (const Entry& entry : ReadWords("windows.txt")) {
     if (entry.kind == "window") {
-      openings.push_back({entry.Word(0), entry.Text(), entry.words.mid(2).join(' '), {}});
+      openings.push_back({entry.Word(0), entry.Text(), entry.words.mid(2).join(' '), common});
     } else {
-      openings.back().entries.push_back(entry);
+      (openings.empty() ? common : openings.back().entries).push_back(entry);
     }
   }
   return openings;
