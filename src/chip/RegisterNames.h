@@ -82,3 +82,8 @@ inline constexpr RegisterField kSetupComplete{"Configuration 1"_reg, {5, 1}};
 inline constexpr RegisterField kTachs1To4{"Tach Enable"_reg, {0, 4}};
 
 }  // namespace zth::chip
+
+namespace zth {
+// Every room writes it as it stands, without a using-declaration of its own.
+using chip::operator""_reg;
+}  // namespace zth

@@ -6,6 +6,7 @@
 #include "base/NumberText.h"
 #include "link/ChipId.h"
 #include "chip/RegisterNames.h"
+#include "link/ChipId.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/USBStuff.h"
@@ -20,8 +21,6 @@ void SetDeviceName() {
 }
 
 namespace {
-
-using chip::operator""_reg;
 
 constexpr std::int16_t kCompanyId = 0x41;
 

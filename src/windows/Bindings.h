@@ -32,7 +32,6 @@ namespace zth::windows {
 
 using chip::At;
 using chip::Field;
-using chip::operator""_reg;
 
 /// Whether a ticked box means a bit at 1, or at 0. An inverted list counts its positions from the field's end.
 enum class Sense : std::uint8_t { Straight, Inverted };

@@ -16,7 +16,6 @@ namespace zth::windows {
 namespace {
 
 using chip::At;
-using chip::operator""_reg;
 
 constexpr std::uint8_t Degrees(int degrees) {
   return static_cast<std::uint8_t>(degrees + chip::kTemperatureOffset);

@@ -6,11 +6,7 @@
 #include "chip/RegisterNames.h"
 
 /// The registers of the live windows of the fan control that come in runs.
-namespace zth::windows {
-
-using chip::operator""_reg;
-
-namespace reg {
+namespace zth::windows::reg {
 
 // The first of each run.
 inline constexpr std::int32_t kPwmConfig = "PWM1 Config"_reg;
@@ -35,5 +31,4 @@ constexpr std::uint8_t Without(base::BitField field) {
   return static_cast<std::uint8_t>(~base::Mask(field));
 }
 
-}  // namespace reg
-}  // namespace zth::windows
+}  // namespace zth::windows::reg

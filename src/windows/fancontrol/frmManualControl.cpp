@@ -23,8 +23,6 @@
 namespace zth::windows {
 namespace {
 
-using chip::operator""_reg;
-
 constexpr int kPwms = 4;
 constexpr std::size_t kDutyGroup = 3;
 

@@ -13,8 +13,6 @@
 namespace zth::windows {
 namespace {
 
-using chip::operator""_reg;
-
 // The BMC's copies, since the host's would be cleared under the eyes of another program; the THERM limits have the
 // host's only.
 constexpr std::array kStatusRegisters{

@@ -12,7 +12,6 @@ namespace zth::windows {
 namespace {
 
 using Pins = chip::PinFunctionFlags;
-using chip::operator""_reg;
 
 /// A pin's flag has a value.
 template <std::int16_t Pins::*Pin, std::int16_t Value>
