@@ -328,12 +328,9 @@ void frmMain::changeEvent(QEvent* event) {
 
 bool frmMain::UserLeaves() {
   if (unloaded_) return true;
-  if (asking_) return false;
   bool leaves = false;
-  asking_ = true;
   FinishWork();  // perhaps a file can be written by now
   platform::Guarded([&] { leaves = MayLeave(services_); })();
-  asking_ = false;
   return leaves;
 }
 

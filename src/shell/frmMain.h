@@ -87,7 +87,6 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   QTimer* tmrMaster_ = nullptr;
   QHash<QString, QPointer<windows::ChildWindow>> open_;
   bool unloaded_ = false;
-  bool asking_ = false;  ///< the user is being asked whether to leave
 };
 
 /// The running main window; null before the start has made it and after its end.

@@ -368,12 +368,13 @@ TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
 }
 
 TEST_F(LogFailureTest, EveryEndTriesOnceMore) {
-  const std::function<void()> ends[]{
-      [this] { Desk::Get<QAction>(desk.Main(), "mnuExit").trigger(); }, [this] { desk.Main().close(); },
-      [this] {
-        desk.prompts.script.push_back(platform::BoxAnswer::Ok);
-        EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted), platform::ProcessEnded);
-      }};
+  const std::function<void()> ends[]{[this] { Desk::Get<QAction>(desk.Main(), "mnuExit").trigger(); },
+                                     [this] { desk.prompts.picks.push_back("E&xit"), desk.Main().close(); },
+                                     [this] {
+                                       desk.prompts.script.push_back(platform::BoxAnswer::Ok);
+                                       EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted),
+                                                    platform::ProcessEnded);
+                                     }};
   for (const auto& end : ends) {
     windows::LogActive = false;
     windows::ResetLog();
