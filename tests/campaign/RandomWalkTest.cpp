@@ -243,6 +243,7 @@ class RandomUser {
     QApplication::sendEvent(control_, &event);
     const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     if (menu != nullptr && Below(4) > 0) Trigger(menu->findChildren<QAction*>());
+    QCoreApplication::sendPostedEvents();  // an entry's handler comes behind its menu
   }
 
   void Arrange() {

@@ -67,7 +67,7 @@ TEST(Boxes, MayLoseTheirWindowOrTheProgramBeneathThem) {
       SCOPED_TRACE(std::string(own.window) + ", way " + std::to_string(static_cast<int>(leave)));
       RealDesktop real;
       real.Start();
-      const QPointer window = &real.desk.Open(own.window);
+      const QPointer window = real.Open(own.window);
       int boxes = 0;
       const ModalHand hand([&](QWidget& modal) {
         auto* box = qobject_cast<QMessageBox*>(&modal);

@@ -79,7 +79,7 @@ TEST_P(FileDialogs, AreAnsweredCancelledAndLoseTheirWindow) {
     const bool exists = what == OverwriteBoxAndWindowCloses || asker.control == "cmdRecall";
     ASSERT_TRUE(!exists || real.files.Replace(real.Path(asker.file), "{\n0x30\t0x05\n}"));
     real.Start();
-    const QPointer window = &real.desk.Open(QString::fromStdString(asker.window));
+    const QPointer window = real.Open(asker.window);
     int dialogs = 0;
     const ModalHand hand([&](QWidget& modal) {
       if (qobject_cast<QMessageBox*>(&modal) != nullptr) return RealDesktop::CloseFrame(*window);

@@ -26,10 +26,19 @@ void RealDesktop::Do(const std::function<void()>& act) {
     QTimer::singleShot(1, &here, [&leave, turns] { turns > 0 ? leave(turns - 1) : QCoreApplication::exit(); });
   };
   QTimer::singleShot(0, &here, [&] {
+    handling = true;
     act();
+    handling = false;
     leave(kTurnsBehind);
   });
   QApplication::exec();
+}
+
+QPointer<windows::ChildWindow> RealDesktop::Open(const std::string& name) {
+  auto& window = desk.Open(QString::fromStdString(name));
+  QObject::connect(&window, &QObject::destroyed, &desk.Main(),
+                   [this, name] { EXPECT_FALSE(handling) << name << " was deleted beneath its handler"; });
+  return &window;
 }
 
 void RealDesktop::CloseFrame(QWidget& window) {

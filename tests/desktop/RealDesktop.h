@@ -22,6 +22,9 @@ class RealDesktop {
   /// until what it has set off is done. Ends when the main window is closed, as the program does.
   void Do(const std::function<void()>& act);
 
+  /// Opens a window that fails the test when it is deleted while what Do was given has not returned.
+  QPointer<windows::ChildWindow> Open(const std::string& name);
+
   /// Closes a window by its frame, as a tool does that asks nobody.
   static void CloseFrame(QWidget& window);
 
@@ -30,6 +33,7 @@ class RealDesktop {
 
   QString Path(const QString& name) const { return folder.filePath(name); }
 
+  bool handling = false;  ///< what Do was given is on the stack
   QTemporaryDir folder;
   QTemporaryDir home;
   Desk desk;

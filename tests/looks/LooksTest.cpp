@@ -34,6 +34,9 @@ namespace {
 
 const QSize kSmallScreen(1366, 768);
 
+/// Room for such a screen also at two pixels to the logical one; boxes and menus are bounded by the screen.
+[[maybe_unused]] const bool kScreen = qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" ZTH_SCREEN);
+
 constexpr double kSlack = 1.5;     ///< pixels: rounding of a text's measures
 constexpr double kSmallest = 0.6;  ///< of the application's font: the least that a text may be
 

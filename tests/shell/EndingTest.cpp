@@ -64,7 +64,7 @@ struct RealDesk : Desk {
 
   platform::DesktopServices desktop;
   platform::Services real{
-      desktop.All().prompts, desktop.All().fileDialogs, settings, shell, clock, events, libraries, files,
+      desktop.All().prompts, desktop.All().fileDialogs, settings, shell, clock, events, libraries, files, clipboard,
       desktop.All().process};
   QTemporaryDir folder;
 
