@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::chrono::minutes kLongestPause{10};
 constexpr std::chrono::seconds kUnderPower{2};
+constexpr int kTicksInASlice = 100;
 constexpr std::uint8_t kNobody = 0xFF;  // what floating bus lines read as
 
 BoardOptions OptionsOf(const Settings& settings, std::uint8_t address, bool switches) {
@@ -45,19 +46,26 @@ void Bus::PowerUp() {
   for (auto& [address, board] : boards_) board->Advance(kUnderPower);
 }
 
-void Bus::AdvanceReal(std::chrono::nanoseconds elapsed) {
+void Bus::Owe(std::chrono::nanoseconds elapsed) {
   elapsed = std::clamp<std::chrono::nanoseconds>(elapsed, std::chrono::nanoseconds{0}, kLongestPause);
-  std::chrono::nanoseconds left{static_cast<std::int64_t>(static_cast<double>(elapsed.count()) * timeFactor_)};
+  owed_ += std::chrono::nanoseconds{static_cast<std::int64_t>(static_cast<double>(elapsed.count()) * timeFactor_)};
+  // However slowly the boards are caught up, no more than the longest pause is ever owed.
+  const double most = static_cast<double>(std::chrono::nanoseconds(kLongestPause).count()) * timeFactor_;
+  owed_ = std::min(owed_, std::chrono::nanoseconds{static_cast<std::int64_t>(most)});
+}
+
+bool Bus::CatchUp() {
   // Faults come and go between ticks, so that time is let by in short pieces while a plan runs.
-  while (left.count() > 0) {
-    const std::chrono::nanoseconds piece = std::min<std::chrono::nanoseconds>(left, kTick);
+  for (int i = 0; i < kTicksInASlice && owed_.count() > 0; ++i) {
+    const std::chrono::nanoseconds piece = std::min<std::chrono::nanoseconds>(owed_, kTick);
     for (auto& [address, board] : boards_) {
       board->SetFaults(faults_.OnBoard(now_));
       board->Advance(piece);
     }
     now_ += piece;
-    left -= piece;
+    owed_ -= piece;
   }
+  return owed_.count() > 0;
 }
 
 bool Bus::Admit(const Transfer& transfer) {

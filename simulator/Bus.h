@@ -24,7 +24,17 @@ class Bus {
 
   /// Lets real time go by, which the time factor turns into simulated time. A pause of more than ten minutes, as of a
   /// computer put to sleep, counts as ten.
-  void AdvanceReal(std::chrono::nanoseconds elapsed);
+  void AdvanceReal(std::chrono::nanoseconds elapsed) {
+    Owe(elapsed);
+    while (CatchUp()) {
+    }
+  }
+
+  /// The same in slices: notes the time, and lets a slice of what is owed go by on the boards. False when none is owed
+  /// any more. Cut in whatever way, the boards come out the same.
+  void Owe(std::chrono::nanoseconds elapsed);
+  bool CatchUp();
+  bool Owes() const { return owed_.count() > 0; }
 
   /// Judges one transfer before it is made: false when it fails. What it takes longer is added to TakeDelay().
   bool Admit(const Transfer& transfer);
@@ -47,6 +57,7 @@ class Bus {
   FaultClock faults_;
   double timeFactor_;
   std::chrono::nanoseconds now_{0};
+  std::chrono::nanoseconds owed_{0};  ///< simulated time that the boards are behind
   std::chrono::milliseconds delay_{0};
 };
 

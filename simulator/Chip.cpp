@@ -65,6 +65,9 @@ void Chip::AfterWrite(const RegisterRule& rule, std::uint8_t before) {
       measurement_.DropDisabledTachs();
       break;
     case OnWrite::PinConfig:
+      DropLeftOption(registers_);
+      measurement_.DropDisabledTachs();
+      break;
     case OnWrite::TachEnable:
       measurement_.DropDisabledTachs();
       break;
@@ -73,20 +76,6 @@ void Chip::AfterWrite(const RegisterRule& rule, std::uint8_t before) {
       break;
     case OnWrite::PwmConfig:
       fans_.ConfigWritten(rule.address - 0x21, before);
-      break;
-    case OnWrite::PwmFrequency:
-      for (const int pwm : {0, 1}) fans_.SetUp(2 * (rule.address - 0x25) + pwm);
-      break;
-    case OnWrite::PwmMin:
-      fans_.SetUp(rule.address - 0x28);
-      break;
-    case OnWrite::Curve:
-      fans_.SetUpFollowers((rule.address - 0x5C) % 4);
-      break;
-    case OnWrite::DynamicTmin:
-      for (const int remote : {0, 1}) {
-        if ((value >> remote & 1) != 0) fans_.SetUpFollowers(remote + 1);
-      }
       break;
     case OnWrite::Keep:
     case OnWrite::Ignore:

@@ -38,14 +38,18 @@ void FanControl::Reset() {
   aboveTmin_ = {};
 }
 
-void FanControl::SetUpFollowers(int channel) {
-  for (int pwm = 0; pwm < kPwms; ++pwm) {
-    if (Follows(BehaviourOf(pwm), channel)) SetUp(pwm);
+bool FanControl::SetUp(int pwm) const {
+  if (registers_.Changed(0x21 + pwm) || registers_.Changed(0x25 + pwm / 2) || registers_.Changed(0x28 + pwm))
+    return true;
+  for (int channel = 0; channel < kTemperatures; ++channel) {
+    if (!Follows(BehaviourOf(pwm), channel)) continue;
+    const bool dynamic = (channel == 1 || channel == 2) && registers_.Bit(0x0B, channel - 1);
+    if (dynamic || registers_.Changed(0x5C + channel) || registers_.Changed(0x60 + channel)) return true;
   }
+  return false;
 }
 
 void FanControl::ConfigWritten(int pwm, std::uint8_t before) {
-  SetUp(pwm);
   // An output that goes to manual keeps its duty until one is written.
   const bool wasManual = static_cast<Behaviour>(before >> 5) == Behaviour::Manual;
   if (!wasManual) outputs_[At(pwm)].manualDuty = outputs_[At(pwm)].duty;
@@ -87,7 +91,7 @@ FanControl::Wanted FanControl::WantedDuty(int pwm, const Measurement& measuremen
   if (behaviour == Behaviour::Off) return {0};
   if (behaviour == Behaviour::Manual) return {outputs_[At(pwm)].manualDuty};
   if (Boosted(therm, inputs)) return {kFullDuty};
-  if (!outputs_[At(pwm)].setUp) return {registers_[0x2C]};
+  if (!SetUp(pwm)) return {registers_[0x2C]};
   return {CurveDuty(pwm, measurement), false};
 }
 

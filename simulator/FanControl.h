@@ -27,10 +27,6 @@ class FanControl {
   void Tick(const Measurement& measurement, const ThermPins& therm, const PinInputs& inputs);
   void Reset();
 
-  /// The output's settings were written: it leaves its start at Max duty and goes by them from now on.
-  void SetUp(int pwm) { outputs_[At(pwm)].setUp = true; }
-  /// The same for the outputs that follow a channel.
-  void SetUpFollowers(int channel);
   /// The config register was written, `before` being what it held.
   void ConfigWritten(int pwm, std::uint8_t before);
   /// A duty was written to 0xAA + pwm. It counts in manual mode only.
@@ -47,7 +43,6 @@ class FanControl {
     std::uint8_t manualDuty = 0;
     double ramp = 0;      ///< the duty of a ramp in fractions of a step
     int spinUpTicks = 0;  ///< what is left of the spin-up
-    bool setUp = false;
   };
   struct Wanted {
     int duty = 0;
@@ -55,6 +50,8 @@ class FanControl {
   };
 
   Behaviour BehaviourOf(int pwm) const { return static_cast<Behaviour>(registers_.Field(0x21 + pwm, 5, 3)); }
+  /// Anything that shapes the output's duty is no longer as at power-up.
+  bool SetUp(int pwm) const;
   void FollowTemperatures(const Measurement& measurement);
   Wanted WantedDuty(int pwm, const Measurement& measurement, const ThermPins& therm, const PinInputs& inputs) const;
   int CurveDuty(int pwm, const Measurement& measurement) const;

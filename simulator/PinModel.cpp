@@ -49,6 +49,14 @@ constexpr std::array<EasyOption, 5> kEasyOptions{{
     {{0x3E, 0x0C, 0x0C, 0xCC}},
 }};
 
+/// The option that 0x14 asks for, the highest of several; nullptr for none.
+const EasyOption* OptionOf(std::uint8_t easy) {
+  for (std::size_t i = kEasyOptions.size(); i-- > 0;) {
+    if ((easy >> i & 1) != 0) return &kEasyOptions[i];
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 const VoltageRow& RowOf(VoltagePin pin) {
@@ -112,10 +120,16 @@ double PinModel::Nominal(VoltagePin pin) const {
 }
 
 void ApplyEasyOption(RegisterFile& registers, std::uint8_t option) {
-  for (int i = 4; i >= 0; --i) {
-    if ((option >> i & 1) == 0) continue;
-    for (int n = 0; n < 4; ++n) registers.Put(0x10 + n, kEasyOptions[At(i)].pinConfig[n]);
-    return;
+  const EasyOption* row = OptionOf(option);
+  if (row == nullptr) return;
+  for (int i = 0; i < 4; ++i) registers.Put(0x10 + i, row->pinConfig[i]);
+}
+
+void DropLeftOption(RegisterFile& registers) {
+  const EasyOption* row = OptionOf(registers[0x14]);
+  if (row == nullptr) return;
+  for (int i = 0; i < 4; ++i) {
+    if (registers[0x10 + i] != row->pinConfig[i]) registers.Put(0x14, 0);
   }
 }
 

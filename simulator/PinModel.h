@@ -73,4 +73,7 @@ class PinModel {
 /// option; of several the highest counts, and none leaves the pins as they are.
 void ApplyEasyOption(RegisterFile& registers, std::uint8_t option);
 
+/// Clears 0x14 when 0x10 to 0x13 no longer hold the assignment of its option: it names the option in force, or none.
+void DropLeftOption(RegisterFile& registers);
+
 }  // namespace zth::simulator

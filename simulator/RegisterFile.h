@@ -20,13 +20,20 @@ class RegisterFile {
   int Field(int address, int shift, int width) const { return ((*this)[address] >> shift) & ((1 << width) - 1); }
   bool Bit(int address, int bit) const { return Field(address, bit, 1) != 0; }
 
+  /// The register is not at its power-up value.
+  bool Changed(int address) const { return (*this)[address] != powerUp_[static_cast<std::uint8_t>(address)]; }
+
   /// Every register at its power-up value.
-  void Reset() {
-    bytes_.fill(0);
-    for (const RegisterRule& rule : RegisterRules()) bytes_[rule.address] = rule.reset;
-  }
+  void Reset() { bytes_ = powerUp_; }
 
  private:
+  static std::array<std::uint8_t, 256> PowerUp() {
+    std::array<std::uint8_t, 256> bytes{};
+    for (const RegisterRule& rule : RegisterRules()) bytes[rule.address] = rule.reset;
+    return bytes;
+  }
+
+  std::array<std::uint8_t, 256> powerUp_ = PowerUp();
   std::array<std::uint8_t, 256> bytes_{};
 };
 

@@ -21,7 +21,7 @@ constexpr std::array kRules{
     RegisterRule{0x08, 0x0F},                         // Tach Configuration
     RegisterRule{0x09, 0x00},                         // GPIO1_Bhvr
     RegisterRule{0x0A, 0x00},                         // GPIO2_Bhvr
-    RegisterRule{0x0B, 0x00, DynamicTmin},            // Tmin_Cal1
+    RegisterRule{0x0B, 0x00},                         // Tmin_Cal1
     RegisterRule{0x0C, 0x40},                         // Tmin_Cal2
     RegisterRule{0x0D, 0x00},                         // THERM Configuration
     RegisterRule{0x0E, 0x1F, Therm},                  // Conf_Therm1
@@ -43,12 +43,12 @@ constexpr std::array kRules{
     RegisterRule{0x22, 0x31, PwmConfig},              // PWM2 Config
     RegisterRule{0x23, 0x51, PwmConfig},              // PWM3 Config
     RegisterRule{0x24, 0x71, PwmConfig},              // PWM4 Config
-    RegisterRule{0x25, 0x90, PwmFrequency},           // PWM 1&2 Freq
-    RegisterRule{0x26, 0x90, PwmFrequency},           // PWM 3&4 Freq
-    RegisterRule{0x28, 0x80, PwmMin},                 // PWM1 Min
-    RegisterRule{0x29, 0x80, PwmMin},                 // PWM2 Min
-    RegisterRule{0x2A, 0x80, PwmMin},                 // PWM3 Min
-    RegisterRule{0x2B, 0x80, PwmMin},                 // PWM4 Min
+    RegisterRule{0x25, 0x90},                         // PWM 1&2 Freq
+    RegisterRule{0x26, 0x90},                         // PWM 3&4 Freq
+    RegisterRule{0x28, 0x80},                         // PWM1 Min
+    RegisterRule{0x29, 0x80},                         // PWM2 Min
+    RegisterRule{0x2A, 0x80},                         // PWM3 Min
+    RegisterRule{0x2B, 0x80},                         // PWM4 Min
     RegisterRule{0x2C, 0xC0},                         // PWM 1-4 Max
     RegisterRule{0x30, 0x00},                         // Thermal Mask 1
     RegisterRule{0x31, 0xC0},                         // Thermal Mask 2
@@ -86,14 +86,14 @@ constexpr std::array kRules{
     RegisterRule{0x59, 0x00},                         // Remote 3 Offset
     RegisterRule{0x5A, 0xA4},                         // Remote 1 Operating Point
     RegisterRule{0x5B, 0xA4},                         // Remote 2 Operating Point
-    RegisterRule{0x5C, 0x9A, Curve},                  // Local Tmin
-    RegisterRule{0x5D, 0x9A, Curve},                  // Remote 1 Tmin
-    RegisterRule{0x5E, 0x9A, Curve},                  // Remote 2 Tmin
-    RegisterRule{0x5F, 0x9A, Curve},                  // Remote 3 Tmin
-    RegisterRule{0x60, 0xC4, Curve},                  // Local Trange/Hys
-    RegisterRule{0x61, 0xC4, Curve},                  // Remote 1 Trange/Hys
-    RegisterRule{0x62, 0xC4, Curve},                  // Remote 2 Trange/Hys
-    RegisterRule{0x63, 0xC4, Curve},                  // Remote 3 Trange/Hys
+    RegisterRule{0x5C, 0x9A},                         // Local Tmin
+    RegisterRule{0x5D, 0x9A},                         // Remote 1 Tmin
+    RegisterRule{0x5E, 0x9A},                         // Remote 2 Tmin
+    RegisterRule{0x5F, 0x9A},                         // Remote 3 Tmin
+    RegisterRule{0x60, 0xC4},                         // Local Trange/Hys
+    RegisterRule{0x61, 0xC4},                         // Remote 1 Trange/Hys
+    RegisterRule{0x62, 0xC4},                         // Remote 2 Trange/Hys
+    RegisterRule{0x63, 0xC4},                         // Remote 3 Trange/Hys
     RegisterRule{0x64, 0x04},                         // Operating Point Hyst
     RegisterRule{0x68, 0xFF},                         // +3.3V High Limit
     RegisterRule{0x69, 0xFF},                         // Pin 23 V High Limit

@@ -7,20 +7,16 @@ namespace zth::simulator {
 
 /// What a write to a register does besides, or instead of, being kept.
 enum class OnWrite : std::uint8_t {
-  Keep,          ///< all eight bits are kept
-  Ignore,        ///< read-only
-  Reset,         ///< bit 7 puts every register back to its power-up value and clears itself
-  PinConfig,     ///< kept, and what the old function of a pin left in its registers goes
-  Easy,          ///< kept, and the pin registers 0x10 to 0x13 take the assignment of the option
-  Therm,         ///< kept, and the THERM comparison is made afresh
-  PwmConfig,     ///< kept, and the output counts as set up
-  PwmFrequency,  ///< kept, and both outputs of the register count as set up
-  PwmMin,        ///< kept, and the output counts as set up
-  Curve,         ///< kept, and the outputs that follow the channel count as set up
-  DynamicTmin,   ///< kept, and the outputs that follow an enabled channel count as set up
-  TachEnable,    ///< kept, and a tach that goes off reads 0xFFFF at once
-  Duty,          ///< taken as the duty of an output in manual mode, else ignored
-  GpioLevels,    ///< read-only but for the bits of pins that are outputs
+  Keep,        ///< all eight bits are kept
+  Ignore,      ///< read-only
+  Reset,       ///< bit 7 puts every register back to its power-up value and clears itself
+  PinConfig,   ///< kept; what the old function of a pin left in its registers goes, and so does an option left by it
+  Easy,        ///< kept, and the pin registers 0x10 to 0x13 take the assignment of the option
+  Therm,       ///< kept, and the THERM comparison is made afresh
+  PwmConfig,   ///< kept, and an output that goes to manual keeps its duty
+  TachEnable,  ///< kept, and a tach that goes off reads 0xFFFF at once
+  Duty,        ///< taken as the duty of an output in manual mode, else ignored
+  GpioLevels,  ///< read-only but for the bits of pins that are outputs
 };
 
 /// What a read does besides giving the byte.

@@ -6,6 +6,7 @@
 #include "shell/frmMain.h"
 
 int main(int argc, char** argv) {
+  zth::platform::IgnoreBrokenPipes();
   QApplication application(argc, argv);
   QApplication::setDesktopFileName("zth4718-evaluation");
   // The main window's closing ends the program, not the splash's, after which no window shows for a moment.

@@ -7,14 +7,21 @@
 
 namespace zth::simulator {
 
+/// No transfer waits longer than this for a board that is behind, as after a pause at a great time factor: the rest is
+/// made up for by the following ones.
+inline constexpr std::chrono::milliseconds kCatchUpTime{10};
+
 /// The one place where real time meets the simulation: brings a bus up to now before a transfer, and lets a slow
 /// transfer take its time behind it.
-class RealTime {
+template <typename Clock>
+class RealTimeBy {
  public:
   void CatchUp(Bus& bus) {
-    const auto now = std::chrono::steady_clock::now();
-    bus.AdvanceReal(now - last_);
+    const auto now = Clock::now();
+    bus.Owe(now - last_);
     last_ = now;
+    while (bus.CatchUp() && Clock::now() - now < kCatchUpTime) {
+    }
   }
 
   static void Linger(Bus& bus) {
@@ -23,7 +30,9 @@ class RealTime {
   }
 
  private:
-  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+  typename Clock::time_point last_ = Clock::now();
 };
+
+using RealTime = RealTimeBy<std::chrono::steady_clock>;
 
 }  // namespace zth::simulator

@@ -40,15 +40,6 @@ std::uint8_t RpmToTachLimit(double rpm, std::int32_t clock) {
   return base::RoundToByte(static_cast<double>(CountsOver(rpm == 0 ? 1 : rpm, clock)));
 }
 
-double TachLimitStepUp(double rpm, std::int32_t clock) {
-  constexpr int kTen = 10;
-  constexpr int kTop = static_cast<int>(kTopRpm);
-  for (int target = (static_cast<int>(std::ceil(rpm / kTen)) + 1) * kTen; target <= kTop; target += kTen) {
-    if (static_cast<double>(TachLimitToRpm(RpmToTachLimit(target, clock), clock)) > rpm) return target - rpm;
-  }
-  return 0;
-}
-
 std::int16_t ThermLimitToPercent(std::uint8_t raw) {
   const auto percent = static_cast<float>(raw * 100.0 / 255);
   return static_cast<std::int16_t>(base::RoundToInt(static_cast<double>(percent)));

@@ -15,17 +15,13 @@ double VoltageRawToVolts(std::uint8_t raw, float nominal);
 
 std::uint8_t VoltsToVoltageRaw(double volts, float nominal);
 
-/// Rpm of a tach limit, which is the upper byte of a tach count whose lower byte is 0xFF, at `clock` counts a second.
+/// Rpm of a tach limit, which is the upper byte of a tach count whose lower byte is 255, at `clock` counts a second.
 /// 12000 for a limit of 0; a speed below 100 gives 0.
 float TachLimitToRpm(std::uint8_t raw, std::int32_t clock);
 
 /// The limit that a speed is written as; 0 counts as 1 rpm. Not the exact inverse: a limit that is shown and written
 /// back can come out one higher or lower.
 std::uint8_t RpmToTachLimit(double rpm, std::int32_t clock);
-
-/// From `rpm`, a speed that TachLimitToRpm gave, up to the next whole ten, 10 or more away, that comes back as a
-/// greater speed; 0 when there is none up to 12000.
-double TachLimitStepUp(double rpm, std::int32_t clock);
 
 inline constexpr float kTopRpm = 12000;
 

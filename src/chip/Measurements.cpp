@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "chip/Conversions.h"
+#include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 
@@ -12,6 +13,7 @@ MeasurementSet Measurements;
 std::array<LogChannel, kLogChannels> LogChannelTable;
 std::int32_t TachClock = 0;
 std::int16_t ChipRevision = 0;
+link::ChipId ChipRevisionFrom;
 bool PollEnabled = true;
 std::int32_t PollPeriodMs = 100;
 
@@ -39,7 +41,7 @@ void StoreRows(int firstRow, const Values& values) {
 }
 
 void ReadTemperatures() {
-  const auto bytes = ReadBlock<8>(0x88);
+  const auto bytes = ReadBlock<8>("Local Temp LSBs"_reg);
   for (std::size_t i = 0; i < 4; ++i) {
     Measurements.Temperature[i] = TemperatureFromBytes(bytes[2 * i], bytes[2 * i + 1]);
   }
@@ -48,7 +50,7 @@ void ReadTemperatures() {
 
 void ReadTachs() {
   for (std::size_t half = 0; half < 2; ++half) {
-    const auto bytes = ReadBlock<8>(half == 0 ? 0x98 : 0xA2);
+    const auto bytes = ReadBlock<8>(half == 0 ? "Tach 1 LSB's"_reg : "Tach 5 LSB"_reg);
     for (std::size_t i = 0; i < 4; ++i) {
       const std::int32_t count = bytes[2 * i + 1] * 256 + bytes[2 * i];
       Measurements.TachRpm[4 * half + i] = TachCountToRpm(count, TachClock);
@@ -58,7 +60,7 @@ void ReadTachs() {
 }
 
 void ReadPwms() {
-  const auto bytes = ReadBlock<4>(0xAA);
+  const auto bytes = ReadBlock<4>("PWM 1 Value"_reg);
   for (std::size_t i = 0; i < 4; ++i) {
     Measurements.PwmPercent[i] = PercentFromByte(PwmRawNormalise(bytes[i], ChipRevision));
   }
@@ -71,9 +73,9 @@ void ReadVoltages() {
     const auto bytes = ReadBlock<kCount>(first);
     std::copy(bytes.begin(), bytes.end(), raw.begin() + first);
   };
-  read(0x8B, std::integral_constant<std::size_t, 1>());
-  read(0x8F, std::integral_constant<std::size_t, 8>());
-  read(0xA3, std::integral_constant<std::size_t, 7>());
+  read("Pin 15 Voltage"_reg, std::integral_constant<std::size_t, 1>());
+  read("Pin 19 Voltage"_reg, std::integral_constant<std::size_t, 8>());
+  read("+12V1 Voltage"_reg, std::integral_constant<std::size_t, 7>());
   for (std::size_t i = 0; i < kVoltageInputs.size(); ++i) {
     Measurements.Voltage[i] = VoltageFromRaw(raw[kVoltageInputs[i].reg], kVoltageInputs[i].scale);
   }
@@ -81,7 +83,7 @@ void ReadVoltages() {
 }
 
 void ReadThermOnTimes() {
-  const auto bytes = ReadBlock<2>(0xAE);
+  const auto bytes = ReadBlock<2>("THERM 1% Ontime"_reg);
   for (std::size_t i = 0; i < 2; ++i) Measurements.ThermPercent[i] = PercentFromByte(bytes[i]);
 }
 
@@ -91,11 +93,11 @@ void ReadDynamicTminState() {
     values[1] = DegreesFromByte(bytes[0]);
     values[2] = DegreesFromByte(bytes[1]);
   };
-  remotePair(0x5A, Measurements.PolledOpPoint);
-  const auto tmins = ReadBlock<4>(0x5C);
+  remotePair("Remote 1 Operating Point"_reg, Measurements.PolledOpPoint);
+  const auto tmins = ReadBlock<4>("Local Tmin"_reg);
   std::transform(tmins.begin(), tmins.end(), Measurements.PolledTmin.begin(), DegreesFromByte);
-  remotePair(0x49, Measurements.PolledHighLimit);
-  remotePair(0x45, Measurements.PolledLowLimit);
+  remotePair("Remote 1 High Limit"_reg, Measurements.PolledHighLimit);
+  remotePair("Remote 1 Low Limit"_reg, Measurements.PolledLowLimit);
   StoreRows(kFirstTminRow, Measurements.PolledTmin);
   StoreRows(kFirstOpPointRow, std::array{Measurements.PolledOpPoint[1], Measurements.PolledOpPoint[2]});
 }
@@ -115,12 +117,16 @@ void ResetChip() {
   LogChannelTable = {};
   TachClock = 0;
   ChipRevision = 0;
+  ChipRevisionFrom = {};
   PollEnabled = true;
   PollPeriodMs = 100;
   PinFunctions = {};
+  PinFunctionsFrom = {};
   VoltagePresent = {};
   VoltageName = {};
   BoardSwitch = {};
+  PwmManual = {};
+  PwmManualFrom = {};
 }
 
 }  // namespace zth::chip

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "chip/PinModel.h"
+#include "chip/RegisterNames.h"
 
 /// The chip's live values in engineering units, read in six groups.
 namespace zth::chip {
@@ -44,22 +45,29 @@ struct VoltageInput {
   double scale;
 };
 
-// The pairing of the last two channels with 0x94 and 0x95 stands here and nowhere else: they are read in the order of
+// The pairing of the last two channels with their registers stands here and nowhere else: they are read in the order of
 // the registers, although the pins, the limits and the log's captions pair them the other way round.
 inline constexpr std::array<VoltageInput, kVoltageChannels> kVoltageInputs{{
-    {"12V1", 0xA3, 12},       {"12V2", 0xA5, 12},         {"3.3V(P13)", 0x96, 3.3}, {"2.5V(P15)", 0x8B, 2.5},
-    {"1.8V(P15)", 0x8B, 1.8}, {"1.25V(P20)", 0x8F, 1.25}, {"0.9V(P20)", 0x8F, 0.9}, {"5V(P21)", 0xA7, 5},
-    {"12V3", 0xA9, 12},       {"Vccp1", 0x90, 2.13},      {"1.5V(P23)", 0x90, 1.5}, {"1.8V(P23)", 0x90, 1.8},
-    {"2.5V(P23)", 0x90, 2.5}, {"Vccp2", 0x91, 2.13},      {"1.5V(P24)", 0x91, 1.5}, {"1.8V(P24)", 0x91, 1.8},
-    {"2.5V(P24)", 0x91, 2.5}, {"1.2V(P25)", 0x92, 1.2},   {"3.3V(P25)", 0x92, 3.3}, {"1.2V(P26)", 0x93, 1.2},
-    {"VBatt", 0x93, 4},       {"1.5V1", 0x94, 1.5},       {"1.5V2", 0x95, 1.5},
+    {"12V1", "+12V1 Voltage"_reg, 12},          {"12V2", "+12V2 Voltage"_reg, 12},
+    {"3.3V(P13)", "+3.3V Voltage"_reg, 3.3},    {"2.5V(P15)", "Pin 15 Voltage"_reg, 2.5},
+    {"1.8V(P15)", "Pin 15 Voltage"_reg, 1.8},   {"1.25V(P20)", "Pin 19 Voltage"_reg, 1.25},
+    {"0.9V(P20)", "Pin 19 Voltage"_reg, 0.9},   {"5V(P21)", "+5V Voltage"_reg, 5},
+    {"12V3", "+12V3 Voltage"_reg, 12},          {"Vccp1", "Pin 23 Voltage"_reg, 2.13},
+    {"1.5V(P23)", "Pin 23 Voltage"_reg, 1.5},   {"1.8V(P23)", "Pin 23 Voltage"_reg, 1.8},
+    {"2.5V(P23)", "Pin 23 Voltage"_reg, 2.5},   {"Vccp2", "Pin 24 Voltage"_reg, 2.13},
+    {"1.5V(P24)", "Pin 24 Voltage"_reg, 1.5},   {"1.8V(P24)", "Pin 24 Voltage"_reg, 1.8},
+    {"2.5V(P24)", "Pin 24 Voltage"_reg, 2.5},   {"1.2V(P25)", "Pin 25 Voltage"_reg, 1.2},
+    {"3.3V(P25)", "Pin 25 Voltage"_reg, 3.3},   {"1.2V(P26)", "Pin 26 Voltage"_reg, 1.2},
+    {"VBatt", "Pin 26 Voltage"_reg, 4},         {"1.5V1", "+1.5V1 (3GIO) Voltage"_reg, 1.5},
+    {"1.5V2", "+1.5V2 (ICH) Voltage"_reg, 1.5},
 }};
 
 /// Tach clock in counts a second.
 extern std::int32_t TachClock;
 
-/// Register 0x3F as read at the start.
+/// "Revision Number" as read at the start, and the chip that it was read from.
 extern std::int16_t ChipRevision;
+extern link::ChipId ChipRevisionFrom;
 
 /// Gate and period of the measurement job.
 extern bool PollEnabled;

@@ -4,6 +4,7 @@
 
 #include "base/BitField.h"
 #include "chip/Measurements.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/RegisterHooks.h"
 #include "link/USBStuff.h"
@@ -11,26 +12,25 @@
 namespace zth::chip {
 
 PinFunctionFlags PinFunctions;
+link::ChipId PinFunctionsFrom;
 std::array<bool, kVoltageChannels> VoltagePresent{};
 std::array<std::string, kVoltageChannels> VoltageName;
 std::array<bool, 16> BoardSwitch{};
 
 namespace {
 
-constexpr std::int32_t kPinConfig1 = 0x10;
-
-std::int16_t Bit(unsigned whole, std::uint8_t shift) {
-  return static_cast<std::int16_t>(base::GetField(whole, {shift, 1}));
+std::int16_t Bit(unsigned whole, base::BitField field) {
+  return static_cast<std::int16_t>(base::GetField(whole, field));
 }
 
-std::int16_t ThreeWay(unsigned whole, std::uint8_t shift) {
-  return static_cast<std::int16_t>(std::min(base::GetField(whole, {shift, 2}), 2U));
+std::int16_t ThreeWay(unsigned whole, base::BitField field) {
+  return static_cast<std::int16_t>(std::min(base::GetField(whole, field), 2U));
 }
 
 /// State of pin 23 or 24: 0 +2.5V, 1 +1.8V, 2 Vccp, 3 +1.5V.
-std::int16_t SupplyState(unsigned whole, std::uint8_t shift) {
+std::int16_t SupplyState(unsigned whole, base::BitField field) {
   static constexpr std::array<std::int16_t, 4> kStateOfField{2, 0, 1, 3};
-  return kStateOfField[base::GetField(whole, {shift, 2})];
+  return kStateOfField[base::GetField(whole, field)];
 }
 
 std::array<bool, kVoltageChannels> PresentVoltages(const PinFunctionFlags& pins) {
@@ -82,37 +82,38 @@ void SetAvailability(const PinFunctionFlags& pins) {
 PinFunctionFlags DecodePinFunctions(const std::array<std::uint8_t, 4>& configs) {
   const auto [config1, config2, config3, config4] = configs;
   PinFunctionFlags pins;
-  pins.Vid = base::GetBit(config1, 7);
-  pins.D1 = base::GetBit(config1, 6);
-  pins.D3 = base::GetBit(config1, 5);
-  pins.Pin1 = Bit(config1, 4);
-  pins.Pin2 = Bit(config1, 3);
-  pins.Pin3 = Bit(config1, 2);
-  pins.Pin4 = Bit(config1, 1);
-  pins.Pin7 = Bit(config1, 0);
-  pins.Pin8 = Bit(config2, 7);
-  pins.Pin13 = Bit(config2, 6);
-  pins.Pin15 = Bit(config2, 5);
-  pins.Pin20 = Bit(config2, 4);
-  pins.Pin21 = Bit(config2, 3);
-  pins.Pin22 = Bit(config2, 2);
-  pins.Pin23 = SupplyState(config2, 0);
-  pins.Pin24 = SupplyState(config3, 6);
-  pins.Pin25 = ThreeWay(config3, 4);
-  pins.Pin26 = ThreeWay(config3, 2);
-  pins.Pin27 = Bit(config3, 1);
-  pins.Pin28 = ThreeWay(config4, 6);
-  pins.Pin29 = ThreeWay(config4, 4);
-  pins.Pin31 = Bit(config4, 3);
-  pins.Pin32 = Bit(config4, 2);
+  pins.Vid = Bit(config1, Field("Pin Config 1", "VID")) != 0;
+  pins.D1 = Bit(config1, Field("Pin Config 1", "D1")) != 0;
+  pins.D3 = Bit(config1, Field("Pin Config 1", "D3")) != 0;
+  pins.Pin1 = Bit(config1, Field("Pin Config 1", "P1"));
+  pins.Pin2 = Bit(config1, Field("Pin Config 1", "P2"));
+  pins.Pin3 = Bit(config1, Field("Pin Config 1", "P3"));
+  pins.Pin4 = Bit(config1, Field("Pin Config 1", "P4"));
+  pins.Pin7 = Bit(config1, Field("Pin Config 1", "P7"));
+  pins.Pin8 = Bit(config2, Field("Pin Config 2", "P8"));
+  pins.Pin13 = Bit(config2, Field("Pin Config 2", "P13"));
+  pins.Pin15 = Bit(config2, Field("Pin Config 2", "P15"));
+  pins.Pin20 = Bit(config2, Field("Pin Config 2", "P20"));
+  pins.Pin21 = Bit(config2, Field("Pin Config 2", "P21"));
+  pins.Pin22 = Bit(config2, Field("Pin Config 2", "P22"));
+  pins.Pin23 = SupplyState(config2, Field("Pin Config 2", "P23"));
+  pins.Pin24 = SupplyState(config3, Field("Pin Config 3", "P24"));
+  pins.Pin25 = ThreeWay(config3, Field("Pin Config 3", "P25"));
+  pins.Pin26 = ThreeWay(config3, Field("Pin Config 3", "P26"));
+  pins.Pin27 = Bit(config3, Field("Pin Config 3", "P27"));
+  pins.Pin28 = ThreeWay(config4, Field("Pin Config 4", "P28"));
+  pins.Pin29 = ThreeWay(config4, Field("Pin Config 4", "P29"));
+  pins.Pin31 = Bit(config4, Field("Pin Config 4", "P31"));
+  pins.Pin32 = Bit(config4, Field("Pin Config 4", "P32"));
   return pins;
 }
 
 void ReadPinConfiguration() {
-  link::ReadRegisterBlock(link::DeviceAddress, kPinConfig1, 4);
+  link::ReadRegisterBlock(link::DeviceAddress, "Pin Config 1"_reg, 4);
   std::array<std::uint8_t, 4> configs{};
   std::copy_n(link::ReadBuffer.begin(), configs.size(), configs.begin());
   PinFunctions = DecodePinFunctions(configs);
+  PinFunctionsFrom = link::ChipInUse();
   VoltagePresent = PresentVoltages(PinFunctions);
   SetAvailability(PinFunctions);
 }
@@ -153,7 +154,7 @@ void InitVoltageNames() {
 }
 
 void EnterPinHooks() {
-  for (std::int32_t reg = kPinConfig1; reg <= kPinConfig1 + 4; ++reg) {
+  for (std::int32_t reg = "Pin Config 1"_reg; reg <= "Easy Config"_reg; ++reg) {
     link::OnRegisterWrite(reg, [] {
       ReadPinConfiguration();
       UpdateBoardSwitches();

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "link/ChipId.h"
+
 /// What each multi-function pin does at present, derived once for all from the pin configuration registers, and the
 /// board's two ADG715 switches that follow it.
 namespace zth::chip {
@@ -24,6 +26,9 @@ struct PinFunctionFlags {
 
 extern PinFunctionFlags PinFunctions;
 
+/// The chip that they were read from.
+extern link::ChipId PinFunctionsFrom;
+
 inline constexpr int kVoltageChannels = 23;
 
 /// Which voltage channels the pins provide; at most one of each pin.
@@ -32,34 +37,34 @@ extern std::array<bool, kVoltageChannels> VoltagePresent;
 /// Short names of the voltage channels, as "12V1"; filled by InitVoltageNames.
 extern std::array<std::string, kVoltageChannels> VoltageName;
 
-/// Wanted state of the switches, true for closed: 0 to 7 are bits 0 to 7 of the ADG715 at 0x4A, 8 to 15 of that at
-/// 0x48.
+/// Wanted state of the switches, true for closed: 0 to 7 are bits 0 to 7 of device 0, 8 to 15 of device 1.
 extern std::array<bool, 16> BoardSwitch;
 
+/// Bus addresses of the two ADG715.
 inline constexpr std::int32_t kSwitchDevice0 = 0x4A;
 inline constexpr std::int32_t kSwitchDevice1 = 0x48;
 
-/// The flags for the bytes of 0x10 to 0x13.
+/// The flags for the bytes of "Pin Config 1" to "Pin Config 4".
 PinFunctionFlags DecodePinFunctions(const std::array<std::uint8_t, 4>& configs);
 
-/// Reads 0x10 to 0x13 of the chip in use in one block and renews `PinFunctions`, `VoltagePresent` and the `Available`
-/// column of `LogChannelTable`.
+/// Reads the four pin configurations of the chip in use in one block and renews `PinFunctions`, `VoltagePresent` and
+/// the `Available` column of `LogChannelTable`.
 void ReadPinConfiguration();
 
-/// Derives the routing switches from `PinFunctions` and writes both devices, 0x4A first. Each is derived just before
-/// its write.
+/// Derives the routing switches from `PinFunctions` and writes both devices, device 0 first. Each is derived just
+/// before its write.
 void UpdateBoardSwitches();
 
 /// The start pattern of the switches, written to both devices.
 void ResetBoardSwitches();
 
-/// The port byte of device 0 (at 0x4A) or 1 (at 0x48).
+/// The port byte of device 0 or 1.
 std::uint8_t PackSwitchByte(int device);
 
 void InitVoltageNames();
 
-/// Enters into the link's hooks: a write to 0x10 to 0x14 renews the flags and the switches. 0x14 holds no pin field,
-/// but the chip sets the others by itself when it is written.
+/// Enters into the link's hooks: a write to "Pin Config 1" to "Easy Config" renews the flags and the switches. "Easy
+/// Config" holds no pin field, but the chip sets the others by itself when it is written.
 void EnterPinHooks();
 
 }  // namespace zth::chip

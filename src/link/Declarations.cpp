@@ -12,7 +12,7 @@ std::int32_t DeviceAddress = 0;
 std::array<std::uint8_t, kReadBufferSize> ReadBuffer{};
 bool SmbusPresent = false;
 bool UsbPresent = false;
-std::array<bool, 5> PwmManual{};
+std::array<std::optional<double>, 3> HeaterPercent{};
 
 namespace {
 
@@ -57,7 +57,7 @@ void ResetLink() {
   ReadBuffer.fill(0);
   SmbusPresent = false;
   UsbPresent = false;
-  PwmManual.fill(false);
+  HeaterPercent.fill(std::nullopt);
   ResetHooks();
   Detach();
 }

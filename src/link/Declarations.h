@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include <QString>
 
@@ -60,8 +61,9 @@ extern std::array<std::uint8_t, kReadBufferSize> ReadBuffer;
 extern bool SmbusPresent;
 extern bool UsbPresent;
 
-/// PWM 1 to 4 at index 1 to 4: its behaviour field says manual. Index 0 is not in use.
-extern std::array<bool, 5> PwmManual;
+/// Percent that heater 1 or 2 (at index 1, 2) is driven at, as far as this program knows: what it has set or read last.
+/// Empty before either; the board is not asked for it. A setting that failed counts where it would be more heat.
+extern std::array<std::optional<double>, 3> HeaterPercent;
 
 /// Puts all variables of this room back to the state of a program that has not started.
 void ResetLink();

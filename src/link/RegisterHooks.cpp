@@ -2,23 +2,10 @@
 
 #include <map>
 
-#include "base/BitField.h"
-#include "link/Declarations.h"
-#include "link/USBStuff.h"
-
 namespace zth::link {
 namespace {
 
 std::map<std::int32_t, std::function<void()>> hooks;
-
-constexpr std::int32_t kPwm1Config = 0x21;
-constexpr base::BitField kBehaviour{5, 3};
-constexpr unsigned kManual = 7;
-
-void ReadPwmManual(int pwm) {
-  const auto config = static_cast<unsigned>(ReadRegister(DeviceAddress, kPwm1Config + pwm - 1));
-  PwmManual[static_cast<std::size_t>(pwm)] = base::GetField(config, kBehaviour) == kManual;
-}
 
 }  // namespace
 
@@ -29,12 +16,6 @@ void OnRegisterWrite(std::int32_t reg, std::function<void()> routine) {
 void AfterRegisterWrite(std::int32_t reg) {
   const auto hook = hooks.find(reg);
   if (hook != hooks.end()) hook->second();
-}
-
-void EnterPwmHooks() {
-  for (int pwm = 1; pwm <= 4; ++pwm) {
-    OnRegisterWrite(kPwm1Config + pwm - 1, [pwm] { ReadPwmManual(pwm); });
-  }
 }
 
 void ResetHooks() {

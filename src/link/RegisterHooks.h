@@ -13,10 +13,6 @@ void OnRegisterWrite(std::int32_t reg, std::function<void()> routine);
 /// Runs the register's routine, if it has one. The value written plays no part.
 void AfterRegisterWrite(std::int32_t reg);
 
-/// Enters this room's own rows: after a write to 0x21 to 0x24 the register is read back and `PwmManual` of that PWM
-/// becomes true when its behaviour field, bits 7:5, is all ones.
-void EnterPwmHooks();
-
 void ResetHooks();
 
 }  // namespace zth::link

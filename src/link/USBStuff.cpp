@@ -104,12 +104,22 @@ std::int16_t WriteRegisterValue(std::int32_t address, std::int32_t reg, std::int
 std::int16_t SetHeater(std::int32_t heater, std::int32_t& percent) {
   if (!OnUsb()) return 0;
   percent = std::clamp(percent, 0, 100);
-  return Checked(CommandWithByte(kHeaters, heater, percent), kHeaterError);
+  const std::int16_t result = CommandWithByte(kHeaters, heater, percent);
+  if (heater == 1 || heater == 2) {
+    auto& known = HeaterPercent[static_cast<std::size_t>(heater)];
+    if (result == 0 || percent > known.value_or(0)) known = percent;
+  }
+  return Checked(result, kHeaterError);
 }
 
 std::int16_t ReadHeaterState() {
   if (!OnUsb()) return 0;
-  return Checked(ReadIntoBuffer(kHeaters, 0, 0, 3), kHeaterError);
+  const std::int16_t result = ReadIntoBuffer(kHeaters, 0, 0, 3);
+  if (result == 0) {
+    // The adapter tells a drive as twice its percentage.
+    for (std::size_t heater = 1; heater <= 2; ++heater) HeaterPercent[heater] = ReadBuffer[heater - 1] / 2.0;
+  }
+  return Checked(result, kHeaterError);
 }
 
 std::int16_t ReadBoardPort(std::int32_t address) {

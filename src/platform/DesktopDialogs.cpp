@@ -1,9 +1,13 @@
+#include <algorithm>
+#include <vector>
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QStringList>
@@ -37,6 +41,17 @@ void WidenForTitle(QMessageBox& box) {
   grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
 }
 
+/// On the heap: a window that is deleted all the same takes its boxes along.
+QMessageBox* MakeBox(BoxIcon icon, const QString& title, const QString& text, QWidget* asker) {
+  auto* box = new QMessageBox(QtIcon(icon), title, text, QMessageBox::NoButton,
+                              asker != nullptr ? asker : QApplication::activeWindow());
+  // Texts are shown as they stand: with rich text guessed, two blanks would become one.
+  box->setTextFormat(Qt::PlainText);
+  box->setWindowModality(Qt::ApplicationModal);
+  WidenForTitle(*box);
+  return box;
+}
+
 constexpr char kLastFolder[] = "FileFolder";
 
 bool TakesFiles(const QString& folder) {
@@ -51,19 +66,32 @@ BoxAnswer DesktopPrompts::Ask(const BoxQuestion& question) {
   const BoxAnswer cancelled = yesNo ? BoxAnswer::No : BoxAnswer::Ok;
   if (IsClosed(question.asker)) return cancelled;
   const OpenQuestion open;
-  // On the heap: a window that is deleted all the same takes its boxes along.
-  const QPointer box =
-      new QMessageBox(QtIcon(question.icon), question.title, question.text,
-                      yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok),
-                      question.asker != nullptr ? question.asker : QApplication::activeWindow());
-  // Texts are shown as they stand: with rich text guessed, two blanks would become one.
-  box->setTextFormat(Qt::PlainText);
-  box->setWindowModality(Qt::ApplicationModal);
-  WidenForTitle(*box);
+  const QPointer box = MakeBox(question.icon, question.title, question.text, question.asker);
+  box->setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok));
   if (yesNo) box->setEscapeButton(QMessageBox::No);
   const int answer = box->exec();
   delete box;
   return answer == QMessageBox::Yes ? BoxAnswer::Yes : cancelled;
+}
+
+int DesktopPrompts::Choose(const ChoiceQuestion& question) {
+  const OpenQuestion open;
+  const QPointer box = MakeBox(question.icon, question.title, question.text, nullptr);
+  std::vector<QAbstractButton*> buttons;
+  // One role for all, or the desktop would put them in an order of its own.
+  for (const QString& caption : question.choices) {
+    buttons.push_back(box->addButton(caption, QMessageBox::ActionRole));
+    buttons.back()->setObjectName(QString("choice(%1)").arg(buttons.size() - 1));
+  }
+  auto* escape = qobject_cast<QPushButton*>(buttons.at(static_cast<std::size_t>(question.escape)));
+  box->setEscapeButton(escape);
+  box->setDefaultButton(escape);
+  box->exec();
+  if (box == nullptr) return question.escape;
+  const auto clicked = std::ranges::find(buttons, box->clickedButton());
+  const auto answer = clicked == buttons.end() ? question.escape : static_cast<int>(clicked - buttons.begin());
+  delete box;
+  return answer;
 }
 
 QString QtFilter(const QString& filter) {

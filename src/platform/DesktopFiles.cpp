@@ -4,10 +4,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStorageInfo>
 
 #include "platform/DesktopParts.h"
 
 #if !defined(_WIN32)
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -29,22 +31,64 @@ bool OnDisk([[maybe_unused]] QFileDevice& file) {
 #endif
 }
 
+#if defined(_WIN32)
+/// A file has no number there that Qt would tell; the moment of its birth tells it from another.
+FileState StateOf(const QDateTime& birth, std::int64_t size) {
+  return {0, birth.isValid() ? static_cast<std::uint64_t>(birth.toMSecsSinceEpoch()) : 0, size};
+}
+#endif
+
+std::optional<FileState> StateOf(QFileDevice& file) {
+#if defined(_WIN32)
+  return StateOf(file.fileTime(QFileDevice::FileBirthTime), file.size());
+#else
+  struct stat found {};
+  if (::fstat(file.handle(), &found) != 0) return std::nullopt;
+  return FileState{found.st_dev, found.st_ino, found.st_size};
+#endif
+}
+
 }  // namespace
 
-FileAppend DesktopFiles::Append(const QString& path, const QByteArray& bytes) {
+std::optional<FileState> DesktopFiles::Look(const QString& path) {
+#if defined(_WIN32)
+  const QFileInfo info(path);
+  if (!info.isFile()) return std::nullopt;
+  return StateOf(info.birthTime(), info.size());
+#else
+  struct stat found {};
+  if (::stat(QFile::encodeName(path).constData(), &found) != 0 || !S_ISREG(found.st_mode)) return std::nullopt;
+  return FileState{found.st_dev, found.st_ino, found.st_size};
+#endif
+}
+
+FileAppend DesktopFiles::Append(const QString& path, const std::optional<FileState>& seen, const QByteArray& bytes) {
   if (IsSomethingElse(path)) return {};
   QFile file(path);
   // Without Qt's buffer, which would cut a long run of lines into writes of its own.
-  if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) return {};
-  FileAppend done{true, file.size(), 0};
+  const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
+  if (!file.open(seen ? mode | QIODevice::ExistingOnly : mode)) return {};
+  const auto before = StateOf(file);
+  if (!before || (seen ? !before->SameFile(*seen) || before->size < seen->size : before->size > 0)) return {};
+  FileAppend done{true, *before, 0};
   done.written = std::max<std::int64_t>(0, file.write(bytes));
   return done;
 }
 
-bool DesktopFiles::Cut(const QString& path, std::int64_t from, std::int64_t to) {
-  const QFileInfo info(path);
-  if (!info.isFile() || info.size() != from) return true;
-  return QFile::resize(path, to);
+bool DesktopFiles::Cut(const QString& path, const FileState& seen, std::int64_t size) {
+  QFile file(path);
+  // To append, since a mode that only writes would empty it.
+  if (IsSomethingElse(path) || !file.open(QIODevice::Append | QIODevice::ExistingOnly)) return false;
+  const auto now = StateOf(file);
+  return now && now->SameFile(seen) && now->size == seen.size && file.resize(size);
+}
+
+QString DesktopFiles::VolumeOf(const QString& path) {
+  QFileInfo info(path);
+  while (!info.exists() && !info.isRoot() && info.absolutePath() != info.absoluteFilePath()) {
+    info.setFile(info.absolutePath());
+  }
+  return QStorageInfo(info.absoluteFilePath()).rootPath();
 }
 
 bool DesktopFiles::Replace(const QString& path, const QByteArray& bytes) {
@@ -59,6 +103,12 @@ std::optional<QByteArray> DesktopFiles::Read(const QString& path, std::int64_t l
   QFile file(path);
   if (IsSomethingElse(path) || !file.open(QIODevice::ReadOnly)) return std::nullopt;
   return file.read(std::min<std::int64_t>(limit, file.size()));
+}
+
+std::optional<QByteArray> DesktopFiles::ReadAt(const QString& path, std::int64_t from, std::int64_t count) {
+  QFile file(path);
+  if (IsSomethingElse(path) || !file.open(QIODevice::ReadOnly) || !file.seek(from)) return std::nullopt;
+  return file.read(count);
 }
 
 }  // namespace zth::platform

@@ -10,6 +10,7 @@ namespace zth::platform {
 class DesktopPrompts final : public Prompts {
  public:
   BoxAnswer Ask(const BoxQuestion& question) override;
+  int Choose(const ChoiceQuestion& question) override;
 };
 
 class DesktopFileDialogs final : public FileDialogs {
@@ -82,16 +83,28 @@ class DesktopLibraries final : public Libraries {
 
 class DesktopFiles final : public Files {
  public:
-  FileAppend Append(const QString& path, const QByteArray& bytes) override;
-  bool Cut(const QString& path, std::int64_t from, std::int64_t to) override;
+  std::optional<FileState> Look(const QString& path) override;
+  FileAppend Append(const QString& path, const std::optional<FileState>& seen, const QByteArray& bytes) override;
+  bool Cut(const QString& path, const FileState& seen, std::int64_t size) override;
+  QString VolumeOf(const QString& path) override;
   bool Replace(const QString& path, const QByteArray& bytes) override;
   std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
+  std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) override;
 };
+
+/// Waits for what ends the program from outside, while it exists.
+class EndWatch;
 
 class DesktopProcess final : public Process {
  public:
+  DesktopProcess();
+  ~DesktopProcess() override;
+  void OnEndOrders(EndOrders orders) override;
   [[noreturn]] void End(int status) override;
   QString Folder() const override;
+
+ private:
+  std::unique_ptr<EndWatch> watch_;
 };
 
 }  // namespace zth::platform

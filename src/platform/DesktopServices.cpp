@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "platform/DesktopParts.h"
+#include "platform/EndWatch.h"
 
 namespace zth::platform {
 
@@ -21,6 +22,14 @@ void DesktopEvents::Pump() {
 
 void DesktopEvents::PumpPaint() {
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+DesktopProcess::DesktopProcess() = default;
+DesktopProcess::~DesktopProcess() = default;
+
+void DesktopProcess::OnEndOrders(EndOrders orders) {
+  watch_.reset();
+  watch_ = std::make_unique<EndWatch>(std::move(orders));
 }
 
 void DesktopProcess::End(int status) {

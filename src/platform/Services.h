@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 class QImage;
 class QTimer;
@@ -29,12 +31,24 @@ struct BoxQuestion {
   QWidget* asker = nullptr;  ///< in the window that asks, whose closing cancels the box; null for the program itself
 };
 
+/// A box whose answers have captions of their own.
+struct ChoiceQuestion {
+  QString title;
+  QString text;
+  QStringList choices;  ///< captions with their mnemonics, from left to right
+  int escape = 0;       ///< the choice that Escape, and closing the box, stand for; Enter takes it too
+  BoxIcon icon = BoxIcon::Warning;
+};
+
 class Prompts {
  public:
   virtual ~Prompts() = default;
   /// Shows the box, application-modal, and returns when it has been answered. Closing a box with Yes and No counts as
   /// No, and so does the closing of the window that asks; that window is there until its handler has returned.
   virtual BoxAnswer Ask(const BoxQuestion& question) = 0;
+  /// The same with choices; the result is the index of the one taken. Timers go on meanwhile, and so does the monitor:
+  /// look anew at what the question was about.
+  virtual int Choose(const ChoiceQuestion& question) = 0;
 };
 
 /// An open or save file dialog.
@@ -126,10 +140,19 @@ class Libraries {
   virtual LoadedLibrary Load(const QString& name) = 0;
 };
 
+/// A file as it stands: which one it is, whatever its name, by the platform's own numbers, and how long it is.
+struct FileState {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  std::int64_t size = 0;
+
+  bool SameFile(const FileState& other) const { return device == other.device && number == other.number; }
+};
+
 /// What an append has left in the file.
 struct FileAppend {
   bool opened = false;
-  std::int64_t before = 0;   ///< the file's size before it, in bytes
+  FileState before;          ///< the file, with its size before it
   std::int64_t written = 0;  ///< bytes of it that stand in the file; fewer than were handed in on a full disk
 };
 
@@ -137,21 +160,36 @@ struct FileAppend {
 class Files {
  public:
   virtual ~Files() = default;
-  /// Opens the file for appending (one that is not there starts empty), hands it all bytes in one write and closes it.
-  virtual FileAppend Append(const QString& path, const QByteArray& bytes) = 0;
-  /// Cuts a file of `from` bytes to `to`. False when that failed; a file that is not `from` bytes long any more is not
-  /// what was meant, and stays as it is with true.
-  virtual bool Cut(const QString& path, std::int64_t from, std::int64_t to) = 0;
+  /// The file of that name, nothing when there is none.
+  virtual std::optional<FileState> Look(const QString& path) = 0;
+  /// Opens the file for appending, hands it all bytes in one write and closes it. It is to be the file that was `seen`,
+  /// longer by now or not, or a new one when none was; in any other nothing is written, and it counts as not opened.
+  virtual FileAppend Append(const QString& path, const std::optional<FileState>& seen, const QByteArray& bytes) = 0;
+  /// Cuts the file to `size` bytes. False when that failed, or when it is not the file `seen`, as long as it was then.
+  virtual bool Cut(const QString& path, const FileState& seen, std::int64_t size) = 0;
+  /// The root of the volume that the path lies on, however much of the path there is; empty when nobody knows.
+  virtual QString VolumeOf(const QString& path) = 0;
   /// Puts a file of these bytes in the place of what stands there: written aside, flushed and renamed, so that either
   /// the old one or the new one is there whole. False when it could not be done; the old one is as it was.
   virtual bool Replace(const QString& path, const QByteArray& bytes) = 0;
   /// The file's bytes, at most the first `limit` of them; nothing when it cannot be opened.
   virtual std::optional<QByteArray> Read(const QString& path, std::int64_t limit) = 0;
+  /// So many of its bytes from a place on, fewer where it ends before; nothing when it cannot be opened.
+  virtual std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) = 0;
+};
+
+/// What the program does when it is told from outside to end. Both run on the user-interface thread, in the next turn
+/// of whichever event loop runs then, that of a modal dialog too.
+struct EndOrders {
+  std::function<void()> save;  ///< the user's session is about to end, which may yet be called off
+  std::function<void()> end;   ///< a signal (SIGTERM, SIGHUP, SIGINT), or the session ends now
 };
 
 class Process {
  public:
   virtual ~Process() = default;
+  /// Hands in what is to be done from now on. An `end` that returns has found nothing to do: things take their course.
+  virtual void OnEndOrders(EndOrders orders) = 0;
   /// Ends the process. Does not return: the double of the tests leaves by throwing ProcessEnded.
   [[noreturn]] virtual void End(int status) = 0;
   /// The folder of the executable, without a separator behind it.

@@ -1,8 +1,12 @@
 #include "shell/Discovery.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/NumberText.h"
+#include "link/ChipId.h"
+#include "chip/RegisterNames.h"
+#include "link/ChipId.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/USBStuff.h"
@@ -18,8 +22,12 @@ void SetDeviceName() {
 
 namespace {
 
-constexpr std::int32_t kCompanyIdRegister = 0x3E;
 constexpr std::int16_t kCompanyId = 0x41;
+
+/// Where the chip can stand: the three strappings behind the adapter, and all that an SMBus may carry.
+constexpr std::array kUsbAddresses{0x58, 0x5A, 0x5C};
+constexpr int kFirstSmbusAddress = 0x10;
+constexpr int kLastSmbusAddress = 0x7F;
 
 /// One search, with what it needs at hand.
 class Search {
@@ -61,9 +69,9 @@ class Search {
     link::InterfaceMode = link::kModeUsb;
     Tell("Searching for " + DeviceName + " on USB...");
     WaitPainted(1000, services_);
-    for (const int address : {0x58, 0x5A, 0x5C}) {
+    for (const int address : kUsbAddresses) {
       splash_.SetProgress(splash_.Progress() + 4);
-      Probe(address, "USB");
+      Probe(address);
     }
   }
 
@@ -82,11 +90,12 @@ class Search {
     link::InterfaceMode = link::kModeSmbus;
     Tell("Searching for " + DeviceName + " on SMBus...");
     WaitPainted(1000, services_);
-    for (int address = 0x10; address <= 0x7F; ++address) Probe(address, "SMBus");
+    for (int address = kFirstSmbusAddress; address <= kLastSmbusAddress; ++address) Probe(address);
   }
 
-  void Probe(int address, const QString& bus) {
-    if (link::ReadRegister(address, kCompanyIdRegister) == kCompanyId) found_.push_back(DeviceItem(address, bus));
+  void Probe(int address) {
+    if (link::ReadRegister(address, "Company ID"_reg) != kCompanyId) return;
+    found_.push_back(link::TextOf({link::InterfaceMode, address}));
   }
 
   frmSplash& splash_;
@@ -104,10 +113,6 @@ void WaitPainted(float milliseconds, platform::Services& services) {
     services.events.PumpPaint();
     left -= kPiece;
   }
-}
-
-QString DeviceItem(int address, const QString& bus) {
-  return QString::fromStdString(base::HexText(address)) + "h on " + bus;
 }
 
 void SelectDevice(const QString& item) {

@@ -14,9 +14,6 @@ class frmSplash;
 extern QString DeviceName;
 void SetDeviceName();
 
-/// One chip found: its item of the device list, as "58h on USB".
-QString DeviceItem(int address, const QString& bus);
-
 /// Takes the link and the address that an item of the device list tells: `DeviceAddress` and `InterfaceMode`.
 void SelectDevice(const QString& item);
 

@@ -15,15 +15,15 @@ inline constexpr int kAnsiBufferSize = 513;
 /// The program's folder and the file's name.
 extern QString FirmwarePath;
 
-/// FirmwarePath as NUL-terminated ANSI text.
+/// FirmwarePath as the library takes it, NUL-terminated.
 extern std::array<char, kAnsiBufferSize> AnsiBuffer;
 
-/// Writes the ANSI code of each character to AnsiBuffer and a 0 behind the last. False, with an empty AnsiBuffer, when
-/// the text does not fit or holds a character that has no ANSI code.
+/// Writes the text to AnsiBuffer as platform::PathBytes has it, and a 0 behind it. False, with an empty AnsiBuffer,
+/// when it does not fit.
 bool StringToAnsiBuffer(const QString& text);
 
-/// Hands the path to LoadFirmWare. Above 0 when the adapter is there and took the firmware; 0 also when the library is
-/// not loaded or the path cannot be told in ANSI.
+/// Hands the path to LoadFirmWare, whatever it is. Above 0 when the adapter is there and took the firmware; 0 also when
+/// the library is not loaded.
 std::int16_t LoadFirmwareFile(const platform::Process& process);
 
 }  // namespace zth::shell

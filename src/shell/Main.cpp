@@ -1,13 +1,15 @@
 #include "shell/Main.h"
 
 #include "base/Product.h"
+#include "chip/ChipModel.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "chip/PwmModes.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
-#include "link/USBStuff.h"
+#include "platform/Guard.h"
 #include "shell/Discovery.h"
 #include "shell/Firmware.h"
 #include "shell/frmMain.h"
@@ -17,8 +19,6 @@
 
 namespace zth::shell {
 namespace {
-
-constexpr std::int32_t kRevisionRegister = 0x3F;
 
 /// The library is asked once, and what it says of itself decides: only one that is not there counts as absent.
 bool ProbeSmbus(platform::Libraries& libraries) {
@@ -47,6 +47,23 @@ void EndWith(const QString& message, platform::Services& services) {
   services.process.End(1);
 }
 
+/// The end that comes from outside, at any time: asks nothing and makes no transfer.
+void EndInOrder(platform::Process& process) {
+  if (MainForm != nullptr) {
+    if (MainForm->Unloaded()) return;
+    // Before it has shown, as during the search, no window has a placement of its own yet.
+    if (MainForm->isVisible()) MainForm->CloseAllWindows();
+  }
+  process.End(0);
+}
+
+void AwaitEndOrders(platform::Process& process) {
+  process.OnEndOrders({platform::Guarded([] {
+                         if (MainForm != nullptr) MainForm->SaveForEnd();
+                       }),
+                       platform::Guarded([&process] { EndInOrder(process); })});
+}
+
 }  // namespace
 
 void InitMonitorDefaults() {
@@ -55,15 +72,16 @@ void InitMonitorDefaults() {
   chip::PollPeriodMs = 100;
   windows::GraphPeriodMs = 50;
   chip::PollEnabled = true;
-  for (std::int32_t reg = 0x21; reg <= 0x24; ++reg) link::AfterRegisterWrite(reg);
-  chip::ChipRevision = link::ReadRegister(link::DeviceAddress, kRevisionRegister);
+  chip::ReadManualFlags();
+  chip::ReadChipRevision();
 }
 
 void Main(platform::Services& services) {
+  AwaitEndOrders(services.process);
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
   });
-  link::EnterPwmHooks();
+  chip::EnterPwmHooks();
   chip::EnterPinHooks();
 
   link::SmbusPresent = ProbeSmbus(services.libraries);

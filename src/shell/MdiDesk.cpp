@@ -4,14 +4,20 @@
 
 #include <QApplication>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QPointer>
 #include <QProxyStyle>
 #include <QScrollBar>
+#include <QShortcut>
+#include <QStyleOptionTitleBar>
+
+#include "windows/ChildWindow.h"
 
 namespace zth::shell {
 namespace {
 
 /// The application's style, but that a title bar grows with its font: a style's own is of one height for all fonts.
+/// That of a window read from another chip than the one in use stands out by its colour.
 class TitleBarStyle final : public QProxyStyle {
  public:
   TitleBarStyle() : QProxyStyle(QApplication::style()->name()) {}
@@ -21,7 +27,36 @@ class TitleBarStyle final : public QProxyStyle {
     if (metric != PM_TitleBarHeight || widget == nullptr) return given;
     return std::max(given, widget->fontMetrics().height() * 4 / 3);
   }
+
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override {
+    const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+    if (control != CC_TitleBar || bar == nullptr || widget == nullptr ||
+        !widget->property(windows::kOtherChip).toBool()) {
+      QProxyStyle::drawComplexControl(control, option, painter, widget);
+      return;
+    }
+    QStyleOptionTitleBar warning(*bar);
+    const QColor ground(0x9A, 0x4B, 0x00);
+    for (const auto role : {QPalette::Highlight, QPalette::Window, QPalette::Base})
+      warning.palette.setColor(role, ground);
+    for (const auto role : {QPalette::HighlightedText, QPalette::WindowText, QPalette::Text}) {
+      warning.palette.setColor(role, Qt::white);
+    }
+    QProxyStyle::drawComplexControl(control, &warning, painter, widget);
+  }
 };
+
+/// A frame's own shortcuts for closing differ from desktop to desktop and would make the desk's ambiguous. The menu
+/// goes on telling the key.
+void LeaveCloseKeysToDesk(const QMdiSubWindow& frame) {
+  if (frame.systemMenu() == nullptr) return;
+  for (QAction* action : frame.systemMenu()->actions()) {
+    if (action->shortcuts().isEmpty()) continue;
+    action->setShortcuts(QList<QKeySequence>());
+    action->setText(action->text() + "\tCtrl+W");
+  }
+}
 
 /// How far a bar has to move for `first` to `last` to lie within `room` pixels; the beginning counts more than the end.
 int Missing(int first, int last, int room) {
@@ -35,6 +70,15 @@ MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarSty
   titleBars_->setParent(this);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  for (const char* keys : {"Ctrl+W", "Ctrl+F4"}) {
+    auto* close = new QShortcut(QKeySequence(keys), this);
+    close->setAutoRepeat(false);  // a key held down closes one window, not all of them
+    connect(close, &QShortcut::activated, this, &MdiDesk::CloseCurrent);
+  }
+  // A window that closes gives way to the one used before it; and it is the user who maximises a window, each for
+  // itself.
+  setActivationOrder(ActivationHistoryOrder);
+  setOption(DontMaximizeSubWindowOnActivation);
   focusWatch_ = connect(qApp, &QApplication::focusChanged, this,
                         [this](const QWidget* /*old*/, const QWidget* now) { BringInSight(now); });
 }
@@ -48,6 +92,7 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
   QMdiSubWindow* frame = addSubWindow(&window);
   frame->setStyle(titleBars_);
   frame->setAttribute(Qt::WA_DeleteOnClose);
+  LeaveCloseKeysToDesk(*frame);
   // Queued: while the state changes, the frame has not got its size yet. It may be gone by then.
   connect(
       frame, &QMdiSubWindow::windowStateChanged, this,
@@ -56,6 +101,16 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
       },
       Qt::QueuedConnection);
   return *frame;
+}
+
+void MdiDesk::CloseCurrent() {
+  if (QMdiSubWindow* frame = currentSubWindow()) frame->close();
+}
+
+void MdiDesk::BringInside(QMdiSubWindow& frame) {
+  if (frame.isMaximized() || frame.isMinimized()) return;
+  const QSize room = viewport()->size() - frame.size();
+  frame.move(std::clamp(frame.x(), 0, std::max(0, room.width())), std::clamp(frame.y(), 0, std::max(0, room.height())));
 }
 
 void MdiDesk::RestoreTooLarge(QMdiSubWindow& frame) {

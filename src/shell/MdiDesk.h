@@ -5,7 +5,8 @@
 namespace zth::shell {
 
 /// The desktop of the child windows. It scrolls where a window is larger than it, and by itself to a control that gets
-/// the focus out of sight. Its windows' title bars are as high as their font needs.
+/// the focus out of sight. Its windows' title bars are as high as their font needs. Ctrl+W and Ctrl+F4 close the window
+/// in use.
 class MdiDesk final : public QMdiArea {
  public:
   explicit MdiDesk(QWidget* parent);
@@ -16,12 +17,17 @@ class MdiDesk final : public QMdiArea {
   /// Puts a window into a frame of its own, which goes with it when it closes.
   QMdiSubWindow& AddFrame(QWidget& window);
 
+  /// Moves a frame so that all of it is in sight; one that is larger than the desk stands at the top left of what
+  /// shows.
+  void BringInside(QMdiSubWindow& frame);
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   /// Nothing scrolls behind a maximised window: one that cannot become as small as the desktop goes back to its size.
   void RestoreTooLarge(QMdiSubWindow& frame);
+  void CloseCurrent();
   void BringInSight(const QWidget* control);
 
   QStyle* titleBars_;

@@ -60,7 +60,7 @@ void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
     return windows::RegMapOpen && regMap != nullptr && regMap->ContinuousRead();
   };
   jobs.Add({"register map", readsContinuously, Every(1.0),
-            OnWindow<windows::frmRegMap>(context, "frmRegMap", [](auto& window) { window.cmdRead_Click(); })});
+            OnWindow<windows::frmRegMap>(context, "frmRegMap", [](auto& window) { window.RepeatRead(); })});
   // job 4
   jobs.Add({"heaters", [] { return windows::HeatersOpen; }, Every(1.0),
             OnWindow<windows::frmHeaters>(context, "frmHeaters", [](auto& window) { window.RefreshTemperatures(); })});

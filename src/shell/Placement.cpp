@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <vector>
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QStringList>
 
 #include "base/NumberText.h"
 #include "base/Twips.h"
@@ -20,6 +23,9 @@ struct Key {
 constexpr std::array kKeys{Key{"MainLeft", 1000}, Key{"MainTop", 1000}, Key{"MainWidth", 6500},
                            Key{"MainHeight", 6500}};
 
+/// Beside them, when they are those of a maximised window: what it goes back to. Empty otherwise.
+constexpr char kNormalKey[] = "MainNormal";
+
 // No screen is wider than this; a number beyond it was not written by a window.
 constexpr double kLargestTwips = 1e6;
 
@@ -28,6 +34,26 @@ int ReadPixels(const Key& key, const platform::Settings& settings) {
   double twips = base::IsDecimal(text) ? base::LeadingDecimal(text) : key.defaultTwips;
   if (std::abs(twips) > kLargestTwips) twips = key.defaultTwips;
   return base::PixelsFromTwips(twips);
+}
+
+/// "left top width height" in twips.
+QString TextOf(const QRect& place) {
+  QStringList texts;
+  for (const int pixels : {place.left(), place.top(), place.width(), place.height()}) {
+    texts << QString::fromStdString(base::GeneralText(static_cast<float>(base::TwipsFromPixels(pixels))));
+  }
+  return texts.join(' ');
+}
+
+/// An invalid rectangle for any other text.
+QRect RectOf(const QString& text) {
+  std::vector<int> pixels;
+  for (const QString& word : text.split(' ')) {
+    const std::string number = word.toStdString();
+    if (!base::IsDecimal(number) || std::abs(base::LeadingDecimal(number)) > kLargestTwips) return {};
+    pixels.push_back(base::PixelsFromTwips(base::LeadingDecimal(number)));
+  }
+  return pixels.size() == 4 ? QRect(pixels[0], pixels[1], pixels[2], pixels[3]) : QRect();
 }
 
 }  // namespace
@@ -48,13 +74,16 @@ QRect OntoScreens(const QRect& wanted, const QList<QRect>& screens) {
 }
 
 void RestorePlacement(QWidget& window, const platform::Settings& settings) {
-  const QRect wanted(ReadPixels(kKeys[0], settings), ReadPixels(kKeys[1], settings),
-                     std::max(1, ReadPixels(kKeys[2], settings)), std::max(1, ReadPixels(kKeys[3], settings)));
   QList<QRect> screens;
   for (const QScreen* screen : QGuiApplication::screens()) screens << screen->availableGeometry();
+  const QRect wanted(ReadPixels(kKeys[0], settings), ReadPixels(kKeys[1], settings),
+                     std::max(1, ReadPixels(kKeys[2], settings)), std::max(1, ReadPixels(kKeys[3], settings)));
   const QRect placed = OntoScreens(wanted, screens);
   window.move(placed.topLeft());
   window.resize(placed.size());
+  // The four of a maximised window fill a screen, and going back to them would change nothing.
+  const QRect normal = RectOf(settings.Get(kNormalKey, {}));
+  if (normal.isValid()) window.setGeometry(OntoScreens(normal, screens));
 }
 
 void StorePlacement(const QWidget& window, platform::Settings& settings) {
@@ -63,6 +92,7 @@ void StorePlacement(const QWidget& window, platform::Settings& settings) {
     const auto twips = static_cast<float>(base::TwipsFromPixels(pixels[i]));
     settings.Put(kKeys[i].name, QString::fromStdString(base::GeneralText(twips)));
   }
+  settings.Put(kNormalKey, window.isMaximized() ? TextOf(window.normalGeometry()) : QString());
 }
 
 }  // namespace zth::shell

@@ -22,6 +22,7 @@
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
 #include "shell/Icons.h"
+#include "shell/Leaving.h"
 #include "shell/MdiDesk.h"
 #include "shell/MonitorJobs.h"
 #include "shell/Placement.h"
@@ -45,6 +46,9 @@ frmMain::frmMain(platform::Services& services)
   BuildToolBar();
   BuildStatusBar();
   BuildTimer();
+  auto* toRead = new QShortcut(Qt::Key_F5, this);
+  toRead->setAutoRepeat(false);
+  connect(toRead, &QShortcut::activated, this, platform::Guarded([this] { ReadActiveWindowAgain(); }));
 }
 
 void frmMain::BuildMenus() {
@@ -107,6 +111,10 @@ void frmMain::BuildToolBar() {
   bar->setObjectName("tbToolBar");
   bar->setMovable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  // What does not fit goes behind the arrow from the right, so the list that decides where all windows write stands
+  // left.
+  AddDevices(*bar);
+  bar->addSeparator();
   for (const ToolButton& row : kToolButtons) {
     const QString key = row.key;
     auto* action = new QAction(ToolIcon(key), row.toolTip, this);
@@ -117,11 +125,14 @@ void frmMain::BuildToolBar() {
     bar->addAction(action);
     bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
   }
-  bar->addSeparator();
+  FitToolBar();
+}
+
+void frmMain::AddDevices(QToolBar& bar) {
   // Every letter of it is a menu's or a window's, so the list has a key of its own.
-  auto* label = new QLabel(" Device ", bar);
+  auto* label = new QLabel(" Device ", &bar);
   label->setObjectName("lblDevices");
-  cmbDevices_ = new QComboBox(bar);
+  cmbDevices_ = new QComboBox(&bar);
   cmbDevices_->setObjectName("cmbDevices");
   cmbDevices_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   cmbDevices_->setMinimumContentsLength(14);
@@ -129,10 +140,9 @@ void frmMain::BuildToolBar() {
   auto* toDevices = new QShortcut(Qt::Key_F2, this);
   connect(toDevices, &QShortcut::activated, cmbDevices_, [this] { cmbDevices_->setFocus(Qt::ShortcutFocusReason); });
   label->setBuddy(cmbDevices_);
-  bar->addWidget(label);
-  bar->addWidget(cmbDevices_);
+  bar.addWidget(label);
+  bar.addWidget(cmbDevices_);
   windows::OnSelect(*cmbDevices_, [this] { cmbDevices_Click(); });
-  FitIcons();
 }
 
 void frmMain::BuildStatusBar() {
@@ -193,6 +203,7 @@ void frmMain::Form_Load(frmSplash& splash) {
     services_.process.End(1);
   }
   cmbDevices_->setCurrentIndex(0);
+  FitToolBar();
   WaitPainted(1000, services_);
 }
 
@@ -204,6 +215,11 @@ void frmMain::Form_Unload() {
 
 void frmMain::FinishWork() {
   windows::FinishLog(services_.files);
+}
+
+void frmMain::SaveForEnd() {
+  FinishWork();
+  if (isVisible() && !isMinimized()) StorePlacement(*this, services_.settings);
 }
 
 void frmMain::CloseAllWindows() {
@@ -221,13 +237,14 @@ windows::ChildWindow* frmMain::FindWindow(const QString& name) const {
 
 windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
   windows::ChildWindow* window = FindWindow(name);
-  if (window == nullptr) {
+  const bool isNew = window == nullptr;
+  if (isNew) {
     window = MakeWindow(name, context_);
     if (window == nullptr) return nullptr;
     connect(window, &windows::ChildWindow::Unloaded, this, [this](const QString& closed) { open_.remove(closed); });
     area_->AddFrame(*window);
     open_[name] = window;
-    window->Form_Load();
+    window->Load();
   }
   auto* frame = qobject_cast<QMdiSubWindow*>(window->parentWidget());
   if (frame->isMinimized()) {
@@ -237,11 +254,17 @@ windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
     frame->show();
   }
   area_->setActiveSubWindow(frame);
+  if (isNew) area_->BringInside(*frame);
   return window;
 }
 
 void frmMain::SetStatus(const QString& text) {
   panels_[0]->setText(text);
+}
+
+void frmMain::Tell(const QString& text) {
+  constexpr int kMilliseconds = 10'000;
+  statusBar()->showMessage(text, kMilliseconds);
 }
 
 void frmMain::EnableTimer(bool on) {
@@ -265,25 +288,57 @@ void frmMain::tbToolBar_ButtonClick(const QString& key) {
 }
 
 void frmMain::cmbDevices_Click() {
-  if (cmbDevices_->currentIndex() >= 0) SelectDevice(cmbDevices_->currentText());
+  if (cmbDevices_->currentIndex() < 0) return;
+  SelectDevice(cmbDevices_->currentText());
+  ShowOrigins();
 }
 
 void frmMain::tmrMaster_Timer() {
   jobs_.Tick();
+  // What the program knows of a chip changes by writes from anywhere.
+  ShowOrigins();
 }
 
-void frmMain::FitIcons() {
+void frmMain::ShowOrigins() {
+  for (const QPointer<windows::ChildWindow>& window : open_) {
+    if (window != nullptr) window->ShowOrigin();
+  }
+}
+
+void frmMain::ReadActiveWindowAgain() {
+  const QMdiSubWindow* frame = area_->activeSubWindow();
+  if (frame == nullptr || frame->isMinimized()) return;
+  if (auto* window = qobject_cast<windows::ChildWindow*>(frame->widget())) window->ReadAgain();
+}
+
+void frmMain::FitToolBar() {
   // The icons follow the font, so that a tool bar beside large texts is not a row of specks.
   const int side = std::max(24, fontMetrics().height() * 3 / 2);
   findChild<QToolBar*>("tbToolBar")->setIconSize({side, side});
+  // The device list never gives way: the arrow for all else beside it is the least that the bar shows.
+  const auto* label = findChild<QLabel*>("lblDevices");
+  const int around = 4 * side;
+  setMinimumWidth(label->sizeHint().width() + cmbDevices_->sizeHint().width() + around);
 }
 
 void frmMain::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::FontChange && cmbDevices_ != nullptr) FitIcons();
+  if (event->type() == QEvent::FontChange && cmbDevices_ != nullptr) FitToolBar();
+}
+
+bool frmMain::UserLeaves() {
+  if (unloaded_) return true;
+  bool leaves = false;
+  FinishWork();  // perhaps a file can be written by now
+  platform::Guarded([&] { leaves = MayLeave(services_); })();
+  return leaves;
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
+  if (!UserLeaves()) {
+    event->ignore();
+    return;
+  }
   tmrMaster_->stop();
   CloseAllWindows();
   event->accept();

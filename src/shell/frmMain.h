@@ -13,6 +13,7 @@ class QComboBox;
 class QLabel;
 class QMenu;
 class QTimer;
+class QToolBar;
 
 namespace zth::shell {
 
@@ -32,12 +33,19 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   /// Stores the placement, unless the window is minimised. Runs once, at whatever end comes first.
   void Form_Unload();
 
+  /// What can be done for an end that may yet be called off: waiting lines are written, the placement is stored.
+  void SaveForEnd();
+
+  /// The window has run its closing step.
+  bool Unloaded() const { return unloaded_; }
+
   /// Closes each child window and then this one, each through its normal closing step.
   void CloseAllWindows();
 
   windows::ChildWindow* OpenWindow(const QString& name) override;
   windows::ChildWindow* FindWindow(const QString& name) const override;
   void SetStatus(const QString& text) override;
+  void Tell(const QString& text) override;
   void EnableTimer(bool on) override;
   QWidget& Frame() override { return *this; }
 
@@ -55,12 +63,17 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void BuildStatusBar();
   void BuildTimer();
   void BuildWindowMenu();
-  void FitIcons();
+  void FitToolBar();
+  void AddDevices(QToolBar& bar);
+  bool UserLeaves();
   /// What must not be left undone at any orderly end: closing, "Exit", a failed link.
   void FinishWork();
   void mnuExit_Click();
   void tbToolBar_ButtonClick(const QString& key);
   void cmbDevices_Click();
+  /// Each window says anew whether it is of the chip in use.
+  void ShowOrigins();
+  void ReadActiveWindowAgain();
   void tmrMaster_Timer();
   void ShowDateAndTime();
 

@@ -112,8 +112,8 @@ void LGauge::SetCaption(const QString& text) {
   update();
 }
 
-void LGauge::SetSliderStep(double step) {
-  sliderStep_ = std::isfinite(step) ? std::max(0.0, step) : 0.0;
+void LGauge::SetSliderStops(int number, std::vector<double> stops) {
+  stops_[number] = std::move(stops);
 }
 
 double LGauge::SliderValue(int position) const {

@@ -33,7 +33,6 @@ class LGauge : public QWidget {
   Q_PROPERTY(int PointerIndex READ PointerIndex WRITE SetPointerIndex)
   Q_PROPERTY(double PointerValue READ PointerValue WRITE SetPointerValue)
   Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
-  Q_PROPERTY(double SliderStep READ SliderStep WRITE SetSliderStep)
   Q_PROPERTY(QVariantList SliderNumbers READ SliderNumbers)
 
  public:
@@ -52,7 +51,6 @@ class LGauge : public QWidget {
   int PointerIndex() const { return pointerIndex_; }
   double PointerValue() const;  ///< of the selected slider; 0 before it is written
   QString Caption() const { return caption_; }
-  double SliderStep() const { return sliderStep_; }
   QVariantList SliderNumbers() const;
 
   void SetScaleMin(double value);
@@ -62,8 +60,10 @@ class LGauge : public QWidget {
   void SetPointerIndex(int index) { pointerIndex_ = index; }
   void SetPointerValue(double value);
   void SetCaption(const QString& text);
-  /// What an arrow key moves a slider by; Page moves ten of it. 0 takes a round step that suits the scale.
-  void SetSliderStep(double step);
+  /// The values that the keys move a slider to, rising, its present value among them: arrows go to the next, Page ten
+  /// on, Home and End to the last, and beyond the last nothing moves. A slider whose value is not among its stops goes
+  /// by round steps that suit the scale.
+  void SetSliderStops(int number, std::vector<double> stops);
 
   /// The sliders by position in the order of Tab, for assistive technology.
   const std::vector<GaugeSlider>& Sliders() const { return sliders_; }
@@ -72,12 +72,13 @@ class LGauge : public QWidget {
   double Reading() const;  ///< of needle 1
   QRect SliderRect(int position) const;
   DialScale Scale() const { return {scaleMin_, scaleMax_}; }
-  /// What an arrow key moves a slider by.
-  double KeyStep() const { return sliderStep_ > 0 ? sliderStep_ : Scale().KeyStep(); }
+  /// Where so many steps of an arrow key lead a slider.
+  double Stepped(int position, int steps) const;
   /// Makes a slider the one that the keys move.
   void Activate(int position);
-  /// Moves a slider on behalf of the user and reports it at once.
+  /// Moves a slider on behalf of the user, to a value or by so many steps, and reports it at once.
   void MoveByUser(int position, double value);
+  void StepByUser(int position, int steps);
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -104,6 +105,7 @@ class LGauge : public QWidget {
   enum class Gesture { None, Drag, Keys };
 
   void Begin(Gesture gesture, int position);
+  bool CanMove(int position) const;
   void MoveActive(double value);
   /// Ends the gesture; what it changed is kept and reported, or put back.
   void End(bool keep);
@@ -122,7 +124,7 @@ class LGauge : public QWidget {
   std::map<int, double> needles_;
   std::map<int, double> pointers_;
   QString caption_;
-  double sliderStep_ = 0;
+  std::map<int, std::vector<double>> stops_;
   std::vector<GaugeSlider> sliders_;
 
   int active_ = 0;           ///< position of the slider that the keys move

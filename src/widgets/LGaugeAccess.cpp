@@ -76,8 +76,7 @@ class SliderAccess final : public QAccessibleInterface,
       gauge_->setFocus(Qt::OtherFocusReason);
       gauge_->Activate(position_);
     } else if (name == increaseAction() || name == decreaseAction()) {
-      const double step = name == increaseAction() ? gauge_->KeyStep() : -gauge_->KeyStep();
-      gauge_->MoveByUser(position_, gauge_->SliderValue(position_) + step);
+      gauge_->StepByUser(position_, name == increaseAction() ? 1 : -1);
     }
   }
   QStringList keyBindingsForAction(const QString&) const override { return {}; }

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <optional>
+#include <vector>
 
 #include <QAccessible>
 #include <QFocusEvent>
@@ -52,8 +52,19 @@ void LGauge::End(bool keep) {
   }
 }
 
+bool LGauge::CanMove(int position) const {
+  return isEnabled() && position >= 0 && position < static_cast<int>(sliders_.size());
+}
+
+void LGauge::StepByUser(int position, int steps) {
+  if (!CanMove(position)) return;
+  Begin(Gesture::Keys, position);
+  MoveActive(Stepped(position, steps));
+  End(true);
+}
+
 void LGauge::MoveByUser(int position, double value) {
-  if (!isEnabled() || position < 0 || position >= static_cast<int>(sliders_.size())) return;
+  if (!CanMove(position)) return;
   Begin(Gesture::Keys, position);
   MoveActive(Scale().Settle(value));
   End(true);
@@ -149,14 +160,27 @@ void LGauge::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
 }
 
+double LGauge::Stepped(int position, int steps) const {
+  const double value = SliderValue(position);
+  const auto found = stops_.find(sliders_.at(static_cast<std::size_t>(position)).number);
+  if (found != stops_.end()) {
+    const std::vector<double>& stops = found->second;
+    const auto here = std::ranges::find(stops, value) - stops.begin();
+    const auto last = std::ssize(stops) - 1;
+    if (here <= last) return stops[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(here + steps, 0, last))];
+  }
+  const double target = Scale().Settle(value + steps * Scale().KeyStep());
+  // From beyond the scale the way back to its end is no step in that direction.
+  return (target > value) == (steps > 0) ? target : value;
+}
+
 void LGauge::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape && gesture_ != Gesture::None) {
     End(false);
     return;
   }
-  std::optional<double> target;
-  if (!sliders_.empty()) target = SteppedByKey(*event, SliderValue(active_), KeyStep(), scaleMin_, scaleMax_);
-  if (!target) {
+  const auto steps = StepsOfKey(*event);
+  if (!steps || sliders_.empty()) {
     QWidget::keyPressEvent(event);
     return;
   }
@@ -164,7 +188,7 @@ void LGauge::keyPressEvent(QKeyEvent* event) {
   byKeyboard_ = true;
   if (gesture_ == Gesture::None) Begin(Gesture::Keys, active_);
   heldKeys_.insert(event->key());
-  MoveActive(Scale().Settle(*target));
+  MoveActive(Stepped(active_, *steps));
 }
 
 void LGauge::keyReleaseEvent(QKeyEvent* event) {

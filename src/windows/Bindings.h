@@ -10,21 +10,28 @@
 #include <tuple>
 
 #include "base/BitField.h"
+#include "chip/RegisterNames.h"
 
 /// A window as data: a table of bindings, one row for each control, and two ordered plans, of reads and of writes.
 ///
 ///   constexpr std::array kRows{
-///       Check("chkThermThreshold", "Enable Low THERM Thres&hold", 0x03, 4),             // ticked is 1
-///       Check({"chkEnActiveLow", 0}, "PWM%1 is Active Low", 0x21, 4, Sense::Inverted),  // ticked is 0; "PWM1 ..."
-///       List("cmbWindow", "Timer Window", 0x0D, Bits(4, 2), kWindows),                  // position of the item
-///       Text("txtMaxPWM", "Max PWM 1-4", 0x2C, Bits(7, 0), kDuty, "UpDown1"),
+///       Check("chkPWMMode", "Enable High Fre&quency PWM", At("Configuration 2", "HF")),  // ticked is 1
+///       Check({"chkEnActiveLow", 0}, "PWM%1 is Active Low", At("PWM1 Config", "Inv"),
+///             Sense::Inverted),                                                          // ticked is 0; "PWM1 ..."
+///       List("cmbWindow", "Timer Window", At("THERM Configuration", "TW1"), kWindows),   // position of the item
+///       Text("txtMaxPWM", "Max PWM 1-4", {"PWM 1-4 Max"_reg, Bits(7, 0)}, kDuty, "UpDown1"),
 ///   };
-///   constexpr std::array kReads{Read(0x03), Read(0x0D), Read(0x21, 4), Read(0x2C)};     // 0x21: one block of 4
-///   constexpr std::array kWrites{Modify(0x03), Whole(0x21), Modify(0x0D), Whole(0x2C)};
+///   constexpr std::array kReads{Read("Configuration 2"_reg), Read("PWM1 Config"_reg, 4),  // one block of 4
+///                               Read("THERM Configuration"_reg), Read("PWM 1-4 Max"_reg)};
+///   constexpr std::array kWrites{Modify("Configuration 2"_reg), Whole("PWM1 Config"_reg),
+///                                Modify("THERM Configuration"_reg), Whole("PWM 1-4 Max"_reg)};
 ///   static_assert(IsSound(kRows, kReads, kWrites));
 ///
 /// A bit is added to a window by adding a row.
 namespace zth::windows {
+
+using chip::At;
+using chip::Field;
 
 /// Whether a ticked box means a bit at 1, or at 0. An inverted list counts its positions from the field's end.
 enum class Sense : std::uint8_t { Straight, Inverted };
@@ -74,14 +81,19 @@ constexpr Binding Check(ControlName control, const char* caption, int reg, int b
   return {control, caption, static_cast<std::uint8_t>(reg), Bits(bit, bit), sense};
 }
 
-constexpr Binding List(ControlName control, const char* label, int reg, base::BitField bits, Items items,
-                       Sense sense = Sense::Straight) {
-  return {control, label, static_cast<std::uint8_t>(reg), bits, sense, items};
+constexpr Binding Check(ControlName control, const char* caption, chip::RegisterField at,
+                        Sense sense = Sense::Straight) {
+  return {control, caption, at.reg, at.bits, sense};
 }
 
-constexpr Binding Text(ControlName control, const char* label, int reg, base::BitField bits, const TextCode& code,
+constexpr Binding List(ControlName control, const char* label, chip::RegisterField at, Items items,
+                       Sense sense = Sense::Straight) {
+  return {control, label, at.reg, at.bits, sense, items};
+}
+
+constexpr Binding Text(ControlName control, const char* label, chip::RegisterField at, const TextCode& code,
                        const char* upDown) {
-  return {control, label, static_cast<std::uint8_t>(reg), bits, Sense::Straight, {}, &code, upDown};
+  return {control, label, at.reg, at.bits, Sense::Straight, {}, &code, upDown};
 }
 
 /// One read: a single register, or a block of `count`.
@@ -118,15 +130,17 @@ constexpr bool Covers(const ReadStep& step, int reg) {
   return reg >= step.first && reg < step.first + step.count;
 }
 
-/// No two rows share a bit, a list has an item for each value of its field, and each row's register is read and written
-/// exactly once.
+/// The chip has the register of each row, no two rows share a bit, a box has one bit and a list an item for each value
+/// of its field, and each row's register is read and written exactly once.
 constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> reads,
                        std::span<const WriteStep> writes) {
   std::array<unsigned, 256> taken{};
   for (const Binding& row : rows) {
     const unsigned mask = base::Mask(row.bits);
+    if (chip::RowAt(row.reg) == nullptr) return false;
     if (mask > 0xFF || (taken[row.reg] & mask) != 0) return false;
     taken[row.reg] |= mask;
+    if (row.items.empty() && row.code == nullptr && row.bits.width != 1) return false;
     if (!row.items.empty() && row.items.size() != std::size_t{1} << row.bits.width) return false;
     if (std::ranges::count_if(reads, [&](const ReadStep& step) { return Covers(step, row.reg); }) != 1) return false;
     if (std::ranges::count(writes, row.reg, &WriteStep::reg) != 1) return false;

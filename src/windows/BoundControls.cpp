@@ -13,7 +13,7 @@
 
 #include "base/NumberText.h"
 #include "chip/FieldTexts.h"
-#include "chip/RegisterRows.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/Handlers.h"
@@ -61,16 +61,6 @@ bool ReadsAs(const std::string& text, const std::string& shown) {
   return base::IsDecimal(text) && base::LeadingDecimal(text) == base::LeadingDecimal(shown);
 }
 
-class WheelGuard final : public QObject {
- public:
-  using QObject::QObject;
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(watched)->hasFocus()) return false;
-    event->ignore();
-    return true;
-  }
-};
-
 }  // namespace
 
 QString NameOf(const ControlName& control) {
@@ -83,16 +73,11 @@ QString CaptionOf(const Binding& row) {
 }
 
 QString PlaceOf(const Binding& row) {
-  const auto name = std::ranges::find(chip::kRegisterRows, row.reg, &chip::RegisterRow::address);
   const int low = row.bits.shift;
   const QString bits =
       row.bits.width == 1 ? QString("bit %1").arg(low) : QString("bits %1:%2").arg(low + row.bits.width - 1).arg(low);
-  return QString::asprintf("0x%02X ", row.reg) + bits + ", " + QString::fromLatin1(name->name);
-}
-
-void IgnorePassingWheel(QWidget& list) {
-  list.setFocusPolicy(Qt::StrongFocus);
-  list.installEventFilter(new WheelGuard(&list));
+  // Every row has a name: IsSound and _reg see to that.
+  return QString::asprintf("0x%02X ", row.reg) + bits + ", " + QString::fromLatin1(chip::RowAt(row.reg)->name);
 }
 
 BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows) : QObject(&window), window_(window) {
@@ -102,7 +87,7 @@ BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows) : Q
     if (control == nullptr) throw std::logic_error("no control " + NameOf(row.control).toStdString());
     const QString place = PlaceOf(row);
     control->setToolTip(place);
-    bounds_.push_back({&row, control, place, {}, Mark::None});
+    bounds_.push_back({&row, control, place, {}, {}, Mark::None});
     Hang(bounds_.back());
     KeepRoomForMark(*control);
   }
@@ -112,8 +97,7 @@ BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows) : Q
 void BoundControls::Hang(const Bound& bound) {
   const auto changed = [this, reg = bound.row->reg] { JudgeRegister(reg); };
   if (auto* list = qobject_cast<QComboBox*>(bound.control)) {
-    OnSelect(*list, changed);
-    IgnorePassingWheel(*list);
+    OnSelect(*list, changed, Wheel::WithFocus);  // no more than a pending value
   } else if (auto* box = qobject_cast<QLineEdit*>(bound.control)) {
     OnChange(*box, changed);
   } else {
@@ -132,7 +116,7 @@ void BoundControls::Load(std::span<const ReadStep> reads) {
       link::ReadRegisterBlock(link::DeviceAddress, step.first, step.count);
       bytes = link::ReadBuffer;
     }
-    for (const Bound& bound : bounds_) {
+    for (Bound& bound : bounds_) {
       if (Covers(step, bound.row->reg)) Show(bound, bytes[static_cast<std::size_t>(bound.row->reg - step.first)]);
     }
   }
@@ -143,9 +127,10 @@ void BoundControls::Load(std::span<const ReadStep> reads) {
   JudgeAll();
 }
 
-void BoundControls::Show(const Bound& bound, unsigned whole) {
+void BoundControls::Show(Bound& bound, unsigned whole) {
   const Binding& row = *bound.row;
   const unsigned field = base::GetField(whole, row.bits);
+  bound.field = field;
   if (auto* list = qobject_cast<QComboBox*>(bound.control)) {
     list->setCurrentIndex(static_cast<int>(Turned(row, field)));
   } else if (auto* box = qobject_cast<QLineEdit*>(bound.control)) {
@@ -165,9 +150,15 @@ void BoundControls::Apply(std::span<const WriteStep> writes) {
     link::WriteRegisterValue(link::DeviceAddress, step.reg, Compose(step.reg, old));
   }
   for (Bound& bound : bounds_) {
-    if (std::ranges::count(writes, bound.row->reg, &WriteStep::reg) != 0) bound.applied = Held(*bound.control);
+    if (std::ranges::count(writes, bound.row->reg, &WriteStep::reg) == 0) continue;
+    bound.applied = Held(*bound.control);
+    bound.field = base::GetField(Compose(bound.row->reg), bound.row->bits);
   }
   JudgeAll();
+}
+
+bool BoundControls::HoldsChanges() const {
+  return std::ranges::any_of(bounds_, [](const Bound& bound) { return Held(*bound.control) != bound.applied; });
 }
 
 std::uint8_t BoundControls::Compose(std::uint8_t reg, unsigned old) const {
@@ -197,13 +188,17 @@ void BoundControls::JudgeRegister(std::uint8_t reg) {
 
 void BoundControls::Judge(Bound& bound) {
   const bool pending = Held(*bound.control) != bound.applied;
+  const unsigned field = base::GetField(Compose(bound.row->reg), bound.row->bits);
   bool odd = false;
   QString tip = bound.place;
   if (const auto* box = qobject_cast<const QLineEdit*>(bound.control)) {
-    const unsigned field = base::GetField(Compose(bound.row->reg), bound.row->bits);
     const std::string shown = bound.row->code->text(field);
     odd = !ReadsAs(box->text().toStdString(), shown);
     if (odd) tip += QString::asprintf("\nGoes out as %s (0x%02X)", shown.c_str(), field);
+  }
+  if (!odd && !pending && bound.field && *bound.field != field) {
+    odd = true;
+    tip += QString::asprintf("\nHolds 0x%02X, goes out as 0x%02X", *bound.field, field);
   }
   const Mark mark = odd ? (pending ? Mark::PendingOdd : Mark::Odd) : (pending ? Mark::Pending : Mark::None);
   if (tip != bound.control->toolTip()) bound.control->setToolTip(tip);

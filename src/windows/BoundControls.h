@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -22,13 +23,11 @@ QString CaptionOf(const Binding& row);
 /// Where a row's bits stand, as its tool tip tells it: "0x0D bit 0, THERM Configuration", "0x21 bits 7:5, PWM1 Config".
 QString PlaceOf(const Binding& row);
 
-/// Puts a list's selection out of reach of a wheel that only passes over it.
-void IgnorePassingWheel(QWidget& list);
-
 /// The controls of a table, found in their window by name. Carries values between them and the chip, step by step, and
 /// marks by colour and weight what has been changed and not applied yet, on the tab of a page as well. A text box that
 /// the chip would read back as another value than it shows is marked in a warning colour, and its tool tip tells the
-/// value that would go out; it is not refused.
+/// value that would go out; it is not refused. So is a control that nobody has changed and that would not give back
+/// what the chip holds, since its texts have no exact one for that: its tool tip names both.
 class BoundControls final : public QObject {
  public:
   /// All of the table's controls must stand in `window`: checks and options, lists with their items, text boxes. The
@@ -42,6 +41,9 @@ class BoundControls final : public QObject {
   /// Does each write in turn. The controls of the registers written count as applied after it.
   void Apply(std::span<const WriteStep> writes);
 
+  /// Something has been changed and not applied.
+  bool HoldsChanges() const;
+
   /// `old` with the bits of the register's rows replaced by what the controls hold. What a text gives beyond its own
   /// field is or-ed in with the rest.
   std::uint8_t Compose(std::uint8_t reg, unsigned old = 0) const;
@@ -53,13 +55,14 @@ class BoundControls final : public QObject {
   struct Bound {
     const Binding* row;
     QWidget* control;
-    QString place;    ///< where its bits stand
-    QString applied;  ///< what it held when the chip was last read or written
+    QString place;                  ///< where its bits stand
+    QString applied;                ///< what it held when the chip was last read or written
+    std::optional<unsigned> field;  ///< what its bits held in the chip then
     Mark mark = Mark::None;
   };
 
   void Hang(const Bound& bound);
-  void Show(const Bound& bound, unsigned whole);
+  void Show(Bound& bound, unsigned whole);
   void Judge(Bound& bound);
   void JudgeAll();
   void JudgeRegister(std::uint8_t reg);

@@ -7,6 +7,11 @@
 
 namespace zth::windows {
 
+HintColours HintColoursOn(const QPalette& palette) {
+  if (widgets::IsDark(palette)) return {QColor(0x6B, 0x35, 0x12), QColor(0xFF, 0xF1, 0xE0)};
+  return {QColor(0xFF, 0xE3, 0xC2), QColor(0x5A, 0x2A, 0x00)};
+}
+
 void ShowHint(QLineEdit& box, const QString& hint, const QString& usual) {
   // Boxes ask at each key; colours are set anew while a hint stands, since the palette may have changed.
   if (hint.isEmpty() && box.accessibleDescription().isEmpty() && box.toolTip() == usual) return;
@@ -14,9 +19,9 @@ void ShowHint(QLineEdit& box, const QString& hint, const QString& usual) {
   box.setAccessibleDescription(hint);
   QPalette colours;
   if (!hint.isEmpty()) {
-    const bool dark = widgets::IsDark(box.window()->palette());
-    colours.setColor(QPalette::Base, dark ? QColor(0x6B, 0x35, 0x12) : QColor(0xFF, 0xE3, 0xC2));
-    colours.setColor(QPalette::Text, dark ? QColor(0xFF, 0xF1, 0xE0) : QColor(0x5A, 0x2A, 0x00));
+    const HintColours hinted = HintColoursOn(box.window()->palette());
+    colours.setColor(QPalette::Base, hinted.ground);
+    colours.setColor(QPalette::Text, hinted.text);
   }
   box.setPalette(colours);
 }

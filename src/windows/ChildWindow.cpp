@@ -1,24 +1,138 @@
 #include "windows/ChildWindow.h"
 
+#include <algorithm>
+#include <utility>
+
+#include <QAbstractButton>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QGroupBox>
 #include <QKeyEvent>
+#include <QLayout>
+#include <QLineEdit>
 #include <QMdiSubWindow>
+#include <QPointer>
 #include <QPushButton>
 
+#include "base/Product.h"
 #include "platform/Guard.h"
 #include "platform/Questions.h"
+#include "windows/OriginBar.h"
 
 namespace zth::windows {
 namespace {
+
+bool IsEnter(const QKeyEvent& event) {
+  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+/// Some desktops let Enter tick the box or open the list that has the focus, or lose itself in the frame around it.
+/// Here it means the same on all of them.
+bool MayTakeEnter(const QObject& control) {
+  if (qobject_cast<const QAbstractButton*>(&control) != nullptr) {
+    return qobject_cast<const QPushButton*>(&control) == nullptr;
+  }
+  return qobject_cast<const QComboBox*>(&control) != nullptr || qobject_cast<const QGroupBox*>(&control) != nullptr;
+}
 
 constexpr float kHintStrength = 0.7F;  // of a text's; desktops' own half of it is too pale to read
 
 }  // namespace
 
-ChildWindow::ChildWindow(const QString& name, const QString& caption, const Context& context) : context_(context) {
+ChildWindow::ChildWindow(const QString& name, const QString& caption, const Context& context, unsigned shows)
+    : context_(context), origin_(shows), caption_(caption), bar_(new OriginBar(this)) {
   setObjectName(name);
   setWindowTitle(caption);
   DarkenHints();
+  bar_->Recolour();
+  // The bar is made before all other controls, and so comes first on the way of Tab.
+  connect(bar_, &OriginBar::ReadAgain, this, [this] { ReadAgain(); });
+}
+
+void ChildWindow::Load() {
+  Form_Load();
+  if (origin_.IsReadAtLoad()) {
+    NoteOrigin();
+  } else {
+    ShowOrigin();
+  }
+}
+
+void ChildWindow::NoteOrigin() {
+  origin_.Note();
+  ShowOrigin();
+}
+
+void ChildWindow::ReadAgain() {
+  const bool other = IsOfOtherChip();
+  if (!other && !origin_.IsReadItself()) return;
+  if (HoldsChanges()) {
+    const QPointer<ChildWindow> self(this);  // it may be closed while the box stands
+    const auto answer = Services().prompts.Ask(
+        {base::kTitle,
+         caption_.trimmed() + " holds changes that have not been applied.\n\nRead it again and lose them?",
+         platform::BoxIcon::Warning, platform::BoxButtons::YesNo});
+    if (answer != platform::BoxAnswer::Yes || self == nullptr) return;
+  }
+  if (other && origin_.IsReadWithModel() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();
+  Reread();
+}
+
+void ChildWindow::ShowOrigin() {
+  const link::ChipId inUse = link::ChipInUse();
+  const QString title = caption_ + OriginNote();
+  if (inUse == shownFor_ && title == windowTitle()) return;
+  shownFor_ = inUse;
+  bar_->SetText(origin_.Explanation());
+  const bool other = IsOfOtherChip();
+  if (other == bar_->isHidden()) ShowBar(other);
+  setWindowTitle(title);
+  OriginChanged();
+}
+
+QMdiSubWindow* ChildWindow::FrameOf() const {
+  return qobject_cast<QMdiSubWindow*>(parentWidget());
+}
+
+void ChildWindow::ShowBar(bool on) {
+  if (layout() != nullptr && layout()->menuBar() == nullptr) layout()->setMenuBar(bar_);
+  bar_->setVisible(on);
+  QMdiSubWindow* frame = FrameOf();
+  if (frame != nullptr) {
+    frame->setProperty(kOtherChip, on);
+    // Maximised it has only the desk's height; where that is too little it goes back to a size of its own.
+    if (on && frame->isMaximized() && minimumSizeHint().height() > height()) frame->showNormal();
+    const bool free = !frame->isMaximized() && !frame->isMinimized();
+    if (free && frame->testAttribute(Qt::WA_Resized)) Grow(*frame, on);
+    frame->update();
+  }
+  BarChanged();
+}
+
+void ChildWindow::Grow(QMdiSubWindow& frame, bool on) {
+  if (!on) {
+    frame.resize(frame.size() - std::exchange(grown_, {0, 0}));
+    return;
+  }
+  const QRect before = frame.geometry();
+  // The title's own width, and about five times its height for the icon and the buttons beside it.
+  QFont bold = frame.font();
+  bold.setBold(true);
+  const int title = QFontMetrics(bold).horizontalAdvance(caption_ + OriginNote()) + 8 * frame.fontMetrics().height();
+  const int wider = std::max(0, title - before.width());
+  updateGeometry();
+  const QSize wanted = before.size() + QSize(wider, bar_->heightForWidth(width() + wider));
+  frame.resize(wanted.expandedTo(frame.minimumSizeHint()));
+  grown_ = frame.size() - before.size();
+  const QSize room = frame.parentWidget()->size() - frame.size();
+  frame.move(std::max(0, std::min(before.x(), room.width())), std::max(0, std::min(before.y(), room.height())));
+}
+
+int ChildWindow::PlaceBar() {
+  if (bar_->isHidden()) return 0;
+  const int height = bar_->heightForWidth(width());
+  bar_->setGeometry(0, 0, width(), height);
+  return height;
 }
 
 void ChildWindow::DarkenHints() {
@@ -31,12 +145,14 @@ void ChildWindow::DarkenHints() {
 
 void ChildWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) DarkenHints();
+  if (event->type() != QEvent::PaletteChange) return;
+  DarkenHints();
+  bar_->Recolour();
 }
 
 void ChildWindow::Unload() {
   // The frame closes first and asks its contents; a window without a frame closes by itself.
-  auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget());
+  QMdiSubWindow* frame = FrameOf();
   if (frame != nullptr) {
     frame->close();
   } else {
@@ -63,22 +179,61 @@ void ChildWindow::closeEvent(QCloseEvent* event) {
   platform::CloseQuestions(parentWidget() != nullptr ? *parentWidget() : *this);
 }
 
-void ChildWindow::keyPressEvent(QKeyEvent* event) {
-  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  QPushButton* button = nullptr;
-  if (enter) {
-    // Enter on a button presses that button, as in any dialog.
-    auto* focused = qobject_cast<QPushButton*>(focusWidget());
-    button = focused != nullptr ? focused : defaultButton_;
-  } else if (event->key() == Qt::Key_Escape) {
-    button = cancelButton_;
+bool ChildWindow::event(QEvent* event) {
+  if (event->type() == QEvent::Polish) WatchForEnter();
+  return QWidget::event(event);
+}
+
+void ChildWindow::WatchForEnter() {
+  if (parentWidget() != nullptr) parentWidget()->installEventFilter(this);
+  for (auto* control : findChildren<QWidget*>()) {
+    if (MayTakeEnter(*control)) control->installEventFilter(this);
   }
-  if (button == nullptr || !button->isEnabled()) {
+}
+
+bool ChildWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+  auto* key = static_cast<QKeyEvent*>(event);
+  if (watched == parentWidget()) {
+    // A click beside the controls leaves the focus to the frame, which needs these keys only while they move it.
+    if ((!IsEnter(*key) && key->key() != Qt::Key_Escape) || mouseGrabber() != nullptr) return false;
+    keyPressEvent(key);
+    return true;
+  }
+  if (!IsEnter(*key) || !MayTakeEnter(*watched)) return QWidget::eventFilter(watched, event);
+  key->ignore();  // and so it comes to this window
+  return true;
+}
+
+void ChildWindow::keyPressEvent(QKeyEvent* event) {
+  const bool enter = IsEnter(*event);
+  if (!enter && event->key() != Qt::Key_Escape) {
     QWidget::keyPressEvent(event);
     return;
   }
   event->accept();
-  button->click();
+  // A key that is still down from the window before, or on a button, does nothing twice.
+  if (event->isAutoRepeat()) return;
+  enter ? PressEnter() : PressEscape();
+}
+
+void ChildWindow::PressEnter() {
+  // On a button it presses that button, as in any dialog.
+  auto* button = qobject_cast<QPushButton*>(focusWidget());
+  if (button == nullptr) button = defaultButton_;
+  if (button != nullptr) {
+    button->click();
+  } else if (auto* box = qobject_cast<QLineEdit*>(focusWidget()); box != nullptr && selectsOnEnter_) {
+    box->selectAll();
+  }
+}
+
+void ChildWindow::PressEscape() {
+  if (cancelButton_ != nullptr) {
+    cancelButton_->click();
+  } else {
+    Unload();
+  }
 }
 
 }  // namespace zth::windows

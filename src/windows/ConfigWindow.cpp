@@ -10,7 +10,7 @@
 namespace zth::windows {
 
 ConfigWindow::ConfigWindow(const QString& name, const QString& caption, const Context& context, const Plan& plan)
-    : ChildWindow(name, caption, context), plan_(plan) {}
+    : ChildWindow(name, caption, context, kShowsChip), plan_(plan) {}
 
 QPushButton* ConfigWindow::AddButton(const QString& name, const QString& caption, const QString& tip) {
   auto* button = new QPushButton(caption, this);
@@ -44,6 +44,10 @@ void ConfigWindow::Finish(QWidget* body) {
 
 void ConfigWindow::Form_Load() {
   controls_->Load(plan_.reads);
+}
+
+bool ConfigWindow::HoldsChanges() const {
+  return controls_->HoldsChanges();
 }
 
 void ConfigWindow::cmdApply_Click() {

@@ -26,6 +26,8 @@ class ConfigWindow : public ChildWindow {
   void Form_Load() override;
 
  protected:
+  bool HoldsChanges() const override;
+
   ConfigWindow(const QString& name, const QString& caption, const Context& context, const Plan& plan);
 
   /// The last step of a window's constructor: `body`, which holds the controls of all rows, over the three buttons.

@@ -23,7 +23,10 @@ class Desktop {
   /// Text of the status bar's first panel.
   virtual void SetStatus(const QString& text) = 0;
 
-  /// Switches the master timer off and on.
+  /// A message that passes: for some seconds it covers the status bar's first panel.
+  virtual void Tell(const QString& text) = 0;
+
+  /// Switches the master timer off and on. Once the main window has closed it stays off.
   virtual void EnableTimer(bool on) = 0;
 
   /// The window whose handles a child's placement is told by.

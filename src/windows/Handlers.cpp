@@ -5,6 +5,8 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QLineEdit>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTimer>
 
 #include "platform/Guard.h"
@@ -44,7 +46,28 @@ class SelectionWatch final : public QObject {
   bool changed_ = false;
 };
 
+/// Passes the wheel on to what is behind a control.
+class WheelFilter final : public QObject {
+ public:
+  WheelFilter(QWidget& control, Wheel wheel) : QObject(&control), wheel_(wheel) { control.installEventFilter(this); }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::Wheel) return false;
+    if (wheel_ == Wheel::WithFocus && static_cast<QWidget*>(watched)->hasFocus()) return false;
+    event->ignore();
+    return true;
+  }
+
+ private:
+  Wheel wheel_;
+};
+
 }  // namespace
+
+void LimitWheel(QWidget& control, Wheel wheel) {
+  if (control.focusPolicy() == Qt::WheelFocus) control.setFocusPolicy(Qt::StrongFocus);
+  new WheelFilter(control, wheel);
+}
 
 void OnClick(QAbstractButton& button, Handler handler) {
   QObject::connect(&button, &QAbstractButton::clicked, &button, platform::Guarded(std::move(handler)));
@@ -58,8 +81,14 @@ void OnChange(QLineEdit& box, Handler handler) {
   QObject::connect(&box, &QLineEdit::textChanged, &box, platform::Guarded(std::move(handler)));
 }
 
-void OnSelect(QComboBox& list, Handler handler) {
+void OnSelect(QComboBox& list, Handler handler, Wheel wheel) {
+  LimitWheel(list, wheel);
   new SelectionWatch(list, std::move(handler));
+}
+
+void OnTab(QTabWidget& tabs, Handler handler) {
+  LimitWheel(*tabs.tabBar(), Wheel::WithFocus);
+  if (handler) QObject::connect(&tabs, &QTabWidget::currentChanged, &tabs, platform::Guarded(std::move(handler)));
 }
 
 }  // namespace zth::windows

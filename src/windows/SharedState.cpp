@@ -20,6 +20,8 @@ std::int32_t LogPeriodMs = 100;
 std::int64_t LogSampleCount = 0;
 QString LogFileName;
 
+QString LastFileWork;
+
 bool ManualSliderHeld = false;
 bool DemoRunning = false;
 bool DemoThermTripped = false;
@@ -33,6 +35,7 @@ void ResetSharedState() {
   LogPeriodMs = 100;
   LogSampleCount = 0;
   LogFileName.clear();
+  LastFileWork.clear();
   ResetLog();
 }
 

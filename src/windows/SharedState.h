@@ -28,6 +28,9 @@ extern std::int32_t LogPeriodMs;
 extern std::int64_t LogSampleCount;
 extern QString LogFileName;
 
+/// What the last save or recall has come to, and where: told again when its window is opened anew.
+extern QString LastFileWork;
+
 /// The user holds a slider of the manual control down.
 extern bool ManualSliderHeld;
 

@@ -14,6 +14,7 @@ void Connect(widgets::GSlider& slider, void (widgets::GSlider::*report)(int), co
 }  // namespace
 
 void OnSlide(widgets::GSlider& slider, const SliderHandlers& handlers, platform::Clock& clock) {
+  LimitWheel(slider, Wheel::WithFocus);
   clock.Adopt(slider.PaceTimer());
   Connect(slider, &widgets::GSlider::MouseDown, handlers.mouseDown);
   Connect(slider, &widgets::GSlider::Change, handlers.change);

@@ -37,6 +37,7 @@ class Access : public ::testing::TestWithParam<std::string> {
     chip[0x10] = 0x1F;  // no pin is taken from a GPIO
     chip[0x09] = 0x02;  // GPIO 1 is an output
     chip[0x21] = 0xE0;  // PWM1 is in manual mode
+    desk.board.AddUsbChip(0x5A);
     desk.Start();
     desk.Main().resize(1366, 768);
     desk.Main().show();

@@ -3,6 +3,7 @@
 #include <unordered_map>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>
 #include <QTabBar>
@@ -117,6 +118,8 @@ class Contrasts : public Access {
       if (auto* link = qobject_cast<shell::WebLink*>(widget)) emit link->Click();
     }
     if (dynamic_cast<windows::ConfigWindow*>(&root) != nullptr) ChangeEach(root);
+    // Another chip, so that the window says that it is not of it.
+    Desk::Get<QComboBox>(*shell::MainForm, "cmbDevices").setCurrentIndex(1);
     Desk::Settle();
   }
 

@@ -16,6 +16,7 @@
 #include <QWheelEvent>
 
 #include "chip/PinModel.h"
+#include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "shell/Commands.h"
@@ -308,14 +309,14 @@ class RandomWalk : public ::testing::TestWithParam<unsigned> {
     const auto held = [&](std::size_t reg) {
       return (usb ? sim.usb.TheBus() : sim.smbus.TheBus()).Read(link::DeviceAddress, static_cast<std::uint8_t>(reg));
     };
-    auto manual = link::PwmManual;
+    auto manual = chip::PwmManual;
     for (std::size_t pwm = 1; pwm <= 4; ++pwm) manual[pwm] = held(0x20 + pwm) >> 5 == 7;
     const auto pins = chip::DecodePinFunctions({held(0x10), held(0x11), held(0x12), held(0x13)});
 
     const auto resets = sim.requests[{0xDE, 0, 0}] + sim.requests[{0, 0, 0}];
     behind_ = behind_ || std::exchange(user_.switched, false) || resets_ != resets;
     resets_ = resets;
-    const bool same = chip::PinFunctions == pins && link::PwmManual == manual;
+    const bool same = chip::PinFunctions == pins && chip::PwmManual == manual;
     EXPECT_TRUE(same || behind_) << "the pins or the behaviours are not the chip's";
     behind_ = behind_ && !same;
   }

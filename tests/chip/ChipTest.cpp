@@ -2,7 +2,10 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <map>
 #include <set>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -37,9 +40,21 @@ TEST(Conversions, PercentsAndVoltagesRoundHalfToEven) {
   EXPECT_EQ(PercentFromByte(PwmRawNormalise(0, 0)), 100);
   EXPECT_EQ(PercentFromByte(PwmRawNormalise(255, 0)), 0);
   EXPECT_EQ(PwmRawNormalise(0x12, 2), 0x12);
-  const std::tuple<std::uint8_t, double, float> rows[]{{192, 12, 12.0F},   {255, 12, 15.94F},
-                                                       {192, 2.13, 2.13F}, {96, 4, 2.0F},
-                                                       {2, 12, 0.12F},     {6, 12, 0.38F}};  // 0.125, 0.375
+  const std::tuple<std::uint8_t, double, float> rows[]{{192, 12, 12.0F},
+                                                       {255, 12, 15.94F},
+                                                       {192, 2.13, 2.13F},
+                                                       {96, 4, 2.0F},
+                                                       {2, 12, 0.12F},
+                                                       {6, 12, 0.38F},  // 0.125, 0.375
+                                                       // Halves that the quotient's single precision decides.
+                                                       {16, 3.3, 0.28F},
+                                                       {144, 3.3, 2.47F},
+                                                       {136, 1.8, 1.27F},
+                                                       {216, 1.8, 2.03F},
+                                                       {32, 2.13, 0.35F},
+                                                       {96, 2.13, 1.07F},
+                                                       {4, 1.2, 0.03F},
+                                                       {28, 1.2, 0.17F}};
   for (const auto& [raw, nominal, volts] : rows) EXPECT_FLOAT_EQ(VoltageFromRaw(raw, nominal), volts);
 }
 
@@ -70,42 +85,60 @@ class Pins : public ::testing::Test {
   Desk desk;
 };
 
-TEST_F(Pins, AllRegistersAtZero) {
-  Configure({0, 0, 0, 0});
-  EXPECT_EQ(PinFunctions, (PinFunctionFlags{.Pin23 = 2, .Pin24 = 2}));
-  EXPECT_EQ(Present(), (std::set{0, 1, 2, 3, 5, 7, 8, 9, 13, 18, 20}));
-  EXPECT_EQ(AvailableRows(), (std::set{0, 2, 14, 16, 17, 18, 19, 21, 23, 24, 25, 29, 34, 36, 39, 40, 41, 42, 43, 44}));
-}
+// The pins once more, from the data sheet: each flag's register, its field's lowest bit, and its state for each value
+// of the field.
+struct PinField {
+  std::size_t config;  // 0 is register 0x10
+  int low;
+  std::string_view states;
+  int (*flag)(const PinFunctionFlags&);
+};
+#define PIN(name) [](const PinFunctionFlags& flags) -> int { return flags.name; }
+const std::map<std::string, PinField> kPins{
+    {"Vid", {0, 7, "01", PIN(Vid)}},       {"D1", {0, 6, "01", PIN(D1)}},         {"D3", {0, 5, "01", PIN(D3)}},
+    {"Pin1", {0, 4, "01", PIN(Pin1)}},     {"Pin2", {0, 3, "01", PIN(Pin2)}},     {"Pin3", {0, 2, "01", PIN(Pin3)}},
+    {"Pin4", {0, 1, "01", PIN(Pin4)}},     {"Pin7", {0, 0, "01", PIN(Pin7)}},     {"Pin8", {1, 7, "01", PIN(Pin8)}},
+    {"Pin13", {1, 6, "01", PIN(Pin13)}},   {"Pin15", {1, 5, "01", PIN(Pin15)}},   {"Pin20", {1, 4, "01", PIN(Pin20)}},
+    {"Pin21", {1, 3, "01", PIN(Pin21)}},   {"Pin22", {1, 2, "01", PIN(Pin22)}},   {"Pin23", {1, 0, "2013", PIN(Pin23)}},
+    {"Pin24", {2, 6, "2013", PIN(Pin24)}}, {"Pin25", {2, 4, "0122", PIN(Pin25)}}, {"Pin26", {2, 2, "0122", PIN(Pin26)}},
+    {"Pin27", {2, 1, "01", PIN(Pin27)}},   {"Pin28", {3, 6, "0122", PIN(Pin28)}}, {"Pin29", {3, 4, "0122", PIN(Pin29)}},
+    {"Pin31", {3, 3, "01", PIN(Pin31)}},   {"Pin32", {3, 2, "01", PIN(Pin32)}},
+};
+#undef PIN
 
-TEST_F(Pins, FactoryDefaults) {
-  Configure({0x7F, 0xCE, 0x42, 0xFC});
-  PinFunctionFlags p{.D1 = true, .D3 = true, .Pin28 = 2, .Pin29 = 2};
-  p.Pin1 = p.Pin2 = p.Pin3 = p.Pin4 = p.Pin7 = p.Pin8 = p.Pin13 = 1;
-  p.Pin21 = p.Pin22 = p.Pin23 = p.Pin27 = p.Pin31 = p.Pin32 = 1;
-  EXPECT_EQ(PinFunctions, p);
-  EXPECT_EQ(Present(), (std::set{11, 16, 18, 20}));
-}
+// When each voltage is there, by channel, and when each row of the log, those of the voltages left out.
+constexpr std::array kVoltages{"Pin7=0",       "Pin8=0",  "Pin13=0", "D1=0 Pin15=0", "D1=0 Pin15=1", "D3=0 Pin20=0",
+                               "D3=0 Pin20=1", "Pin21=0", "Pin22=0", "Pin23=2",      "Pin23=3",      "Pin23=1",
+                               "Pin23=0",      "Pin24=2", "Pin24=3", "Pin24=1",      "Pin24=0",      "Pin25=1",
+                               "Pin25=0",      "Pin26=1", "Pin26=0", "Pin28=1",      "Pin29=1"};
+constexpr std::array kRows{"",       "D1=1",   "",        "D3=1",    "Pin1=1",  "Pin2=1",  "Pin3=1", "Pin4=1",
+                           "Pin7=1", "Pin8=1", "Pin21=1", "Pin22=1", "Pin31=1", "Pin32=1", "",       "Pin13=1"};
 
-/// For any configuration: no pin shows two voltages, and what a pin shows follows its own field alone.
-TEST_F(Pins, EachPinHasAtMostOneVoltageWhateverTheRegistersHold) {
-  const std::vector<std::set<int>> channelsOfPin{
-      {0}, {1}, {2}, {3, 4}, {5, 6}, {7}, {8}, {9, 10, 11, 12}, {13, 14, 15, 16}, {17, 18}, {19, 20}, {21}, {22}};
-  for (unsigned seed = 0; seed < 4096; ++seed) {
-    const unsigned bits = seed * 2654435761U;
-    std::array<std::uint8_t, 4> configs{};
-    for (std::size_t i = 0; i < 4; ++i) configs[i] = static_cast<std::uint8_t>(bits >> 8 * i);
-    Configure(configs);
-    const std::set<int> present = Present();
-    for (const auto& pin : channelsOfPin) {
-      ASSERT_LE(std::count_if(pin.begin(), pin.end(), [&](int channel) { return present.contains(channel); }), 1);
+TEST_F(Pins, FollowEachValueOfTheirRegisters) {
+  std::array<std::uint8_t, 4> configs{};
+  const auto state = [&configs](const std::string& name) {
+    const PinField& pin = kPins.at(name);
+    return pin.states[(configs[pin.config] >> pin.low) & (pin.states.size() - 1)];
+  };
+  const auto holds = [&](const std::string& conditions) {
+    std::istringstream words(conditions);
+    for (std::string word; words >> word;) {
+      if (state(word.substr(0, word.find('='))) != word.back()) return false;
     }
-    const int field25 = configs[2] >> 4 & 3;
-    ASSERT_EQ(present.count(18), field25 == 0);
-    ASSERT_EQ(present.count(17), field25 == 1);
-    const int field23 = configs[1] & 3;
-    const std::array channelOfField23{9, 12, 11, 10};
-    ASSERT_EQ(present.count(channelOfField23[static_cast<std::size_t>(field23)]), 1U);
-    ASSERT_EQ(AvailableRows().count(13), static_cast<std::size_t>(configs[3] >> 2 & 1));
+    return true;
+  };
+  for (unsigned each = 0; each < 4 * 4 * 256; ++each) {  // over four grounds
+    for (std::size_t i = 0; i < 4; ++i) configs[i] = std::array<std::uint8_t, 4>{0x00, 0xFF, 0x5A, 0xA5}[each >> 10];
+    configs[each >> 8 & 3] = static_cast<std::uint8_t>(each);
+    Configure(configs);
+    SCOPED_TRACE(each);
+    for (const auto& [name, pin] : kPins) ASSERT_EQ(pin.flag(PinFunctions), state(name) - '0') << name;
+    const std::set<int> present = Indices(kVoltages, holds);
+    ASSERT_EQ(Present(), present);
+    std::set<int> rows = Indices(kRows, holds);
+    for (const int channel : present) rows.insert(16 + channel);
+    for (int row = 39; row < 45; ++row) rows.insert(row);
+    ASSERT_EQ(AvailableRows(), rows);
   }
 }
 
@@ -145,42 +178,43 @@ TEST_F(Groups, EachReadsItsOwnBlocksInOrder) {
 /// Every measurement register holds a value of its own, so that a byte taken from the wrong place shows.
 TEST_F(Groups, ValuesComeFromTheirRegistersAndReachTheLogTable) {
   auto& chip = desk.board.Chip();
-  for (std::size_t reg = 0x40; reg < 0xB0; ++reg) chip[reg] = static_cast<std::uint8_t>(reg);
+  const auto held = [](std::size_t reg) { return static_cast<std::uint8_t>(43 * reg); };
+  for (std::size_t reg = 0x40; reg < 0xB0; ++reg) chip[reg] = held(reg);
   for (std::int16_t group = 1; group <= 6; ++group) ReadMeasurementGroup(group);
   const MeasurementSet& m = Measurements;
   for (std::size_t i = 0; i < 4; ++i) {
-    EXPECT_EQ(m.Temperature[i],
-              TemperatureFromBytes(static_cast<std::uint8_t>(0x88 + 2 * i), static_cast<std::uint8_t>(0x89 + 2 * i)));
-    EXPECT_EQ(m.PolledTmin[i], 0x5C + static_cast<int>(i) - 64);
-    EXPECT_EQ(m.PwmPercent[i], std::lround((0xAA + static_cast<double>(i)) / 2.55));
+    EXPECT_EQ(m.Temperature[i], TemperatureFromBytes(held(0x88 + 2 * i), held(0x89 + 2 * i)));
+    EXPECT_EQ(m.PolledTmin[i], held(0x5C + i) - 64);
+    EXPECT_EQ(m.PwmPercent[i], std::lround(held(0xAA + i) / 2.55));
     EXPECT_EQ(LogChannelTable[i].Value, m.Temperature[i]);
     EXPECT_EQ(LogChannelTable[12 + i].Value, m.PwmPercent[i]);
     EXPECT_EQ(LogChannelTable[39 + i].Value, m.PolledTmin[i]);
   }
   for (std::size_t i = 0; i < 8; ++i) {
-    const int low = static_cast<int>((i < 4 ? 0x98 : 0xA2) + 2 * (i % 4));
-    EXPECT_EQ(m.TachRpm[i], 5400000 / ((low + 1) * 256 + low));
+    const std::size_t low = (i < 4 ? 0x98U : 0xA2U) + 2 * (i % 4);
+    EXPECT_EQ(m.TachRpm[i], 5400000 / (held(low + 1) * 256 + held(low)));
     EXPECT_EQ(LogChannelTable[4 + i].Value, static_cast<float>(m.TachRpm[i]));
   }
-  const std::array<int, 23> registers{0xA3, 0xA5, 0x96, 0x8B, 0x8B, 0x8F, 0x8F, 0xA7, 0xA9, 0x90, 0x90, 0x90,
-                                      0x90, 0x91, 0x91, 0x91, 0x91, 0x92, 0x92, 0x93, 0x93, 0x94, 0x95};
+  const std::array<std::size_t, 23> registers{0xA3, 0xA5, 0x96, 0x8B, 0x8B, 0x8F, 0x8F, 0xA7, 0xA9, 0x90, 0x90, 0x90,
+                                              0x90, 0x91, 0x91, 0x91, 0x91, 0x92, 0x92, 0x93, 0x93, 0x94, 0x95};
   const std::array<double, 23> scales{12,  12,   3.3, 2.5, 1.8, 1.25, 0.9, 5,   12, 2.13, 1.5, 1.8,
                                       2.5, 2.13, 1.5, 1.8, 2.5, 1.2,  3.3, 1.2, 4,  1.5,  1.5};
   for (std::size_t i = 0; i < registers.size(); ++i) {
-    EXPECT_NEAR(static_cast<double>(m.Voltage[i]), registers[i] * scales[i] / 192, 0.00501) << i;
+    EXPECT_NEAR(static_cast<double>(m.Voltage[i]), held(registers[i]) * scales[i] / 192, 0.00501) << i;
     EXPECT_EQ(LogChannelTable[16 + i].Value, m.Voltage[i]);
   }
-  EXPECT_EQ(m.ThermPercent, (std::array<float, 2>{68, 69}));
+  for (std::size_t i = 0; i < 2; ++i) {
+    EXPECT_EQ(m.ThermPercent[i], static_cast<float>(std::lround(held(0xAE + i) / 2.55)));
+  }
   for (std::size_t remote = 1; remote <= 2; ++remote) {
-    const int above = static_cast<int>(remote) - 1 - 64;
-    EXPECT_EQ(m.PolledOpPoint[remote], 0x5A + above);
-    EXPECT_EQ(m.PolledHighLimit[remote], 0x49 + above);
-    EXPECT_EQ(m.PolledLowLimit[remote], 0x45 + above);
-    EXPECT_EQ(LogChannelTable[42 + remote].Value, 0x5A + above);
+    EXPECT_EQ(m.PolledOpPoint[remote], held(0x59 + remote) - 64);
+    EXPECT_EQ(m.PolledHighLimit[remote], held(0x48 + remote) - 64);
+    EXPECT_EQ(m.PolledLowLimit[remote], held(0x44 + remote) - 64);
+    EXPECT_EQ(LogChannelTable[42 + remote].Value, m.PolledOpPoint[remote]);
   }
   ChipRevision = 0;
   ReadMeasurementGroup(3);
-  EXPECT_EQ(m.PwmPercent[1], std::lround((0xFF - 0xAB) / 2.55)) << "revision 0 reports its duty inverted";
+  EXPECT_EQ(m.PwmPercent[1], std::lround((0xFF - held(0xAB)) / 2.55)) << "revision 0 reports its duty inverted";
 }
 
 }  // namespace

@@ -18,7 +18,9 @@ using zth::windows::SavedReader;
 /// The plain reading: a stream that throws where it ends.
 class PlainReading {
  public:
-  explicit PlainReading(const std::string& text) : in_(text) { in_.exceptions(std::ios::failbit | std::ios::eofbit); }
+  explicit PlainReading(const std::string& text) : in_(text), end_(text.find('\n') == std::string::npos ? '\r' : '\n') {
+    in_.exceptions(std::ios::failbit | std::ios::eofbit);
+  }
 
   /// True when the closing brace was found.
   bool Run(Lines& lines) {
@@ -38,23 +40,21 @@ class PlainReading {
   }
 
  private:
-  char Next() {
-    const char c = static_cast<char>(in_.get());
-    if (c == '\0') throw std::ios::failure("no text");
-    return c;
-  }
+  char Next() { return last_ = static_cast<char>(in_.get()); }
   void SkipLine() {
-    while (Next() != '\n') continue;
+    while (last_ != end_) Next();
   }
   int Number() {
     while (Next() != 'x') continue;
     std::string digits(1, Next());
-    digits += Next();
+    if (last_ != end_) digits += Next();
     digits.erase(std::min(digits.find_first_not_of("0123456789abcdefABCDEF"), digits.size()));
     return digits.empty() ? 0 : std::stoi(digits, nullptr, 16);
   }
 
   std::istringstream in_;
+  char end_;  ///< of a line
+  char last_ = 0;
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
@@ -21,7 +22,7 @@ class Link : public ::testing::Test {
  protected:
   Link() {
     Attach(desk.services, [this] { ++closings; });
-    EnterPwmHooks();
+    chip::EnterPwmHooks();
     LoadUsbFunctions(desk.libraries);
     LoadSmbus(desk.libraries);
     OnUsb();
@@ -86,7 +87,7 @@ TEST_F(Link, WithoutALinkNothingMoves) {
     EXPECT_EQ(ReadBoardPort(0x4A), 0);
   }
   EXPECT_TRUE(desk.board.traffic.empty());
-  EXPECT_FALSE(PwmManual[1]);
+  EXPECT_FALSE(chip::PwmManual[1]);
 }
 
 TEST_F(Link, ValuesAreLimitedToAByteForTheCallerToo) {
@@ -131,7 +132,7 @@ TEST_F(Link, AWriteToAPwmConfigurationReadsItBackOnBothLinks) {
       for (const auto& [value, manual] : {std::pair{0xE5, true}, {0xDF, false}}) {  // only all three bits are manual
         WriteRegisterValue(DeviceAddress, 0x20 + pwm, value);
         EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{W(0x20 + pwm, value), R(0x20 + pwm)}));
-        EXPECT_EQ(PwmManual[static_cast<std::size_t>(pwm)], manual);
+        EXPECT_EQ(chip::PwmManual[static_cast<std::size_t>(pwm)], manual);
       }
     }
     WriteRegisterValue(DeviceAddress, 0x15, 0xFF);
@@ -171,6 +172,11 @@ TEST_F(Link, EveryCodeHasItsBoxAndHigherOnesEndSilently) {
     EXPECT_THROW(ReportLinkError(code), platform::ProcessEnded);
     EXPECT_EQ(fresh.process.ends, std::vector{1});
     EXPECT_EQ(closings, 1);
+    OnUsb();
+    // A handler that were to run on beneath the end reaches nothing: it ends, too.
+    EXPECT_THROW(ReadRegister(0x58, 0x3E), platform::ProcessEnded);
+    EXPECT_THROW(WriteRegisterValue(0x58, 0x30, 1), platform::ProcessEnded);
+    EXPECT_TRUE(fresh.board.traffic.empty());
     ASSERT_EQ(fresh.prompts.shown.size(), silent ? 0U : 1U) << code;
     if (silent) continue;
     const platform::BoxQuestion& box = fresh.prompts.shown[0];

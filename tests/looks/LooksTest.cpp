@@ -25,6 +25,7 @@
 #include "tests/support/ModalHand.h"
 #include "tests/support/Seen.h"
 #include "tests/support/SimulatedDesk.h"
+#include "tests/support/Steps.h"
 #include "tools/gallery/DarkPalette.h"
 #include "windows/ConfigWindow.h"
 
@@ -125,6 +126,13 @@ class Looks : public ::testing::TestWithParam<std::string> {
     window.parentWidget()->showNormal();
     window.parentWidget()->resize(window.parentWidget()->minimumSizeHint());
     ForEachPage(window, [&](const std::string& page) { Look(desk.Main(), page + how + ", smallest"); });
+    // Again with another chip in use, of which the window then says that it is not; that takes no room from what it
+    // has.
+    const auto& devices = Desk::Get<QComboBox>(desk.Main(), "cmbDevices");
+    Do(desk.Main(), QString("cmbDevices=%1").arg(devices.count() - 1));
+    Desk::Settle();
+    QApplication::processEvents();
+    ForEachPage(window, [&](const std::string& page) { Look(desk.Main(), page + how + ", of another chip"); });
     if (dynamic_cast<windows::ConfigWindow*>(&window) == nullptr) return;
     // Again with every control marked as changed, in heavier type.
     ChangeEach(window);

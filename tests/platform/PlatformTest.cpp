@@ -1,3 +1,5 @@
+#include <functional>
+#include <map>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +10,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -125,6 +128,29 @@ TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
   }
 }
 
+TEST(Prompts, ChoicesStandInTheirOrderAndEnterIsAsSafeAsEscape) {
+  using Box = QMessageBox;
+  const std::pair<std::function<void(Box&)>, int> rows[]{
+      {[](Box& box) { box.findChild<QAbstractButton*>("choice(0)")->click(); }, 0},
+      {[](Box& box) { box.findChild<QAbstractButton*>("choice(1)")->click(); }, 1},
+      {[](Box& box) { QTest::keyClick(&box, Qt::Key_Escape); }, 2},
+      {[](Box& box) { QTest::keyClick(&box, Qt::Key_Return); }, 2},
+      {[](Box& box) { box.close(); }, 2},
+      {[](Box& box) { delete &box; }, 2}};
+  for (const auto& [act, answer] : rows) {
+    OnceShown<Box>([act = act](Box& box) {
+      std::map<int, QString> fromTheLeft;
+      for (const QAbstractButton* button : box.buttons()) fromTheLeft[button->x()] = button->text();
+      EXPECT_EQ(fromTheLeft.size(), 3U);
+      QStringList captions;
+      for (const auto& [x, caption] : fromTheLeft) captions << caption;
+      EXPECT_EQ(captions.join(' '), "&Off E&xit &Cancel");
+      act(box);
+    });
+    EXPECT_EQ(DesktopPrompts().Choose({"Title", "On", {"&Off", "E&xit", "&Cancel"}, 2}), answer);
+  }
+}
+
 TEST(FileDialogs, AskForOneFileAndTellACancel) {
   const QTemporaryDir folder;
   IniSettings settings(folder.filePath("settings.conf"));
@@ -206,6 +232,34 @@ TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
   EXPECT_EQ(result.library, nullptr);
   EXPECT_FALSE(result.error.isEmpty());
   EXPECT_FALSE(result.error.contains("File not found")) << result.error.toStdString();
+}
+
+TEST(Files, ATextGoesOnlyIntoTheFileThatWasSeen) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath("a");
+  DesktopFiles files;
+  EXPECT_FALSE(files.Look(path));
+  const FileAppend first = files.Append(path, std::nullopt, "one");
+  EXPECT_EQ(first.written, 3);
+  const auto seen = files.Look(path);
+  ASSERT_TRUE(seen && seen->SameFile(first.before));
+  EXPECT_EQ(seen->size, 3);
+  EXPECT_FALSE(files.Append(path, std::nullopt, "x").opened) << "a new one was meant";
+  EXPECT_TRUE(files.Append(path, seen, "two").opened);
+  EXPECT_TRUE(files.Append(path, seen, "!").opened) << "longer by now";
+  EXPECT_FALSE(files.Cut(path, *seen, 0));
+  EXPECT_TRUE(files.Cut(path, *files.Look(path), 6));
+  EXPECT_EQ(files.ReadAt(path, 2, 3), QByteArray("etw"));
+  ASSERT_TRUE(QFile::resize(path, 2));
+  EXPECT_FALSE(files.Append(path, seen, "x").opened) << "shorter";
+  ASSERT_TRUE(QFile::rename(path, path + ".1"));
+  EXPECT_FALSE(files.Append(path, seen, "x").opened);
+  EXPECT_FALSE(files.Cut(path, *seen, 0));
+  EXPECT_FALSE(QFile::exists(path)) << "nor is one made";
+  EXPECT_EQ(files.VolumeOf(folder.filePath("no/such/folder")), files.VolumeOf(folder.path()));
+  const QString root = files.VolumeOf(path);
+  EXPECT_TRUE(!root.isEmpty() && path.startsWith(root));
+  EXPECT_EQ(files.VolumeOf(root), root);
 }
 
 TEST(Clock, IsMonotonicAndWaitsForNothingBelowZero) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
+#include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "shell/Firmware.h"
 #include "shell/frmSplash.h"
@@ -73,7 +74,7 @@ TEST(Start, FillsTheSharedTables) {
   windows::GraphPeriodMs = 7;
   desk.Start();
   EXPECT_EQ(chip::ChipRevision, 3);
-  EXPECT_EQ(link::PwmManual, (std::array{false, false, true, false, false}));
+  EXPECT_EQ(chip::PwmManual, (std::array{false, false, true, false, false}));
   EXPECT_EQ((std::array<int, 4>{chip::TachClock, chip::PollPeriodMs, windows::GraphPeriodMs, windows::LogPeriodMs}),
             (std::array{90000, 100, 50, 100}));
   EXPECT_TRUE(chip::PinFunctions.D1);
@@ -87,6 +88,11 @@ const shell::frmSplash* Splash() {
   return nullptr;
 }
 
+/// How far its bar has come, in percent of the way.
+double Filled(const shell::frmSplash& splash) {
+  return 100.0 * Desk::Get<QWidget>(splash, "lblProgress").width() / Desk::Get<QWidget>(splash, "fraProgress").width();
+}
+
 TEST(Start, TheSplashTellsWhereTheSearchIs) {
   Desk desk(Desk::Buses::Smbus);
   desk.board.smbusChips.clear();
@@ -96,13 +102,13 @@ TEST(Start, TheSplashTellsWhereTheSearchIs) {
     const shell::frmSplash* splash = Splash();
     if (splash == nullptr) return;
     EXPECT_TRUE(!widths.empty() || Held(*splash, "lblProgInfo") == "Enumerating...");
-    widths.push_back(splash->Progress());
+    widths.push_back(Filled(*splash));
     EXPECT_EQ(Held(*splash, "lblVersion lblProductName lblPlatform"),
               "Version 1.0.7|ZTH4718 Evaluation Software|Windows Vista/XP");
     EXPECT_EQ(splash->pos(), QPoint(133, 133));
   };
   double atTheEnd = 0;
-  desk.prompts.whileShown = [&] { atTheEnd = Splash()->Progress(); };
+  desk.prompts.whileShown = [&] { atTheEnd = Filled(*Splash()); };
   EXPECT_EQ(desk.RunMain(), 1);
   ASSERT_EQ(widths.size(), 100U);
   EXPECT_EQ((std::vector{widths.front(), widths.back(), atTheEnd}), (std::vector{0.5, 50.0, 100.0}));
@@ -117,9 +123,6 @@ TEST(Start, EndsWithItsMessage) {
       {"no library in reach", Smbus, [](Desk& desk) { desk.board.loadErrors["smbus"] = "FILE NOT FOUND"; },
        kNoHardware},
       {"the adapter refuses the firmware", Usb, [](Desk& desk) { desk.board.firmwareResult = 0; }, kNoHardware},
-      {"a firmware path without an ANSI form", Usb, [](Desk& desk) { desk.process.folder = QChar(0x4E2D); },
-       kNoHardware},
-      {"a firmware path too long", Usb, [](Desk& desk) { desk.process.folder = QString(499, 'x'); }, kNoHardware},
       {"no chip", Both, [](Desk& desk) { desk.board.usbChips.clear(), desk.board.smbusChips.clear(); }, kNoChip},
       {"a broken host library counts as present", Smbus,
        [](Desk& desk) { desk.board.loadErrors["smbus"] = "invalid ELF header"; }, kNoChip},
@@ -151,15 +154,19 @@ TEST(Start, AConnectionOnTheTwentiethTryCounts) {
   EXPECT_EQ(connects(), 20);
 }
 
-TEST(Start, TheFirmwarePathIsAnsiText) {
-  EXPECT_TRUE(shell::StringToAnsiBuffer(QString::fromUtf8("/opt/M\u00FCller \u20AC")));
-  EXPECT_STREQ(shell::AnsiBuffer.data(), "/opt/M\xFCller \x80");
-  EXPECT_TRUE(shell::StringToAnsiBuffer(QString(512, 'x')));
-  EXPECT_EQ(shell::AnsiBuffer[511], 'x');
-  EXPECT_EQ(shell::AnsiBuffer[512], 0);
-  EXPECT_FALSE(shell::StringToAnsiBuffer(QString(513, 'x')));
-  EXPECT_EQ(shell::AnsiBuffer[0], 0);
+#if !defined(_WIN32)
+TEST(Start, TheLibraryIsCalledWithTheBytesOfWhateverFolderTheProgramIsIn) {
+  for (const QString& folder :
+       {QString::fromUtf16(u"/opt/Pr\u00FCfstand"), QString::fromUtf16(u"/opt/\u7814\u7A76 \U0001F680/bin"),
+        '/' + QString(498, 'x'), '/' + QString(3000, 'x')}) {
+    Desk desk(Desk::Buses::Usb);
+    desk.process.folder = folder;
+    EXPECT_EQ(desk.RunMain(), std::nullopt);
+    EXPECT_EQ(desk.board.traffic.front(), "usb F " + folder.toUtf8().toStdString() + "/ZTH4718FW.Hex");
+    EXPECT_EQ(shell::AnsiBuffer[0] == 0, folder.size() > 498) << "what fits 513 bytes with its end";
+  }
 }
+#endif
 
 }  // namespace
 }  // namespace zth::testing

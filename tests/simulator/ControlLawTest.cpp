@@ -142,15 +142,18 @@ TEST(ControlLaw, TheCurveGoesThroughThePointsThatTheWindowDraws) {
 }
 
 TEST(ControlLaw, AnOutputRunsAtMaxUntilWhateverShapesItsOwnDutySetsItUp) {
-  // Each write for itself; the outputs follow Local and Remote 1 to 3 in order, and a reset forgets what was set up.
-  for (const auto& [writes, duties] : {std::pair{"21=10;28=80;5C=9A;60=C4", " d0:0 d1:192 d2:192 d3:192"},
-                                       {"5D=9A;0B=01", " d0:192 d1:0 d2:192 d3:192"},
-                                       {"5E=9A;0B=02", " d0:192 d1:192 d2:0 d3:192"},
-                                       {"24=70;2B=80;5F=9A;63=C4", " d0:192 d1:192 d2:192 d3:0"},
-                                       {"25=90", " d0:0 d1:0 d2:192 d3:192"},
-                                       {"26=90", " d0:192 d1:192 d2:0 d3:0"},
-                                       {"2C=FF", " d0:255 d1:255 d2:255 d3:255"},
-                                       {"0B=3C;01=21;4C=A4;00=80;21=D1 00=80", " d0:192 d1:192 d2:192 d3:192"}}) {
+  // Each write for itself; the outputs follow Local and Remote 1 to 3 in order. What is put back, by whatever way, and
+  // what is written as it was sets up nothing: a saved configuration brings the fans back as they were.
+  for (const auto& [writes, duties] :
+       {std::pair{"21=10;28=81;5C=9B;60=C5", " d0:0 d1:192 d2:192 d3:192"},
+        {"5D=9B;0B=01", " d0:192 d1:0 d2:192 d3:192"},
+        {"5E=9B;0B=02", " d0:192 d1:192 d2:0 d3:192"},
+        {"24=70;2B=81;5F=9B;63=C5", " d0:192 d1:192 d2:192 d3:0"},
+        {"25=A0", " d0:0 d1:0 d2:192 d3:192"},
+        {"26=A0", " d0:192 d1:192 d2:0 d3:0"},
+        {"2C=FF", " d0:255 d1:255 d2:255 d3:255"},
+        {"0B=3C;01=21;4C=A4;00=80;21=D1 00=80;21=11 25=90 28=80 5D=9A 63=C4 0B=00;28=81 ~1 28=80",
+         " d0:192 d1:192 d2:192 d3:192"}}) {
     std::istringstream rest(writes);
     for (std::string write; std::getline(rest, write, ';');) ChipOnBench().Play(write + " ~0.2" + duties);
   }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/SmbusHost.h"
+#include "simulator/entry/RealTime.h"
 #include "tests/simulator/UsbOnBench.h"
 
 namespace zth::simulator {
@@ -92,6 +93,40 @@ TEST(Bus, RealTimeIsScaledAndALongSleepIsCutShort) {
   EXPECT_NE(celsiusAfter(1, 1s), celsiusAfter(1, 10s));
   EXPECT_EQ(celsiusAfter(1, 1000h), celsiusAfter(1, 10min));
   EXPECT_EQ(celsiusAfter(1, -5s), 0) << "a clock that goes back stands still";
+}
+
+/// A clock that a millisecond passes on with each look, and more when told.
+struct SlowClock {
+  using duration = std::chrono::nanoseconds;
+  using rep = duration::rep;
+  using period = duration::period;
+  using time_point = std::chrono::time_point<SlowClock>;
+  static time_point now() { return time_point(time += 1ms); }
+  static inline duration time{0};
+};
+
+TEST(RealTime, NoCallWaitsLongForABoardThatIsBehindAndTheFollowingOnesMakeUpForIt) {
+  const Settings settings{.timeFactor = 100, .noise = 0};
+  SmbusHost pieces{settings};
+  SmbusHost whole{settings};
+  RealTimeBy<SlowClock> clock;
+  const auto begin = SlowClock::time;
+  auto last = begin;
+  SlowClock::time += 5s;
+  int calls = 0;
+  do {
+    const auto before = SlowClock::time;
+    last = before + 1ms;  // its first look
+    clock.CatchUp(pieces.TheBus());
+    ASSERT_LE(SlowClock::time - before, kCatchUpTime + 2ms) << calls;
+  } while (++calls < 200 && pieces.TheBus().Owes());
+  EXPECT_GT(calls, 10);
+  EXPECT_FALSE(pieces.TheBus().Owes());
+  whole.TheBus().AdvanceReal(last - begin);
+  for (int reg = 0; reg < 256; ++reg) {
+    const auto at = static_cast<std::uint8_t>(reg);
+    EXPECT_EQ(pieces.Read(0x2C, at), whole.Read(0x2C, at)) << reg;
+  }
 }
 
 }  // namespace

@@ -64,18 +64,31 @@ void VirtualClock::Advance(int milliseconds) {
   nowUs_ = std::max(nowUs_, until);
 }
 
-platform::FileAppend FailingFiles::Append(const QString& path, const QByteArray& bytes) {
+std::optional<platform::FileState> FailingFiles::Look(const QString& path) {
+  auto state = real_.Look(path);
+  if (state) state->device += devices;
+  return state;
+}
+
+platform::FileAppend FailingFiles::Append(const QString& path, const std::optional<platform::FileState>& seen,
+                                          const QByteArray& bytes) {
   ++appends;
+  if (beforeWrite) std::exchange(beforeWrite, nullptr)();
   if (locked) return {};
   const auto room = space.value_or(bytes.size());
-  const platform::FileAppend done = real_.Append(path, bytes.left(std::min<std::int64_t>(room, bytes.size())));
+  auto there = seen;
+  if (there) there->device -= devices;
+  platform::FileAppend done = real_.Append(path, there, bytes.left(std::min<std::int64_t>(room, bytes.size())));
+  done.before.device += devices;
   if (space) *space -= done.written;
   return done;
 }
 
-bool FailingFiles::Cut(const QString& path, std::int64_t from, std::int64_t to) {
-  if (locked || cutFails || !real_.Cut(path, from, to)) return false;
-  if (space) *space += from - to;
+bool FailingFiles::Cut(const QString& path, const platform::FileState& seen, std::int64_t size) {
+  auto there = seen;
+  there.device -= devices;
+  if (locked || cutFails || !real_.Cut(path, there, size)) return false;
+  if (space) *space += seen.size - size;
   return true;
 }
 

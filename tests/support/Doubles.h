@@ -106,14 +106,25 @@ class FakeLibraries final : public platform::Libraries {
 /// Real files, on which writing fails as told.
 class FailingFiles final : public platform::Files {
  public:
-  platform::FileAppend Append(const QString& path, const QByteArray& bytes) override;
-  bool Cut(const QString& path, std::int64_t from, std::int64_t to) override;
+  std::optional<platform::FileState> Look(const QString& path) override;
+  platform::FileAppend Append(const QString& path, const std::optional<platform::FileState>& seen,
+                              const QByteArray& bytes) override;
+  bool Cut(const QString& path, const platform::FileState& seen, std::int64_t size) override;
+  QString VolumeOf(const QString& path) override { return volumeOf ? volumeOf(path) : real_.VolumeOf(path); }
   bool Replace(const QString& path, const QByteArray& bytes) override;
   std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override { return real_.Read(path, limit); }
+  std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) override {
+    if (unreadable) return std::nullopt;
+    return real_.ReadAt(path, from, count);
+  }
 
   bool locked = false;                ///< no file opens for writing
   std::optional<std::int64_t> space;  ///< bytes that are left on the disk
   bool cutFails = false;
+  bool unreadable = false;            ///< as a file is that may be extended and not looked into
+  std::function<void()> beforeWrite;  ///< what others do between a look at a file and the next write
+  std::function<QString(const QString& path)> volumeOf;
+  std::uint64_t devices = 0;  ///< added to the number of each file's device: another volume is mounted there
   int appends = 0;
 
  private:
@@ -128,8 +139,10 @@ class RecordedProcess final : public platform::Process {
     if (onEnd) onEnd();
     throw platform::ProcessEnded{status};
   }
+  void OnEndOrders(platform::EndOrders given) override { orders = std::move(given); }
   QString Folder() const override { return folder; }
 
+  platform::EndOrders orders;  ///< what the program does when it is told to end
   std::vector<int> ends;
   std::function<void()> onEnd;  ///< what is looked at in that moment, behind which a real process does nothing more
   QString folder = "/opt/zth";

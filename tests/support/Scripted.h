@@ -46,8 +46,19 @@ class ScriptedPrompts final : public platform::Prompts {
     return script.Take(question.text, platform::BoxAnswer::No);
   }
 
+  int Choose(const platform::ChoiceQuestion& question) override {
+    choicesShown.push_back(question);
+    if (whileShown) whileShown();
+    const QString pick = picks.Take(question.text, question.choices.value(question.escape));
+    const auto index = static_cast<int>(question.choices.indexOf(pick));
+    EXPECT_GE(index, 0) << "no choice " << pick.toStdString() << " among " << question.choices.join(", ").toStdString();
+    return index < 0 ? question.escape : index;
+  }
+
   Script<platform::BoxAnswer> script;
   std::vector<platform::BoxQuestion> shown;
+  Script<QString> picks;  ///< captions of choices
+  std::vector<platform::ChoiceQuestion> choicesShown;
   /// Runs while a box stands: what events do that a modal box lets through.
   std::function<void()> whileShown;
 };

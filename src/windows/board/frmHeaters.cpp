@@ -30,7 +30,7 @@ QString TemperatureCaption(int heater) {
 
 }  // namespace
 
-frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heater Control", context) {
+frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heater Control", context, kShowsBoard) {
   auto* column = new QVBoxLayout(this);
   for (int heater = 0; heater < kHeaters; ++heater) column->addWidget(MakeFrame(heater));
   lblNoAdapter_ = new QLabel("The heaters can be reached over USB only.", this);
@@ -40,7 +40,6 @@ frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heat
   auto* cmdClose = new QPushButton("Clo&se", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
-  SetDefaultButton(*cmdClose);
   SetCancelButton(*cmdClose);
   column->addStretch();
   column->addWidget(cmdClose, 0, Qt::AlignRight);

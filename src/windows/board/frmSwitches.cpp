@@ -1,5 +1,7 @@
 #include "windows/board/frmSwitches.h"
 
+#include <algorithm>
+
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -35,7 +37,8 @@ constexpr std::array kDevices{
 
 }  // namespace
 
-frmSwitches::frmSwitches(const Context& context) : ChildWindow("frmSwitches", "ADG715 Switch Control ", context) {
+frmSwitches::frmSwitches(const Context& context)
+    : ChildWindow("frmSwitches", "ADG715 Switch Control ", context, kShowsBoard) {
   QGroupBox* frame = MakeFrame();
   lblNoAdapter_ = new QLabel("The switches can be reached over USB only.", this);
   lblNoAdapter_->setObjectName("lblNoAdapter");
@@ -95,13 +98,18 @@ void frmSwitches::Form_Load() {
   for (const Device& device : kDevices) {
     const auto port = static_cast<unsigned>(link::ReadBoardPort(device.address));
     for (std::size_t bit = 0; bit < device.boxes; ++bit) {
-      chkSwitch_[device.firstBox + bit]->setChecked(base::GetBit(port, static_cast<int>(bit)));
+      read_[device.firstBox + bit] = base::GetBit(port, static_cast<int>(bit));
+      chkSwitch_[device.firstBox + bit]->setChecked(read_[device.firstBox + bit]);
     }
   }
 }
 
+bool frmSwitches::HoldsChanges() const {
+  return !std::ranges::equal(chkSwitch_, read_, {}, &QCheckBox::isChecked);
+}
+
 void frmSwitches::cmdRefresh_Click() {
-  Form_Load();
+  Load();
 }
 
 void frmSwitches::cmbApply_Click() {
@@ -113,7 +121,7 @@ void frmSwitches::cmbApply_Click() {
     }
     link::WriteBoardPortUnchecked(device.address, static_cast<std::int32_t>(port));
   }
-  Form_Load();  // the boxes show what the devices took
+  Load();  // the boxes show what the devices took
 }
 
 }  // namespace zth::windows

@@ -21,13 +21,17 @@ class frmSwitches final : public ChildWindow {
 
   void Form_Load() override;
 
+ protected:
+  bool HoldsChanges() const override;
+
  private:
   QGroupBox* MakeFrame();
   void cmdRefresh_Click();
   void cmbApply_Click();
 
-  /// Boxes 0 to 5 are bits 0 to 5 of the device at 0x4A, boxes 6 to 13 all bits of that at 0x48.
+  /// Boxes 0 to 5 are bits 0 to 5 of chip::kSwitchDevice0, boxes 6 to 13 all bits of chip::kSwitchDevice1.
   std::array<QCheckBox*, 14> chkSwitch_{};
+  std::array<bool, 14> read_{};  ///< what they showed when the board was last read
   QLabel* lblNoAdapter_ = nullptr;
 };
 

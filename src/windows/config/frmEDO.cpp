@@ -12,30 +12,30 @@ namespace {
 
 // Ticked masks the event. The boxes of the reserved bit 4 are hidden: they give back what was read.
 constexpr std::array kEdo1{
-    Check({"chkEDOEnable", 0}, "Enable EDO &1", 0x16, 0),
-    Check({"chkEDO1Mask", 0}, "Mask GPIO1 EDO1 Event", 0x37, 0),
-    Check({"chkEDO1Mask", 1}, "Mask GPIO2 EDO1 Event", 0x37, 1),
-    Check({"chkEDO1Mask", 2}, "Mask GPIO3 EDO1 Event", 0x37, 2),
-    Check({"chkEDO1Mask", 3}, "Mask GPIO4 EDO1 Event", 0x37, 3),
-    Check({"chkEDO1Mask", 4}, nullptr, 0x37, 4),
-    Check({"chkEDO1Mask", 5}, "Mask Fan Status EDO1 Event", 0x37, 5),
-    Check({"chkEDO1Mask", 6}, "Mask THERM EDO1 Event", 0x37, 6),
-    Check({"chkEDO1Mask", 7}, "Mask Voltage EDO1 Event", 0x37, 7),
+    Check({"chkEDOEnable", 0}, "Enable EDO &1", At("EDO Enable", "EDO1")),
+    Check({"chkEDO1Mask", 0}, "Mask GPIO1 EDO1 Event", At("EDO Mask 1", "GIO1")),
+    Check({"chkEDO1Mask", 1}, "Mask GPIO2 EDO1 Event", At("EDO Mask 1", "GIO2")),
+    Check({"chkEDO1Mask", 2}, "Mask GPIO3 EDO1 Event", At("EDO Mask 1", "DIO3")),
+    Check({"chkEDO1Mask", 3}, "Mask GPIO4 EDO1 Event", At("EDO Mask 1", "GIO4")),
+    Check({"chkEDO1Mask", 4}, nullptr, "EDO Mask 1"_reg, 4),
+    Check({"chkEDO1Mask", 5}, "Mask Fan Status EDO1 Event", At("EDO Mask 1", "Fan")),
+    Check({"chkEDO1Mask", 6}, "Mask THERM EDO1 Event", At("EDO Mask 1", "Temp")),
+    Check({"chkEDO1Mask", 7}, "Mask Voltage EDO1 Event", At("EDO Mask 1", "Volt")),
 };
 constexpr std::array kEdo2{
-    Check({"chkEDOEnable", 1}, "Enable EDO &2", 0x16, 1),
-    Check({"chkEDO2Mask", 0}, "Mask GPIO1 EDO2 Event", 0x38, 0),
-    Check({"chkEDO2Mask", 1}, "Mask GPIO2 EDO2 Event", 0x38, 1),
-    Check({"chkEDO2Mask", 2}, "Mask GPIO3 EDO2 Event", 0x38, 2),
-    Check({"chkEDO2Mask", 3}, "Mask GPIO4 EDO2 Event", 0x38, 3),
-    Check({"chkEDO2Mask", 4}, nullptr, 0x38, 4),
-    Check({"chkEDO2Mask", 5}, "Mask Fan Status EDO2 Event", 0x38, 5),
-    Check({"chkEDO2Mask", 6}, "Mask THERM EDO2 Event", 0x38, 6),
-    Check({"chkEDO2Mask", 7}, "Mask Voltage EDO2 Event", 0x38, 7),
+    Check({"chkEDOEnable", 1}, "Enable EDO &2", At("EDO Enable", "EDO2")),
+    Check({"chkEDO2Mask", 0}, "Mask GPIO1 EDO2 Event", At("EDO Mask 2", "GIO1")),
+    Check({"chkEDO2Mask", 1}, "Mask GPIO2 EDO2 Event", At("EDO Mask 2", "GIO2")),
+    Check({"chkEDO2Mask", 2}, "Mask GPIO3 EDO2 Event", At("EDO Mask 2", "DIO3")),
+    Check({"chkEDO2Mask", 3}, "Mask GPIO4 EDO2 Event", At("EDO Mask 2", "GIO4")),
+    Check({"chkEDO2Mask", 4}, nullptr, "EDO Mask 2"_reg, 4),
+    Check({"chkEDO2Mask", 5}, "Mask Fan Status EDO2 Event", At("EDO Mask 2", "Fan")),
+    Check({"chkEDO2Mask", 6}, "Mask THERM EDO2 Event", At("EDO Mask 2", "Temp")),
+    Check({"chkEDO2Mask", 7}, "Mask Voltage EDO2 Event", At("EDO Mask 2", "Volt")),
 };
 constexpr auto kRows = Joined(kEdo1, kEdo2);
-constexpr std::array kReads{Read(0x16), Read(0x37, 2)};
-constexpr std::array kWrites{Modify(0x16), Whole(0x37), Whole(0x38)};
+constexpr std::array kReads{Read("EDO Enable"_reg), Read("EDO Mask 1"_reg, 2)};
+constexpr std::array kWrites{Modify("EDO Enable"_reg), Whole("EDO Mask 1"_reg), Whole("EDO Mask 2"_reg)};
 static_assert(IsSound(kRows, kReads, kWrites));
 
 }  // namespace

@@ -42,13 +42,15 @@ struct SetupOption {
 // In the order in which they run. The blanks at the ends belong to the texts.
 // clang-format off
 constexpr std::array<SetupOption, 7> kSetupOptions{{
-    {{{"chkOption", 0}, "Set &Easy Configuration Option", 0x14, Bits(4, 0)}, true, Action::EasyOption},
-    {{{"chkOption", 1}, "Enable &Tachs 1-4 ", 0x07, Bits(3, 0)}, true, Action::SetBits},
-    {{{"chkOption", 2}, "Enable '&Setup Complete' configuration bit", 0x01, Bits(5, 5)}, true, Action::SetBits},
-    {{{"chkOption", 3}, "Load &Graphing Window", 0, {}}, true, Action::OpenGraphs},
-    {{{"chkOption", 4}, "Set Max &PWM1-4 to 100%", 0x2C, Bits(7, 0)}, true, Action::WriteOnes},
-    {{{"chkOption", 5}, "Set fa&ns to run at Max PWM", 0x02, Bits(5, 5)}, false, Action::SetBits},
-    {{{"chkOption", 6}, "Set ALERT to Co&mparator mode ", 0x01, Bits(3, 3)}, false, Action::SetBits},
+    {Check({"chkOption", 0}, "Set &Easy Configuration Option", {"Easy Config"_reg, Bits(4, 0)}),
+     true, Action::EasyOption},
+    {Check({"chkOption", 1}, "Enable &Tachs 1-4 ", chip::kTachs1To4), true, Action::SetBits},
+    {Check({"chkOption", 2}, "Enable '&Setup Complete' configuration bit", chip::kSetupComplete),
+     true, Action::SetBits},
+    {Check({"chkOption", 3}, "Load &Graphing Window", {}), true, Action::OpenGraphs},
+    {Check({"chkOption", 4}, "Set Max &PWM1-4 to 100%", {"PWM 1-4 Max"_reg, Bits(7, 0)}), true, Action::WriteOnes},
+    {Check({"chkOption", 5}, "Set fa&ns to run at Max PWM", At("Configuration 2", "FFS")), false, Action::SetBits},
+    {Check({"chkOption", 6}, "Set ALERT to Co&mparator mode ", At("Configuration 1", "ALT")), false, Action::SetBits},
 }};
 // clang-format on
 constexpr std::uint8_t kEasyConfig = kSetupOptions[0].row.reg;

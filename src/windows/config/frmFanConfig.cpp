@@ -24,68 +24,71 @@ constexpr std::array kRampRates{"35 sec", "17.6  sec", "11.8  sec", "7 sec", "4.
 constexpr std::array kFrequencies{"11Hz", "14.7Hz", "22.1Hz", "29.4Hz", "35.3Hz", "44.1Hz", "58.8Hz", "88.2Hz"};
 
 constexpr std::array kFullSpeed{
-    Check("chkThermFS1", "Fans go to Full &Speed on THERM1 Assertion", 0x0D, 0, Sense::Inverted),
-    Check("chkThermFS2", "Fans go to F&ull Speed on THERM2 Assertion", 0x0D, 1, Sense::Inverted),
-    Check("chkVRD1", "&Enable VRD1  Boost", 0x02, 3, Sense::Inverted),
-    Check("chkVRD2", "Ena&ble VRD2  Boost", 0x02, 4, Sense::Inverted),
-    Check("chkFullSpeed", "&Run Fans at Full Speed", 0x02, 5),
+    Check("chkThermFS1", "Fans go to Full &Speed on THERM1 Assertion", At("THERM Configuration", "B1"),
+          Sense::Inverted),
+    Check("chkThermFS2", "Fans go to F&ull Speed on THERM2 Assertion", At("THERM Configuration", "B2"),
+          Sense::Inverted),
+    Check("chkVRD1", "&Enable VRD1  Boost", At("Configuration 2", "VB1"), Sense::Inverted),
+    Check("chkVRD2", "Ena&ble VRD2  Boost", At("Configuration 2", "VB2"), Sense::Inverted),
+    Check("chkFullSpeed", "&Run Fans at Full Speed", At("Configuration 2", "FFS")),
 };
 constexpr std::array kDrive{
-    Check("chkPWMMode", "Enable High Fre&quency PWM", 0x02, 2),
-    Check("chkDisFastSpin", "&Disable Fast Spin-up", 0x01, 4),
-    Text("txtMaxPWM", "Ma&x PWM 1-4", 0x2C, Bits(7, 0), kDuty, "UpDown1"),
+    Check("chkPWMMode", "Enable High Fre&quency PWM", At("Configuration 2", "HF")),
+    Check("chkDisFastSpin", "&Disable Fast Spin-up", At("Configuration 1", "DFS")),
+    Text("txtMaxPWM", "Ma&x PWM 1-4", {"PWM 1-4 Max"_reg, Bits(7, 0)}, kDuty, "UpDown1"),
 };
 constexpr std::array kMeasurement{
-    Check("chkFastMeasure", "Fast Fan Speed &Measurement ", 0x02, 0),
-    List("cmbTachPulses", "&No. Tach Pulses", 0x02, Bits(7, 6), kPulses),
+    Check("chkFastMeasure", "Fast Fan Speed &Measurement ", At("Configuration 2", "Fst")),
+    List("cmbTachPulses", "&No. Tach Pulses", At("Configuration 2", "#FP"), kPulses),
 };
 
-/// Where one PWM's bits stand.
+/// Where one PWM's bits stand. Those of the acoustics go by number: both enables of the second register are named
+/// "En3".
 struct Pwm {
-  int config;
-  int acoustics;
-  int frequency;
-  int minimum;
+  std::uint8_t config;
+  std::uint8_t acoustics;
+  std::uint8_t frequency;
+  std::uint8_t minimum;
   int bit;               ///< its own bit of the acoustics and of the frequency register
   base::BitField field;  ///< its own field of both
-  int tachBit;           ///< its bit of 0x08
+  int tachBit;           ///< its bit of "Tach Configuration", whose names run the other way round
   const char* continuous;
   const char* upDown;
 };
 
 constexpr std::array<Pwm, 4> kPwms{{
-    {0x21, 0x1A, 0x25, 0x28, 0, Bits(4, 2), 0, "Enable Continuous Readin&gs on Tach1/Tach5 (Low Freq. Mode)",
-     "UpDown2"},
-    {0x22, 0x1A, 0x25, 0x29, 1, Bits(7, 5), 1, "Enable Continuous Readin&gs on Tach2/Tach6 (Low Freq. Mode)",
-     "UpDown3"},
-    {0x23, 0x1B, 0x26, 0x2A, 0, Bits(4, 2), 2, "Enable Continuous Readin&gs on Tach3/Tach7 (Low Freq. Mode)",
-     "UpDown4"},
-    {0x24, 0x1B, 0x26, 0x2B, 1, Bits(7, 5), 3, "Enable Continuous Readin&gs on Tach4/Tach8 (Low Freq. Mode)",
-     "UpDown5"},
+    {"PWM1 Config"_reg, "Enhance Acoustics 1"_reg, "PWM 1&2 Freq"_reg, "PWM1 Min"_reg, 0, Bits(4, 2), 0,
+     "Enable Continuous Readin&gs on Tach1/Tach5 (Low Freq. Mode)", "UpDown2"},
+    {"PWM2 Config"_reg, "Enhance Acoustics 1"_reg, "PWM 1&2 Freq"_reg, "PWM2 Min"_reg, 1, Bits(7, 5), 1,
+     "Enable Continuous Readin&gs on Tach2/Tach6 (Low Freq. Mode)", "UpDown3"},
+    {"PWM3 Config"_reg, "Enhance Acoustics 2"_reg, "PWM 3&4 Freq"_reg, "PWM3 Min"_reg, 0, Bits(4, 2), 2,
+     "Enable Continuous Readin&gs on Tach3/Tach7 (Low Freq. Mode)", "UpDown4"},
+    {"PWM4 Config"_reg, "Enhance Acoustics 2"_reg, "PWM 3&4 Freq"_reg, "PWM4 Min"_reg, 1, Bits(7, 5), 3,
+     "Enable Continuous Readin&gs on Tach4/Tach8 (Low Freq. Mode)", "UpDown5"},
 }};
 
 constexpr auto OutputRows(int i) {
   const Pwm& pwm = kPwms[static_cast<std::size_t>(i)];
   return std::array{
-      List({"cmbControl", i}, "Control &Source", pwm.config, Bits(7, 5), kSources),
-      Check({"chkEnActiveLow", i}, "PWM%1 &is Active Low", pwm.config, 4, Sense::Inverted),
+      List({"cmbControl", i}, "Control &Source", {pwm.config, chip::kBehaviour}, kSources),
+      Check({"chkEnActiveLow", i}, "PWM%1 &is Active Low", {pwm.config, Field("PWM1 Config", "Inv")}, Sense::Inverted),
   };
 }
 
 constexpr auto RampRows(int i) {
   const Pwm& pwm = kPwms[static_cast<std::size_t>(i)];
   return std::array{
-      List({"cmbSpinup", i}, "Spin-&up Timeout", pwm.config, Bits(2, 0), kSpinUps),
+      List({"cmbSpinup", i}, "Spin-&up Timeout", {pwm.config, Field("PWM1 Config", "Spin")}, kSpinUps),
       Check({"chkEnEnhance", i}, "&Enable Enhanced Acoustics on PWM%1", pwm.acoustics, pwm.bit),
-      List({"cmbRampRate", i}, "Enhance Acoustics &Ramp Rate", pwm.acoustics, pwm.field, kRampRates),
-      Check({"chk4xRampRate", i}, "4 &x Acoustic Ramp Rate", pwm.config, 3),
+      List({"cmbRampRate", i}, "Enhance Acoustics &Ramp Rate", {pwm.acoustics, pwm.field}, kRampRates),
+      Check({"chk4xRampRate", i}, "4 &x Acoustic Ramp Rate", {pwm.config, Field("PWM1 Config", "Slow")}),
   };
 }
 
 constexpr auto MinimumRows(int i) {
   const Pwm& pwm = kPwms[static_cast<std::size_t>(i)];
   return std::array{
-      Text({"txtMinPWM", i}, "PWM%1 Min &Duty Cycle", pwm.minimum, Bits(7, 0), kDuty, pwm.upDown),
+      Text({"txtMinPWM", i}, "PWM%1 Min &Duty Cycle", {pwm.minimum, Bits(7, 0)}, kDuty, pwm.upDown),
       Check({"chkMinSpeed", i}, "Hold PWM%1 at PWM&min at temperatures below Tmin", pwm.frequency, pwm.bit),
   };
 }
@@ -93,8 +96,8 @@ constexpr auto MinimumRows(int i) {
 constexpr auto LowFrequencyRows(int i) {
   const Pwm& pwm = kPwms[static_cast<std::size_t>(i)];
   return std::array{
-      List({"cmbLowFreq", i}, "Low  Fre&quency Selection", pwm.frequency, pwm.field, kFrequencies),
-      Check({"chkEnCont", i}, pwm.continuous, 0x08, pwm.tachBit),
+      List({"cmbLowFreq", i}, "Low  Fre&quency Selection", {pwm.frequency, pwm.field}, kFrequencies),
+      Check({"chkEnCont", i}, pwm.continuous, "Tach Configuration"_reg, pwm.tachBit),
   };
 }
 
@@ -105,20 +108,41 @@ constexpr auto PwmRows(int i) {
 constexpr auto kPwmRows = std::array{PwmRows(0), PwmRows(1), PwmRows(2), PwmRows(3)};
 
 constexpr std::array kTachs{
-    Check({"chkEnTach", 0}, "Enable Tach%1", 0x07, 0), Check({"chkEnTach", 1}, "Enable Tach%1", 0x07, 1),
-    Check({"chkEnTach", 2}, "Enable Tach%1", 0x07, 2), Check({"chkEnTach", 3}, "Enable Tach%1", 0x07, 3),
-    Check({"chkEnTach", 4}, "Enable Tach%1", 0x07, 4), Check({"chkEnTach", 5}, "Enable Tach%1", 0x07, 5),
-    Check({"chkEnTach", 6}, "Enable Tach%1", 0x07, 6), Check({"chkEnTach", 7}, "Enable Tach%1", 0x07, 7),
+    Check({"chkEnTach", 0}, "Enable Tach%1", At("Tach Enable", "T1E")),
+    Check({"chkEnTach", 1}, "Enable Tach%1", At("Tach Enable", "T2E")),
+    Check({"chkEnTach", 2}, "Enable Tach%1", At("Tach Enable", "T3E")),
+    Check({"chkEnTach", 3}, "Enable Tach%1", At("Tach Enable", "T4E")),
+    Check({"chkEnTach", 4}, "Enable Tach%1", At("Tach Enable", "T5E")),
+    Check({"chkEnTach", 5}, "Enable Tach%1", At("Tach Enable", "T6E")),
+    Check({"chkEnTach", 6}, "Enable Tach%1", At("Tach Enable", "T7E")),
+    Check({"chkEnTach", 7}, "Enable Tach%1", At("Tach Enable", "T8E")),
 };
 
 constexpr auto kRows =
     Joined(kFullSpeed, kDrive, kMeasurement, kPwmRows[0], kPwmRows[1], kPwmRows[2], kPwmRows[3], kTachs);
-constexpr std::array kReads{Read(0x07, 2), Read(0x01, 2), Read(0x0D),    Read(0x2C),
-                            Read(0x1A, 2), Read(0x21, 4), Read(0x25, 2), Read(0x28, 4)};
+constexpr std::array kReads{Read("Tach Enable"_reg, 2),         Read("Configuration 1"_reg, 2),
+                            Read("THERM Configuration"_reg),    Read("PWM 1-4 Max"_reg),
+                            Read("Enhance Acoustics 1"_reg, 2), Read("PWM1 Config"_reg, 4),
+                            Read("PWM 1&2 Freq"_reg, 2),        Read("PWM1 Min"_reg, 4)};
 constexpr std::array kWrites{
-    Whole(0x07), Whole(0x08), Modify(0x01), Modify(0x02), Whole(0x2C), Modify(0x0D),
-    Whole(0x1A), Whole(0x1B), Whole(0x21),  Whole(0x22),  Whole(0x23), Whole(0x24),
-    Whole(0x25), Whole(0x26), Whole(0x28),  Whole(0x29),  Whole(0x2A), Whole(0x2B),
+    Whole("Tach Enable"_reg),
+    Whole("Tach Configuration"_reg),
+    Modify("Configuration 1"_reg),
+    Modify("Configuration 2"_reg),
+    Whole("PWM 1-4 Max"_reg),
+    Modify("THERM Configuration"_reg),
+    Whole("Enhance Acoustics 1"_reg),
+    Whole("Enhance Acoustics 2"_reg),
+    Whole("PWM1 Config"_reg),
+    Whole("PWM2 Config"_reg),
+    Whole("PWM3 Config"_reg),
+    Whole("PWM4 Config"_reg),
+    Whole("PWM 1&2 Freq"_reg),
+    Whole("PWM 3&4 Freq"_reg),
+    Whole("PWM1 Min"_reg),
+    Whole("PWM2 Min"_reg),
+    Whole("PWM3 Min"_reg),
+    Whole("PWM4 Min"_reg),
 };
 static_assert(IsSound(kRows, kReads, kWrites));
 
@@ -128,6 +152,7 @@ frmFanConfig::frmFanConfig(const Context& context)
     : ConfigWindow("frmFanConfig", "Fan Configuration", context, {kRows, kReads, kWrites}) {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName("SSTab1");
+  OnTab(*tabs);
 
   QGridLayout& all = AddFramedPage(*tabs, "A&ll Fans", "Frame1", "Settings for all fans");
   BuildGroup(all, "Full speed and boost", kFullSpeed);
@@ -151,17 +176,16 @@ void frmFanConfig::BuildTachPage(QTabWidget& tabs) {
   BuildRows(grid, kTachs);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(fontMetrics().averageCharWidth());
-  const auto add = [&](const char* name, const char* caption, const char* tip) {
+  const auto add = [&](const char* name, const char* caption, const QString& tip) {
     auto* button = new QPushButton(caption, grid.parentWidget());
     button->setObjectName(name);
     button->setToolTip(tip);
     buttons->addWidget(button);
     return button;
   };
-  OnClick(*add("cmdEnableAll", "&Enable All", "Tick all eight: 0x07 bits 7:0, Tach Enable"),
-          [this] { cmdEnableAll_Click(); });
-  OnClick(*add("cmdDisableAll", "&Disable All", "Untick all eight: 0x07 bits 7:0, Tach Enable"),
-          [this] { cmdDisableAll_Click(); });
+  const QString place = PlaceOf(Check("", nullptr, {"Tach Enable"_reg, Bits(7, 0)}));
+  OnClick(*add("cmdEnableAll", "&Enable All", "Tick all eight: " + place), [this] { cmdEnableAll_Click(); });
+  OnClick(*add("cmdDisableAll", "&Disable All", "Untick all eight: " + place), [this] { cmdDisableAll_Click(); });
   buttons->addStretch();
   grid.addLayout(buttons, grid.rowCount(), 0, 1, 3);
 }

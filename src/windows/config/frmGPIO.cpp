@@ -26,37 +26,37 @@ constexpr std::array kStates{"Active", "Inactive"};
 
 // clang-format off
 constexpr std::array kRows{
-    Check("chkEnGPIO", "E&nable GPIO", 0x03, 0),
-    List({"cmbDir", 0}, nullptr, 0x09, Bits(1, 1), kDirections),
-    List({"cmbDir", 1}, nullptr, 0x09, Bits(3, 3), kDirections),
-    List({"cmbDir", 2}, nullptr, 0x09, Bits(5, 5), kDirections),
-    List({"cmbDir", 3}, nullptr, 0x09, Bits(7, 7), kDirections),
-    List({"cmbDir", 4}, nullptr, 0x0A, Bits(1, 1), kDirections),
-    List({"cmbDir", 5}, nullptr, 0x0A, Bits(3, 3), kDirections),
-    List({"cmbDir", 6}, nullptr, 0x0A, Bits(5, 5), kDirections),
-    List({"cmbDir", 7}, nullptr, 0x0A, Bits(7, 7), kDirections),
-    List({"cmbPolarity", 0}, nullptr, 0x09, Bits(0, 0), kPolarities),
-    List({"cmbPolarity", 1}, nullptr, 0x09, Bits(2, 2), kPolarities),
-    List({"cmbPolarity", 2}, nullptr, 0x09, Bits(4, 4), kPolarities),
-    List({"cmbPolarity", 3}, nullptr, 0x09, Bits(6, 6), kPolarities),
-    List({"cmbPolarity", 4}, nullptr, 0x0A, Bits(0, 0), kPolarities),
-    List({"cmbPolarity", 5}, nullptr, 0x0A, Bits(2, 2), kPolarities),
-    List({"cmbPolarity", 6}, nullptr, 0x0A, Bits(4, 4), kPolarities),
-    List({"cmbPolarity", 7}, nullptr, 0x0A, Bits(6, 6), kPolarities),
-    List({"cmbStatus", 0}, nullptr, 0xBF, Bits(0, 0), kStates),
-    List({"cmbStatus", 1}, nullptr, 0xBF, Bits(1, 1), kStates),
-    List({"cmbStatus", 2}, nullptr, 0xBF, Bits(2, 2), kStates),
-    List({"cmbStatus", 3}, nullptr, 0xBF, Bits(3, 3), kStates),
-    List({"cmbStatus", 4}, nullptr, 0xBF, Bits(4, 4), kStates),
-    List({"cmbStatus", 5}, nullptr, 0xBF, Bits(5, 5), kStates),
-    List({"cmbStatus", 6}, nullptr, 0xBF, Bits(6, 6), kStates),
-    List({"cmbStatus", 7}, nullptr, 0xBF, Bits(7, 7), kStates),
+    Check("chkEnGPIO", "E&nable GPIO", "Configuration 3"_reg, 0),
+    List({"cmbDir", 0}, nullptr, At("GPIO1_Bhvr", "D1"), kDirections),
+    List({"cmbDir", 1}, nullptr, At("GPIO1_Bhvr", "D2"), kDirections),
+    List({"cmbDir", 2}, nullptr, At("GPIO1_Bhvr", "D3"), kDirections),
+    List({"cmbDir", 3}, nullptr, At("GPIO1_Bhvr", "D4"), kDirections),
+    List({"cmbDir", 4}, nullptr, At("GPIO2_Bhvr", "D5"), kDirections),
+    List({"cmbDir", 5}, nullptr, At("GPIO2_Bhvr", "D6"), kDirections),
+    List({"cmbDir", 6}, nullptr, At("GPIO2_Bhvr", "D7"), kDirections),
+    List({"cmbDir", 7}, nullptr, At("GPIO2_Bhvr", "D8"), kDirections),
+    List({"cmbPolarity", 0}, nullptr, At("GPIO1_Bhvr", "P1"), kPolarities),
+    List({"cmbPolarity", 1}, nullptr, At("GPIO1_Bhvr", "P2"), kPolarities),
+    List({"cmbPolarity", 2}, nullptr, At("GPIO1_Bhvr", "P3"), kPolarities),
+    List({"cmbPolarity", 3}, nullptr, At("GPIO1_Bhvr", "P4"), kPolarities),
+    List({"cmbPolarity", 4}, nullptr, At("GPIO2_Bhvr", "P5"), kPolarities),
+    List({"cmbPolarity", 5}, nullptr, At("GPIO2_Bhvr", "P6"), kPolarities),
+    List({"cmbPolarity", 6}, nullptr, At("GPIO2_Bhvr", "P7"), kPolarities),
+    List({"cmbPolarity", 7}, nullptr, At("GPIO2_Bhvr", "P8"), kPolarities),
+    List({"cmbStatus", 0}, nullptr, At("GPIO Status,Host", "GP1"), kStates),
+    List({"cmbStatus", 1}, nullptr, At("GPIO Status,Host", "GP2"), kStates),
+    List({"cmbStatus", 2}, nullptr, At("GPIO Status,Host", "GP3"), kStates),
+    List({"cmbStatus", 3}, nullptr, At("GPIO Status,Host", "GP4"), kStates),
+    List({"cmbStatus", 4}, nullptr, At("GPIO Status,Host", "GP5"), kStates),
+    List({"cmbStatus", 5}, nullptr, At("GPIO Status,Host", "GP6"), kStates),
+    List({"cmbStatus", 6}, nullptr, At("GPIO Status,Host", "GP7"), kStates),
+    List({"cmbStatus", 7}, nullptr, At("GPIO Status,Host", "GP8"), kStates),
 };
 // clang-format on
-constexpr std::array kEnableRead{Read(0x03)};
-constexpr std::array kEnableWrite{Modify(0x03)};
-constexpr std::array kPinReads{Read(0x09, 2), Read(0xBF)};
-constexpr std::array kPinWrites{Whole(0x09), Whole(0x0A), Whole(0xBF)};
+constexpr std::array kEnableRead{Read("Configuration 3"_reg)};
+constexpr std::array kEnableWrite{Modify("Configuration 3"_reg)};
+constexpr std::array kPinReads{Read("GPIO1_Bhvr"_reg, 2), Read("GPIO Status,Host"_reg)};
+constexpr std::array kPinWrites{Whole("GPIO1_Bhvr"_reg), Whole("GPIO2_Bhvr"_reg), Whole("GPIO Status,Host"_reg)};
 static_assert(IsSound(kRows, Joined(kEnableRead, kPinReads), Joined(kEnableWrite, kPinWrites)));
 
 /// Where the pin configuration tells a pin's function, and the flag made of it: 0 while the pin serves GPIO.
@@ -67,14 +67,14 @@ struct PinFunction {
 
 // clang-format off
 constexpr std::array kPinFunctions{
-    PinFunction{Check({"chkPinEn", 0}, nullptr, 0x10, 4), &Flags::Pin1},
-    PinFunction{Check({"chkPinEn", 1}, nullptr, 0x10, 3), &Flags::Pin2},
-    PinFunction{Check({"chkPinEn", 2}, nullptr, 0x10, 2), &Flags::Pin3},
-    PinFunction{Check({"chkPinEn", 3}, nullptr, 0x10, 1), &Flags::Pin4},
-    PinFunction{Check({"chkPinEn", 4}, nullptr, 0x13, 3), &Flags::Pin31},
-    PinFunction{Check({"chkPinEn", 5}, nullptr, 0x13, 2), &Flags::Pin32},
-    PinFunction{{{"chkPinEn", 6}, nullptr, 0x13, Bits(7, 6)}, &Flags::Pin28},
-    PinFunction{{{"chkPinEn", 7}, nullptr, 0x13, Bits(5, 4)}, &Flags::Pin29},
+    PinFunction{Check({"chkPinEn", 0}, nullptr, At("Pin Config 1", "P1")), &Flags::Pin1},
+    PinFunction{Check({"chkPinEn", 1}, nullptr, At("Pin Config 1", "P2")), &Flags::Pin2},
+    PinFunction{Check({"chkPinEn", 2}, nullptr, At("Pin Config 1", "P3")), &Flags::Pin3},
+    PinFunction{Check({"chkPinEn", 3}, nullptr, At("Pin Config 1", "P4")), &Flags::Pin4},
+    PinFunction{Check({"chkPinEn", 4}, nullptr, At("Pin Config 4", "P31")), &Flags::Pin31},
+    PinFunction{Check({"chkPinEn", 5}, nullptr, At("Pin Config 4", "P32")), &Flags::Pin32},
+    PinFunction{Check({"chkPinEn", 6}, nullptr, At("Pin Config 4", "P28")), &Flags::Pin28},
+    PinFunction{Check({"chkPinEn", 7}, nullptr, At("Pin Config 4", "P29")), &Flags::Pin29},
 };
 // clang-format on
 
@@ -91,7 +91,8 @@ QComboBox* MakeList(const QString& name, Items items, const QString& spoken) {
 
 }  // namespace
 
-frmGPIO::frmGPIO(const Context& context) : ChildWindow("frmGPIO", "GPIO Configuration", context) {
+frmGPIO::frmGPIO(const Context& context)
+    : ChildWindow("frmGPIO", "GPIO Configuration", context, kShowsChip | kShowsPins | kFollowsModel) {
   auto* chkEnGPIO = new QCheckBox(CaptionOf(kRows[0]), this);
   chkEnGPIO->setObjectName("chkEnGPIO");
 

@@ -10,27 +10,29 @@ namespace zth::windows {
 namespace {
 
 constexpr std::array kMonitoring{
-    Check("chkEnableMonitoring", "Enable Temp/Voltage &Monitoring", 0x01, 0),
-    Check("chkEnVoltAve", "Enable Voltage Avera&ging", 0x01, 1),
-    Check("chkEnTempAve", "Enable &Temperature Averaging", 0x01, 2),
+    Check("chkEnableMonitoring", "Enable Temp/Voltage &Monitoring", At("Configuration 1", "MON")),
+    Check("chkEnVoltAve", "Enable Voltage Avera&ging", At("Configuration 1", "AVGV")),
+    Check("chkEnTempAve", "Enable &Temperature Averaging", At("Configuration 1", "AVGT")),
 };
 constexpr std::array kChip{
-    Check("chkAlertMode", "A&LERT mode = SMBus ", 0x01, 3, Sense::Inverted),
-    Check("chkSetupComplete", "&Setup Complete", 0x01, 5),
-    Check("chkShutDown", "Shut&down the ZTH4718", 0x02, 1),
+    Check("chkAlertMode", "A&LERT mode = SMBus ", At("Configuration 1", "ALT"), Sense::Inverted),
+    Check("chkSetupComplete", "&Setup Complete", chip::kSetupComplete),
+    Check("chkShutDown", "Shut&down the ZTH4718", At("Configuration 2", "Shdn")),
 };
+// The bits of "Configuration 3" go by their numbers: the table's names do not tell what they do.
 constexpr std::array kBus{
-    Check("chkEnSCLTmout", "&Enable SCL Timeout", 0x03, 1),
-    Check("chkEnSDATmout", "E&nable SDA Timeout", 0x03, 2),
+    Check("chkEnSCLTmout", "&Enable SCL Timeout", "Configuration 3"_reg, 1),
+    Check("chkEnSDATmout", "E&nable SDA Timeout", "Configuration 3"_reg, 2),
 };
 constexpr std::array kControl{
-    Check("chkVIDThreshold", "Ena&ble Low VID Threshold", 0x03, 3),
-    Check("chkVcore", "Enable Vco&re_Low", 0x03, 7),
-    Check("chkConLoop", "Enable Bac&kwards Compatible Control Loop", 0x0C, 6, Sense::Inverted),
+    Check("chkVIDThreshold", "Ena&ble Low VID Threshold", "Configuration 3"_reg, 3),
+    Check("chkVcore", "Enable Vco&re_Low", "Configuration 3"_reg, 7),
+    Check("chkConLoop", "Enable Bac&kwards Compatible Control Loop", At("Tmin_Cal2", "Ver"), Sense::Inverted),
 };
 constexpr auto kRows = Joined(kMonitoring, kChip, kBus, kControl);
-constexpr std::array kReads{Read(0x01, 3), Read(0x0C)};
-constexpr std::array kWrites{Modify(0x01), Modify(0x02), Modify(0x03), Modify(0x0C)};
+constexpr std::array kReads{Read("Configuration 1"_reg, 3), Read("Tmin_Cal2"_reg)};
+constexpr std::array kWrites{Modify("Configuration 1"_reg), Modify("Configuration 2"_reg),
+                             Modify("Configuration 3"_reg), Modify("Tmin_Cal2"_reg)};
 static_assert(IsSound(kRows, kReads, kWrites));
 
 }  // namespace

@@ -46,9 +46,11 @@ void AlignLists(std::initializer_list<QGroupBox*> boxes) {
 
 }  // namespace
 
-frmPinConfig::frmPinConfig(const Context& context) : ChildWindow("frmPinConfig", "Pin Configuration", context) {
+frmPinConfig::frmPinConfig(const Context& context)
+    : ChildWindow("frmPinConfig", "Pin Configuration", context, kShowsChip) {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName("SSTab1");
+  OnTab(*tabs);
   tabs->addTab(BuildEasyTab(), "&Easy Configuration");
   tabs->addTab(BuildIndividualTab(), "&Individual Pin Configuration");
   auto* column = new QVBoxLayout(this);
@@ -56,9 +58,12 @@ frmPinConfig::frmPinConfig(const Context& context) : ChildWindow("frmPinConfig",
 
   controls_ = new BoundControls(*this, kPinConfigRows);
   for (QRadioButton* option : optEasy_) OnToggle(*option, [this] { optEasy_Click(); });
-  OnSelect(List(kVidGroup), [this] { cmbPins1234_31_32_Click(); });
-  OnSelect(List(kDiode1Group), [this] { cmbPins1516_Click(); });
-  OnSelect(List(kDiode3Group), [this] { cmbPins1920_Click(); });
+  OnSelect(
+      List(kVidGroup), [this] { cmbPins1234_31_32_Click(); }, Wheel::WithFocus);
+  OnSelect(
+      List(kDiode1Group), [this] { cmbPins1516_Click(); }, Wheel::WithFocus);
+  OnSelect(
+      List(kDiode3Group), [this] { cmbPins1920_Click(); }, Wheel::WithFocus);
 }
 
 QWidget* frmPinConfig::BuildEasyTab() {
@@ -200,6 +205,10 @@ void frmPinConfig::Form_Load() {
   controls_->Load(kPinReads);
 }
 
+bool frmPinConfig::HoldsChanges() const {
+  return controls_->HoldsChanges();
+}
+
 void frmPinConfig::cmbPins1234_31_32_Click() {
   EnablePinsOf(kVidGroup);
 }
@@ -240,7 +249,7 @@ void frmPinConfig::cmdApply_Click() {
 void frmPinConfig::cmdEasyApply_Click() {
   controls_->Apply(kEasyWrites);
   // The chip has set the pins by itself.
-  Form_Load();
+  Load();
   ReloadLimits();
 }
 
@@ -250,7 +259,7 @@ void frmPinConfig::cmdClose_Click() {
 
 void frmPinConfig::ReloadLimits() {
   if (!LimitsOpen) return;
-  if (ChildWindow* limits = TheDesktop().FindWindow("frmLimits")) limits->Form_Load();
+  if (ChildWindow* limits = TheDesktop().FindWindow("frmLimits")) limits->Load();
 }
 
 }  // namespace zth::windows

@@ -27,6 +27,9 @@ class frmPinConfig final : public ChildWindow {
 
   void Form_Load() override;
 
+ protected:
+  bool HoldsChanges() const override;
+
  private:
   static constexpr int kEasyOptions = kEasyRows.size();
 

@@ -52,37 +52,39 @@ inline constexpr std::array kPin32{"GPIO 6", "PWM 2"};
 // Mnemonics go to the groups and to the pins of one digit; there are not enough characters for the rest.
 // clang-format off
 inline constexpr std::array kPins{
-    Pin{List(kVidGroup,    "VI&D Enable", 0x10, Bits(7, 7), items::kVid, Sense::Inverted), 10, PinBox::Vid},
-    Pin{List(kDiode1Group, "Pins 1&5/16", 0x10, Bits(6, 6), items::kPins1516, Sense::Inverted), 8, PinBox::Diodes},
-    Pin{List(kDiode3Group, "Pins 1&9/20", 0x10, Bits(5, 5), items::kPins1920, Sense::Inverted), 9, PinBox::Diodes},
-    Pin{List("cmbPin1",    "Pin&1",       0x10, Bits(4, 4), items::kPin1), 0, PinBox::Vid, kVidGroup},
-    Pin{List("cmbPin2",    "Pin&2",       0x10, Bits(3, 3), items::kPin2), 1, PinBox::Vid, kVidGroup},
-    Pin{List("cmbPin3",    "Pin&3",       0x10, Bits(2, 2), items::kPin3), 2, PinBox::Vid, kVidGroup},
-    Pin{List("cmbPin4",    "Pin&4",       0x10, Bits(1, 1), items::kPin4), 3, PinBox::Vid, kVidGroup},
-    Pin{List("cmbPin7",    "Pin&7",       0x10, Bits(0, 0), items::kPin7), 4, PinBox::Inputs},
-    Pin{List("cmbPin8",    "Pin&8",       0x11, Bits(7, 7), items::kPin8), 5, PinBox::Inputs},
-    Pin{List("cmbPin13",   "Pin13",       0x11, Bits(6, 6), items::kPin13), 6, PinBox::Alarms},
-    Pin{List("cmbPin15",   "Pin15",       0x11, Bits(5, 5), items::kPin15), 7, PinBox::Diodes, kDiode1Group},
-    Pin{List("cmbPin20",   "Pin 19",      0x11, Bits(4, 4), items::kPin20), 12, PinBox::Diodes, kDiode3Group},
-    Pin{List("cmbPin21",   "Pin 21",      0x11, Bits(3, 3), items::kPin21), 13, PinBox::Inputs},
-    Pin{List("cmbPin22",   "Pin 22",      0x11, Bits(2, 2), items::kPin22), 14, PinBox::Inputs},
-    Pin{List("cmbPin23",   "Pin 23",      0x11, Bits(1, 0), items::kPin23), 15, PinBox::Inputs},
-    Pin{List("cmbPin24",   "Pin 24",      0x12, Bits(7, 6), items::kPin24), 16, PinBox::Inputs},
-    Pin{List("cmbPin25",   "Pin 25",      0x12, Bits(5, 4), items::kPin25), 17, PinBox::Inputs},
-    Pin{List("cmbPin26",   "Pin 26",      0x12, Bits(3, 2), items::kPin26), 18, PinBox::Inputs},
-    Pin{List("cmbPin27",   "Pin 27",      0x12, Bits(1, 1), items::kPin27), 19, PinBox::Alarms},
-    Pin{List("cmbPin28",   "Pin 28",      0x13, Bits(7, 6), items::kPin28), 20, PinBox::Alarms},
-    Pin{List("cmbPin29",   "Pin 29",      0x13, Bits(5, 4), items::kPin29), 21, PinBox::Alarms},
-    Pin{List("cmbPin31",   "Pin 31",      0x13, Bits(3, 3), items::kPin31), 22, PinBox::Vid, kVidGroup},
-    Pin{List("cmbPin32",   "Pin 32",      0x13, Bits(2, 2), items::kPin32), 23, PinBox::Vid, kVidGroup},
+    Pin{List(kVidGroup,    "VI&D Enable", At("Pin Config 1", "VID"), items::kVid, Sense::Inverted), 10, PinBox::Vid},
+    Pin{List(kDiode1Group, "Pins 1&5/16", At("Pin Config 1", "D1"), items::kPins1516, Sense::Inverted),
+        8, PinBox::Diodes},
+    Pin{List(kDiode3Group, "Pins 1&9/20", At("Pin Config 1", "D3"), items::kPins1920, Sense::Inverted),
+        9, PinBox::Diodes},
+    Pin{List("cmbPin1",    "Pin&1",       At("Pin Config 1", "P1"), items::kPin1), 0, PinBox::Vid, kVidGroup},
+    Pin{List("cmbPin2",    "Pin&2",       At("Pin Config 1", "P2"), items::kPin2), 1, PinBox::Vid, kVidGroup},
+    Pin{List("cmbPin3",    "Pin&3",       At("Pin Config 1", "P3"), items::kPin3), 2, PinBox::Vid, kVidGroup},
+    Pin{List("cmbPin4",    "Pin&4",       At("Pin Config 1", "P4"), items::kPin4), 3, PinBox::Vid, kVidGroup},
+    Pin{List("cmbPin7",    "Pin&7",       At("Pin Config 1", "P7"), items::kPin7), 4, PinBox::Inputs},
+    Pin{List("cmbPin8",    "Pin&8",       At("Pin Config 2", "P8"), items::kPin8), 5, PinBox::Inputs},
+    Pin{List("cmbPin13",   "Pin13",       At("Pin Config 2", "P13"), items::kPin13), 6, PinBox::Alarms},
+    Pin{List("cmbPin15",   "Pin15",       At("Pin Config 2", "P15"), items::kPin15), 7, PinBox::Diodes, kDiode1Group},
+    Pin{List("cmbPin20",   "Pin 19",      At("Pin Config 2", "P20"), items::kPin20), 12, PinBox::Diodes, kDiode3Group},
+    Pin{List("cmbPin21",   "Pin 21",      At("Pin Config 2", "P21"), items::kPin21), 13, PinBox::Inputs},
+    Pin{List("cmbPin22",   "Pin 22",      At("Pin Config 2", "P22"), items::kPin22), 14, PinBox::Inputs},
+    Pin{List("cmbPin23",   "Pin 23",      At("Pin Config 2", "P23"), items::kPin23), 15, PinBox::Inputs},
+    Pin{List("cmbPin24",   "Pin 24",      At("Pin Config 3", "P24"), items::kPin24), 16, PinBox::Inputs},
+    Pin{List("cmbPin25",   "Pin 25",      At("Pin Config 3", "P25"), items::kPin25), 17, PinBox::Inputs},
+    Pin{List("cmbPin26",   "Pin 26",      At("Pin Config 3", "P26"), items::kPin26), 18, PinBox::Inputs},
+    Pin{List("cmbPin27",   "Pin 27",      At("Pin Config 3", "P27"), items::kPin27), 19, PinBox::Alarms},
+    Pin{List("cmbPin28",   "Pin 28",      At("Pin Config 4", "P28"), items::kPin28), 20, PinBox::Alarms},
+    Pin{List("cmbPin29",   "Pin 29",      At("Pin Config 4", "P29"), items::kPin29), 21, PinBox::Alarms},
+    Pin{List("cmbPin31",   "Pin 31",      At("Pin Config 4", "P31"), items::kPin31), 22, PinBox::Vid, kVidGroup},
+    Pin{List("cmbPin32",   "Pin 32",      At("Pin Config 4", "P32"), items::kPin32), 23, PinBox::Vid, kVidGroup},
 };
 
 inline constexpr std::array kEasyRows{
-    Check({"optEasy", 0}, "Easy Option&%1", 0x14, 0),
-    Check({"optEasy", 1}, "Easy Option&%1", 0x14, 1),
-    Check({"optEasy", 2}, "Easy Option&%1", 0x14, 2),
-    Check({"optEasy", 3}, "Easy Option&%1", 0x14, 3),
-    Check({"optEasy", 4}, "Easy Option&%1", 0x14, 4),
+    Check({"optEasy", 0}, "Easy Option&%1", At("Easy Config", "Op1")),
+    Check({"optEasy", 1}, "Easy Option&%1", At("Easy Config", "Op2")),
+    Check({"optEasy", 2}, "Easy Option&%1", At("Easy Config", "Op3")),
+    Check({"optEasy", 3}, "Easy Option&%1", At("Easy Config", "Op4")),
+    Check({"optEasy", 4}, "Easy Option&%1", At("Easy Config", "Op5")),
 };
 
 /// What each Easy option sets up; nulls behind the last line.
@@ -104,9 +106,10 @@ inline constexpr auto kPinRows =
     std::apply([](const auto&... pins) { return std::array{pins.row...}; }, std::tuple_cat(kPins));
 inline constexpr auto kPinConfigRows = Joined(kPinRows, kEasyRows);
 
-inline constexpr std::array kPinReads{Read(0x10, 5)};
-inline constexpr std::array kPinWrites{Whole(0x10), Whole(0x11), Whole(0x12), Whole(0x13)};
-inline constexpr std::array kEasyWrites{Whole(0x14)};
+inline constexpr std::array kPinReads{Read("Pin Config 1"_reg, 5)};
+inline constexpr std::array kPinWrites{Whole("Pin Config 1"_reg), Whole("Pin Config 2"_reg), Whole("Pin Config 3"_reg),
+                                       Whole("Pin Config 4"_reg)};
+inline constexpr std::array kEasyWrites{Whole("Easy Config"_reg)};
 static_assert(IsSound(kPinConfigRows, kPinReads, Joined(kPinWrites, kEasyWrites)));
 
 }  // namespace zth::windows

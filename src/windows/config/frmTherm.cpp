@@ -17,33 +17,36 @@ namespace {
 constexpr std::array kWindows{"0.25", "0.5", "1", "2", "4", "8", "8", "8"};
 
 constexpr std::array kTimer{
-    Check("chkThermThreshold", "&Enable Low THERM Threshold", 0x03, 4),
-    Check({"chkEnTH", 0}, "Enable THERM&1 Timer", 0x0E, 0),
-    List({"cmbWindow", 0}, "THERM1 Timer Wi&ndow", 0x0D, Bits(4, 2), kWindows),
-    Check({"chkEnTH", 1}, "Enable THERM&2 Timer", 0x0F, 0),
-    List({"cmbWindow", 1}, "THERM2 Timer Win&dow", 0x0D, Bits(7, 5), kWindows),
+    Check("chkThermThreshold", "&Enable Low THERM Threshold", "Configuration 3"_reg, 4),
+    Check({"chkEnTH", 0}, "Enable THERM&1 Timer", At("Conf_Therm1", "T1TE")),
+    List({"cmbWindow", 0}, "THERM1 Timer Wi&ndow", At("THERM Configuration", "TW1"), kWindows),
+    Check({"chkEnTH", 1}, "Enable THERM&2 Timer", At("Conf_Therm2", "T2E")),
+    List({"cmbWindow", 1}, "THERM2 Timer Win&dow", At("THERM Configuration", "TW2"), kWindows),
 };
 constexpr std::array kTherm1{
-    Check({"chkTHAssert", 0}, "Assert THERM1 when Local Temp exceeds Local THERM Limit ", 0x0E, 1),
-    Check({"chkTHAssert", 1}, "Assert THERM1 when Remote1 Temp exceeds Remote1 THERM Limit ", 0x0E, 2),
-    Check({"chkTHAssert", 2}, "Assert THERM1 when Remote2 Temp exceeds Remote2 THERM Limit ", 0x0E, 3),
-    Check({"chkTHAssert", 3}, "Assert THERM1 when Remote3 Temp exceeds Remote3 THERM Limit ", 0x0E, 4),
+    Check({"chkTHAssert", 0}, "Assert THERM1 when Local Temp exceeds Local THERM Limit ", At("Conf_Therm1", "Lcl")),
+    Check({"chkTHAssert", 1}, "Assert THERM1 when Remote1 Temp exceeds Remote1 THERM Limit ", At("Conf_Therm1", "R1")),
+    Check({"chkTHAssert", 2}, "Assert THERM1 when Remote2 Temp exceeds Remote2 THERM Limit ", At("Conf_Therm1", "R2")),
+    Check({"chkTHAssert", 3}, "Assert THERM1 when Remote3 Temp exceeds Remote3 THERM Limit ", At("Conf_Therm1", "R3")),
 };
 constexpr std::array kTherm2{
-    Check({"chkTHAssert", 4}, "Assert THERM2 when Local Temp exceeds Local THERM Limit ", 0x0F, 1),
-    Check({"chkTHAssert", 5}, "Assert THERM2 when Remote1 Temp exceeds Remote1 THERM Limit ", 0x0F, 2),
-    Check({"chkTHAssert", 6}, "Assert THERM2 when Remote2 Temp exceeds Remote2 THERM Limit ", 0x0F, 3),
-    Check({"chkTHAssert", 7}, "Assert THERM2 when Remote3 Temp exceeds Remote3 THERM Limit ", 0x0F, 4),
+    Check({"chkTHAssert", 4}, "Assert THERM2 when Local Temp exceeds Local THERM Limit ", At("Conf_Therm2", "Lcl")),
+    Check({"chkTHAssert", 5}, "Assert THERM2 when Remote1 Temp exceeds Remote1 THERM Limit ", At("Conf_Therm2", "R1")),
+    Check({"chkTHAssert", 6}, "Assert THERM2 when Remote2 Temp exceeds Remote2 THERM Limit ", At("Conf_Therm2", "R2")),
+    Check({"chkTHAssert", 7}, "Assert THERM2 when Remote3 Temp exceeds Remote3 THERM Limit ", At("Conf_Therm2", "R3")),
 };
 constexpr std::array kHysteresis{
-    Text({"txtHyst", 0}, "&Local THERM Hysteresis", 0x54, Bits(3, 0), kNibble, "UpDown1"),
-    Text({"txtHyst", 1}, "Remote&1 THERM Hysteresis", 0x54, Bits(7, 4), kNibble, "UpDown2"),
-    Text({"txtHyst", 2}, "Remote&2 THERM Hysteresis", 0x55, Bits(3, 0), kNibble, "UpDown3"),
-    Text({"txtHyst", 3}, "Remote&3 THERM Hysteresis", 0x55, Bits(7, 4), kNibble, "UpDown4"),
+    Text({"txtHyst", 0}, "&Local THERM Hysteresis", At("Local/Remote 1 Hyst", "LH"), kNibble, "UpDown1"),
+    Text({"txtHyst", 1}, "Remote&1 THERM Hysteresis", At("Local/Remote 1 Hyst", "RH1"), kNibble, "UpDown2"),
+    Text({"txtHyst", 2}, "Remote&2 THERM Hysteresis", At("Remote 2 / Remote 3 Hyst", "RH2"), kNibble, "UpDown3"),
+    Text({"txtHyst", 3}, "Remote&3 THERM Hysteresis", At("Remote 2 / Remote 3 Hyst", "RH3"), kNibble, "UpDown4"),
 };
 constexpr auto kRows = Joined(kTimer, kTherm1, kTherm2, kHysteresis);
-constexpr std::array kReads{Read(0x03), Read(0x0D, 3), Read(0x54, 2)};
-constexpr std::array kWrites{Modify(0x03), Modify(0x0D), Whole(0x0E), Whole(0x0F), Whole(0x54), Whole(0x55)};
+constexpr std::array kReads{Read("Configuration 3"_reg), Read("THERM Configuration"_reg, 3),
+                            Read("Local/Remote 1 Hyst"_reg, 2)};
+constexpr std::array kWrites{Modify("Configuration 3"_reg),    Modify("THERM Configuration"_reg),
+                             Whole("Conf_Therm1"_reg),         Whole("Conf_Therm2"_reg),
+                             Whole("Local/Remote 1 Hyst"_reg), Whole("Remote 2 / Remote 3 Hyst"_reg)};
 static_assert(IsSound(kRows, kReads, kWrites));
 
 constexpr int kThermLimitsTab = 4;
@@ -54,6 +57,7 @@ frmTherm::frmTherm(const Context& context)
     : ConfigWindow("frmTherm", "THERM Configuration", context, {kRows, kReads, kWrites}) {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName("SSTab1");
+  OnTab(*tabs);
 
   QGridLayout& timer = AddPage(*tabs, "THERM &Timer");
   BuildRows(timer, kTimer);

@@ -9,22 +9,29 @@
 namespace zth::windows {
 namespace {
 
-// The registers enable, the captions disable: ticked is 0. Bit 0 of 0x18 and bits 7:6 of 0x19 have no box.
-constexpr Binding Attenuator(int index, const char* caption, int reg, int bit) {
-  return Check({"chkDisAtten", index}, caption, reg, bit, Sense::Inverted);
+// The registers enable, the captions disable: ticked is 0. "P5" and the reserved bits have no box. The bit of pin 8 is
+// named "P9".
+constexpr Binding Attenuator(int index, const char* caption, chip::RegisterField at) {
+  return Check({"chkDisAtten", index}, caption, at, Sense::Inverted);
 }
 
 constexpr std::array kRows{
-    Attenuator(0, "Disable Attenuators on Pin7", 0x18, 1),   Attenuator(1, "Disable Attenuators on Pin8", 0x18, 2),
-    Attenuator(2, "Disable Attenuators on Pin13", 0x18, 3),  Attenuator(3, "Disable Attenuators on Pin15", 0x18, 4),
-    Attenuator(4, "Disable Attenuators on Pin19", 0x18, 5),  Attenuator(5, "Disable Attenuators on Pin21", 0x18, 6),
-    Attenuator(6, "Disable Attenuators on Pin22", 0x18, 7),  Attenuator(7, "Disable Attenuators on Pin23", 0x19, 0),
-    Attenuator(8, "Disable Attenuators on Pin24", 0x19, 1),  Attenuator(9, "Disable Attenuators on Pin25", 0x19, 2),
-    Attenuator(10, "Disable Attenuators on Pin26", 0x19, 3), Attenuator(11, "Disable Attenuators on Pin28", 0x19, 4),
-    Attenuator(12, "Disable Attenuators on Pin29", 0x19, 5),
+    Attenuator(0, "Disable Attenuators on Pin7", At("Attenuators 1 En", "P7")),
+    Attenuator(1, "Disable Attenuators on Pin8", At("Attenuators 1 En", "P9")),
+    Attenuator(2, "Disable Attenuators on Pin13", At("Attenuators 1 En", "P13")),
+    Attenuator(3, "Disable Attenuators on Pin15", At("Attenuators 1 En", "P15")),
+    Attenuator(4, "Disable Attenuators on Pin19", At("Attenuators 1 En", "P19")),
+    Attenuator(5, "Disable Attenuators on Pin21", At("Attenuators 1 En", "P21")),
+    Attenuator(6, "Disable Attenuators on Pin22", At("Attenuators 1 En", "P22")),
+    Attenuator(7, "Disable Attenuators on Pin23", At("Attenuators 2 En", "P23")),
+    Attenuator(8, "Disable Attenuators on Pin24", At("Attenuators 2 En", "P24")),
+    Attenuator(9, "Disable Attenuators on Pin25", At("Attenuators 2 En", "P25")),
+    Attenuator(10, "Disable Attenuators on Pin26", At("Attenuators 2 En", "P26")),
+    Attenuator(11, "Disable Attenuators on Pin28", At("Attenuators 2 En", "P28")),
+    Attenuator(12, "Disable Attenuators on Pin29", At("Attenuators 2 En", "P29")),
 };
-constexpr std::array kReads{Read(0x18, 2)};
-constexpr std::array kWrites{Whole(0x18), Whole(0x19)};
+constexpr std::array kReads{Read("Attenuators 1 En"_reg, 2)};
+constexpr std::array kWrites{Whole("Attenuators 1 En"_reg), Whole("Attenuators 2 En"_reg)};
 static_assert(IsSound(kRows, kReads, kWrites));
 
 }  // namespace

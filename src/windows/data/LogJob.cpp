@@ -1,13 +1,17 @@
 #include "windows/data/LogJob.h"
 
 #include <algorithm>
+#include <deque>
 #include <vector>
+
+#include <QFileInfo>
 
 #include "base/NumberText.h"
 #include "base/Rounding.h"
 #include "chip/Measurements.h"
 #include "windows/SharedState.h"
 #include "windows/data/LogFile.h"
+#include "windows/data/frmLogging.h"
 
 namespace zth::windows {
 namespace {
@@ -17,14 +21,17 @@ constexpr double kRetrySeconds = 1.0;
 /// The running log comes last; before it stand the files of earlier ones that still owe lines.
 std::vector<LogFile> logs;
 
-/// The status bar tells of lines that wait.
-bool trouble = false;
+/// A head that WriteLogHead has written, for the log that StartLog starts.
+std::optional<LogFile> begun;
 
-std::int64_t Waiting() {
-  std::int64_t lines = 0;
-  for (const LogFile& log : logs) lines += log.Waiting();
-  return lines;
-}
+/// The last file that had to be begun anew, since the log was started.
+QString accident;
+
+/// When the last lines came, by the clock.
+std::deque<double> stamps;
+
+/// The status bar tells of trouble.
+bool troubleShows = false;
 
 std::int64_t Lost() {
   std::int64_t lines = 0;
@@ -32,8 +39,14 @@ std::int64_t Lost() {
   return lines;
 }
 
-void FlushAll(platform::Files& files) {
-  for (LogFile& log : logs) log.Flush(files);
+void FlushAll(const platform::Services& services) {
+  for (LogFile& log : logs) {
+    log.Flush(services.files);
+    const QString what = log.TakeAccident();
+    if (what.isEmpty()) continue;
+    accident = QFileInfo(log.Path()).fileName() + " begun anew at " + services.clock.WallTime().toString("HH:mm:ss") +
+               ": " + what;
+  }
 }
 
 /// Lets go of the files that owe nothing, but for that of the running log.
@@ -47,13 +60,23 @@ void DropDone() {
   logs = std::move(kept);
 }
 
+QString WaitingText() {
+  const std::int64_t waiting = LogLinesWaiting();
+  if (waiting == 0 && Lost() == 0) return {};
+  const QString text = QString("file not writable, %1 %2 waiting").arg(waiting).arg(waiting == 1 ? "line" : "lines");
+  return Lost() == 0 ? text : text + QString(", %1 lost").arg(Lost());
+}
+
 void ShowState(Desktop& desktop) {
-  QString text = LogActive ? "Logging Enabled" : "Ready";
-  const bool waits = Waiting() > 0 || Lost() > 0;
-  if (waits) text += QString(" - file not writable, %1 lines waiting").arg(Waiting());
-  if (Lost() > 0) text += QString(", %1 lost").arg(Lost());
-  if (waits || trouble) desktop.SetStatus(text);
-  trouble = waits;
+  // Without a log the bar tells of what is still to come; what has been is told in the window until the next start.
+  const QString trouble = LogActive ? LogTrouble() : WaitingText();
+  if (!trouble.isEmpty()) {
+    desktop.SetStatus((LogActive ? "Logging Enabled - " : "Ready - ") + trouble);
+  } else if (troubleShows) {
+    desktop.SetStatus(LogActive ? "Logging Enabled" : "Ready");
+  }
+  troubleShows = !trouble.isEmpty();
+  if (auto* window = qobject_cast<frmLogging*>(desktop.FindWindow("frmLogging"))) window->ShowState();
 }
 
 }  // namespace
@@ -68,21 +91,46 @@ std::string BuildLogLine() {
   return line;
 }
 
+std::int64_t LogLinesWaiting() {
+  std::int64_t lines = 0;
+  for (const LogFile& log : logs) lines += log.Waiting();
+  return lines;
+}
+
+QString LogTrouble() {
+  const QString waiting = WaitingText();
+  return waiting + (waiting.isEmpty() || accident.isEmpty() ? "" : " - ") + accident;
+}
+
+std::optional<double> LogPace() {
+  constexpr std::size_t kFewest = 4;
+  if (!LogActive || stamps.size() < kFewest) return std::nullopt;
+  const double span = stamps.back() - stamps.front();
+  if (span <= 0) return std::nullopt;
+  return span / static_cast<double>(stamps.size() - 1);
+}
+
 bool WriteLogHead(platform::Files& files, const std::string& header) {
   // Lines that an earlier log still owes to this file come before the new head.
   for (LogFile& log : logs) {
     if (log.Path() == LogFileName && !log.Flush(files)) return false;
   }
-  const QByteArray head = "\r\nZTH4718 Log File\r\n\r\n" + QByteArray::fromStdString(header) + "\r\n";
-  const platform::FileAppend done = files.Append(LogFileName, head);
-  if (done.opened && done.written == head.size()) return true;
-  if (done.written > 0) files.Cut(LogFileName, done.before + done.written, done.before);
+  begun.emplace(LogFileName, "\r\nZTH4718 Log File\r\n\r\n" + QByteArray::fromStdString(header) + "\r\n");
+  if (begun->Begin(files)) return true;
+  begun.reset();
   return false;
 }
 
 void StartLog(std::int32_t periodMs, Desktop& desktop) {
   DropDone();
-  logs.emplace_back(LogFileName);
+  if (begun && begun->Path() == LogFileName) {
+    logs.push_back(std::move(*begun));
+  } else {
+    logs.emplace_back(LogFileName, QByteArray());
+  }
+  begun.reset();
+  accident.clear();
+  stamps.clear();
   LogPeriodMs = periodMs;
   LogActive = true;
   LogSampleCount = 0;
@@ -92,7 +140,7 @@ void StartLog(std::int32_t periodMs, Desktop& desktop) {
 
 void StopLog(const Context& context) {
   LogActive = false;
-  FlushAll(context.services.files);
+  FlushAll(context.services);
   DropDone();
   context.desktop.SetStatus("Ready");
   ShowState(context.desktop);
@@ -107,27 +155,31 @@ double LogPeriodSeconds() {
 }
 
 void RunLogJob(const Context& context) {
-  platform::Files& files = context.services.files;
   if (LogActive) {
-    if (logs.empty()) logs.emplace_back(LogFileName);
+    if (logs.empty()) logs.emplace_back(LogFileName, QByteArray());
     const std::string line = BuildLogLine();
     // A full store is emptied first, if it can be, so that no line is lost that the file would have taken.
-    if (Waiting() >= kMostWaitingLines) FlushAll(files);
-    logs.back().Add(line, kMostWaitingLines - Waiting());
+    if (LogLinesWaiting() >= kMostWaitingLines) FlushAll(context.services);
+    logs.back().Add(line, kMostWaitingLines - LogLinesWaiting());
     ++LogSampleCount;
+    stamps.push_back(context.services.clock.Now());
+    if (stamps.size() > kPaceLines) stamps.pop_front();
   }
-  FlushAll(files);
+  FlushAll(context.services);
   DropDone();
   ShowState(context.desktop);
 }
 
 void FinishLog(platform::Files& files) {
-  FlushAll(files);
+  for (LogFile& log : logs) log.Flush(files);
 }
 
 void ResetLog() {
   logs.clear();
-  trouble = false;
+  begun.reset();
+  accident.clear();
+  stamps.clear();
+  troubleShows = false;
 }
 
 }  // namespace zth::windows

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "windows/Desktop.h"
@@ -35,6 +36,17 @@ void RunLogJob(const Context& context);
 
 /// Tries once more to write the lines that wait: for the end of the program.
 void FinishLog(platform::Files& files);
+
+/// Lines that wait for a file that cannot be written, over all files.
+std::int64_t LogLinesWaiting();
+
+/// What has gone wrong with the files, for people: lines that wait, a file that had to be begun anew since the log was
+/// started. Empty as a rule.
+QString LogTrouble();
+
+/// Seconds from line to line by the clock, over the last kPaceLines of the running log; nothing before there are some.
+std::optional<double> LogPace();
+inline constexpr int kPaceLines = 20;
 
 /// Forgets all lines and files.
 void ResetLog();

@@ -31,7 +31,7 @@ int VoltagesPresent() {
 
 }  // namespace
 
-frmGraph::frmGraph(const Context& context) : ChildWindow("frmGraph", "Graphing", context) {
+frmGraph::frmGraph(const Context& context) : ChildWindow("frmGraph", "Graphing", context, kShowsPins | kShowsDuties) {
   MakeHeader();
   MakeCharts();
   lblHint_ =
@@ -39,7 +39,8 @@ frmGraph::frmGraph(const Context& context) : ChildWindow("frmGraph", "Graphing",
   lblHint_->setObjectName("lblHint");
   lblHint_->setAlignment(Qt::AlignCenter);
   lblHint_->setForegroundRole(QPalette::PlaceholderText);
-  OnSelect(*cmbGraph_, [this] { cmbGraph_Click(); });
+  OnSelect(
+      *cmbGraph_, [this] { cmbGraph_Click(); }, Wheel::WithFocus);
   OnChange(*txtUpdate_, [this] { txtUpdate_Change(); });
 }
 
@@ -88,6 +89,15 @@ void frmGraph::Form_Load() {
   GraphOpen = true;
 }
 
+void frmGraph::Reread() {
+  const int graph = cmbGraph_->currentIndex();
+  const QString period = txtUpdate_->text();
+  stpGraph_[5]->SetUp(GraphSetup(5, VoltagesPresent()));
+  Load();
+  cmbGraph_->setCurrentIndex(graph);
+  txtUpdate_->setText(period);
+}
+
 void frmGraph::Form_Unload() {
   GraphOpen = false;
 }
@@ -101,7 +111,7 @@ QSize frmGraph::sizeHint() const {
 QSize frmGraph::minimumSizeHint() const {
   QSize chart;
   for (const widgets::Strip* each : stpGraph_) chart = chart.expandedTo(each->minimumSizeHint());
-  const int around = base::PixelsFromTwips(kHeaderTwips + kFooterTwips);
+  const int around = top_ + base::PixelsFromTwips(kHeaderTwips + kFooterTwips);
   return {std::max(header_->minimumSizeHint().width(), chart.width()), chart.height() + around};
 }
 
@@ -118,14 +128,20 @@ void frmGraph::ShowGraph(int index) {
 
 void frmGraph::Place(widgets::Strip& chart) {
   chart.SetLeft(0);
-  chart.SetTop(kHeaderTwips);
+  const int top = base::TwipsFromPixels(top_) + kHeaderTwips;
+  chart.SetTop(top);
   chart.SetWidth(base::TwipsFromPixels(width()));
-  chart.SetHeight(base::TwipsFromPixels(height()) - kHeaderTwips - kFooterTwips);
+  chart.SetHeight(base::TwipsFromPixels(height()) - top - kFooterTwips);
 }
 
 void frmGraph::resizeEvent(QResizeEvent* event) {
   ChildWindow::resizeEvent(event);
-  header_->setGeometry(0, 0, width(), base::PixelsFromTwips(kHeaderTwips));
+  Arrange();
+}
+
+void frmGraph::Arrange() {
+  top_ = PlaceBar();
+  header_->setGeometry(0, top_, width(), base::PixelsFromTwips(kHeaderTwips));
   const int footer = base::PixelsFromTwips(kFooterTwips);
   lblHint_->setGeometry(0, height() - footer, width(), footer);
   lblHint_->setVisible(lblHint_->sizeHint().width() <= width());  // half a hint is none

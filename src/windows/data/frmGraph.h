@@ -29,8 +29,12 @@ class frmGraph final : public ChildWindow {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void BarChanged() override { Arrange(); }
+  /// The chart that shows and the rate stay.
+  void Reread() override;
 
  private:
+  void Arrange();
   void MakeHeader();
   void MakeCharts();
   void ShowGraph(int index);
@@ -44,6 +48,7 @@ class frmGraph final : public ChildWindow {
   QComboBox* cmbGraph_ = nullptr;
   QLineEdit* txtUpdate_ = nullptr;
   QLabel* lblHint_ = nullptr;
+  int top_ = 0;  ///< where the header begins, in pixels
 };
 
 }  // namespace zth::windows

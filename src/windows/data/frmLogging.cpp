@@ -1,5 +1,10 @@
 #include "windows/data/frmLogging.h"
 
+#include <cmath>
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 #include <QCheckBox>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -71,13 +76,22 @@ constexpr std::array<const char*, chip::kLogChannels> kCaptions{"Local Temp",
 constexpr char kStart[] = "S&tart Logging";
 constexpr char kStop[] = "S&top logging...";
 
+/// A pace that is off by no more counts as kept.
+constexpr double kPaceTolerance = 0.03;
+constexpr double kLongestPace = 10.05;
+
 bool IsYes(float flag) {
   return flag == 1.0F;
 }
 
+QString PaceText(double seconds) {
+  return QString("true pace: %1 ms").arg(qRound64(seconds * 1000));
+}
+
 }  // namespace
 
-frmLogging::frmLogging(const Context& context) : ChildWindow("frmLogging", "Data Logging", context) {
+frmLogging::frmLogging(const Context& context)
+    : ChildWindow("frmLogging", "Data Logging", context, kShowsPins | kShowsDuties) {
   auto* temperatures = MakeFrame("Frame3", "Temperature Values");
   AddColumn(*temperatures, 0, 4, 0);
   AddColumn(*temperatures, 39, 6, 0, 4);
@@ -98,6 +112,12 @@ frmLogging::frmLogging(const Context& context) : ChildWindow("frmLogging", "Data
   column->addLayout(frames);
   column->addLayout(MakeCommandRow());
   column->addWidget(lblState_);
+  lblTrouble_ = new QLabel(this);
+  lblTrouble_->setObjectName("lblTrouble");
+  lblTrouble_->setTextFormat(Qt::PlainText);
+  lblTrouble_->setWordWrap(true);
+  lblTrouble_->setMinimumHeight(fontMetrics().height());
+  column->addWidget(lblTrouble_);
 }
 
 QGroupBox* frmLogging::MakeFrame(const char* name, const char* caption) {
@@ -141,6 +161,11 @@ QHBoxLayout* frmLogging::MakeCommandRow() {
   auto* row = new QHBoxLayout;
   row->addWidget(label);
   row->addLayout(upDown->Row());
+  lblPace_ = new QLabel(this);
+  lblPace_->setObjectName("lblPace");
+  // Room for the longest, so that nothing moves when it comes and goes.
+  lblPace_->setMinimumWidth(fontMetrics().horizontalAdvance(PaceText(kLongestPace)));
+  row->addWidget(lblPace_);
   row->addStretch();
   row->addWidget(MakeButton("cmdSelectAll", "S&elect  All", &frmLogging::cmdSelectAll_Click));
   row->addWidget(MakeButton("cmdDeselectAll", "&Deselect All", &frmLogging::cmdDeselectAll_Click));
@@ -152,7 +177,7 @@ QHBoxLayout* frmLogging::MakeCommandRow() {
   row->addWidget(cmdLogData_);
   auto* close = MakeButton("cmdClose", "C&lose", &frmLogging::cmdClose_Click);
   row->addWidget(close);
-  SetDefaultButton(*cmdLogData_);
+  SelectOnEnter();  // a stray Enter neither starts nor stops a log
   SetCancelButton(*close);
   return row;
 }
@@ -168,10 +193,36 @@ void frmLogging::Form_Load() {
   adjustSize();
 }
 
+void frmLogging::Reread() {
+  const QString interval = txtLogInt_->text();
+  std::vector<QCheckBox*> ticked;
+  std::ranges::copy_if(chkLog_, std::back_inserter(ticked), &QCheckBox::isChecked);
+  Load();
+  txtLogInt_->setText(interval);
+  for (QCheckBox* box : chkLog_) box->setChecked(box->isEnabled() && std::ranges::count(ticked, box) != 0);
+}
+
 void frmLogging::ShowState() {
   cmdLogData_->setText(LogActive ? kStop : kStart);
-  lblState_->setText(LogActive ? "Logging to " + QFileInfo(LogFileName).fileName() : QString("Not logging"));
-  lblState_->setToolTip(LogActive ? LogFileName : QString());
+  const QString file = LogActive ? LogFileName : refused_;
+  const QString name = QFileInfo(file).fileName();
+  lblState_->setText(LogActive        ? "Logging to " + name
+                     : file.isEmpty() ? QString("Not logging")
+                                      : "Not logging: " + name + " could not be written");
+  lblState_->setToolTip(file);
+  lblTrouble_->setText(LogTrouble());
+  ShowPace();
+}
+
+void frmLogging::ShowPace() {
+  const double nominal = LogPeriodMs / 1000.0;
+  const auto pace = LogPace();
+  const bool differs = pace && std::abs(*pace - nominal) > nominal * kPaceTolerance;
+  lblPace_->setText(differs ? PaceText(*pace) : QString());
+  lblPace_->setToolTip(differs ? QString("By the clock a line comes every %1 ms, %2 lines a second.")
+                                     .arg(qRound64(*pace * 1000))
+                                     .arg(1 / *pace, 0, 'g', 3)
+                               : QString());
 }
 
 std::string frmLogging::BuildLogHeader() const {
@@ -220,10 +271,11 @@ void frmLogging::Start() {
   }
   if (!WriteLogHead(Services().files, BuildLogHeader())) {
     // No box, but a line of the window, so that nobody waits for a log that does not run.
-    lblState_->setText("Not logging: " + QFileInfo(LogFileName).fileName() + " could not be written");
-    lblState_->setToolTip(LogFileName);
+    refused_ = LogFileName;
+    ShowState();
     return;
   }
+  refused_.clear();
   StartLog(base::RoundToInt(base::LeadingDecimal(txtLogInt_->text().toStdString())), TheDesktop());
   ShowState();
 }

@@ -27,6 +27,13 @@ class frmLogging final : public ChildWindow {
   /// The head's last line, without its end: the captions of the selected channels.
   std::string BuildLogHeader() const;
 
+  /// Shows how the log stands. The log's job calls it, so that the window tells what happens as it happens.
+  void ShowState();
+
+ protected:
+  /// What has been ticked and typed stays, but for channels that the chip in use does not have.
+  void Reread() override;
+
  private:
   QGroupBox* MakeFrame(const char* name, const char* caption);
   void AddColumn(QGroupBox& frame, int first, int count, int column, int row = 0);
@@ -38,12 +45,15 @@ class frmLogging final : public ChildWindow {
   void cmdLogData_Click();
   void cmdClose_Click();
   void Start();
-  void ShowState();
+  void ShowPace();
 
   std::array<QCheckBox*, chip::kLogChannels> chkLog_{};
   QLineEdit* txtLogInt_ = nullptr;
   QPushButton* cmdLogData_ = nullptr;
+  QLabel* lblPace_ = nullptr;
   QLabel* lblState_ = nullptr;
+  QLabel* lblTrouble_ = nullptr;
+  QString refused_;  ///< a file into which no log could be started, until one is
 };
 
 }  // namespace zth::windows

@@ -1,12 +1,16 @@
 #include "windows/data/frmSave.h"
 
+#include <optional>
+
 #include <QCheckBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -16,12 +20,17 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/Handlers.h"
+#include "windows/Hold.h"
+#include "windows/SharedState.h"
 #include "windows/data/SavedConfig.h"
 
 namespace zth::windows {
 namespace {
 
 constexpr char kFilter[] = "Text Files (*.sav)|*.sav";
+
+/// A recall that is over within so many seconds runs through at one go, so that no window flickers.
+constexpr double kTooShortToCancel = 0.2;
 
 /// The user's short formats, with all digits of the year and with seconds: files of one afternoon are told apart by
 /// them.
@@ -37,6 +46,10 @@ QString TimeText(const QTime& time) {
   return QLocale().toString(time, format);
 }
 
+QString Registers(int count) {
+  return QString("%1 %2").arg(count).arg(count == 1 ? "register" : "registers");
+}
+
 QString RegisterName(int address) {
   const int row = chip::RowOfAddress(address);
   const QString number = QString::fromStdString("0x" + base::HexText(address));
@@ -46,19 +59,44 @@ QString RegisterName(int address) {
 
 }  // namespace
 
+/// While a recall runs: its button and Escape cancel it, and no key that was meant for something else does.
+class frmSave::CancelPossible {
+ public:
+  explicit CancelPossible(frmSave& window) : window_(&window) {
+    // The focus would go on to the one button that can be used, and a second Enter would press it.
+    window.setFocus();
+    window.cmdCancel_->setEnabled(true);
+    window.SetCancelButton(*window.cmdCancel_);
+    hold_.emplace(*window.cmdCancel_);
+  }
+  ~CancelPossible() {
+    hold_.reset();
+    if (!window_) return;
+    window_->SetCancelButton(*window_->cmdClose_);
+    window_->cmdRecall_->setFocus();
+    window_->cmdCancel_->setEnabled(false);
+  }
+  CancelPossible(const CancelPossible&) = delete;
+  CancelPossible& operator=(const CancelPossible&) = delete;
+
+ private:
+  QPointer<frmSave> window_;
+  std::optional<Hold> hold_;
+};
+
 frmSave::frmSave(const Context& context) : ChildWindow("frmSave", "Save/Recall Settings", context) {
   QGroupBox* frame = MakeFrame();
-  auto* cmdClose = new QPushButton("C&lose", this);
-  cmdClose->setObjectName("cmdClose");
-  OnClick(*cmdClose, [this] { cmdClose_Click(); });
-  SetCancelButton(*cmdClose);
+  cmdClose_ = new QPushButton("C&lose", this);
+  cmdClose_->setObjectName("cmdClose");
+  OnClick(*cmdClose_, [this] { cmdClose_Click(); });
+  SetCancelButton(*cmdClose_);
 
   auto* column = new QVBoxLayout(this);
   column->addWidget(frame);
   column->addStretch();
   auto* row = new QHBoxLayout;
   row->addStretch();
-  row->addWidget(cmdClose);
+  row->addWidget(cmdClose_);
   column->addLayout(row);
 }
 
@@ -68,9 +106,9 @@ QGroupBox* frmSave::MakeFrame() {
   auto* save = new QPushButton("&Save  Current Configuration", frame);
   save->setObjectName("cmdsave");
   OnClick(*save, [this] { cmdsave_Click(); });
-  auto* recall = new QPushButton("&Recall Previous Configuration", frame);
-  recall->setObjectName("cmdRecall");
-  OnClick(*recall, [this] { cmdRecall_Click(); });
+  cmdRecall_ = new QPushButton("&Recall Previous Configuration", frame);
+  cmdRecall_->setObjectName("cmdRecall");
+  OnClick(*cmdRecall_, [this] { cmdRecall_Click(); });
   chkNotDefaults_ = new QCheckBox("O&nly save registers that differ from their defaults ", frame);
   chkNotDefaults_->setObjectName("chkNotDefaults");
   auto* label = new QLabel("Add Co&mment", frame);
@@ -85,15 +123,23 @@ QGroupBox* frmSave::MakeFrame() {
   prgWork_->setRange(0, 100);
   prgWork_->setTextVisible(false);
   prgWork_->setAccessibleName("Progress");
+  cmdCancel_ = new QPushButton("Canc&el", frame);
+  cmdCancel_->setObjectName("cmdCancel");
+  cmdCancel_->setToolTip("Ends a recall behind the register that is being written (Escape)");
+  cmdCancel_->setEnabled(false);
+  OnClick(*cmdCancel_, [this] { cmdCancel_Click(); });
   lblState_ = new QLabel(frame);
   lblState_->setObjectName("lblState");
   lblState_->setTextFormat(Qt::PlainText);
-  lblState_->setMinimumHeight(fontMetrics().height());
+  // Two lines of room: a path may be long.
+  lblState_->setWordWrap(true);
+  lblState_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  lblState_->setMinimumHeight(fontMetrics().lineSpacing() * 2);
 
   auto* column = new QVBoxLayout(frame);
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(save, 1);
-  buttons->addWidget(recall, 1);
+  buttons->addWidget(cmdRecall_, 1);
   column->addLayout(buttons);
   column->addWidget(chkNotDefaults_);
   auto* comment = new QHBoxLayout;
@@ -101,27 +147,40 @@ QGroupBox* frmSave::MakeFrame() {
   comment->addWidget(txtComment_, 1);
   column->addLayout(comment);
   column->addSpacing(fontMetrics().height() / 2);
-  column->addWidget(prgWork_);
+  auto* work = new QHBoxLayout;
+  work->addWidget(prgWork_, 1);
+  work->addWidget(cmdCancel_);
+  column->addLayout(work);
   column->addWidget(lblState_);
   return frame;
 }
 
 void frmSave::Form_Load() {
-  EndProgress("");
+  EndProgress(LastFileWork);
   adjustSize();
 }
 
-void frmSave::ShowProgress(int percent, const QString& reg) {
-  // Once for each step of the bar: painting must not make a long file longer.
-  if (percent == prgWork_->value()) return;
-  prgWork_->setValue(percent);
-  lblState_->setText(reg);
-  Services().events.PumpPaint();
+void frmSave::Form_Unload() {
+  stop_ = true;
 }
 
-void frmSave::EndProgress(const QString& outcome) {
+bool frmSave::ShowProgress(int percent, const QString& reg) {
+  // Once for each step of the bar: painting must not make a long file longer.
+  if (percent == prgWork_->value() && !lblState_->text().isEmpty()) return false;
+  prgWork_->setValue(percent);
+  lblState_->setText(reg);
+  return true;
+}
+
+void frmSave::EndProgress(const QString& outcome, const QString& toolTip) {
   prgWork_->setValue(0);
   lblState_->setText(outcome);
+  lblState_->setToolTip(toolTip);
+}
+
+void frmSave::Remember(const QString& outcome, Desktop& desktop) {
+  LastFileWork = outcome;
+  desktop.Tell(outcome);
 }
 
 QString frmSave::AskForFile(bool save) {
@@ -132,16 +191,19 @@ QString frmSave::AskForFile(bool save) {
                                     this);
 }
 
-std::string frmSave::ReadChip() {
+std::string frmSave::ReadChip(int& lines) {
   std::string text;
   for (std::size_t row = 0; row < chip::RegisterTable.size(); ++row) {
     const chip::RegisterEntry& entry = chip::RegisterTable[row];
     if (entry.ReadOnly) continue;
-    ShowProgress(static_cast<int>((row + 1) * 100 / chip::RegisterTable.size()),
-                 "Reading " + QString::fromStdString(entry.Caption));
+    if (ShowProgress(static_cast<int>((row + 1) * 100 / chip::RegisterTable.size()),
+                     "Reading " + QString::fromStdString(entry.Caption))) {
+      Services().events.PumpPaint();
+    }
     const std::int16_t value = link::ReadRegister(link::DeviceAddress, entry.Address);
     if (!chkNotDefaults_->isChecked() || value != entry.Default) {
       text += SavedLine(entry.Address, value, entry.Caption);
+      ++lines;
     }
   }
   return text;
@@ -153,13 +215,15 @@ void frmSave::cmdsave_Click() {
   std::string text = SavedHead(DateText(now.date()).toStdString(), TimeText(now.time()).toStdString(),
                                txtComment_->text().toStdString());
   desktop.EnableTimer(false);
-  text += ReadChip();
+  int lines = 0;
+  text += ReadChip(lines);
   text += kSavedEnd;
 
   EndProgress("");
   const QString file = AskForFile(true);
   if (!file.isEmpty()) {
     if (Services().files.Replace(file, QByteArray::fromStdString(text))) {
+      Remember("Saved " + Registers(lines) + " to " + QDir::toNativeSeparators(file), desktop);
       Unload();
     } else {
       EndProgress("Not saved: " + QFileInfo(file).fileName() + " could not be written");
@@ -177,26 +241,57 @@ void frmSave::cmdRecall_Click() {
     EndProgress("Nothing written: " + QFileInfo(file).fileName() + " could not be opened");
     return;
   }
-  SavedReader reader({bytes->constData(), static_cast<std::size_t>(bytes->size())});
+  Recall({bytes->constData(), static_cast<std::size_t>(bytes->size())}, file);
+}
+
+void frmSave::Recall(std::string_view text, const QString& file) {
+  if (const char* encoding = WideEncoding(text)) {
+    EndProgress(QString("Nothing written: %1 is in %2; save it as plain text or in UTF-8")
+                    .arg(QFileInfo(file).fileName(), encoding));
+    return;
+  }
+  Desktop& desktop = TheDesktop();
+  platform::Events& events = Services().events;
+  const platform::Clock& clock = Services().clock;
+  const QPointer<frmSave> self(this);
+  SavedReader reader(text);
   auto result = reader.FindStart() ? SavedReader::Result::Line : SavedReader::Result::Broken;
-  TheDesktop().EnableTimer(false);
   int written = 0;
+  stop_ = false;
+  desktop.EnableTimer(false);
+  std::optional<CancelPossible> cancelPossible;
+  const double began = clock.Now();
   while (result == SavedReader::Result::Line) {
     int address = 0;
     int value = 0;
     result = reader.Next(address, value);
     if (result != SavedReader::Result::Line) break;
     ShowProgress(reader.Percent(), "Writing " + RegisterName(address));
+    if (clock.Now() - began >= kTooShortToCancel) {
+      if (!cancelPossible) cancelPossible.emplace(*this);
+      // Whatever the user does now happens here, between two registers; the window may be gone behind it.
+      events.Pump();
+      if (!self || stop_) break;
+    }
     link::WriteRegisterValue(link::DeviceAddress, address, value);
     ++written;
   }
-  TheDesktop().EnableTimer(true);
-  const QString count = QString(written == 1 ? "%1 register written" : "%1 registers written").arg(written);
-  EndProgress(result == SavedReader::Result::End ? count : count + "; the file breaks off before its \"}\"");
+  cancelPossible.reset();
+  desktop.EnableTimer(true);
+  const bool cancelled = result == SavedReader::Result::Line;
+  QString outcome = (cancelled ? "Cancelled after " : "") + Registers(written) + " written";
+  if (result == SavedReader::Result::Broken) outcome += "; the file breaks off before its \"}\"";
+  const QString path = QDir::toNativeSeparators(file);
+  if (self) EndProgress(outcome, path);
+  Remember(outcome + " (" + path + ")", desktop);
 }
 
 void frmSave::cmdClose_Click() {
   Unload();
+}
+
+void frmSave::cmdCancel_Click() {
+  stop_ = true;
 }
 
 }  // namespace zth::windows

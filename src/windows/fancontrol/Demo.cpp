@@ -3,8 +3,11 @@
 #include <array>
 #include <cstdint>
 
+#include "base/BitField.h"
+#include "chip/Conversions.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/SharedState.h"
@@ -12,9 +15,15 @@
 namespace zth::windows {
 namespace {
 
-constexpr std::int32_t kRemote2Therm2Limit = 0x52;
-constexpr std::int32_t kZeroDegrees = 0x40;
-constexpr std::int32_t kNinetyDegrees = 0x9A;
+using chip::At;
+
+constexpr std::uint8_t Degrees(int degrees) {
+  return static_cast<std::uint8_t>(degrees + chip::kTemperatureOffset);
+}
+
+constexpr std::int32_t kRemote2Therm2Limit = "Remote 2 THERM2 Limit"_reg;
+constexpr std::uint8_t kZeroDegrees = Degrees(0);
+constexpr std::uint8_t kNinetyDegrees = Degrees(90);
 
 /// One write of the set-up: the register's own bits of `keep`, and `set`. With nothing to keep it is not read.
 struct DemoWrite {
@@ -23,40 +32,52 @@ struct DemoWrite {
   std::uint8_t set;
 };
 
+constexpr DemoWrite Whole(std::int32_t reg, std::uint8_t value) {
+  return {static_cast<std::uint8_t>(reg), 0, value};
+}
+constexpr DemoWrite Put(chip::RegisterField at, unsigned value) {
+  return {at.reg, base::PutField(~0U, at.bits, 0), base::PutField(0, at.bits, value)};
+}
+constexpr DemoWrite Set(std::uint8_t reg, std::uint8_t bits) {
+  return {reg, 0b1111'1111, bits};
+}
+
+constexpr unsigned kFollowsRemote2 = 2;
+
 constexpr std::array kDemoWrites{
     // All four PWMs follow Remote2.
-    DemoWrite{0x21, 0x1F, 0x40},
-    DemoWrite{0x22, 0x1F, 0x40},
-    DemoWrite{0x23, 0x1F, 0x40},
-    DemoWrite{0x24, 0x1F, 0x40},
+    Put({"PWM1 Config"_reg, chip::kBehaviour}, kFollowsRemote2),
+    Put({"PWM2 Config"_reg, chip::kBehaviour}, kFollowsRemote2),
+    Put({"PWM3 Config"_reg, chip::kBehaviour}, kFollowsRemote2),
+    Put({"PWM4 Config"_reg, chip::kBehaviour}, kFollowsRemote2),
     // THERM2 leaves the fans alone; full duty; two tach pulses; tachs 1 to 4.
-    DemoWrite{0x0D, 0xFF, 0x02},
-    DemoWrite{0x2C, 0x00, 0xFF},
-    DemoWrite{0x02, 0x3F, 0x40},
-    DemoWrite{0x07, 0xF0, 0x0F},
+    Put(At("THERM Configuration", "B2"), 1),
+    Whole("PWM 1-4 Max"_reg, 255),
+    Put(At("Configuration 2", "#FP"), 1),
+    Put(chip::kTachs1To4, 0b1111),
     // THERM2 on Remote2, and nothing of it on the alert output.
-    DemoWrite{0x0F, 0xFF, 0x08},
-    DemoWrite{0x0F, 0xFF, 0x01},
-    DemoWrite{0x30, 0xFF, 0x90},
-    DemoWrite{0x33, 0xFF, 0x20},
-    // Dynamic Tmin on Remote2; THERM2 loads its operating point.
-    DemoWrite{0x0B, 0xFF, 0x02},
-    DemoWrite{0x0B, 0xFF, 0x20},
-    // Operating point hysteresis, Tmin hysteresis, THERM2 limit, Trange.
-    DemoWrite{0x64, 0x0F, 0x20},
-    DemoWrite{0x62, 0xF0, 0x02},
-    DemoWrite{kRemote2Therm2Limit, 0x00, kNinetyDegrees},
-    DemoWrite{0x62, 0x0F, 0xB0},
-    // Operating point 85, Tmin 40, limits 31 and 45 degrees.
-    DemoWrite{0x5B, 0x00, 0x95},
-    DemoWrite{0x5E, 0x00, 0x68},
-    DemoWrite{0x46, 0x00, 0x5F},
-    DemoWrite{0x4A, 0x00, 0x6D},
-    DemoWrite{0x01, 0x0F, 0x20},
+    Put(At("Conf_Therm2", "R2"), 1),
+    Put(At("Conf_Therm2", "T2E"), 1),
+    Set("Thermal Mask 1"_reg, 0b1001'0000),
+    Set("Voltage Mask 2"_reg, 0b0010'0000),
+    // Dynamic Tmin on Remote2; THERM2 loads its operating point. The bits go by number, as in kDynTminChecks.
+    Set("Tmin_Cal1"_reg, 0b0000'0010),
+    Set("Tmin_Cal1"_reg, 0b0010'0000),
+    // Operating point hysteresis, Tmin hysteresis, THERM2 limit, Trange "26.7°C".
+    Put(At("Operating Point Hyst", "Hys"), 2),
+    Put({"Remote 2 Trans/Hys"_reg, chip::kTminHyst}, 2),
+    Whole(kRemote2Therm2Limit, kNinetyDegrees),
+    Put({"Remote 2 Trans/Hys"_reg, chip::kTrange}, 11),
+    Whole("Remote 2 Operating Point"_reg, Degrees(85)),
+    Whole("Remote 2 Tmin"_reg, Degrees(40)),
+    Whole("Remote 2 Low Limit"_reg, Degrees(31)),
+    Whole("Remote 2 High Limit"_reg, Degrees(45)),
+    // Of the high half set-up complete alone.
+    Put({"Configuration 1"_reg, {4, 4}}, 0b0010),
 };
 
 /// "D2+ ( Pin17)" and "D2- ( Pin18)".
-constexpr int kRemote2Switches = 0x03;
+constexpr int kRemote2Switches = 0b11;
 
 /// How much warmer Remote2 is drawn, and the drawn temperature of the THERM2 event.
 constexpr int kLift = 15;
@@ -84,7 +105,7 @@ void PulseTherm2(platform::Services& services) {
 
 void SetUpDemo() {
   const std::int16_t port = link::ReadBoardPort(chip::kSwitchDevice0);
-  link::WriteBoardPortUnchecked(chip::kSwitchDevice0, port & 0xFF & ~kRemote2Switches);
+  link::WriteBoardPortUnchecked(chip::kSwitchDevice0, port & ~kRemote2Switches & 255);
   for (const DemoWrite& write : kDemoWrites) {
     int value = write.set;
     if (write.keep != 0) value |= link::ReadRegister(link::DeviceAddress, write.reg) & write.keep;

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "base/BitField.h"
+#include "chip/RegisterNames.h"
 
 namespace zth::windows {
 namespace {
 
-constexpr base::BitField kBehaviour{5, 3};
 constexpr unsigned kRemote1 = 1;
 constexpr unsigned kRemote2 = 2;
 constexpr unsigned kMaxOf4Channels = 6;
@@ -23,7 +23,7 @@ void Append(DutyTraceList& list, std::int16_t pwm) {
 std::array<DutyTraceList, 2> ListDutyTraces(const std::array<std::uint8_t, 4>& configs) {
   std::array<DutyTraceList, 2> lists;
   for (std::int16_t pwm = 0; pwm < 4; ++pwm) {
-    const unsigned behaviour = base::GetField(configs[static_cast<std::size_t>(pwm)], kBehaviour);
+    const unsigned behaviour = base::GetField(configs[static_cast<std::size_t>(pwm)], chip::kBehaviour);
     if (behaviour == kRemote1 || behaviour == kMaxOf4Channels) Append(lists[0], pwm);
     if (behaviour == kRemote2 || behaviour == kMaxOf4Channels) Append(lists[1], pwm);
   }

@@ -16,8 +16,8 @@ struct DutyTraceList {
   std::int16_t Count = 0;
 };
 
-/// The lists of Remote1 and Remote2 for the bytes of 0x21 to 0x24. A PWM that goes by the hottest of all four channels
-/// stands in both.
+/// The lists of Remote1 and Remote2 for the bytes of "PWM1 Config" to "PWM4 Config". A PWM that goes by the hottest of
+/// all four channels stands in both.
 std::array<DutyTraceList, 2> ListDutyTraces(const std::array<std::uint8_t, 4>& configs);
 
 /// A zone of a chart: its bottom as a fraction of the chart's height from the top, and the values at its bottom and

@@ -5,16 +5,23 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTabWidget>
-
-#include "platform/Guard.h"
 
 namespace zth::windows {
+
+LiveWindow::LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows)
+    : ChildWindow(name, caption, context, shows) {
+  SelectOnEnter();
+}
 
 Handler LiveWindow::WhenReady(Handler handler) {
   return [this, handler = std::move(handler)] {
     if (ready_) handler();
   };
+}
+
+void LiveWindow::Reread() {
+  SetReady(false);
+  Load();
 }
 
 ControlRows::ControlRows(QWidget& parent) : parent_(parent), grid_(*new QGridLayout(&parent)) {
@@ -49,18 +56,33 @@ QComboBox* ControlRows::AddList(const QString& name, const QString& caption, con
 
 QLineEdit* ControlRows::AddText(const QString& name, const QString& caption, const QString& upDown,
                                 const widgets::UpDown::Range& range, Handler handler) {
+  return AddText(name, caption, upDown, range, std::move(handler), nullptr);
+}
+
+QLineEdit* ControlRows::AddText(const QString& name, const QString& caption, const QString& upDown,
+                                const widgets::UpDown::Range& range, Handler handler, QLabel*& beside) {
+  return AddText(name, caption, upDown, range, std::move(handler), &beside);
+}
+
+QLineEdit* ControlRows::AddText(const QString& name, const QString& caption, const QString& upDown,
+                                const widgets::UpDown::Range& range, Handler handler, QLabel** beside) {
   auto* box = new QLineEdit(&parent_);
   box->setObjectName(name);
   OnChange(*box, std::move(handler));
   auto* pair = new widgets::UpDown(box, range, &parent_);
   pair->setObjectName(upDown);
   AddLabel(name, caption, *box);
-  grid_.addLayout(pair->Row(), row_++, 1);
+  QHBoxLayout* row = pair->Row();
+  if (beside != nullptr) {
+    *beside = new QLabel(&parent_);
+    (*beside)->setObjectName("lblChip" + name.mid(3));
+    // Its room is there whether it says something or not, so that nothing moves.
+    (*beside)->setMinimumWidth((*beside)->fontMetrics().horizontalAdvance("chip: -188"));
+    (*beside)->setIndent((*beside)->fontMetrics().horizontalAdvance(' '));
+    row->insertWidget(row->count() - 1, *beside);
+  }
+  grid_.addLayout(row, row_++, 1);
   return box;
-}
-
-void OnTab(QTabWidget& tabs, Handler handler) {
-  QObject::connect(&tabs, &QTabWidget::currentChanged, &tabs, platform::Guarded(std::move(handler)));
 }
 
 QString ElementName(const char* array, int index) {

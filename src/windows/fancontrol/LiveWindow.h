@@ -15,8 +15,8 @@ class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QGroupBox;
+class QLabel;
 class QLineEdit;
-class QTabWidget;
 
 /// What the windows have in common that write at each change of a control.
 namespace zth::windows {
@@ -26,9 +26,13 @@ class LiveWindow : public ChildWindow {
   Q_OBJECT
 
  public:
-  using ChildWindow::ChildWindow;
+  /// `shows` as a ChildWindow has it.
+  LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows);
 
  protected:
+  /// With the window not ready meanwhile, so that nothing is written back; Form_Load makes it ready again.
+  void Reread() override;
+
   bool Ready() const { return ready_; }
   void SetReady(bool ready) { ready_ = ready; }
   /// The handler, kept from running while the window is not ready.
@@ -48,17 +52,19 @@ class ControlRows {
   QComboBox* AddList(const QString& name, const QString& caption, const QStringList& items, Handler handler);
   QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
                      const widgets::UpDown::Range& range, Handler handler);
+  /// The same with room beside the box for a ChipHint: "lblChipTmin(0)" for "txtTmin(0)".
+  QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
+                     const widgets::UpDown::Range& range, Handler handler, QLabel*& beside);
 
  private:
+  QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
+                     const widgets::UpDown::Range& range, Handler handler, QLabel** beside);
   void AddLabel(const QString& name, const QString& caption, QWidget& buddy);
 
   QWidget& parent_;
   QGridLayout& grid_;
   int row_ = 0;
 };
-
-/// The tab's handler: each time when another tab shows.
-void OnTab(QTabWidget& tabs, Handler handler);
 
 /// "txtTmin(2)".
 QString ElementName(const char* array, int index);

@@ -3,31 +3,28 @@
 #include <cstdint>
 
 #include "base/BitField.h"
+#include "chip/RegisterNames.h"
 
-/// The registers of the live windows of the fan control; of a run of four, the first.
+/// The registers of the live windows of the fan control that come in runs.
 namespace zth::windows::reg {
 
-inline constexpr std::int32_t kTminCal1 = 0x0B;
-inline constexpr std::int32_t kTminCal2 = 0x0C;
-inline constexpr std::int32_t kThermConfiguration = 0x0D;
-inline constexpr std::int32_t kPwmConfig = 0x21;
-inline constexpr std::int32_t kPwmFrequency = 0x25;
-inline constexpr std::int32_t kPwmMin = 0x28;
-inline constexpr std::int32_t kPwmMax = 0x2C;
-inline constexpr std::int32_t kRemote1LowLimit = 0x45;
-inline constexpr std::int32_t kRemote1HighLimit = 0x49;
-inline constexpr std::int32_t kTherm1Limit = 0x4C;
-inline constexpr std::int32_t kTherm2Limit = 0x50;
-inline constexpr std::int32_t kThermHyst = 0x54;
-inline constexpr std::int32_t kRemote1OpPoint = 0x5A;
-inline constexpr std::int32_t kTmin = 0x5C;
-inline constexpr std::int32_t kRemote1Tmin = 0x5D;
-inline constexpr std::int32_t kTrangeHyst = 0x60;
-inline constexpr std::int32_t kOpPointHyst = 0x64;
+// The first of each run.
+inline constexpr std::int32_t kPwmConfig = "PWM1 Config"_reg;
+inline constexpr std::int32_t kPwmFrequency = "PWM 1&2 Freq"_reg;
+inline constexpr std::int32_t kPwmMin = "PWM1 Min"_reg;
+inline constexpr std::int32_t kRemote1LowLimit = "Remote 1 Low Limit"_reg;
+inline constexpr std::int32_t kRemote1HighLimit = "Remote 1 High Limit"_reg;
+inline constexpr std::int32_t kTherm1Limit = "Local THERM1 Limit"_reg;
+inline constexpr std::int32_t kTherm2Limit = "Local THERM2 Limit"_reg;
+inline constexpr std::int32_t kThermHyst = "Local/Remote 1 Hyst"_reg;
+inline constexpr std::int32_t kRemote1OpPoint = "Remote 1 Operating Point"_reg;
+inline constexpr std::int32_t kTmin = "Local Tmin"_reg;
+inline constexpr std::int32_t kRemote1Tmin = "Remote 1 Tmin"_reg;
+inline constexpr std::int32_t kTrangeHyst = "Local Trange/Hys"_reg;
 
-inline constexpr base::BitField kBehaviour{5, 3};
-inline constexpr base::BitField kLowNibble{0, 4};
-inline constexpr base::BitField kHighNibble{4, 4};
+/// The hysteresis of Local or Remote 2, and of Remote 1 or Remote 3, in the two registers from kThermHyst on.
+inline constexpr base::BitField kEvenHyst = chip::Field("Local/Remote 1 Hyst", "LH");
+inline constexpr base::BitField kOddHyst = chip::Field("Local/Remote 1 Hyst", "RH1");
 
 /// All bits of a register but the field's.
 constexpr std::uint8_t Without(base::BitField field) {

@@ -47,10 +47,17 @@ void frmAutoGraph::Form_Load() {
   FillThermOptions();
   FillPwmControls();
   FillTemperatureControls();
+  for (ChipHint& hint : hints_) hint.Settle();
   BuildModel();
   SetReady(true);
   tbPWM_Click();
   AutoGraphOpen = true;
+}
+
+void frmAutoGraph::Reread() {
+  const int channel = tbTemp_->currentIndex();
+  LiveWindow::Reread();
+  tbTemp_->setCurrentIndex(channel);
 }
 
 void frmAutoGraph::Form_Unload() {
@@ -59,17 +66,17 @@ void frmAutoGraph::Form_Unload() {
 }
 
 void frmAutoGraph::FillThermOptions() {
-  const auto therm = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, reg::kThermConfiguration));
+  const auto therm = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, "THERM Configuration"_reg));
   chkThermFS1_->setChecked(!base::GetBit(therm, 0));
   chkThermFS2_->setChecked(!base::GetBit(therm, 1));
-  const std::int16_t max = link::ReadRegister(link::DeviceAddress, reg::kPwmMax);
+  const std::int16_t max = link::ReadRegister(link::DeviceAddress, "PWM 1-4 Max"_reg);
   txtMaxPWM_->setText(DutyDigits(static_cast<std::uint8_t>(max)));
 }
 
 void frmAutoGraph::FillPwmControls() {
   const auto configs = ReadBytes<kPwms>(reg::kPwmConfig);
   for (std::size_t i = 0; i < pwms_.size(); ++i) {
-    pwms_[i].cmbControl->setCurrentIndex(static_cast<int>(base::GetField(configs[i], reg::kBehaviour)));
+    pwms_[i].cmbControl->setCurrentIndex(static_cast<int>(base::GetField(configs[i], chip::kBehaviour)));
   }
   const auto frequencies = ReadBytes<2>(reg::kPwmFrequency);
   for (std::size_t i = 0; i < pwms_.size(); ++i) {
@@ -84,13 +91,13 @@ void frmAutoGraph::FillTemperatureControls() {
   for (std::size_t i = 0; i < tmins.size(); ++i) temperatures_[i].txtTmin->setText(DegreesDigits(tmins[i]));
   const auto ranges = ReadBytes<kChannels>(reg::kTrangeHyst);
   for (std::size_t i = 0; i < ranges.size(); ++i) {
-    temperatures_[i].cmbTrange->setCurrentIndex(static_cast<int>(base::GetField(ranges[i], reg::kHighNibble)));
-    temperatures_[i].txtTminHyst->setText(Digits(base::GetField(ranges[i], reg::kLowNibble)));
+    temperatures_[i].cmbTrange->setCurrentIndex(static_cast<int>(base::GetField(ranges[i], chip::kTrange)));
+    temperatures_[i].txtTminHyst->setText(Digits(base::GetField(ranges[i], chip::kTminHyst)));
   }
   const auto hysts = ReadBytes<2>(reg::kThermHyst);
   for (std::size_t i = 0; i < temperatures_.size(); ++i) {
     temperatures_[i].txtHyst->setText(
-        Digits(base::GetField(hysts[i / 2], i % 2 == 0 ? reg::kLowNibble : reg::kHighNibble)));
+        Digits(base::GetField(hysts[i / 2], i % 2 == 0 ? reg::kEvenHyst : reg::kOddHyst)));
   }
   const auto limits = ReadBytes<std::size_t{2} * kChannels>(reg::kTherm1Limit);
   for (std::size_t i = 0; i < temperatures_.size(); ++i) {
@@ -163,6 +170,7 @@ void frmAutoGraph::PlotPaths(const std::vector<CurvePaths>& paths) {
 }
 
 void frmAutoGraph::PlotAFCTemps() {
+  for (ChipHint& hint : hints_) hint.Refresh(IsOfOtherChip());
   const int pwm = tbPWM_->currentIndex();
   stpGraph_->ClearData();
   BuildModel();
@@ -181,7 +189,7 @@ void frmAutoGraph::PlotAFCTemps() {
 std::vector<int> frmAutoGraph::SourcesShown() const {
   const int pwm = tbPWM_->currentIndex();
   const PwmCurve& curve = model_.Pwm[static_cast<std::size_t>(pwm)];
-  std::vector<int> shown{pwm};
+  std::vector<int> shown{link::InterfaceMode, link::DeviceAddress, pwm};
   for (int s = 0; s < curve.SourceCount; ++s) shown.push_back(curve.Sources[static_cast<std::size_t>(s)].Channel);
   return shown;
 }
@@ -230,8 +238,8 @@ void frmAutoGraph::Redraw() {
 }
 
 void frmAutoGraph::ThermOption(int bit, bool ticked) {
-  const auto before = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, reg::kThermConfiguration));
-  WriteByte(reg::kThermConfiguration, base::PutBit(before, bit, !ticked));
+  const auto before = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, "THERM Configuration"_reg));
+  WriteByte("THERM Configuration"_reg, base::PutBit(before, bit, !ticked));
   Redraw();
 }
 
@@ -242,7 +250,7 @@ void frmAutoGraph::Degrees(std::int32_t number, const QLineEdit& box) {
 
 void frmAutoGraph::cmbControl_Click(int pwm) {
   const int position = PickedPosition(*pwms_[static_cast<std::size_t>(pwm)].cmbControl);
-  ModifyRegister(reg::kPwmConfig + pwm, reg::Without(reg::kBehaviour), position << reg::kBehaviour.shift);
+  ModifyRegister(reg::kPwmConfig + pwm, reg::Without(chip::kBehaviour), position << chip::kBehaviour.shift);
   Redraw();
   tbPWM_Click();
 }
@@ -263,21 +271,21 @@ void frmAutoGraph::chkMinSpeed_Click(int pwm) {
 
 void frmAutoGraph::cmbTrange_Click(int channel) {
   const int position = PickedPosition(*temperatures_[static_cast<std::size_t>(channel)].cmbTrange);
-  ModifyRegister(reg::kTrangeHyst + channel, reg::Without(reg::kHighNibble), position << reg::kHighNibble.shift);
+  ModifyRegister(reg::kTrangeHyst + channel, reg::Without(chip::kTrange), position << chip::kTrange.shift);
   Redraw();
 }
 
 void frmAutoGraph::txtTminHyst_Change(int channel) {
   const QLineEdit& box = *temperatures_[static_cast<std::size_t>(channel)].txtTminHyst;
   const std::int32_t degrees = base::RoundToInt(base::LeadingDecimal(box.text().toStdString()));
-  ModifyRegister(reg::kTrangeHyst + channel, reg::Without(reg::kLowNibble),
-                 degrees & static_cast<std::int32_t>(base::Mask(reg::kLowNibble)));
+  ModifyRegister(reg::kTrangeHyst + channel, reg::Without(chip::kTminHyst),
+                 degrees & static_cast<std::int32_t>(base::Mask(chip::kTminHyst)));
   Redraw();
 }
 
 void frmAutoGraph::txtHyst_Change(int channel) {
   const QLineEdit& box = *temperatures_[static_cast<std::size_t>(channel)].txtHyst;
-  const base::BitField field = channel % 2 == 0 ? reg::kLowNibble : reg::kHighNibble;
+  const base::BitField field = channel % 2 == 0 ? reg::kEvenHyst : reg::kOddHyst;
   // Not cut to its four bits: a number too great for them reaches the neighbour's.
   ModifyRegister(reg::kThermHyst + channel / 2, reg::Without(field),
                  chip::WholeByte(box.text().toStdString(), field.shift));

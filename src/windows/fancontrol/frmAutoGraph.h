@@ -1,8 +1,10 @@
 #pragma once
 
 #include <array>
+#include <deque>
 #include <vector>
 
+#include "windows/fancontrol/ChipHint.h"
 #include "windows/fancontrol/CurveModel.h"
 #include "windows/fancontrol/DotTrail.h"
 #include "windows/fancontrol/LiveWindow.h"
@@ -28,6 +30,9 @@ class frmAutoGraph final : public LiveWindow {
 
   /// Redraws the curve and the live dots: for the master timer.
   void PlotAFCTemps();
+
+ protected:
+  void Reread() override;
 
  private:
   struct PwmControls {
@@ -61,7 +66,7 @@ class frmAutoGraph final : public LiveWindow {
   void PlotPaths(const std::vector<CurvePaths>& paths);
   void RecordDots(int pwm);
   void PlotTrail();
-  /// The PWM showing and the channels behind its curves.
+  /// The chip in use, the PWM showing and the channels behind its curves.
   std::vector<int> SourcesShown() const;
 
   void tbPWM_Click();
@@ -85,6 +90,7 @@ class frmAutoGraph final : public LiveWindow {
   std::array<PwmControls, kPwms> pwms_;
   QTabWidget* tbTemp_ = nullptr;
   std::array<TemperatureControls, kChannels> temperatures_;
+  std::deque<ChipHint> hints_;  ///< of Tmin, by channel
   widgets::Strip* stpGraph_ = nullptr;
 
   CurveModel model_;

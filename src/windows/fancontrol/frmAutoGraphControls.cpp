@@ -53,7 +53,8 @@ QString UpDownName(int number) {
 
 }  // namespace
 
-frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", "Automatic Control", context) {
+frmAutoGraph::frmAutoGraph(const Context& context)
+    : LiveWindow("frmAutoGraph", "Automatic Control", context, kShowsChip | kShowsDuties) {
   auto* controls = new QVBoxLayout;
   controls->addWidget(MakeAllFans());
   controls->addWidget(MakePwmTabs());
@@ -63,7 +64,6 @@ frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", 
   auto* cmdCancel = new QPushButton("Clo&se", this);
   cmdCancel->setObjectName("cmdCancel");
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
-  SetDefaultButton(*cmdCancel);
   SetCancelButton(*cmdCancel);
   controls->addWidget(cmdCancel, 0, Qt::AlignRight);
 
@@ -71,6 +71,7 @@ frmAutoGraph::frmAutoGraph(const Context& context) : LiveWindow("frmAutoGraph", 
   row->addLayout(controls);
   row->addWidget(stpGraph_, 1);
   OnTab(*tbPWM_, [this] { tbPWM_Click(); });
+  OnTab(*tbTemp_);
 }
 
 QWidget* frmAutoGraph::MakeAllFans() {
@@ -82,7 +83,7 @@ QWidget* frmAutoGraph::MakeAllFans() {
   chkThermFS2_ = rows.AddCheck("chkThermFS2", "Full Speed on THERM&2",
                                WhenReady([this] { ThermOption(1, chkThermFS2_->isChecked()); }));
   txtMaxPWM_ = rows.AddText("txtMaxPWM", "Ma&x PWM 1-4", "UpDown1", kPercent, WhenReady([this] {
-                              link::WriteRegisterValue(link::DeviceAddress, reg::kPwmMax,
+                              link::WriteRegisterValue(link::DeviceAddress, "PWM 1-4 Max"_reg,
                                                        chip::DutyByte(txtMaxPWM_->text().toStdString()));
                               Redraw();
                             }));
@@ -136,7 +137,12 @@ QWidget* frmAutoGraph::MakeTemperatureTab(int channel) {
     box->setToolTip("Degrees C");
     return box;
   };
-  degrees(controls.txtTmin, "txtTmin", "&Tmin", names.tmin, reg::kTmin);
+  QLabel* lblChipTmin = nullptr;
+  controls.txtTmin = rows.AddText(
+      ElementName("txtTmin", channel), "&Tmin", UpDownName(names.tmin), kLimit,
+      WhenReady([this, &controls, channel] { Degrees(reg::kTmin + channel, *controls.txtTmin); }), lblChipTmin);
+  controls.txtTmin->setToolTip("Degrees C");
+  hints_.emplace_back(*controls.txtTmin, *lblChipTmin, [channel] { return PolledTmin(channel); });
   controls.cmbTrange = rows.AddList(ElementName("cmbTrange", channel), "T&range", ItemTexts(kTrangeItems),
                                     WhenReady([this, channel] { cmbTrange_Click(channel); }));
   controls.txtTminHyst = hysteresis("txtTminHyst", "Tm&in Hyst", names.tminHyst, &frmAutoGraph::txtTminHyst_Change);

@@ -21,7 +21,9 @@
 namespace zth::windows {
 namespace {
 
-constexpr std::array<base::BitField, kRemotes> kCycles{{{0, 3}, {3, 3}}};
+constexpr std::array<base::BitField, kRemotes> kCycles{chip::Field("Tmin_Cal2", "CYR1"),
+                                                       chip::Field("Tmin_Cal2", "CYR2")};
+constexpr base::BitField kOpPointHyst = chip::Field("Operating Point Hyst", "Hys");
 
 QString DegreesDigits(std::uint8_t raw) {
   return QString::fromStdString(chip::DegreesText(raw));
@@ -34,7 +36,7 @@ double NumberIn(const QLineEdit& box) {
 }  // namespace
 
 void frmDynamicTmin::Form_Load() {
-  ShowChecks(ReadBytes<2>(reg::kTminCal1));
+  ShowChecks(ReadBytes<2>("Tmin_Cal1"_reg));
   const auto show = [](std::int32_t first, QLineEdit* box0, QLineEdit* box1) {
     const auto bytes = ReadBytes<2>(first);
     box0->setText(DegreesDigits(bytes[0]));
@@ -44,8 +46,9 @@ void frmDynamicTmin::Form_Load() {
   show(reg::kRemote1Tmin, channels_[0].txtTmin, channels_[1].txtTmin);
   show(reg::kRemote1LowLimit, channels_[0].txtLowLim, channels_[1].txtLowLim);
   show(reg::kRemote1HighLimit, channels_[0].txtHighLim, channels_[1].txtHighLim);
-  const auto hysteresis = ReadBytes<1>(reg::kOpPointHyst);
-  txtOpPointHyst_->setText(QString::number(base::GetField(hysteresis[0], reg::kHighNibble)));
+  const auto hysteresis = ReadBytes<1>("Operating Point Hyst"_reg);
+  txtOpPointHyst_->setText(QString::number(base::GetField(hysteresis[0], kOpPointHyst)));
+  for (ChipHint& hint : hints_) hint.Settle();
   ShowRemote1Available(chip::PinFunctions.D1);
   if (DemoRunning) cmdDemo_->setText("S&top...");
   SetReady(true);
@@ -60,7 +63,7 @@ void frmDynamicTmin::Form_Unload() {
 void frmDynamicTmin::ShowChecks(const std::array<std::uint8_t, 2>& bytes) {
   for (std::size_t i = 0; i < checks_.size(); ++i) {
     const DynTminCheck& row = kDynTminChecks[i];
-    const std::uint8_t byte = bytes[static_cast<std::size_t>(row.number - reg::kTminCal1)];
+    const std::uint8_t byte = bytes[static_cast<std::size_t>(row.number - "Tmin_Cal1"_reg)];
     checks_[i]->setChecked(base::GetBit(byte, row.bit) != row.inverted);
   }
   for (std::size_t i = 0; i < channels_.size(); ++i) {
@@ -79,6 +82,7 @@ void frmDynamicTmin::ShowRemote1Available(bool available) {
 // ---- The charts
 
 void frmDynamicTmin::UpdateDynTminGraph() {
+  for (ChipHint& hint : hints_) hint.Refresh(IsOfOtherChip());
   for (int channel = 0; channel < kRemotes; ++channel) PlotChannel(channel);
   SetDutyLegend();
 }
@@ -161,7 +165,7 @@ void frmDynamicTmin::cmdDemo_Click() {
   }
   SetUpDemo();
   cmdDemo_->setText("S&top...");
-  Form_Load();
+  Load();
   SSTab1_->setCurrentIndex(1);
   Strip2_[1]->ClearData();
   DemoRunning = true;
@@ -177,7 +181,7 @@ void frmDynamicTmin::Check_Click(int check) {
 void frmDynamicTmin::cmbCycle_Click(int channel) {
   const base::BitField field = kCycles[static_cast<std::size_t>(channel)];
   const QComboBox& list = *channels_[static_cast<std::size_t>(channel)].cmbCycle;
-  ModifyRegister(reg::kTminCal2, reg::Without(field), list.findText(list.currentText()) << field.shift);
+  ModifyRegister("Tmin_Cal2"_reg, reg::Without(field), list.findText(list.currentText()) << field.shift);
 }
 
 void frmDynamicTmin::Degrees_Change(std::int32_t number, const QLineEdit& box) {
@@ -186,7 +190,7 @@ void frmDynamicTmin::Degrees_Change(std::int32_t number, const QLineEdit& box) {
 
 void frmDynamicTmin::txtOpPointHyst_Change() {
   const auto degrees = static_cast<unsigned>(base::RoundToInt(NumberIn(*txtOpPointHyst_)));
-  link::WriteRegisterValue(link::DeviceAddress, reg::kOpPointHyst, base::PutField(0, reg::kHighNibble, degrees));
+  link::WriteRegisterValue(link::DeviceAddress, "Operating Point Hyst"_reg, base::PutField(0, kOpPointHyst, degrees));
 }
 
 }  // namespace zth::windows

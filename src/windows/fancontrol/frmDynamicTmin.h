@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <deque>
 
+#include "windows/fancontrol/ChipHint.h"
 #include "windows/fancontrol/LiveWindow.h"
 
 class QPushButton;
@@ -64,6 +66,7 @@ class frmDynamicTmin final : public LiveWindow {
   QTabWidget* SSTab1_ = nullptr;
   std::array<QCheckBox*, kChecks> checks_{};
   std::array<ChannelControls, 2> channels_;
+  std::deque<ChipHint> hints_;  ///< of the boxes that the chip, or the demo, can move
   QLineEdit* txtOpPointHyst_ = nullptr;
   QPushButton* cmdDemo_ = nullptr;
   std::array<widgets::Strip*, 2> Strip2_{};

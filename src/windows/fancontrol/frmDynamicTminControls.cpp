@@ -33,7 +33,7 @@ constexpr std::array<UpDownNames, kRemotes> kUpDowns{{
 }  // namespace
 
 frmDynamicTmin::frmDynamicTmin(const Context& context)
-    : LiveWindow("frmDynamicTmin", "Dynamic Tmin Settings", context) {
+    : LiveWindow("frmDynamicTmin", "Dynamic Tmin Settings", context, kShowsChip | kShowsPins | kShowsDuties) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -87,15 +87,20 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
   const UpDownNames& names = kUpDowns[static_cast<std::size_t>(channel)];
   ControlRows right(*numbers);
   const auto add = [&](QLineEdit*& box, const QString& name, const QString& caption, const char* upDown,
-                       std::int32_t first) {
+                       std::int32_t first, int (*polled)(int remote)) {
+    QLabel* beside = nullptr;
     box = right.AddText(name, remote + caption, upDown, kDegrees,
-                        WhenReady([this, &box, first, channel] { Degrees_Change(first + channel, *box); }));
+                        WhenReady([this, &box, first, channel] { Degrees_Change(first + channel, *box); }), beside);
     box->setToolTip("Degrees C");
+    hints_.emplace_back(*box, *beside, [polled, channel] { return polled(channel + 1); });
   };
-  add(controls.txtOpPoint, QString("txtR%1OpPoint").arg(channel + 1), "O&p-Point", names.opPoint, reg::kRemote1OpPoint);
-  add(controls.txtTmin, ElementName("txtTmin", channel), "T&min", names.tmin, reg::kRemote1Tmin);
-  add(controls.txtLowLim, ElementName("txtLowLim", channel), "&Low Limit", names.lowLim, reg::kRemote1LowLimit);
-  add(controls.txtHighLim, ElementName("txtHighLim", channel), "Hi&gh Limit", names.highLim, reg::kRemote1HighLimit);
+  add(controls.txtOpPoint, QString("txtR%1OpPoint").arg(channel + 1), "O&p-Point", names.opPoint, reg::kRemote1OpPoint,
+      PolledOpPoint);
+  add(controls.txtTmin, ElementName("txtTmin", channel), "T&min", names.tmin, reg::kRemote1Tmin, PolledTmin);
+  add(controls.txtLowLim, ElementName("txtLowLim", channel), "&Low Limit", names.lowLim, reg::kRemote1LowLimit,
+      PolledLowLimit);
+  add(controls.txtHighLim, ElementName("txtHighLim", channel), "Hi&gh Limit", names.highLim, reg::kRemote1HighLimit,
+      PolledHighLimit);
   // Rows of one height on both sides, so that they stand in line.
   for (const QWidget* side : {switches, numbers}) {
     auto* grid = static_cast<QGridLayout*>(side->layout());
@@ -130,7 +135,6 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
   auto* cmdCancel = new QPushButton("Clo&se", area);
   cmdCancel->setObjectName("cmdCancel");
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
-  SetDefaultButton(*cmdCancel);
   SetCancelButton(*cmdCancel);
 
   auto* row = new QHBoxLayout(area);

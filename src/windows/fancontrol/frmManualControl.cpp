@@ -11,6 +11,8 @@
 
 #include "chip/Conversions.h"
 #include "chip/Measurements.h"
+#include "chip/PwmModes.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "widgets/GSlider.h"
@@ -22,7 +24,7 @@ namespace zth::windows {
 namespace {
 
 constexpr int kPwms = 4;
-constexpr std::int32_t kPwm1Value = 0xAA;
+constexpr std::size_t kDutyGroup = 3;
 
 /// A label on a rounded ground of its palette's window colour.
 class Badge final : public QLabel {
@@ -53,11 +55,10 @@ void ShowState(QLabel& label, bool manual) {
 }  // namespace
 
 frmManualControl::frmManualControl(const Context& context)
-    : ChildWindow("frmManualControl", "Manual Fan Control", context) {
+    : ChildWindow("frmManualControl", "Manual Fan Control", context, kShowsManual | kShowsDuties | kFollowsModel) {
   auto* cmdClose = new QPushButton("Clo&se", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
-  SetDefaultButton(*cmdClose);
   SetCancelButton(*cmdClose);
 
   auto* column = new QVBoxLayout(this);
@@ -112,7 +113,7 @@ void frmManualControl::Form_Unload() {
 
 void frmManualControl::RefreshManualControlStates() {
   for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
-    const bool manual = link::PwmManual[pwm + 1];
+    const bool manual = chip::PwmManual[pwm + 1];
     ShowState(*lblManual_[pwm], manual);
     sldManual_[pwm]->setEnabled(manual);
     // A slider that cannot be moved shows the chip's duty all the same, and that has to be read.
@@ -127,6 +128,10 @@ void frmManualControl::RefreshManualControlStates() {
 
 void frmManualControl::RefreshManualControlSliders() {
   for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
+    // A duty that was read before the last write would turn the slider back, and the next step of a key would take the
+    // fan there.
+    if (writtenAfter_[pwm] == chip::Measurements.Reads[kDutyGroup]) continue;
+    writtenAfter_[pwm].reset();
     sldManual_[pwm]->SetValue(std::min<int>(chip::Measurements.PwmPercent[pwm], 100));
   }
 }
@@ -149,8 +154,10 @@ void frmManualControl::sldManual_MouseUp() {
 }
 
 void frmManualControl::sldManual_Change(int index) {
-  const double percent = sldManual_[static_cast<std::size_t>(index)]->Value();
-  link::WriteRegisterValue(link::DeviceAddress, kPwm1Value + index, chip::ByteFromPercent(percent));
+  const auto pwm = static_cast<std::size_t>(index);
+  const double percent = sldManual_[pwm]->Value();
+  writtenAfter_[pwm] = chip::Measurements.Reads[kDutyGroup];
+  link::WriteRegisterValue(link::DeviceAddress, "PWM 1 Value"_reg + index, chip::ByteFromPercent(percent));
 }
 
 }  // namespace zth::windows

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
+#include <optional>
 
 #include "windows/ChildWindow.h"
 
@@ -14,7 +16,8 @@ class GSlider;
 namespace zth::windows {
 
 /// The duty of each PWM by hand. A slider works only on a PWM whose behaviour stands at manual; the others follow the
-/// measured duty once a second, as does a manual one that nobody holds.
+/// measured duty once a second, as does a manual one that nobody holds, as soon as it has been measured since its
+/// write.
 class frmManualControl final : public ChildWindow {
   Q_OBJECT
 
@@ -40,6 +43,8 @@ class frmManualControl final : public ChildWindow {
 
   std::array<widgets::GSlider*, 4> sldManual_{};
   std::array<QLabel*, 4> lblManual_{};
+  /// How often the duties had been read when the slider was last written; none once they have been read since.
+  std::array<std::optional<std::uint32_t>, 4> writtenAfter_{};
 };
 
 }  // namespace zth::windows

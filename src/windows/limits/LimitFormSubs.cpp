@@ -4,6 +4,7 @@
 
 #include "base/BitField.h"
 #include "chip/PinModel.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/limits/AlertTable.h"
@@ -12,17 +13,11 @@
 namespace zth::windows {
 namespace {
 
-constexpr int kTachEnable = 0x07;
-constexpr int kThermalMask1 = 0x30;
-constexpr int kThermalMask2 = 0x31;
-constexpr int kVoltageMask1 = 0x32;
-constexpr int kVoltageMask2 = 0x33;
-constexpr int kFanMask = 0x34;
-constexpr int kDigitalMask = 0x35;
-
 // The BMC's copies, since the host's would be cleared under the eyes of another program; the THERM limits have the
 // host's only.
-constexpr std::array kStatusRegisters{0xC0, 0xC1, 0xBA, 0xC3, 0xC4, 0xC5, 0xC6};
+constexpr std::array kStatusRegisters{
+    "Thermal Status 1,BMC"_reg, "Thermal Status 2,BMC"_reg, "Thermal Status 3,Host"_reg, "Voltage Status 1,BMC"_reg,
+    "Voltage Status 2,BMC"_reg, "Fan Status,BMC"_reg,       "Digital Status,BMC"_reg};
 
 int Read(int reg) {
   return link::ReadRegister(link::DeviceAddress, reg);
@@ -48,14 +43,14 @@ void NameVoltageRow(AlertTable& alerts, const LimitChannel& channel) {
 
 void InitTemperatureTab(const LimitForm& form) {
   InitGauge(*form.temperature);
-  form.temperatureAlerts->ShowMasks(kThermalMask1, Read(kThermalMask1));
+  form.temperatureAlerts->ShowMasks("Thermal Mask 1"_reg, Read("Thermal Mask 1"_reg));
   form.temperatureAlerts->SetLiveByPins();
 }
 
 void InitFanTab(const LimitForm& form) {
   InitGauge(*form.fan);
-  form.fanAlerts->ShowMasks(kFanMask, Read(kFanMask));
-  const int tachEnable = Read(kTachEnable);
+  form.fanAlerts->ShowMasks("Fan Mask"_reg, Read("Fan Mask"_reg));
+  const int tachEnable = Read("Tach Enable"_reg);
   const int rows = static_cast<int>(form.fanAlerts->Tab().rows.size());
   for (int row = 0; row < rows; ++row) UpdateFanRow(form, row, tachEnable);
 }
@@ -74,7 +69,7 @@ void InitVoltageTab(const LimitForm& form) {
   }
   form.voltage->SelectStart();
   form.voltage->ShowLimits();
-  for (const int reg : {kVoltageMask1, kVoltageMask2}) form.voltageAlerts->ShowMasks(reg, Read(reg));
+  for (const int reg : {"Voltage Mask 1"_reg, "Voltage Mask 2"_reg}) form.voltageAlerts->ShowMasks(reg, Read(reg));
 }
 
 void InitThermTimerTab(const LimitForm& form) {
@@ -82,9 +77,9 @@ void InitThermTimerTab(const LimitForm& form) {
   form.thermTimer->EnableList(form.thermTimer->Count() > 0);
   form.thermTimer->SelectStart();
   form.thermTimer->ShowLimits();
-  const int masks = Read(kThermalMask2);
-  form.thermAlerts->ShowMasks(kThermalMask2, masks);
-  form.digitalAlerts->ShowMasks(kThermalMask2, masks);
+  const int masks = Read("Thermal Mask 2"_reg);
+  form.thermAlerts->ShowMasks("Thermal Mask 2"_reg, masks);
+  form.digitalAlerts->ShowMasks("Thermal Mask 2"_reg, masks);
 }
 
 void InitThermPinTab(const LimitForm& form) {
@@ -93,7 +88,7 @@ void InitThermPinTab(const LimitForm& form) {
 }
 
 void InitDigitalTab(const LimitForm& form) {
-  form.digitalAlerts->ShowMasks(kDigitalMask, Read(kDigitalMask));
+  form.digitalAlerts->ShowMasks("Digital Mask"_reg, Read("Digital Mask"_reg));
 }
 
 void RefreshTemperatureGauge(const LimitForm& form) {

@@ -26,10 +26,10 @@ void InitFanTab(const LimitForm& form);
 void InitVoltageTab(const LimitForm& form);
 void InitThermTimerTab(const LimitForm& form);
 void InitThermPinTab(const LimitForm& form);
-/// Its rows of register 0x31 are set by InitThermTimerTab.
+/// Its rows of "Thermal Mask 2" are set by InitThermTimerTab.
 void InitDigitalTab(const LimitForm& form);
 
-/// A fan's row is live when its pin is a tach input and its bit of `tachEnable`, register 0x07, is set.
+/// A fan's row is live when its pin is a tach input and its bit of `tachEnable`, register "Tach Enable", is set.
 void UpdateFanRow(const LimitForm& form, int row, int tachEnable);
 
 // What the master timer runs while the window is open. None of it touches a slider, a check box or a list.

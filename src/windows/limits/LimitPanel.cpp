@@ -1,6 +1,7 @@
 #include "windows/limits/LimitPanel.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QComboBox>
 #include <QSignalBlocker>
@@ -62,7 +63,16 @@ void LimitPanel::FillList() {
 }
 
 void LimitPanel::SelectStart() {
+  const int kept = list_->findText(std::exchange(kept_, {}));
+  if (kept >= 0) {
+    list_->setCurrentIndex(kept);
+    return;
+  }
   if (tab_.startItem < list_->count()) list_->setCurrentIndex(tab_.startItem);
+}
+
+void LimitPanel::KeepSelection() {
+  kept_ = list_->currentText();
 }
 
 int LimitPanel::Count() const {
@@ -112,15 +122,18 @@ void LimitPanel::ShowLimits() {
   const double low = tab_.lowAndHigh ? read(channel->lowRegister) : 0;
   const double high = read(channel->highRegister);
   if (tab_.scaleFollowsChannel) {
-    const double top = tab_.show(0xFF, *channel);
+    const double top = tab_.show(255, *channel);
     gauge_->SetScaleMin(0);
     gauge_->SetScaleMax(top);
     SetNeedle(kScaleEndNeedle, top);
     SetNeedle(kReadingNeedle, top / 2);
   }
-  if (tab_.lowAndHigh) SetSlider(kLowSlider, low);
-  SetSlider(kHighSlider, high);
-  gauge_->SetSliderStep(tab_.step(high, *channel));
+  if (std::exchange(placesOf_, channel) != channel) places_ = PlacesOf(tab_, *channel);
+  for (const auto& [number, value] : {std::pair{kLowSlider, low}, {kHighSlider, high}}) {
+    if (number == kLowSlider && !tab_.lowAndHigh) continue;
+    SetSlider(number, value);
+    gauge_->SetSliderStops(number, LimitStops(places_, value));
+  }
 }
 
 void LimitPanel::ApplyLimits() {

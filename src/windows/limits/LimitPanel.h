@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "windows/limits/LimitStops.h"
 #include "windows/limits/LimitTables.h"
 
 class QComboBox;
@@ -25,6 +26,8 @@ class LimitPanel final : public QWidget {
   void FillList();
   /// Selects the tab's start item. As by any selection, the list's handler runs when that is a change.
   void SelectStart();
+  /// The next SelectStart selects what is selected now, if that is still listed.
+  void KeepSelection();
   /// The positions of the channels' rows whose channels are in the list.
   int Count() const;
   bool Lists(const LimitChannel& channel) const;
@@ -49,6 +52,9 @@ class LimitPanel final : public QWidget {
   const GaugeTab& tab_;
   QComboBox* list_;
   widgets::LGauge* gauge_;
+  const LimitChannel* placesOf_ = nullptr;  ///< the channel that `places_` is of
+  LimitPlaces places_;
+  QString kept_;
 };
 
 }  // namespace zth::windows

@@ -6,6 +6,7 @@
 #include "chip/Conversions.h"
 #include "chip/Limits.h"
 #include "chip/Measurements.h"
+#include "chip/RegisterNames.h"
 
 namespace zth::windows {
 namespace {
@@ -35,128 +36,137 @@ constexpr PinCondition kD3 = DiodeIs<&Pins::D3>;
 
 // clang-format off
 constexpr std::array kTemperatureChannels{
-    LimitChannel{"Local",   kAlways, 0, 0x44, 0x48, 0, kNoRow},
-    LimitChannel{"Remote1", kD1,     1, 0x45, 0x49, 0, kNoRow},
-    LimitChannel{"Remote2", kAlways, 2, 0x46, 0x4A, 0, kNoRow},
-    LimitChannel{"Remote3", kD3,     3, 0x47, 0x4B, 0, kNoRow},
+    LimitChannel{"Local",   kAlways, 0, "Local Low Limit"_reg, "Local High Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote1", kD1,     1, "Remote 1 Low Limit"_reg, "Remote 1 High Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote2", kAlways, 2, "Remote 2 Low Limit"_reg, "Remote 2 High Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote3", kD3,     3, "Remote 3 Low Limit"_reg, "Remote 3 High Limit"_reg, 0, kNoRow},
 };
 
 constexpr std::array kFanChannels{
-    LimitChannel{"Fan1", PinIs<&Pins::Pin1, 1>,  0, kNoRegister, 0x78, 0, 0},
-    LimitChannel{"Fan2", PinIs<&Pins::Pin2, 1>,  1, kNoRegister, 0x79, 0, 1},
-    LimitChannel{"Fan3", PinIs<&Pins::Pin3, 1>,  2, kNoRegister, 0x7A, 0, 2},
-    LimitChannel{"Fan4", PinIs<&Pins::Pin4, 1>,  3, kNoRegister, 0x7B, 0, 3},
-    LimitChannel{"Fan5", PinIs<&Pins::Pin7, 1>,  4, kNoRegister, 0x7C, 0, 4},
-    LimitChannel{"Fan6", PinIs<&Pins::Pin8, 1>,  5, kNoRegister, 0x7D, 0, 5},
-    LimitChannel{"Fan7", PinIs<&Pins::Pin21, 1>, 6, kNoRegister, 0x7E, 0, 6},
-    LimitChannel{"Fan8", PinIs<&Pins::Pin22, 1>, 7, kNoRegister, 0x7F, 0, 7},
+    LimitChannel{"Fan1", PinIs<&Pins::Pin1, 1>,  0, kNoRegister, "Tach 1 Limit"_reg, 0, 0},
+    LimitChannel{"Fan2", PinIs<&Pins::Pin2, 1>,  1, kNoRegister, "Tach 2 Limit"_reg, 0, 1},
+    LimitChannel{"Fan3", PinIs<&Pins::Pin3, 1>,  2, kNoRegister, "Tach 3 Limit"_reg, 0, 2},
+    LimitChannel{"Fan4", PinIs<&Pins::Pin4, 1>,  3, kNoRegister, "Tach 4 Limit"_reg, 0, 3},
+    LimitChannel{"Fan5", PinIs<&Pins::Pin7, 1>,  4, kNoRegister, "Tach 5 Limit"_reg, 0, 4},
+    LimitChannel{"Fan6", PinIs<&Pins::Pin8, 1>,  5, kNoRegister, "Tach 6 Limit"_reg, 0, 5},
+    LimitChannel{"Fan7", PinIs<&Pins::Pin21, 1>, 6, kNoRegister, "Tach 7 Limit"_reg, 0, 6},
+    LimitChannel{"Fan8", PinIs<&Pins::Pin22, 1>, 7, kNoRegister, "Tach 8 Limit"_reg, 0, 7},
 };
 
 // The inputs of pin 19 follow the flag of pin 20. Pins 25 and 26 have a state without a voltage.
-constexpr std::array kVoltageChannels{
-    LimitChannel{"12V1 (pin7)",   PinIs<&Pins::Pin7, 0>,                    0, 0x6D, 0x7C, 12.0F, 0},
-    LimitChannel{"12V2 (pin8)",   PinIs<&Pins::Pin8, 0>,                    1, 0x6E, 0x7D, 12.0F, 1},
-    LimitChannel{"3.3V (pin13)",  PinIs<&Pins::Pin13, 0>,                   2, 0x70, 0x68, 3.3F,  2},
-    LimitChannel{"2.5V (pin15)",  PinIsFree<&Pins::Pin15, 0, &Pins::D1>,    3, 0x45, 0x49, 2.5F,  3},
-    LimitChannel{"1.8V (pin15)",  PinIsFree<&Pins::Pin15, 1, &Pins::D1>,    4, 0x45, 0x49, 1.8F,  3},
-    LimitChannel{"1.25V (pin19)", PinIsFree<&Pins::Pin20, 0, &Pins::D3>,    5, 0x47, 0x4B, 1.25F, 4},
-    LimitChannel{"0.9V (pin19)",  PinIsFree<&Pins::Pin20, 1, &Pins::D3>,    6, 0x47, 0x4B, 0.9F,  4},
-    LimitChannel{"5V (pin21)",    PinIs<&Pins::Pin21, 0>,                   7, 0x71, 0x7E, 5.0F,  5},
-    LimitChannel{"12V3 (pin22)",  PinIs<&Pins::Pin22, 0>,                   8, 0x6F, 0x7F, 12.0F, 6},
-    LimitChannel{"2.5V (pin23)",  PinIs<&Pins::Pin23, 0>,                  12, 0x72, 0x69, 2.5F,  7},
-    LimitChannel{"1.8V (pin23)",  PinIs<&Pins::Pin23, 1>,                  11, 0x72, 0x69, 1.8F,  7},
-    LimitChannel{"Vccp1 (pin23)", PinIs<&Pins::Pin23, 2>,                   9, 0x72, 0x69, 2.13F, 7},
-    LimitChannel{"1.5V (pin23)",  PinIs<&Pins::Pin23, 3>,                  10, 0x72, 0x69, 1.5F,  7},
-    LimitChannel{"2.5V (pin24)",  PinIs<&Pins::Pin24, 0>,                  16, 0x73, 0x6A, 2.5F,  8},
-    LimitChannel{"1.8V (pin24)",  PinIs<&Pins::Pin24, 1>,                  15, 0x73, 0x6A, 1.8F,  8},
-    LimitChannel{"Vccp2 (pin24)", PinIs<&Pins::Pin24, 2>,                  13, 0x73, 0x6A, 2.13F, 8},
-    LimitChannel{"1.5V (pin24)",  PinIs<&Pins::Pin24, 3>,                  14, 0x73, 0x6A, 1.5F,  8},
-    LimitChannel{"3.3V (pin25)",  PinIs<&Pins::Pin25, 0>,                  18, 0x74, 0x6B, 3.3F,  9},
-    LimitChannel{"1.2V (pin25)",  PinIs<&Pins::Pin25, 1>,                  17, 0x74, 0x6B, 1.2F,  9},
-    LimitChannel{"Vbatt (pin26)", PinIs<&Pins::Pin26, 0>,                  20, 0x75, 0x6C, 4.0F, 10},
-    LimitChannel{"1.2V (pin26)",  PinIs<&Pins::Pin26, 1>,                  19, 0x75, 0x6C, 1.2F, 10},
-    LimitChannel{"1.5V (pin28)",  PinIs<&Pins::Pin28, 1>,                  21, 0x76, 0x4C, 1.5F, 11},
-    LimitChannel{"1.5V (pin29)",  PinIs<&Pins::Pin29, 1>,                  22, 0x77, 0x50, 1.5F, 12},
-};
+constexpr std::array<LimitChannel, 23> kVoltageChannels{{
+    {"12V1 (pin7)",   PinIs<&Pins::Pin7, 0>,   0, "+12V1 Low Limit"_reg, "+12V1 High Limit"_reg, 12.0F, 0},
+    {"12V2 (pin8)",   PinIs<&Pins::Pin8, 0>,   1, "+12V2 Low Limit"_reg, "+12V2 High Limit"_reg, 12.0F, 1},
+    {"3.3V (pin13)",  PinIs<&Pins::Pin13, 0>,  2, "+3.3V Low Limit"_reg, "+3.3V High Limit"_reg, 3.3F, 2},
+    {"2.5V (pin15)",  PinIsFree<&Pins::Pin15, 0, &Pins::D1>,  3, "Pin 15 Low Limit"_reg,
+                                                                 "Pin 15 High Limit"_reg, 2.5F, 3},
+    {"1.8V (pin15)",  PinIsFree<&Pins::Pin15, 1, &Pins::D1>,  4, "Pin 15 Low Limit"_reg,
+                                                                 "Pin 15 High Limit"_reg, 1.8F, 3},
+    {"1.25V (pin19)", PinIsFree<&Pins::Pin20, 0, &Pins::D3>,  5, "Pin 19 Low Limit"_reg,
+                                                                 "Pin 19 High Limit"_reg, 1.25F, 4},
+    {"0.9V (pin19)",  PinIsFree<&Pins::Pin20, 1, &Pins::D3>,  6, "Pin 19 Low Limit"_reg,
+                                                                 "Pin 19 High Limit"_reg, 0.9F, 4},
+    {"5V (pin21)",    PinIs<&Pins::Pin21, 0>,  7, "+5V Low Limit"_reg, "+5V High Limit"_reg, 5.0F, 5},
+    {"12V3 (pin22)",  PinIs<&Pins::Pin22, 0>,  8, "+12V3 Low Limit"_reg, "+12V3 High Limit"_reg, 12.0F, 6},
+    {"2.5V (pin23)",  PinIs<&Pins::Pin23, 0>, 12, "Pin 23 V Low Limit"_reg, "Pin 23 V High Limit"_reg, 2.5F, 7},
+    {"1.8V (pin23)",  PinIs<&Pins::Pin23, 1>, 11, "Pin 23 V Low Limit"_reg, "Pin 23 V High Limit"_reg, 1.8F, 7},
+    {"Vccp1 (pin23)", PinIs<&Pins::Pin23, 2>,  9, "Pin 23 V Low Limit"_reg, "Pin 23 V High Limit"_reg, 2.13F, 7},
+    {"1.5V (pin23)",  PinIs<&Pins::Pin23, 3>, 10, "Pin 23 V Low Limit"_reg, "Pin 23 V High Limit"_reg, 1.5F, 7},
+    {"2.5V (pin24)",  PinIs<&Pins::Pin24, 0>, 16, "Pin 24 V Low Limit"_reg, "Pin 24 V High Limit"_reg, 2.5F, 8},
+    {"1.8V (pin24)",  PinIs<&Pins::Pin24, 1>, 15, "Pin 24 V Low Limit"_reg, "Pin 24 V High Limit"_reg, 1.8F, 8},
+    {"Vccp2 (pin24)", PinIs<&Pins::Pin24, 2>, 13, "Pin 24 V Low Limit"_reg, "Pin 24 V High Limit"_reg, 2.13F, 8},
+    {"1.5V (pin24)",  PinIs<&Pins::Pin24, 3>, 14, "Pin 24 V Low Limit"_reg, "Pin 24 V High Limit"_reg, 1.5F, 8},
+    {"3.3V (pin25)",  PinIs<&Pins::Pin25, 0>, 18, "Pin 25 V Low Limit"_reg, "Pin 25 V High Limit"_reg, 3.3F, 9},
+    {"1.2V (pin25)",  PinIs<&Pins::Pin25, 1>, 17, "Pin 25 V Low Limit"_reg, "Pin 25 V High Limit"_reg, 1.2F, 9},
+    {"Vbatt (pin26)", PinIs<&Pins::Pin26, 0>, 20, "Pin 26 V Low Limit"_reg, "Pin 26 V High Limit"_reg, 4.0F, 10},
+    {"1.2V (pin26)",  PinIs<&Pins::Pin26, 1>, 19, "Pin 26 V Low Limit"_reg, "Pin 26 V High Limit"_reg, 1.2F, 10},
+    {"1.5V (pin28)",  PinIs<&Pins::Pin28, 1>, 21, "+1.5V2 (ICH) Low Limit"_reg, "1.5V2 (ICH) High Limit"_reg, 1.5F, 11},
+    {"1.5V (pin29)",  PinIs<&Pins::Pin29, 1>, 22, "+1.5V1 (3GIO) Low Limit"_reg,
+                                                  "1.5V1 (3GIO) High Limit"_reg, 1.5F, 12},
+}};
 
 constexpr std::array kThermTimerChannels{
-    LimitChannel{"THERM1", PinIs<&Pins::Pin28, 2>, 0, kNoRegister, 0x80, 0, kNoRow},
-    LimitChannel{"THERM2", PinIs<&Pins::Pin29, 2>, 1, kNoRegister, 0x81, 0, kNoRow},
+    LimitChannel{"THERM1", PinIs<&Pins::Pin28, 2>, 0, kNoRegister, "THERM 1 Timer Limit"_reg, 0, kNoRow},
+    LimitChannel{"THERM2", PinIs<&Pins::Pin29, 2>, 1, kNoRegister, "THERM 2 Timer Limit"_reg, 0, kNoRow},
 };
 
 constexpr std::array kThermPinChannels{
-    LimitChannel{"Local THERM1",   kAlways, 0, kNoRegister, 0x4C, 0, kNoRow},
-    LimitChannel{"Remote1 THERM1", kAlways, 1, kNoRegister, 0x4D, 0, kNoRow},
-    LimitChannel{"Remote2 THERM1", kAlways, 2, kNoRegister, 0x4E, 0, kNoRow},
-    LimitChannel{"Remote3 THERM1", kAlways, 3, kNoRegister, 0x4F, 0, kNoRow},
-    LimitChannel{"Local THERM2",   kAlways, 0, kNoRegister, 0x50, 0, kNoRow},
-    LimitChannel{"Remote1 THERM2", kAlways, 1, kNoRegister, 0x51, 0, kNoRow},
-    LimitChannel{"Remote2 THERM2", kAlways, 2, kNoRegister, 0x52, 0, kNoRow},
-    LimitChannel{"Remote3 THERM2", kAlways, 3, kNoRegister, 0x53, 0, kNoRow},
+    LimitChannel{"Local THERM1",   kAlways, 0, kNoRegister, "Local THERM1 Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote1 THERM1", kAlways, 1, kNoRegister, "Remote 1 THERM1 Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote2 THERM1", kAlways, 2, kNoRegister, "Remote 2 THERM1 Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote3 THERM1", kAlways, 3, kNoRegister, "Remote 3 THERM1 Limit"_reg, 0, kNoRow},
+    LimitChannel{"Local THERM2",   kAlways, 0, kNoRegister, "Local THERM2 Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote1 THERM2", kAlways, 1, kNoRegister, "Remote 1 THERM2 Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote2 THERM2", kAlways, 2, kNoRegister, "Remote 2 THERM2 Limit"_reg, 0, kNoRow},
+    LimitChannel{"Remote3 THERM2", kAlways, 3, kNoRegister, "Remote 3 THERM2 Limit"_reg, 0, kNoRow},
 };
 
 constexpr std::array kTemperatureRows{
-    AlertRow{"Local Temp",    0x30, 0xC0, 1, kAlways},
-    AlertRow{"Remote 1 Temp", 0x30, 0xC0, 2, kD1},
-    AlertRow{"Remote 2 Temp", 0x30, 0xC0, 3, kAlways},
-    AlertRow{"Remote 3 Temp", 0x30, 0xC0, 4, kD3},
-    AlertRow{"Diode1 Error",  0x30, 0xC0, 5, kD1},
-    AlertRow{"Diode2 Error",  0x30, 0xC0, 6, kAlways},
-    AlertRow{"Diode3 Error",  0x30, 0xC0, 7, kD3},
+    AlertRow{"Local Temp",    "Thermal Mask 1"_reg, "Thermal Status 1,BMC"_reg, 1, kAlways},
+    AlertRow{"Remote 1 Temp", "Thermal Mask 1"_reg, "Thermal Status 1,BMC"_reg, 2, kD1},
+    AlertRow{"Remote 2 Temp", "Thermal Mask 1"_reg, "Thermal Status 1,BMC"_reg, 3, kAlways},
+    AlertRow{"Remote 3 Temp", "Thermal Mask 1"_reg, "Thermal Status 1,BMC"_reg, 4, kD3},
+    AlertRow{"Diode1 Error",  "Thermal Mask 1"_reg, "Thermal Status 1,BMC"_reg, 5, kD1},
+    AlertRow{"Diode2 Error",  "Thermal Mask 1"_reg, "Thermal Status 1,BMC"_reg, 6, kAlways},
+    AlertRow{"Diode3 Error",  "Thermal Mask 1"_reg, "Thermal Status 1,BMC"_reg, 7, kD3},
 };
 
 constexpr std::array kFanRows{
-    AlertRow{"Fan1", 0x34, 0xC5, 0, PinIs<&Pins::Pin1, 1>},  AlertRow{"Fan2", 0x34, 0xC5, 1, PinIs<&Pins::Pin2, 1>},
-    AlertRow{"Fan3", 0x34, 0xC5, 2, PinIs<&Pins::Pin3, 1>},  AlertRow{"Fan4", 0x34, 0xC5, 3, PinIs<&Pins::Pin4, 1>},
-    AlertRow{"Fan5", 0x34, 0xC5, 4, PinIs<&Pins::Pin7, 1>},  AlertRow{"Fan6", 0x34, 0xC5, 5, PinIs<&Pins::Pin8, 1>},
-    AlertRow{"Fan7", 0x34, 0xC5, 6, PinIs<&Pins::Pin21, 1>}, AlertRow{"Fan8", 0x34, 0xC5, 7, PinIs<&Pins::Pin22, 1>},
+    AlertRow{"Fan1", "Fan Mask"_reg, "Fan Status,BMC"_reg, 0, PinIs<&Pins::Pin1, 1>},
+    AlertRow{"Fan2", "Fan Mask"_reg, "Fan Status,BMC"_reg, 1, PinIs<&Pins::Pin2, 1>},
+    AlertRow{"Fan3", "Fan Mask"_reg, "Fan Status,BMC"_reg, 2, PinIs<&Pins::Pin3, 1>},
+    AlertRow{"Fan4", "Fan Mask"_reg, "Fan Status,BMC"_reg, 3, PinIs<&Pins::Pin4, 1>},
+    AlertRow{"Fan5", "Fan Mask"_reg, "Fan Status,BMC"_reg, 4, PinIs<&Pins::Pin7, 1>},
+    AlertRow{"Fan6", "Fan Mask"_reg, "Fan Status,BMC"_reg, 5, PinIs<&Pins::Pin8, 1>},
+    AlertRow{"Fan7", "Fan Mask"_reg, "Fan Status,BMC"_reg, 6, PinIs<&Pins::Pin21, 1>},
+    AlertRow{"Fan8", "Fan Mask"_reg, "Fan Status,BMC"_reg, 7, PinIs<&Pins::Pin22, 1>},
 };
 
 // The bits do not follow the order of the rows.
 constexpr std::array kVoltageRows{
-    AlertRow{"12V1 (pin7)",   0x32, 0xC3, 0, nullptr},
-    AlertRow{"12V2 (pin8)",   0x32, 0xC3, 1, nullptr},
-    AlertRow{"3.3V (pin13)",  0x32, 0xC3, 3, nullptr},
-    AlertRow{"Pin15",         0x32, 0xC3, 4, nullptr},
-    AlertRow{"Pin19",         0x32, 0xC3, 5, nullptr},
-    AlertRow{"5V (pin21)",    0x32, 0xC3, 6, nullptr},
-    AlertRow{"12V3  (pin22)", 0x32, 0xC3, 2, nullptr},
-    AlertRow{"Pin23",         0x32, 0xC3, 7, nullptr},
-    AlertRow{"Pin24",         0x33, 0xC4, 3, nullptr},
-    AlertRow{"Pin25",         0x33, 0xC4, 4, nullptr},
-    AlertRow{"Pin26",         0x33, 0xC4, 5, nullptr},
-    AlertRow{"1.5V2 (pin28)", 0x33, 0xC4, 6, nullptr},
-    AlertRow{"1.5V1 (pin29)", 0x33, 0xC4, 7, nullptr},
+    AlertRow{"12V1 (pin7)",   "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 0, nullptr},
+    AlertRow{"12V2 (pin8)",   "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 1, nullptr},
+    AlertRow{"3.3V (pin13)",  "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 3, nullptr},
+    AlertRow{"Pin15",         "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 4, nullptr},
+    AlertRow{"Pin19",         "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 5, nullptr},
+    AlertRow{"5V (pin21)",    "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 6, nullptr},
+    AlertRow{"12V3  (pin22)", "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 2, nullptr},
+    AlertRow{"Pin23",         "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 7, nullptr},
+    AlertRow{"Pin24",         "Voltage Mask 2"_reg, "Voltage Status 2,BMC"_reg, 3, nullptr},
+    AlertRow{"Pin25",         "Voltage Mask 2"_reg, "Voltage Status 2,BMC"_reg, 4, nullptr},
+    AlertRow{"Pin26",         "Voltage Mask 2"_reg, "Voltage Status 2,BMC"_reg, 5, nullptr},
+    AlertRow{"1.5V2 (pin28)", "Voltage Mask 2"_reg, "Voltage Status 2,BMC"_reg, 6, nullptr},
+    AlertRow{"1.5V1 (pin29)", "Voltage Mask 2"_reg, "Voltage Status 2,BMC"_reg, 7, nullptr},
 };
 
 constexpr std::array kThermRows{
-    AlertRow{"THERM1% Over Limit", 0x31, 0xC1, 0, nullptr},
-    AlertRow{"THERM1% Assert",     0x31, 0xC1, 1, nullptr},
-    AlertRow{"THERM1% State",      0x31, 0xC1, 2, nullptr},
-    AlertRow{"THERM2% Over Limit", 0x31, 0xC1, 3, nullptr},
-    AlertRow{"THERM2% Assert",     0x31, 0xC1, 4, nullptr},
-    AlertRow{"THERM2% State",      0x31, 0xC1, 5, nullptr},
+    AlertRow{"THERM1% Over Limit", "Thermal Mask 2"_reg, "Thermal Status 2,BMC"_reg, 0, nullptr},
+    AlertRow{"THERM1% Assert",     "Thermal Mask 2"_reg, "Thermal Status 2,BMC"_reg, 1, nullptr},
+    AlertRow{"THERM1% State",      "Thermal Mask 2"_reg, "Thermal Status 2,BMC"_reg, 2, nullptr},
+    AlertRow{"THERM2% Over Limit", "Thermal Mask 2"_reg, "Thermal Status 2,BMC"_reg, 3, nullptr},
+    AlertRow{"THERM2% Assert",     "Thermal Mask 2"_reg, "Thermal Status 2,BMC"_reg, 4, nullptr},
+    AlertRow{"THERM2% State",      "Thermal Mask 2"_reg, "Thermal Status 2,BMC"_reg, 5, nullptr},
 };
 
 constexpr std::array kThermPinRows{
-    AlertRow{"Local THERM1",   kNoRegister, 0xBA, 0, nullptr},
-    AlertRow{"Remote1 THERM1", kNoRegister, 0xBA, 1, nullptr},
-    AlertRow{"Remote2 THERM1", kNoRegister, 0xBA, 2, nullptr},
-    AlertRow{"Remote3 THERM1", kNoRegister, 0xBA, 3, nullptr},
-    AlertRow{"Local THERM2",   kNoRegister, 0xBA, 4, nullptr},
-    AlertRow{"Remote1 THERM2", kNoRegister, 0xBA, 5, nullptr},
-    AlertRow{"Remote2 THERM2", kNoRegister, 0xBA, 6, nullptr},
-    AlertRow{"Remote3 THERM2", kNoRegister, 0xBA, 7, nullptr},
+    AlertRow{"Local THERM1",   kNoRegister, "Thermal Status 3,Host"_reg, 0, nullptr},
+    AlertRow{"Remote1 THERM1", kNoRegister, "Thermal Status 3,Host"_reg, 1, nullptr},
+    AlertRow{"Remote2 THERM1", kNoRegister, "Thermal Status 3,Host"_reg, 2, nullptr},
+    AlertRow{"Remote3 THERM1", kNoRegister, "Thermal Status 3,Host"_reg, 3, nullptr},
+    AlertRow{"Local THERM2",   kNoRegister, "Thermal Status 3,Host"_reg, 4, nullptr},
+    AlertRow{"Remote1 THERM2", kNoRegister, "Thermal Status 3,Host"_reg, 5, nullptr},
+    AlertRow{"Remote2 THERM2", kNoRegister, "Thermal Status 3,Host"_reg, 6, nullptr},
+    AlertRow{"Remote3 THERM2", kNoRegister, "Thermal Status 3,Host"_reg, 7, nullptr},
 };
 
 constexpr std::array kDigitalRows{
-    AlertRow{"Fan2Max",           0x35, 0xC6, 3, nullptr},
-    AlertRow{"SCSI Term1",        0x35, 0xC6, 4, nullptr},
-    AlertRow{"SCSI Term2",        0x35, 0xC6, 5, nullptr},
-    AlertRow{"VID Comparison",    0x35, 0xC6, 6, nullptr},
-    AlertRow{"Chassis Intrusion", 0x35, 0xC6, 7, nullptr},
-    AlertRow{"VRD1",              0x31, 0xC1, 6, nullptr},
-    AlertRow{"VRD2",              0x31, 0xC1, 7, nullptr},
+    AlertRow{"Fan2Max",           "Digital Mask"_reg, "Digital Status,BMC"_reg, 3, nullptr},
+    AlertRow{"SCSI Term1",        "Digital Mask"_reg, "Digital Status,BMC"_reg, 4, nullptr},
+    AlertRow{"SCSI Term2",        "Digital Mask"_reg, "Digital Status,BMC"_reg, 5, nullptr},
+    AlertRow{"VID Comparison",    "Digital Mask"_reg, "Digital Status,BMC"_reg, 6, nullptr},
+    AlertRow{"Chassis Intrusion", "Digital Mask"_reg, "Digital Status,BMC"_reg, 7, nullptr},
+    AlertRow{"VRD1",              "Thermal Mask 2"_reg, "Thermal Status 2,BMC"_reg, 6, nullptr},
+    AlertRow{"VRD2",              "Thermal Mask 2"_reg, "Thermal Status 2,BMC"_reg, 7, nullptr},
 };
 // clang-format on
 
@@ -165,9 +175,6 @@ double ShowTemperature(std::uint8_t raw, const LimitChannel& /*channel*/) {
 }
 std::uint8_t EncodeTemperature(double degrees, const LimitChannel& /*channel*/) {
   return chip::TemperatureLimitFromDegrees(degrees);
-}
-double WholeStep(double /*value*/, const LimitChannel& /*channel*/) {
-  return 1;
 }
 float TemperatureReading(std::size_t index) {
   return chip::Measurements.Temperature.at(index);
@@ -179,9 +186,6 @@ double ShowFan(std::uint8_t raw, const LimitChannel& /*channel*/) {
 std::uint8_t EncodeFan(double rpm, const LimitChannel& /*channel*/) {
   return chip::RpmToTachLimit(rpm, chip::TachClock);
 }
-double FanStep(double rpm, const LimitChannel& /*channel*/) {
-  return chip::TachLimitStepUp(rpm, chip::TachClock);
-}
 float FanReading(std::size_t index) {
   return static_cast<float>(chip::Measurements.TachRpm.at(index));
 }
@@ -191,10 +195,6 @@ double ShowVoltage(std::uint8_t raw, const LimitChannel& channel) {
 }
 std::uint8_t EncodeVoltage(double volts, const LimitChannel& channel) {
   return chip::VoltsToVoltageRaw(volts, channel.nominal);
-}
-double VoltageStep(double /*volts*/, const LimitChannel& channel) {
-  constexpr double kShown = 0.01;  // limits are shown to two decimals, which can be coarser than a code
-  return std::max(kShown, static_cast<double>(channel.nominal) / chip::kNominalCode);
 }
 float VoltageReading(std::size_t index) {
   return chip::Measurements.Voltage.at(index);
@@ -227,7 +227,6 @@ const GaugeTab kTemperatureGauge{
     .channels = kTemperatureChannels,
     .show = ShowTemperature,
     .encode = EncodeTemperature,
-    .step = WholeStep,
     .reading = TemperatureReading,
     .unit = kDegreesC,
 };
@@ -240,7 +239,6 @@ const GaugeTab kFanGauge{
     .channels = kFanChannels,
     .show = ShowFan,
     .encode = EncodeFan,
-    .step = FanStep,
     .reading = FanReading,
     .unit = "rpm",
 };
@@ -255,7 +253,6 @@ const GaugeTab kVoltageGauge{
     .channels = kVoltageChannels,
     .show = ShowVoltage,
     .encode = EncodeVoltage,
-    .step = VoltageStep,
     .reading = VoltageReading,
     .unit = "V",
 };
@@ -268,7 +265,6 @@ const GaugeTab kThermTimerGauge{
     .channels = kThermTimerChannels,
     .show = ShowThermTimer,
     .encode = EncodeThermTimer,
-    .step = WholeStep,
     .reading = ThermTimerReading,
     .unit = "%",
     .emptyCaption = "Disabled",
@@ -284,7 +280,6 @@ const GaugeTab kThermPinGauge{
     .channels = kThermPinChannels,
     .show = ShowTemperature,
     .encode = EncodeTemperature,
-    .step = WholeStep,
     .reading = TemperatureReading,
     .unit = kDegreesC,
 };

@@ -39,9 +39,6 @@ struct GaugeTab {
   std::span<const LimitChannel> channels;
   double (*show)(std::uint8_t raw, const LimitChannel& channel) = nullptr;
   std::uint8_t (*encode)(double value, const LimitChannel& channel) = nullptr;
-  /// What an arrow key moves the slider at `value` by, so that the limit changes by a code or more; 0: as the gauge
-  /// likes it.
-  double (*step)(double value, const LimitChannel& channel) = nullptr;
   float (*reading)(std::size_t index) = nullptr;
   const char* unit = "";
   const char* emptyCaption = nullptr;  ///< with an empty list; null: the reading of index 0

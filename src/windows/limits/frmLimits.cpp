@@ -1,8 +1,13 @@
 #include "windows/limits/frmLimits.h"
 
+#include <memory>
+#include <vector>
+
+#include <QCheckBox>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -13,9 +18,11 @@
 
 namespace zth::windows {
 
-frmLimits::frmLimits(const Context& context) : ChildWindow("frmLimits", "Limits / Interrupts", context) {
+frmLimits::frmLimits(const Context& context)
+    : ChildWindow("frmLimits", "Limits / Interrupts", context, kShowsChip | kShowsPins) {
   auto* SSTab1 = new QTabWidget(this);
   SSTab1->setObjectName("SSTab1");
+  OnTab(*SSTab1);
   SSTab1->setUsesScrollButtons(false);  // all six tabs are in sight
   form_.temperature = new LimitPanel(kTemperatureGauge, this);
   form_.fan = new LimitPanel(kFanGauge, this);
@@ -84,6 +91,16 @@ void frmLimits::Form_Load() {
   InitThermPinTab(form_);
   InitDigitalTab(form_);
   LimitsOpen = true;
+}
+
+void frmLimits::Reread() {
+  // A box that changes would write back what has just been read.
+  std::vector<std::unique_ptr<QSignalBlocker>> quiet;
+  for (QCheckBox* mask : findChildren<QCheckBox*>()) quiet.push_back(std::make_unique<QSignalBlocker>(mask));
+  for (LimitPanel* gauge : {form_.temperature, form_.fan, form_.voltage, form_.thermTimer, form_.thermPin}) {
+    gauge->KeepSelection();
+  }
+  Load();
 }
 
 void frmLimits::Form_Unload() {

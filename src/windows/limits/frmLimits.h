@@ -23,6 +23,9 @@ class frmLimits final : public ChildWindow {
   /// Job of the master timer: moves needles, captions and lamps, whichever tab shows.
   void Refresh();
 
+ protected:
+  void Reread() override;
+
  private:
   /// A tab with a gauge at the left and alerts at the right; without a gauge for a null one. `frame` names the frame
   /// that holds them, or is null where they stand on the tab itself.

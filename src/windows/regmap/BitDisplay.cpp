@@ -1,6 +1,7 @@
 #include "windows/regmap/BitDisplay.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -12,6 +13,7 @@
 #include "base/BitField.h"
 #include "base/Twips.h"
 #include "widgets/ActionAccess.h"
+#include "windows/BoxHint.h"
 
 namespace zth::windows {
 namespace {
@@ -62,7 +64,7 @@ BitLabel::BitLabel(int bit, QWidget* parent) : QLabel("0", parent), bit_(bit) {
   QFont heavy = font();
   heavy.setBold(true);
   setFont(heavy);
-  Describe();
+  SetBitName("X");
 }
 
 void BitLabel::SetDigit(bool one) {
@@ -77,13 +79,13 @@ void BitLabel::SetDigit(bool one) {
 }
 
 void BitLabel::SetBitName(const QString& name) {
-  name_ = name;
-  Describe();
+  setAccessibleName(QString("Bit %1, %2").arg(bit_).arg(name));
 }
 
-void BitLabel::Describe() {
-  setAccessibleName(QString("Bit %1, %2").arg(bit_).arg(name_));
-  setToolTip(QString("Bit %1: click to flip it in the chip").arg(bit_));
+void BitLabel::TellFlip(const QString& hint, bool foreign) {
+  setToolTip(hint);
+  setAccessibleDescription(hint);
+  if (std::exchange(foreign_, foreign) != foreign) update();
 }
 
 QSize BitLabel::sizeHint() const {
@@ -98,14 +100,21 @@ void BitLabel::paintEvent(QPaintEvent*) {
   const QPalette& colours = palette();
   const QRectF box = QRectF(rect()).adjusted(kGap + 0.5, 0.5, -kGap - 0.5, -0.5);
   painter.setPen(QPen(colours.color(live ? QPalette::Highlight : QPalette::Mid), hasFocus() ? 2 : 1));
-  painter.setBrush(IsOne() ? GroundOfOne(colours) : colours.color(QPalette::Base));
+  QColor ground = IsOne() ? GroundOfOne(colours) : colours.color(QPalette::Base);
+  QColor digit = colours.color(IsOne() ? QPalette::HighlightedText : QPalette::Text);
+  if (foreign_) {
+    const HintColours hinted = HintColoursOn(window()->palette());
+    ground = IsOne() ? hinted.text : hinted.ground;
+    digit = IsOne() ? hinted.ground : hinted.text;
+  }
+  painter.setBrush(ground);
   painter.drawRoundedRect(box, 4, 4);
   if (hasFocus()) {
-    painter.setPen(QPen(colours.color(IsOne() ? QPalette::HighlightedText : QPalette::Highlight), 1));
+    painter.setPen(QPen(IsOne() || foreign_ ? digit : colours.color(QPalette::Highlight), 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(box.adjusted(2.5, 2.5, -2.5, -2.5), 2, 2);
   }
-  painter.setPen(colours.color(IsOne() ? QPalette::HighlightedText : QPalette::Text));
+  painter.setPen(digit);
   painter.drawText(rect(), Qt::AlignCenter, text());
 }
 

@@ -17,8 +17,11 @@ class BitLabel final : public QLabel {
 
   void SetDigit(bool one);
   bool IsOne() const { return text() != "0"; }
-  /// The bit's name, for assistive technology and the tool tip.
+  /// The bit's name, for assistive technology.
   void SetBitName(const QString& name);
+  /// What a flip writes, as tool tip and description. `foreign`: the digit is not that of the register written, which
+  /// the colours tell.
+  void TellFlip(const QString& hint, bool foreign);
 
   QSize sizeHint() const override;
 
@@ -34,10 +37,8 @@ class BitLabel final : public QLabel {
   void leaveEvent(QEvent* event) override;
 
  private:
-  void Describe();
-
   int bit_;
-  QString name_ = "X";
+  bool foreign_ = true;
 };
 
 /// Eight bits side by side, bit 7 at the left, each with its name below.
@@ -52,6 +53,7 @@ class BitDisplay final : public QGroupBox {
   void ShowRegisterBits(int value);
   /// Eight names joined by colons, that of bit 7 first.
   void ShowBitNames(const QString& names);
+  void TellFlip(int bit, const QString& hint, bool foreign) { Bit(bit).TellFlip(hint, foreign); }
   void Flip(int bit);
   /// What the digits on the screen stand for.
   int Value() const;

@@ -65,6 +65,20 @@ QString AddressHint(std::int32_t address) {
       .arg(HexWithSuffix(address));
 }
 
+QString WriteHint(std::int32_t address, std::int32_t value, const QString& name) {
+  if (!IsByte(address)) return AddressHint(address);
+  const int row = chip::RowOfAddress(address);
+  QString of = name;
+  if (of.isEmpty()) {
+    of = row < 0 ? QString("an unknown one")
+                 : QString::fromStdString(chip::RegisterTable.at(static_cast<std::size_t>(row)).Name);
+  }
+  const bool readOnly = row >= 0 && chip::RegisterTable.at(static_cast<std::size_t>(row)).ReadOnly;
+  return QString::asprintf("Writes %02Xh to register %02Xh, ", static_cast<unsigned>(std::clamp(value, 0, kHighest)),
+                           static_cast<unsigned>(address)) +
+         of + (readOnly ? ", read only" : "");
+}
+
 QString ValueHint(std::int32_t value) {
   if (IsByte(value)) return {};
   const std::int32_t sent = std::clamp(value, 0, kHighest);

@@ -28,4 +28,9 @@ QString HexWithSuffix(int value);
 QString AddressHint(std::int32_t address);
 QString ValueHint(std::int32_t value);
 
+/// What a write of `value` does, told before it: "Writes 80h to register 00h, Configuration 0". `name` is the name that
+/// the address shows under; empty: its first in the table. A value beyond a byte is told as it is sent, for an address
+/// beyond one AddressHint speaks.
+QString WriteHint(std::int32_t address, std::int32_t value, const QString& name = {});
+
 }  // namespace zth::windows

@@ -1,10 +1,16 @@
 #include "windows/regmap/frmRegMap.h"
 
+#include <algorithm>
+#include <utility>
+
 #include <QCheckBox>
 #include <QEvent>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QScopedValueRollback>
 #include <QStringList>
 #include <QTreeWidget>
 
@@ -14,6 +20,7 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/BoxHint.h"
+#include "windows/PendingMarks.h"
 #include "windows/SharedState.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
@@ -39,6 +46,10 @@ std::int32_t DecimalReading(const QLineEdit& box) {
 const chip::RegisterEntry* EntryOf(const QTreeWidgetItem& node) {
   const int row = node.childCount() == 0 ? chip::RowOfName(node.text(0).toStdString()) : -1;
   return row < 0 ? nullptr : &chip::RegisterTable.at(static_cast<std::size_t>(row));
+}
+
+const chip::RegisterEntry& EntryOf(int row) {
+  return chip::RegisterTable.at(static_cast<std::size_t>(row));
 }
 
 /// Shows the registers that fit and what leads to them. True when something of the node is left.
@@ -84,28 +95,73 @@ void frmRegMap::TreeView1_NodeClick(const QTreeWidgetItem& node) {
 }
 
 void frmRegMap::ShowRegisterDetails(int row) {
-  const chip::RegisterEntry& entry = chip::RegisterTable.at(static_cast<std::size_t>(row));
+  const chip::RegisterEntry& entry = EntryOf(row);
   lblRegDescription_->setText(DescriptionOf(entry));
   lblCurrentAddr_->setText(HexWithSuffix(entry.Address));
   SetAddressBox(lblCurrentAddr_->text());
   lblReadOnly_->setText(entry.ReadOnly ? "Yes" : "No");
   fraBits_->ShowBitNames(QString::fromStdString(entry.BitNames));
   const int value = link::ReadRegister(link::DeviceAddress, entry.Address);
+  shown_ = Shown{entry.Address, row};
   ShowValue(value);
   MarkNodes(entry.Address, value);
 }
 
 void frmRegMap::ShowValue(int value) {
+  NoteOrigin();
   lblDecVal_->setText(QString::number(value));
   lblHexVal_->setText(Hex(value));
   fraBits_->ShowRegisterBits(value);
+  TellWrites();
+}
+
+void frmRegMap::TellWrites() {
+  const std::int32_t address = HexReading(*txtReadAddr_);
+  const bool same = shown_ && shown_->address == address;
+  const bool own = same && !IsOfOtherChip();
+  const QString name = same && shown_->row >= 0 ? QString::fromStdString(EntryOf(shown_->row).Name) : QString();
+  QString origin;
+  if (!shown_) origin = "\nNothing has been read yet: the digits are not this register's.";
+  if (shown_ && !same) origin = "\nThe digits were read from " + HexWithSuffix(shown_->address) + ".";
+  if (same && !own) origin = "\nThe digits were read from another chip.";
+  for (int bit = 0; bit < BitDisplay::kBits; ++bit) {
+    fraBits_->TellFlip(bit, WriteHint(address, fraBits_->Value() ^ (1 << bit), name) + origin, !own);
+  }
+  const std::int32_t value = DecimalReading(*txtDec_);
+  const QString write = WriteHint(address, value, name);
+  cmdWrite_->setToolTip(write);
+  cmdWrite_->setAccessibleDescription(write);
+  const QString beyond = ValueHint(value);
+  for (QLineEdit* box : {txtHex_, txtDec_}) {
+    ShowHint(*box, beyond, write);
+    if (beyond.isEmpty()) box->setAccessibleDescription(write);
+  }
+  ShowHint(*txtReadAddr_, AddressHint(address));
+  ShowWrite();
+}
+
+void frmRegMap::ShowWrite() {
+  const auto pointed = std::ranges::find_if(writers_, &QWidget::underMouse);
+  const auto focused = std::ranges::find_if(writers_, &QWidget::hasFocus);
+  const auto told = pointed != writers_.end() ? pointed : focused;
+  lblWrites_->setText(told != writers_.end() ? (*told)->toolTip() : QString());
 }
 
 void frmRegMap::SetAddressBox(const QString& text) {
+  if (keepsAddress_) return;
+  txtReadAddr_->setModified(false);
+  if (txtReadAddr_->text() == text.toUpper()) return;
   // The cursor stays, so that a read in the middle of typing does not part the digits.
   const int cursor = txtReadAddr_->cursorPosition();
   txtReadAddr_->setText(text);
   txtReadAddr_->setCursorPosition(cursor);
+}
+
+void frmRegMap::RepeatRead() {
+  // What is read is what the box holds, half typed or not. But only a read that the user asks for may put its own text
+  // in the place of the one being typed.
+  const QScopedValueRollback keeps(keepsAddress_, txtReadAddr_->hasFocus() && txtReadAddr_->isModified());
+  cmdRead_Click();
 }
 
 void frmRegMap::cmdRead_Click() {
@@ -113,13 +169,44 @@ void frmRegMap::cmdRead_Click() {
   const int row = chip::RowOfAddress(address);
   if (row >= 0) {
     ShowRegisterDetails(row);
-    return;
+  } else {
+    ShowUnknown(address);
   }
+}
+
+void frmRegMap::ShowUnknown(std::int32_t address) {
   lblRegDescription_->setText("Unknown");
   lblCurrentAddr_->setText(HexWithSuffix(address));
   SetAddressBox(lblCurrentAddr_->text());
   fraBits_->ShowBitNames("7:6:5:4:3:2:1:0");
-  ShowValue(link::ReadRegister(link::DeviceAddress, address));
+  const int value = link::ReadRegister(link::DeviceAddress, address);
+  shown_ = Shown{address, -1};
+  ShowValue(value);
+}
+
+void frmRegMap::Reread() {
+  if (!shown_) return;
+  if (shown_->row >= 0) {
+    ShowRegisterDetails(shown_->row);
+  } else {
+    ShowUnknown(shown_->address);
+  }
+}
+
+void frmRegMap::OriginChanged() {
+  const link::ChipId inUse = link::ChipInUse();
+  if (std::exchange(marksOf_, inUse) != inUse) ClearMarks();
+  fraDetails_->setTitle("Register Details" + OriginNote());
+  for (QLabel* value : {lblHexVal_, lblDecVal_}) MarkControl(*value, *this, false, IsOfOtherChip());
+  TellWrites();
+}
+
+void frmRegMap::ClearMarks() {
+  for (QTreeWidgetItemIterator at(TreeView1_); *at != nullptr; ++at) {
+    (*at)->setData(0, Qt::FontRole, {});
+    (*at)->setData(0, kReadRole, {});
+    (*at)->setToolTip(0, {});
+  }
 }
 
 void frmRegMap::cmdWrite_Click() {
@@ -136,8 +223,14 @@ void frmRegMap::lblBit_Click(int bit) {
 
 void frmRegMap::txtReadAddr_Change() {
   const QString upper = txtReadAddr_->text().toUpper();
-  if (txtReadAddr_->text() != upper) SetAddressBox(upper);
-  MarkBoxesBeyondByte();
+  if (txtReadAddr_->text() != upper) {
+    const bool typed = txtReadAddr_->isModified();
+    const int cursor = txtReadAddr_->cursorPosition();
+    txtReadAddr_->setText(upper);
+    txtReadAddr_->setCursorPosition(cursor);
+    txtReadAddr_->setModified(typed);
+  }
+  TellWrites();
 }
 
 void frmRegMap::txtDec_Change() {
@@ -146,7 +239,7 @@ void frmRegMap::txtDec_Change() {
     txtHex_->setText(Hex(DecimalReading(*txtDec_)));
     UpdatingValue = false;
   }
-  MarkBoxesBeyondByte();
+  TellWrites();
 }
 
 void frmRegMap::txtHex_Change() {
@@ -155,14 +248,7 @@ void frmRegMap::txtHex_Change() {
     txtDec_->setText(QString::number(HexReading(*txtHex_)));
     UpdatingValue = false;
   }
-  MarkBoxesBeyondByte();
-}
-
-void frmRegMap::MarkBoxesBeyondByte() {
-  ShowHint(*txtReadAddr_, AddressHint(HexReading(*txtReadAddr_)));
-  const QString hint = ValueHint(DecimalReading(*txtDec_));
-  ShowHint(*txtHex_, hint);
-  ShowHint(*txtDec_, hint);
+  TellWrites();
 }
 
 void frmRegMap::MarkNodes(std::int32_t address, int value) {
@@ -195,6 +281,12 @@ void frmRegMap::CopyRows() {
 }
 
 bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
+  const QEvent::Type type = event->type();
+  if ((type == QEvent::Enter || type == QEvent::Leave || type == QEvent::FocusIn || type == QEvent::FocusOut) &&
+      std::ranges::count(writers_, watched) != 0) {
+    // Queued: the control itself learns of it behind this.
+    QMetaObject::invokeMethod(this, &frmRegMap::ShowWrite, Qt::QueuedConnection);
+  }
   if (watched == TreeView1_->viewport()) {
     const bool press = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
     if (press) {
@@ -221,7 +313,7 @@ void frmRegMap::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
   if (event->type() != QEvent::PaletteChange || TreeView1_ == nullptr) return;
   ColourRegisterTree(*TreeView1_, palette());
-  MarkBoxesBeyondByte();
+  OriginChanged();
 }
 
 }  // namespace zth::windows

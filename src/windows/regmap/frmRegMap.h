@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <vector>
 
 #include <QString>
 
@@ -32,10 +34,15 @@ class frmRegMap final : public ChildWindow {
   /// The user wants the read repeated once a second.
   bool ContinuousRead() const;
 
-  /// Reads the address typed and shows its register; also a job of the master timer.
+  /// Reads the address typed and shows its register.
   void cmdRead_Click();
+  /// The same as a job of the master timer, which leaves a box alone that the user is typing into.
+  void RepeatRead();
 
  protected:
+  /// Repeats the read of the register shown; none before the first.
+  void Reread() override;
+  void OriginChanged() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -55,11 +62,16 @@ class frmRegMap final : public ChildWindow {
   void txtFind_Change();
 
   void ShowRegisterDetails(int row);
+  void ShowUnknown(std::int32_t address);
   void ShowValue(int value);
+  /// Tells at the bits, the value boxes and the button what each would write, and where.
+  void TellWrites();
+  /// Shows below the bits what the control under the pointer would write, or else the one with the focus.
+  void ShowWrite();
   void SetAddressBox(const QString& text);
   /// Bold for a register that differs from its default, in all nodes of the address just read.
   void MarkNodes(std::int32_t address, int value);
-  void MarkBoxesBeyondByte();
+  void ClearMarks();
   void CopyRows();
 
   QLineEdit* txtFind_ = nullptr;
@@ -71,14 +83,26 @@ class frmRegMap final : public ChildWindow {
   QLineEdit* txtHex_ = nullptr;
   QLineEdit* txtDec_ = nullptr;
   QPushButton* cmdWrite_ = nullptr;
+  QGroupBox* fraDetails_ = nullptr;
   QLabel* lblRegDescription_ = nullptr;
   QLabel* lblCurrentAddr_ = nullptr;
   QLabel* lblHexVal_ = nullptr;
   QLabel* lblDecVal_ = nullptr;
   QLabel* lblReadOnly_ = nullptr;
   BitDisplay* fraBits_ = nullptr;
+  QLabel* lblWrites_ = nullptr;
 
+  /// The register whose bits show; none before the first read.
+  struct Shown {
+    std::int32_t address;
+    int row;  ///< of the table, or -1
+  };
+  std::optional<Shown> shown_;
+  std::vector<QWidget*> writers_;  ///< what TellWrites speaks of
+
+  link::ChipId marksOf_;       ///< the chip that the tree's marks tell of
   bool UpdatingValue = false;  ///< one of the value boxes is being written from the other
+  bool keepsAddress_ = false;  ///< a read leaves the address box as it is
   bool treePressed_ = false;   ///< a mouse button is down on the tree
   bool shownByPress_ = false;  ///< and its press has already shown the node
 };

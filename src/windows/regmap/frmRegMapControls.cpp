@@ -43,13 +43,19 @@ int WidestDescription(const QFontMetrics& metrics) {
 
 }  // namespace
 
-frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Register Map", context) {
+frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Register Map", context, kShowsDetails) {
   auto* right = new QVBoxLayout;
   auto* tree = MakeTreeFrame();
   right->addWidget(MakeReadWriteFrame());
   right->addWidget(MakeDetailsFrame());
   fraBits_ = new BitDisplay(this);
   right->addWidget(fraBits_);
+  lblWrites_ = Named(new QLabel(this), "lblWrites");
+  lblWrites_->setWordWrap(true);
+  lblWrites_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  lblWrites_->setTextFormat(Qt::PlainText);
+  lblWrites_->setMinimumHeight(3 * fontMetrics().lineSpacing());  // nothing moves when it speaks
+  right->addWidget(lblWrites_);
   right->addStretch();
 
   auto* row = new QHBoxLayout(this);
@@ -60,6 +66,10 @@ frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Registe
           [this](int bit) { platform::Guarded([this, bit] { lblBit_Click(bit); })(); });
   ConnectTree();
   ConnectBoxes();
+  writers_ = {txtHex_, txtDec_, cmdWrite_};
+  for (auto* bit : fraBits_->findChildren<BitLabel*>()) writers_.push_back(bit);
+  for (QWidget* writer : writers_) writer->installEventFilter(this);
+  TellWrites();
 }
 
 QGroupBox* frmRegMap::MakeTreeFrame() {
@@ -112,6 +122,8 @@ QGroupBox* frmRegMap::MakeReadWriteFrame() {
   grid->addWidget(chkContRead_, 1, 1, 1, 2);
   txtHex_ = addBox(2, "Label5", "Value(He&x)", "txtHex");
   txtDec_ = addBox(3, "Label6", "Value(D&ec)", "txtDec");
+  // An empty box reads as 0.
+  for (QLineEdit* box : {txtReadAddr_, txtHex_, txtDec_}) box->setPlaceholderText("0");
   cmdWrite_ = Named(new QPushButton("Wri&te", frame), "cmdWrite");
   grid->addWidget(cmdWrite_, 3, 2);
   grid->setColumnStretch(1, 1);
@@ -121,6 +133,7 @@ QGroupBox* frmRegMap::MakeReadWriteFrame() {
 
 QGroupBox* frmRegMap::MakeDetailsFrame() {
   auto* frame = Named(new QGroupBox("Register Details", this), "Frame3");
+  fraDetails_ = frame;
   auto* grid = new QGridLayout(frame);
   lblRegDescription_ = Named(new QLabel("Description", frame), "lblRegDescription");
   QFont heavy = lblRegDescription_->font();

@@ -94,6 +94,7 @@ TEST_F(Slider, ReportsWhatTheUserDoes) {
       // Back at the reported value there is nothing to report; keys and wheel rest in a drag, Escape takes it back.
       {"Value=0 press@0 drag@10 drag@20 drag@10 drop@10", "down change=10 up"},
       {"Value=0 press@0 drag@80 Right wheel=120 +Esc", "down change=80 change=0 up"},
+      {"press@0 drag@80 wheel=60 +Esc wheel=60", "down change=80 change=0 up"},  // nor does it count behind the drag
       // It lets go when it is taken out of the hand.
       {"Value=0 press@0 drag@10 drag@20 Enabled=0", "down change=10 up"},
       {"End press@50 drop@50", ""},

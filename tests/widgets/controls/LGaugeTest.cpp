@@ -125,14 +125,36 @@ TEST_F(Gauge, KeysMoveByStepPageAndToTheEndsAndARunIsReportedOnce) {
       {"Right", "-63 85 8"},
       {"PgDown", "-64 85 9"},
       {"Left", "-64 85 9"},  // at the end already
-      {"SliderStep=3 Right", "-61 85 10"},
-      {"SliderStep=1 +Right *Right *Right *Right +Up -Right", "-56 85 10"},  // a key is still held
-      {"-Up", "-56 85 11"},
+      {"PgUp", "-54 85 10"},
+      {"+Left *Left *Left +Down -Left", "-58 85 10"},  // a key is still held
+      {"+Right *Right -Down", "-56 85 10"},
+      {"-Right", "-56 85 11"},
       {"+Right +Esc -Right", "-56 85 11"}};
   for (const auto& [steps, state] : rows) EXPECT_EQ(After(steps), state) << steps;
   EXPECT_EQ(After("+Right"), "-55 85 11");
   after_.setFocus();
   EXPECT_EQ(After(""), "-55 85 12") << "the focus went while the key was down";
+}
+
+TEST_F(Gauge, KeysGoFromStopToStopAndNeverTheOtherWay) {
+  gauge_.setFocus(Qt::TabFocusReason);
+  gauge_.SetSliderStops(2, {-30, -20, -12, 40});
+  const std::pair<const char*, const char*> rows[] = {
+      {"Up", "-12 85 1"},
+      {"Up", "40 85 2"},
+      {"Up", "40 85 2"},
+      {"End", "40 85 2"},
+      {"PgUp", "40 85 2"},
+      {"Down", "-12 85 3"},
+      {"Home", "-30 85 4"},
+      {"PgDown", "-30 85 4"},
+      {"Left", "-30 85 4"},
+      {"+Up *Up *Up -Up", "40 85 5"},
+      // Beyond the scale, and among no stops: there is no way on, and none back by a key that says on.
+      {"PointerIndex=2 PointerValue=300 Up", "300 85 5"},
+      {"End", "300 85 5"},
+      {"Down", "191 85 6"}};
+  for (const auto& [steps, state] : rows) EXPECT_EQ(After(steps), state) << steps;
 }
 
 TEST_F(Gauge, ShowsItsSlidersApartWithoutColour) {

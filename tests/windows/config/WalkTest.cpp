@@ -1,7 +1,18 @@
 #include "tests/windows/config/ConfigModel.h"
+#include "windows/Bindings.h"
 
 namespace zth::testing {
 namespace {
+
+/// A table of one box, on a register that the chip need not have.
+constexpr bool IsSound(int reg, base::BitField bits) {
+  using namespace zth::windows;
+  return windows::IsSound(std::array{Check("chkBox", "Box", {static_cast<std::uint8_t>(reg), bits})},
+                          std::array{Read(reg)}, std::array{Whole(reg)});
+}
+static_assert(IsSound(0x03, {0, 1}));
+static_assert(!IsSound(0x04, {0, 1}) && !IsSound(0xC7, {0, 1}), "the data sheet has no such register");
+static_assert(!IsSound(0x03, {0, 2}), "a box of two bits");
 
 /// A window open on a chip whose registers the test sets.
 class Walk : public ::testing::TestWithParam<WindowModel> {

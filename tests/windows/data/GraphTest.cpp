@@ -1,7 +1,5 @@
 #include <vector>
 
-#include <QComboBox>
-
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "tests/support/Seen.h"
@@ -67,41 +65,6 @@ TEST_F(GraphTest, FeedsAllSevenChartsWithWhatWasMeasuredLast) {
     EXPECT_EQ(Labels(chart, slot, slot + static_cast<int>(labels.count('|'))), labels.toStdString()) << chart;
   }
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "graphs cost the link nothing";
-}
-
-TEST_F(GraphTest, ChartsStandAsPrescribed) {
-  // Each axis with its top value and its part of the height; each trace by its axis.
-  const QStringList expected{
-      "Temperature Only: Temperature (°C) 60@0-1 0000",
-      "Tach Only: Fan Speed (RPM) 12000@0-1 00000000",
-      "PWM Only: PWM Drive (% Duty) 105@0-1 0000",
-      "Temperature and Tach: Temperature (°C) 60@0-0.47 12000@0.53-1 000011111111",
-      "Temperature and PWM: Temperature (°C) 60@0-0.47 105@0.53-1 00001111",
-      "Voltage: Voltage 6@0-1 0000000000000",
-      "THERM: THERM Timer % 105@0-1 00",
-  };
-  const std::vector<QColor> colours{Qt::blue,          Qt::red,          QColor(0, 128, 0),
-                                    Qt::black,         Qt::magenta,      QColor(255, 128, 0),
-                                    QColor(0, 255, 0), QColor(128, 0, 0)};
-  const auto& list = Desk::Get<QComboBox>(Graph(), "cmbGraph");
-  ASSERT_EQ(list.count(), expected.size());
-  for (int i = 0; i < list.count(); ++i) {
-    Strip& chart = Chart(i);
-    QString found = list.itemText(i) + ": " + QString::fromStdString(Labels(i, 0, 0)) + " ";
-    for (int axis = 0; axis < chart.AxisCount(); ++axis) {
-      chart.SetAxisIndex(axis);
-      EXPECT_EQ(chart.AxisMin(), 0);
-      found += QString("%1@%2-%3 ").arg(chart.AxisMax()).arg(chart.AxisAreaTop()).arg(chart.AxisAreaBottom());
-    }
-    for (int trace = 0, onAxis = 0; trace < chart.TraceCount(); ++trace, ++onAxis) {
-      if (chart.TraceAxis(trace) == 1 && chart.TraceAxis(trace - 1) == 0) onAxis = 0;
-      found += QString::number(chart.TraceAxis(trace));
-      EXPECT_EQ(chart.TraceColour(trace),
-                i == 5 && trace > 3 ? QColor(0, 0, 128) : colours.at(static_cast<std::size_t>(onAxis)));
-    }
-    EXPECT_EQ(found, expected[i]);
-    EXPECT_EQ(chart.XSpan() + chart.XEnd(), 110);
-  }
 }
 
 TEST_F(GraphTest, OneChartShowsAndFillsTheWindow) {

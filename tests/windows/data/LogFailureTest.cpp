@@ -1,4 +1,6 @@
 #include <chrono>
+#include <cstdio>
+#include <fstream>
 #include <random>
 #include <sys/stat.h>
 #include <thread>
@@ -28,7 +30,10 @@ class LogFailureTest : public DataTest {
     desk.files.locked = false;
   }
   std::string File() { return Content(Path("a.csv")); }
-  QString Waiting(int lines) { return QString("Logging Enabled - file not writable, %1 lines waiting").arg(lines); }
+  QString Waiting(int lines) {
+    return QString("Logging Enabled - file not writable, %1 line%2 waiting").arg(lines).arg(lines == 1 ? "" : "s");
+  }
+  QString Trouble() { return Desk::Text(Logging(), "lblTrouble"); }
 };
 
 TEST_F(LogFailureTest, LinesWaitInOrderAndTheStatusBarTells) {
@@ -36,11 +41,13 @@ TEST_F(LogFailureTest, LinesWaitInOrderAndTheStatusBarTells) {
   Log(2);
   LogLocked(1);
   EXPECT_EQ(Status(), Waiting(1));
+  EXPECT_EQ(Trouble(), "file not writable, 1 line waiting") << "live, in the window as well";
   LogLocked(3);
   EXPECT_EQ(Status(), Waiting(4));
   EXPECT_EQ(File(), kHead + LogLines(0, 1));
   Log(1);
   EXPECT_EQ(Status(), "Logging Enabled");
+  EXPECT_EQ(Trouble(), "");
   EXPECT_EQ(File(), kHead + LogLines(0, 6));
   EXPECT_TRUE(desk.prompts.shown.empty());
 }
@@ -60,6 +67,182 @@ TEST_F(LogFailureTest, AFileThatGoesAwayOnTheDiskIsWaitedForTheSameWay) {
   ASSERT_EQ(mkfifo(Path("share/a.csv").toLocal8Bit().constData(), 0600), 0);
   Log(1);
   EXPECT_EQ(Status(), Waiting(1));
+}
+
+// Three lines stand in the file, then something happens to it, two lines more.
+TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
+  const std::string before = kHead + LogLines(0, 2);
+  const std::string anew = kHead + LogLines(3, 4);
+  const auto put = [this](const QString& name, const std::string& text) {
+    std::ofstream(Path(name).toStdString(), std::ios::binary) << text;
+  };
+  const auto putInItsPlace = [&](const std::string& text) {
+    put("other", text);
+    ASSERT_EQ(std::rename(Path("other").toLocal8Bit().constData(), Path("d/a.csv").toLocal8Bit().constData()), 0);
+  };
+  const std::string longer(2000, 'x');
+  struct Accident {
+    const char* what;
+    std::function<void()> happen;
+    std::string file;  ///< what it holds then
+    const char* told;  ///< empty where nothing is to be told
+  };
+  const std::vector<Accident> accidents{
+      {"deleted", [&] { QFile::remove(Path("d/a.csv")); }, anew, "it was gone"},
+      {"rotated away", [&] { QFile::rename(Path("d/a.csv"), Path("d/a.csv.1")); }, anew, "it was gone"},
+      {"emptied", [&] { QFile::resize(Path("d/a.csv"), 0); }, anew, "it had been cut short"},
+      {"cut within a line", [&] { QFile::resize(Path("d/a.csv"), std::ssize(before) - 3); },
+       before.substr(0, before.size() - 3) + anew, "it had been cut short"},
+      {"replaced by a shorter one", [&] { putInItsPlace("mine"); }, "mine" + anew, "another file had taken its place"},
+      {"replaced by a longer one", [&] { putInItsPlace(longer); }, longer + anew, "another file had taken its place"},
+      {"written over", [&] { put("d/a.csv", longer); }, longer + anew, "it had been written over"},
+      {"replaced by a copy", [&] { putInItsPlace(before); }, before + LogLines(3, 4), ""},
+      {"on another volume of the same content", [&] { ++desk.files.devices; }, before + LogLines(3, 4), ""},
+      {"extended by somebody", [&] { std::ofstream(Path("d/a.csv").toStdString(), std::ios::app) << "a note\r\n"; },
+       before + "a note\r\n" + LogLines(3, 4), ""},
+      {"extended, and nobody may look into it",
+       [&] {
+         std::ofstream(Path("d/a.csv").toStdString(), std::ios::app) << "a note\r\n";
+         desk.files.unreadable = true;
+       },
+       before + "a note\r\n" + LogLines(3, 4), ""},
+      {"not writable for a while", [&] { LogLocked(0); }, before + LogLines(3, 4), ""},
+      {"deleted with its folder, which comes back empty",
+       [&] {
+         QDir(Path("d")).removeRecursively();
+         Job();
+         EXPECT_EQ(Status(), Waiting(1));
+         QDir().mkdir(Path("d"));
+       },
+       kHead + LogLines(3, 5), "it was gone"},
+      {"out of reach with its volume",
+       [&] {
+         QDir().rename(Path("d"), Path("e"));
+         QDir().mkdir(Path("d"));  // what a mount leaves behind
+         desk.files.volumeOf = [](const QString&) { return "/"; };
+         Job();
+         EXPECT_EQ(Status(), Waiting(1));
+         EXPECT_TRUE(QDir(Path("d")).isEmpty()) << "nothing is put where nobody will look";
+         QDir().rmdir(Path("d"));
+         QDir().rename(Path("e"), Path("d"));
+         desk.files.volumeOf = [this](const QString&) { return Path("d"); };
+       },
+       before + LogLines(3, 5), ""},
+      {"deleted between a look and the write",
+       [&] {
+         desk.files.beforeWrite = [&] { QFile::remove(Path("d/a.csv")); };
+         Job();
+         EXPECT_EQ(Status(), Waiting(1));
+       },
+       kHead + LogLines(3, 5), "it was gone"},
+      {"replaced between a look and the write",
+       [&] {
+         desk.files.beforeWrite = [&] { putInItsPlace(longer); };
+         Job();
+         EXPECT_EQ(Content(Path("d/a.csv")), longer);
+       },
+       longer + kHead + LogLines(3, 5), "another file had taken its place"},
+      {"deleted, and another one comes between a look and the write",
+       [&] {
+         QFile::remove(Path("d/a.csv"));
+         desk.files.beforeWrite = [&] { put("d/a.csv", "mine"); };
+         Job();
+         EXPECT_EQ(Content(Path("d/a.csv")), "mine");
+       },
+       "mine" + kHead + LogLines(3, 5), "it was gone"},
+      {"emptied between a look and the write",
+       [&] {
+         desk.files.beforeWrite = [&] { QFile::resize(Path("d/a.csv"), 0); };
+         Job();
+         EXPECT_EQ(Content(Path("d/a.csv")), "");
+       },
+       kHead + LogLines(3, 5), "it had been cut short"},
+      {"deleted, with no room for a head",
+       [&] {
+         QFile::remove(Path("d/a.csv"));
+         desk.files.space = std::ssize(kHead) - 1;
+         Job();
+         EXPECT_EQ(Content(Path("d/a.csv")), "");
+         desk.files.space = std::ssize(kHead) + 3;
+         Job();
+         EXPECT_EQ(Content(Path("d/a.csv")), kHead);
+         desk.files.space.reset();
+       },
+       kHead + LogLines(3, 6), "it was gone"},
+  };
+  for (const Accident& accident : accidents) {
+    SCOPED_TRACE(accident.what);
+    QDir(Path("d")).removeRecursively();
+    QDir().mkdir(Path("d"));
+    desk.files.unreadable = false;
+    desk.files.volumeOf = [this](const QString&) { return Path("d"); };
+    StartLog(Path("d/a.csv"), {0});
+    EXPECT_EQ(Trouble(), "") << "a new log, a new start";
+    Log(3);
+    ASSERT_EQ(Content(Path("d/a.csv")), before);
+    accident.happen();
+    Job();
+    Job();
+    EXPECT_EQ(Content(Path("d/a.csv")), accident.file);
+    EXPECT_EQ(Trouble().section(": ", 1), accident.told);
+    EXPECT_EQ(Status(), Trouble().isEmpty() ? "Logging Enabled" : "Logging Enabled - " + Trouble());
+    if (QFile::exists(Path("d/a.csv.1"))) {
+      EXPECT_EQ(Content(Path("d/a.csv.1")), before);
+    }
+    Do(Logging(), "cmdLogData");
+    EXPECT_EQ(Status(), "Ready");
+  }
+}
+
+TEST_F(LogFailureTest, NoRunOfAccidentsLosesALineOrWritesOneTwice) {
+  std::mt19937 random(4718);
+  for (int run = 0; run < 200; ++run) {
+    const QString path = Path("r.csv");
+    QFile::remove(path);
+    StartLog(path, {0});
+    std::string all;  // what has been taken out of the way, then what is left
+    const auto take = [&] {
+      const std::string piece = QFile::exists(path) ? Content(path) : std::string();
+      EXPECT_TRUE(piece.empty() || piece.starts_with(kHead)) << piece;
+      all += piece;
+    };
+    int lines = 0;
+    for (int step = 0; step < 40; ++step) {
+      switch (random() % 8) {
+        case 0:
+          take(), QFile::remove(path);
+          break;
+        case 1:
+          take(), QFile::resize(path, 0);
+          break;
+        case 2:
+          desk.files.locked = !desk.files.locked;
+          break;
+        case 3:
+          desk.files.space = static_cast<std::int64_t>(random() % 80);
+          break;
+        case 4:
+          desk.files.space.reset();
+          break;
+        case 5:
+          desk.files.beforeWrite = [&] { take(), QFile::remove(path); };
+          break;
+        default:
+          break;
+      }
+      Job();
+      ++lines;
+    }
+    desk.files.locked = false;
+    desk.files.space.reset();
+    desk.files.beforeWrite = nullptr;
+    Job();
+    take();
+    std::size_t at = 0;
+    for (; (at = all.find(kHead, at)) != std::string::npos;) all.erase(at, kHead.size());
+    ASSERT_EQ(all, LogLines(0, lines)) << "in run " << run;
+    Do(Logging(), "cmdLogData");
+  }
 }
 
 TEST_F(LogFailureTest, AFullDiskNeverLeavesAPieceOfALine) {
@@ -125,6 +308,35 @@ TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   EXPECT_TRUE(File() == expected) << File().substr(expected.size() - 200);
 }
 
+TEST_F(LogFailureTest, NoHeadGoesOutBeforeLinesThatAreStillOwed) {
+  Begin();
+  desk.files.space = 3;
+  desk.files.cutFails = true;
+  Job();
+  windows::StopLog({desk.services, desk.Main()});
+  desk.files.space.reset();
+  EXPECT_FALSE(windows::WriteLogHead(desk.files, "Time ,"));
+  EXPECT_EQ(File(), kHead + "0,0");
+  desk.files.cutFails = false;
+  EXPECT_TRUE(windows::WriteLogHead(desk.files, "Time ,"));
+  EXPECT_EQ(File(), kHead + LogLines(0, 0) + LogHead(""));
+}
+
+TEST_F(LogFailureTest, TheStoreIsOneForAllFiles) {
+  desk.files.locked = true;
+  const int rounds = 4;
+  for (int file = 0; file < rounds; ++file) {
+    windows::LogFileName = Path(QString::number(file));
+    windows::StartLog(100, desk.Main());
+    for (std::int64_t line = 0; line < windows::kMostWaitingLines / rounds; ++line) Job();
+    windows::StopLog({desk.services, desk.Main()});
+  }
+  windows::LogFileName = Path("one more");
+  windows::StartLog(100, desk.Main());
+  Job();
+  EXPECT_EQ(Status(), Waiting(100000) + ", 1 lost");
+}
+
 TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
   Begin();
   desk.files.locked = true;
@@ -156,12 +368,13 @@ TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
 }
 
 TEST_F(LogFailureTest, EveryEndTriesOnceMore) {
-  const std::function<void()> ends[]{
-      [this] { Desk::Get<QAction>(desk.Main(), "mnuExit").trigger(); }, [this] { desk.Main().close(); },
-      [this] {
-        desk.prompts.script.push_back(platform::BoxAnswer::Ok);
-        EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted), platform::ProcessEnded);
-      }};
+  const std::function<void()> ends[]{[this] { Desk::Get<QAction>(desk.Main(), "mnuExit").trigger(); },
+                                     [this] { desk.prompts.picks.push_back("E&xit"), desk.Main().close(); },
+                                     [this] {
+                                       desk.prompts.script.push_back(platform::BoxAnswer::Ok);
+                                       EXPECT_THROW(link::ReportLinkError(link::kCommunicationsInterrupted),
+                                                    platform::ProcessEnded);
+                                     }};
   for (const auto& end : ends) {
     windows::LogActive = false;
     windows::ResetLog();

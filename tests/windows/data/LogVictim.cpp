@@ -16,6 +16,7 @@ class NoDesktop final : public zth::windows::Desktop {
   zth::windows::ChildWindow* OpenWindow(const QString& /*name*/) override { return nullptr; }
   zth::windows::ChildWindow* FindWindow(const QString& /*name*/) const override { return nullptr; }
   void SetStatus(const QString& /*text*/) override {}
+  void Tell(const QString& /*text*/) override {}
   void EnableTimer(bool /*on*/) override {}
   QWidget& Frame() override { std::abort(); }
 };

@@ -21,7 +21,7 @@ TEST_F(LoggingTest, WritesTheFileByteForByte) {
   LogChannelTable[4].Value = 3000;
   Do(Logging(), "chkLog(0)=1; chkLog(4)=1; txtLogInt=100");
   desk.fileDialogs.script.push_back(Path("a.csv"));
-  QTest::keyClick(&Logging(), Qt::Key_Return);
+  Desk::Press(Logging(), "cmdLogData");
   EXPECT_EQ(Status(), "Logging Enabled");
   const std::string head = LogHead("Local Temp ,Tach1 ,");
   EXPECT_EQ(Content(Path("a.csv")), head);
@@ -40,15 +40,10 @@ TEST_F(LoggingTest, HeadsTheColumnsInTheOrderOfTheChannels) {
   PressLog(Path("all.csv"));
   for (int i = 0; i < 45; ++i) LogChannelTable[static_cast<std::size_t>(i)].Value = static_cast<float>(i);
   Log(1);
-  std::string expected =
-      LogHead(
-          "Local Temp ,Remote1 Temp ,Remote2 Temp ,Remote3 Temp ,Tach1 ,Tach2 ,Tach3 ,Tach4 ,Tach5 ,Tach6 ,Tach7 ,"
-          "Tach8 ,PWM1% ,PWM2% ,PWM3% ,PWM4% ,12V1 ,12V2 ,3.3V-Pin13 ,2.5V-Pin15 ,1.8V-Pin15 ,1.25V-Pin20 ,0.9V-Pin20 "
-          ",5V ,"
-          "12V3 ,Vccp1 ,1.5V-Pin23 ,1.8-Pin23 ,2.5V-Pin23 ,Vccp2 ,1.5V-Pin24 ,1.8V-Pin24 ,2.5V-Pin24 ,1.2V-Pin25 ,"
-          "3.3V-Pin25 ,1.2V-Pin26 ,VBatt ,1.5V2 ,1.5V1 ,Local Tmin ,Remote1 Tmin ,Remote2 Tmin ,Remote3 Tmin ,"
-          "Remote1 Op-Point ,Remote2 Op-Point ,") +
-      "0,";
+  std::string captions;
+  for (int i = 0; i < 45; ++i)
+    captions += Desk::Text(Logging(), QString("chkLog(%1)").arg(i)).remove('&').toStdString() + " ,";
+  std::string expected = LogHead(captions) + "0,";
   for (int i = 0; i < 45; ++i) expected += std::to_string(i) + " ,";
   EXPECT_EQ(Content(Path("all.csv")), expected + "\r\n");
 }
@@ -97,14 +92,26 @@ TEST_F(LoggingTest, TakesThePeriodFromTheLeadingNumber) {
 
 TEST_F(LoggingTest, KeepsPaceWithTheTicks) {
   // Period 0: a line a tick. 100: the tick at 100 ms comes a moment too early for the rule, the next one takes it.
-  for (const auto& [period, lines] : {std::pair{"0", 30}, std::pair{"10", 30}, std::pair{"100", 10}}) {
+  for (const auto& [period, lines, pace] :
+       {std::tuple{"0", 30, "true pace: 50 ms"}, {"10", 30, "true pace: 50 ms"}, {"100", 10, "true pace: 150 ms"}}) {
     StartLog(Path(period), {0}, period);
     desk.Advance(1500);
+    EXPECT_EQ(Held(Logging(), "lblPace"), pace) << period;
     Do(Logging(), "cmdLogData");
+    EXPECT_EQ(Held(Logging(), "lblPace"), "") << "no log has no pace";
     EXPECT_NEAR(static_cast<double>(windows::LogSampleCount), lines, 1) << period;
     const std::string content = Content(Path(period));
     EXPECT_EQ(std::count(content.begin(), content.end(), '\n'), 4 + windows::LogSampleCount);
   }
+}
+
+TEST_F(LoggingTest, TellsTheTruePaceOnlyWhereItIsAnother) {
+  StartLog(Path("a.csv"), {0}, "2000");
+  Log(2);
+  desk.Advance(5000);
+  EXPECT_EQ(Held(Logging(), "lblPace"), "") << "two lines and one make no pace yet";
+  Log(20);
+  EXPECT_EQ(Held(Logging(), "lblPace"), "") << "a tick of 2050 ms is no difference to speak of";
 }
 
 TEST_F(LoggingTest, TheTimeNeverWraps) {

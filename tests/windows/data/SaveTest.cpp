@@ -3,10 +3,14 @@
 #include <set>
 #include <sys/stat.h>
 
+#include <QAbstractButton>
+#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
+#include <QStatusBar>
+#include <QTest>
 #include <QTimer>
 
 #include "chip/RegMapStuff.h"
@@ -15,6 +19,8 @@
 
 namespace zth::testing {
 namespace {
+
+using namespace std::string_literals;
 
 std::string Hex(int value) {
   return "0x" + QString::number(value, 16).toUpper().toStdString();
@@ -53,6 +59,7 @@ class SaveTest : public DataTest {
   void SaveTo(const QString& name) { Use("cmdsave", name); }
   void Recall(const QString& name) { Use("cmdRecall", name); }
   void Write(const QString& name, const std::string& text) { std::ofstream(Path(name).toStdString()) << text; }
+  QString Passing() { return Desk::Get<QStatusBar>(desk.Main(), "sbStatusBar").currentMessage(); }
   QString Outcome() { return Desk::Text(Save(), "lblState"); }
 
   /// The whole file as it is to be.
@@ -78,6 +85,9 @@ TEST_F(SaveTest, WritesTheFileByteForByte) {
   for (const chip::RegisterEntry& row : WritableRows()) reads.push_back(R(row.Address));
   EXPECT_EQ(desk.board.TakeTraffic(), reads);
   EXPECT_EQ(desk.Main().FindWindow("frmSave"), nullptr) << "the window goes once the file is there";
+  const QString said = QString("Saved %1 registers to %2").arg(reads.size()).arg(Path("a.sav"));
+  EXPECT_EQ(Passing(), said);
+  EXPECT_EQ(Outcome(), said) << "and still tells when it is opened again";
 
   desk.board.Chip() = DefaultRegisters();
   for (const int reg : {0x4C, 0xAD, 0x01}) desk.board.Chip()[static_cast<std::size_t>(reg)] = 0;
@@ -138,6 +148,8 @@ TEST_F(SaveTest, RecallGivesEveryWritableRegisterItsValueBack) {
     }
     EXPECT_EQ(Writes(desk.board.TakeTraffic()), expected);
     EXPECT_EQ(Outcome(), QString("%1 registers written").arg(expected.size()));
+    EXPECT_EQ(Passing(), Outcome() + " (" + Path("a.sav") + ")");
+    EXPECT_EQ(Desk::Text(Reopen("frmSave"), "lblState"), Passing());
     EXPECT_NE(desk.Main().FindWindow("frmSave"), nullptr);
   }
 }
@@ -155,6 +167,9 @@ TEST_F(SaveTest, ABrokenFileStopsWhereItBreaksWithoutAWord) {
     EXPECT_EQ(desk.board.TakeTraffic(), T(writes)) << text;
     EXPECT_EQ(Outcome().toStdString(), outcome);
   }
+  Write("wide.sav", "\xFF\xFE{\0\n\0\x30\0x\0\x31\0\t\0\x30\0x\0\x32\0\n\0}\0"s);
+  Recall("wide.sav");
+  EXPECT_EQ(Outcome(), "Nothing written: wide.sav is in UTF-16; save it as plain text or in UTF-8");
   Recall("not there.sav");
   EXPECT_EQ(Outcome(), "Nothing written: not there.sav could not be opened");
   ASSERT_EQ(mkfifo(Path("pipe.sav").toLocal8Bit().constData(), 0600), 0);
@@ -173,25 +188,100 @@ TEST_F(SaveTest, AHugeFileEndsInBoundedMemory) {
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x28, 7)});
 }
 
-TEST_F(SaveTest, WhileItRecallsTheBarAndTheRegisterShowAndNoTickReachesTheLink) {
+TEST_F(SaveTest, WhileItRecallsTheBarAndTheRegisterShowAndNothingElseReachesTheLink) {
   desk.board.Chip() = DefaultRegisters();
   SaveTo("a.sav");
   windows::ChildWindow& window = Save();
+  windows::ChildWindow& other = desk.Open("frmTherm");
+  desk.Open("frmSave");
+  desk.board.TakeTraffic();
+  Traffic expected;
+  for (const chip::RegisterEntry& row : WritableRows()) expected.push_back(W(row.Address, Value(row.Address)));
   std::set<QString> names;
   int last = 0;
-  desk.events.onPaint = [&] {
+  desk.events.onPump = [&] {
     const int before = std::exchange(last, Desk::Get<QProgressBar>(window, "prgWork").value());
-    EXPECT_GT(last, before);
+    EXPECT_GE(last, before);
     names.insert(Desk::Text(window, "lblState"));
     EXPECT_FALSE(Master().isActive());
     desk.clock.Advance(500);
+    // Whatever a hand or an assistive tool may reach for.
+    for (const char* button : {"cmdsave", "cmdRecall", "cmdClose"}) Desk::Get<QAbstractButton>(window, button).click();
+    for (auto* button : other.findChildren<QAbstractButton*>()) button->click();
+    for (auto* action : desk.Main().findChildren<QAction*>()) action->trigger();
+    QTest::keyClick(&window, Qt::Key_Return);
+    QTest::keyClick(&desk.Main(), Qt::Key_R, Qt::ControlModifier);
+    EXPECT_FALSE(Desk::Get<QWidget>(desk.Main(), "cmbDevices").isEnabled());
   };
-  desk.board.TakeTraffic();
+  desk.clock.lookUs = 250'000;
   Recall("a.sav");
+  desk.clock.lookUs = 1;
+  desk.events.onPump = nullptr;
   EXPECT_TRUE(names.contains("Writing 0x54  Local/Remote 1 Hyst"));
   EXPECT_GT(names.size(), 70U);
-  const Traffic traffic = desk.board.TakeTraffic();
-  EXPECT_EQ(std::ranges::count(traffic, "usb B 58:88+8"), 0) << "no measurement";
+  EXPECT_EQ(Writes(desk.board.TakeTraffic()), expected);
+  EXPECT_EQ(desk.Main().FindWindow("frmRegMap"), nullptr);
+  for (const char* button : {"cmdsave", "cmdRecall", "cmdClose"}) {
+    EXPECT_TRUE(Desk::Get<QAbstractButton>(window, button).isEnabled()) << button;
+  }
+  EXPECT_FALSE(Desk::Get<QAbstractButton>(window, "cmdCancel").isEnabled());
+  Desk::Get<QAction>(desk.Main(), "mnuRegMap").trigger();
+  EXPECT_NE(desk.Main().FindWindow("frmRegMap"), nullptr) << "all can be used again";
+}
+
+TEST_F(SaveTest, ARecallIsCancelledBetweenTwoRegistersAndTellsHowManyItHasWritten) {
+  Write("a.sav", "{\n0x28\t0x7\n0x29\t0x8\n0x2A\t0x9\n0x2B\t0xA\n}");
+  int pumps = 0;
+  desk.events.onPump = [&] { ++pumps; };
+  Recall("a.sav");
+  EXPECT_EQ(pumps, 0) << "what takes no time is not worth an interruption";
+  desk.clock.lookUs = 250'000;
+  const auto button = [this] { Desk::Press(Save(), "cmdCancel"); };
+  const auto escape = [this] { QTest::keyClick(&Save(), Qt::Key_Escape); };
+  const auto close = [this] { Save().Unload(); };
+  const auto gone = [this] {
+    Save().Unload();
+    Desk::Settle();
+  };
+  struct Row {
+    std::function<void()> act;
+    int pump;
+    const char* writes;
+    QString outcome;
+    bool stays;
+  };
+  const std::vector<Row> rows{{button, 1, "", "Cancelled after 0 registers written", true},
+                              {button, 2, "W28=07", "Cancelled after 1 register written", true},
+                              {escape, 4, "W28=07 W29=08 W2A=09", "Cancelled after 3 registers written", true},
+                              {close, 3, "W28=07 W29=08", "Cancelled after 2 registers written", false},
+                              {gone, 3, "W28=07 W29=08", "Cancelled after 2 registers written", false},
+                              {[] {}, 1, "W28=07 W29=08 W2A=09 W2B=0A", "4 registers written", true}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.outcome.toStdString());
+    desk.Open("frmSave");
+    desk.board.TakeTraffic();
+    pumps = 0;
+    desk.events.onPump = [&] {
+      if (++pumps == row.pump) row.act();
+    };
+    desk.fileDialogs.script.push_back(Path("a.sav"));
+    Do(Save(), "cmdRecall");
+    desk.events.onPump = nullptr;
+    EXPECT_EQ(desk.board.TakeTraffic(), T(row.writes));
+    EXPECT_EQ(Passing(), row.outcome + " (" + Path("a.sav") + ")");
+    EXPECT_TRUE(Master().isActive());
+    Desk::Settle();
+    EXPECT_EQ(desk.Main().FindWindow("frmSave") != nullptr, row.stays);
+    EXPECT_TRUE(Outcome().startsWith(row.outcome));
+    QTest::keyClick(&Save(), Qt::Key_Escape);
+    Desk::Settle();
+    EXPECT_EQ(desk.Main().FindWindow("frmSave"), nullptr) << "Escape closes again";
+  }
+  desk.events.onPump = [this] { desk.Main().close(); };
+  desk.fileDialogs.script.push_back(Path("a.sav"));
+  Do(Save(), "cmdRecall");
+  EXPECT_FALSE(Master().isActive()) << "closed is closed";
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
 }
 
 }  // namespace

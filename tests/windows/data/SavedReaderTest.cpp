@@ -1,3 +1,4 @@
+#include <iomanip>
 #include <random>
 #include <sstream>
 #include <string>
@@ -11,6 +12,7 @@ namespace zth::windows {
 namespace {
 
 using Result = SavedReader::Result;
+using namespace std::string_literals;
 
 /// What a text is read as: "1=2 4C=A4 end", or "broken" at its end.
 std::string ReadAll(std::string_view text) {
@@ -49,8 +51,12 @@ TEST(SavedReader, TakesWhateverHasTwoNumbersBehindAnX) {
       {"no end", "{\n0x1\t0x2\t\n0x3\t0x4\t\n", "1=2 3=4 broken"},
       {"cut within the value", "{\n0x1\t0x2\t\n0x3\t0x4", "1=2 broken"},
       {"cut behind the value", "{\n0x1\t0x22", "broken"},
-      {"a digit that ends its line takes the next one", "{\n0x1\t0x2\n0x3\t0x4\t\n0x5\t0x6\t\n}", "1=2 5=6 end"},
-      {"no text", std::string("{\n0x1\t0x2\t\n0x3\0\t0x4\t\n}", 22), "1=2 broken"},
+      {"a digit that ends its line", "{\n0x1\t0x2\n0x3\t0x4\n0x5\t0x6\n}", "1=2 3=4 5=6 end"},
+      {"an x that ends its line", "{\n0x1\t0x\n0x3\t0x4\n}", "1=0 3=4 end"},
+      {"an address that ends its line", "{\n0x1\n0x2\n0x\n0x4\n}", "1=2 0=4 end"},
+      {"carriage returns alone", "a\r{\r0x1\t0x2\r0x3\t0x44\r\r0x5\t0x6\t//\r}\r", "1=2 3=44 5=6 end"},
+      {"a carriage return among line feeds ends nothing", "{\n0x1\t0x2\t// a\r0x3\t0x4\n}", "1=2 end"},
+      {"zero bytes", "{\0\n\0000x1\t0x2\0\n0x3\0\t0x\0\t\n}"s, "1=2 3=0 end"},
       {"two bytes a character", std::string("{\0\n\0}\0", 6), "broken"},
   };
   for (const auto& [what, text, read] : rows) EXPECT_EQ(ReadAll(text), read) << what;
@@ -64,6 +70,82 @@ TEST(SavedReader, StopsAtAHundredThousandLines) {
   EXPECT_TRUE(ReadAll("{\n" + text.substr(11) + "}") == read.substr(5) + "end");
 }
 
+TEST(SavedReader, FindsEachRegisterInWhateverFormTheLinesHave) {
+  std::mt19937 random(4718);
+  const std::string junk = "\0\x80\xFF\x1A{ "s;
+  int files = 0;
+  for (const std::string end : {"\r\n", "\n", "\r"}) {
+    for (const std::string comment : {"", "\t // Name 0x1 0x2", " ", "\t // \xC3\xA9 } {"}) {
+      for (const bool blankLines : {false, true}) {
+        for (const bool zeros : {false, true}) {
+          for (const bool padded : {false, true}) {
+            ++files;
+            std::string text = (zeros ? junk : "head") + end + "{" + (zeros ? junk : "") + end;
+            std::ostringstream registers;
+            registers << std::hex << std::uppercase;
+            for (int i = 0; i < 40; ++i) {
+              const int address = static_cast<int>(random() % 256);
+              const int value = static_cast<int>(random() % (random() % 2 == 0 ? 16 : 256));
+              std::ostringstream line;
+              line << std::hex << std::setfill('0') << "0x" << std::setw(padded ? 2 : 1) << address << '\t';
+              if (zeros) line << junk;
+              line << "0x" << std::setw(padded ? 2 : 1) << value << comment << end;
+              text += (blankLines && random() % 2 == 0 ? end : "") + line.str();
+              registers << address << '=' << value << ' ';
+            }
+            text += "}" + (zeros ? junk : end);
+            ASSERT_EQ(ReadAll(text), registers.str() + "end") << text;
+            ASSERT_EQ(WideEncoding(text), nullptr) << text;
+          }
+        }
+      }
+    }
+  }
+  EXPECT_EQ(files, 96);
+}
+
+TEST(SavedReader, KnowsATextOfWideCharacters) {
+  const auto widened = [](const std::string& text, int bytes, bool bigEnd) {
+    std::string wide;
+    for (const char c : text) {
+      std::string character(static_cast<std::size_t>(bytes), '\0');
+      (bigEnd ? character.back() : character.front()) = c;
+      wide += character;
+    }
+    return wide;
+  };
+  const std::string text = SavedHead("1/1/2026", "8:00", "") + SavedLine(0x28, 7, "Name") + std::string(kSavedEnd);
+  // A comment of other letters has no zeros.
+  std::string foreign;
+  for (int i = 0; i < 60; ++i) foreign += "\x37\x04";
+  for (const bool bigEnd : {false, true}) {
+    const std::string two = widened(text, 2, bigEnd);
+    EXPECT_STREQ(WideEncoding(two), "UTF-16");
+    EXPECT_STREQ(WideEncoding(two + foreign), "UTF-16");
+    EXPECT_STREQ(WideEncoding((bigEnd ? "\xFE\xFF" : "\xFF\xFE") + two), "UTF-16");
+    EXPECT_STREQ(WideEncoding(widened(text, 4, bigEnd)), "UTF-32");
+    const std::string mark = bigEnd ? "\0\0\xFE\xFF"s : "\xFF\xFE\0\0"s;
+    EXPECT_STREQ(WideEncoding(mark + foreign), "UTF-32");
+  }
+  for (const std::string& narrow : {std::string(), text, "\xEF\xBB\xBF" + text, text + std::string(9000, '\0'),
+                                    std::string(100, '\0'), text + foreign}) {
+    EXPECT_EQ(WideEncoding(narrow), nullptr) << narrow;
+  }
+}
+
+TEST(SavedReader, PutsAnyCommentIntoOneLine) {
+  const std::pair<const char*, const char*> rows[]{
+      {"a\nb", "a b"},           {"a\r\nb", "a b"},
+      {"a\rb\n\nc", "a b  c"},   {"\n brace {\n", "brace {"},
+      {"a\xE2\x80\xA8z", "a z"}, {"a\xE2\x80\xA9z\xC2\x85y\vx\fw", "a z y x w"},
+      {"a\tb", "a\tb"},          {"\xE2\x80\xA6\xC2\xB0", "\xE2\x80\xA6\xC2\xB0"}};
+  for (const auto& [comment, line] : rows) {
+    const std::string head = SavedHead("d", "t", comment);
+    EXPECT_NE(head.find("\r\nComment : " + std::string(line) + "\r\n\r\nAddress\t"), std::string::npos) << head;
+    EXPECT_EQ(ReadAll(head + SavedLine(0x4C, 0xA4, "x") + "}"), "4C=A4 end") << head;
+  }
+}
+
 TEST(SavedReader, GivesBackWhatWasSavedWhateverTheComment) {
   std::mt19937 random(4718);
   const auto noise = [&random](const std::string& characters) {
@@ -72,7 +154,7 @@ TEST(SavedReader, GivesBackWhatWasSavedWhateverTheComment) {
     return text;
   };
   for (int i = 0; i < 2000; ++i) {
-    std::string text = SavedHead("11/18/2026", "2:40:12 AM", noise("x0{ }/\t\xC3\xA9"));
+    std::string text = SavedHead("11/18/2026", "2:40:12 AM", noise("x0{ }/\t\r\n\xC3\xA9"));
     std::ostringstream lines;
     lines << std::hex << std::uppercase;
     for (auto n = 1 + random() % 200; n > 0; --n) {

@@ -66,7 +66,10 @@ TEST_F(Curves, AreDrawnWithTheDotsOfTheTabShowing) {
   EXPECT_EQ(Trace(0), curve);
 
   desk.Do("tbPWM=2");
-  for (int s = 0; s < 4; ++s) EXPECT_EQ(Trace(s), curve) << s;
+  for (int s = 0; s < 4; ++s) {
+    EXPECT_EQ(Trace(s), curve) << s;
+    EXPECT_EQ(Trace(s + 8), (Points{{26, 0}, {26, 25}, {30, 25}})) << s;
+  }
   EXPECT_EQ(Captions(chart, 4, 4), "Remote3");
   desk.Advance(400);
   for (int s = 0; s < 4; ++s) EXPECT_EQ(Trace(s + 4), (Points{{20.25 + s, 50}, {20.25 + s, 50}})) << s;
@@ -84,6 +87,35 @@ TEST_F(Curves, AreDrawnWithTheDotsOfTheTabShowing) {
   desk.Do("cmbControl(1)=3");
   EXPECT_EQ(desk.Held("tbTemp"), "3");
   EXPECT_EQ(Captions(chart, 1, 1), "Remote3");
+}
+
+TEST_F(Curves, FollowEachControlAtOnce) {
+  // Each step goes on from the one before it.
+  const std::pair<const char*, const char*> rows[]{
+      {"txtMinPWM(0)=50", "-40,0 30,0 30,50 46,100 119,100"},
+      {"txtMaxPWM=75", "-40,0 30,0 30,50 38,75 119,75"},
+      {"txtTmin(0)=20", "-40,0 20,0 20,50 28,75 119,75"},
+      {"cmbTrange(0)=13", "-40,0 20,0 20,50 36,75 119,75"},
+      {"chkMinSpeed(0)=1", "-40,50 20,50 20,50 36,75 119,75"},
+      {"txtTH1(0)=60; chkThermFS1=1", "-40,50 20,50 20,50 36,75 60,75 60,100 119,100"},
+      {"txtTH1(0)=65", "-40,50 20,50 20,50 36,75 65,75 65,100 119,100"},
+      {"txtTH2(0)=40; chkThermFS2=1", "-40,50 20,50 20,50 36,75 40,75 40,100 119,100"},
+      {"txtTH2(0)=50; chkMinSpeed(0)=0", "-40,0 20,0 20,50 36,75 50,75 50,100 119,100"},
+      {"cmbControl(0)=4", ""},
+      {"cmbControl(0)=3", "-40,0 30,0 30,50 38,75 119,100"},  // its limits lie beyond the chart
+  };
+  Put(desk.board.Chip(), "4F=FF 53=FF");
+  desk.Reopen();
+  for (const auto& [steps, curve] : rows) {
+    desk.Do(steps);
+    QStringList points;
+    for (const auto& [x, y] : PointsOf(Desk::Get<widgets::Strip>(*desk.window, "stpGraph"), 0)) {
+      points << QString("%1,%2").arg(x).arg(y);
+    }
+    EXPECT_EQ(points.join(' ').toStdString(), curve) << steps;
+  }
+  desk.Do("cmbControl(0)=0; txtTminHyst(0)=7");
+  EXPECT_EQ(PointsOf(Desk::Get<widgets::Strip>(*desk.window, "stpGraph"), 8).front().first, 13);
 }
 
 TEST_F(Curves, FollowTheChipsTminOfRemote1AndTheUsersZoom) {

@@ -77,11 +77,19 @@ TEST(Curve, HasTheShapesAnEngineerExpects) {
   }
 }
 
-TEST(Curve, RoundsItsRampEndInSinglePrecision) {
-  const std::pair<const char*, int> rows[]{{"range=2°C tmin=20 min=14 max=62", 22},
-                                           {"range=26.7°C tmin=63 min=65 max=97", 76},
-                                           {"range=80°C tmin=2 min=75 max=81", 9},
-                                           {"range=80°C tmin=6 min=97 max=99", 9}};
+TEST(Curve, RoundsEachOfItsFiguresToSinglePrecision) {
+  // A limit at the very end of the ramp cuts it, or not.
+  for (const auto& [changes, cut] : {std::pair{"range=3.3°C tmin=50 min=0 max=64 th1=53", true},
+                                     {"range=3.3°C tmin=25 min=0 max=64 th1=28", false},
+                                     {"range=3.3°C tmin=7 min=0 max=64 th1=10", false}}) {
+    CurveModel model = BuildCurveModel(Texts(std::string("therm1 ") + changes));
+    EXPECT_EQ(BuildCurvePaths(model, 0, 0, kStartRange).main.size(), cut ? 6U : 7U) << changes;
+  }
+  const std::pair<const char*, int> rows[]{
+      {"range=3.3°C tmin=25 min=0 max=32", 27},   {"range=3.3°C tmin=56 min=0 max=96", 60},
+      {"range=3.3°C tmin=6 min=0 max=32", 8},     {"range=2°C tmin=20 min=14 max=62", 22},
+      {"range=26.7°C tmin=63 min=65 max=97", 76}, {"range=80°C tmin=2 min=75 max=81", 9},
+      {"range=80°C tmin=6 min=97 max=99", 9}};
   for (const auto& [changes, end] : rows) {
     CurveModel model = BuildCurveModel(Texts(changes));
     EXPECT_EQ(BuildCurvePaths(model, 0, 0, kStartRange).main[3].x, end) << changes;

@@ -2,6 +2,7 @@
 
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "link/Declarations.h"
 #include "tests/windows/fancontrol/LiveCases.h"
 #include "windows/SharedState.h"
 #include "windows/fancontrol/Demo.h"
@@ -105,6 +106,53 @@ TEST(DynamicTmin, ARefreshReadsTheFourBehavioursAndNothingElse) {
   const double top = Chart(desk, 0).AxisAreaTop();
   for (const auto& [slot, below] : std::vector<std::pair<int, double>>{{6, 0.04}, {7, 0.06}, {8, 0.08}, {11, 0.1}}) {
     EXPECT_NEAR(LabelTop(desk, 0, slot), top + below, 1e-5) << slot;
+  }
+}
+
+TEST(DynamicTmin, ABoxTellsWhatTheChipHasMadeOfItOnceThatHasBeenMeasured) {
+  // Each box with its register. The demo draws Remote2 15 degrees higher than the chip holds; the boxes do not.
+  const std::vector<std::tuple<const char*, QString, QString, int>> rows{
+      {"frmDynamicTmin", "txtTmin(0)", "lblChipTmin(0)", 0x5D},
+      {"frmDynamicTmin", "txtTmin(1)", "lblChipTmin(1)", 0x5E},
+      {"frmDynamicTmin", "txtR1OpPoint", "lblChipR1OpPoint", 0x5A},
+      {"frmDynamicTmin", "txtR2OpPoint", "lblChipR2OpPoint", 0x5B},
+      {"frmDynamicTmin", "txtLowLim(1)", "lblChipLowLim(1)", 0x46},
+      {"frmDynamicTmin", "txtHighLim(0)", "lblChipHighLim(0)", 0x49},
+      {"frmDynamicTmin", "txtHighLim(1)", "lblChipHighLim(1)", 0x4A},
+      {"frmAutoGraph", "txtTmin(0)", "lblChipTmin(0)", 0x5C},
+      {"frmAutoGraph", "txtTmin(2)", "lblChipTmin(2)", 0x5E},
+      {"frmAutoGraph", "txtTmin(3)", "lblChipTmin(3)", 0x5F}};
+  constexpr int kOneRound = 1500;
+  for (const bool demo : {false, true}) {
+    for (const auto& [window, box, label, reg] : rows) {
+      SCOPED_TRACE(box.toStdString() + (demo ? ", demo" : ""));
+      WindowDesk desk(window, "5A..5F=50 45..46=50 49..4A=50");
+      windows::DemoRunning = demo;
+      windows::DemoThermTripped = true;
+      const QSize size = desk.window->sizeHint();
+      desk.Advance(kOneRound);
+      EXPECT_EQ(desk.Held(label), "") << "as it was read";
+      Put(desk.board.Chip(), QString::asprintf("%02X=6F", reg).toStdString());
+      desk.Advance(kOneRound);
+      EXPECT_EQ(desk.Held(label), "chip: 47");
+      EXPECT_EQ(desk.window->sizeHint(), size);
+      windows::DemoRunning = !demo;
+      desk.Advance(50);
+      EXPECT_EQ(desk.Held(label), "chip: 47") << "a lift that came or went after the measurement";
+      desk.Do(box + "=30");
+      desk.Advance(300 / 6);
+      EXPECT_EQ(desk.Held(label), "") << "what was measured before the write tells nothing of it";
+      desk.Advance(kOneRound);
+      EXPECT_EQ(desk.Held(label), "") << "the chip holds what was written";
+      Put(desk.board.Chip(), QString::asprintf("%02X=6F", reg).toStdString());
+      desk.Advance(kOneRound);
+      desk.window->ReadAgain();
+      EXPECT_EQ(desk.Held(box + " " + label), "47|") << "read again, the box holds it itself";
+      Put(desk.board.Chip(), QString::asprintf("%02X=50", reg).toStdString());
+      link::DeviceAddress = 0x5A;
+      desk.Advance(kOneRound);
+      EXPECT_EQ(desk.Held(label), "") << "a box of another chip has none";
+    }
   }
 }
 

@@ -1,6 +1,7 @@
 #include <QLabel>
 #include <QTest>
 
+#include "chip/Measurements.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "tests/support/Steps.h"
@@ -69,6 +70,38 @@ TEST_F(ManualControl, WritesTheDutyOfTheSliderThatMoves) {
   QTest::keyClick(&Slider(1), Qt::Key_Right);
   EXPECT_EQ(desk.board.TakeTraffic(), T("WAB=82"));
   EXPECT_FALSE(windows::ManualSliderHeld);
+}
+
+TEST_F(ManualControl, NoStepOfAKeyIsLostToAnOlderDuty) {
+  // Past every refresh and at every distance from it and from the duty's reading, as a held key has it.
+  Slider(1).SetValue(20);
+  link::WriteRegisterValue(link::DeviceAddress, 0xAB, 51);
+  desk.Advance(3000);
+  desk.board.TakeTraffic();
+  for (int step = 1; step <= 40; ++step) {
+    QTest::keyClick(&Slider(1), Qt::Key_Right);
+    EXPECT_EQ(desk.Held("sldManual(1)"), std::to_string(20 + step));
+    desk.Advance(50 + 30 * (step % 8));
+  }
+  EXPECT_EQ(desk.board.Chip()[0xAB], 153);
+  desk.Advance(2000);
+  EXPECT_EQ(desk.Held("sldManual(1)"), "60");
+}
+
+TEST_F(ManualControl, FollowsTheChipAgainOnceTheDutyWasMeasured) {
+  desk.Do("sldManual(1)=70; sldManual(3)=5");
+  chip::PollEnabled = false;
+  Put(desk.board.Chip(), "AA=00 AB=0D AD=0D");
+  chip::Measurements.PwmPercent = {0, 5, 5, 5};
+  desk.Advance(2500);
+  EXPECT_EQ(desk.Held("sldManual(0..3)"), "0|70|5|5") << "not measured since: the others follow, the written wait";
+  // Taken off manual meanwhile: what it shows is no older than its write either.
+  link::WriteRegisterValue(link::DeviceAddress, 0x22, 0x25);
+  desk.Advance(1100);
+  EXPECT_EQ(desk.Held("sldManual(1) lblManual(1)"), "70|Disabled");
+  chip::PollEnabled = true;
+  desk.Advance(2500);
+  EXPECT_EQ(desk.Held("sldManual(0..3)"), "0|5|60|5");
 }
 
 TEST_F(ManualControl, AWindowClosedUnderAHeldSliderLetsGoOfIt) {

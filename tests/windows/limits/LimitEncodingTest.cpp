@@ -65,16 +65,6 @@ TEST(FanLimits, TakeTheSpeedThroughTheSameExpression) {
   }
 }
 
-TEST(FanLimits, HaveAStepThatLeadsToAGreaterSpeed) {
-  for (int raw = 3; raw <= 255; ++raw) {
-    const auto rpm = static_cast<double>(TachLimitToRpm(static_cast<std::uint8_t>(raw), kClock));
-    const double up = rpm + TachLimitStepUp(rpm, kClock);
-    EXPECT_NEAR(std::remainder(up, 10), 0, 1e-6) << raw;
-    EXPECT_GT(static_cast<double>(TachLimitToRpm(RpmToTachLimit(up, kClock), kClock)), rpm) << raw;
-  }
-  EXPECT_EQ(TachLimitStepUp(12000, kClock), 0);
-}
-
 TEST(ThermTimerLimits, HoldPercentsIn255ths) {
   for (const auto& [raw, percent] : {std::pair{0, 0}, {1, 0}, {2, 1}, {128, 50}, {192, 75}, {254, 100}, {255, 100}}) {
     EXPECT_EQ(ThermLimitToPercent(static_cast<std::uint8_t>(raw)), percent) << raw;

@@ -1,5 +1,7 @@
 // The gauges of the limits window: which registers their sliders are, and what a drag, a key and an empty list do.
+#include <iterator>
 #include <numeric>
+#include <set>
 
 #include <QApplication>
 #include <QFocusEvent>
@@ -140,27 +142,53 @@ TEST_F(Limits, ADragWithNothingListedWritesNothingAndGoesBack) {
   EXPECT_EQ(Items("cmbThermTimer").join('|'), "THERM2");
 }
 
-TEST_F(Limits, OneArrowKeyMovesEachLimitByACodeAtLeastInItsDirection) {
+TEST_F(Limits, NoKeyMovesALimitTheOtherWayAndEachStepReachesItsNeighbour) {
   Load();
   Load([](Pins& pins) { PutPins(pins, 2); });
-  // The list and its item, the register, the slider in the order of Tab, and the register's way when the limit goes up.
-  const std::tuple<const char*, const char*, unsigned, int, int> rows[]{
-      {"Temp", "Local", 0x44U, 0, 1},           {"Temp", "Local", 0x48U, 1, 1}, {"Volt", "0.9V (pin19)", 0x4BU, 1, 1},
-      {"Volt", "1.2V (pin25)", 0x74U, 0, 1},    {"Fan", "Fan5", 0x7CU, 0, -1},  {"ThermTimer", "THERM2", 0x81U, 0, 1},
-      {"THERMPin", "Local THERM2", 0x50U, 0, 1}};
-  for (const auto& [kind, item, reg, position, direction] : rows) {
+  // The list and its item, the register, and the slider in the order of Tab.
+  const std::tuple<const char*, const char*, unsigned, int> rows[]{
+      {"Temp", "Local", 0x44U, 0},           {"Temp", "Local", 0x48U, 1}, {"Volt", "0.9V (pin19)", 0x4BU, 1},
+      {"Volt", "1.2V (pin25)", 0x74U, 0},    {"Fan", "Fan5", 0x7CU, 0},   {"ThermTimer", "THERM2", 0x81U, 0},
+      {"THERMPin", "Local THERM2", 0x50U, 0}};
+  for (const auto& [kind, item, reg, position] : rows) {
     const std::string list = std::string("cmb") + kind;
     auto& gauge = Desk::Get<widgets::LGauge>(*window, QString("gge") + kind);
-    for (const int raw : {20, 100, 150, 192}) {
-      for (const auto& [key, way] : {std::pair{Qt::Key_Up, 1}, std::pair{Qt::Key_Down, -1}}) {
-        std::uint8_t& now = desk.board.Chip()[reg];
-        now = static_cast<std::uint8_t>(raw);
-        Desk::Get<QComboBox>(*window, list.c_str()).setCurrentIndex(-1);
-        PickItem(list.c_str(), item);
-        QFocusEvent focus(QEvent::FocusIn, position == 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-        QApplication::sendEvent(&gauge, &focus);
+    std::uint8_t& now = desk.board.Chip()[reg];
+    const auto show = [&](int raw) {
+      now = static_cast<std::uint8_t>(raw);
+      Desk::Get<QComboBox>(*window, list.c_str()).setCurrentIndex(-1);
+      PickItem(list.c_str(), item);
+      QFocusEvent focus(QEvent::FocusIn, position == 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+      QApplication::sendEvent(&gauge, &focus);
+      return gauge.SliderValue(position);
+    };
+    // What a drag can set, as it shows behind it.
+    std::set<double> reachable;
+    show(0x80);
+    for (double place = gauge.ScaleMin(); place <= gauge.ScaleMax(); place += gauge.Scale().Resolution()) {
+      Drag((std::string("gge") + kind).c_str(), gauge.Sliders()[static_cast<std::size_t>(position)].number,
+           gauge.Scale().Settle(place));
+      reachable.insert(gauge.SliderValue(position));
+    }
+    for (int raw = 0; raw <= 0xFF; ++raw) {
+      for (const auto& [key, steps] : {std::pair{Qt::Key_Up, 1},
+                                       {Qt::Key_Down, -1},
+                                       {Qt::Key_PageUp, 10},
+                                       {Qt::Key_PageDown, -10},
+                                       {Qt::Key_End, 999999},
+                                       {Qt::Key_Home, -999999}}) {
+        const double before = show(raw);
+        std::vector<double> ways{before};
+        if (steps > 0) ways.insert(ways.end(), reachable.upper_bound(before), reachable.end());
+        if (steps < 0) {
+          ways.insert(ways.end(), std::make_reverse_iterator(reachable.lower_bound(before)), reachable.rend());
+        }
         QTest::keyClick(&gauge, key);
-        EXPECT_GT((now - raw) * way * direction, 0) << item << " from " << raw << " to " << int{now};
+        ASSERT_EQ(gauge.SliderValue(position), ways[std::min<std::size_t>(ways.size() - 1, std::abs(steps))])
+            << item << ", raw " << raw << ", " << steps << " steps from " << before;
+        if (ways.size() == 1) {
+          EXPECT_EQ(now, raw) << item << ": nothing is written where nothing moves";
+        }
       }
     }
   }

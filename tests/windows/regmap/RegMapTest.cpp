@@ -1,15 +1,14 @@
 // Reading and writing on the register map, and what it offers beside: search, marks, copies, bits by key.
-#include <set>
-
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QTest>
 #include <QTreeWidget>
 
 #include "chip/Measurements.h"
-#include "chip/RegMapStuff.h"
+#include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "tests/support/Steps.h"
 
@@ -59,38 +58,6 @@ class RegisterMap : public ::testing::Test {
 constexpr char kDigits[] = "lblBit(0..7)";
 /// What a read shows: description, address, the box of the address.
 constexpr char kShown[] = "lblRegDescription lblCurrentAddr txtReadAddr";
-
-TEST_F(RegisterMap, OpensWithItsStartTexts) {
-  EXPECT_EQ(desk.Held("lblRegDescription lblCurrentAddr lblHexVal lblDecVal lblReadOnly lblInfo(0..7)"),
-            "Description|Address|HexVal|DecVal|ReadOnly|X|X|X|X|X|X|X|X");
-  EXPECT_EQ(desk.Held(kDigits), "0|0|0|0|0|0|0|0");
-}
-
-TEST_F(RegisterMap, ListsAllRegistersButSixUnderTheirTopics) {
-  QStringList roots;
-  std::set<QString> names, keys;
-  for (QTreeWidgetItemIterator at(&tree); *at != nullptr; ++at) {
-    EXPECT_TRUE(keys.insert((*at)->data(0, Qt::UserRole).toString()).second) << (*at)->text(0).toStdString();
-    const QTreeWidgetItem* parent = (*at)->parent();
-    if (parent == nullptr) roots << (*at)->text(0);
-    if (parent != nullptr && parent->parent() != nullptr) names.insert((*at)->text(0));
-    EXPECT_EQ((*at)->isExpanded(), parent == nullptr && roots.size() == 1);
-  }
-  EXPECT_EQ(roots.join('|'), "General|Temperature|Fan|Voltage|GPIO|THERM Timer");
-  EXPECT_EQ(keys.size(), names.size() + 27);
-  QStringList left;
-  for (const chip::RegisterEntry& entry : chip::RegisterTable) {
-    const QString name = QString::fromStdString(entry.Name);
-    if (names.erase(name) == 0) left << name;
-  }
-  EXPECT_TRUE(names.empty()) << "not in the table: " << names.begin()->toStdString();
-  EXPECT_EQ(left.join('|'),
-            "Thermal Status 1,Host|Thermal Status 2,Host|Voltage Status 1,Host|Voltage Status 2,Host|Fan Status,Host|"
-            "Digital Status,Host");
-  EXPECT_EQ(Node("GPIO  Values").data(0, Qt::UserRole), "GPIO Values");
-  EXPECT_EQ(Node("GPIO Status,Host").parent(), &Node("GPIO  Values"));
-  EXPECT_EQ(Node("Voltage Limits").child(3), &Node("Pin 15 Low Limit"));
-}
 
 TEST_F(RegisterMap, ShowsTheRegisterThatIsClickedOnceForEachClick) {
   Put(desk.board.Chip(), "02=A5");
@@ -154,7 +121,7 @@ TEST_F(RegisterMap, WritesTheDecimalBoxAndReadsBack) {
     desk.Do(steps);
     EXPECT_EQ(desk.Sent("cmdWrite"), T(sent)) << steps;
   }
-  EXPECT_TRUE(link::PwmManual[1]);
+  EXPECT_TRUE(chip::PwmManual[1]);
 }
 
 TEST(RegisterMapOnSmbus, ReadsWritesAndFlipsThere) {
@@ -174,7 +141,7 @@ TEST_F(RegisterMap, SaysWhatBecomesOfANumberBeyondAByte) {
     for (const char* name : {"txtHex", "txtDec", "txtReadAddr"}) {
       const bool on = QString(marked).contains(name);
       EXPECT_EQ(At(name).palette().color(QPalette::Base) != plain, on) << steps;
-      EXPECT_TRUE(on ? At(name).toolTip().contains(told) : At(name).toolTip().isEmpty()) << steps;
+      EXPECT_TRUE(!on || At(name).toolTip().contains(told)) << steps;
     }
   }
 }
@@ -221,13 +188,101 @@ TEST_F(RegisterMap, RepeatsTheReadOnceASecondWhileTicked) {
   EXPECT_EQ(after(60), T("R89")) << "the first at once";
   EXPECT_EQ(after(1000), Traffic{});
   EXPECT_EQ(after(100), T("R89"));
-  desk.Do("txtReadAddr=");
-  QTest::keyClicks(&At("txtReadAddr"), "4");
-  EXPECT_EQ(after(1100), T("R04")) << "half typed";
-  QTest::keyClicks(&At("txtReadAddr"), "c");
-  EXPECT_EQ(desk.Held("txtReadAddr"), "4CH") << "typing goes on where it was";
   window.Unload();
   EXPECT_EQ(after(2000), Traffic{});
+}
+
+TEST_F(RegisterMap, RepeatedReadsLeaveTheAddressAloneThatIsBeingTyped) {
+  QApplication::setActiveWindow(&desk.Main());
+  auto& box = Desk::Get<QLineEdit>(window, "txtReadAddr");
+  desk.Do("txtReadAddr=89; cmdRead; chkContRead=1");
+  box.setFocus();
+  box.selectAll();
+  const auto tick = [this] {
+    desk.board.TakeTraffic();
+    desk.Advance(1100);
+    return Traffic{desk.board.TakeTraffic().back()};
+  };
+  EXPECT_EQ(tick(), T("R89"));
+  EXPECT_EQ(box.selectedText(), "89H") << "what would not change is not set anew";
+  QTest::keyClicks(&box, "1");
+  EXPECT_EQ(tick(), T("R01")) << "half typed";
+  EXPECT_EQ(desk.Held(kShown), "Configuration 1 Register|1h|1") << "what is read is shown, but not in the box";
+  QTest::keyClicks(&box, "e");
+  EXPECT_EQ(tick(), T("R1E"));
+  EXPECT_EQ(box.text(), "1E");
+  desk.Do("cmdRead");
+  EXPECT_EQ(box.text(), "1EH") << "a read that the user asks for says what it read";
+  box.selectAll();
+  QTest::keyClicks(&box, "2");
+  EXPECT_EQ(tick(), T("R02"));
+  EXPECT_EQ(box.text(), "2");
+  At("cmdRead").setFocus();
+  tick();
+  EXPECT_EQ(box.text(), "2H") << "the typing is over";
+}
+
+TEST_F(RegisterMap, SaysBeforehandWhatAWriteSendsAndWhere) {
+  const auto tips = [this] {
+    QString told = At("lblBit(7)").toolTip() + " | " + At("cmdWrite").toolTip();
+    return told.replace('\n', ' ').toStdString();
+  };
+  constexpr const char* kFresh = " Nothing has been read yet: the digits are not this register's.";
+  Put(desk.board.Chip(), "44=90");
+  for (const auto& [steps, told] : {
+           std::pair{"txtFind=", std::string("Writes 80h to register 00h, Configuration 0") + kFresh +
+                                     " | Writes 00h to register 00h, Configuration 0"},
+           {"txtReadAddr=44", std::string("Writes 80h to register 44h, Local Low Limit") + kFresh +
+                                  " | Writes 00h to register 44h, Local Low Limit"},
+           {"cmdRead; txtHex=41",
+            "Writes 10h to register 44h, Local Low Limit | Writes 41h to register 44h, Local Low Limit"},
+           {"txtReadAddr=3e",
+            "Writes 10h to register 3Eh, Company ID, read only The digits were read from 44h. | "
+            "Writes 41h to register 3Eh, Company ID, read only"},
+           {"txtReadAddr=4; cmdRead; txtDec=900",
+            "Writes 80h to register 04h, an unknown one | Writes FFh to register 04h, an unknown one"},
+       }) {
+    desk.Do(steps);
+    EXPECT_EQ(tips(), told) << steps;
+    for (const char* name : {"lblBit(7)", "cmdWrite"}) EXPECT_EQ(At(name).accessibleDescription(), At(name).toolTip());
+  }
+  desk.Do("txtReadAddr=30; cmdRead; txtReadAddr=31; txtDec=7");
+  EXPECT_TRUE(At("lblBit(7)").toolTip().startsWith("Writes 80h to register 31h"));
+  EXPECT_EQ(ClickBit("lblBit(7)"), T("W31=80 R31"));
+  tree.setCurrentItem(&Node("Pin 15 Low Limit"));
+  EXPECT_TRUE(At("txtHex").toolTip().endsWith("Pin 15 Low Limit")) << "as the window calls it";
+  desk.Do("txtReadAddr=145");
+  EXPECT_TRUE(At("cmdWrite").toolTip().contains("nothing is sent"));
+}
+
+TEST_F(RegisterMap, ShowsWhatTheControlInFocusOrUnderThePointerWrites) {
+  QApplication::setActiveWindow(&desk.Main());
+  const auto line = [this] {
+    Desk::Settle();
+    return Desk::Text(window, "lblWrites");
+  };
+  for (const char* name : {"lblBit(3)", "txtHex", "txtDec", "cmdWrite"}) {
+    At(name).setFocus();
+    EXPECT_EQ(line(), At(name).toolTip()) << name;
+  }
+  desk.Do("txtDec=5");
+  EXPECT_EQ(line(), "Writes 05h to register 00h, Configuration 0");
+  At("txtFind").setFocus();
+  EXPECT_EQ(line(), "");
+}
+
+TEST_F(RegisterMap, ColoursDigitsOfAnotherRegister) {
+  const auto foreign = [this] {
+    const QImage bit = At("lblBit(0)").grab().toImage();
+    return bit.pixelColor(bit.width() / 4, bit.height() / 2) != window.palette().color(QPalette::Base);
+  };
+  EXPECT_TRUE(foreign()) << "nothing has been read";
+  desk.Do("txtReadAddr=30; cmdRead");
+  EXPECT_FALSE(foreign());
+  desk.Do("txtReadAddr=31");
+  EXPECT_TRUE(foreign());
+  desk.Do("txtReadAddr=30h");
+  EXPECT_FALSE(foreign());
 }
 
 TEST_F(RegisterMap, SearchFindsByNameBitAndAddress) {

@@ -1,0 +1,43 @@
+#include "chip/ChipModel.h"
+
+#include <algorithm>
+
+#include "chip/Measurements.h"
+#include "chip/PinModel.h"
+#include "chip/PwmModes.h"
+#include "chip/RegisterNames.h"
+#include "link/Declarations.h"
+#include "link/RegisterHooks.h"
+#include "link/USBStuff.h"
+
+namespace zth::chip {
+
+ModelOrigin ModelReadFrom() {
+  ModelOrigin origin{PinFunctionsFrom, {}, ChipRevisionFrom};
+  std::copy_n(PwmManualFrom.begin() + 1, origin.manual.size(), origin.manual.begin());
+  return origin;
+}
+
+bool ModelIsOfChipInUse() {
+  const link::ChipId inUse = link::ChipInUse();
+  const ModelOrigin origin = ModelReadFrom();
+  return origin.pins == inUse && origin.revision == inUse &&
+         std::ranges::all_of(origin.manual, [&](const link::ChipId& from) { return from == inUse; });
+}
+
+void ReadManualFlags() {
+  for (int pwm = 0; pwm < kPwmChannels; ++pwm) link::AfterRegisterWrite("PWM1 Config"_reg + pwm);
+}
+
+void ReadChipRevision() {
+  ChipRevision = link::ReadRegister(link::DeviceAddress, "Revision Number"_reg);
+  ChipRevisionFrom = link::ChipInUse();
+}
+
+void ReadChipModel() {
+  ReadManualFlags();
+  ReadChipRevision();
+  ReadPinConfiguration();
+}
+
+}  // namespace zth::chip

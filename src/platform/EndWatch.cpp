@@ -1,0 +1,96 @@
+#include "platform/EndWatch.h"
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QSocketNotifier>
+
+#include "platform/DesktopServices.h"
+
+#if !defined(_WIN32)
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace zth::platform {
+
+#if defined(_WIN32)
+
+void IgnoreBrokenPipes() {}
+void EndWatch::WatchSignals() {}
+
+#else
+
+namespace {
+
+/// From a handler, where next to nothing may be called, to the event loop: a byte through a pipe.
+std::array<int, 2> wakeUp{-1, -1};
+
+void OnSignal(int /*number*/) {
+  const int before = errno;
+  // A full pipe holds a byte already, which is all that is asked of it.
+  [[maybe_unused]] const auto written = ::write(wakeUp[1], "", 1);
+  errno = before;
+}
+
+bool OpenPipe() {
+  if (wakeUp[0] >= 0) return true;
+  if (::pipe(wakeUp.data()) != 0) return false;
+  for (const int end : wakeUp) {
+    ::fcntl(end, F_SETFL, O_NONBLOCK);
+    ::fcntl(end, F_SETFD, FD_CLOEXEC);  // a browser that the program starts has no business with it
+  }
+  return true;
+}
+
+void Catch(int number) {
+  struct sigaction action {};
+  ::sigaction(number, nullptr, &action);
+  // Started under nohup, a program outlives its terminal.
+  if (number == SIGHUP && action.sa_handler == SIG_IGN) return;
+  action = {};
+  action.sa_handler = OnSignal;
+  action.sa_flags = SA_RESTART;  // a transfer that a library is in the middle of goes on
+  ::sigaction(number, &action, nullptr);
+}
+
+}  // namespace
+
+void IgnoreBrokenPipes() {
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+void EndWatch::WatchSignals() {
+  if (!OpenPipe()) return;
+  notifier_ = std::make_unique<QSocketNotifier>(wakeUp[0], QSocketNotifier::Read);
+  QObject::connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
+    std::array<char, 16> bytes{};
+    while (::read(wakeUp[0], bytes.data(), bytes.size()) > 0) {
+    }
+    orders_.end();
+  });
+  for (const int number : {SIGTERM, SIGHUP, SIGINT}) Catch(number);
+}
+
+#endif
+
+EndWatch::EndWatch(EndOrders orders) : orders_(std::move(orders)) {
+  WatchSignals();
+  qApp->installEventFilter(this);
+  // Direct: the session goes on as soon as this has returned.
+  connect(
+      qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { orders_.save(); }, Qt::DirectConnection);
+}
+
+EndWatch::~EndWatch() = default;
+
+bool EndWatch::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == qApp && event->type() == QEvent::Quit) orders_.end();
+  return QObject::eventFilter(watched, event);
+}
+
+}  // namespace zth::platform

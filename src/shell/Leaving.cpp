@@ -1,0 +1,83 @@
+#include "shell/Leaving.h"
+
+#include <utility>
+
+#include <QDir>
+#include <QStringList>
+
+#include "base/NumberText.h"
+#include "base/Product.h"
+#include "link/Declarations.h"
+#include "link/USBStuff.h"
+#include "windows/SharedState.h"
+#include "windows/data/LogJob.h"
+
+namespace zth::shell {
+namespace {
+
+constexpr char kHeatersOff[] = "&Heaters off and exit";
+constexpr char kExit[] = "E&xit";
+constexpr char kCancel[] = "&Cancel";
+
+bool IsOn(std::size_t heater) {
+  return link::HeaterPercent[heater].value_or(0) > 0;
+}
+
+QString HeaterText() {
+  QStringList on;
+  for (const std::size_t heater : {1U, 2U}) {
+    if (!IsOn(heater)) continue;
+    const QString percent = QString::fromStdString(base::GeneralText(*link::HeaterPercent[heater]));
+    on << QString("Heater%1 is on at %2 %.").arg(heater).arg(percent);
+  }
+  return on.join('\n');
+}
+
+QString LogText() {
+  QStringList lines;
+  const QString file = QDir::toNativeSeparators(windows::LogFileName);
+  if (windows::LogActive) lines << "A log is running and ends with the program:\n" + file;
+  const std::int64_t waiting = windows::LogLinesWaiting();
+  if (waiting == 1) lines << "1 line of it waits for a file that cannot be written, and will be lost.";
+  if (waiting > 1) {
+    lines << QString("%1 lines wait for a file that cannot be written, and will be lost.").arg(waiting);
+  }
+  if (waiting > 0 && !windows::LogActive) lines << "The log was:\n" + file;
+  return lines.join('\n');
+}
+
+/// The heaters hang on the adapter, which is there whichever chip the windows work on. False when one could not be
+/// switched off and the user stays.
+bool SwitchHeatersOff() {
+  const std::int16_t mode = std::exchange(link::InterfaceMode, link::kModeUsb);
+  bool done = true;
+  for (const std::size_t heater : {1U, 2U}) {
+    std::int32_t off = 0;
+    if (done && IsOn(heater)) done = link::SetHeater(static_cast<std::int32_t>(heater), off) == 0;
+  }
+  link::InterfaceMode = mode;
+  return done;
+}
+
+}  // namespace
+
+bool MayLeave(platform::Services& services) {
+  const QString heaters = HeaterText();
+  const QString log = LogText();
+  if (heaters.isEmpty() && log.isEmpty()) return true;
+
+  QStringList texts{heaters, log};
+  texts.removeAll(QString());
+  QStringList choices{kExit, kCancel};
+  if (!heaters.isEmpty()) {
+    choices.prepend(kHeatersOff);
+    texts << "A heater heats on when the program has ended.";
+  }
+  // Enter, too, leaves all as it is: a stray one must not end a measurement.
+  const int taken = services.prompts.Choose(
+      {base::kTitle, texts.join("\n\n"), choices, static_cast<int>(choices.size()) - 1, platform::BoxIcon::Warning});
+  if (choices[taken] == kCancel) return false;
+  return choices[taken] != kHeatersOff || SwitchHeatersOff();
+}
+
+}  // namespace zth::shell

@@ -1,0 +1,48 @@
+#include "windows/Origin.h"
+
+namespace zth::windows {
+
+void Origin::Note() {
+  readFrom_ = link::ChipInUse();
+  modelAtLoad_ = chip::ModelReadFrom();
+}
+
+std::optional<Origin::Other> Origin::Find() const {
+  if (!readFrom_) return std::nullopt;
+  const link::ChipId inUse = link::ChipInUse();
+  // A board is the same for all chips on its link.
+  const bool own = (shows_ & (kShowsChip | kShowsDetails)) != 0 && *readFrom_ != inUse;
+  const bool board = (shows_ & kShowsBoard) != 0 && readFrom_->mode != inUse.mode;
+  if (own || board) return Other{*readFrom_, nullptr};
+  return FindInModel(inUse);
+}
+
+std::optional<Origin::Other> Origin::FindInModel(const link::ChipId& inUse) const {
+  const chip::ModelOrigin model = (shows_ & kFollowsModel) != 0 ? chip::ModelReadFrom() : modelAtLoad_;
+  if ((shows_ & kShowsPins) != 0 && model.pins != inUse) return Other{model.pins, "What the pins do"};
+  if ((shows_ & kShowsManual) != 0) {
+    for (const link::ChipId& from : model.manual) {
+      if (from != inUse) return Other{from, "Which PWMs are in manual mode"};
+    }
+  }
+  if ((shows_ & kShowsDuties) != 0 && model.revision != inUse) return Other{model.revision, "The chip's revision"};
+  return std::nullopt;
+}
+
+QString Origin::TitleNote() const {
+  const auto other = Find();
+  if (!other) return {};
+  return QString(other->part == nullptr ? " (read from %1)" : " (in part read from %1)").arg(link::TextOf(other->chip));
+}
+
+QString Origin::Explanation() const {
+  const auto other = Find();
+  if (!other) return {};
+  const QString from = link::TextOf(other->chip);
+  const QString inUse = link::TextOf(link::ChipInUse());
+  if (other->part != nullptr)
+    return QString("%1 was read from %2. The chip in use is %3.").arg(other->part, from, inUse);
+  return QString("This was read from %1. What you set here goes to %2.").arg(from, inUse);
+}
+
+}  // namespace zth::windows

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QFrame>
+
+class QLabel;
+class QPushButton;
+
+namespace zth::windows {
+
+/// The bar at the top of a window that was read from another chip than the one in use: it says so, and its button reads
+/// the window again.
+class OriginBar final : public QFrame {
+  Q_OBJECT
+
+ public:
+  explicit OriginBar(QWidget* window);
+
+  void SetText(const QString& text);
+  /// Takes the colours anew that go with the window's palette.
+  void Recolour();
+
+ signals:
+  void ReadAgain();
+
+ private:
+  QLabel* lblOrigin_;
+  QPushButton* cmdReadAgain_;
+};
+
+}  // namespace zth::windows
