@@ -71,7 +71,7 @@ void ChildWindow::ReadAgain() {
     const auto answer = Services().prompts.Ask(
         {base::kTitle,
          caption_.trimmed() + " holds changes that have not been applied.\n\nRead it again and lose them?",
-         platform::BoxIcon::Warning, platform::BoxButtons::YesNo});
+         platform::BoxIcon::Warning, platform::BoxButtons::YesNo, this});
     if (answer != platform::BoxAnswer::Yes || self == nullptr) return;
   }
   if (other && origin_.IsReadWithModel() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();

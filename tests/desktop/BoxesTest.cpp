@@ -5,6 +5,7 @@
 
 #include "tests/desktop/RealDesktop.h"
 #include "tests/support/EveryBox.h"
+#include "tests/support/Seen.h"
 
 namespace zth::testing {
 namespace {
@@ -42,6 +43,22 @@ TEST(Boxes, EachIsAnsweredByEachButtonAndByNone) {
   }
 }
 
+TEST(Boxes, WithChoicesGiveTheOneThatIsTaken) {
+  for (const BoxSource& source : EveryBox()) {
+    for (const platform::ChoiceQuestion& question : source.choices) {
+      const auto last = static_cast<int>(question.choices.size());
+      for (int choice = 0; choice <= last; ++choice) {
+        const ModalHand hand([&](QWidget& modal) {
+          if (choice == last) return QTest::keyClick(&modal, Qt::Key_Escape);
+          QTest::mouseClick(modal.findChild<QPushButton*>(QString("choice(%1)").arg(choice)), Qt::LeftButton);
+        });
+        EXPECT_EQ(platform::DesktopPrompts().Choose(question), choice == last ? question.escape : choice);
+        EXPECT_EQ(hand.Seen(), 1);
+      }
+    }
+  }
+}
+
 /// A window's own box: what brings it, and what is left behind it.
 struct OwnBox {
   const char* window;
@@ -54,6 +71,11 @@ const OwnBox kOwnBoxes[] = {
        Desk::Get<QCheckBox>(window, "chkStartUp").setChecked(true);
        Desk::Type(window, "txtOption", "9");
        QTest::mouseClick(&Desk::Get<QPushButton>(window, "cmdApply"), Qt::LeftButton);
+     }},
+    {"frmTherm",
+     [](windows::ChildWindow& window) {
+       ChangeEach(window);
+       window.ReadAgain();
      }},
     {"frmLogging",
      [](windows::ChildWindow& window) {

@@ -8,7 +8,11 @@
 #include <QFile>
 
 #include "link/LinkErrors.h"
+#include "link/USBStuff.h"
 #include "tests/support/Desk.h"
+#include "tests/support/Seen.h"
+#include "windows/SharedState.h"
+#include "windows/data/LogJob.h"
 
 namespace zth::testing {
 namespace {
@@ -27,6 +31,23 @@ std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring
   return std::exchange(desk.prompts.shown, {});
 }
 
+/// The longest that it can be: with both heaters on and lines of a log, far down in folders, that wait.
+std::vector<platform::ChoiceQuestion> AskedAtTheEnd() {
+  Desk desk;
+  desk.Start();
+  for (const std::int16_t heater : {std::int16_t{1}, std::int16_t{2}}) {
+    std::int32_t percent = 50;
+    link::SetHeater(heater, percent);
+  }
+  windows::LogFileName = "/home/user" + QString("/measurements of the week").repeated(4) + "/log.csv";
+  desk.files.locked = true;
+  windows::StartLog(1000, desk.Main());
+  for (int i = 0; i < 2; ++i) windows::RunLogJob({desk.services, desk.Main()});
+  desk.prompts.picks.push_back("&Cancel");
+  desk.Main().close();
+  return std::exchange(desk.prompts.choicesShown, {});
+}
+
 }  // namespace
 
 std::vector<BoxSource> EveryBox() {
@@ -36,6 +57,7 @@ std::vector<BoxSource> EveryBox() {
   }
   return {
       {"link/LinkErrors.cpp", failures},
+      {"shell/Leaving.cpp", {}, AskedAtTheEnd()},
       {"shell/Main.cpp", Asked(
                              [](Desk& desk) {
                                desk.board.loadErrors["smbus"] = "File not found";
@@ -48,6 +70,11 @@ std::vector<BoxSource> EveryBox() {
                                   desk.RunMain();
                                 },
                                 false, Desk::Buses::Smbus)},
+      {"windows/ChildWindow.cpp", Asked([](Desk& desk) {
+         auto& window = desk.Open("frmTherm");
+         ChangeEach(window);
+         window.ReadAgain();
+       })},
       {"windows/config/frmEasySetup.cpp", Asked([](Desk& desk) {
          auto& window = desk.Open("frmEasySetup");
          Desk::Check(window, "chkStartUp", true);
@@ -69,7 +96,8 @@ std::vector<std::string> EveryPlaceThatAsksABox() {
   for (QDirIterator at(root, {"*.cpp", "*.h"}, QDir::Files, QDirIterator::Subdirectories); at.hasNext();) {
     QFile file(at.next());
     if (!file.open(QIODevice::ReadOnly)) continue;
-    const auto count = file.readAll().count("prompts.Ask(");
+    const QByteArray text = file.readAll();
+    const auto count = text.count("prompts.Ask(") + text.count("prompts.Choose(");
     places.insert(places.end(), static_cast<std::size_t>(count), file.fileName().mid(root.size() + 1).toStdString());
   }
   std::ranges::sort(places);
