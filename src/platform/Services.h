@@ -38,6 +38,7 @@ struct ChoiceQuestion {
   QStringList choices;  ///< captions with their mnemonics, from left to right
   int escape = 0;       ///< the choice that Escape, and closing the box, stand for; Enter takes it too
   BoxIcon icon = BoxIcon::Warning;
+  QWidget* asker = nullptr;  ///< as in a BoxQuestion; the closing of its window is the escape
 };
 
 class Prompts {

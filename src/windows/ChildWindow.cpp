@@ -64,17 +64,21 @@ void ChildWindow::NoteOrigin() {
 }
 
 void ChildWindow::ReadAgain() {
-  const bool other = IsOfOtherChip();
-  if (!other && !origin_.IsReadItself()) return;
+  if (!IsOfOtherChip() && !origin_.IsReadItself()) return;
   if (HoldsChanges()) {
     const QPointer<ChildWindow> self(this);  // it may be closed while the box stands
-    const auto answer = Services().prompts.Ask(
-        {base::kTitle,
-         caption_.trimmed() + " holds changes that have not been applied.\n\nRead it again and lose them?",
-         platform::BoxIcon::Warning, platform::BoxButtons::YesNo, this});
-    if (answer != platform::BoxAnswer::Yes || self == nullptr) return;
+    constexpr int kRead = 0;
+    constexpr int kKeep = 1;  // what a stray Enter takes as well
+    const int answer = Services().prompts.Choose({base::kTitle,
+                                                  caption_.trimmed() + " holds changes that have not been applied.",
+                                                  {"&Read again and lose them", "&Keep them"},
+                                                  kKeep,
+                                                  platform::BoxIcon::Warning,
+                                                  this});
+    if (answer != kRead || self == nullptr) return;
   }
-  if (other && origin_.IsReadWithModel() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();
+  // Asked anew: the device may have changed beneath the box.
+  if (IsOfOtherChip() && origin_.IsReadWithModel() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();
   Reread();
 }
 

@@ -119,6 +119,7 @@ class RandomUser {
     while (QWidget* popup = QApplication::activePopupWidget()) popup->close();
     if (left_) Start();
     TheDesk().prompts.shown.clear();
+    TheDesk().prompts.choicesShown.clear();
     Desk::Settle();
   }
 
@@ -153,6 +154,13 @@ class RandomUser {
 
   void Answer() {
     using platform::BoxAnswer;
+    if (TheDesk().prompts.shown.empty()) {
+      // A question with choices: whether to leave.
+      TheDesk().clock.Advance(Below(2000));
+      const QStringList& choices = TheDesk().prompts.choicesShown.back().choices;
+      TheDesk().prompts.picks = {choices[Below(static_cast<int>(choices.size()))]};
+      return;
+    }
     const platform::BoxQuestion& box = TheDesk().prompts.shown.back();
     EXPECT_TRUE(kBoxes.contains(box.text)) << box.text.toStdString();
     Tell("  box: " + box.text.toStdString());
@@ -257,11 +265,13 @@ class RandomUser {
   }
 
   void Exit() {
-    left_ = true;
     const bool byMenu = Below(2) == 0;
     byMenu ? Main().findChild<QAction*>("mnuExit")->trigger() : static_cast<void>(Main().close());
     EXPECT_EQ(TheDesk().process.ends, std::vector<int>(byMenu ? 1 : 0));
-    EXPECT_TRUE(byMenu || TheDesk().settings.values.contains("MainLeft"));
+    left_ = byMenu || !Main().isVisible();
+    // Who stays has been asked.
+    EXPECT_TRUE(left_ || !TheDesk().prompts.choicesShown.empty());
+    EXPECT_TRUE(byMenu || !left_ || TheDesk().settings.values.contains("MainLeft"));
   }
 
   std::mt19937 random_;

@@ -268,8 +268,7 @@ TEST_F(Looks, EveryBoxShowsItsWholeText) {
       Dress(percent, dark);
       for (const BoxSource& source : sources) {
         EXPECT_GE(source.boxes.size() + source.choices.size(), 1U) << source.file;
-        for (platform::BoxQuestion box : source.boxes) {
-          box.asker = nullptr;
+        for (const platform::BoxQuestion& box : source.boxes) {
           LookAtBox(box.text, percent, [&box] { platform::DesktopPrompts().Ask(box); });
         }
         for (const platform::ChoiceQuestion& box : source.choices) {
