@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -16,44 +17,62 @@ using platform::BoxButtons;
 /// Another way than a button's to have done with a box.
 enum class Leave { Escape, ByCloseButton, WithItsWindow, WithTheProgram };
 
-TEST(Boxes, EachIsAnsweredByEachButtonAndByNone) {
-  for (const BoxSource& source : EveryBox()) {
-    for (const platform::BoxQuestion& question : source.boxes) {
-      SCOPED_TRACE(question.text.toStdString());
-      const bool yesNo = question.buttons == BoxButtons::YesNo;
-      const BoxAnswer none = yesNo ? BoxAnswer::No : BoxAnswer::Ok;
-      using Act = std::function<void(QMessageBox&)>;
-      std::vector<std::pair<Act, BoxAnswer>> ways{
-          {[](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }, none},
-          {[](QMessageBox& box) { box.close(); }, none}};
-      const auto press = [&ways](QMessageBox::StandardButton button, BoxAnswer answer) {
-        ways.emplace_back([button](QMessageBox& box) { QTest::mouseClick(box.button(button), Qt::LeftButton); },
-                          answer);
-      };
-      yesNo ? (press(QMessageBox::Yes, BoxAnswer::Yes), press(QMessageBox::No, BoxAnswer::No))
-            : press(QMessageBox::Ok, BoxAnswer::Ok);
-      for (const auto& [act, answer] : ways) {
-        const ModalHand hand([&act = act](QWidget& modal) { act(dynamic_cast<QMessageBox&>(modal)); });
-        EXPECT_EQ(platform::DesktopPrompts().Ask(question), answer);
-        EXPECT_EQ(hand.Seen(), 1);
-      }
-    }
-  }
+using Act = std::function<void(QWidget& box)>;
+
+/// What the box gives when it is answered like this.
+template <typename Ask>
+auto Answered(const Ask& ask, const Act& act) {
+  const ModalHand hand(act);
+  const auto answer = ask();
+  EXPECT_EQ(hand.Seen(), 1);
+  return answer;
 }
 
-TEST(Boxes, WithChoicesGiveTheOneThatIsTaken) {
+void PressEscape(QWidget& box) {
+  QTest::keyClick(&box, Qt::Key_Escape);
+}
+
+void Close(QWidget& box) {
+  box.close();
+}
+
+Act Press(QMessageBox::StandardButton button) {
+  return [button](QWidget& box) { QTest::mouseClick(dynamic_cast<QMessageBox&>(box).button(button), Qt::LeftButton); };
+}
+
+Act Press(int choice) {
+  return [choice](QWidget& box) {
+    QTest::mouseClick(box.findChild<QPushButton*>(QString("choice(%1)").arg(choice)), Qt::LeftButton);
+  };
+}
+
+void ExpectEachAnswer(const platform::BoxQuestion& question) {
+  SCOPED_TRACE(question.text.toStdString());
+  const auto ask = [&question] { return platform::DesktopPrompts().Ask(question); };
+  const bool yesNo = question.buttons == BoxButtons::YesNo;
+  const BoxAnswer none = yesNo ? BoxAnswer::No : BoxAnswer::Ok;
+  EXPECT_EQ(Answered(ask, PressEscape), none);
+  EXPECT_EQ(Answered(ask, Close), none);
+  if (!yesNo) {
+    EXPECT_EQ(Answered(ask, Press(QMessageBox::Ok)), BoxAnswer::Ok);
+    return;
+  }
+  EXPECT_EQ(Answered(ask, Press(QMessageBox::Yes)), BoxAnswer::Yes);
+  EXPECT_EQ(Answered(ask, Press(QMessageBox::No)), BoxAnswer::No);
+}
+
+void ExpectEachAnswer(const platform::ChoiceQuestion& question) {
+  SCOPED_TRACE(question.text.toStdString());
+  const auto ask = [&question] { return platform::DesktopPrompts().Choose(question); };
+  EXPECT_EQ(Answered(ask, PressEscape), question.escape);
+  EXPECT_EQ(Answered(ask, Close), question.escape);
+  for (int i = 0; i < static_cast<int>(question.choices.size()); ++i) EXPECT_EQ(Answered(ask, Press(i)), i);
+}
+
+TEST(Boxes, EachIsAnsweredByEachButtonAndByNone) {
   for (const BoxSource& source : EveryBox()) {
-    for (const platform::ChoiceQuestion& question : source.choices) {
-      const auto last = static_cast<int>(question.choices.size());
-      for (int choice = 0; choice <= last; ++choice) {
-        const ModalHand hand([&](QWidget& modal) {
-          if (choice == last) return QTest::keyClick(&modal, Qt::Key_Escape);
-          QTest::mouseClick(modal.findChild<QPushButton*>(QString("choice(%1)").arg(choice)), Qt::LeftButton);
-        });
-        EXPECT_EQ(platform::DesktopPrompts().Choose(question), choice == last ? question.escape : choice);
-        EXPECT_EQ(hand.Seen(), 1);
-      }
-    }
+    for (const platform::BoxQuestion& question : source.boxes) ExpectEachAnswer(question);
+    for (const platform::ChoiceQuestion& question : source.choices) ExpectEachAnswer(question);
   }
 }
 
@@ -81,32 +100,35 @@ const OwnBox kOwnBoxes[] = {
      }},
 };
 
+void ExpectLeft(const OwnBox& own, Leave leave) {
+  SCOPED_TRACE(std::string(own.window) + ", way " + std::to_string(static_cast<int>(leave)));
+  RealDesktop real;
+  real.Start();
+  const QPointer window = real.Open(own.window);
+  int boxes = 0;
+  const ModalHand hand([&](QWidget& modal) {
+    if (qobject_cast<QMessageBox*>(&modal) == nullptr) {  // the log asks for its file first
+      modal.findChild<QLineEdit*>("fileNameEdit")->setText("a");
+      return QTest::keyClick(&modal, Qt::Key_Return);
+    }
+    ++boxes;
+    if (leave == Leave::Escape) PressEscape(modal);
+    if (leave == Leave::ByCloseButton) modal.close();
+    if (leave == Leave::WithItsWindow) RealDesktop::CloseFrame(*window);
+    if (leave == Leave::WithTheProgram) real.desk.Main().close();
+  });
+  real.Do([&] { own.bring(*window); });
+  EXPECT_EQ(boxes, 1);
+  const bool stays = leave == Leave::Escape || leave == Leave::ByCloseButton;
+  EXPECT_EQ(real.desk.Main().FindWindow(own.window) != nullptr, stays);
+  EXPECT_EQ(window != nullptr, stays) << "deleted as soon as its handler is through";
+  real.ExpectAlive();
+}
+
 TEST(Boxes, MayLoseTheirWindowOrTheProgramBeneathThem) {
   for (const OwnBox& own : kOwnBoxes) {
     for (const Leave leave : {Leave::Escape, Leave::ByCloseButton, Leave::WithItsWindow, Leave::WithTheProgram}) {
-      SCOPED_TRACE(std::string(own.window) + ", way " + std::to_string(static_cast<int>(leave)));
-      RealDesktop real;
-      real.Start();
-      const QPointer window = real.Open(own.window);
-      int boxes = 0;
-      const ModalHand hand([&](QWidget& modal) {
-        auto* box = qobject_cast<QMessageBox*>(&modal);
-        if (box == nullptr) {  // the log asks for its file first
-          return QTest::keyClicks(modal.findChild<QLineEdit*>("fileNameEdit"), "a"),
-                 QTest::keyClick(&modal, Qt::Key_Return);
-        }
-        ++boxes;
-        if (leave == Leave::Escape) QTest::keyClick(box, Qt::Key_Escape);
-        if (leave == Leave::ByCloseButton) box->close();
-        if (leave == Leave::WithItsWindow) RealDesktop::CloseFrame(*window);
-        if (leave == Leave::WithTheProgram) real.desk.Main().close();
-      });
-      real.Do([&] { own.bring(*window); });
-      EXPECT_EQ(boxes, 1);
-      const bool stays = leave == Leave::Escape || leave == Leave::ByCloseButton;
-      EXPECT_EQ(real.desk.Main().FindWindow(own.window) != nullptr, stays);
-      EXPECT_EQ(window != nullptr, stays) << "deleted as soon as its handler is through";
-      real.ExpectAlive();
+      ExpectLeft(own, leave);
     }
   }
 }

@@ -60,6 +60,18 @@ QMenu* OpenContextMenu(QWidget& control) {
 
 class Menus : public ::testing::TestWithParam<std::string> {};
 
+/// Takes each entry of a control's context menu, if it has one.
+void TakeEach(RealDesktop& real, const QPointer<QWidget>& control, const std::string& page) {
+  for (std::size_t n = 0; control != nullptr; ++n) {
+    std::string name;
+    real.Do([&] {
+      if (QMenu* menu = OpenContextMenu(*control)) name = TakeEntry(*menu, n);
+    });
+    if (name.empty()) return;
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << page << ": " << name;
+  }
+}
+
 TEST_P(Menus, EveryEntryOfEveryContextMenuWorks) {
   RealDesktop real;
   real.Start();
@@ -69,15 +81,7 @@ TEST_P(Menus, EveryEntryOfEveryContextMenuWorks) {
     for (const QPointer<QWidget> control : Shown(window)) {
       if (control == nullptr || !control->isEnabled() || control->property("menusDone").toBool()) continue;
       control->setProperty("menusDone", true);
-      for (std::size_t n = 0; control != nullptr; ++n) {
-        std::string name;
-        real.Do([&] {
-          if (QMenu* menu = OpenContextMenu(*control)) name = TakeEntry(*menu, n);
-        });
-        if (name.empty()) break;
-        SCOPED_TRACE(page + ": " + name);
-        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
-      }
+      TakeEach(real, control, page);
     }
   });
   EXPECT_EQ(real.desk.Main().FindWindow(GetParam().c_str()), &window);

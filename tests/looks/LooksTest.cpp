@@ -258,7 +258,7 @@ TEST_F(Looks, TheSplashShowsEveryStep) {
   }
 }
 
-TEST_F(Looks, EveryBoxShowsItsWholeText) {
+TEST_F(Looks, EveryBoxShowsItsWholeText) {  // NOLINT(readability-function-size): sizes, colours, boxes
   const std::vector<BoxSource> sources = EveryBox();
   std::vector<std::string> places;
   for (const BoxSource& source : sources) places.push_back(source.file);
@@ -280,7 +280,7 @@ TEST_F(Looks, EveryBoxShowsItsWholeText) {
 }
 
 /// The menus of the bar, and the context menus of what stands in some windows, one for each kind of control.
-TEST_F(Looks, EveryMenuShowsItsWholeEntries) {
+TEST_F(Looks, EveryMenuShowsItsWholeEntries) {  // NOLINT(readability-function-size): sizes, colours, menus
   for (const int percent : {100, 150, 200}) {
     for (const bool dark : {false, true}) {
       Dress(percent, dark);
