@@ -75,8 +75,9 @@ BoxAnswer DesktopPrompts::Ask(const BoxQuestion& question) {
 }
 
 int DesktopPrompts::Choose(const ChoiceQuestion& question) {
+  if (IsClosed(question.asker)) return question.escape;
   const OpenQuestion open;
-  const QPointer box = MakeBox(question.icon, question.title, question.text, nullptr);
+  const QPointer box = MakeBox(question.icon, question.title, question.text, question.asker);
   std::vector<QAbstractButton*> buttons;
   // One role for all, or the desktop would put them in an order of its own.
   for (const QString& caption : question.choices) {

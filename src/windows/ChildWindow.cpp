@@ -72,7 +72,9 @@ void ChildWindow::ReadAgain() {
     const int answer = Services().prompts.Choose({base::kTitle,
                                                   caption_.trimmed() + " holds changes that have not been applied.",
                                                   {"&Read again and lose them", "&Keep them"},
-                                                  kKeep});
+                                                  kKeep,
+                                                  platform::BoxIcon::Warning,
+                                                  this});
     if (answer != kRead || self == nullptr) return;
   }
   // Asked anew: the device may have changed beneath the box.

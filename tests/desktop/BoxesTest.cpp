@@ -5,6 +5,7 @@
 
 #include "tests/desktop/RealDesktop.h"
 #include "tests/support/EveryBox.h"
+#include "tests/support/Seen.h"
 
 namespace zth::testing {
 namespace {
@@ -33,9 +34,23 @@ TEST(Boxes, EachIsAnsweredByEachButtonAndByNone) {
             : press(QMessageBox::Ok, BoxAnswer::Ok);
       for (const auto& [act, answer] : ways) {
         const ModalHand hand([&act = act](QWidget& modal) { act(dynamic_cast<QMessageBox&>(modal)); });
-        platform::BoxQuestion again = question;
-        again.asker = nullptr;  // it went with its window
-        EXPECT_EQ(platform::DesktopPrompts().Ask(again), answer);
+        EXPECT_EQ(platform::DesktopPrompts().Ask(question), answer);
+        EXPECT_EQ(hand.Seen(), 1);
+      }
+    }
+  }
+}
+
+TEST(Boxes, WithChoicesGiveTheOneThatIsTaken) {
+  for (const BoxSource& source : EveryBox()) {
+    for (const platform::ChoiceQuestion& question : source.choices) {
+      const auto last = static_cast<int>(question.choices.size());
+      for (int choice = 0; choice <= last; ++choice) {
+        const ModalHand hand([&](QWidget& modal) {
+          if (choice == last) return QTest::keyClick(&modal, Qt::Key_Escape);
+          QTest::mouseClick(modal.findChild<QPushButton*>(QString("choice(%1)").arg(choice)), Qt::LeftButton);
+        });
+        EXPECT_EQ(platform::DesktopPrompts().Choose(question), choice == last ? question.escape : choice);
         EXPECT_EQ(hand.Seen(), 1);
       }
     }
@@ -54,6 +69,11 @@ const OwnBox kOwnBoxes[] = {
        Desk::Get<QCheckBox>(window, "chkStartUp").setChecked(true);
        Desk::Type(window, "txtOption", "9");
        QTest::mouseClick(&Desk::Get<QPushButton>(window, "cmdApply"), Qt::LeftButton);
+     }},
+    {"frmTherm",
+     [](windows::ChildWindow& window) {
+       ChangeEach(window);
+       window.ReadAgain();
      }},
     {"frmLogging",
      [](windows::ChildWindow& window) {
@@ -121,6 +141,26 @@ TEST(Boxes, OfAFailedLinkEndTheProgramAlsoOverADialogAndTheHeatersMayGoOn) {
   const ModalHand hand([](QWidget& modal) { QTest::keyClick(&modal, Qt::Key_Escape); });
   real.Do([&] { real.desk.Open("frmHeaters"); });
   EXPECT_EQ(hand.Seen(), 1);
+  real.ExpectAlive();
+}
+
+TEST(Boxes, OverADialogKeepItsWindowUntilItsHandlerIsThrough) {
+  RealDesktop real;
+  real.Start();
+  const QPointer window = real.Open("frmLogging");
+  const ModalHand hand([&](QWidget& modal) {
+    if (qobject_cast<QMessageBox*>(&modal) == nullptr) {
+      real.desk.board.failMatching = "usb H";
+      real.desk.Open("frmHeaters");
+      return;
+    }
+    RealDesktop::CloseFrame(*window);
+    // The box lets its event loop run on.
+    QTimer::singleShot(20, &modal, [&modal] { QTest::keyClick(&modal, Qt::Key_Escape); });
+  });
+  real.Do([&] { QTest::mouseClick(&Desk::Get<QPushButton>(*window, "cmdLogData"), Qt::LeftButton); });
+  EXPECT_EQ(hand.Seen(), 2);
+  EXPECT_EQ(window, nullptr);
   real.ExpectAlive();
 }
 

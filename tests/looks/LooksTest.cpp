@@ -139,6 +139,18 @@ class Looks : public ::testing::TestWithParam<std::string> {
     ForEachPage(window, look);
   }
 
+  void LookAtBox(const QString& text, int percent, const std::function<void()>& ask) {
+    const ModalHand hand([&](QWidget& shown) {
+      Look(shown, text.toStdString() + " at " + std::to_string(percent) + " %");
+      const int title = shown.fontMetrics().horizontalAdvance(shown.windowTitle());
+      EXPECT_GT(shown.width(), title * 5 / 4) << "room for the title and its buttons";
+      EXPECT_TRUE(QRect({}, kSmallScreen).contains(QRect({}, shown.frameSize()))) << text.toStdString();
+      shown.close();
+    });
+    ask();
+    EXPECT_EQ(hand.Seen(), 1);
+  }
+
   std::map<std::string, std::string> faults_;  ///< and where each was first seen
 
  private:
@@ -255,17 +267,12 @@ TEST_F(Looks, EveryBoxShowsItsWholeText) {
     for (const bool dark : {false, true}) {
       Dress(percent, dark);
       for (const BoxSource& source : sources) {
-        EXPECT_FALSE(source.boxes.empty()) << source.file;
-        for (platform::BoxQuestion box : source.boxes) {
-          box.asker = nullptr;
-          const ModalHand hand([&](QWidget& shown) {
-            Look(shown, box.text.toStdString() + " at " + std::to_string(percent) + " %");
-            const int title = shown.fontMetrics().horizontalAdvance(shown.windowTitle());
-            EXPECT_GT(shown.width(), title * 5 / 4) << "room for the title and its buttons";
-            shown.close();
-          });
-          platform::DesktopPrompts().Ask(box);
-          EXPECT_EQ(hand.Seen(), 1);
+        EXPECT_GE(source.boxes.size() + source.choices.size(), 1U) << source.file;
+        for (const platform::BoxQuestion& box : source.boxes) {
+          LookAtBox(box.text, percent, [&box] { platform::DesktopPrompts().Ask(box); });
+        }
+        for (const platform::ChoiceQuestion& box : source.choices) {
+          LookAtBox(box.text, percent, [&box] { platform::DesktopPrompts().Choose(box); });
         }
       }
     }

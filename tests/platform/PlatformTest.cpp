@@ -72,7 +72,9 @@ TEST(IniSettings, LeaveAloneWhatIsNoFileOfTheirs) {
     SCOPED_TRACE(what);
     const QTemporaryDir folder;
     const QString file = folder.filePath("own/settings.conf");
+    const QFile::Permissions all(0x7777);
     ASSERT_TRUE(QDir().mkdir(folder.filePath("own")));
+    ASSERT_TRUE(QFile::setPermissions(folder.path(), all) && QFile::setPermissions(folder.filePath("own"), all));
     spoil(file);
     const auto seen = [&] {
       const QFileInfo info(file);

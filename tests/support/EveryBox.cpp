@@ -8,12 +8,23 @@
 #include <QFile>
 
 #include "link/LinkErrors.h"
+#include "link/USBStuff.h"
 #include "tests/support/Desk.h"
+#include "tests/support/Seen.h"
+#include "windows/SharedState.h"
+#include "windows/data/LogJob.h"
 
 namespace zth::testing {
 namespace {
 
 using platform::BoxAnswer;
+
+/// Questions outlive the windows that asked them.
+template <typename Question>
+std::vector<Question> Free(std::vector<Question> questions) {
+  for (Question& question : questions) question.asker = nullptr;
+  return questions;
+}
 
 std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring, bool start = true,
                                          Desk::Buses buses = Desk::Buses::Both) {
@@ -24,7 +35,34 @@ std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring
     bring(desk);
   } catch (const platform::ProcessEnded&) {  // most of them end it
   }
-  return std::exchange(desk.prompts.shown, {});
+  return Free(std::exchange(desk.prompts.shown, {}));
+}
+
+/// The longest that it can be: with both heaters on and lines of a log, far down in folders, that wait.
+std::vector<platform::ChoiceQuestion> AskedAtTheEnd() {
+  Desk desk;
+  desk.Start();
+  for (const std::int16_t heater : {std::int16_t{1}, std::int16_t{2}}) {
+    std::int32_t percent = 50;
+    link::SetHeater(heater, percent);
+  }
+  windows::LogFileName = "/home/user" + QString("/measurements of the week").repeated(4) + "/log.csv";
+  desk.files.locked = true;
+  windows::StartLog(1000, desk.Main());
+  for (int i = 0; i < 2; ++i) windows::RunLogJob({desk.services, desk.Main()});
+  desk.prompts.picks.push_back("&Cancel");
+  desk.Main().close();
+  return Free(std::exchange(desk.prompts.choicesShown, {}));
+}
+
+std::vector<platform::ChoiceQuestion> AskedBeforeReadingAgain() {
+  Desk desk;
+  desk.Start();
+  auto& window = desk.Open("frmTherm");
+  ChangeEach(window);
+  desk.prompts.picks.push_back("&Keep them");
+  window.ReadAgain();
+  return Free(std::exchange(desk.prompts.choicesShown, {}));
 }
 
 }  // namespace
@@ -36,6 +74,7 @@ std::vector<BoxSource> EveryBox() {
   }
   return {
       {"link/LinkErrors.cpp", failures},
+      {"shell/Leaving.cpp", {}, AskedAtTheEnd()},
       {"shell/Main.cpp", Asked(
                              [](Desk& desk) {
                                desk.board.loadErrors["smbus"] = "File not found";
@@ -48,6 +87,7 @@ std::vector<BoxSource> EveryBox() {
                                   desk.RunMain();
                                 },
                                 false, Desk::Buses::Smbus)},
+      {"windows/ChildWindow.cpp", {}, AskedBeforeReadingAgain()},
       {"windows/config/frmEasySetup.cpp", Asked([](Desk& desk) {
          auto& window = desk.Open("frmEasySetup");
          Desk::Check(window, "chkStartUp", true);
@@ -69,7 +109,8 @@ std::vector<std::string> EveryPlaceThatAsksABox() {
   for (QDirIterator at(root, {"*.cpp", "*.h"}, QDir::Files, QDirIterator::Subdirectories); at.hasNext();) {
     QFile file(at.next());
     if (!file.open(QIODevice::ReadOnly)) continue;
-    const auto count = file.readAll().count("prompts.Ask(");
+    const QByteArray text = file.readAll();
+    const auto count = text.count("prompts.Ask(") + text.count("prompts.Choose(");
     places.insert(places.end(), static_cast<std::size_t>(count), file.fileName().mid(root.size() + 1).toStdString());
   }
   std::ranges::sort(places);
