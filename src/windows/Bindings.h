@@ -137,7 +137,7 @@ constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> 
   std::array<unsigned, 256> taken{};
   for (const Binding& row : rows) {
     const unsigned mask = base::Mask(row.bits);
-    if (chip::RowAt(row.reg) == nullptr) return false;
+    if (!chip::HasRow(row.reg)) return false;
     if (mask > 0xFF || (taken[row.reg] & mask) != 0) return false;
     taken[row.reg] |= mask;
     if (row.items.empty() && row.code == nullptr && row.bits.width != 1) return false;
