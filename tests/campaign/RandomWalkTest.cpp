@@ -120,6 +120,7 @@ class RandomUser {
     if (left_) Start();
     TheDesk().prompts.shown.clear();
     TheDesk().prompts.choicesShown.clear();
+    choices_ = 0;
     Desk::Settle();
   }
 
@@ -131,6 +132,7 @@ class RandomUser {
   int restarts = -1, boxes = 0, files = 0;
 
  private:
+  std::size_t choices_ = 0;  ///< answered in this action
   QPoint AnyPoint() { return {Below(control_->width()), Below(control_->height())}; }
   static void Tell(const std::string& what) {
     if (qEnvironmentVariableIsSet("ZTH_TELL_WALK")) std::fprintf(stderr, "%s\n", what.c_str());
@@ -154,10 +156,11 @@ class RandomUser {
 
   void Answer() {
     using platform::BoxAnswer;
-    if (TheDesk().prompts.shown.empty()) {
-      // A question with choices: whether to leave.
+    if (TheDesk().prompts.choicesShown.size() > choices_) {
+      // Whether to leave, whether to read a window again.
+      ++choices_;
+      const QStringList choices = TheDesk().prompts.choicesShown.back().choices;
       TheDesk().clock.Advance(Below(2000));
-      const QStringList& choices = TheDesk().prompts.choicesShown.back().choices;
       TheDesk().prompts.picks = {choices[Below(static_cast<int>(choices.size()))]};
       return;
     }

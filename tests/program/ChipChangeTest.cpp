@@ -165,16 +165,16 @@ TEST_P(TwoChips, WhatWaitsForApplyIsAskedAbout) {
     if (other && GetParam() == "frmSwitches") continue;
     if (other) Use(kOther);
     Do(*window, step);
-    desk.prompts.script = {platform::BoxAnswer::No, platform::BoxAnswer::Yes};
+    desk.prompts.picks = {"&Keep them", "&Read again and lose them"};
     EXPECT_EQ(PressF5(), Traffic{});
-    EXPECT_EQ(Held(*window, change), changed) << "No changes nothing";
+    EXPECT_EQ(Held(*window, change), changed) << "kept";
     EXPECT_NE(PressF5(), Traffic{});
     EXPECT_EQ(Held(*window, change), before);
-    EXPECT_EQ(desk.prompts.shown.back().buttons, platform::BoxButtons::YesNo);
+    EXPECT_EQ(desk.prompts.choicesShown.back().escape, 1) << "a stray Enter or Escape keeps them";
     EXPECT_EQ(PressF5(), load = other ? AtOther(load) : load) << "nothing waits any more, and nobody is asked";
   }
   Do(*window, step);
-  desk.prompts.script = {platform::BoxAnswer::Yes};
+  desk.prompts.picks = {"&Read again and lose them"};
   desk.prompts.whileShown = [&] {
     window->Unload();
     Desk::Settle();

@@ -19,39 +19,30 @@ namespace {
 
 using platform::BoxAnswer;
 
-using Bring = std::function<void(Desk&)>;
+/// Questions outlive the windows that asked them.
+template <typename Question>
+std::vector<Question> Free(std::vector<Question> questions) {
+  for (Question& question : questions) question.asker = nullptr;
+  return questions;
+}
 
-BoxSource Asked(const std::string& file, const Bring& bring, Desk::Buses buses = Desk::Buses::Both) {
+std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring, bool start = true,
+                                         Desk::Buses buses = Desk::Buses::Both) {
   Desk desk(buses);
   desk.prompts.script = {BoxAnswer::Ok};
   try {
+    if (start) desk.Start();
     bring(desk);
-  } catch (const platform::ProcessEnded&) {  // many of them end it
+  } catch (const platform::ProcessEnded&) {  // most of them end it
   }
-  desk.prompts.script.clear();
-  std::vector<platform::BoxQuestion>& boxes = desk.prompts.shown;
-  std::vector<platform::ChoiceQuestion>& choices = desk.prompts.choicesShown;
-  for (platform::BoxQuestion& box : boxes) box.asker = nullptr;  // it goes with its desk
-  for (platform::ChoiceQuestion& box : choices) box.asker = nullptr;
-  return {file, boxes, choices};
-}
-
-BoxSource Failures() {
-  BoxSource all{"link/LinkErrors.cpp", {}, {}};
-  for (int code = link::kFirmwareFailed; code <= link::kHeaterError; ++code) {
-    const BoxSource one = Asked(all.file, [code](Desk& desk) {
-      desk.Start();
-      link::ReportLinkError(code);
-    });
-    all.boxes.insert(all.boxes.end(), one.boxes.begin(), one.boxes.end());
-  }
-  return all;
+  return Free(std::exchange(desk.prompts.shown, {}));
 }
 
 /// The longest that it can be: with both heaters on and lines of a log, far down in folders, that wait.
-void LeaveWork(Desk& desk) {
+std::vector<platform::ChoiceQuestion> AskedAtTheEnd() {
+  Desk desk;
   desk.Start();
-  for (const std::int32_t heater : {1, 2}) {
+  for (const std::int16_t heater : {std::int16_t{1}, std::int16_t{2}}) {
     std::int32_t percent = 50;
     link::SetHeater(heater, percent);
   }
@@ -61,48 +52,55 @@ void LeaveWork(Desk& desk) {
   for (int i = 0; i < 2; ++i) windows::RunLogJob({desk.services, desk.Main()});
   desk.prompts.picks.push_back("&Cancel");
   desk.Main().close();
+  return Free(std::exchange(desk.prompts.choicesShown, {}));
 }
 
-void ReadChangesAgain(Desk& desk) {
+std::vector<platform::ChoiceQuestion> AskedBeforeReadingAgain() {
+  Desk desk;
   desk.Start();
   auto& window = desk.Open("frmTherm");
   ChangeEach(window);
   desk.prompts.picks.push_back("&Keep them");
   window.ReadAgain();
-}
-
-void RefuseOption(Desk& desk) {
-  desk.Start();
-  auto& window = desk.Open("frmEasySetup");
-  Desk::Check(window, "chkStartUp", true);
-  Desk::Type(window, "txtOption", "9");
-  Desk::Press(window, "cmdApply");
-}
-
-void LogNothing(Desk& desk) {
-  desk.Start();
-  desk.fileDialogs.script.push_back("none.csv");
-  Desk::Press(desk.Open("frmLogging"), "cmdLogData");
+  return Free(std::exchange(desk.prompts.choicesShown, {}));
 }
 
 }  // namespace
 
 std::vector<BoxSource> EveryBox() {
-  const auto noLibrary = [](Desk& desk) {
-    desk.board.loadErrors["smbus"] = "File not found";
-    desk.RunMain();
+  std::vector<platform::BoxQuestion> failures;
+  for (int code = link::kFirmwareFailed; code <= link::kHeaterError; ++code) {
+    for (const auto& box : Asked([code](Desk&) { link::ReportLinkError(code); })) failures.push_back(box);
+  }
+  return {
+      {"link/LinkErrors.cpp", failures},
+      {"shell/Leaving.cpp", {}, AskedAtTheEnd()},
+      {"shell/Main.cpp", Asked(
+                             [](Desk& desk) {
+                               desk.board.loadErrors["smbus"] = "File not found";
+                               desk.RunMain();
+                             },
+                             false, Desk::Buses::Smbus)},
+      {"shell/frmMain.cpp", Asked(
+                                [](Desk& desk) {
+                                  desk.board.smbusChips.clear();
+                                  desk.RunMain();
+                                },
+                                false, Desk::Buses::Smbus)},
+      {"windows/ChildWindow.cpp", {}, AskedBeforeReadingAgain()},
+      {"windows/config/frmEasySetup.cpp", Asked([](Desk& desk) {
+         auto& window = desk.Open("frmEasySetup");
+         Desk::Check(window, "chkStartUp", true);
+         Desk::Type(window, "txtOption", "9");
+         Desk::Press(window, "cmdApply");
+       })},
+      {"windows/data/frmLogging.cpp", Asked([](Desk& desk) {
+         desk.fileDialogs.script.push_back("none.csv");
+         auto& window = desk.Open("frmLogging");
+         Desk::Press(window, "cmdDeselectAll");
+         Desk::Press(window, "cmdLogData");
+       })},
   };
-  const auto noChip = [](Desk& desk) {
-    desk.board.smbusChips.clear();
-    desk.RunMain();
-  };
-  return {Failures(),
-          Asked("shell/Leaving.cpp", LeaveWork),
-          Asked("shell/Main.cpp", noLibrary, Desk::Buses::Smbus),
-          Asked("shell/frmMain.cpp", noChip, Desk::Buses::Smbus),
-          Asked("windows/ChildWindow.cpp", ReadChangesAgain),
-          Asked("windows/config/frmEasySetup.cpp", RefuseOption),
-          Asked("windows/data/frmLogging.cpp", LogNothing)};
 }
 
 std::vector<std::string> EveryPlaceThatAsksABox() {

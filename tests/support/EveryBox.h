@@ -11,7 +11,7 @@ namespace zth::testing {
 struct BoxSource {
   std::string file;  ///< the source that asks, below src/
   std::vector<platform::BoxQuestion> boxes;
-  std::vector<platform::ChoiceQuestion> choices;
+  std::vector<platform::ChoiceQuestion> choices = {};
 };
 
 /// Every box of the program, a row for each place that asks. `EveryPlaceThatAsksABox` is what the sources say of it.
