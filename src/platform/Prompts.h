@@ -5,11 +5,7 @@
 
 class QWidget;
 
-<<<<<<< HEAD
-/// The seams to the user's answers: boxes and file dialogs.
-=======
 /// The seams through which the program asks its user something.
->>>>>>> main
 namespace zth::platform {
 
 /// A message box.
@@ -32,11 +28,7 @@ struct ChoiceQuestion {
   QStringList choices;  ///< captions with their mnemonics, from left to right
   int escape = 0;       ///< the choice that Escape, and closing the box, stand for; Enter takes it too
   BoxIcon icon = BoxIcon::Warning;
-<<<<<<< HEAD
-  QWidget* asker = nullptr;  ///< as in a BoxQuestion; the closing of its window is the escape
-=======
   QWidget* asker = nullptr;  ///< as of a BoxQuestion
->>>>>>> main
 };
 
 class Prompts {

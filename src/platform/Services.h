@@ -13,6 +13,7 @@
 
 class QImage;
 class QTimer;
+class QWidget;
 
 /// The seams to everything outside the program. Nothing above this room opens a box or a file dialog, reads a clock,
 /// loads a library, or ends the process but through one of these; tests hand in scripted doubles.
