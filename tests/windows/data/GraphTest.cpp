@@ -83,19 +83,6 @@ TEST_F(GraphTest, OneChartShowsAndFillsTheWindow) {
   EXPECT_EQ(Desk::Text(Reopen("frmGraph"), "cmbGraph"), "Temperature and Tach");
 }
 
-TEST_F(GraphTest, FeedsHiddenChartsFromOpeningToClosing) {
-  Graph();
-  desk.Advance(1000);
-  // More than 50 ms have to pass from one feeding to the next: every second tick.
-  for (int i = 0; i < 7; ++i) EXPECT_NEAR(static_cast<double>(Samples(i)), 10, 1) << i;
-  Graph().Unload();
-  Desk::Settle();
-  desk.Advance(1000);
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(Samples(i), 0) << "a new window begins empty";
-  desk.Advance(100);
-  EXPECT_GT(Samples(6), 0);
-}
-
 TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {
   const std::tuple<const char*, int, bool> rows[]{
       {"200", 200, false},    {"0", 200, true},        {"", 200, true},        {"fast", 200, true},
