@@ -247,19 +247,6 @@ TEST_P(AccessTree, MnemonicsClashNeitherOnAPageNorWithTheMainWindow) {
   });
 }
 
-TEST_P(AccessTree, EscapeClosesAWindowWithoutATransfer) {
-  // In the two without a button of their own Escape ends a search, or takes a mark off the chart.
-  if (GetParam() == "frmMain" || GetParam() == "frmRegMap" || GetParam() == "frmGraph") return;
-  const QString name = QString::fromStdString(GetParam());
-  QWidget& window = desk.Open(name);
-  Desk::Settle();
-  desk.board.TakeTraffic();
-  QTest::keyClick(&window, Qt::Key_Escape);
-  Desk::Settle();
-  EXPECT_EQ(desk.Main().FindWindow(name), nullptr);
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
-}
-
 INSTANTIATE_TEST_SUITE_P(Windows, AccessTree, ::testing::ValuesIn(AllWindows()), WindowOf);
 
 }  // namespace
