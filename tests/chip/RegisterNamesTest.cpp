@@ -26,12 +26,6 @@ concept Compiles = requires {
 };
 static_assert(Compiles<Edo> && !Compiles<UnknownRegister> && !Compiles<UnknownBits> && !Compiles<Reserved>);
 
-constexpr bool Is(RegisterField field, int reg, int high, int low) {
-  return field.reg == reg && field.bits.shift == low && field.bits.width == high - low + 1;
-}
-static_assert(Is(At("Pin Config 1", "VID"), 0x10, 7, 7) && Is(At("Pin Config 1", "P7"), 0x10, 0, 0));
-static_assert(Is(At("Pin Config 2", "P23"), 0x11, 1, 0) && Is(At("Tmin_Cal2", "CYR2"), 0x0C, 5, 3));
-static_assert(Is(At("PWM4 Config", "Bhvr"), 0x24, 7, 5) && Is(At("Local/Remote 1 Hyst", "LH"), 0x54, 3, 0));
 static_assert("Pin 19 High Limit"_reg == 0x4B && "Remote 3 High Limit"_reg == 0x4B, "two names of one address");
 
 }  // namespace

@@ -126,20 +126,6 @@ TEST_F(Link, ARegisterOutsideAByteIsNoTransfer) {
   EXPECT_EQ(hooks, 0);
 }
 
-TEST_F(Link, AWriteToAPwmConfigurationReadsItBackOnBothLinks) {
-  OnEach([this] {
-    for (int pwm = 1; pwm <= 4; ++pwm) {
-      for (const auto& [value, manual] : {std::pair{0xE5, true}, {0xDF, false}}) {  // only all three bits are manual
-        WriteRegisterValue(DeviceAddress, 0x20 + pwm, value);
-        EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{W(0x20 + pwm, value), R(0x20 + pwm)}));
-        EXPECT_EQ(chip::PwmManual[static_cast<std::size_t>(pwm)], manual);
-      }
-    }
-    WriteRegisterValue(DeviceAddress, 0x15, 0xFF);
-    EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x15, 0xFF)}) << "no hook";
-  });
-}
-
 TEST_F(Link, TheHeaterQuestionShutsTheLinkAndNoLetsTheProgramGoOn) {
   desk.board.failMatching = "usb H";
   desk.prompts.script = {platform::BoxAnswer::No};
