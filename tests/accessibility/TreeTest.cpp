@@ -1,7 +1,5 @@
 // What assistive technology and the keyboard find on every page: names, roles, states, the order of Tab, mnemonics.
 #include <algorithm>
-#include <map>
-#include <set>
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,19 +1,12 @@
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <functional>
-#include <map>
-#include <set>
 #include <sstream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "chip/Conversions.h"
 #include "chip/Limits.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "tests/support/Steps.h"
@@ -22,6 +15,27 @@ namespace zth::testing {
 namespace {
 
 using namespace zth::chip;
+
+// What the program's text names is looked up while it is compiled; a wrong name must stop the compiler.
+struct Edo {
+  static constexpr std::string_view reg = "EDO Mask 1", bits = "Temp";
+};
+struct UnknownRegister {
+  static constexpr std::string_view reg = "EDO Mask 3", bits = "Temp";
+};
+struct UnknownBits {
+  static constexpr std::string_view reg = "EDO Mask 1", bits = "Tem";
+};
+struct Reserved {
+  static constexpr std::string_view reg = "EDO Mask 1", bits = "Res";
+};
+template <typename T>
+concept Compiles = requires {
+  typename std::integral_constant<unsigned, Field(T::reg, T::bits).shift>;
+};
+static_assert(Compiles<Edo> && !Compiles<UnknownRegister> && !Compiles<UnknownBits> && !Compiles<Reserved>);
+
+static_assert("Pin 19 High Limit"_reg == 0x4B && "Remote 3 High Limit"_reg == 0x4B, "two names of one address");
 
 TEST(Conversions, TemperaturesHaveTheirOffsetAndQuarters) {
   const std::tuple<std::uint8_t, std::uint8_t, float> rows[]{

@@ -1,5 +1,3 @@
-#include <map>
-#include <set>
 #include <tuple>
 
 #include <QAction>
@@ -10,7 +8,6 @@
 #include <QMenu>
 #include <QTest>
 #include <QToolBar>
-#include <gtest/gtest.h>
 
 #include "link/USBStuff.h"
 #include "shell/Commands.h"

@@ -1,12 +1,7 @@
 #include <algorithm>
-#include <chrono>
-#include <cmath>
 #include <cstdint>
 #include <random>
-#include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "simulator/Board.h"
 #include "simulator/Plant.h"

@@ -1,12 +1,5 @@
-#include <chrono>
-#include <sstream>
-#include <string>
 #include <tuple>
 #include <utility>
-#include <variant>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "simulator/SmbusHost.h"
 #include "tests/simulator/UsbOnBench.h"
@@ -81,15 +74,6 @@ TEST(Faults, AFailedTransferOnTheSmbusReadsAllOnesOrIsLost) {
   host.Write(0x2C, 0x2C, 0x11);
   EXPECT_EQ(host.Read(0x2C, 0x2C), 0xFF);
   EXPECT_EQ(host.Read(0x2C, 0x3E), 0x41);
-}
-
-TEST(SimulatorSettings, AnEmptyTextMeansTheDefaults) {
-  for (const char* text : {"", "\n\n", "# only a comment", "   \t\r\n"}) {
-    const Settings settings = Parsed(text);
-    EXPECT_EQ(settings.usbChips, (std::vector<std::uint8_t>{0x58}));
-    EXPECT_EQ(settings.smbusChips, (std::vector<std::uint8_t>{0x2C}));
-    EXPECT_TRUE(settings.faults.empty());
-  }
 }
 
 TEST(SimulatorSettings, EveryKeyIsTaken) {

@@ -1,10 +1,6 @@
 #include <algorithm>
-#include <cmath>
-#include <string>
 #include <tuple>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "tests/simulator/ChipOnBench.h"
 

@@ -1,5 +1,3 @@
-#include <vector>
-
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "tests/support/Seen.h"

@@ -1,11 +1,7 @@
-#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <random>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 
 #include <QAction>
 
@@ -355,40 +351,6 @@ TEST_F(LogFailureTest, TheSystemsOwnShortWritesAreCutBack) {
   EXPECT_EQ(File(), kHead + LogLines(0, 1));
   Log(1);
   EXPECT_EQ(File(), kHead + LogLines(0, 4));
-}
-
-// The kernel's own end of a process, at moments spread over some thousand lines.
-TEST_F(LogFailureTest, AHundredKillsLeaveWholeLinesAndNoneMissing) {
-  std::string row;
-  for (chip::LogChannel& channel : chip::LogChannelTable) channel = {1.0F / 3, 1, 1}, row += ".3333333 ,";
-  const std::string head = LogHead("");
-  std::string log = head;  // as far as any process came
-  std::mt19937 random(4718);
-  for (int kill = 0, line = 0; kill < 100; ++kill) {
-    windows::LogFileName = Path(QString("%1.csv").arg(kill));
-    int told[2];  // a byte behind each line
-    ASSERT_EQ(pipe(told), 0);
-    const pid_t victim = fork();
-    if (victim == 0) {
-      windows::WriteLogHead(desk.files, "Time ,");
-      windows::StartLog(10, desk.Main());
-      for (;;) Job(), write(told[1], ".", 1) == 1 ? void() : _exit(1);
-    }
-    char bytes[4096];
-    std::ptrdiff_t lines = read(told[0], bytes, 1);
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 8000));
-    ::kill(victim, SIGKILL);
-    waitpid(victim, nullptr, 0);
-    close(told[1]);
-    for (std::ptrdiff_t count = 0; (count = read(told[0], bytes, sizeof bytes)) > 0;) lines += count;
-    close(told[0]);
-
-    const std::string found = Content(windows::LogFileName);
-    for (; log.size() < found.size(); ++line) log += LogLines(line, line, row, 100);
-    ASSERT_EQ(found, log.substr(0, found.size())) << "the last line alone may be torn";
-    const auto standing = std::count(found.begin() + std::ssize(head), found.end(), '\n');
-    ASSERT_TRUE(standing == lines || standing == lines + 1) << standing << " lines, told of " << lines;
-  }
 }
 
 }  // namespace

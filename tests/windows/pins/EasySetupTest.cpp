@@ -1,6 +1,3 @@
-#include <optional>
-#include <set>
-
 #include "tests/support/Steps.h"
 
 namespace zth::testing {
