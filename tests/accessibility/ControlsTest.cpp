@@ -159,11 +159,5 @@ TEST_F(AccessControls, BitsFlipLampsTellAndLinksLead) {
   EXPECT_EQ(desk.shell.opened.size(), 1U);
 }
 
-TEST_F(AccessControls, AKeyLeadsToTheDevicesFromAnyWindow) {
-  Find("frmFanConfig", "txtMaxPWM").setFocus();
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_F2);
-  EXPECT_TRUE(Desk::Get<QWidget>(desk.Main(), "cmbDevices").hasFocus());
-}
-
 }  // namespace
 }  // namespace zth::testing

@@ -1,7 +1,5 @@
 // What assistive technology and the keyboard find on every page: names, roles, states, the order of Tab, mnemonics.
 #include <algorithm>
-#include <map>
-#include <set>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -245,19 +243,6 @@ TEST_P(AccessTree, MnemonicsClashNeitherOnAPageNorWithTheMainWindow) {
     Mnemonics keys = common;
     TakeAll(Shown(root), keys);
   });
-}
-
-TEST_P(AccessTree, EscapeClosesAWindowWithoutATransfer) {
-  // In the two without a button of their own Escape ends a search, or takes a mark off the chart.
-  if (GetParam() == "frmMain" || GetParam() == "frmRegMap" || GetParam() == "frmGraph") return;
-  const QString name = QString::fromStdString(GetParam());
-  QWidget& window = desk.Open(name);
-  Desk::Settle();
-  desk.board.TakeTraffic();
-  QTest::keyClick(&window, Qt::Key_Escape);
-  Desk::Settle();
-  EXPECT_EQ(desk.Main().FindWindow(name), nullptr);
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, AccessTree, ::testing::ValuesIn(AllWindows()), WindowOf);

@@ -1,7 +1,5 @@
 #include <cmath>
-#include <cstdlib>
 #include <limits>
-#include <random>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -75,22 +73,6 @@ TEST(NumberText, GeneralFormatHasNoZeroBeforeThePoint) {
   EXPECT_EQ(GeneralText(0.1), ".1");
   EXPECT_EQ(GeneralText(86399.999), "86399.999");
   EXPECT_EQ(GeneralText(1.0 / 3), ".333333333333333");
-}
-
-TEST(NumberText, GeneralFormatReadsBackToTheSameSevenDigits) {
-  std::mt19937 random(4718);
-  std::uniform_real_distribution<float> mantissa(-1, 1);
-  std::uniform_int_distribution<int> power(-12, 12);
-  for (int i = 0; i < 100000; ++i) {
-    const float value = mantissa(random) * std::pow(10.0F, static_cast<float>(power(random)));
-    const std::string text = GeneralText(value);
-    char expected[32];
-    std::snprintf(expected, sizeof expected, "%.6e", static_cast<double>(value));
-    ASSERT_DOUBLE_EQ(LeadingDecimal(text), std::strtod(expected, nullptr)) << text;
-    ASSERT_TRUE(IsDecimal(text)) << text;
-    ASSERT_NE(text.substr(0, 2), "0.") << text;
-    ASSERT_LE(text.size(), 14U) << text;
-  }
 }
 
 TEST(AnsiText, CharactersOutsideTheCodePageHaveNoCode) {

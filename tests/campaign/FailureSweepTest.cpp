@@ -255,14 +255,5 @@ TEST(FailureSweep, EveryCallOfTheStartAndOfPollingEndsTheProgramInOrder) {
   }
 }
 
-/// The monitor with every window open, for as long as each job needs to run once.
-TEST(FailureSweep, EveryTransferOfTheMonitorWithAllWindowsOpenEndsTheProgramInOrder) {
-  const auto reach = [](Desk& desk) {
-    for (const std::string& window : EveryWindow()) desk.Open(window.c_str());
-    Desk::Check(*desk.Main().FindWindow("frmRegMap"), "chkContRead", true);
-  };
-  EXPECT_GT(Sweep(0xFF, {"monitor", reach, LetJobsRun}).size(), 50U);
-}
-
 }  // namespace
 }  // namespace zth::testing

@@ -1,10 +1,3 @@
-#include <array>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
@@ -126,17 +119,15 @@ TEST_F(Link, ARegisterOutsideAByteIsNoTransfer) {
   EXPECT_EQ(hooks, 0);
 }
 
-TEST_F(Link, AWriteToAPwmConfigurationReadsItBackOnBothLinks) {
+TEST_F(Link, AWriteToAPwmConfigurationReadsItBackForAllThreeBitsOfManual) {
   OnEach([this] {
-    for (int pwm = 1; pwm <= 4; ++pwm) {
-      for (const auto& [value, manual] : {std::pair{0xE5, true}, {0xDF, false}}) {  // only all three bits are manual
+    for (const auto& [value, manual] : {std::pair{0xE5, true}, {0xDF, false}}) {
+      for (int pwm = 1; pwm <= 4; ++pwm) {
         WriteRegisterValue(DeviceAddress, 0x20 + pwm, value);
-        EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{W(0x20 + pwm, value), R(0x20 + pwm)}));
+        EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(0x20 + pwm, value), R(0x20 + pwm)));
         EXPECT_EQ(chip::PwmManual[static_cast<std::size_t>(pwm)], manual);
       }
     }
-    WriteRegisterValue(DeviceAddress, 0x15, 0xFF);
-    EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x15, 0xFF)}) << "no hook";
   });
 }
 

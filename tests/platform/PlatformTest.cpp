@@ -153,7 +153,7 @@ TEST(Prompts, ChoicesStandInTheirOrderAndEnterIsAsSafeAsEscape) {
   }
 }
 
-TEST(FileDialogs, AskForOneFileAndTellACancel) {
+TEST(FileDialogs, GiveAFileWithoutAnEndingThatOfTheFilter) {
   const QTemporaryDir folder;
   IniSettings settings(folder.filePath("settings.conf"));
   DesktopFileDialogs dialogs(settings);
@@ -162,10 +162,6 @@ TEST(FileDialogs, AskForOneFileAndTellACancel) {
   OnceShown<QFileDialog>([](QFileDialog& dialog) {
     EXPECT_EQ(dialog.objectName(), "CommonDialog1");
     EXPECT_EQ(dialog.nameFilters(), QStringList("Log Files (*.csv)"));
-    dialog.reject();
-  });
-  EXPECT_EQ(dialogs.Ask(question, nullptr), "");
-  OnceShown<QFileDialog>([](QFileDialog& dialog) {
     dialog.selectFile("monday");
     QMetaObject::invokeMethod(&dialog, "accept");
   });

@@ -1,5 +1,3 @@
-#include <array>
-
 #include <QApplication>
 #include <QTest>
 

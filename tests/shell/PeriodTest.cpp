@@ -1,5 +1,4 @@
 // The pace of each job of the master timer, as it shows outside over minutes.
-#include <set>
 
 #include <QTemporaryDir>
 

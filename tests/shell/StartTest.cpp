@@ -1,7 +1,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
-#include <gtest/gtest.h>
 
 #include "chip/Measurements.h"
 #include "chip/PwmModes.h"

@@ -1,8 +1,4 @@
 #include <algorithm>
-#include <chrono>
-#include <cstdint>
-
-#include <gtest/gtest.h>
 
 #include "simulator/SmbusHost.h"
 #include "simulator/entry/RealTime.h"

@@ -1,8 +1,5 @@
-#include <cstdint>
 #include <random>
 #include <set>
-
-#include <gtest/gtest.h>
 
 #include "simulator/RegisterRules.h"
 #include "tests/simulator/ChipOnBench.h"

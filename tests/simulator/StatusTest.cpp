@@ -1,9 +1,3 @@
-#include <optional>
-#include <string>
-#include <utility>
-
-#include <gtest/gtest.h>
-
 #include "tests/simulator/ChipOnBench.h"
 
 namespace zth::simulator {

@@ -1,9 +1,5 @@
-#include <cerrno>
-#include <cstdint>
-#include <cstdio>
 #include <initializer_list>
 #include <sstream>
-#include <string>
 #include <tuple>
 #include <utility>
 

@@ -1,6 +1,4 @@
 // Every window's words, against windows.txt: what is prescribed stands there, and nothing that is not written down.
-#include <map>
-#include <set>
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -14,11 +14,11 @@ std::string LogHead(const std::string& columns) {
   return "\r\nZTH4718 Log File\r\n\r\nTime ," + columns + "\r\n";
 }
 
-std::string LogLines(int first, int last, const std::string& values, int aSecond) {
+std::string LogLines(int first, int last) {
   std::string lines;
   for (int i = first; i <= last; ++i) {
-    const QString time = QString::number(static_cast<double>(i) / aSecond);
-    lines += (i > 0 && i < aSecond ? time.mid(1) : time).toStdString() + "," + values + "\r\n";
+    const QString time = QString::number(i / 10.0);
+    lines += (i > 0 && i < 10 ? time.mid(1) : time).toStdString() + ",0 ,\r\n";
   }
   return lines;
 }

@@ -18,8 +18,8 @@ std::string Content(const QString& path);
 /// A log's head above columns such as "Local Temp ,".
 std::string LogHead(const std::string& columns);
 
-/// A log's lines first to last, so many a second; as a rule of one channel at 0.
-std::string LogLines(int first, int last, const std::string& values = "0 ,", int aSecond = 10);
+/// A log's lines first to last, ten a second, of one channel at 0.
+std::string LogLines(int first, int last);
 
 /// A started program with a folder of its own; what the chip measures stands still.
 class DataTest : public ::testing::Test {

@@ -1,5 +1,3 @@
-#include <vector>
-
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "tests/support/Seen.h"
@@ -81,19 +79,6 @@ TEST_F(GraphTest, OneChartShowsAndFillsTheWindow) {
     Desk::Settle();
   }
   EXPECT_EQ(Desk::Text(Reopen("frmGraph"), "cmbGraph"), "Temperature and Tach");
-}
-
-TEST_F(GraphTest, FeedsHiddenChartsFromOpeningToClosing) {
-  Graph();
-  desk.Advance(1000);
-  // More than 50 ms have to pass from one feeding to the next: every second tick.
-  for (int i = 0; i < 7; ++i) EXPECT_NEAR(static_cast<double>(Samples(i)), 10, 1) << i;
-  Graph().Unload();
-  Desk::Settle();
-  desk.Advance(1000);
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(Samples(i), 0) << "a new window begins empty";
-  desk.Advance(100);
-  EXPECT_GT(Samples(6), 0);
 }
 
 TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {

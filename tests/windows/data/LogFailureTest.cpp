@@ -1,12 +1,9 @@
-#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <random>
 #include <sys/stat.h>
-#include <thread>
 
 #include <QAction>
-#include <QProcess>
 
 #include "chip/Measurements.h"
 #include "link/LinkErrors.h"
@@ -52,23 +49,6 @@ TEST_F(LogFailureTest, LinesWaitInOrderAndTheStatusBarTells) {
   EXPECT_TRUE(desk.prompts.shown.empty());
 }
 
-TEST_F(LogFailureTest, AFileThatGoesAwayOnTheDiskIsWaitedForTheSameWay) {
-  QDir().mkdir(Path("share"));
-  StartLog(Path("share/a.csv"), {0});
-  Log(1);
-  ASSERT_TRUE(QDir().rename(Path("share"), Path("unplugged")));
-  Log(2);
-  EXPECT_EQ(Status(), Waiting(2));
-  ASSERT_TRUE(QDir().rename(Path("unplugged"), Path("share")));
-  Log(1);
-  EXPECT_EQ(Content(Path("share/a.csv")), kHead + LogLines(0, 3));
-  // Something else than a file under that name blocks nobody.
-  QFile::remove(Path("share/a.csv"));
-  ASSERT_EQ(mkfifo(Path("share/a.csv").toLocal8Bit().constData(), 0600), 0);
-  Log(1);
-  EXPECT_EQ(Status(), Waiting(1));
-}
-
 // Three lines stand in the file, then something happens to it, two lines more.
 TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
   const std::string before = kHead + LogLines(0, 2);
@@ -81,6 +61,14 @@ TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
     ASSERT_EQ(std::rename(Path("other").toLocal8Bit().constData(), Path("d/a.csv").toLocal8Bit().constData()), 0);
   };
   const std::string longer(2000, 'x');
+  // Something happens between a look and the write, which leaves so much there.
+  const auto meanwhile = [&](const std::function<void()>& happens, const std::string& left) {
+    return [&, happens, left] {
+      desk.files.beforeWrite = happens;
+      Job();
+      EXPECT_EQ(Content(Path("d/a.csv")), left);
+    };
+  };
   struct Accident {
     const char* what;
     std::function<void()> happen;
@@ -107,6 +95,15 @@ TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
        },
        before + "a note\r\n" + LogLines(3, 4), ""},
       {"not writable for a while", [&] { LogLocked(0); }, before + LogLines(3, 4), ""},
+      {"gone, with a pipe in its place for a while",
+       [&] {
+         QFile::remove(Path("d/a.csv"));
+         ASSERT_EQ(mkfifo(Path("d/a.csv").toLocal8Bit().constData(), 0600), 0);
+         Job();
+         EXPECT_EQ(Status(), Waiting(1)) << "it blocks nobody";
+         QFile::remove(Path("d/a.csv"));
+       },
+       kHead + LogLines(3, 5), "it was gone"},
       {"deleted with its folder, which comes back empty",
        [&] {
          QDir(Path("d")).removeRecursively();
@@ -128,34 +125,17 @@ TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
          desk.files.volumeOf = [this](const QString&) { return Path("d"); };
        },
        before + LogLines(3, 5), ""},
-      {"deleted between a look and the write",
-       [&] {
-         desk.files.beforeWrite = [&] { QFile::remove(Path("d/a.csv")); };
-         Job();
-         EXPECT_EQ(Status(), Waiting(1));
-       },
+      {"deleted between a look and the write", meanwhile([&] { QFile::remove(Path("d/a.csv")); }, "(no file)"),
        kHead + LogLines(3, 5), "it was gone"},
-      {"replaced between a look and the write",
-       [&] {
-         desk.files.beforeWrite = [&] { putInItsPlace(longer); };
-         Job();
-         EXPECT_EQ(Content(Path("d/a.csv")), longer);
-       },
+      {"replaced between a look and the write", meanwhile([&] { putInItsPlace(longer); }, longer),
        longer + kHead + LogLines(3, 5), "another file had taken its place"},
       {"deleted, and another one comes between a look and the write",
        [&] {
          QFile::remove(Path("d/a.csv"));
-         desk.files.beforeWrite = [&] { put("d/a.csv", "mine"); };
-         Job();
-         EXPECT_EQ(Content(Path("d/a.csv")), "mine");
+         meanwhile([&] { put("d/a.csv", "mine"); }, "mine")();
        },
        "mine" + kHead + LogLines(3, 5), "it was gone"},
-      {"emptied between a look and the write",
-       [&] {
-         desk.files.beforeWrite = [&] { QFile::resize(Path("d/a.csv"), 0); };
-         Job();
-         EXPECT_EQ(Content(Path("d/a.csv")), "");
-       },
+      {"emptied between a look and the write", meanwhile([&] { QFile::resize(Path("d/a.csv"), 0); }, ""),
        kHead + LogLines(3, 5), "it had been cut short"},
       {"deleted, with no room for a head",
        [&] {
@@ -242,29 +222,6 @@ TEST_F(LogFailureTest, NoRunOfAccidentsLosesALineOrWritesOneTwice) {
     for (; (at = all.find(kHead, at)) != std::string::npos;) all.erase(at, kHead.size());
     ASSERT_EQ(all, LogLines(0, lines)) << "in run " << run;
     Do(Logging(), "cmdLogData");
-  }
-}
-
-TEST_F(LogFailureTest, AFullDiskNeverLeavesAPieceOfALine) {
-  Begin();
-  const std::string full = LogLines(0, 12);
-  for (std::size_t space = 0; space <= full.size(); ++space) {
-    // All of it anew for each: twelve lines wait and find so much room.
-    SCOPED_TRACE(space);
-    windows::ResetLog();
-    QFile::remove(Path("b.csv"));
-    windows::LogFileName = Path("b.csv");
-    windows::StartLog(100, desk.Main());
-    LogLocked(12);
-    desk.files.space = static_cast<std::int64_t>(space);
-    Job();
-    const std::string standing = Content(Path("b.csv"));
-    ASSERT_EQ(standing, full.substr(0, full.rfind('\n', space == 0 ? 0 : space - 1) + 1));
-    ASSERT_EQ(*desk.files.space, static_cast<std::int64_t>(space - standing.size()));
-    desk.files.space.reset();
-    Job();
-    ASSERT_EQ(Content(Path("b.csv")), LogLines(0, 13));
-    ASSERT_EQ(Status(), "Logging Enabled");
   }
 }
 
@@ -394,33 +351,6 @@ TEST_F(LogFailureTest, TheSystemsOwnShortWritesAreCutBack) {
   EXPECT_EQ(File(), kHead + LogLines(0, 1));
   Log(1);
   EXPECT_EQ(File(), kHead + LogLines(0, 4));
-}
-
-// The kernel's own end of a process, at moments spread over some thousand lines.
-TEST(LogKill, AHundredKillsLeaveWholeLinesAndNoneMissing) {
-  const QTemporaryDir folder;
-  std::string row;
-  for (int i = 0; i < chip::kLogChannels; ++i) row += ".3333333 ,";
-  const std::string head = LogHead("");
-  std::string log = head;  // as far as any process came
-  std::mt19937 random(4718);
-  for (int kill = 0, line = 0; kill < 100; ++kill) {
-    const QString path = folder.filePath(QString("%1.csv").arg(kill));
-    QProcess victim;
-    victim.start(LOG_VICTIM, {path});
-    ASSERT_TRUE(victim.waitForReadyRead());
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 8000));
-    ::kill(static_cast<pid_t>(victim.processId()), SIGKILL);
-    ASSERT_TRUE(victim.waitForFinished());
-    ASSERT_EQ(victim.exitStatus(), QProcess::CrashExit);
-
-    const std::string found = Content(path);
-    for (; log.size() < found.size(); ++line) log += LogLines(line, line, row, 100);
-    ASSERT_EQ(found, log.substr(0, found.size())) << "the last line alone may be torn";
-    const auto lines = std::count(found.begin() + std::ssize(head), found.end(), '\n');
-    const auto told = victim.readAllStandardOutput().size();
-    ASSERT_TRUE(lines == told || lines == told + 1) << lines << " lines, told of " << told;
-  }
 }
 
 }  // namespace

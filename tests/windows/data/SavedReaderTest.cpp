@@ -1,5 +1,3 @@
-#include <iomanip>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -70,40 +68,6 @@ TEST(SavedReader, StopsAtAHundredThousandLines) {
   EXPECT_TRUE(ReadAll("{\n" + text.substr(11) + "}") == read.substr(5) + "end");
 }
 
-TEST(SavedReader, FindsEachRegisterInWhateverFormTheLinesHave) {
-  std::mt19937 random(4718);
-  const std::string junk = "\0\x80\xFF\x1A{ "s;
-  int files = 0;
-  for (const std::string end : {"\r\n", "\n", "\r"}) {
-    for (const std::string comment : {"", "\t // Name 0x1 0x2", " ", "\t // \xC3\xA9 } {"}) {
-      for (const bool blankLines : {false, true}) {
-        for (const bool zeros : {false, true}) {
-          for (const bool padded : {false, true}) {
-            ++files;
-            std::string text = (zeros ? junk : "head") + end + "{" + (zeros ? junk : "") + end;
-            std::ostringstream registers;
-            registers << std::hex << std::uppercase;
-            for (int i = 0; i < 40; ++i) {
-              const int address = static_cast<int>(random() % 256);
-              const int value = static_cast<int>(random() % (random() % 2 == 0 ? 16 : 256));
-              std::ostringstream line;
-              line << std::hex << std::setfill('0') << "0x" << std::setw(padded ? 2 : 1) << address << '\t';
-              if (zeros) line << junk;
-              line << "0x" << std::setw(padded ? 2 : 1) << value << comment << end;
-              text += (blankLines && random() % 2 == 0 ? end : "") + line.str();
-              registers << address << '=' << value << ' ';
-            }
-            text += "}" + (zeros ? junk : end);
-            ASSERT_EQ(ReadAll(text), registers.str() + "end") << text;
-            ASSERT_EQ(WideEncoding(text), nullptr) << text;
-          }
-        }
-      }
-    }
-  }
-  EXPECT_EQ(files, 96);
-}
-
 TEST(SavedReader, KnowsATextOfWideCharacters) {
   const auto widened = [](const std::string& text, int bytes, bool bigEnd) {
     std::string wide;
@@ -143,31 +107,6 @@ TEST(SavedReader, PutsAnyCommentIntoOneLine) {
     const std::string head = SavedHead("d", "t", comment);
     EXPECT_NE(head.find("\r\nComment : " + std::string(line) + "\r\n\r\nAddress\t"), std::string::npos) << head;
     EXPECT_EQ(ReadAll(head + SavedLine(0x4C, 0xA4, "x") + "}"), "4C=A4 end") << head;
-  }
-}
-
-TEST(SavedReader, GivesBackWhatWasSavedWhateverTheComment) {
-  std::mt19937 random(4718);
-  const auto noise = [&random](const std::string& characters) {
-    std::string text;
-    for (auto n = random() % 20; n > 0; --n) text += characters[random() % characters.size()];
-    return text;
-  };
-  for (int i = 0; i < 2000; ++i) {
-    std::string text = SavedHead("11/18/2026", "2:40:12 AM", noise("x0{ }/\t\r\n\xC3\xA9"));
-    std::ostringstream lines;
-    lines << std::hex << std::uppercase;
-    for (auto n = 1 + random() % 200; n > 0; --n) {
-      const auto address = static_cast<std::int32_t>(random() % 256);
-      const auto value = static_cast<std::int32_t>(random() % 256);
-      lines << address << '=' << value << ' ';
-      text += SavedLine(address, value, noise("x}{ 0A"));
-    }
-    text += kSavedEnd;
-    ASSERT_EQ(ReadAll(text), lines.str() + "end") << text;
-    // Cut anywhere, it gives a beginning of them and nothing else.
-    const std::string cut = ReadAll(std::string_view(text).substr(0, random() % text.size()));
-    ASSERT_EQ(lines.str().rfind(cut.substr(0, cut.rfind(' ') + 1), 0), 0U);
   }
 }
 

@@ -1,7 +1,6 @@
 // The gauges of the limits window: which registers their sliders are, and what a drag, a key and an empty list do.
 #include <iterator>
 #include <numeric>
-#include <set>
 
 #include <QApplication>
 #include <QFocusEvent>

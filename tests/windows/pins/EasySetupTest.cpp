@@ -1,6 +1,3 @@
-#include <optional>
-#include <set>
-
 #include "tests/support/Steps.h"
 
 namespace zth::testing {
@@ -97,11 +94,8 @@ TEST(EasySetup, TheGraphsOpenAtTheirPlace) {
     WindowDesk desk("frmEasySetup");
     TickOnly(*desk.window, ticked);
     desk.Do("cmdApply");
-    const QWidget* graphs = desk.Main().FindWindow("frmGraph");
-    ASSERT_EQ(graphs != nullptr, !ticked.empty());
-    if (graphs != nullptr) {
-      EXPECT_EQ(graphs->parentWidget()->pos(), QPoint(33, 33)) << "500 twips from the left and from the top";
-    }
+    EXPECT_EQ(desk.Main().FindWindow("frmGraph") != nullptr, !ticked.empty());
+    EXPECT_TRUE(ticked.empty() || desk.Open("frmGraph").parentWidget()->pos() == QPoint(33, 33)) << "500 twips";
   }
 }
 

@@ -6,8 +6,11 @@
 #include <QTabBar>
 #include <QTest>
 
+#include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "tests/support/Steps.h"
+#include "windows/SharedState.h"
+#include "windows/config/frmGPIO.h"
 
 namespace zth::testing {
 namespace {
@@ -151,22 +154,82 @@ TEST(PinWindows, AnOptionsNumberThatReadsAsAnotherIsMarkedWithWhatGoesOut) {
   }
 }
 
-TEST(PinWindows, EnterIsOkButReRoutesNoPins) {
-  WindowDesk easy("frmEasySetup");
-  auto& option = easy.Get<QWidget>(*easy.window, "txtOption");
-  for (const auto key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Return}) QTest::keyClick(&option, key);
-  EXPECT_EQ(Writes(easy.board.TakeTraffic()).front(), W(0x14, 0x04)) << "two steps up";
-  EXPECT_FALSE(easy.IsOpen());
+constexpr char kRefresh[] = "B09+2 RBF";
 
-  auto& pins = easy.Open("frmPinConfig");
-  Do(pins, "SSTab1=1");
-  easy.board.TakeTraffic();
-  for (const auto& [control, sent] : {std::pair{"cmbPin7", Traffic{}}, {"cmdApply", Traffic{W(0x10, 0x7F)}}}) {
-    auto& focus = easy.Get<QWidget>(pins, control);
-    focus.setFocus();
-    QTest::keyClick(&focus, Qt::Key_Return);
-    const Traffic writes = Writes(easy.board.TakeTraffic());
-    EXPECT_EQ(Traffic(writes.begin(), writes.empty() ? writes.end() : writes.begin() + 1), sent) << control;
+/// The list that stands for a bit of 0x09, 0x0A or 0xBF.
+QString ListOf(int reg, int bit) {
+  if (reg == 0xBF) return QString("cmbStatus(%1)").arg(bit);
+  const int pin = bit / 2 + (reg == 0x0A ? 4 : 0);
+  return QString(bit % 2 == 0 ? "cmbPolarity(%1)" : "cmbDir(%1)").arg(pin);
+}
+
+/// One bit differs from all others: so does one list, and putting it right by hand sends all three registers, whole.
+TEST(Gpio, EachBitMovesOneListAndEachListOneBit) {
+  for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
+    WindowDesk desk("frmGPIO", buses);
+    for (int each = 0; each < 48; ++each) {
+      const int reg = std::array{0x09, 0x0A, 0xBF}[static_cast<std::size_t>(each % 3)];
+      const int bit = each / 3 % 8;
+      const std::string around = each < 24 ? "00" : "FF";
+      auto& registers = desk.board.Chip();
+      Put(registers, "09=" + around + " 0A=" + around + " BF=" + around);
+      registers[static_cast<std::size_t>(reg)] ^= static_cast<std::uint8_t>(1 << bit);
+      desk.Advance(550);
+      for (int other = 0; other < 24; ++other) {
+        const QString list = ListOf(std::array{0x09, 0x0A, 0xBF}[static_cast<std::size_t>(other % 3)], other / 3);
+        EXPECT_EQ(desk.Held(list), (each < 24) == (list == ListOf(reg, bit)) ? "1" : "0") << list.toStdString() << each;
+      }
+      EXPECT_EQ(desk.Sent(ListOf(reg, bit) + (each < 24 ? "=0" : "=1")),
+                T("W09=" + around + " W0A=" + around + " WBF=" + around));
+    }
+  }
+}
+
+TEST(Gpio, EnableChangesItsOwnBitAlone) {
+  for (const auto& [before, shown, sent] :
+       {std::tuple{"03=00", "0", "R03 W03=01"}, {"03=5A", "0", "R03 W03=5B"}, {"03=FF", "1", "R03 W03=FE"}}) {
+    WindowDesk desk("frmGPIO", before);
+    EXPECT_EQ(desk.Held("chkEnGPIO"), shown);
+    EXPECT_EQ(desk.Sent("chkEnGPIO"), T(sent));
+  }
+}
+
+TEST(Gpio, AnOutputHasAListOfItsStatusAndAnInputATextWhichSwapWithTheNextRefresh) {
+  WindowDesk desk("frmGPIO", "09=08 BF=05");  // GPIO 2 is an output
+  // By the steps and the time that passes.
+  for (const auto& [direction, wait, outputs] : {std::tuple{"0", 0, 0x02}, {"1", 0, 0x02}, {"1", 550, 0x06}}) {
+    desk.Do(QString("cmbDir(2)=") + direction);
+    desk.Advance(wait);
+    for (int i = 0; i < 8; ++i) {
+      const bool output = (outputs >> i & 1) != 0;
+      EXPECT_EQ(desk.Get<QWidget>(*desk.window, QString("cmbStatus(%1)").arg(i)).isVisible(), output) << i;
+      EXPECT_EQ(desk.Get<QLabel>(*desk.window, QString("lblStatus(%1)").arg(i)).isVisible(), !output) << i;
+    }
+    EXPECT_EQ(desk.Held("lblStatus(0) lblStatus(3)"), "Inactive|Active");
+  }
+  desk.board.Chip()[0xBF] = 0x08;
+  desk.Advance(550);
+  EXPECT_EQ(desk.Held("lblStatus(0) lblStatus(3)"), "Active|Inactive");
+}
+
+TEST(Gpio, ThePinsThatServeGpioAreTickedAndVidPlaysNoPart) {
+  WindowDesk desk("frmGPIO");
+  for (const auto& [registers, ticked] : {std::pair{"10=7F 13=FC", "0|0|0|0|0|0|0|0"},
+                                          {"10=6B 13=F4", "1|0|1|0|1|0|0|0"},
+                                          {"10=75 13=F8", "0|1|0|1|0|1|0|0"},
+                                          {"10=EF 13=3C", "1|0|0|0|0|0|1|0"},
+                                          {"10=77 13=CC", "0|1|0|0|0|0|0|1"},
+                                          {"10=7F 13=7C", "0|0|0|0|0|0|0|0"},
+                                          {"10=7F 13=DC", "0|0|0|0|0|0|0|0"}}) {
+    Put(desk.board.Chip(), registers);
+    chip::ReadPinConfiguration();
+    desk.board.TakeTraffic();
+    dynamic_cast<windows::frmGPIO&>(*desk.window).UpdateGPIOStatus();
+    EXPECT_EQ(desk.board.TakeTraffic(), T(kRefresh)) << "the ticks cost no transfer";
+    EXPECT_EQ(desk.Held("chkPinEn(0..7)"), ticked) << registers;
+  }
+  for (int i = 0; i < 8; ++i) {
+    EXPECT_FALSE(desk.Get<QWidget>(*desk.window, QString("chkPinEn(%1)").arg(i)).isEnabled());
   }
 }
 

@@ -124,13 +124,6 @@ TEST_F(RegisterMap, WritesTheDecimalBoxAndReadsBack) {
   EXPECT_TRUE(chip::PwmManual[1]);
 }
 
-TEST(RegisterMapOnSmbus, ReadsWritesAndFlipsThere) {
-  WindowDesk desk("frmRegMap", Desk::Buses::Smbus);
-  desk.Do("txtReadAddr=31; cmdRead");
-  QTest::mouseClick(&Desk::Get<QWidget>(*desk.window, "lblBit(6)"), Qt::LeftButton);
-  EXPECT_EQ(desk.board.TakeTraffic(), (Traffic{"smb R 2C:31", "smb W 2C:31=80", "smb R 2C:31"}));
-}
-
 TEST_F(RegisterMap, SaysWhatBecomesOfANumberBeyondAByte) {
   const QColor plain = At("txtHex").palette().color(QPalette::Base);
   for (const auto& [steps, told, marked] : {std::tuple{"txtDec=300", "255", "txtHex txtDec"},
@@ -174,22 +167,6 @@ TEST_F(RegisterMap, WritesOnEnterInAValueBoxOnly) {
     QTest::keyClick(&At(box), Qt::Key_Return);
     EXPECT_EQ(desk.board.TakeTraffic(), T(sent)) << box;
   }
-}
-
-TEST_F(RegisterMap, RepeatsTheReadOnceASecondWhileTicked) {
-  const auto after = [this](int milliseconds) {
-    desk.Advance(milliseconds);
-    return desk.board.TakeTraffic();
-  };
-  desk.Do("txtReadAddr=89; cmdRead");
-  desk.board.TakeTraffic();
-  EXPECT_EQ(after(3000), Traffic{});
-  desk.Do("chkContRead=1");
-  EXPECT_EQ(after(60), T("R89")) << "the first at once";
-  EXPECT_EQ(after(1000), Traffic{});
-  EXPECT_EQ(after(100), T("R89"));
-  window.Unload();
-  EXPECT_EQ(after(2000), Traffic{});
 }
 
 TEST_F(RegisterMap, RepeatedReadsLeaveTheAddressAloneThatIsBeingTyped) {
