@@ -1,5 +1,4 @@
 #include <fstream>
-#include <set>
 #include <tuple>
 
 #include <QAction>

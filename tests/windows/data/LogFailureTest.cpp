@@ -186,33 +186,16 @@ TEST_F(LogFailureTest, NoRunOfAccidentsLosesALineOrWritesOneTwice) {
       EXPECT_TRUE(piece.empty() || piece.starts_with(kHead)) << piece;
       all += piece;
     };
-    int lines = 0;
-    for (int step = 0; step < 40; ++step) {
-      switch (random() % 8) {
-        case 0:
-          take(), QFile::remove(path);
-          break;
-        case 1:
-          take(), QFile::resize(path, 0);
-          break;
-        case 2:
-          desk.files.locked = !desk.files.locked;
-          break;
-        case 3:
-          desk.files.space = static_cast<std::int64_t>(random() % 80);
-          break;
-        case 4:
-          desk.files.space.reset();
-          break;
-        case 5:
-          desk.files.beforeWrite = [&] { take(), QFile::remove(path); };
-          break;
-        default:
-          break;
-      }
-      Job();
-      ++lines;
-    }
+    const std::function<void()> accidents[8]{[&] { take(), QFile::remove(path); },
+                                             [&] { take(), QFile::resize(path, 0); },
+                                             [&] { desk.files.locked = !desk.files.locked; },
+                                             [&] { desk.files.space = static_cast<std::int64_t>(random() % 80); },
+                                             [&] { desk.files.space.reset(); },
+                                             [&] { desk.files.beforeWrite = [&] { take(), QFile::remove(path); }; },
+                                             [] {},
+                                             [] {}};
+    constexpr int kSteps = 40;
+    for (int step = 0; step < kSteps; ++step) accidents[random() % 8](), Job();
     desk.files.locked = false;
     desk.files.space.reset();
     desk.files.beforeWrite = nullptr;
@@ -220,7 +203,7 @@ TEST_F(LogFailureTest, NoRunOfAccidentsLosesALineOrWritesOneTwice) {
     take();
     std::size_t at = 0;
     for (; (at = all.find(kHead, at)) != std::string::npos;) all.erase(at, kHead.size());
-    ASSERT_EQ(all, LogLines(0, lines)) << "in run " << run;
+    ASSERT_EQ(all, LogLines(0, kSteps)) << "in run " << run;
     Do(Logging(), "cmdLogData");
   }
 }
