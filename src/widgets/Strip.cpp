@@ -50,9 +50,6 @@ StripLabel& Strip::Private::ChosenLabel(int slot) {
 
 void Strip::Private::Changed(StripInput::Change change) {
   if (change == StripInput::Change::Zones) emit strip.Strip2_LayoutChanged(scene.setup.index);
-  if (change == StripInput::Change::Traces) {
-    for (int t = 0; t < strip.TraceCount(); ++t) emit strip.TraceVisibleChanged(t, scene.Shown(t));
-  }
   strip.setCursor(input.Shape());
   strip.ViewChanged();
 }

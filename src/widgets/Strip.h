@@ -156,7 +156,6 @@ class Strip : public QWidget {
   /// A zone may have moved: after the set-up, when the chart shows or changes its size, and while the user drags.
   void Strip2_LayoutChanged(int index);
   void HeldChanged(bool held);
-  void TraceVisibleChanged(int trace, bool visible);
 
  protected:
   bool event(QEvent* event) override;

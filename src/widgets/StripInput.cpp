@@ -41,7 +41,7 @@ void StripInput::Press(QPoint at, Qt::MouseButton button) {
   for (std::size_t i = 0; i < scene_.view.AxisCount(); ++i) pressAxes_.push_back(scene_.view.At(i));
   drag_ = Drag::Pending;
   if (button == Qt::LeftButton && part_.kind == Kind::Sign) GoLive();
-  changed_(Change::Picture);
+  changed_(Change::View);
 }
 
 void StripInput::Move(QPoint at, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers) {
@@ -54,7 +54,7 @@ void StripInput::Move(QPoint at, Qt::MouseButtons buttons, Qt::KeyboardModifiers
   }
   const bool reading = over.kind == Kind::Plot && drag_ != Drag::Pan && drag_ != Drag::Handle;
   scene_.overlay.cursor = reading ? std::optional<QPointF>(at) : std::nullopt;
-  changed_(Change::Picture);
+  changed_(Change::View);
 }
 
 void StripInput::DragTo(QPoint at, Qt::KeyboardModifiers modifiers) {
@@ -84,7 +84,7 @@ void StripInput::PanFrom(QPoint at, Qt::KeyboardModifiers modifiers) {
     const double distance = by.y() * (axis.max - axis.min) / ZoneOfPress().height();
     scene_.view.SetAxis(zone, axis.min + distance, axis.max + distance);
   }
-  if (x || y) changed_(Change::Ranges);
+  if (x || y) changed_(Change::View);
 }
 
 // What was at the edge stays under the pointer: pulled inwards the scale takes in more, pushed outwards less.
@@ -112,7 +112,7 @@ void StripInput::DragHandle(QPoint at) {
       scene_.view.SetAxis(index, axis.max - span * ScaleFactor(height + by.y(), height), axis.max);
     }
   }
-  changed_(Change::Ranges);
+  changed_(Change::View);
 }
 
 bool StripInput::Release(QPoint at, Qt::MouseButton button) {
@@ -128,7 +128,7 @@ bool StripInput::Release(QPoint at, Qt::MouseButton button) {
     ToggleMark(layout_.XOfPixel(at.x()));
   }
   scene_.overlay.hovered = layout_.PartAt(at, scene_.view.Held());
-  changed_(Change::Picture);
+  changed_(Change::View);
   return click && button == Qt::RightButton;
 }
 
@@ -141,7 +141,7 @@ void StripInput::TakeBox() {
   const double x1 = layout_.XOfPixel(box.right() + 1);
   scene_.view.SetX(x1, x1 - x0);
   scene_.view.SetAxis(zone, layout_.YOfPixel(axis, zone, box.bottom() + 1), layout_.YOfPixel(axis, zone, box.top()));
-  changed_(Change::Ranges);
+  changed_(Change::View);
 }
 
 void StripInput::ToggleMark(double x) {
@@ -168,7 +168,7 @@ void StripInput::DoubleClick(QPoint at) {
 void StripInput::Leave() {
   scene_.overlay.cursor.reset();
   scene_.overlay.hovered = {};
-  changed_(Change::Picture);
+  changed_(Change::View);
 }
 
 void StripInput::Wheel(QPoint at, double steps, Qt::KeyboardModifiers modifiers) {
@@ -183,7 +183,7 @@ void StripInput::Wheel(QPoint at, double steps, Qt::KeyboardModifiers modifiers)
     if (at.y() < zone.top() || at.y() > zone.bottom()) continue;
     scene_.view.ZoomY(i, layout_.YOfPixel(scene_.view.At(i), i, at.y()), factor);
   }
-  changed_(Change::Ranges);
+  changed_(Change::View);
 }
 
 void StripInput::ZoomAll(double factor, bool x, bool y) {
@@ -194,7 +194,7 @@ void StripInput::ZoomAll(double factor, bool x, bool y) {
   for (std::size_t i = 0; y && i < view.AxisCount(); ++i) {
     scene_.view.ZoomY(i, (view.At(i).min + view.At(i).max) / 2, factor);
   }
-  changed_(Change::Ranges);
+  changed_(Change::View);
 }
 
 bool StripInput::CursorKey(int key, Qt::KeyboardModifiers modifiers) {
@@ -207,7 +207,7 @@ bool StripInput::CursorKey(int key, Qt::KeyboardModifiers modifiers) {
     at.rx() = std::clamp(at.x() + (key == Qt::Key_Left ? -step : step), double(plot.left()), double(plot.right()));
   }
   scene_.overlay.cursor = at;
-  changed_(Change::Picture);
+  changed_(Change::View);
   return true;
 }
 
@@ -258,26 +258,26 @@ bool StripInput::Key(int key, Qt::KeyboardModifiers modifiers) {
       scene_.overlay.cursor.reset();
       scene_.overlay.box = {};
       drag_ = Drag::None;
-      changed_(Change::Picture);
+      changed_(Change::View);
       return true;
     default:
       return false;
   }
-  changed_(Change::Ranges);
+  changed_(Change::View);
   return true;
 }
 
 void StripInput::ToggleTrace(int trace) {
   if (!scene_.HasTrace(trace)) return;
   scene_.TraceAt(trace).visible = !scene_.TraceAt(trace).visible;
-  changed_(Change::Traces);
+  changed_(Change::View);
 }
 
 void StripInput::Fit(std::size_t axis) {
   const auto fit = scene_.FitOf(axis);
   if (!fit) return;
   scene_.view.SetAxis(axis, fit->first, fit->second);
-  changed_(Change::Ranges);
+  changed_(Change::View);
 }
 
 void StripInput::FitAll() {
@@ -286,12 +286,12 @@ void StripInput::FitAll() {
 
 void StripInput::Reset() {
   scene_.view.Reset();
-  changed_(Change::Ranges);
+  changed_(Change::View);
 }
 
 void StripInput::GoLive() {
   scene_.view.GoLive();
-  changed_(Change::Ranges);
+  changed_(Change::View);
 }
 
 Qt::CursorShape StripInput::Shape() const {

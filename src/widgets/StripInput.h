@@ -15,7 +15,7 @@ namespace zth::widgets {
 /// widget.
 class StripInput {
  public:
-  enum class Change { Picture, Ranges, Zones, Traces };
+  enum class Change { View, Zones };
 
   /// `changed` is told after every change. The scene and the layout outlive this.
   StripInput(StripScene& scene, const StripLayout& layout, std::function<void(Change)> changed);

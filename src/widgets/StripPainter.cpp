@@ -19,11 +19,6 @@ QFont Bold(QFont font) {
   return font;
 }
 
-QColor Between(const QColor& a, const QColor& b, double share) {
-  const auto mix = [share](int x, int y) { return static_cast<int>(std::lround(x + (y - x) * share)); };
-  return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
-}
-
 // How bright a colour looks, 0 to 1.
 double Luminance(const QColor& colour) {
   return 0.2126 * std::pow(colour.redF(), 2.2) + 0.7152 * std::pow(colour.greenF(), 2.2) +
@@ -50,7 +45,7 @@ StripColours::StripColours(const QPalette& palette) {
   window = palette.color(QPalette::Window);
   text = palette.color(QPalette::WindowText);
   const bool dark = IsDark(palette);
-  faint = Between(text, window, 0.35);
+  faint = Blend(text, window, 0.35);
   paper = dark ? QColor(236, 238, 240) : QColor(255, 255, 255);
   grid = dark ? QColor(208, 212, 216) : QColor(226, 229, 233);
   ink = QColor(32, 36, 40);
