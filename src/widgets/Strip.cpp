@@ -12,6 +12,7 @@
 #include "base/Twips.h"
 #include "widgets/StripAccessible.h"
 #include "widgets/StripPrivate.h"
+#include "widgets/StripReadout.h"
 
 namespace zth::widgets {
 namespace {

@@ -16,7 +16,7 @@
 #include "tools/gallery/DarkPalette.h"
 #include "widgets/LGauge.h"
 #include "widgets/Strip.h"
-#include "widgets/StripPainter.h"
+#include "widgets/StripColours.h"
 #include "windows/ConfigWindow.h"
 
 namespace zth::testing {
