@@ -112,7 +112,7 @@ class Contrasts : public Access {
         if (root.objectName() == "frmGraph") QTest::keyClick(strip, Qt::Key_Left);
         for (int i = 0; i < 2; ++i) QTest::keyClick(strip, Qt::Key_Space);
         strip->SetTraceVisible(0, false);
-        strip->CopyData();
+        strip->Files().CopyData();
       }
       if (qobject_cast<widgets::LGauge*>(widget) != nullptr) widget->setFocus(Qt::TabFocusReason);
       if (auto* link = qobject_cast<shell::WebLink*>(widget)) emit link->Click();
