@@ -11,22 +11,19 @@
 #include <QRadialGradient>
 #include <QTransform>
 
+#include "widgets/Colours.h"
 #include "widgets/LGaugeScale.h"
 
 namespace zth::widgets {
 namespace {
 
-bool IsDark(const QPalette& palette) {
-  return palette.color(QPalette::Base).lightnessF() < 0.5;
+// The plate is Base, whatever the window about it is.
+bool OnDark(const QPalette& palette) {
+  return IsDark(palette, QPalette::Base);
 }
 
 bool IsDisabled(const QPalette& palette) {
   return palette.currentColorGroup() == QPalette::Disabled;
-}
-
-QColor Blend(const QColor& a, const QColor& b, double share) {
-  const auto mix = [share](float x, float y) { return static_cast<float>(x + (y - x) * share); };
-  return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()), mix(a.blueF(), b.blueF()));
 }
 
 QColor Ink(const QPalette& palette) {
@@ -106,7 +103,7 @@ DialPainter::DialPainter(QPainter& painter, const DialMeasures& measures, const 
 }
 
 QColor DialPainter::SliderColour(SliderKind kind, const QPalette& palette) {
-  const bool dark = IsDark(palette);
+  const bool dark = OnDark(palette);
   QColor colour;
   switch (kind) {
     case SliderKind::Low:
@@ -130,7 +127,7 @@ QFont DialPainter::FontOf(double pixels, bool bold) const {
 }
 
 void DialPainter::Bezel() {
-  const bool dark = IsDark(palette_);
+  const bool dark = OnDark(palette_);
   const double r = measures_.rim;
   const QPointF c = measures_.centre;
   QLinearGradient metal(c - QPointF(r * 0.6, r), c + QPointF(r * 0.6, r));
@@ -190,7 +187,7 @@ void DialPainter::Face(double scaleMin, double scaleMax) {
 
 void DialPainter::AllowedBand(double low, double high) {
   if (high <= low) return;  // crossed limits leave nothing free
-  QColor colour = IsDark(palette_) ? QColor(0x3f, 0xb5, 0x7a) : QColor(0x2a, 0x9a, 0x5c);
+  QColor colour = OnDark(palette_) ? QColor(0x3f, 0xb5, 0x7a) : QColor(0x2a, 0x9a, 0x5c);
   if (IsDisabled(palette_)) colour = Blend(colour, Plate(palette_), 0.6);
   const double width = std::max(2.5, measures_.rim * 0.032);
   painter_.setBrush(Qt::NoBrush);
@@ -218,7 +215,7 @@ void DialPainter::Hand(double angle, bool live) {
   hand.lineTo(-half, -length * 0.12);
   hand.closeSubpath();
 
-  const bool dark = IsDark(palette_);
+  const bool dark = OnDark(palette_);
   QColor colour = dark ? QColor(0xff, 0x5a, 0x52) : QColor(0xb7, 0x17, 0x1d);
   if (!live || IsDisabled(palette_)) colour = Blend(Ink(palette_), Plate(palette_), 0.7);
   const QPainterPath turned = Turned(hand, measures_, angle, 0);
@@ -252,7 +249,7 @@ void DialPainter::Slider(SliderKind kind, double angle, bool lifted, bool focuse
     painter_.setPen(QPen(Plate(palette_), 2.6, Qt::SolidLine, Qt::SquareCap, Qt::RoundJoin));
     painter_.drawPath(shape);
   }
-  painter_.setPen(QPen(Blend(colour, IsDark(palette_) ? Qt::white : Qt::black, 0.35), 1, Qt::SolidLine, Qt::SquareCap,
+  painter_.setPen(QPen(Blend(colour, OnDark(palette_) ? Qt::white : Qt::black, 0.35), 1, Qt::SolidLine, Qt::SquareCap,
                        Qt::MiterJoin));
   painter_.setBrush(lifted ? colour.lighter(125) : colour);
   painter_.drawPath(shape);
@@ -283,7 +280,7 @@ void DialPainter::ValueTag(SliderKind kind, const QString& text) {
   painter_.setPen(QPen(Plate(palette_), 1.5));
   painter_.setBrush(colour);
   painter_.drawRoundedRect(tag, size.height() * 0.3, size.height() * 0.3);
-  painter_.setPen(IsDark(palette_) ? QColor(0x10, 0x11, 0x13) : QColor(Qt::white));
+  painter_.setPen(OnDark(palette_) ? QColor(0x10, 0x11, 0x13) : QColor(Qt::white));
   painter_.setFont(font);
   painter_.drawText(tag, Qt::AlignCenter, text);
 }

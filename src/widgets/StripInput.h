@@ -1,11 +1,12 @@
 #pragma once
 
 #include <functional>
-#include <vector>
+#include <optional>
 
 #include <QPoint>
 #include <Qt>
 
+#include "widgets/StripDrag.h"
 #include "widgets/StripLayout.h"
 #include "widgets/StripScene.h"
 
@@ -15,10 +16,8 @@ namespace zth::widgets {
 /// widget.
 class StripInput {
  public:
-  enum class Change { Picture, Ranges, Zones, Traces };
-
   /// `changed` is told after every change. The scene and the layout outlive this.
-  StripInput(StripScene& scene, const StripLayout& layout, std::function<void(Change)> changed);
+  StripInput(StripScene& scene, const StripLayout& layout, std::function<void(StripChange)> changed);
 
   void Press(QPoint at, Qt::MouseButton button);
   void Move(QPoint at, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
@@ -41,27 +40,14 @@ class StripInput {
   Qt::CursorShape Shape() const;
 
  private:
-  enum class Drag { None, Pending, Pan, Handle, Box };
-
-  void DragTo(QPoint at, Qt::KeyboardModifiers modifiers);
-  void DragHandle(QPoint at);
-  void PanFrom(QPoint at, Qt::KeyboardModifiers modifiers);
-  void TakeBox();
   void ToggleMark(double x);
   void ZoomAll(double factor, bool x, bool y);
   bool CursorKey(int key, Qt::KeyboardModifiers modifiers);
-  QRect ZoneOfPress() const;
 
   StripScene& scene_;
   const StripLayout& layout_;
-  std::function<void(Change)> changed_;
-  Drag drag_ = Drag::None;
-  Qt::MouseButton button_ = Qt::NoButton;
-  QPoint press_;
-  StripPart part_;
-  double pressEnd_ = 0;
-  double pressSpan_ = 1;
-  std::vector<StripView::Axis> pressAxes_;
+  std::function<void(StripChange)> changed_;
+  StripDrag drag_;
   std::optional<double> markBefore_;  ///< what a double click's first click has to give back
 };
 

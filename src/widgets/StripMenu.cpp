@@ -40,19 +40,20 @@ QMenu& MakeStripMenu(Strip& strip) {
   const auto add = [&](const char* name, const QString& text, std::function<void()> handler, bool enabled) {
     AddEntry(menu, strip, QLatin1String(name), text, std::move(handler), enabled);
   };
-  const bool out = strip.HasOutlets();
-  using File = Strip::File;
+  const bool out = strip.Files().HasOutlets();
+  using File = StripFiles::File;
   add(
-      "mnuCopyPicture", QStringLiteral("&Copy Picture"), [&strip] { strip.CopyPicture(); }, out);
+      "mnuCopyPicture", QStringLiteral("&Copy Picture"), [&strip] { strip.Files().CopyPicture(); }, out);
   add(
-      "mnuSavePng", QStringLiteral("Save Picture as &PNG..."), [&strip] { strip.AskAndSave(File::Png); }, out);
+      "mnuSavePng", QStringLiteral("Save Picture as &PNG..."), [&strip] { strip.Files().AskAndSave(File::Png); }, out);
   add(
-      "mnuSaveSvg", QStringLiteral("Save Picture as &SVG..."), [&strip] { strip.AskAndSave(File::Svg); }, out);
+      "mnuSaveSvg", QStringLiteral("Save Picture as &SVG..."), [&strip] { strip.Files().AskAndSave(File::Svg); }, out);
   menu.addSeparator();
   add(
-      "mnuCopyData", QStringLiteral("Copy Visible &Data"), [&strip] { strip.CopyData(); }, out);
+      "mnuCopyData", QStringLiteral("Copy Visible &Data"), [&strip] { strip.Files().CopyData(); }, out);
   add(
-      "mnuSaveCsv", QStringLiteral("Save &Visible Data as CSV..."), [&strip] { strip.AskAndSave(File::Csv); }, out);
+      "mnuSaveCsv", QStringLiteral("Save &Visible Data as CSV..."), [&strip] { strip.Files().AskAndSave(File::Csv); },
+      out);
   menu.addSeparator();
   AddFits(menu, strip);
   add(

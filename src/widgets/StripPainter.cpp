@@ -5,9 +5,11 @@
 #include <cstring>
 
 #include <QPainter>
-#include <QPainterPath>
 
-#include "widgets/Colours.h"
+#include "widgets/StripColours.h"
+#include "widgets/StripFurniture.h"
+#include "widgets/StripOverlay.h"
+#include "widgets/StripPaths.h"
 
 namespace zth::widgets {
 namespace {
@@ -17,11 +19,6 @@ constexpr double kLightest = 0.45;  // of lightness: from here on a colour is fa
 QFont Bold(QFont font) {
   font.setBold(true);
   return font;
-}
-
-QColor Between(const QColor& a, const QColor& b, double share) {
-  const auto mix = [share](int x, int y) { return static_cast<int>(std::lround(x + (y - x) * share)); };
-  return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
 // How bright a colour looks, 0 to 1.
@@ -40,23 +37,6 @@ QColor SeamOf(const QColor& colour) {
 }
 
 }  // namespace
-
-bool StripPainter::HasSample(const StripScene& scene, const StripLabel& label) {
-  return scene.HasTrace(label.trace) && label.line && !label.text.isEmpty() &&
-         (!scene.IsXY() || scene.HasData(label.trace));
-}
-
-StripColours::StripColours(const QPalette& palette) {
-  window = palette.color(QPalette::Window);
-  text = palette.color(QPalette::WindowText);
-  const bool dark = IsDark(palette);
-  faint = Between(text, window, 0.35);
-  paper = dark ? QColor(236, 238, 240) : QColor(255, 255, 255);
-  grid = dark ? QColor(208, 212, 216) : QColor(226, 229, 233);
-  ink = QColor(32, 36, 40);
-  frame = QColor(150, 156, 162);
-  accent = palette.color(QPalette::Highlight);
-}
 
 StripPainter::StripPainter(const QFont& font) : text_(font), bold_(Bold(font)) {}
 
@@ -82,7 +62,7 @@ StripPainter::StillKey StripPainter::KeyOf(const StripScene& scene, QSize size, 
   for (const StripLayout::LegendRow& row : layout_.legend) {
     const StripLabel& label = scene.labels[static_cast<std::size_t>(row.label)];
     key.legend.insert(key.legend.end(),
-                      {row.rect.top(), label.trace, HasSample(scene, label), scene.Shown(label.trace)});
+                      {row.rect.top(), label.trace, StripFurniture::HasSample(scene, label), scene.Shown(label.trace)});
   }
   key.ranges.reserve(scene.view.AxisCount() * 4);
   for (std::size_t i = 0; i < scene.view.AxisCount(); ++i) {
@@ -108,7 +88,7 @@ void StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size,
     still_.setDevicePixelRatio(ratio);
     canvas_.setDevicePixelRatio(ratio);
     QPainter still(&still_);
-    PaintStill(still, scene, colours, true);
+    StripFurniture(SheetOf(still, scene, colours)).Still(size, true);
     still.end();
     std::memcpy(canvas_.bits(), still_.constBits(), static_cast<std::size_t>(still_.sizeInBytes()));
     drawn_.valid = false;
@@ -116,29 +96,33 @@ void StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size,
   if (scene.IsXY()) {
     std::memcpy(canvas_.bits(), still_.constBits(), static_cast<std::size_t>(still_.sizeInBytes()));
     QPainter canvas(&canvas_);
-    PaintPaths(canvas, scene, colours);
+    DrawPaths(SheetOf(canvas, scene, colours));
   } else {
     PaintColumns(scene, colours);
   }
   painter.drawImage(QPointF(0, 0), canvas_);
-  PaintXLabels(painter, scene, colours);
-  PaintLegend(painter, scene, colours);
-  PaintFreeLabels(painter, scene, colours);
-  PaintOverlay(painter, scene, colours);
+  const StripSheet sheet = SheetOf(painter, scene, colours);
+  StripFurniture furniture(sheet);
+  furniture.XLabels();
+  furniture.Legend();
+  furniture.FreeLabels();
+  StripOverlay(sheet).Paint();
 }
 
 void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette) {
   LayOut(scene, size, 1);
   const StripColours colours(palette);
-  PaintStill(painter, scene, colours, false);
-  if (scene.IsXY()) {
-    PaintPaths(painter, scene, colours);
-  } else {
-    PaintVectorTraces(painter, scene);
-  }
-  PaintXLabels(painter, scene, colours);
-  PaintLegend(painter, scene, colours);
-  PaintFreeLabels(painter, scene, colours);
+  const StripSheet sheet = SheetOf(painter, scene, colours);
+  StripFurniture furniture(sheet);
+  furniture.Still(size, false);
+  scene.IsXY() ? DrawPaths(sheet) : DrawOutlines(sheet);
+  furniture.XLabels();
+  furniture.Legend();
+  furniture.FreeLabels();
+}
+
+StripSheet StripPainter::SheetOf(QPainter& painter, const StripScene& scene, const StripColours& colours) {
+  return {painter, scene, layout_, colours, text_, bold_};
 }
 
 RasterArea StripPainter::ZoneArea(std::size_t zone) {
@@ -248,83 +232,6 @@ void StripPainter::PaintColumns(const StripScene& scene, const StripColours& col
     if (scene.Shown(t) && scene.HasData(t)) PaintTrace(scene, t, areas[scene.AxisOf(t)], from, reach);
   }
   drawn_ = std::move(next);
-}
-
-void StripPainter::PaintVectorTraces(QPainter& painter, const StripScene& scene) {
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  scratch_.resize(static_cast<std::size_t>(layout_.ColumnCount()));
-  for (int t = 0; t < static_cast<int>(scene.traces.size()); ++t) {
-    const StripScene::Trace& trace = scene.TraceAt(t);
-    if (!scene.Shown(t) || trace.history.Empty()) continue;
-    const std::size_t zone = scene.AxisOf(t);
-    const StripView::Axis& axis = scene.view.At(zone);
-    trace.history.Columns(layout_.FirstColumn(), layout_.ColumnWidth(), scratch_);
-    QPainterPath path;
-    bool joined = false;
-    for (std::size_t c = 0; c < scratch_.size(); ++c) {
-      if (scratch_[c].Empty()) {
-        joined = false;
-        continue;
-      }
-      const double x = layout_.plot.left() + static_cast<double>(c) + 0.5;
-      const auto y = [&](double value) { return layout_.PixelOfY(axis, zone, std::clamp(value, axis.min, axis.max)); };
-      const QPointF low(x, y(scratch_[c].lo));
-      const QPointF high(x, y(scratch_[c].hi));
-      // On to the nearer end of the span first.
-      const bool upwards =
-          joined && std::abs(path.currentPosition().y() - low.y()) <= std::abs(path.currentPosition().y() - high.y());
-      const QPointF near = upwards ? low : high;
-      const QPointF far = upwards ? high : low;
-      joined ? path.lineTo(near) : path.moveTo(near);
-      if (near != far || !joined) path.lineTo(far);
-      joined = true;
-    }
-    painter.setPen(QPen(trace.style.colour, trace.style.width, trace.style.style, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPath(path);
-  }
-  painter.restore();
-}
-
-void StripPainter::PaintPaths(QPainter& painter, const StripScene& scene, const StripColours& colours) {
-  painter.save();
-  painter.setPen(QPen(colours.grid, 1));
-  for (const Tick& tick : layout_.xTicks) {
-    const double x = std::floor(layout_.PixelOfX(tick.value)) + 0.5;
-    if (x > layout_.plot.left() && x < layout_.plot.right()) {
-      painter.drawLine(QPointF(x, layout_.plot.top()), QPointF(x, layout_.plot.bottom()));
-    }
-  }
-  painter.setRenderHint(QPainter::Antialiasing);
-  for (int t = 0; t < static_cast<int>(scene.traces.size()); ++t) {
-    const StripScene::Trace& trace = scene.TraceAt(t);
-    if (!scene.Shown(t) || trace.points.empty()) continue;
-    const std::size_t zone = scene.AxisOf(t);
-    const StripView::Axis& axis = scene.view.At(zone);
-    painter.setClipRect(layout_.zones[zone]);
-    QPolygonF path;
-    for (const QPointF& point : trace.points) {
-      path << QPointF(std::clamp(layout_.PixelOfX(point.x()), -1e5, 1e5),
-                      std::clamp(layout_.PixelOfY(axis, zone, point.y()), -1e5, 1e5));
-    }
-    const bool onePlace = std::all_of(path.begin(), path.end(), [&](const QPointF& p) { return p == path.front(); });
-    if (trace.style.dots || onePlace) {
-      painter.setPen(QPen(colours.paper, 1));
-      painter.setBrush(trace.style.colour);
-      const double radius = std::max(trace.style.width, 2) / 2.0;
-      for (const QPointF& place : onePlace ? QPolygonF{path.front()} : path) {
-        painter.drawEllipse(place, radius + 0.5, radius + 0.5);
-      }
-      continue;
-    }
-    QPen pen(trace.style.colour, trace.style.width, trace.style.style, Qt::FlatCap, Qt::MiterJoin);
-    if (trace.style.style == Qt::DashLine) pen.setDashPattern({5, 4});
-    painter.setPen(pen);
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPolyline(path);
-  }
-  painter.restore();
 }
 
 }  // namespace zth::widgets

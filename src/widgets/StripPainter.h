@@ -4,27 +4,19 @@
 #include <utility>
 #include <vector>
 
-#include <QColor>
 #include <QFont>
 #include <QImage>
 #include <QPalette>
 
 #include "widgets/StripLayout.h"
 #include "widgets/StripRaster.h"
-#include "widgets/StripReadout.h"
 #include "widgets/StripScene.h"
+#include "widgets/StripSheet.h"
 #include "widgets/StripText.h"
 
 class QPainter;
 
 namespace zth::widgets {
-
-/// The colours of a chart about its traces. The plot is light paper in a dark palette too: on any other ground some of
-/// the prescribed trace colours, black and navy on one side, lime on the other, would be lost.
-struct StripColours {
-  explicit StripColours(const QPalette& palette);
-  QColor window, text, faint, paper, grid, ink, frame, accent;
-};
 
 /// Draws a scene. What stands still (texts of the axes, grid, frame) is kept as an image and drawn anew when something
 /// about it has changed; the traces go straight into the pixels of a copy.
@@ -77,26 +69,13 @@ class StripPainter {
   };
   StillKey KeyOf(const StripScene& scene, QSize size, double ratio, const QPalette& palette) const;
 
-  void PaintStill(QPainter& painter, const StripScene& scene, const StripColours& colours, bool handles);
-  void PaintHeading(QPainter& painter, QRect rect, const QString& text, const StripColours& colours);
-  void PaintHandles(QPainter& painter, const StripScene& scene, const StripColours& colours);
+  StripSheet SheetOf(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintColumns(const StripScene& scene, const StripColours& colours);
   Drawn ToDraw(const StripScene& scene) const;
   int FirstStale(const Drawn& next, int reach) const;
   void PaintGround(const StripScene& scene, std::size_t zone, const RasterArea& area, int from,
                    const StripColours& colours);
   void PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach);
-  void PaintPaths(QPainter& painter, const StripScene& scene, const StripColours& colours);
-  void PaintVectorTraces(QPainter& painter, const StripScene& scene);
-  void PaintXLabels(QPainter& painter, const StripScene& scene, const StripColours& colours);
-  /// Whether a legend row shows its trace's line.
-  static bool HasSample(const StripScene& scene, const StripLabel& label);
-  void PaintSamples(QPainter& painter, const StripScene& scene, const StripColours& colours);
-  void PaintLegend(QPainter& painter, const StripScene& scene, const StripColours& colours);
-  void PaintFreeLabels(QPainter& painter, const StripScene& scene, const StripColours& colours);
-  void PaintSample(QPainter& painter, QRectF rect, const StripTrace& style, bool shown, const StripColours& colours);
-  void PaintOverlay(QPainter& painter, const StripScene& scene, const StripColours& colours);
-  void PaintReadout(QPainter& painter, const StripScene& scene, const StripColours& colours);
   RasterArea ZoneArea(std::size_t zone);
 
   StripText text_;

@@ -1,12 +1,11 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 
 #include "widgets/Strip.h"
+#include "widgets/StripFeed.h"
 #include "widgets/StripInput.h"
 #include "widgets/StripPainter.h"
-#include "widgets/StripScene.h"
 
 namespace zth::widgets {
 
@@ -14,23 +13,16 @@ namespace zth::widgets {
 struct Strip::Private {
   Private(Strip& owner, std::function<double()> time);
 
-  /// The chosen label slot, made when it is not there yet.
-  StripLabel& ChosenLabel(int slot);
-  const StripView::Axis& ChosenAxis(int axis) const { return scene.view.At(static_cast<std::size_t>(axis)); }
   /// The layout for the widget's present size, for hit tests between two pictures.
-  void LayOut(const QWidget& widget) { painter.LayOut(scene, widget.size(), widget.devicePixelRatioF()); }
-  void Changed(StripInput::Change change);
+  void LayOut() { painter.LayOut(strip.scene_, strip.size(), strip.devicePixelRatioF()); }
 
   Strip& strip;
   std::function<double()> clock;
-  StripScene scene;
   StripPainter painter;
   StripInput input;
-  std::optional<double> origin;    ///< the clock at the first sample
-  std::optional<double> instantX;  ///< x of the feed that is coming in
-  double tellNext = 0;             ///< when a reader is told of new values again, by the clock
-  bool waiting = false;            ///< something has changed since the last frame
-  bool held = false;               ///< as last told by HeldChanged
+  StripFeed feed;
+  double tellNext = 0;   ///< when a reader is told of new values again, by the clock
+  bool waiting = false;  ///< something has changed since the last frame
 };
 
 }  // namespace zth::widgets

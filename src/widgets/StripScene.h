@@ -13,6 +13,9 @@
 
 namespace zth::widgets {
 
+/// What of a chart has changed. Values wait for the next frame.
+enum class StripChange { Values, View, Zones };
+
 /// A place of the chart that the pointer can be over.
 struct StripPart {
   enum class Kind { None, Plot, XLow, XHigh, YLow, YHigh, Border, LegendRow, Sign };

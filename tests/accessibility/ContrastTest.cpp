@@ -16,7 +16,7 @@
 #include "tools/gallery/DarkPalette.h"
 #include "widgets/LGauge.h"
 #include "widgets/Strip.h"
-#include "widgets/StripPainter.h"
+#include "widgets/StripColours.h"
 #include "windows/ConfigWindow.h"
 
 namespace zth::testing {
@@ -112,7 +112,7 @@ class Contrasts : public Access {
         if (root.objectName() == "frmGraph") QTest::keyClick(strip, Qt::Key_Left);
         for (int i = 0; i < 2; ++i) QTest::keyClick(strip, Qt::Key_Space);
         strip->SetTraceVisible(0, false);
-        strip->CopyData();
+        strip->Files().CopyData();
       }
       if (qobject_cast<widgets::LGauge*>(widget) != nullptr) widget->setFocus(Qt::TabFocusReason);
       if (auto* link = qobject_cast<shell::WebLink*>(widget)) emit link->Click();

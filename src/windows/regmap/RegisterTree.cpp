@@ -7,6 +7,8 @@
 #include <QPalette>
 #include <QTreeWidget>
 
+#include "widgets/Colours.h"
+
 namespace zth::windows {
 namespace {
 
@@ -149,7 +151,7 @@ void ColourRegisterTree(QTreeWidget& tree, const QPalette& palette) {
   // Dark green, dark red and dark blue; on a dark background the same hues in a light shade.
   static constexpr std::array kOnLight{0x008000, 0xC00000, 0x0000C0};
   static constexpr std::array kOnDark{0x7FD68A, 0xFF9C94, 0xA3BFFF};
-  const bool dark = palette.color(QPalette::Base).lightness() < 128;
+  const bool dark = widgets::IsDark(palette, QPalette::Base);
   for (QTreeWidgetItemIterator at(&tree); *at != nullptr; ++at) {
     const auto level = static_cast<std::size_t>(LevelOf(**at));
     (*at)->setForeground(0, QColor::fromRgb(static_cast<QRgb>((dark ? kOnDark : kOnLight).at(level))));

@@ -179,6 +179,12 @@ TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {
   feed();
   Paint();
   EXPECT_EQ(counter.paints, 1);
+  strip.SetTraceVisible(0, false);
+  Paint();
+  EXPECT_EQ(counter.paints, 2) << "a trace hidden by code leaves the picture";
+  strip.SetTraceVisible(0, true);
+  Paint();
+  counter.paints = 1;
   strip.hide();
   feed();
   EXPECT_FALSE(QApplication::instance()->findChild<QTimer*>("stripFrames")->isActive());
@@ -259,6 +265,21 @@ TEST_F(StripTest, ZoomsByHandlesAndBoxAndKeys) {
   EXPECT_GT(AxisRange(0)[1], 80);
   EXPECT_EQ(AxisRange(0)[0], 0);
   strip.ResetRanges();
+  // Below the plot: the edge that is pulled moves, the other one stands.
+  std::vector<int> arrows;
+  for (int x = 0; x < strip.width(); ++x) {
+    tests::Mouse(strip, QEvent::MouseMove, QPoint(x, strip.height() - 14), Qt::NoButton);
+    if (strip.cursor().shape() == Qt::SizeHorCursor) arrows.push_back(x);
+  }
+  ASSERT_FALSE(arrows.empty());
+  const std::vector<double> start{strip.XEnd() - strip.XSpan(), strip.XEnd()};
+  for (const bool high : {false, true}) {
+    const QPoint arrow((high ? arrows.back() : arrows.front()), strip.height() - 14);
+    Drag(arrow, arrow + QPoint(high ? -100 : 100, 0));
+    EXPECT_GT(strip.XSpan(), 110);
+    EXPECT_NEAR(high ? strip.XEnd() - strip.XSpan() : strip.XEnd(), start[high ? 0 : 1], 1e-9);
+    strip.ResetRanges();
+  }
   Drag({200, 60}, {400, 160}, Qt::RightButton);
   EXPECT_LT(strip.XSpan(), 50);
   EXPECT_LT(AxisRange(0)[1] - AxisRange(0)[0], 40);

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QRectF>
+#include <QSize>
+#include <QString>
+
+#include "widgets/StripSheet.h"
+
+namespace zth::widgets {
+
+/// Draws what stands around the traces: title, headings, paper with its grid across, scales, handles, legend, labels.
+class StripFurniture {
+ public:
+  explicit StripFurniture(const StripSheet& sheet);
+
+  /// What changes with the ranges and the legend's rows alone, on a widget of that size.
+  void Still(QSize size, bool handles);
+  void XLabels();
+  /// The legend's texts; their line samples stand still.
+  void Legend();
+  void FreeLabels();
+
+  /// Whether a legend row shows its trace's line.
+  static bool HasSample(const StripScene& scene, const StripLabel& label);
+
+ private:
+  void Heading(QRect rect, const QString& text);
+  void Zones();
+  void Handles();
+  void Samples();
+  void Sample(QRectF rect, const StripTrace& style, bool shown);
+
+  QPainter& painter_;
+  const StripScene& scene_;
+  const StripLayout& layout_;
+  const StripColours& colours_;
+  StripText& text_;
+  StripText& bold_;
+};
+
+}  // namespace zth::widgets

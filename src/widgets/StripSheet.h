@@ -1,0 +1,22 @@
+#pragma once
+
+#include "widgets/StripColours.h"
+#include "widgets/StripLayout.h"
+#include "widgets/StripScene.h"
+#include "widgets/StripText.h"
+
+class QPainter;
+
+namespace zth::widgets {
+
+/// One picture while it is drawn: what goes on it, where, and by what means. Lives as long as its painter.
+struct StripSheet {
+  QPainter& painter;
+  const StripScene& scene;
+  const StripLayout& layout;
+  const StripColours& colours;
+  StripText& text;
+  StripText& bold;
+};
+
+}  // namespace zth::widgets
