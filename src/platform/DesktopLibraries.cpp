@@ -37,7 +37,8 @@ QString FileName(const QString& name) {
 
 LoadedLibrary DesktopLibraries::Load(const QString& name) {
   const QString beside = QDir(folder_).filePath(FileName(name));
-  const bool isBeside = QFileInfo::exists(beside);
+  // A folder whose name is no text is unknown here. It must not be taken for the working folder.
+  const bool isBeside = !folder_.isEmpty() && QFileInfo::exists(beside);
   const auto file = std::make_shared<LoadedFile>(isBeside ? beside : FileName(name));
   if (file->Load()) return {file, {}};
 

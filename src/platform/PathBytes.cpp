@@ -1,5 +1,8 @@
 #include "platform/PathBytes.h"
 
+#include <filesystem>
+
+#include <QCoreApplication>
 #include <QFile>
 
 #include "base/AnsiText.h"
@@ -16,6 +19,15 @@ QByteArray PathBytes(const QString& path) {
 #else
   return QFile::encodeName(path);
 #endif
+}
+
+QByteArray ProgramFolderBytes() {
+#if defined(__linux__)
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (!error) return QByteArray::fromStdString(program.parent_path().native());
+#endif
+  return PathBytes(QCoreApplication::applicationDirPath());
 }
 
 }  // namespace zth::platform

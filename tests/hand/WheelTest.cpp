@@ -92,6 +92,14 @@ TEST_P(Wheel, PassesOverEveryControlAndScrollsTheDesktop) {
               [&](const std::string& page) { EXPECT_EQ(Complaints(window), std::vector<std::string>{}) << page; });
 }
 
+TEST_P(Wheel, SendsNothingFromTheControlThatHasTheFocusAsTheWindowOpens) {
+  windows::ChildWindow& window = Open(GetParam());
+  QWidget* first = QApplication::focusWidget();
+  if (first == nullptr || !window.isAncestorOf(first)) return;
+  for (const int by : {120, -120}) Notch(*first, {0, by});
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << Told(*first);
+}
+
 INSTANTIATE_TEST_SUITE_P(Windows, Wheel, ::testing::ValuesIn(EveryWindow()), WindowOf);
 
 class WheelAnywhere : public Wheel {};

@@ -1,3 +1,5 @@
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <sys/stat.h>
@@ -15,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/DesktopParts.h"
+#include "platform/PathBytes.h"
 
 namespace zth::platform {
 namespace {
@@ -230,6 +233,38 @@ TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
   EXPECT_EQ(result.library, nullptr);
   EXPECT_FALSE(result.error.isEmpty());
   EXPECT_FALSE(result.error.contains("File not found")) << result.error.toStdString();
+}
+
+#ifdef __linux__
+// Run again as a copy in a folder whose name no QString holds.
+TEST(ProgramFolder, IsKnownByItsBytesWhateverTheyAre) {
+  if (const char* expected = std::getenv("ZTH_TEST_FOLDER")) {
+    EXPECT_EQ(ProgramFolderBytes(), QByteArray(expected));
+    return;
+  }
+  const QTemporaryDir outer;
+  const std::string folder = outer.path().toStdString() +
+                             "/Pr\xFC"
+                             "fstand";
+  std::filesystem::create_directory(folder);
+  std::filesystem::copy_file("/proc/self/exe", folder + "/copy");
+  EXPECT_EQ(std::system(
+                ("ZTH_TEST_FOLDER='" + folder + "' '" + folder + "/copy' --gtest_filter='ProgramFolder.*' > /dev/null")
+                    .c_str()),
+            0);
+  std::filesystem::remove_all(folder);
+}
+#endif
+
+TEST(Libraries, AreNotLookedForInTheWorkingFolderWhenTheProgramsOwnIsUnknown) {
+  const QTemporaryDir folder;
+  const QString before = QDir::currentPath();
+  QFile broken(folder.filePath("libzth-stray.so"));
+  ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+  ASSERT_TRUE(QDir::setCurrent(folder.path()));
+  const QString error = DesktopLibraries(QString()).Load("zth-stray").error;
+  QDir::setCurrent(before);
+  EXPECT_TRUE(error.contains("File not found")) << error.toStdString();
 }
 
 TEST(Files, ATextGoesOnlyIntoTheFileThatWasSeen) {

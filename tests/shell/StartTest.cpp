@@ -5,6 +5,7 @@
 #include "chip/Measurements.h"
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
+#include "platform/PathBytes.h"
 #include "shell/Firmware.h"
 #include "shell/frmSplash.h"
 #include "tests/support/Steps.h"
@@ -164,6 +165,13 @@ TEST(Start, TheLibraryIsCalledWithTheBytesOfWhateverFolderTheProgramIsIn) {
     EXPECT_EQ(desk.board.traffic.front(), "usb F " + folder.toUtf8().toStdString() + "/ZTH4718FW.Hex");
     EXPECT_EQ(shell::AnsiBuffer[0] == 0, folder.size() > 498) << "what fits 513 bytes with its end";
   }
+}
+
+TEST(Start, AFolderWhoseNameIsNoTextIsHandedOverByItsBytes) {
+  Desk desk(Desk::Buses::Usb);
+  desk.process.folder = "";
+  EXPECT_EQ(desk.RunMain(), std::nullopt);
+  EXPECT_EQ(desk.board.traffic.front(), "usb F " + platform::ProgramFolderBytes().toStdString() + "/ZTH4718FW.Hex");
 }
 #endif
 

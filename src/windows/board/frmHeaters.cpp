@@ -43,6 +43,8 @@ frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heat
   SetCancelButton(*cmdClose);
   column->addStretch();
   column->addWidget(cmdClose, 0, Qt::AlignRight);
+  // Not the first slider: nobody has picked it yet, and a stray wheel or arrow key over it would heat.
+  cmdClose->setFocus();
 }
 
 QFrame* frmHeaters::MakeFrame(int heater) {
