@@ -35,14 +35,17 @@ QString HeaterText() {
 
 QString LogText() {
   QStringList lines;
-  const QString file = QDir::toNativeSeparators(windows::LogFileName);
-  if (windows::LogActive) lines << "A log is running and ends with the program:\n" + file;
-  const std::int64_t waiting = windows::LogLinesWaiting();
-  if (waiting == 1) lines << "1 line of it waits for a file that cannot be written, and will be lost.";
-  if (waiting > 1) {
-    lines << QString("%1 lines wait for a file that cannot be written, and will be lost.").arg(waiting);
+  if (windows::LogActive) {
+    lines << "A log is running and ends with the program:\n" + QDir::toNativeSeparators(windows::LogFileName);
   }
-  if (waiting > 0 && !windows::LogActive) lines << "The log was:\n" + file;
+  const std::int64_t waiting = windows::LogLinesWaiting();
+  if (waiting == 0) return lines.join('\n');
+  // Earlier logs may owe lines to files of their own.
+  const QStringList files = windows::LogFilesWaiting();
+  lines << QString("%1 %2 for %3 that cannot be written, and will be lost:")
+               .arg(waiting)
+               .arg(waiting == 1 ? "line waits" : "lines wait", files.size() == 1 ? "a file" : "files");
+  for (const QString& file : files) lines << QDir::toNativeSeparators(file);
   return lines.join('\n');
 }
 
