@@ -15,6 +15,8 @@
 namespace zth::shell {
 namespace {
 
+constexpr char kRecall[] = "A recall is running. The chip will hold only a part of the configuration.";
+constexpr char kHeatsOn[] = "A heater heats on when the program has ended.";
 constexpr char kHeatersOff[] = "&Heaters off and exit";
 constexpr char kExit[] = "E&xit";
 constexpr char kCancel[] = "&Cancel";
@@ -67,15 +69,13 @@ bool SwitchHeatersOff() {
 bool MayLeave(platform::Services& services) {
   const QString heaters = HeaterText();
   const QString log = LogText();
-  if (heaters.isEmpty() && log.isEmpty()) return true;
+  const QString recall = windows::RecallRunning ? kRecall : "";
+  if (heaters.isEmpty() && log.isEmpty() && recall.isEmpty()) return true;
 
-  QStringList texts{heaters, log};
+  QStringList texts{recall, heaters, heaters.isEmpty() ? "" : kHeatsOn, log};
   texts.removeAll(QString());
   QStringList choices{kExit, kCancel};
-  if (!heaters.isEmpty()) {
-    choices.prepend(kHeatersOff);
-    texts << "A heater heats on when the program has ended.";
-  }
+  if (!heaters.isEmpty()) choices.prepend(kHeatersOff);
   // Enter, too, leaves all as it is: a stray one must not end a measurement.
   const int taken = services.prompts.Choose(
       {base::kTitle, texts.join("\n\n"), choices, static_cast<int>(choices.size()) - 1, platform::BoxIcon::Warning});

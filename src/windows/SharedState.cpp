@@ -20,6 +20,7 @@ std::int32_t LogPeriodMs = 100;
 std::int64_t LogSampleCount = 0;
 QString LogFileName;
 
+bool RecallRunning = false;
 QString LastFileWork;
 
 bool ManualSliderHeld = false;
@@ -28,7 +29,7 @@ bool DemoThermTripped = false;
 
 void ResetSharedState() {
   for (bool* flag : {&RegMapOpen, &LimitsOpen, &GpioOpen, &GraphOpen, &HeatersOpen, &ManualOpen, &DynTminOpen,
-                     &AutoGraphOpen, &LogActive, &ManualSliderHeld, &DemoRunning, &DemoThermTripped}) {
+                     &AutoGraphOpen, &LogActive, &ManualSliderHeld, &DemoRunning, &DemoThermTripped, &RecallRunning}) {
     *flag = false;
   }
   GraphPeriodMs = 50;

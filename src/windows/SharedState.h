@@ -28,6 +28,9 @@ extern std::int32_t LogPeriodMs;
 extern std::int64_t LogSampleCount;
 extern QString LogFileName;
 
+/// A recall writes its registers.
+extern bool RecallRunning;
+
 /// What the last save or recall has come to, and where: told again when its window is opened anew.
 extern QString LastFileWork;
 
