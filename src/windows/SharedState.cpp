@@ -26,6 +26,7 @@ QString LastFileWork;
 bool ManualSliderHeld = false;
 bool DemoRunning = false;
 bool DemoThermTripped = false;
+link::ChipId DemoChip;
 
 void ResetSharedState() {
   for (bool* flag : {&RegMapOpen, &LimitsOpen, &GpioOpen, &GraphOpen, &HeatersOpen, &ManualOpen, &DynTminOpen,
@@ -37,6 +38,7 @@ void ResetSharedState() {
   LogSampleCount = 0;
   LogFileName.clear();
   LastFileWork.clear();
+  DemoChip = {};
   ResetLog();
 }
 

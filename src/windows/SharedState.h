@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include "link/ChipId.h"
+
 /// What the windows, the master timer and the start share. All of it belongs to the user-interface thread.
 namespace zth::windows {
 
@@ -40,6 +42,9 @@ extern bool ManualSliderHeld;
 /// The dynamic Tmin demo is running; its one forced THERM2 event is spent.
 extern bool DemoRunning;
 extern bool DemoThermTripped;
+
+/// The chip that the demo has set up. While another one is in use the demo waits.
+extern link::ChipId DemoChip;
 
 /// Puts all of it back to the state of a program that has not started.
 void ResetSharedState();
