@@ -44,9 +44,9 @@ QString LogText() {
   if (waiting == 0) return lines.join('\n');
   // Earlier logs may owe lines to files of their own.
   const QStringList files = windows::LogFilesWaiting();
-  lines << QString("%1 %2 for %3 that cannot be written, and will be lost:")
+  lines << QString("%1 %2 %3 that cannot be written, and will be lost:")
                .arg(waiting)
-               .arg(waiting == 1 ? "line waits" : "lines wait", files.size() == 1 ? "a file" : "files");
+               .arg(waiting == 1 ? "line waits for" : "lines wait for", files.size() == 1 ? "a file" : "files");
   for (const QString& file : files) lines << QDir::toNativeSeparators(file);
   return lines.join('\n');
 }
