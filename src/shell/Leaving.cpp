@@ -15,6 +15,8 @@
 namespace zth::shell {
 namespace {
 
+constexpr char kRecall[] = "A recall is running. The chip will hold only a part of the configuration.";
+constexpr char kHeatsOn[] = "A heater heats on when the program has ended.";
 constexpr char kHeatersOff[] = "&Heaters off and exit";
 constexpr char kExit[] = "E&xit";
 constexpr char kCancel[] = "&Cancel";
@@ -35,14 +37,17 @@ QString HeaterText() {
 
 QString LogText() {
   QStringList lines;
-  const QString file = QDir::toNativeSeparators(windows::LogFileName);
-  if (windows::LogActive) lines << "A log is running and ends with the program:\n" + file;
-  const std::int64_t waiting = windows::LogLinesWaiting();
-  if (waiting == 1) lines << "1 line of it waits for a file that cannot be written, and will be lost.";
-  if (waiting > 1) {
-    lines << QString("%1 lines wait for a file that cannot be written, and will be lost.").arg(waiting);
+  if (windows::LogActive) {
+    lines << "A log is running and ends with the program:\n" + QDir::toNativeSeparators(windows::LogFileName);
   }
-  if (waiting > 0 && !windows::LogActive) lines << "The log was:\n" + file;
+  const std::int64_t waiting = windows::LogLinesWaiting();
+  if (waiting == 0) return lines.join('\n');
+  // Earlier logs may owe lines to files of their own.
+  const QStringList files = windows::LogFilesWaiting();
+  lines << QString("%1 %2 %3 that cannot be written, and will be lost:")
+               .arg(waiting)
+               .arg(waiting == 1 ? "line waits for" : "lines wait for", files.size() == 1 ? "a file" : "files");
+  for (const QString& file : files) lines << QDir::toNativeSeparators(file);
   return lines.join('\n');
 }
 
@@ -64,15 +69,13 @@ bool SwitchHeatersOff() {
 bool MayLeave(platform::Services& services) {
   const QString heaters = HeaterText();
   const QString log = LogText();
-  if (heaters.isEmpty() && log.isEmpty()) return true;
+  const QString recall = windows::RecallRunning ? kRecall : "";
+  if (heaters.isEmpty() && log.isEmpty() && recall.isEmpty()) return true;
 
-  QStringList texts{heaters, log};
+  QStringList texts{recall, heaters, heaters.isEmpty() ? "" : kHeatsOn, log};
   texts.removeAll(QString());
   QStringList choices{kExit, kCancel};
-  if (!heaters.isEmpty()) {
-    choices.prepend(kHeatersOff);
-    texts << "A heater heats on when the program has ended.";
-  }
+  if (!heaters.isEmpty()) choices.prepend(kHeatersOff);
   // Enter, too, leaves all as it is: a stray one must not end a measurement.
   const int taken = services.prompts.Choose(
       {base::kTitle, texts.join("\n\n"), choices, static_cast<int>(choices.size()) - 1, platform::BoxIcon::Warning});

@@ -47,6 +47,9 @@ class TitleBarStyle final : public QProxyStyle {
   }
 };
 
+/// A property of a frame that has not got its place yet: the desk does not scroll after it.
+constexpr char kOpens[] = "opens";
+
 /// A frame's own shortcuts for closing differ from desktop to desktop and would make the desk's ambiguous. The menu
 /// goes on telling the key.
 void LeaveCloseKeysToDesk(const QMdiSubWindow& frame) {
@@ -91,6 +94,12 @@ MdiDesk::~MdiDesk() {
 QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
   QMdiSubWindow* frame = addSubWindow(&window);
   frame->setStyle(titleBars_);
+  frame->setProperty(kOpens, true);
+  // What was scrolled for windows that have gone would be left over as a bar beside an empty desk.
+  connect(frame, &QObject::destroyed, this, [this] {
+    if (!subWindowList().isEmpty()) return;
+    for (QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()}) bar->setRange(0, 0);
+  });
   frame->setAttribute(Qt::WA_DeleteOnClose);
   LeaveCloseKeysToDesk(*frame);
   // Queued: while the state changes, the frame has not got its size yet. It may be gone by then.
@@ -108,6 +117,7 @@ void MdiDesk::CloseCurrent() {
 }
 
 void MdiDesk::BringInside(QMdiSubWindow& frame) {
+  frame.setProperty(kOpens, false);
   if (frame.isMaximized() || frame.isMinimized()) return;
   const QSize room = viewport()->size() - frame.size();
   frame.move(std::clamp(frame.x(), 0, std::max(0, room.width())), std::clamp(frame.y(), 0, std::max(0, room.height())));
@@ -126,6 +136,9 @@ void MdiDesk::resizeEvent(QResizeEvent* event) {
 void MdiDesk::BringInSight(const QWidget* control) {
   // What the pointer is about to click must not run away from it.
   if (control == nullptr || !viewport()->isAncestorOf(control) || QApplication::mouseButtons() != Qt::NoButton) return;
+  for (const QMdiSubWindow* frame : subWindowList()) {
+    if (frame->isAncestorOf(control) && frame->property(kOpens).toBool()) return;
+  }
   const QRect place(control->mapTo(viewport(), QPoint(0, 0)), control->size());
   QScrollBar* across = horizontalScrollBar();
   QScrollBar* down = verticalScrollBar();

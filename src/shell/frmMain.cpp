@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QLabel>
@@ -36,6 +37,15 @@ namespace zth::shell {
 
 QPointer<frmMain> MainForm;
 
+namespace {
+
+/// What the pointer holds is let go over the chip and the values that it was taken hold of over.
+bool IsDragging() {
+  return QApplication::mouseButtons() != Qt::NoButton;
+}
+
+}  // namespace
+
 frmMain::frmMain(platform::Services& services)
     : services_(services), context_{services, *this}, jobs_(services.clock), area_(new MdiDesk(this)) {
   setObjectName("frmMain");
@@ -48,7 +58,9 @@ frmMain::frmMain(platform::Services& services)
   BuildTimer();
   auto* toRead = new QShortcut(Qt::Key_F5, this);
   toRead->setAutoRepeat(false);
-  connect(toRead, &QShortcut::activated, this, platform::Guarded([this] { ReadActiveWindowAgain(); }));
+  connect(toRead, &QShortcut::activated, this, platform::Guarded([this] {
+            if (!IsDragging()) ReadActiveWindowAgain();
+          }));
 }
 
 void frmMain::BuildMenus() {
@@ -138,7 +150,9 @@ void frmMain::AddDevices(QToolBar& bar) {
   cmbDevices_->setMinimumContentsLength(14);
   cmbDevices_->setToolTip("The chip that all windows work on (F2)");
   auto* toDevices = new QShortcut(Qt::Key_F2, this);
-  connect(toDevices, &QShortcut::activated, cmbDevices_, [this] { cmbDevices_->setFocus(Qt::ShortcutFocusReason); });
+  connect(toDevices, &QShortcut::activated, cmbDevices_, [this] {
+    if (!IsDragging()) cmbDevices_->setFocus(Qt::ShortcutFocusReason);
+  });
   label->setBuddy(cmbDevices_);
   bar.addWidget(label);
   bar.addWidget(cmbDevices_);

@@ -20,15 +20,17 @@ std::int32_t LogPeriodMs = 100;
 std::int64_t LogSampleCount = 0;
 QString LogFileName;
 
+bool RecallRunning = false;
 QString LastFileWork;
 
 bool ManualSliderHeld = false;
 bool DemoRunning = false;
 bool DemoThermTripped = false;
+link::ChipId DemoChip;
 
 void ResetSharedState() {
   for (bool* flag : {&RegMapOpen, &LimitsOpen, &GpioOpen, &GraphOpen, &HeatersOpen, &ManualOpen, &DynTminOpen,
-                     &AutoGraphOpen, &LogActive, &ManualSliderHeld, &DemoRunning, &DemoThermTripped}) {
+                     &AutoGraphOpen, &LogActive, &ManualSliderHeld, &DemoRunning, &DemoThermTripped, &RecallRunning}) {
     *flag = false;
   }
   GraphPeriodMs = 50;
@@ -36,6 +38,7 @@ void ResetSharedState() {
   LogSampleCount = 0;
   LogFileName.clear();
   LastFileWork.clear();
+  DemoChip = {};
   ResetLog();
 }
 

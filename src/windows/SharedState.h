@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include "link/ChipId.h"
+
 /// What the windows, the master timer and the start share. All of it belongs to the user-interface thread.
 namespace zth::windows {
 
@@ -28,6 +30,9 @@ extern std::int32_t LogPeriodMs;
 extern std::int64_t LogSampleCount;
 extern QString LogFileName;
 
+/// A recall writes its registers.
+extern bool RecallRunning;
+
 /// What the last save or recall has come to, and where: told again when its window is opened anew.
 extern QString LastFileWork;
 
@@ -37,6 +42,9 @@ extern bool ManualSliderHeld;
 /// The dynamic Tmin demo is running; its one forced THERM2 event is spent.
 extern bool DemoRunning;
 extern bool DemoThermTripped;
+
+/// The chip that the demo has set up. While another one is in use the demo waits.
+extern link::ChipId DemoChip;
 
 /// Puts all of it back to the state of a program that has not started.
 void ResetSharedState();

@@ -224,6 +224,19 @@ TEST_F(Chips, LiveWindowsReadAgainWithTheirTabsAndListsAsTheyWere) {
   EXPECT_EQ(Held(log, "chkLog(2) txtLogInt"), "1|450");
 }
 
+TEST_F(Chips, NeitherChangesNorIsReadAgainWhileThePointerHoldsSomething) {
+  auto& gauge = Desk::Get<QWidget>(desk.Open("frmLimits"), "ggeTemp");
+  auto& devices = Desk::Get<QWidget>(desk.Main(), "cmbDevices");
+  QTest::mousePress(&gauge, Qt::LeftButton);
+  EXPECT_EQ(PressF5(), Traffic{});
+  QTest::keyClick(&desk.Main(), Qt::Key_F2);
+  EXPECT_FALSE(devices.hasFocus());
+  QTest::mouseRelease(&gauge, Qt::LeftButton);
+  EXPECT_NE(PressF5(), Traffic{});
+  QTest::keyClick(&desk.Main(), Qt::Key_F2);
+  EXPECT_TRUE(devices.hasFocus());
+}
+
 TEST_F(Chips, WhatAWriteRenewsOfTheModelIsOfTheNewChipFromThenOn) {
   desk.Open("frmGPIO");
   desk.Open("frmLimits");

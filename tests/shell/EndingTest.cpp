@@ -246,12 +246,20 @@ TEST_F(Leaving, WithALogTellsTheFileAndTheLinesThatWouldBeLost) {
   EXPECT_EQ(Close({"&Cancel"}), "A log is running and ends with the program:/" + file + " <E&xit|&Cancel> stays");
   Log(1);
   EXPECT_EQ(Close({"&Cancel"}), "A log is running and ends with the program:/" + file +
-                                    "/1 line of it waits for a file that cannot be written, and will be lost. "
-                                    "<E&xit|&Cancel> stays");
+                                    "/1 line waits for a file that cannot be written, and will be lost:/" + file +
+                                    " <E&xit|&Cancel> stays");
   Log(2);
   windows::StopLog({desk.services, desk.Main()});
-  EXPECT_EQ(Close({"&Cancel"}), "3 lines wait for a file that cannot be written, and will be lost./The log was:/" +
-                                    file + " <E&xit|&Cancel> stays");
+  windows::LogFileName.clear();  // as behind the dialog of the next log, cancelled
+  EXPECT_EQ(Close({"&Cancel"}),
+            "3 lines wait for a file that cannot be written, and will be lost:/" + file + " <E&xit|&Cancel> stays");
+  windows::LogFileName = folder.filePath("other.csv");
+  const std::string other = windows::LogFileName.toStdString();
+  Log(1);
+  EXPECT_EQ(Close({"&Cancel"}), "A log is running and ends with the program:/" + other +
+                                    "/4 lines wait for files that cannot be written, and will be lost:/" + file + "/" +
+                                    other + " <E&xit|&Cancel> stays");
+  windows::StopLog({desk.services, desk.Main()});
   desk.files.locked = false;
   EXPECT_EQ(Close({}), " gone") << "they could be written in the end";
 }

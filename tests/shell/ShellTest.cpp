@@ -6,6 +6,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolBar>
 
@@ -127,6 +128,19 @@ TEST_F(MdiWindows, AWindowOpensInSightAndNeverMaximisedWithAnother) {
   desk.Main().resize(desk.Main().minimumWidth(), 200);
   QApplication::processEvents();
   EXPECT_EQ(Frame("frmFanConfig").pos(), QPoint(0, 0)) << "larger than the desk";
+}
+
+TEST_F(MdiWindows, OpeningScrollsNothingAwayAndAnEmptyDeskHasNoBars) {
+  desk.Main().showNormal();
+  desk.Main().resize(440, 430);
+  for (const char* name : {"frmLimits", "frmAutoGraph", "frmGPIO"}) {
+    desk.Open(name);
+    Desk::Settle();
+    EXPECT_EQ(area.horizontalScrollBar()->value(), 0) << name;
+  }
+  for (const char* name : {"frmLimits", "frmAutoGraph", "frmGPIO"}) desk.Main().FindWindow(name)->Unload();
+  Desk::Settle();
+  EXPECT_EQ(area.horizontalScrollBar()->maximum(), 0);
 }
 
 TEST_F(MdiWindows, ClosingAWindowRaisesTheOneUsedBefore) {

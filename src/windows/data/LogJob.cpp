@@ -97,6 +97,14 @@ std::int64_t LogLinesWaiting() {
   return lines;
 }
 
+QStringList LogFilesWaiting() {
+  QStringList files;
+  for (const LogFile& log : logs) {
+    if (log.Waiting() > 0 && !files.contains(log.Path())) files << log.Path();
+  }
+  return files;
+}
+
 QString LogTrouble() {
   const QString waiting = WaitingText();
   return waiting + (waiting.isEmpty() || accident.isEmpty() ? "" : " - ") + accident;

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include <QStringList>
+
 #include "windows/Desktop.h"
 
 /// The log: one line a period, appended to `LogFileName`, whether its window is open or not.
@@ -39,6 +41,9 @@ void FinishLog(platform::Files& files);
 
 /// Lines that wait for a file that cannot be written, over all files.
 std::int64_t LogLinesWaiting();
+
+/// Those files, that of the running log last; `LogFileName` may be another one by now, or none.
+QStringList LogFilesWaiting();
 
 /// What has gone wrong with the files, for people: lines that wait, a file that had to be begun anew since the log was
 /// started. Empty as a rule.

@@ -258,6 +258,7 @@ void frmSave::Recall(std::string_view text, const QString& file) {
   auto result = reader.FindStart() ? SavedReader::Result::Line : SavedReader::Result::Broken;
   int written = 0;
   stop_ = false;
+  RecallRunning = true;
   desktop.EnableTimer(false);
   std::optional<CancelPossible> cancelPossible;
   const double began = clock.Now();
@@ -277,6 +278,7 @@ void frmSave::Recall(std::string_view text, const QString& file) {
     ++written;
   }
   cancelPossible.reset();
+  RecallRunning = false;
   desktop.EnableTimer(true);
   const bool cancelled = result == SavedReader::Result::Line;
   QString outcome = (cancelled ? "Cancelled after " : "") + Registers(written) + " written";

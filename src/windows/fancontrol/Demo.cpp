@@ -104,6 +104,7 @@ void PulseTherm2(platform::Services& services) {
 }  // namespace
 
 void SetUpDemo() {
+  DemoChip = link::ChipInUse();
   const std::int16_t port = link::ReadBoardPort(chip::kSwitchDevice0);
   link::WriteBoardPortUnchecked(chip::kSwitchDevice0, port & ~kRemote2Switches & 255);
   for (const DemoWrite& write : kDemoWrites) {
@@ -114,7 +115,7 @@ void SetUpDemo() {
 }
 
 void AdjustForDemo(int phase, platform::Services& services) {
-  if (!DemoRunning) return;
+  if (!DemoRunning || link::ChipInUse() != DemoChip) return;
   chip::MeasurementSet& live = chip::Measurements;
   if (phase == kTemperaturePhase) live.Temperature[kRemote2] += static_cast<float>(kLift);
   if (phase != kDynamicTminPhase) return;

@@ -15,6 +15,7 @@
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "tests/windows/data/DataGround.h"
+#include "windows/SharedState.h"
 
 namespace zth::testing {
 namespace {
@@ -277,10 +278,13 @@ TEST_F(SaveTest, ARecallIsCancelledBetweenTwoRegistersAndTellsHowManyItHasWritte
     EXPECT_EQ(desk.Main().FindWindow("frmSave"), nullptr) << "Escape closes again";
   }
   desk.events.onPump = [this] { desk.Main().close(); };
+  for (const char* pick : {"&Cancel", "&Cancel", "E&xit"}) desk.prompts.picks.push_back(pick);
   desk.fileDialogs.script.push_back(Path("a.sav"));
   Do(Save(), "cmdRecall");
+  EXPECT_EQ(desk.board.TakeTraffic(), T("W28=07 W29=08")) << "asked each time, and gone on when told to";
+  EXPECT_TRUE(desk.prompts.choicesShown.back().text.startsWith("A recall is running."));
+  EXPECT_FALSE(windows::RecallRunning);
   EXPECT_FALSE(Master().isActive()) << "closed is closed";
-  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
 }
 
 }  // namespace

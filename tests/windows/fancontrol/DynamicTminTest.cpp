@@ -203,6 +203,12 @@ TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBackOnBothLinks) {
   }
 }
 
+/// The demo as it runs behind its set-up.
+void RunDemo() {
+  windows::DemoChip = link::ChipInUse();
+  windows::DemoRunning = true;
+}
+
 /// Registers of Remote2: a temperature, and the state that dynamic Tmin is drawn by.
 void PutRemote2(Desk& desk, int quarters) {
   Put(desk.board.Chip(), "5E=68 5B=95 46=5F 4A=6D");
@@ -214,7 +220,7 @@ TEST(Demo, LiftsRemote2ForTheMonitorAndNotForTheLog) {
   Desk desk;
   desk.Start();
   PutRemote2(desk, 4 * 20);
-  windows::DemoRunning = true;
+  RunDemo();
   desk.Advance(3000);
   const auto& live = chip::Measurements;
   EXPECT_EQ(live.Temperature[2], 35.0F);
@@ -235,7 +241,7 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     Desk desk(buses);
     desk.Start();
     const double waited = desk.clock.waitedMs;
-    windows::DemoRunning = true;
+    RunDemo();
     PutRemote2(desk, 4 * 34 + 3);
     desk.Advance(3000);
     EXPECT_EQ(Writes(desk.board.TakeTraffic()), Traffic{}) << "34.75 degrees are not enough";
@@ -252,6 +258,23 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     EXPECT_EQ(Writes(desk.board.TakeTraffic()), Traffic{});
     EXPECT_EQ(desk.clock.waitedMs - waited, 500);
   }
+}
+
+TEST(Demo, LeavesAnotherChipAlone) {
+  Desk desk;
+  desk.board.AddUsbChip(0x5A);
+  desk.Start();
+  RunDemo();
+  PutRemote2(desk, 4 * 60);
+  Put(desk.board.usbChips[0x5A], "5E=68 8D=7C");
+  Do(desk.Main(), "cmbDevices=1");
+  desk.Advance(3000);
+  EXPECT_EQ(Writes(desk.board.TakeTraffic()), Traffic{});
+  EXPECT_EQ(chip::Measurements.Temperature[2], 60.0F);
+  EXPECT_EQ(chip::Measurements.PolledTmin[2], 40);
+  Do(desk.Main(), "cmbDevices=0");
+  desk.Advance(3000);
+  EXPECT_EQ(Writes(desk.board.TakeTraffic()), T("W52=40 W52=9A")) << "it goes on where it was set up";
 }
 
 TEST(DutyTraces, AreTheFansThatAChannelDrives) {
