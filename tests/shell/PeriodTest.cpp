@@ -33,7 +33,8 @@ Look Number(const char* window, const char* control) {
   return [=](Desk& desk) {
     const QWidget& at = *desk.Main().FindWindow(window);
     const QVariant value = Desk::Property(at, control, "Value");
-    return value.isValid() ? value.toDouble() : Desk::Text(at, control).section(' ', 2).chopped(2).toDouble();
+    return value.isValid() ? value.toDouble()
+                           : Desk::Text(at, control).section(' ', 2).section(QChar(0xB0), 0, 0).toDouble();
   };
 }
 
