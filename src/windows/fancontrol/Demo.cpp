@@ -60,7 +60,7 @@ constexpr std::array kDemoWrites{
     Put(At("Conf_Therm2", "T2E"), 1),
     Set("Thermal Mask 1"_reg, 0b1001'0000),
     Set("Voltage Mask 2"_reg, 0b0010'0000),
-    // Dynamic Tmin on Remote2; THERM2 loads its operating point. The bits go by number, as in the window.
+    // Dynamic Tmin on Remote2; THERM2 loads its operating point. The bits go by number, as in frmDynamicTmin.
     Set("Tmin_Cal1"_reg, 0b0000'0010),
     Set("Tmin_Cal1"_reg, 0b0010'0000),
     // Operating point hysteresis, Tmin hysteresis, THERM2 limit, Trange "26.7°C".
