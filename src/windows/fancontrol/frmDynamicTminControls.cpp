@@ -1,6 +1,7 @@
 #include <array>
 #include <vector>
 
+#include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
