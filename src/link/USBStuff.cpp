@@ -101,6 +101,11 @@ std::int16_t WriteRegisterValue(std::int32_t address, std::int32_t reg, std::int
   return WriteRegister(address, reg, value);
 }
 
+void ModifyRegister(std::int32_t address, std::int32_t reg, unsigned own, unsigned bits) {
+  const auto before = static_cast<unsigned>(ReadRegister(address, reg));
+  WriteRegisterValue(address, reg, static_cast<std::int32_t>((before & ~own) | bits));
+}
+
 std::int16_t SetHeater(std::int32_t heater, std::int32_t& percent) {
   if (!OnUsb()) return 0;
   percent = std::clamp(percent, 0, 100);

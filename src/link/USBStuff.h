@@ -24,6 +24,9 @@ std::int16_t WriteRegister(std::int32_t address, std::int32_t reg, std::int32_t&
 /// The same for a value that the caller does not need back.
 std::int16_t WriteRegisterValue(std::int32_t address, std::int32_t reg, std::int32_t value);
 
+/// Reads a register and writes it with the bits of `own` replaced by `bits`. What `bits` has beyond them is or-ed in.
+void ModifyRegister(std::int32_t address, std::int32_t reg, unsigned own, unsigned bits);
+
 /// USB only: drives heater 1 or 2 at `percent`, limited to 0 to 100 for the caller as well.
 std::int16_t SetHeater(std::int32_t heater, std::int32_t& percent);
 

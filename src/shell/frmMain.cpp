@@ -7,12 +7,10 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QLabel>
-#include <QLocale>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QShortcut>
-#include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -27,6 +25,7 @@
 #include "shell/MdiDesk.h"
 #include "shell/MonitorJobs.h"
 #include "shell/Placement.h"
+#include "shell/StatusBar.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmSplash.h"
 #include "windows/ChildWindow.h"
@@ -47,14 +46,18 @@ bool IsDragging() {
 }  // namespace
 
 frmMain::frmMain(platform::Services& services)
-    : services_(services), context_{services, *this}, jobs_(services.clock), area_(new MdiDesk(this)) {
+    : services_(services),
+      context_{services, *this},
+      jobs_(services.clock),
+      area_(new MdiDesk(this)),
+      status_(new StatusBar(services.clock, this)) {
   setObjectName("frmMain");
   setWindowIcon(ProgramIcon());
   area_->setObjectName("MDIForm");
   setCentralWidget(area_);
   BuildMenus();
   BuildToolBar();
-  BuildStatusBar();
+  setStatusBar(status_);
   BuildTimer();
   auto* toRead = new QShortcut(Qt::Key_F5, this);
   toRead->setAutoRepeat(false);
@@ -159,37 +162,6 @@ void frmMain::AddDevices(QToolBar& bar) {
   windows::OnSelect(*cmbDevices_, [this] { cmbDevices_Click(); });
 }
 
-void frmMain::BuildStatusBar() {
-  statusBar()->setObjectName("sbStatusBar");
-  for (int i = 1; i <= 3; ++i) {
-    auto* panel = new QLabel(statusBar());
-    panel->setObjectName(QString("sbStatusBar(%1)").arg(i));
-    panel->setTextFormat(Qt::PlainText);
-    panel->setContentsMargins(4, 0, 4, 0);
-    if (i == 1) {
-      statusBar()->addWidget(panel, 1);
-    } else {
-      statusBar()->addPermanentWidget(panel);
-    }
-    panels_.push_back(panel);
-  }
-  SetStatus("Status");
-  ShowDateAndTime();
-
-  auto* clock = new QTimer(this);
-  clock->setObjectName("tmrClock");
-  clock->setInterval(1000);
-  services_.clock.Adopt(*clock);
-  connect(clock, &QTimer::timeout, this, &frmMain::ShowDateAndTime);
-  clock->start();
-}
-
-void frmMain::ShowDateAndTime() {
-  const QDateTime now = services_.clock.WallTime();
-  panels_[1]->setText(QLocale().toString(now.date(), QLocale::ShortFormat));
-  panels_[2]->setText(QLocale().toString(now.time(), QLocale::ShortFormat));
-}
-
 void frmMain::BuildTimer() {
   AddMonitorJobs(jobs_, context_);
   tmrMaster_ = new QTimer(this);
@@ -273,7 +245,7 @@ windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
 }
 
 void frmMain::SetStatus(const QString& text) {
-  panels_[0]->setText(text);
+  status_->SetStatus(text);
 }
 
 void frmMain::Tell(const QString& text) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include <QHash>
 #include <QMainWindow>
 #include <QPointer>
@@ -10,7 +8,6 @@
 #include "windows/Desktop.h"
 
 class QComboBox;
-class QLabel;
 class QMenu;
 class QTimer;
 class QToolBar;
@@ -19,6 +16,7 @@ namespace zth::shell {
 
 class frmSplash;
 class MdiDesk;
+class StatusBar;
 
 /// The frame of the program: menus, tool bar with the device list, status bar, the child windows and the master timer.
 class frmMain final : public QMainWindow, public windows::Desktop {
@@ -60,7 +58,6 @@ class frmMain final : public QMainWindow, public windows::Desktop {
  private:
   void BuildMenus();
   void BuildToolBar();
-  void BuildStatusBar();
   void BuildTimer();
   void BuildWindowMenu();
   void FitToolBar();
@@ -75,15 +72,14 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void ShowOrigins();
   void ReadActiveWindowAgain();
   void tmrMaster_Timer();
-  void ShowDateAndTime();
 
   platform::Services& services_;
   windows::Context context_;
   JobList jobs_;
   MdiDesk* area_;
+  StatusBar* status_;
   QMenu* mnuWindow_ = nullptr;
   QComboBox* cmbDevices_ = nullptr;
-  std::vector<QLabel*> panels_;
   QTimer* tmrMaster_ = nullptr;
   QHash<QString, QPointer<windows::ChildWindow>> open_;
   bool unloaded_ = false;

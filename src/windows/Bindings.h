@@ -19,7 +19,7 @@
 ///       Check({"chkEnActiveLow", 0}, "PWM%1 is Active Low", At("PWM1 Config", "Inv"),
 ///             Sense::Inverted),                                                          // ticked is 0; "PWM1 ..."
 ///       List("cmbWindow", "Timer Window", At("THERM Configuration", "TW1"), kWindows),   // position of the item
-///       Text("txtMaxPWM", "Max PWM 1-4", {"PWM 1-4 Max"_reg, Bits(7, 0)}, kDuty, "UpDown1"),
+///       Text("txtMaxPWM", "Max PWM 1-4", Byte("PWM 1-4 Max"_reg), kDuty, "UpDown1"),
 ///   };
 ///   constexpr std::array kReads{Read("Configuration 2"_reg), Read("PWM1 Config"_reg, 4),  // one block of 4
 ///                               Read("THERM Configuration"_reg), Read("PWM 1-4 Max"_reg)};
@@ -27,6 +27,7 @@
 ///                                Modify("THERM Configuration"_reg), Whole("PWM 1-4 Max"_reg)};
 ///   static_assert(IsSound(kRows, kReads, kWrites));
 ///
+/// A window that writes each change at once has rows and reads alone: each row goes out by itself.
 /// A bit is added to a window by adding a row.
 namespace zth::windows {
 
@@ -42,11 +43,15 @@ struct TextCode {
   std::uint8_t (*byte)(std::string_view text, int shift);  ///< in place, and possibly beyond the field
   int min, max;                                            ///< of the up-down, in steps of 1
   const char* unit;                                        ///< shown behind the box; may be empty
+  const char* unitName;                                    ///< its tool tip where no place of bits is told
 };
 
-/// A duty in percent over a whole byte; a whole number of 0 to 15 over 4 bits.
+/// A duty in percent, or degrees with the offset of a temperature register, over a whole byte. A whole number of 0 to
+/// 15 over 4 bits, of which what is too great for them spills into its neighbours; the same cut to its 4 bits.
 extern const TextCode kDuty;
+extern const TextCode kDegrees;
 extern const TextCode kNibble;
+extern const TextCode kCutNibble;
 
 /// An objectName: "cmdApply", or an element of a control array, {"chkEnTach", 0} for "chkEnTach(0)".
 struct ControlName {
@@ -71,11 +76,17 @@ struct Binding {
   const TextCode* code = nullptr;  ///< of a text box
   const char* upDown = nullptr;    ///< objectName of the up-down on a text box
   bool isText = false;             ///< has a code: to g++ 12 under its sanitizers, asking the pointer is no constant
+  bool alone = false;              ///< when it is written by itself, all other bits of its register go out as 0
 };
 
 /// The bits from `high` down to `low`, as data sheets write them.
 constexpr base::BitField Bits(int high, int low) {
   return {static_cast<std::uint8_t>(low), static_cast<std::uint8_t>(high - low + 1)};
+}
+
+/// All bits of a register.
+constexpr chip::RegisterField Byte(int reg) {
+  return {static_cast<std::uint8_t>(reg), Bits(7, 0)};
 }
 
 constexpr Binding Check(ControlName control, const char* caption, int reg, int bit, Sense sense = Sense::Straight) {
@@ -97,14 +108,23 @@ constexpr Binding Text(ControlName control, const char* label, chip::RegisterFie
   return {control, label, at.reg, at.bits, Sense::Straight, {}, &code, upDown, true};
 }
 
+constexpr Binding Alone(Binding row) {
+  row.alone = true;
+  return row;
+}
+
 /// One read: a single register, or a block of `count`.
 struct ReadStep {
   std::uint8_t first;
   std::uint8_t count;
+  bool block;
 };
 
-constexpr ReadStep Read(int first, int count = 1) {
-  return {static_cast<std::uint8_t>(first), static_cast<std::uint8_t>(count)};
+constexpr ReadStep Read(int first) {
+  return {static_cast<std::uint8_t>(first), 1, false};
+}
+constexpr ReadStep Read(int first, int count) {
+  return {static_cast<std::uint8_t>(first), static_cast<std::uint8_t>(count), true};
 }
 
 /// One write. Whole: built from 0, so that bits without a control go out as 0. Modify: read immediately before, and
@@ -132,9 +152,8 @@ constexpr bool Covers(const ReadStep& step, int reg) {
 }
 
 /// The chip has the register of each row, no two rows share a bit, a box has one bit and a list an item for each value
-/// of its field, and each row's register is read and written exactly once.
-constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> reads,
-                       std::span<const WriteStep> writes) {
+/// of its field, and each row's register is read exactly once.
+constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> reads) {
   std::array<unsigned, 256> taken{};
   for (const Binding& row : rows) {
     const unsigned mask = base::Mask(row.bits);
@@ -144,9 +163,18 @@ constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> 
     if (row.items.empty() && !row.isText && row.bits.width != 1) return false;
     if (!row.items.empty() && row.items.size() != std::size_t{1} << row.bits.width) return false;
     if (std::ranges::count_if(reads, [&](const ReadStep& step) { return Covers(step, row.reg); }) != 1) return false;
-    if (std::ranges::count(writes, row.reg, &WriteStep::reg) != 1) return false;
   }
-  return std::ranges::all_of(writes, [&](const WriteStep& step) { return taken[step.reg] != 0; });
+  return true;
+}
+
+/// The same for a table that is applied: each row's register is written exactly once, and no other.
+constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> reads,
+                       std::span<const WriteStep> writes) {
+  return IsSound(rows, reads) &&
+         std::ranges::all_of(
+             rows, [&](const Binding& row) { return std::ranges::count(writes, row.reg, &WriteStep::reg) == 1; }) &&
+         std::ranges::all_of(
+             writes, [&](const WriteStep& step) { return std::ranges::count(rows, step.reg, &Binding::reg) > 0; });
 }
 
 }  // namespace zth::windows

@@ -1,38 +1,39 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
 
 #include <QObject>
-#include <QString>
 
-#include "windows/Bindings.h"
-
-class QWidget;
+#include "windows/Editors.h"
 
 namespace zth::windows {
 
-/// "chkEnTach(0)".
-QString NameOf(const ControlName& control);
+/// A row with its control, and what that held when the chip was last read or written.
+struct Bound {
+  const Binding* row;
+  std::unique_ptr<Editor> editor;
+  QString applied;
+  std::optional<unsigned> field;  ///< what its bits held in the chip then
 
-/// A row's caption with its number put in; empty for a control that nobody sees.
-QString CaptionOf(const Binding& row);
+  bool IsPending() const { return editor->Held() != applied; }
+};
 
-/// Where a row's bits stand, as its tool tip tells it: "0x0D bit 0, THERM Configuration", "0x21 bits 7:5, PWM1 Config".
-QString PlaceOf(const Binding& row);
-
-/// The controls of a table, found in their window by name. Carries values between them and the chip, step by step, and
-/// marks by colour and weight what has been changed and not applied yet, on the tab of a page as well. A text box that
-/// the chip would read back as another value than it shows is marked in a warning colour, and its tool tip tells the
-/// value that would go out; it is not refused. So is a control that nobody has changed and that would not give back
-/// what the chip holds, since its texts have no exact one for that: its tool tip names both.
+/// The controls of a table, found in their window by name: carries values between them and the chip, step by step.
 class BoundControls final : public QObject {
  public:
+  using Changed = std::function<void(const Binding& row)>;
+  /// Told of a row whose control has changed; of none when all count as applied.
+  using Watch = std::function<void(const Binding* row)>;
+
   /// All of the table's controls must stand in `window`: checks and options, lists with their items, text boxes. The
-  /// table must outlive this.
-  BoundControls(QWidget& window, std::span<const Binding> rows);
+  /// table must outlive this. Without `live` changes wait for Apply. With it each change of a control, by code as
+  /// well, runs `live`, which may Write.
+  BoundControls(QWidget& window, std::span<const Binding> rows, Changed live = {});
 
   /// Does each read in turn and sets the controls of what it read, in the table's order. Setting runs the controls'
   /// handlers. All controls count as applied after it.
@@ -41,6 +42,10 @@ class BoundControls final : public QObject {
   /// Does each write in turn. The controls of the registers written count as applied after it.
   void Apply(std::span<const WriteStep> writes);
 
+  /// Writes what one control holds: its register is read immediately before and only the row's bits change, unless the
+  /// row fills the register or goes out alone. What a text gives beyond its own field is or-ed in with the rest.
+  void Write(const Binding& row) const;
+
   /// Something has been changed and not applied.
   bool HoldsChanges() const;
 
@@ -48,30 +53,18 @@ class BoundControls final : public QObject {
   /// field is or-ed in with the rest.
   std::uint8_t Compose(std::uint8_t reg, unsigned old = 0) const;
 
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  /// The text that a control of the table shows.
+  std::string TextOf(const ControlName& control) const;
+
+  std::span<const Bound> Bounds() const { return bounds_; }
+  void SetWatch(Watch watch) { watch_ = std::move(watch); }
 
  private:
-  enum class Mark : std::uint8_t { None, Pending, Odd, PendingOdd };
-  struct Bound {
-    const Binding* row;
-    QWidget* control;
-    QString place;                  ///< where its bits stand
-    QString applied;                ///< what it held when the chip was last read or written
-    std::optional<unsigned> field;  ///< what its bits held in the chip then
-    Mark mark = Mark::None;
-  };
+  void Tell(const Binding* row) const;
 
-  void Hang(const Bound& bound);
-  void Show(Bound& bound, unsigned whole);
-  void Judge(Bound& bound);
-  void JudgeAll();
-  void JudgeRegister(std::uint8_t reg);
-  void Paint(const Bound& bound) const;
-  void PaintTabs() const;
-  void Repaint();
-
-  QWidget& window_;
-  std::vector<Bound> bounds_;
+  std::vector<Bound> bounds_;  ///< in the table's order
+  Changed live_;
+  Watch watch_;
   bool loading_ = false;
 };
 

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "windows/BoundControls.h"
+#include "windows/BoundMarks.h"
 #include "windows/Handlers.h"
 
 namespace zth::windows {
@@ -39,6 +40,7 @@ void ConfigWindow::Finish(QWidget* body) {
   column->addLayout(buttons);
 
   controls_ = new BoundControls(*this, plan_.rows);
+  new BoundMarks(*this, *controls_);
   findChild<QWidget*>(NameOf(plan_.rows.front().control))->setFocus();
 }
 

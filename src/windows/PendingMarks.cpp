@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <map>
 
-#include <QAbstractButton>
-#include <QComboBox>
 #include <QFontMetrics>
 #include <QPalette>
 #include <QTabBar>
@@ -20,19 +18,6 @@ QColor MarkColour(const QPalette& palette, bool odd) {
   const bool dark = widgets::IsDark(palette);
   if (odd) return dark ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
   return dark ? QColor(0xA8, 0xD1, 0xFF) : QColor(0x0B, 0x5C, 0xAD);
-}
-
-/// The longest text that the control may show.
-QString WidestText(const QWidget& control, const QFontMetrics& metrics) {
-  if (const auto* button = qobject_cast<const QAbstractButton*>(&control)) return button->text();
-  QString widest;
-  if (const auto* list = qobject_cast<const QComboBox*>(&control)) {
-    for (int i = 0; i < list->count(); ++i) {
-      const QString text = list->itemText(i);
-      if (metrics.horizontalAdvance(text) > metrics.horizontalAdvance(widest)) widest = text;
-    }
-  }
-  return widest;
 }
 
 /// The tab that shows or hides the control, as its widget and index; nothing for a control outside of tabs.
@@ -66,10 +51,9 @@ void MarkControl(QWidget& control, const QWidget& window, bool pending, bool odd
   control.setPalette(palette);
 }
 
-void KeepRoomForMark(QWidget& control) {
-  const QFontMetrics now(control.font());
-  const QString text = WidestText(control, now);
+void KeepRoomForMark(QWidget& control, const QString& text) {
   if (text.isEmpty()) return;
+  const QFontMetrics now(control.font());
   QFont bold = control.font();
   bold.setBold(true);
   const auto width = [&text](const QFontMetrics& metrics) { return metrics.size(Qt::TextShowMnemonic, text).width(); };

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+class QString;
 class QWidget;
 
 /// How a control looks whose value has not reached the chip, or would reach it as another one. Texts stay as they are.
@@ -12,8 +13,8 @@ namespace zth::windows {
 /// those for the ground of `window`, whose palette is the first to follow a change.
 void MarkControl(QWidget& control, const QWidget& window, bool pending, bool odd);
 
-/// Widens a control's minimum by what its text needs when it is bold, so that a mark moves and clips nothing.
-void KeepRoomForMark(QWidget& control);
+/// Widens a control's minimum by what its longest text needs when it is bold, so that a mark moves and clips nothing.
+void KeepRoomForMark(QWidget& control, const QString& text);
 
 /// Marks the tab of each page on which one of the controls is pending, and unmarks the others.
 void MarkTabs(const QWidget& window, const std::vector<std::pair<QWidget*, bool>>& pending);

@@ -1,7 +1,5 @@
 #include "windows/Rows.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -11,76 +9,63 @@
 #include <QVBoxLayout>
 
 #include "widgets/UpDown.h"
-#include "windows/BoundControls.h"
+#include "windows/Editors.h"
 
 namespace zth::windows {
 namespace {
 
 constexpr int kColumns = 3;
 
-QLabel* AddLabel(QGridLayout& grid, int line, const Binding& row, QWidget* buddy) {
-  auto* label = new QLabel(CaptionOf(row), grid.parentWidget());
-  // "lbl" in place of the control's own prefix.
-  label->setObjectName("lbl" + NameOf(row.control).mid(3));
-  label->setToolTip(PlaceOf(row));
-  label->setBuddy(buddy);
-  grid.addWidget(label, line, 0);
-  return label;
-}
-
-void AddCheck(QGridLayout& grid, int line, const Binding& row) {
-  auto* check = new QCheckBox(CaptionOf(row), grid.parentWidget());
-  check->setObjectName(NameOf(row.control));
-  if (row.caption == nullptr) {
-    check->hide();
-  } else {
-    grid.addWidget(check, line, 0, 1, kColumns, Qt::AlignLeft);
-  }
-}
-
-void AddList(QGridLayout& grid, int line, const Binding& row) {
-  auto* list = new QComboBox(grid.parentWidget());
-  list->setObjectName(NameOf(row.control));
-  for (const char* item : row.items) list->addItem(QString::fromUtf8(item));
-  AddLabel(grid, line, row, list);
-  grid.addWidget(list, line, 1);
-}
-
-void AddText(QGridLayout& grid, int line, const Binding& row) {
-  auto* box = new QLineEdit(grid.parentWidget());
-  box->setObjectName(NameOf(row.control));
-  auto* upDown = new widgets::UpDown(box, {row.code->min, row.code->max, 1}, grid.parentWidget());
-  upDown->setObjectName(row.upDown);
-  AddLabel(grid, line, row, box);
-  QHBoxLayout* pair = upDown->Row();
-  if (*row.code->unit != '\0') {
-    // Before the stretch at the pair's end.
-    pair->insertWidget(pair->count() - 1, new QLabel(QString::fromLatin1(row.code->unit), grid.parentWidget()));
-    pair->insertSpacing(pair->count() - 2, grid.parentWidget()->fontMetrics().averageCharWidth());
-  }
-  grid.addLayout(pair, line, 1);
+/// The first line under what the grid holds already.
+int NextLine(const QGridLayout& grid) {
+  return grid.count() == 0 ? 0 : grid.rowCount();
 }
 
 }  // namespace
 
-void BuildRows(QGridLayout& grid, std::span<const Binding> rows) {
-  int line = grid.count() == 0 ? 0 : grid.rowCount();
-  for (const Binding& row : rows) {
-    if (row.code != nullptr) {
-      AddText(grid, line, row);
-    } else if (!row.items.empty()) {
-      AddList(grid, line, row);
+PlacedRow PlaceRow(QGridLayout& grid, const Binding& row, int columns) {
+  QWidget* parent = grid.parentWidget();
+  PlacedRow placed{&Editor::Make(row, parent)->Control()};
+  const int line = NextLine(grid);
+  if (row.code == nullptr && row.items.empty()) {
+    if (row.caption == nullptr) {
+      placed.control->hide();
     } else {
-      AddCheck(grid, line, row);
+      grid.addWidget(placed.control, line, 0, 1, columns, Qt::AlignLeft);
     }
-    ++line;
+    return placed;
+  }
+  if (row.code != nullptr) {
+    auto* upDown =
+        new widgets::UpDown(qobject_cast<QLineEdit*>(placed.control), {row.code->min, row.code->max, 1}, parent);
+    upDown->setObjectName(row.upDown);
+    placed.pair = upDown->Row();
+    grid.addLayout(placed.pair, line, 1);
+  } else {
+    grid.addWidget(placed.control, line, 1);
+  }
+  placed.label = new QLabel(CaptionOf(row), parent);
+  // "lbl" in place of the control's own prefix.
+  placed.label->setObjectName("lbl" + NameOf(row.control).mid(3));
+  placed.label->setBuddy(placed.control);
+  grid.addWidget(placed.label, line, 0);
+  return placed;
+}
+
+void BuildRows(QGridLayout& grid, std::span<const Binding> rows) {
+  for (const Binding& row : rows) {
+    const PlacedRow placed = PlaceRow(grid, row, kColumns);
+    if (placed.label != nullptr) placed.label->setToolTip(PlaceOf(row));
+    if (placed.pair == nullptr || *row.code->unit == '\0') continue;
+    // Before the stretch at the pair's end.
+    placed.pair->insertWidget(placed.pair->count() - 1, new QLabel(row.code->unit, grid.parentWidget()));
+    placed.pair->insertSpacing(placed.pair->count() - 2, grid.parentWidget()->fontMetrics().averageCharWidth());
   }
 }
 
 void BuildGroup(QGridLayout& grid, const QString& heading, std::span<const Binding> rows) {
-  int line = 0;
-  if (grid.count() != 0) {
-    line = grid.rowCount();
+  int line = NextLine(grid);
+  if (line != 0) {
     grid.setRowMinimumHeight(line, grid.parentWidget()->fontMetrics().height() / 3);
     ++line;
   }

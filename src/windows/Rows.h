@@ -6,11 +6,24 @@
 
 class QGridLayout;
 class QGroupBox;
+class QHBoxLayout;
+class QLabel;
 class QString;
 class QTabWidget;
 class QWidget;
 
 namespace zth::windows {
+
+/// A row of a grid: the control, the label before it unless it is a check box, and a text box's line with its up-down,
+/// which ends in a stretch.
+struct PlacedRow {
+  QWidget* control;
+  QLabel* label = nullptr;
+  QHBoxLayout* pair = nullptr;
+};
+
+/// Makes a row's control on a line of its own under what the grid holds already. A check box takes all `columns`.
+PlacedRow PlaceRow(QGridLayout& grid, const Binding& row, int columns);
 
 /// Makes the controls of a table, each on a row of its own under what the grid holds already: a check box over both
 /// columns, a label ("lblControl(0)" for "cmbControl(0)") and the list or text box that is its buddy. A row without a

@@ -18,8 +18,7 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "widgets/UpDown.h"
-#include "windows/Bindings.h"
-#include "windows/BoundControls.h"
+#include "windows/Editors.h"
 #include "windows/Handlers.h"
 #include "windows/PendingMarks.h"
 
@@ -48,14 +47,12 @@ constexpr std::array<SetupOption, 7> kSetupOptions{{
     {Check({"chkOption", 2}, "Enable '&Setup Complete' configuration bit", chip::kSetupComplete),
      true, Action::SetBits},
     {Check({"chkOption", 3}, "Load &Graphing Window", {}), true, Action::OpenGraphs},
-    {Check({"chkOption", 4}, "Set Max &PWM1-4 to 100%", {"PWM 1-4 Max"_reg, Bits(7, 0)}), true, Action::WriteOnes},
+    {Check({"chkOption", 4}, "Set Max &PWM1-4 to 100%", Byte("PWM 1-4 Max"_reg)), true, Action::WriteOnes},
     {Check({"chkOption", 5}, "Set fa&ns to run at Max PWM", At("Configuration 2", "FFS")), false, Action::SetBits},
     {Check({"chkOption", 6}, "Set ALERT to Co&mparator mode ", At("Configuration 1", "ALT")), false, Action::SetBits},
 }};
 // clang-format on
 constexpr std::uint8_t kEasyConfig = kSetupOptions[0].row.reg;
-
-constexpr unsigned kOnes = 0xFF;
 
 }  // namespace
 
@@ -175,13 +172,12 @@ bool frmEasySetup::RunOption(std::size_t i) {
       OpenGraphs();
       return true;
     case Action::WriteOnes:
-      link::WriteRegisterValue(link::DeviceAddress, option.row.reg, base::PutField(0, option.row.bits, kOnes));
+      link::WriteRegisterValue(link::DeviceAddress, option.row.reg,
+                               static_cast<std::int32_t>(base::Mask(option.row.bits)));
       return true;
-    case Action::SetBits: {
-      const auto before = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, option.row.reg));
-      link::WriteRegisterValue(link::DeviceAddress, option.row.reg, base::PutField(before, option.row.bits, kOnes));
+    case Action::SetBits:
+      link::ModifyRegister(link::DeviceAddress, option.row.reg, 0, base::Mask(option.row.bits));
       return true;
-    }
   }
   return true;
 }

@@ -9,7 +9,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 
-#include "windows/BoundControls.h"
+#include "windows/Editors.h"
 #include "windows/Handlers.h"
 #include "windows/Rows.h"
 
@@ -35,7 +35,7 @@ constexpr std::array kFullSpeed{
 constexpr std::array kDrive{
     Check("chkPWMMode", "Enable High Fre&quency PWM", At("Configuration 2", "HF")),
     Check("chkDisFastSpin", "&Disable Fast Spin-up", At("Configuration 1", "DFS")),
-    Text("txtMaxPWM", "Ma&x PWM 1-4", {"PWM 1-4 Max"_reg, Bits(7, 0)}, kDuty, "UpDown1"),
+    Text("txtMaxPWM", "Ma&x PWM 1-4", Byte("PWM 1-4 Max"_reg), kDuty, "UpDown1"),
 };
 constexpr std::array kMeasurement{
     Check("chkFastMeasure", "Fast Fan Speed &Measurement ", At("Configuration 2", "Fst")),
@@ -88,7 +88,7 @@ constexpr auto RampRows(int i) {
 constexpr auto MinimumRows(int i) {
   const Pwm& pwm = kPwms[static_cast<std::size_t>(i)];
   return std::array{
-      Text({"txtMinPWM", i}, "PWM%1 Min &Duty Cycle", {pwm.minimum, Bits(7, 0)}, kDuty, pwm.upDown),
+      Text({"txtMinPWM", i}, "PWM%1 Min &Duty Cycle", Byte(pwm.minimum), kDuty, pwm.upDown),
       Check({"chkMinSpeed", i}, "Hold PWM%1 at PWM&min at temperatures below Tmin", pwm.frequency, pwm.bit),
   };
 }
@@ -183,7 +183,7 @@ void frmFanConfig::BuildTachPage(QTabWidget& tabs) {
     buttons->addWidget(button);
     return button;
   };
-  const QString place = PlaceOf(Check("", nullptr, {"Tach Enable"_reg, Bits(7, 0)}));
+  const QString place = PlaceOf(Check("", nullptr, Byte("Tach Enable"_reg)));
   OnClick(*add("cmdEnableAll", "&Enable All", "Tick all eight: " + place), [this] { cmdEnableAll_Click(); });
   OnClick(*add("cmdDisableAll", "&Disable All", "Untick all eight: " + place), [this] { cmdDisableAll_Click(); });
   buttons->addStretch();

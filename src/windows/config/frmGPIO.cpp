@@ -12,6 +12,7 @@
 
 #include "chip/PinModel.h"
 #include "windows/BoundControls.h"
+#include "windows/BoundMarks.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
 
@@ -127,8 +128,8 @@ frmGPIO::frmGPIO(const Context& context)
   column->addLayout(buttons);
 
   // Each change is written at once, so that its mark goes as it comes.
-  controls_ = new BoundControls(*this, kRows);
-  OnToggle(*chkEnGPIO, [this] { chkEnGPIO_Click(); });
+  controls_ = new BoundControls(*this, kRows, [this](const Binding& row) { Control_Change(row); });
+  new BoundMarks(*this, *controls_);
   for (Line& line : lines_) {
     line.cmbStatus->hide();
     line.lblStatus->setMinimumWidth(line.cmbStatus->minimumWidth());
@@ -162,9 +163,6 @@ void frmGPIO::BuildLine(std::size_t i, QGridLayout& grid) {
   grid.addWidget(line.cmbStatus, row, kStatusColumn);
   grid.addWidget(line.lblStatus, row, kStatusColumn);
   grid.addWidget(line.chkPinEn, row, kPinEnColumn, Qt::AlignHCenter);
-  OnSelect(*line.cmbDir, [this] { cmbDir_Click(); });
-  OnSelect(*cmbPolarity, [this] { cmbPolarity_Click(); });
-  OnSelect(*line.cmbStatus, [this] { cmbStatus_Click(); });
 }
 
 void frmGPIO::Form_Load() {
@@ -196,25 +194,11 @@ void frmGPIO::UpdateGPIOStatus() {
   }
 }
 
-void frmGPIO::chkEnGPIO_Click() {
-  if (loaded_) controls_->Apply(kEnableWrite);
-}
-
-void frmGPIO::cmbDir_Click() {
-  WriteGpioRegisters();
-}
-
-void frmGPIO::cmbPolarity_Click() {
-  WriteGpioRegisters();
-}
-
-void frmGPIO::cmbStatus_Click() {
-  WriteGpioRegisters();
-}
-
-void frmGPIO::WriteGpioRegisters() {
+void frmGPIO::Control_Change(const Binding& row) {
   // What a refresh shows stands in the chip already; written back, half of it would be older than the other half.
-  if (loaded_ && !refreshing_) controls_->Apply(kPinWrites);
+  if (!loaded_ || refreshing_) return;
+  // The box writes its own bit; each list writes all of the pins' registers, whole.
+  controls_->Apply(&row == kRows.data() ? std::span<const WriteStep>(kEnableWrite) : kPinWrites);
 }
 
 }  // namespace zth::windows

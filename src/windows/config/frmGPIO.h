@@ -12,6 +12,7 @@ class QLabel;
 namespace zth::windows {
 
 class BoundControls;
+struct Binding;
 
 /// Direction, polarity and status of the eight general-purpose pins. A live window: each change of a control goes to
 /// the chip at once, and the master timer refreshes it while it is open.
@@ -39,11 +40,7 @@ class frmGPIO final : public ChildWindow {
   };
 
   void BuildLine(std::size_t i, QGridLayout& grid);
-  void chkEnGPIO_Click();
-  void cmbDir_Click();
-  void cmbPolarity_Click();
-  void cmbStatus_Click();
-  void WriteGpioRegisters();
+  void Control_Change(const Binding& row);
 
   std::array<Line, kPins> lines_{};
   BoundControls* controls_ = nullptr;

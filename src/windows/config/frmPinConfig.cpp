@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include "windows/BoundControls.h"
+#include "windows/BoundMarks.h"
 #include "windows/Handlers.h"
 #include "windows/Rows.h"
 #include "windows/SharedState.h"
@@ -57,6 +58,7 @@ frmPinConfig::frmPinConfig(const Context& context)
   column->addWidget(tabs);
 
   controls_ = new BoundControls(*this, kPinConfigRows);
+  new BoundMarks(*this, *controls_);
   for (QRadioButton* option : optEasy_) OnToggle(*option, [this] { optEasy_Click(); });
   OnSelect(
       List(kVidGroup), [this] { cmbPins1234_31_32_Click(); }, Wheel::WithFocus);

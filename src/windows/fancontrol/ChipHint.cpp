@@ -1,5 +1,6 @@
 #include "windows/fancontrol/ChipHint.h"
 
+#include <array>
 #include <utility>
 
 #include <QLabel>
@@ -9,24 +10,55 @@
 #include "chip/Conversions.h"
 #include "chip/DegreesText.h"
 #include "chip/Measurements.h"
+#include "chip/RegisterNames.h"
 #include "windows/Handlers.h"
 
 namespace zth::windows {
 namespace {
 
 constexpr std::size_t kPolledGroup = 6;
-constexpr int kTminRow = 39;
-constexpr int kOpPointRow = 42;  // of remote 0, which there is none of
+constexpr std::size_t kTminRow = 39;
+constexpr std::size_t kOpPointRow = 42;  // of remote 0, which there is none of
 
 /// The log's table keeps what the chip holds, whatever the demo does to the measurements.
-int Logged(int row) {
-  return base::RoundToInt(static_cast<double>(chip::LogChannelTable[static_cast<std::size_t>(row)].Value));
+int Logged(std::size_t row) {
+  return base::RoundToInt(static_cast<double>(chip::LogChannelTable[row].Value));
+}
+
+int PolledTmin(std::size_t channel) {
+  return Logged(kTminRow + channel);
+}
+
+int PolledOpPoint(std::size_t remote) {
+  return Logged(kOpPointRow + remote);
 }
 
 /// What the demo had added to a remote's values when they were polled.
-int Lift(int remote) {
-  return chip::Measurements.PolledTmin[static_cast<std::size_t>(remote)] - PolledTmin(remote);
+int Lift(std::size_t remote) {
+  return chip::Measurements.PolledTmin[remote] - PolledTmin(remote);
 }
+
+int PolledLowLimit(std::size_t remote) {
+  return chip::Measurements.PolledLowLimit[remote] - Lift(remote);
+}
+
+int PolledHighLimit(std::size_t remote) {
+  return chip::Measurements.PolledHighLimit[remote] - Lift(remote);
+}
+
+/// A run of registers, and the channel that the first of them belongs to.
+struct PolledRun {
+  int first;
+  int count;
+  std::size_t channel;
+  int (*degrees)(std::size_t channel);
+};
+constexpr std::array kPolledRuns{
+    PolledRun{"Local Tmin"_reg, 4, 0, PolledTmin},
+    PolledRun{"Remote 1 Operating Point"_reg, 2, 1, PolledOpPoint},
+    PolledRun{"Remote 1 Low Limit"_reg, 2, 1, PolledLowLimit},
+    PolledRun{"Remote 1 High Limit"_reg, 2, 1, PolledHighLimit},
+};
 
 }  // namespace
 
@@ -52,20 +84,12 @@ void ChipHint::Refresh(bool otherChip) {
   box_.setAccessibleDescription(text.isEmpty() ? QString() : QString("The chip holds %1").arg(polled_()));
 }
 
-int PolledTmin(int channel) {
-  return Logged(kTminRow + channel);
-}
-
-int PolledOpPoint(int remote) {
-  return Logged(kOpPointRow + remote);
-}
-
-int PolledLowLimit(int remote) {
-  return chip::Measurements.PolledLowLimit[static_cast<std::size_t>(remote)] - Lift(remote);
-}
-
-int PolledHighLimit(int remote) {
-  return chip::Measurements.PolledHighLimit[static_cast<std::size_t>(remote)] - Lift(remote);
+ChipHint::Polled PolledDegrees(int reg) {
+  for (const PolledRun& run : kPolledRuns) {
+    if (reg < run.first || reg >= run.first + run.count) continue;
+    return [&run, channel = run.channel + static_cast<std::size_t>(reg - run.first)] { return run.degrees(channel); };
+  }
+  return {};
 }
 
 }  // namespace zth::windows

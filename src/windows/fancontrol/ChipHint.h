@@ -34,10 +34,7 @@ class ChipHint {
   std::uint32_t readsThen_ = 0;
 };
 
-// The registers that the monitor polls, as the chip holds them: the demo's lift is taken off. Remotes are 1 and 2.
-int PolledTmin(int channel);
-int PolledOpPoint(int remote);
-int PolledLowLimit(int remote);
-int PolledHighLimit(int remote);
+/// A register that the monitor polls, as the chip holds it: the demo's lift is taken off. Empty for any other register.
+ChipHint::Polled PolledDegrees(int reg);
 
 }  // namespace zth::windows

@@ -16,8 +16,6 @@ const std::array<const char*, 16> kTrangeItems{"2°C",    "2.5°C", "3.3°C", "4
 
 namespace {
 
-constexpr std::array kChannelNames{"Local", "Remote1", "Remote2", "Remote3"};
-
 constexpr int kLocal = 1;
 constexpr int kRemote1 = 2;
 constexpr int kRemote2 = 3;

@@ -11,6 +11,7 @@ namespace zth::windows {
 
 inline constexpr int kPwms = 4;
 inline constexpr int kChannels = 4;
+inline constexpr std::array<const char*, kChannels> kChannelNames{"Local", "Remote1", "Remote2", "Remote3"};
 
 /// The texts of the controls, and the Tmin that the chip reports.
 struct CurveTexts {

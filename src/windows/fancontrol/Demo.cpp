@@ -25,21 +25,21 @@ constexpr std::int32_t kRemote2Therm2Limit = "Remote 2 THERM2 Limit"_reg;
 constexpr std::uint8_t kZeroDegrees = Degrees(0);
 constexpr std::uint8_t kNinetyDegrees = Degrees(90);
 
-/// One write of the set-up: the register's own bits of `keep`, and `set`. With nothing to keep it is not read.
+/// One write of the set-up: the bits of `own` become those of `set`. A register that is replaced whole is not read.
 struct DemoWrite {
   std::uint8_t reg;
-  std::uint8_t keep;
-  std::uint8_t set;
+  unsigned own;
+  unsigned set;
 };
 
 constexpr DemoWrite Whole(std::int32_t reg, std::uint8_t value) {
-  return {static_cast<std::uint8_t>(reg), 0, value};
+  return {static_cast<std::uint8_t>(reg), 0xFF, value};
 }
 constexpr DemoWrite Put(chip::RegisterField at, unsigned value) {
-  return {at.reg, base::PutField(~0U, at.bits, 0), base::PutField(0, at.bits, value)};
+  return {at.reg, base::Mask(at.bits), base::PutField(0, at.bits, value)};
 }
 constexpr DemoWrite Set(std::uint8_t reg, std::uint8_t bits) {
-  return {reg, 0b1111'1111, bits};
+  return {reg, 0, bits};
 }
 
 constexpr unsigned kFollowsRemote2 = 2;
@@ -60,7 +60,7 @@ constexpr std::array kDemoWrites{
     Put(At("Conf_Therm2", "T2E"), 1),
     Set("Thermal Mask 1"_reg, 0b1001'0000),
     Set("Voltage Mask 2"_reg, 0b0010'0000),
-    // Dynamic Tmin on Remote2; THERM2 loads its operating point. The bits go by number, as in kDynTminChecks.
+    // Dynamic Tmin on Remote2; THERM2 loads its operating point. The bits go by number, as in frmDynamicTmin.
     Set("Tmin_Cal1"_reg, 0b0000'0010),
     Set("Tmin_Cal1"_reg, 0b0010'0000),
     // Operating point hysteresis, Tmin hysteresis, THERM2 limit, Trange "26.7°C".
@@ -108,9 +108,11 @@ void SetUpDemo() {
   const std::int16_t port = link::ReadBoardPort(chip::kSwitchDevice0);
   link::WriteBoardPortUnchecked(chip::kSwitchDevice0, port & ~kRemote2Switches & 255);
   for (const DemoWrite& write : kDemoWrites) {
-    int value = write.set;
-    if (write.keep != 0) value |= link::ReadRegister(link::DeviceAddress, write.reg) & write.keep;
-    link::WriteRegisterValue(link::DeviceAddress, write.reg, value);
+    if (write.own == 0xFF) {
+      link::WriteRegisterValue(link::DeviceAddress, write.reg, static_cast<std::int32_t>(write.set));
+    } else {
+      link::ModifyRegister(link::DeviceAddress, write.reg, write.own, write.set);
+    }
   }
 }
 

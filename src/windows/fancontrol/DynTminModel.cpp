@@ -20,8 +20,8 @@ void Append(DutyTraceList& list, std::int16_t pwm) {
 
 }  // namespace
 
-std::array<DutyTraceList, 2> ListDutyTraces(const std::array<std::uint8_t, 4>& configs) {
-  std::array<DutyTraceList, 2> lists;
+std::array<DutyTraceList, kRemotes> ListDutyTraces(const std::array<std::uint8_t, 4>& configs) {
+  std::array<DutyTraceList, kRemotes> lists;
   for (std::int16_t pwm = 0; pwm < 4; ++pwm) {
     const unsigned behaviour = base::GetField(configs[static_cast<std::size_t>(pwm)], chip::kBehaviour);
     if (behaviour == kRemote1 || behaviour == kMaxOf4Channels) Append(lists[0], pwm);

@@ -9,6 +9,8 @@
 /// No widgets, no chip.
 namespace zth::windows {
 
+inline constexpr int kRemotes = 2;
+
 /// The PWMs that one channel drives, in rising order.
 struct DutyTraceList {
   std::array<std::int16_t, 4> Pwm{};  ///< 0 to 3
@@ -18,7 +20,7 @@ struct DutyTraceList {
 
 /// The lists of Remote1 and Remote2 for the bytes of "PWM1 Config" to "PWM4 Config". A PWM that goes by the hottest of
 /// all four channels stands in both.
-std::array<DutyTraceList, 2> ListDutyTraces(const std::array<std::uint8_t, 4>& configs);
+std::array<DutyTraceList, kRemotes> ListDutyTraces(const std::array<std::uint8_t, 4>& configs);
 
 /// A zone of a chart: its bottom as a fraction of the chart's height from the top, and the values at its bottom and
 /// top.

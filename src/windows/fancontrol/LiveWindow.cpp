@@ -1,97 +1,69 @@
 #include "windows/fancontrol/LiveWindow.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 
-namespace zth::windows {
+#include "windows/Rows.h"
 
-LiveWindow::LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows)
-    : ChildWindow(name, caption, context, shows) {
+namespace zth::windows {
+namespace {
+
+QLabel* AddHintLabel(const PlacedRow& placed) {
+  auto* label = new QLabel(placed.control->parentWidget());
+  label->setObjectName("lblChip" + placed.control->objectName().mid(3));
+  // Its room is there whether it says something or not, so that nothing moves.
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance("chip: -188"));
+  label->setIndent(label->fontMetrics().horizontalAdvance(' '));
+  placed.pair->insertWidget(placed.pair->count() - 1, label);
+  return label;
+}
+
+}  // namespace
+
+LiveWindow::LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows,
+                       std::span<const Binding> rows, std::span<const ReadStep> reads)
+    : ChildWindow(name, caption, context, shows), rows_(rows), reads_(reads) {
   SelectOnEnter();
 }
 
-Handler LiveWindow::WhenReady(Handler handler) {
-  return [this, handler = std::move(handler)] {
-    if (ready_) handler();
-  };
+void LiveWindow::AddRows(QWidget& parent, std::span<const Binding> rows) {
+  auto* grid = static_cast<QGridLayout*>(parent.layout());
+  if (grid == nullptr) {
+    grid = new QGridLayout(&parent);
+    grid->setColumnStretch(0, 1);
+  }
+  for (const Binding& row : rows) {
+    const PlacedRow placed = PlaceRow(*grid, row, 2);
+    if (row.code == nullptr) continue;
+    placed.control->setToolTip(row.code->unitName);
+    auto polled = PolledDegrees(row.reg);
+    if (polled) hints_.emplace_back(*static_cast<QLineEdit*>(placed.control), *AddHintLabel(placed), std::move(polled));
+  }
+}
+
+void LiveWindow::Finish() {
+  controls_ = new BoundControls(*this, rows_, [this](const Binding& row) { Control_Change(row); });
+}
+
+void LiveWindow::Control_Change(const Binding& row) {
+  if (!ready_) return;
+  controls_->Write(row);
+  AfterWrite(row);
+}
+
+void LiveWindow::LoadControls() {
+  controls_->Load(reads_);
+  for (ChipHint& hint : hints_) hint.Settle();
+}
+
+void LiveWindow::RefreshHints() {
+  for (ChipHint& hint : hints_) hint.Refresh(IsOfOtherChip());
 }
 
 void LiveWindow::Reread() {
   SetReady(false);
   Load();
-}
-
-ControlRows::ControlRows(QWidget& parent) : parent_(parent), grid_(*new QGridLayout(&parent)) {
-  grid_.setColumnStretch(0, 1);
-}
-
-void ControlRows::AddLabel(const QString& name, const QString& caption, QWidget& buddy) {
-  auto* label = new QLabel(caption, &parent_);
-  label->setObjectName("lbl" + name.mid(3));
-  label->setBuddy(&buddy);
-  grid_.addWidget(label, row_, 0);
-}
-
-QCheckBox* ControlRows::AddCheck(const QString& name, const QString& caption, Handler handler) {
-  auto* box = new QCheckBox(caption, &parent_);
-  box->setObjectName(name);
-  OnToggle(*box, std::move(handler));
-  grid_.addWidget(box, row_++, 0, 1, 2, Qt::AlignLeft);
-  return box;
-}
-
-QComboBox* ControlRows::AddList(const QString& name, const QString& caption, const QStringList& items,
-                                Handler handler) {
-  auto* list = new QComboBox(&parent_);
-  list->setObjectName(name);
-  list->addItems(items);
-  OnSelect(*list, std::move(handler));
-  AddLabel(name, caption, *list);
-  grid_.addWidget(list, row_++, 1);
-  return list;
-}
-
-QLineEdit* ControlRows::AddText(const QString& name, const QString& caption, const QString& upDown,
-                                const widgets::UpDown::Range& range, Handler handler) {
-  return AddText(name, caption, upDown, range, std::move(handler), nullptr);
-}
-
-QLineEdit* ControlRows::AddText(const QString& name, const QString& caption, const QString& upDown,
-                                const widgets::UpDown::Range& range, Handler handler, QLabel*& beside) {
-  return AddText(name, caption, upDown, range, std::move(handler), &beside);
-}
-
-QLineEdit* ControlRows::AddText(const QString& name, const QString& caption, const QString& upDown,
-                                const widgets::UpDown::Range& range, Handler handler, QLabel** beside) {
-  auto* box = new QLineEdit(&parent_);
-  box->setObjectName(name);
-  OnChange(*box, std::move(handler));
-  auto* pair = new widgets::UpDown(box, range, &parent_);
-  pair->setObjectName(upDown);
-  AddLabel(name, caption, *box);
-  QHBoxLayout* row = pair->Row();
-  if (beside != nullptr) {
-    *beside = new QLabel(&parent_);
-    (*beside)->setObjectName("lblChip" + name.mid(3));
-    // Its room is there whether it says something or not, so that nothing moves.
-    (*beside)->setMinimumWidth((*beside)->fontMetrics().horizontalAdvance("chip: -188"));
-    (*beside)->setIndent((*beside)->fontMetrics().horizontalAdvance(' '));
-    row->insertWidget(row->count() - 1, *beside);
-  }
-  grid_.addLayout(row, row_++, 1);
-  return box;
-}
-
-QString ElementName(const char* array, int index) {
-  return QString("%1(%2)").arg(array).arg(index);
-}
-
-void ModifyRegister(std::int32_t number, std::uint8_t keep, std::int32_t set) {
-  const std::int16_t before = link::ReadRegister(link::DeviceAddress, number);
-  link::WriteRegisterValue(link::DeviceAddress, number, (before & keep) | set);
 }
 
 }  // namespace zth::windows

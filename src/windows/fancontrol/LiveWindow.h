@@ -1,85 +1,53 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
-#include <cstdint>
-#include <functional>
+#include <deque>
+#include <span>
 
-#include "link/Declarations.h"
-#include "link/USBStuff.h"
-#include "widgets/UpDown.h"
+#include "windows/BoundControls.h"
 #include "windows/ChildWindow.h"
-#include "windows/Handlers.h"
+#include "windows/fancontrol/ChipHint.h"
 
-class QCheckBox;
-class QComboBox;
-class QGridLayout;
-class QGroupBox;
-class QLabel;
-class QLineEdit;
+class QLayout;
 
-/// What the windows have in common that write at each change of a control.
 namespace zth::windows {
 
-/// A window whose handlers do nothing until its load step has shown what the chip holds.
+/// A window as a table whose rows are written one by one, each at once when its control changes. Nothing is written
+/// until the load step has shown what the chip holds.
 class LiveWindow : public ChildWindow {
   Q_OBJECT
 
- public:
-  /// `shows` as a ChildWindow has it.
-  LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows);
-
  protected:
+  /// `shows` as a ChildWindow has it. All that is spanned lives as long as the program.
+  LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows,
+             std::span<const Binding> rows, std::span<const ReadStep> reads);
+
+  /// Makes the controls of some rows under those that `parent` has already, labels in its first column. Beside a text
+  /// whose register the monitor polls there is room for a ChipHint: "lblChipTmin(0)" for "txtTmin(0)".
+  void AddRows(QWidget& parent, std::span<const Binding> rows);
+  /// The last step of a window's constructor: the controls of all rows stand in it.
+  void Finish();
+
+  /// Reads the chip in the order of the reads and shows it.
+  void LoadControls();
+  void RefreshHints();
+  /// Runs when a control has been written.
+  virtual void AfterWrite(const Binding& /*row*/) {}
+
   /// With the window not ready meanwhile, so that nothing is written back; Form_Load makes it ready again.
   void Reread() override;
 
   bool Ready() const { return ready_; }
   void SetReady(bool ready) { ready_ = ready; }
-  /// The handler, kept from running while the window is not ready.
-  Handler WhenReady(Handler handler);
+  const BoundControls& Controls() const { return *controls_; }
 
  private:
+  void Control_Change(const Binding& row);
+
+  std::span<const Binding> rows_;
+  std::span<const ReadStep> reads_;
+  BoundControls* controls_ = nullptr;
+  std::deque<ChipHint> hints_;
   bool ready_ = false;
 };
-
-/// Places controls on the rows of a grid, labels in the first column. Each gets its objectName, a label named after it
-/// ("lblMaxPWM" for "txtMaxPWM"), and its handler.
-class ControlRows {
- public:
-  explicit ControlRows(QWidget& parent);
-
-  QCheckBox* AddCheck(const QString& name, const QString& caption, Handler handler);
-  QComboBox* AddList(const QString& name, const QString& caption, const QStringList& items, Handler handler);
-  QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
-                     const widgets::UpDown::Range& range, Handler handler);
-  /// The same with room beside the box for a ChipHint: "lblChipTmin(0)" for "txtTmin(0)".
-  QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
-                     const widgets::UpDown::Range& range, Handler handler, QLabel*& beside);
-
- private:
-  QLineEdit* AddText(const QString& name, const QString& caption, const QString& upDown,
-                     const widgets::UpDown::Range& range, Handler handler, QLabel** beside);
-  void AddLabel(const QString& name, const QString& caption, QWidget& buddy);
-
-  QWidget& parent_;
-  QGridLayout& grid_;
-  int row_ = 0;
-};
-
-/// "txtTmin(2)".
-QString ElementName(const char* array, int index);
-
-/// A block of registers, taken out of the link's buffer before anything else can use that.
-template <std::size_t kCount>
-std::array<std::uint8_t, kCount> ReadBytes(std::int32_t first) {
-  link::ReadRegisterBlock(link::DeviceAddress, first, static_cast<std::int16_t>(kCount));
-  std::array<std::uint8_t, kCount> bytes{};
-  std::copy_n(link::ReadBuffer.begin(), kCount, bytes.begin());
-  return bytes;
-}
-
-/// Reads a register and writes it with the bits of `keep` left as they are and `set` added. What `set` has beyond a
-/// byte, or on the kept bits, goes out with it.
-void ModifyRegister(std::int32_t number, std::uint8_t keep, std::int32_t set);
 
 }  // namespace zth::windows

@@ -1,54 +1,27 @@
 #include "windows/fancontrol/frmDynamicTmin.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
+#include <algorithm>
+
 #include <QPushButton>
 #include <QTabWidget>
 
 #include "base/NumberText.h"
 #include "base/Rounding.h"
-#include "chip/DegreesText.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
+#include "chip/RegisterNames.h"
+#include "link/Declarations.h"
+#include "link/USBStuff.h"
 #include "widgets/Strip.h"
 #include "windows/SharedState.h"
 #include "windows/fancontrol/Charts.h"
 #include "windows/fancontrol/Demo.h"
-#include "windows/fancontrol/DynTminChecks.h"
 #include "windows/fancontrol/DynTminModel.h"
 
 namespace zth::windows {
-namespace {
-
-constexpr std::array<base::BitField, kRemotes> kCycles{chip::Field("Tmin_Cal2", "CYR1"),
-                                                       chip::Field("Tmin_Cal2", "CYR2")};
-constexpr base::BitField kOpPointHyst = chip::Field("Operating Point Hyst", "Hys");
-
-QString DegreesDigits(std::uint8_t raw) {
-  return QString::fromStdString(chip::DegreesText(raw));
-}
-
-double NumberIn(const QLineEdit& box) {
-  return base::LeadingDecimal(box.text().toStdString());
-}
-
-}  // namespace
 
 void frmDynamicTmin::Form_Load() {
-  ShowChecks(ReadBytes<2>("Tmin_Cal1"_reg));
-  const auto show = [](std::int32_t first, QLineEdit* box0, QLineEdit* box1) {
-    const auto bytes = ReadBytes<2>(first);
-    box0->setText(DegreesDigits(bytes[0]));
-    box1->setText(DegreesDigits(bytes[1]));
-  };
-  show(reg::kRemote1OpPoint, channels_[0].txtOpPoint, channels_[1].txtOpPoint);
-  show(reg::kRemote1Tmin, channels_[0].txtTmin, channels_[1].txtTmin);
-  show(reg::kRemote1LowLimit, channels_[0].txtLowLim, channels_[1].txtLowLim);
-  show(reg::kRemote1HighLimit, channels_[0].txtHighLim, channels_[1].txtHighLim);
-  const auto hysteresis = ReadBytes<1>("Operating Point Hyst"_reg);
-  txtOpPointHyst_->setText(QString::number(base::GetField(hysteresis[0], kOpPointHyst)));
-  for (ChipHint& hint : hints_) hint.Settle();
+  LoadControls();
   ShowRemote1Available(chip::PinFunctions.D1);
   if (DemoRunning) cmdDemo_->setText("S&top...");
   SetReady(true);
@@ -58,17 +31,6 @@ void frmDynamicTmin::Form_Load() {
 void frmDynamicTmin::Form_Unload() {
   SetReady(false);
   DynTminOpen = false;
-}
-
-void frmDynamicTmin::ShowChecks(const std::array<std::uint8_t, 2>& bytes) {
-  for (std::size_t i = 0; i < checks_.size(); ++i) {
-    const DynTminCheck& row = kDynTminChecks[i];
-    const std::uint8_t byte = bytes[static_cast<std::size_t>(row.number - "Tmin_Cal1"_reg)];
-    checks_[i]->setChecked(base::GetBit(byte, row.bit) != row.inverted);
-  }
-  for (std::size_t i = 0; i < channels_.size(); ++i) {
-    channels_[i].cmbCycle->setCurrentIndex(static_cast<int>(base::GetField(bytes[1], kCycles[i])));
-  }
 }
 
 void frmDynamicTmin::ShowRemote1Available(bool available) {
@@ -82,7 +44,7 @@ void frmDynamicTmin::ShowRemote1Available(bool available) {
 // ---- The charts
 
 void frmDynamicTmin::UpdateDynTminGraph() {
-  for (ChipHint& hint : hints_) hint.Refresh(IsOfOtherChip());
+  RefreshHints();
   for (int channel = 0; channel < kRemotes; ++channel) PlotChannel(channel);
   SetDutyLegend();
 }
@@ -99,7 +61,7 @@ void frmDynamicTmin::PlotChannel(int channel) {
     strip.PlotValue(trace, values[static_cast<std::size_t>(trace)]);
     PlaceTraceLabel(strip, trace, values[static_cast<std::size_t>(trace)]);
   }
-  strip.PlotValue(kHysteresisFloorTrace, opPoint - NumberIn(*txtOpPointHyst_));
+  strip.PlotValue(kHysteresisFloorTrace, opPoint - base::LeadingDecimal(Controls().TextOf("txtOpPointHyst")));
 }
 
 void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double value) {
@@ -111,7 +73,10 @@ void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double va
 }
 
 void frmDynamicTmin::SetDutyLegend() {
-  const auto lists = ListDutyTraces(ReadBytes<4>(reg::kPwmConfig));
+  std::array<std::uint8_t, 4> configs{};
+  link::ReadRegisterBlock(link::DeviceAddress, "PWM1 Config"_reg, configs.size());
+  std::copy_n(link::ReadBuffer.begin(), configs.size(), configs.begin());
+  const auto lists = ListDutyTraces(configs);
   for (int channel = 0; channel < kRemotes; ++channel) {
     const DutyTraceList& list = lists[static_cast<std::size_t>(channel)];
     widgets::Strip& strip = *Strip2_[static_cast<std::size_t>(channel)];
@@ -169,28 +134,6 @@ void frmDynamicTmin::cmdDemo_Click() {
   SSTab1_->setCurrentIndex(1);
   Strip2_[1]->ClearData();
   DemoRunning = true;
-}
-
-void frmDynamicTmin::Check_Click(int check) {
-  const DynTminCheck& row = kDynTminChecks[static_cast<std::size_t>(check)];
-  const bool ticked = checks_[static_cast<std::size_t>(check)]->isChecked();
-  const auto before = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, row.number));
-  link::WriteRegisterValue(link::DeviceAddress, row.number, base::PutBit(before, row.bit, ticked != row.inverted));
-}
-
-void frmDynamicTmin::cmbCycle_Click(int channel) {
-  const base::BitField field = kCycles[static_cast<std::size_t>(channel)];
-  const QComboBox& list = *channels_[static_cast<std::size_t>(channel)].cmbCycle;
-  ModifyRegister("Tmin_Cal2"_reg, reg::Without(field), list.findText(list.currentText()) << field.shift);
-}
-
-void frmDynamicTmin::Degrees_Change(std::int32_t number, const QLineEdit& box) {
-  link::WriteRegisterValue(link::DeviceAddress, number, chip::DegreesByte(box.text().toStdString()));
-}
-
-void frmDynamicTmin::txtOpPointHyst_Change() {
-  const auto degrees = static_cast<unsigned>(base::RoundToInt(NumberIn(*txtOpPointHyst_)));
-  link::WriteRegisterValue(link::DeviceAddress, "Operating Point Hyst"_reg, base::PutField(0, kOpPointHyst, degrees));
 }
 
 }  // namespace zth::windows

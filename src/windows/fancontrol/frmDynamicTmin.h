@@ -1,9 +1,7 @@
 #pragma once
 
 #include <array>
-#include <deque>
 
-#include "windows/fancontrol/ChipHint.h"
 #include "windows/fancontrol/LiveWindow.h"
 
 class QPushButton;
@@ -32,23 +30,11 @@ class frmDynamicTmin final : public LiveWindow {
   void UpdateDynTminGraph();
 
  private:
-  /// One box a bit: three for each channel, and the control loop.
-  static constexpr int kChecks = 7;
-  struct ChannelControls {
-    QComboBox* cmbCycle = nullptr;
-    QLineEdit* txtOpPoint = nullptr;
-    QLineEdit* txtTmin = nullptr;
-    QLineEdit* txtLowLim = nullptr;
-    QLineEdit* txtHighLim = nullptr;
-  };
-
   QTabWidget* MakeTabs();
   QWidget* MakeTab(int channel);
   QWidget* MakeCommonRow();
-  QCheckBox* MakeCheck(ControlRows& rows, int check);
   widgets::Strip* MakeChart(int channel);
 
-  void ShowChecks(const std::array<std::uint8_t, 2>& bytes);
   void ShowRemote1Available(bool available);
   void PlotChannel(int channel);
   void PlaceTraceLabel(widgets::Strip& strip, int label, double value);
@@ -58,16 +44,8 @@ class frmDynamicTmin final : public LiveWindow {
   void Strip2_LayoutChanged(int index);
   void cmdCancel_Click();
   void cmdDemo_Click();
-  void Check_Click(int check);
-  void cmbCycle_Click(int channel);
-  void Degrees_Change(std::int32_t number, const QLineEdit& box);
-  void txtOpPointHyst_Change();
 
   QTabWidget* SSTab1_ = nullptr;
-  std::array<QCheckBox*, kChecks> checks_{};
-  std::array<ChannelControls, 2> channels_;
-  std::deque<ChipHint> hints_;  ///< of the boxes that the chip, or the demo, can move
-  QLineEdit* txtOpPointHyst_ = nullptr;
   QPushButton* cmdDemo_ = nullptr;
   std::array<widgets::Strip*, 2> Strip2_{};
 };

@@ -1,39 +1,74 @@
-#include <QCheckBox>
-#include <QComboBox>
+#include <array>
+#include <vector>
+
+#include <QFrame>
+#include <QGridLayout>
 #include <QHBoxLayout>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 
 #include "base/Twips.h"
 #include "widgets/Strip.h"
 #include "windows/fancontrol/Charts.h"
-#include "windows/fancontrol/DynTminChecks.h"
+#include "windows/fancontrol/DynTminModel.h"
 #include "windows/fancontrol/frmDynamicTmin.h"
 
 // How frmDynamicTmin is built; what its controls do stands in frmDynamicTmin.cpp.
 namespace zth::windows {
 namespace {
 
-constexpr widgets::UpDown::Range kDegrees{0, 120, 1};
-constexpr widgets::UpDown::Range kHysteresis{0, 15, 1};
+constexpr std::array kCycles{"0.5 Sec", "1 Sec", "2 Sec", "4 Sec", "8 Sec", "16 Sec", "32 Sec", "64 Sec"};
 
-/// The up-downs of a channel's tab.
-struct UpDownNames {
-  const char* opPoint;
-  const char* tmin;
-  const char* lowLim;
-  const char* highLim;
+// Rows of Remote1 and Remote2 by turns. The bits of "Tmin_Cal1" go by number: the register table names them in another
+// order than that in which they work.
+constexpr std::array kSwitches{
+    Check("chkEnDynR1", "E&nable Dynamic Tmin for Remote1", "Tmin_Cal1"_reg, 0),
+    Check("chkEnDynR2", "E&nable Dynamic Tmin for Remote2", "Tmin_Cal1"_reg, 1),
+    Check("chkLoadOp1Th1", "Load Remote1 Op-Point with Remote1 Value on THERM&1 event", "Tmin_Cal1"_reg, 2),
+    Check("chkLoadOp2Th1", "Load Remote2 Op-Point with Remote2 Value on THERM&1 event", "Tmin_Cal1"_reg, 3),
+    Check("chkLoadOp1Th2", "Load Remote1 Op-Point with Remote1 Value on THERM&2 event", "Tmin_Cal1"_reg, 4),
+    Check("chkLoadOp2Th2", "Load Remote2 Op-Point with Remote2 Value on THERM&2 event", "Tmin_Cal1"_reg, 5),
 };
-constexpr std::array<UpDownNames, kRemotes> kUpDowns{{
-    {"UpDown1", "UpDown3", "UpDown4", "UpDown5"},
-    {"UpDown6", "UpDown7", "UpDown8", "UpDown9"},
-}};
+constexpr std::array kControlLoop{
+    Check("chkConLoop", "&Backwards Compatible Control Loop", At("Tmin_Cal2", "Ver"), Sense::Inverted),
+};
+constexpr std::array kCycleTimes{
+    List({"cmbCycle", 0}, "Remote%1 C&ycle Time", At("Tmin_Cal2", "CYR1"), kCycles),
+    List({"cmbCycle", 1}, "Remote%1 C&ycle Time", At("Tmin_Cal2", "CYR2"), kCycles),
+};
+constexpr std::array kNumbers{
+    Text("txtR1OpPoint", "Remote1 O&p-Point", Byte("Remote 1 Operating Point"_reg), kDegrees, "UpDown1"),
+    Text("txtR2OpPoint", "Remote2 O&p-Point", Byte("Remote 2 Operating Point"_reg), kDegrees, "UpDown6"),
+    Text({"txtTmin", 0}, "Remote%1 T&min", Byte("Remote 1 Tmin"_reg), kDegrees, "UpDown3"),
+    Text({"txtTmin", 1}, "Remote%1 T&min", Byte("Remote 2 Tmin"_reg), kDegrees, "UpDown7"),
+    Text({"txtLowLim", 0}, "Remote%1 &Low Limit", Byte("Remote 1 Low Limit"_reg), kDegrees, "UpDown4"),
+    Text({"txtLowLim", 1}, "Remote%1 &Low Limit", Byte("Remote 2 Low Limit"_reg), kDegrees, "UpDown8"),
+    Text({"txtHighLim", 0}, "Remote%1 Hi&gh Limit", Byte("Remote 1 High Limit"_reg), kDegrees, "UpDown5"),
+    Text({"txtHighLim", 1}, "Remote%1 Hi&gh Limit", Byte("Remote 2 High Limit"_reg), kDegrees, "UpDown9"),
+};
+constexpr std::array kHysteresis{
+    Alone(Text("txtOpPointHyst", "Operating Point Hysteres&is ", At("Operating Point Hyst", "Hys"), kCutNibble,
+               "UpDown2")),
+};
+constexpr auto kRows = Joined(kSwitches, kControlLoop, kCycleTimes, kNumbers, kHysteresis);
+constexpr std::array kReads{Read("Tmin_Cal1"_reg, 2),           Read("Remote 1 Operating Point"_reg, 2),
+                            Read("Remote 1 Tmin"_reg, 2),       Read("Remote 1 Low Limit"_reg, 2),
+                            Read("Remote 1 High Limit"_reg, 2), Read("Operating Point Hyst"_reg, 1)};
+static_assert(IsSound(kRows, kReads));
+
+/// The rows of one channel.
+template <std::size_t kCount>
+std::vector<Binding> OfChannel(const std::array<Binding, kCount>& rows, int channel) {
+  std::vector<Binding> of;
+  for (auto i = static_cast<std::size_t>(channel); i < kCount; i += kRemotes) of.push_back(rows[i]);
+  return of;
+}
 
 }  // namespace
 
 frmDynamicTmin::frmDynamicTmin(const Context& context)
-    : LiveWindow("frmDynamicTmin", "Dynamic Tmin Settings", context, kShowsChip | kShowsPins | kShowsDuties) {
+    : LiveWindow("frmDynamicTmin", "Dynamic Tmin Settings", context, kShowsChip | kShowsPins | kShowsDuties, kRows,
+                 kReads) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -51,6 +86,7 @@ frmDynamicTmin::frmDynamicTmin(const Context& context)
   }
   column->addLayout(charts, 1);
   column->addWidget(MakeCommonRow());
+  Finish();
   SSTab1_Click();
   OnTab(*SSTab1_, [this] { SSTab1_Click(); });
 }
@@ -76,31 +112,9 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
   row->addWidget(numbers);
   row->addStretch();
 
-  const QString remote = QString("Remote%1 ").arg(channel + 1);
-  ChannelControls& controls = channels_[static_cast<std::size_t>(channel)];
-  ControlRows left(*switches);
-  for (int check = channel; check < kControlLoop; check += kRemotes) MakeCheck(left, check);
-  controls.cmbCycle = left.AddList(ElementName("cmbCycle", channel), remote + "C&ycle Time",
-                                   {"0.5 Sec", "1 Sec", "2 Sec", "4 Sec", "8 Sec", "16 Sec", "32 Sec", "64 Sec"},
-                                   WhenReady([this, channel] { cmbCycle_Click(channel); }));
-
-  const UpDownNames& names = kUpDowns[static_cast<std::size_t>(channel)];
-  ControlRows right(*numbers);
-  const auto add = [&](QLineEdit*& box, const QString& name, const QString& caption, const char* upDown,
-                       std::int32_t first, int (*polled)(int remote)) {
-    QLabel* beside = nullptr;
-    box = right.AddText(name, remote + caption, upDown, kDegrees,
-                        WhenReady([this, &box, first, channel] { Degrees_Change(first + channel, *box); }), beside);
-    box->setToolTip("Degrees C");
-    hints_.emplace_back(*box, *beside, [polled, channel] { return polled(channel + 1); });
-  };
-  add(controls.txtOpPoint, QString("txtR%1OpPoint").arg(channel + 1), "O&p-Point", names.opPoint, reg::kRemote1OpPoint,
-      PolledOpPoint);
-  add(controls.txtTmin, ElementName("txtTmin", channel), "T&min", names.tmin, reg::kRemote1Tmin, PolledTmin);
-  add(controls.txtLowLim, ElementName("txtLowLim", channel), "&Low Limit", names.lowLim, reg::kRemote1LowLimit,
-      PolledLowLimit);
-  add(controls.txtHighLim, ElementName("txtHighLim", channel), "Hi&gh Limit", names.highLim, reg::kRemote1HighLimit,
-      PolledHighLimit);
+  AddRows(*switches, OfChannel(kSwitches, channel));
+  AddRows(*switches, OfChannel(kCycleTimes, channel));
+  AddRows(*numbers, OfChannel(kNumbers, channel));
   // Rows of one height on both sides, so that they stand in line.
   for (const QWidget* side : {switches, numbers}) {
     auto* grid = static_cast<QGridLayout*>(side->layout());
@@ -109,23 +123,13 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
   return page;
 }
 
-QCheckBox* frmDynamicTmin::MakeCheck(ControlRows& rows, int check) {
-  const DynTminCheck& row = kDynTminChecks[static_cast<std::size_t>(check)];
-  return checks_[static_cast<std::size_t>(check)] =
-             rows.AddCheck(row.name, row.caption, WhenReady([this, check] { Check_Click(check); }));
-}
-
 QWidget* frmDynamicTmin::MakeCommonRow() {
   auto* area = new QWidget(this);
   auto* hysteresis = new QWidget(area);
-  ControlRows first(*hysteresis);
-  txtOpPointHyst_ = first.AddText("txtOpPointHyst", "Operating Point Hysteres&is ", "UpDown2", kHysteresis,
-                                  WhenReady([this] { txtOpPointHyst_Change(); }));
-  txtOpPointHyst_->setToolTip("Degrees C");
+  AddRows(*hysteresis, kHysteresis);
   hysteresis->layout()->setContentsMargins(0, 0, 0, 0);
   auto* loop = new QWidget(area);
-  ControlRows second(*loop);
-  MakeCheck(second, kControlLoop);
+  AddRows(*loop, kControlLoop);
   loop->layout()->setContentsMargins(0, 0, 0, 0);
 
   cmdDemo_ = new QPushButton("&Run Demo", area);
@@ -153,7 +157,7 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 widgets::Strip* frmDynamicTmin::MakeChart(int channel) {
   const platform::Clock& clock = Services().clock;
   auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
-  chart->setObjectName(ElementName("Strip2", channel));
+  chart->setObjectName(NameOf({"Strip2", channel}));
   chart->setAccessibleName(QString("Dynamic Tmin of Remote%1").arg(channel + 1));
   connect(chart, &widgets::Strip::Strip2_LayoutChanged, this, [this, chart](int index) {
     if (Strip2_[static_cast<std::size_t>(index)] == chart) Strip2_LayoutChanged(index);

@@ -8,16 +8,13 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "widgets/Toggle.h"
+#include "windows/Editors.h"
 #include "windows/Handlers.h"
 
 namespace zth::windows {
 namespace {
 
 enum Column { kLabelColumn, kMaskColumn, kLampColumn };
-
-QString Element(const char* array, int index) {
-  return QString("%1(%2)").arg(array).arg(index);
-}
 
 }  // namespace
 
@@ -37,7 +34,7 @@ AlertTable::AlertTable(const AlertTab& tab, QWidget* parent) : QWidget(parent), 
 
 void AlertTable::AddHeading(const AlertHeading& heading, int column, QGridLayout& grid) {
   auto* label = new QLabel(heading.caption, this);
-  label->setObjectName(Element("Label3", heading.index));
+  label->setObjectName(NameOf({"Label3", heading.index}));
   QFont heavy = label->font();
   heavy.setBold(true);
   label->setFont(heavy);
@@ -47,16 +44,16 @@ void AlertTable::AddHeading(const AlertHeading& heading, int column, QGridLayout
 void AlertTable::AddRow(int row, QGridLayout& grid) {
   const AlertRow& text = tab_.rows[static_cast<std::size_t>(row)];
   Row controls{new QLabel(text.label, this), nullptr, new widgets::Toggle(this)};
-  controls.label->setObjectName(Element(tab_.label, tab_.firstLabel + row));
+  controls.label->setObjectName(NameOf({tab_.label, tab_.firstLabel + row}));
   grid.addWidget(controls.label, row + 1, kLabelColumn);
   if (tab_.mask != nullptr) {
     controls.mask = new QCheckBox(this);
-    controls.mask->setObjectName(Element(tab_.mask, row));
+    controls.mask->setObjectName(NameOf({tab_.mask, row}));
     controls.mask->setToolTip("Tick to mask the channel's interrupt");
     grid.addWidget(controls.mask, row + 1, kMaskColumn, Qt::AlignCenter);
     OnToggle(*controls.mask, [this, row] { Mask_Click(row); });
   }
-  controls.lamp->setObjectName(Element(tab_.lamp, row));
+  controls.lamp->setObjectName(NameOf({tab_.lamp, row}));
   controls.lamp->setToolTip("Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled");
   grid.addWidget(controls.lamp, row + 1, kLampColumn, Qt::AlignCenter);
   Describe(controls);
@@ -72,8 +69,8 @@ void AlertTable::Describe(const Row& row) {
 void AlertTable::Mask_Click(int row) {
   const AlertRow& text = tab_.rows[static_cast<std::size_t>(row)];
   const bool on = rows_[static_cast<std::size_t>(row)].mask->isChecked();
-  const auto current = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, text.maskRegister));
-  link::WriteRegisterValue(link::DeviceAddress, text.maskRegister, base::PutBit(current, text.bit, on));
+  const base::BitField bit{static_cast<std::uint8_t>(text.bit), 1};
+  link::ModifyRegister(link::DeviceAddress, text.maskRegister, base::Mask(bit), base::PutField(0, bit, on ? 1 : 0));
 }
 
 void AlertTable::ShowMasks(int reg, int value) {
