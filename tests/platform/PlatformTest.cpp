@@ -295,14 +295,5 @@ TEST(Files, ATextGoesOnlyIntoTheFileThatWasSeen) {
   EXPECT_EQ(files.VolumeOf(root), root);
 }
 
-TEST(Clock, IsMonotonicAndWaitsForNothingBelowZero) {
-  DesktopClock clock;
-  const double before = clock.Now();
-  clock.WaitMs(0);
-  clock.WaitMs(-5);
-  clock.WaitMs(2);
-  EXPECT_GE(clock.Now() - before, 0.002);
-}
-
 }  // namespace
 }  // namespace zth::platform

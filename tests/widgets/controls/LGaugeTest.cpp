@@ -216,21 +216,6 @@ TEST(DialScale, ReportsWhatItShows) {
   EXPECT_EQ(DialScale(0, 10).ValueAt(-136), 0);
 }
 
-TEST(DialScale, OneKeyStepMovesALimitOfOneByte) {
-  for (const double span : {1.66, 1.99, 2.0, 2.39, 2.83, 3.32, 4.38, 5.31, 6.64, 15.94, 100.0, 255.0, 12000.0}) {
-    const double step = DialScale(0, span).KeyStep();
-    EXPECT_GT(step * 255 / span, 0.99) << span;
-    EXPECT_LT(step * 255 / span, 5) << span;
-  }
-  EXPECT_EQ(DialScale(-64, 191).KeyStep(), 1);
-}
-
-TEST(DialScale, TurnsTheShorterWay) {
-  for (const auto& [from, to, turn] : {std::tuple{170, -170, 20}, {-170, 170, -20}, {10, 40, 30}, {180, 0, 180}}) {
-    EXPECT_DOUBLE_EQ(TurnBetween(from, to), turn);
-  }
-}
-
 TEST(DialTicks, StandAtRoundNumbersOfAnyRange) {
   using Row = std::tuple<double, double, const char*>;
   for (const auto& [minimum, maximum, expected] :

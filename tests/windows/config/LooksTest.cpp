@@ -1,7 +1,6 @@
 #include <map>
 
 #include <QApplication>
-#include <QComboBox>
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTabWidget>
@@ -70,12 +69,6 @@ TEST_P(Looks, AChangeIsMarkedUntilItIsUndoneOrAppliedAndMovesNothing) {
   for (int page = 0; Tabs() != nullptr && page < Tabs()->count(); ++page) {
     EXPECT_FALSE(Tabs()->tabBar()->tabTextColor(page).isValid());
   }
-}
-
-TEST_P(Looks, EnterIsOk) {
-  QTest::keyClick(&At(controls_.front()), Qt::Key_Return);
-  EXPECT_FALSE(desk_.IsOpen());
-  EXPECT_NE(desk_.board.TakeTraffic(), Traffic{});
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, Looks,
@@ -153,24 +146,6 @@ TEST(FanConfig, AllTachButtonsTouchOnlyTheBoxesAndTheirTabShowsThatItHoldsChange
   EXPECT_EQ(desk.Sent("cmdDisableAll"), Traffic{});
   EXPECT_EQ(desk.Held("chkEnTach(0..7)"), "0|0|0|0|0|0|0|0");
   EXPECT_FALSE(bar->tabTextColor(5).isValid());
-}
-
-TEST(ConfigMarks, AWheelThatPassesOverAListChangesNothing) {
-  WindowDesk desk("frmFanConfig");
-  auto& list = Desk::Get<QComboBox>(*desk.window, "cmbTachPulses");
-  const int before = list.currentIndex();
-  const auto turn = [&] {
-    QWheelEvent wheel(QPointF(5, 5), list.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&list, &wheel);
-  };
-  turn();
-  EXPECT_EQ(list.currentIndex(), before);
-  desk.Main().show();
-  QApplication::setActiveWindow(&desk.Main());
-  list.setFocus();
-  turn();
-  EXPECT_NE(list.currentIndex(), before) << "with the focus it does";
 }
 
 TEST(Therm, SetThermLimitsOpensThatTabAndKeepsWhatIsPending) {
