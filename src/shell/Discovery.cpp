@@ -4,7 +4,6 @@
 #include <array>
 
 #include "base/NumberText.h"
-#include "link/ChipId.h"
 #include "chip/RegisterNames.h"
 #include "link/ChipId.h"
 #include "link/Declarations.h"

@@ -1,7 +1,7 @@
 #include "windows/data/frmLogging.h"
 
-#include <cmath>
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <vector>
 
