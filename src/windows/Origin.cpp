@@ -1,5 +1,7 @@
 #include "windows/Origin.h"
 
+#include "link/Declarations.h"
+
 namespace zth::windows {
 
 void Origin::Note() {
@@ -40,8 +42,12 @@ QString Origin::Explanation() const {
   if (!other) return {};
   const QString from = link::TextOf(other->chip);
   const QString inUse = link::TextOf(link::ChipInUse());
-  if (other->part != nullptr)
+  if (other->part != nullptr) {
     return QString("%1 was read from %2. The chip in use is %3.").arg(other->part, from, inUse);
+  }
+  if ((shows_ & kShowsBoard) != 0 && link::ChipInUse().mode != link::kModeUsb) {
+    return QString("This was read from %1. The board is not reached through %2.").arg(from, inUse);
+  }
   return QString("This was read from %1. What you set here goes to %2.").arg(from, inUse);
 }
 

@@ -90,6 +90,9 @@ TEST_P(ChipChange, ShowsInTitleAndBarUntilTheChipIsBackOrIsRead) {
   EXPECT_EQ(Note(), NoteFrom("58h on USB"));
   Use(kOnHost);
   EXPECT_EQ(Note(), ReadsBoard() ? " (read from 58h on USB)" : NoteFrom("58h on USB"));
+  if (ReadsBoard()) {
+    EXPECT_TRUE(Desk::Text(*window, "lblOrigin").endsWith("The board is not reached through 2Ch on SMBus."));
+  }
   Use(kFirst);
   EXPECT_EQ(Note(), "");
   EXPECT_EQ(window->size(), before);
