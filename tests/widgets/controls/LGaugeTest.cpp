@@ -11,7 +11,6 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "tests/widgets/controls/UserInput.h"
 #include "widgets/LGauge.h"

@@ -4,7 +4,6 @@
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTest>
 
 #include "chip/RegisterRows.h"
 #include "tests/windows/config/ConfigModel.h"

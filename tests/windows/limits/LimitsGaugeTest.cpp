@@ -141,55 +141,72 @@ TEST_F(Limits, ADragWithNothingListedWritesNothingAndGoesBack) {
   EXPECT_EQ(Items("cmbThermTimer").join('|'), "THERM2");
 }
 
-TEST_F(Limits, NoKeyMovesALimitTheOtherWayAndEachStepReachesItsNeighbour) {
+/// The list and its item, the register, and the slider in the order of Tab.
+struct KeyRow {
+  const char *kind, *item;
+  unsigned reg;
+  int position;
+};
+
+struct LimitKeys : Limits {
+  widgets::LGauge& Gauge(const KeyRow& row) { return Desk::Get<widgets::LGauge>(*window, QString("gge") + row.kind); }
+
+  /// The limit with this code, its slider in use.
+  double Show(const KeyRow& row, int raw) {
+    desk.board.Chip()[row.reg] = static_cast<std::uint8_t>(raw);
+    const std::string list = std::string("cmb") + row.kind;
+    Desk::Get<QComboBox>(*window, list.c_str()).setCurrentIndex(-1);
+    PickItem(list.c_str(), row.item);
+    QFocusEvent focus(QEvent::FocusIn, row.position == 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    QApplication::sendEvent(&Gauge(row), &focus);
+    return Gauge(row).SliderValue(row.position);
+  }
+
+  /// What a drag can set, as it shows behind it.
+  std::set<double> Reachable(const KeyRow& row) {
+    Show(row, 0x80);
+    std::set<double> reachable;
+    widgets::LGauge& gauge = Gauge(row);
+    const int slider = gauge.Sliders()[static_cast<std::size_t>(row.position)].number;
+    for (double place = gauge.ScaleMin(); place <= gauge.ScaleMax(); place += gauge.Scale().Resolution()) {
+      Drag((std::string("gge") + row.kind).c_str(), slider, gauge.Scale().Settle(place));
+      reachable.insert(gauge.SliderValue(row.position));
+    }
+    return reachable;
+  }
+
+  void PressEach(const KeyRow& row, int raw, const std::set<double>& reachable) {
+    using enum Qt::Key;
+    static constexpr std::pair<Qt::Key, int> kKeys[]{{Key_Up, 1},         {Key_Down, -1},  {Key_PageUp, 10},
+                                                     {Key_PageDown, -10}, {Key_End, 9999}, {Key_Home, -9999}};
+    for (const auto& [key, steps] : kKeys) {
+      const double before = Show(row, raw);
+      const double after = After(reachable, before, steps);
+      QTest::keyClick(&Gauge(row), key);
+      ASSERT_EQ(Gauge(row).SliderValue(row.position), after)
+          << row.item << ", raw " << raw << ", " << steps << " steps from " << before;
+      EXPECT_TRUE(after != before || desk.board.Chip()[row.reg] == raw) << "nothing is written where nothing moves";
+    }
+  }
+
+  /// From a value on, in the direction of so many steps.
+  static double After(const std::set<double>& reachable, double before, int steps) {
+    std::vector<double> ways{before};
+    if (steps > 0) ways.insert(ways.end(), reachable.upper_bound(before), reachable.end());
+    if (steps < 0) ways.insert(ways.end(), std::make_reverse_iterator(reachable.lower_bound(before)), reachable.rend());
+    return ways[std::min(ways.size() - 1, static_cast<std::size_t>(std::abs(steps)))];
+  }
+};
+
+TEST_F(LimitKeys, NoneMovesALimitTheOtherWayAndEachStepReachesItsNeighbour) {
   Load();
   Load([](Pins& pins) { PutPins(pins, 2); });
-  // The list and its item, the register, and the slider in the order of Tab.
-  const std::tuple<const char*, const char*, unsigned, int> rows[]{
-      {"Temp", "Local", 0x44U, 0},           {"Temp", "Local", 0x48U, 1}, {"Volt", "0.9V (pin19)", 0x4BU, 1},
-      {"Volt", "1.2V (pin25)", 0x74U, 0},    {"Fan", "Fan5", 0x7CU, 0},   {"ThermTimer", "THERM2", 0x81U, 0},
-      {"THERMPin", "Local THERM2", 0x50U, 0}};
-  for (const auto& [kind, item, reg, position] : rows) {
-    const std::string list = std::string("cmb") + kind;
-    auto& gauge = Desk::Get<widgets::LGauge>(*window, QString("gge") + kind);
-    std::uint8_t& now = desk.board.Chip()[reg];
-    const auto show = [&](int raw) {
-      now = static_cast<std::uint8_t>(raw);
-      Desk::Get<QComboBox>(*window, list.c_str()).setCurrentIndex(-1);
-      PickItem(list.c_str(), item);
-      QFocusEvent focus(QEvent::FocusIn, position == 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-      QApplication::sendEvent(&gauge, &focus);
-      return gauge.SliderValue(position);
-    };
-    // What a drag can set, as it shows behind it.
-    std::set<double> reachable;
-    show(0x80);
-    for (double place = gauge.ScaleMin(); place <= gauge.ScaleMax(); place += gauge.Scale().Resolution()) {
-      Drag((std::string("gge") + kind).c_str(), gauge.Sliders()[static_cast<std::size_t>(position)].number,
-           gauge.Scale().Settle(place));
-      reachable.insert(gauge.SliderValue(position));
-    }
-    for (int raw = 0; raw <= 0xFF; ++raw) {
-      for (const auto& [key, steps] : {std::pair{Qt::Key_Up, 1},
-                                       {Qt::Key_Down, -1},
-                                       {Qt::Key_PageUp, 10},
-                                       {Qt::Key_PageDown, -10},
-                                       {Qt::Key_End, 999999},
-                                       {Qt::Key_Home, -999999}}) {
-        const double before = show(raw);
-        std::vector<double> ways{before};
-        if (steps > 0) ways.insert(ways.end(), reachable.upper_bound(before), reachable.end());
-        if (steps < 0) {
-          ways.insert(ways.end(), std::make_reverse_iterator(reachable.lower_bound(before)), reachable.rend());
-        }
-        QTest::keyClick(&gauge, key);
-        ASSERT_EQ(gauge.SliderValue(position), ways[std::min<std::size_t>(ways.size() - 1, std::abs(steps))])
-            << item << ", raw " << raw << ", " << steps << " steps from " << before;
-        if (ways.size() == 1) {
-          EXPECT_EQ(now, raw) << item << ": nothing is written where nothing moves";
-        }
-      }
-    }
+  for (const KeyRow& row :
+       {KeyRow{"Temp", "Local", 0x44, 0}, KeyRow{"Temp", "Local", 0x48, 1}, KeyRow{"Volt", "0.9V (pin19)", 0x4B, 1},
+        KeyRow{"Volt", "1.2V (pin25)", 0x74, 0}, KeyRow{"Fan", "Fan5", 0x7C, 0},
+        KeyRow{"ThermTimer", "THERM2", 0x81, 0}, KeyRow{"THERMPin", "Local THERM2", 0x50, 0}}) {
+    const std::set<double> reachable = Reachable(row);
+    for (int raw = 0; raw <= 0xFF; ++raw) PressEach(row, raw, reachable);
   }
 }
 
