@@ -154,9 +154,8 @@ struct LimitKeys : Limits {
   /// The limit with this code, its slider in use.
   double Show(const KeyRow& row, int raw) {
     desk.board.Chip()[row.reg] = static_cast<std::uint8_t>(raw);
-    const std::string list = std::string("cmb") + row.kind;
-    Desk::Get<QComboBox>(*window, list.c_str()).setCurrentIndex(-1);
-    PickItem(list.c_str(), row.item);
+    Desk::Get<QComboBox>(*window, QString("cmb") + row.kind).setCurrentIndex(-1);
+    PickItem((std::string("cmb") + row.kind).c_str(), row.item);
     QFocusEvent focus(QEvent::FocusIn, row.position == 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     QApplication::sendEvent(&Gauge(row), &focus);
     return Gauge(row).SliderValue(row.position);
