@@ -12,6 +12,8 @@ struct ModelOrigin {
   link::ChipId pins;
   std::array<link::ChipId, 4> manual;  ///< PWM1 to PWM4
   link::ChipId revision;
+
+  bool operator==(const ModelOrigin&) const = default;
 };
 
 ModelOrigin ModelReadFrom();

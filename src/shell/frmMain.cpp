@@ -281,7 +281,10 @@ void frmMain::cmbDevices_Click() {
 
 void frmMain::tmrMaster_Timer() {
   jobs_.Tick();
-  // What the program knows of a chip changes by writes from anywhere.
+  // What the program knows of a chip changes by writes from anywhere; as a rule it has not.
+  const chip::ModelOrigin model = chip::ModelReadFrom();
+  if (model == modelFrom_) return;
+  modelFrom_ = model;
   ShowOrigins();
 }
 

@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include "chip/ChipModel.h"
 #include "shell/Jobs.h"
 #include "windows/Desktop.h"
 
@@ -76,6 +77,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   platform::Services& services_;
   windows::Context context_;
   JobList jobs_;
+  chip::ModelOrigin modelFrom_;  ///< as the windows have been told
   MdiDesk* area_;
   StatusBar* status_;
   QMenu* mnuWindow_ = nullptr;

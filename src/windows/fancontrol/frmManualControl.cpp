@@ -23,7 +23,6 @@
 namespace zth::windows {
 namespace {
 
-constexpr int kPwms = 4;
 constexpr std::size_t kDutyGroup = 3;
 
 /// A label on a rounded ground of its palette's window colour.
@@ -73,7 +72,7 @@ QGroupBox* frmManualControl::MakeFrame() {
   auto* grid = new QGridLayout(frame);
   grid->setHorizontalSpacing(12);
   grid->setColumnStretch(1, 1);
-  for (int pwm = 0; pwm < kPwms; ++pwm) {
+  for (int pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
     const auto index = static_cast<std::size_t>(pwm);
     auto* label = new QLabel(QString("PWM&%1").arg(pwm + 1), frame);
     label->setObjectName(QString("Label1(%1)").arg(pwm));
@@ -112,7 +111,7 @@ void frmManualControl::Form_Unload() {
 }
 
 void frmManualControl::RefreshManualControlStates() {
-  for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
+  for (std::size_t pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
     const bool manual = chip::PwmManual[pwm + 1];
     ShowState(*lblManual_[pwm], manual);
     sldManual_[pwm]->setEnabled(manual);
@@ -127,7 +126,7 @@ void frmManualControl::RefreshManualControlStates() {
 }
 
 void frmManualControl::RefreshManualControlSliders() {
-  for (std::size_t pwm = 0; pwm < kPwms; ++pwm) {
+  for (std::size_t pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
     // A duty that was read before the last write would turn the slider back, and the next step of a key would take the
     // fan there.
     if (writtenAfter_[pwm] == chip::Measurements.Reads[kDutyGroup]) continue;
