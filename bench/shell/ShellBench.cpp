@@ -60,7 +60,7 @@ BENCHMARK(MeasurementGroup)->DenseRange(1, 6)->Unit(benchmark::kMicrosecond);
 
 Running::Running() {
   desk.Start();
-  link::UsbFunctions.VendorIORequest = FreeTransfer;
+  link::Bus.UsbFunctions.VendorIORequest = FreeTransfer;
 }
 
 }  // namespace zth

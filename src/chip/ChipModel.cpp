@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "chip/PwmModes.h"
@@ -13,8 +14,8 @@
 namespace zth::chip {
 
 ModelOrigin ModelReadFrom() {
-  ModelOrigin origin{PinFunctionsFrom, {}, ChipRevisionFrom};
-  std::copy_n(PwmManualFrom.begin() + 1, origin.manual.size(), origin.manual.begin());
+  ModelOrigin origin{Model.PinFunctionsFrom, {}, Model.ChipRevisionFrom};
+  std::copy_n(Model.PwmManualFrom.begin() + 1, origin.manual.size(), origin.manual.begin());
   return origin;
 }
 
@@ -30,8 +31,8 @@ void ReadManualFlags() {
 }
 
 void ReadChipRevision() {
-  ChipRevision = link::ReadRegister(link::DeviceAddress, "Revision Number"_reg);
-  ChipRevisionFrom = link::ChipInUse();
+  Model.ChipRevision = link::ReadRegister(link::Bus.DeviceAddress, "Revision Number"_reg);
+  Model.ChipRevisionFrom = link::ChipInUse();
 }
 
 void ReadChipModel() {

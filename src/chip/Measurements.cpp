@@ -2,20 +2,13 @@
 
 #include <algorithm>
 
+#include "chip/ChipState.h"
 #include "chip/Conversions.h"
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 
 namespace zth::chip {
-
-MeasurementSet Measurements;
-std::array<LogChannel, kLogChannels> LogChannelTable;
-std::int32_t TachClock = 0;
-std::int16_t ChipRevision = 0;
-link::ChipId ChipRevisionFrom;
-bool PollEnabled = true;
-std::int32_t PollPeriodMs = 100;
 
 namespace {
 
@@ -28,24 +21,24 @@ constexpr int kFirstOpPointRow = 43;
 /// Reads a run of registers and takes it out of the shared buffer.
 template <std::size_t kCount>
 std::array<std::uint8_t, kCount> ReadBlock(std::int32_t first) {
-  link::ReadRegisterBlock(link::DeviceAddress, first, static_cast<std::int16_t>(kCount));
+  link::ReadRegisterBlock(link::Bus.DeviceAddress, first, static_cast<std::int16_t>(kCount));
   std::array<std::uint8_t, kCount> bytes{};
-  std::copy_n(link::ReadBuffer.begin(), kCount, bytes.begin());
+  std::copy_n(link::Bus.ReadBuffer.begin(), kCount, bytes.begin());
   return bytes;
 }
 
 template <typename Values>
 void StoreRows(int firstRow, const Values& values) {
-  auto row = LogChannelTable.begin() + firstRow;
+  auto row = Model.LogChannelTable.begin() + firstRow;
   for (const auto value : values) (row++)->Value = static_cast<float>(value);
 }
 
 void ReadTemperatures() {
   const auto bytes = ReadBlock<8>("Local Temp LSBs"_reg);
   for (std::size_t i = 0; i < 4; ++i) {
-    Measurements.Temperature[i] = TemperatureFromBytes(bytes[2 * i], bytes[2 * i + 1]);
+    Model.Measurements.Temperature[i] = TemperatureFromBytes(bytes[2 * i], bytes[2 * i + 1]);
   }
-  StoreRows(0, Measurements.Temperature);
+  StoreRows(0, Model.Measurements.Temperature);
 }
 
 void ReadTachs() {
@@ -53,18 +46,18 @@ void ReadTachs() {
     const auto bytes = ReadBlock<8>(half == 0 ? "Tach 1 LSB's"_reg : "Tach 5 LSB"_reg);
     for (std::size_t i = 0; i < 4; ++i) {
       const std::int32_t count = bytes[2 * i + 1] * 256 + bytes[2 * i];
-      Measurements.TachRpm[4 * half + i] = TachCountToRpm(count, TachClock);
+      Model.Measurements.TachRpm[4 * half + i] = TachCountToRpm(count, Model.TachClock);
     }
   }
-  StoreRows(kFirstTachRow, Measurements.TachRpm);
+  StoreRows(kFirstTachRow, Model.Measurements.TachRpm);
 }
 
 void ReadPwms() {
   const auto bytes = ReadBlock<4>("PWM 1 Value"_reg);
   for (std::size_t i = 0; i < 4; ++i) {
-    Measurements.PwmPercent[i] = PercentFromByte(PwmRawNormalise(bytes[i], ChipRevision));
+    Model.Measurements.PwmPercent[i] = PercentFromByte(PwmRawNormalise(bytes[i], Model.ChipRevision));
   }
-  StoreRows(kFirstPwmRow, Measurements.PwmPercent);
+  StoreRows(kFirstPwmRow, Model.Measurements.PwmPercent);
 }
 
 void ReadVoltages() {
@@ -77,14 +70,14 @@ void ReadVoltages() {
   read("Pin 19 Voltage"_reg, std::integral_constant<std::size_t, 8>());
   read("+12V1 Voltage"_reg, std::integral_constant<std::size_t, 7>());
   for (std::size_t i = 0; i < kVoltageInputs.size(); ++i) {
-    Measurements.Voltage[i] = VoltageFromRaw(raw[kVoltageInputs[i].reg], kVoltageInputs[i].scale);
+    Model.Measurements.Voltage[i] = VoltageFromRaw(raw[kVoltageInputs[i].reg], kVoltageInputs[i].scale);
   }
-  StoreRows(kFirstVoltageRow, Measurements.Voltage);
+  StoreRows(kFirstVoltageRow, Model.Measurements.Voltage);
 }
 
 void ReadThermOnTimes() {
   const auto bytes = ReadBlock<2>("THERM 1% Ontime"_reg);
-  for (std::size_t i = 0; i < 2; ++i) Measurements.ThermPercent[i] = PercentFromByte(bytes[i]);
+  for (std::size_t i = 0; i < 2; ++i) Model.Measurements.ThermPercent[i] = PercentFromByte(bytes[i]);
 }
 
 void ReadDynamicTminState() {
@@ -93,13 +86,13 @@ void ReadDynamicTminState() {
     values[1] = DegreesFromByte(bytes[0]);
     values[2] = DegreesFromByte(bytes[1]);
   };
-  remotePair("Remote 1 Operating Point"_reg, Measurements.PolledOpPoint);
+  remotePair("Remote 1 Operating Point"_reg, Model.Measurements.PolledOpPoint);
   const auto tmins = ReadBlock<4>("Local Tmin"_reg);
-  std::transform(tmins.begin(), tmins.end(), Measurements.PolledTmin.begin(), DegreesFromByte);
-  remotePair("Remote 1 High Limit"_reg, Measurements.PolledHighLimit);
-  remotePair("Remote 1 Low Limit"_reg, Measurements.PolledLowLimit);
-  StoreRows(kFirstTminRow, Measurements.PolledTmin);
-  StoreRows(kFirstOpPointRow, std::array{Measurements.PolledOpPoint[1], Measurements.PolledOpPoint[2]});
+  std::transform(tmins.begin(), tmins.end(), Model.Measurements.PolledTmin.begin(), DegreesFromByte);
+  remotePair("Remote 1 High Limit"_reg, Model.Measurements.PolledHighLimit);
+  remotePair("Remote 1 Low Limit"_reg, Model.Measurements.PolledLowLimit);
+  StoreRows(kFirstTminRow, Model.Measurements.PolledTmin);
+  StoreRows(kFirstOpPointRow, std::array{Model.Measurements.PolledOpPoint[1], Model.Measurements.PolledOpPoint[2]});
 }
 
 }  // namespace
@@ -109,24 +102,7 @@ void ReadMeasurementGroup(std::int16_t group) {
                                ReadVoltages,     ReadThermOnTimes, ReadDynamicTminState};
   if (group < 1 || group > static_cast<std::int16_t>(kGroups.size())) return;
   kGroups[static_cast<std::size_t>(group - 1)]();
-  ++Measurements.Reads[static_cast<std::size_t>(group)];
-}
-
-void ResetChip() {
-  Measurements = {};
-  LogChannelTable = {};
-  TachClock = 0;
-  ChipRevision = 0;
-  ChipRevisionFrom = {};
-  PollEnabled = true;
-  PollPeriodMs = 100;
-  PinFunctions = {};
-  PinFunctionsFrom = {};
-  VoltagePresent = {};
-  VoltageName = {};
-  BoardSwitch = {};
-  PwmManual = {};
-  PwmManualFrom = {};
+  ++Model.Measurements.Reads[static_cast<std::size_t>(group)];
 }
 
 }  // namespace zth::chip

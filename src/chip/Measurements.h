@@ -24,8 +24,6 @@ struct MeasurementSet {
   std::array<std::uint32_t, 7> Reads{};           ///< how often group 1 to 6 has been read; 0 is not in use
 };
 
-extern MeasurementSet Measurements;
-
 /// One value that can be logged. `Available` and `Selected` are 1.0 for yes, 0.0 for no.
 struct LogChannel {
   float Value = 0;
@@ -34,9 +32,6 @@ struct LogChannel {
 };
 
 inline constexpr int kLogChannels = 45;
-
-/// 0-3 temperatures, 4-11 tachs, 12-15 PWMs, 16-38 voltages, 39-42 Tmin, 43-44 operating points of Remote1 and Remote2.
-extern std::array<LogChannel, kLogChannels> LogChannelTable;
 
 /// The name, the register and the nominal volts of a voltage channel.
 struct VoltageInput {
@@ -62,22 +57,8 @@ inline constexpr std::array<VoltageInput, kVoltageChannels> kVoltageInputs{{
     {"1.5V2", "+1.5V2 (ICH) Voltage"_reg, 1.5},
 }};
 
-/// Tach clock in counts a second.
-extern std::int32_t TachClock;
-
-/// "Revision Number" as read at the start, and the chip that it was read from.
-extern std::int16_t ChipRevision;
-extern link::ChipId ChipRevisionFrom;
-
-/// Gate and period of the measurement job.
-extern bool PollEnabled;
-extern std::int32_t PollPeriodMs;
-
 /// Reads one group from the chip in use: 1 temperatures, 2 fan speeds, 3 PWM duty, 4 voltages, 5 THERM on-time, 6 the
 /// state of dynamic Tmin. Any other number does nothing.
 void ReadMeasurementGroup(std::int16_t group);
-
-/// Puts all variables of this room back to the state of a program that has not started.
-void ResetChip();
 
 }  // namespace zth::chip

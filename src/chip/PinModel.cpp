@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/BitField.h"
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/RegisterNames.h"
 #include "link/Declarations.h"
@@ -10,12 +11,6 @@
 #include "link/USBStuff.h"
 
 namespace zth::chip {
-
-PinFunctionFlags PinFunctions;
-link::ChipId PinFunctionsFrom;
-std::array<bool, kVoltageChannels> VoltagePresent{};
-std::array<std::string, kVoltageChannels> VoltageName;
-std::array<bool, 16> BoardSwitch{};
 
 namespace {
 
@@ -63,7 +58,7 @@ std::array<bool, kVoltageChannels> PresentVoltages(const PinFunctionFlags& pins)
 
 void SetAvailability(const PinFunctionFlags& pins) {
   const auto set = [](int row, bool available) {
-    LogChannelTable[static_cast<std::size_t>(row)].Available = available ? 1.0F : 0.0F;
+    Model.LogChannelTable[static_cast<std::size_t>(row)].Available = available ? 1.0F : 0.0F;
   };
   const std::array temperatures{true, pins.D1, true, pins.D3};
   const std::array tachs{pins.Pin1 == 1, pins.Pin2 == 1, pins.Pin3 == 1,  pins.Pin4 == 1,
@@ -73,7 +68,7 @@ void SetAvailability(const PinFunctionFlags& pins) {
   for (const bool available : temperatures) set(row++, available);
   for (const bool available : tachs) set(row++, available);
   for (const bool available : pwms) set(row++, available);
-  for (const bool available : VoltagePresent) set(row++, available);
+  for (const bool available : Model.VoltagePresent) set(row++, available);
   while (row < kLogChannels) set(row++, true);
 }
 
@@ -109,47 +104,47 @@ PinFunctionFlags DecodePinFunctions(const std::array<std::uint8_t, 4>& configs) 
 }
 
 void ReadPinConfiguration() {
-  link::ReadRegisterBlock(link::DeviceAddress, "Pin Config 1"_reg, 4);
+  link::ReadRegisterBlock(link::Bus.DeviceAddress, "Pin Config 1"_reg, 4);
   std::array<std::uint8_t, 4> configs{};
-  std::copy_n(link::ReadBuffer.begin(), configs.size(), configs.begin());
-  PinFunctions = DecodePinFunctions(configs);
-  PinFunctionsFrom = link::ChipInUse();
-  VoltagePresent = PresentVoltages(PinFunctions);
-  SetAvailability(PinFunctions);
+  std::copy_n(link::Bus.ReadBuffer.begin(), configs.size(), configs.begin());
+  Model.PinFunctions = DecodePinFunctions(configs);
+  Model.PinFunctionsFrom = link::ChipInUse();
+  Model.VoltagePresent = PresentVoltages(Model.PinFunctions);
+  SetAvailability(Model.PinFunctions);
 }
 
 std::uint8_t PackSwitchByte(int device) {
   unsigned port = 0;
   for (std::size_t bit = 0; bit < 8; ++bit) {
-    if (BoardSwitch[8 * static_cast<std::size_t>(device) + bit]) port |= 1U << bit;
+    if (Model.BoardSwitch[8 * static_cast<std::size_t>(device) + bit]) port |= 1U << bit;
   }
   return static_cast<std::uint8_t>(port);
 }
 
 void ResetBoardSwitches() {
-  for (const std::size_t closed : {0U, 1U, 12U, 13U, 14U, 15U}) BoardSwitch[closed] = true;
+  for (const std::size_t closed : {0U, 1U, 12U, 13U, 14U, 15U}) Model.BoardSwitch[closed] = true;
   link::WriteBoardPort(kSwitchDevice0, PackSwitchByte(0));
   link::WriteBoardPort(kSwitchDevice1, PackSwitchByte(1));
 }
 
 void UpdateBoardSwitches() {
-  BoardSwitch[2] = PinFunctions.Pin28 == 2;
-  BoardSwitch[3] = PinFunctions.Pin29 == 2;
-  BoardSwitch[4] = PinFunctions.Pin31 == 1;
-  BoardSwitch[5] = PinFunctions.Pin32 == 1;
-  BoardSwitch[6] = false;
-  BoardSwitch[7] = false;
+  Model.BoardSwitch[2] = Model.PinFunctions.Pin28 == 2;
+  Model.BoardSwitch[3] = Model.PinFunctions.Pin29 == 2;
+  Model.BoardSwitch[4] = Model.PinFunctions.Pin31 == 1;
+  Model.BoardSwitch[5] = Model.PinFunctions.Pin32 == 1;
+  Model.BoardSwitch[6] = false;
+  Model.BoardSwitch[7] = false;
   link::WriteBoardPort(kSwitchDevice0, PackSwitchByte(0));
-  BoardSwitch[8] = PinFunctions.Pin1 == 1;
-  BoardSwitch[9] = PinFunctions.Pin2 == 1;
-  BoardSwitch[10] = PinFunctions.Pin3 == 1;
-  BoardSwitch[11] = PinFunctions.Pin4 == 1;
+  Model.BoardSwitch[8] = Model.PinFunctions.Pin1 == 1;
+  Model.BoardSwitch[9] = Model.PinFunctions.Pin2 == 1;
+  Model.BoardSwitch[10] = Model.PinFunctions.Pin3 == 1;
+  Model.BoardSwitch[11] = Model.PinFunctions.Pin4 == 1;
   link::WriteBoardPort(kSwitchDevice1, PackSwitchByte(1));
 }
 
 void InitVoltageNames() {
   for (std::size_t channel = 0; channel < kVoltageInputs.size(); ++channel) {
-    VoltageName[channel] = kVoltageInputs[channel].name;
+    Model.VoltageName[channel] = kVoltageInputs[channel].name;
   }
 }
 

@@ -2,9 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
-
-#include "link/ChipId.h"
 
 /// What each multi-function pin does at present, derived once for all from the pin configuration registers, and the
 /// board's two ADG715 switches that follow it.
@@ -24,21 +21,7 @@ struct PinFunctionFlags {
   bool operator==(const PinFunctionFlags&) const = default;
 };
 
-extern PinFunctionFlags PinFunctions;
-
-/// The chip that they were read from.
-extern link::ChipId PinFunctionsFrom;
-
 inline constexpr int kVoltageChannels = 23;
-
-/// Which voltage channels the pins provide; at most one of each pin.
-extern std::array<bool, kVoltageChannels> VoltagePresent;
-
-/// Short names of the voltage channels, as "12V1"; filled by InitVoltageNames.
-extern std::array<std::string, kVoltageChannels> VoltageName;
-
-/// Wanted state of the switches, true for closed: 0 to 7 are bits 0 to 7 of device 0, 8 to 15 of device 1.
-extern std::array<bool, 16> BoardSwitch;
 
 /// Bus addresses of the two ADG715.
 inline constexpr std::int32_t kSwitchDevice0 = 0x4A;

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "base/BitField.h"
+#include "chip/ChipState.h"
 #include "chip/RegisterNames.h"
 #include "link/Declarations.h"
 #include "link/RegisterHooks.h"
@@ -10,17 +11,14 @@
 
 namespace zth::chip {
 
-std::array<bool, kPwmChannels + 1> PwmManual{};
-std::array<link::ChipId, kPwmChannels + 1> PwmManualFrom{};
-
 void EnterPwmHooks() {
   for (int pwm = 1; pwm <= kPwmChannels; ++pwm) {
     const std::int32_t reg = "PWM1 Config"_reg + pwm - 1;
     link::OnRegisterWrite(reg, [pwm, reg] {
-      const auto config = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, reg));
+      const auto config = static_cast<unsigned>(link::ReadRegister(link::Bus.DeviceAddress, reg));
       const auto index = static_cast<std::size_t>(pwm);
-      PwmManual[index] = base::GetField(config, kBehaviour) == kManualMode;
-      PwmManualFrom[index] = link::ChipInUse();
+      Model.PwmManual[index] = base::GetField(config, kBehaviour) == kManualMode;
+      Model.PwmManualFrom[index] = link::ChipInUse();
     });
   }
 }

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 
+#include "chip/ChipState.h"
 #include "chip/RegisterRows.h"
 
 namespace zth::chip {
-
-std::array<RegisterEntry, kRegisterCount> RegisterTable;
 
 static_assert(kRegisterRows.size() == kRegisterCount);
 
@@ -14,14 +13,14 @@ namespace {
 
 template <typename Matches>
 int FirstRow(Matches matches) {
-  const auto row = std::find_if(RegisterTable.begin(), RegisterTable.end(), matches);
-  return row == RegisterTable.end() ? -1 : static_cast<int>(row - RegisterTable.begin());
+  const auto row = std::find_if(Model.RegisterTable.begin(), Model.RegisterTable.end(), matches);
+  return row == Model.RegisterTable.end() ? -1 : static_cast<int>(row - Model.RegisterTable.begin());
 }
 
 }  // namespace
 
 void InitRegisterTable() {
-  std::transform(kRegisterRows.begin(), kRegisterRows.end(), RegisterTable.begin(), [](const RegisterRow& row) {
+  std::transform(kRegisterRows.begin(), kRegisterRows.end(), Model.RegisterTable.begin(), [](const RegisterRow& row) {
     return RegisterEntry{row.address, row.name, row.name, row.bitNames, row.defaultValue, row.readOnly, row.shared};
   });
 }

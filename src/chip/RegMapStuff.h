@@ -20,8 +20,6 @@ struct RegisterEntry {
 
 inline constexpr int kRegisterCount = 176;
 
-extern std::array<RegisterEntry, kRegisterCount> RegisterTable;
-
 /// Fills all rows. Touches no hardware.
 void InitRegisterTable();
 

@@ -6,7 +6,7 @@
 namespace zth::link {
 
 ChipId ChipInUse() {
-  return {InterfaceMode, DeviceAddress};
+  return {Bus.InterfaceMode, Bus.DeviceAddress};
 }
 
 QString TextOf(const ChipId& chip) {

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
 
 #include <QString>
@@ -14,7 +16,7 @@
 #define ZTH_LIBRARY_CALL
 #endif
 
-/// The closed libraries' entry points and the link's shared variables. All of it belongs to the user-interface thread.
+/// The closed libraries' entry points and the link's state. All of it belongs to the user-interface thread.
 namespace zth::link {
 
 /// `USBFunctions`, the library of the board's USB adapter. An entry is null until the library has been loaded.
@@ -35,37 +37,51 @@ struct SmbusEntries {
   void(ZTH_LIBRARY_CALL* WriteSmbus)(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = nullptr;
 };
 
-extern UsbEntries UsbFunctions;
-extern SmbusEntries Smbus;
-
-/// Load a library and fill its table. The result is the error, empty when all entries are there; it contains "File not
-/// found" when no such library is in reach.
+/// Load a library and fill its table in `Bus`. The result is the error, empty when all entries are there; it contains
+/// "File not found" when no such library is in reach.
 QString LoadUsbFunctions(platform::Libraries& libraries);
 QString LoadSmbus(platform::Libraries& libraries);
 
 inline constexpr std::int16_t kModeUsb = 1;
 inline constexpr std::int16_t kModeSmbus = 2;
 
-/// 1 USB adapter, 2 SMBus host; with anything else there is no link and every operation does nothing and returns 0.
-extern std::int16_t InterfaceMode;
-
-/// Bus address of the chip in use.
-extern std::int32_t DeviceAddress;
-
 inline constexpr int kReadBufferSize = 65;
 
-/// The link's one buffer, good only until the next link call: take out what you need at once.
-extern std::array<std::uint8_t, kReadBufferSize> ReadBuffer;
+/// Who is told of a failure, and how far the telling is.
+struct FailureReporter {
+  platform::Services* services = nullptr;  ///< null before Attach: failures are dropped
+  std::function<void()> closeAllWindows;
+  bool held = false;   ///< a failure is being reported
+  bool ended = false;  ///< the end of the process has been asked for
+};
 
-/// Which links exist, as found at the start.
-extern bool SmbusPresent;
-extern bool UsbPresent;
+/// What the link knows. `Bus = {}` is the state of a program that has not started.
+struct LinkState {
+  UsbEntries UsbFunctions;
+  SmbusEntries Smbus;
 
-/// Percent that heater 1 or 2 (at index 1, 2) is driven at, as far as this program knows: what it has set or read last.
-/// Empty before either; the board is not asked for it. A setting that failed counts where it would be more heat.
-extern std::array<std::optional<double>, 3> HeaterPercent;
+  /// 1 USB adapter, 2 SMBus host; with anything else there is no link and every operation does nothing and returns 0.
+  std::int16_t InterfaceMode = 0;
 
-/// Puts all variables of this room back to the state of a program that has not started.
-void ResetLink();
+  /// Bus address of the chip in use.
+  std::int32_t DeviceAddress = 0;
+
+  /// The link's one buffer, good only until the next link call: take out what you need at once.
+  std::array<std::uint8_t, kReadBufferSize> ReadBuffer{};
+
+  /// Which links exist, as found at the start.
+  bool SmbusPresent = false;
+  bool UsbPresent = false;
+
+  /// Percent that heater 1 or 2 (at index 1, 2) is driven at, as far as this program knows: what it has set or read
+  /// last. Empty before either; the board is not asked for it. A setting that failed counts where it would be more
+  /// heat.
+  std::array<std::optional<double>, 3> HeaterPercent{};
+
+  std::map<std::int32_t, std::function<void()>> hooks;  ///< RegisterHooks.h: register to routine
+  FailureReporter reporter;                             ///< LinkErrors.h
+};
+
+extern LinkState Bus;
 
 }  // namespace zth::link

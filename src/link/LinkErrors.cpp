@@ -3,18 +3,10 @@
 #include <array>
 
 #include "base/Product.h"
+#include "link/Declarations.h"
 
 namespace zth::link {
 namespace {
-
-struct Reporter {
-  platform::Services* services = nullptr;
-  std::function<void()> closeAllWindows;
-  bool held = false;
-  bool ended = false;
-};
-
-Reporter reporter;
 
 constexpr std::array kMessages{
     "Firmware failed to download - Check USB connections",
@@ -27,44 +19,40 @@ constexpr std::array kMessages{
 
 platform::BoxAnswer AskAbout(int code) {
   const bool heater = code == kHeaterError;
-  return reporter.services->prompts.Ask({base::kTitle, kMessages[static_cast<std::size_t>(code)],
-                                         heater ? platform::BoxIcon::None : platform::BoxIcon::Critical,
-                                         heater ? platform::BoxButtons::YesNo : platform::BoxButtons::Ok});
+  return Bus.reporter.services->prompts.Ask({base::kTitle, kMessages[static_cast<std::size_t>(code)],
+                                             heater ? platform::BoxIcon::None : platform::BoxIcon::Critical,
+                                             heater ? platform::BoxButtons::YesNo : platform::BoxButtons::Ok});
 }
 
 }  // namespace
 
 void Attach(platform::Services& services, std::function<void()> closeAllWindows) {
-  reporter = {&services, std::move(closeAllWindows)};
-}
-
-void Detach() {
-  reporter = {};
+  Bus.reporter = {&services, std::move(closeAllWindows)};
 }
 
 void ReportLinkError(int code) {
   // A box lets events run: what they start must not reach the board, and a second failure must not open a second box.
-  if (reporter.held || reporter.services == nullptr) return;
-  reporter.held = true;
+  if (Bus.reporter.held || Bus.reporter.services == nullptr) return;
+  Bus.reporter.held = true;
   if (code >= 0 && code < static_cast<int>(kMessages.size())) {
     const platform::BoxAnswer answer = AskAbout(code);
     if (code == kHeaterError && answer != platform::BoxAnswer::Yes) {
-      reporter.held = false;
+      Bus.reporter.held = false;
       return;
     }
   }
-  if (reporter.closeAllWindows) reporter.closeAllWindows();
-  reporter.ended = true;
-  reporter.services->process.End(1);
+  if (Bus.reporter.closeAllWindows) Bus.reporter.closeAllWindows();
+  Bus.reporter.ended = true;
+  Bus.reporter.services->process.End(1);
 }
 
 bool LinkOpen() {
-  if (reporter.ended) reporter.services->process.End(1);
-  return !reporter.held;
+  if (Bus.reporter.ended) Bus.reporter.services->process.End(1);
+  return !Bus.reporter.held;
 }
 
 bool LinkHeld() {
-  return reporter.held;
+  return Bus.reporter.held;
 }
 
 }  // namespace zth::link

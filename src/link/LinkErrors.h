@@ -20,7 +20,6 @@ enum LinkError : int {
 /// Hands the link what it needs to report a failure. `closeAllWindows` closes each open window through its normal
 /// closing step; no such step touches the link.
 void Attach(platform::Services& services, std::function<void()> closeAllWindows);
-void Detach();
 
 /// Shows the code's box, closes every window and ends the process; a code without a box ends it all the same. Returns
 /// only for kHeaterError answered with No. From its first line to its return no operation reaches a transport.

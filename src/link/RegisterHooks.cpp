@@ -1,25 +1,16 @@
 #include "link/RegisterHooks.h"
 
-#include <map>
+#include "link/Declarations.h"
 
 namespace zth::link {
-namespace {
-
-std::map<std::int32_t, std::function<void()>> hooks;
-
-}  // namespace
 
 void OnRegisterWrite(std::int32_t reg, std::function<void()> routine) {
-  hooks[reg] = std::move(routine);
+  Bus.hooks[reg] = std::move(routine);
 }
 
 void AfterRegisterWrite(std::int32_t reg) {
-  const auto hook = hooks.find(reg);
-  if (hook != hooks.end()) hook->second();
-}
-
-void ResetHooks() {
-  hooks.clear();
+  const auto hook = Bus.hooks.find(reg);
+  if (hook != Bus.hooks.end()) hook->second();
 }
 
 }  // namespace zth::link

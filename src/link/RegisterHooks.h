@@ -13,6 +13,4 @@ void OnRegisterWrite(std::int32_t reg, std::function<void()> routine);
 /// Runs the register's routine, if it has one. The value written plays no part.
 void AfterRegisterWrite(std::int32_t reg);
 
-void ResetHooks();
-
 }  // namespace zth::link

@@ -25,20 +25,20 @@ constexpr std::int16_t kFromAdapter = 1;
 constexpr std::int16_t kNoLibrary = -1;
 
 bool OnUsb() {
-  return InterfaceMode == kModeUsb && LinkOpen();
+  return Bus.InterfaceMode == kModeUsb && LinkOpen();
 }
 bool OnSmbus() {
-  return InterfaceMode == kModeSmbus && LinkOpen();
+  return Bus.InterfaceMode == kModeSmbus && LinkOpen();
 }
 
 std::int16_t Call(Request request, std::int32_t value, std::int32_t index, std::int16_t direction, int length,
                   std::uint8_t* buffer) {
-  if (UsbFunctions.VendorIORequest == nullptr) return kNoLibrary;
-  return UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
+  if (Bus.UsbFunctions.VendorIORequest == nullptr) return kNoLibrary;
+  return Bus.UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
 }
 
 std::int16_t ReadIntoBuffer(Request request, std::int32_t value, std::int32_t index, int length) {
-  return Call(request, value, index, kFromAdapter, length, ReadBuffer.data());
+  return Call(request, value, index, kFromAdapter, length, Bus.ReadBuffer.data());
 }
 
 /// A command that carries all it has in value and index; the buffer is there for form's sake.
@@ -49,7 +49,7 @@ std::int16_t Command(Request request, std::int32_t value, std::int32_t index) {
 
 /// A command that names one byte of ReadBuffer, whose contents the adapter does not use.
 std::int16_t CommandWithByte(Request request, std::int32_t value, std::int32_t index) {
-  return Call(request, value, index, kToAdapter, 1, ReadBuffer.data());
+  return Call(request, value, index, kToAdapter, 1, Bus.ReadBuffer.data());
 }
 
 std::int16_t Checked(std::int16_t result, int code) {
@@ -66,9 +66,9 @@ bool IsByte(std::int32_t number) {
 std::int16_t ReadRegister(std::int32_t address, std::int32_t reg) {
   if (!IsByte(reg)) return 0;
   if (OnUsb()) {
-    ReadBuffer[0] = 0;
+    Bus.ReadBuffer[0] = 0;
     Checked(ReadIntoBuffer(kRegister, address, reg, 1), kCommunicationsInterrupted);
-    return ReadBuffer[0];
+    return Bus.ReadBuffer[0];
   }
   return OnSmbus() ? ReadSmbusByte(address, reg) : std::int16_t{0};
 }
@@ -111,7 +111,7 @@ std::int16_t SetHeater(std::int32_t heater, std::int32_t& percent) {
   percent = std::clamp(percent, 0, 100);
   const std::int16_t result = CommandWithByte(kHeaters, heater, percent);
   if (heater == 1 || heater == 2) {
-    auto& known = HeaterPercent[static_cast<std::size_t>(heater)];
+    auto& known = Bus.HeaterPercent[static_cast<std::size_t>(heater)];
     if (result == 0 || percent > known.value_or(0)) known = percent;
   }
   return Checked(result, kHeaterError);
@@ -122,7 +122,7 @@ std::int16_t ReadHeaterState() {
   const std::int16_t result = ReadIntoBuffer(kHeaters, 0, 0, 3);
   if (result == 0) {
     // The adapter tells a drive as twice its percentage.
-    for (std::size_t heater = 1; heater <= 2; ++heater) HeaterPercent[heater] = ReadBuffer[heater - 1] / 2.0;
+    for (std::size_t heater = 1; heater <= 2; ++heater) Bus.HeaterPercent[heater] = Bus.ReadBuffer[heater - 1] / 2.0;
   }
   return Checked(result, kHeaterError);
 }
@@ -130,7 +130,7 @@ std::int16_t ReadHeaterState() {
 std::int16_t ReadBoardPort(std::int32_t address) {
   if (!OnUsb()) return 0;
   Checked(ReadIntoBuffer(kBoardPort, address, 0, 1), kCommunicationsInterrupted);
-  return ReadBuffer[0];
+  return Bus.ReadBuffer[0];
 }
 
 std::int16_t WriteBoardPort(std::int32_t address, std::int32_t port) {

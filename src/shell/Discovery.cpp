@@ -9,14 +9,13 @@
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/USBStuff.h"
+#include "shell/ProgramState.h"
 #include "shell/frmSplash.h"
 
 namespace zth::shell {
 
-QString DeviceName;
-
 void SetDeviceName() {
-  DeviceName = QStringLiteral("ZTH4718");
+  Program.DeviceName = QStringLiteral("ZTH4718");
 }
 
 namespace {
@@ -35,8 +34,8 @@ class Search {
 
   std::vector<QString> Run() {
     WaitForAdapter();
-    if (link::UsbPresent) SearchUsb();
-    if (link::SmbusPresent) SearchSmbus();
+    if (link::Bus.UsbPresent) SearchUsb();
+    if (link::Bus.SmbusPresent) SearchSmbus();
     splash_.SetProgress(100);
     return std::move(found_);
   }
@@ -65,8 +64,8 @@ class Search {
     Tell("Connecting...");
     if (!Connect()) link::ReportLinkError(link::kConnectionFailed);
     splash_.SetProgress(76);
-    link::InterfaceMode = link::kModeUsb;
-    Tell("Searching for " + DeviceName + " on USB...");
+    link::Bus.InterfaceMode = link::kModeUsb;
+    Tell("Searching for " + Program.DeviceName + " on USB...");
     WaitPainted(1000, services_);
     for (const int address : kUsbAddresses) {
       splash_.SetProgress(splash_.Progress() + 4);
@@ -86,15 +85,15 @@ class Search {
   }
 
   void SearchSmbus() {
-    link::InterfaceMode = link::kModeSmbus;
-    Tell("Searching for " + DeviceName + " on SMBus...");
+    link::Bus.InterfaceMode = link::kModeSmbus;
+    Tell("Searching for " + Program.DeviceName + " on SMBus...");
     WaitPainted(1000, services_);
     for (int address = kFirstSmbusAddress; address <= kLastSmbusAddress; ++address) Probe(address);
   }
 
   void Probe(int address) {
     if (link::ReadRegister(address, "Company ID"_reg) != kCompanyId) return;
-    found_.push_back(link::TextOf({link::InterfaceMode, address}));
+    found_.push_back(link::TextOf({link::Bus.InterfaceMode, address}));
   }
 
   frmSplash& splash_;
@@ -115,9 +114,9 @@ void WaitPainted(float milliseconds, platform::Services& services) {
 }
 
 void SelectDevice(const QString& item) {
-  link::DeviceAddress = base::LeadingHex(item.toStdString());
-  if (item.contains("USB")) link::InterfaceMode = link::kModeUsb;
-  if (item.contains("SMBus")) link::InterfaceMode = link::kModeSmbus;
+  link::Bus.DeviceAddress = base::LeadingHex(item.toStdString());
+  if (item.contains("USB")) link::Bus.InterfaceMode = link::kModeUsb;
+  if (item.contains("SMBus")) link::Bus.InterfaceMode = link::kModeSmbus;
 }
 
 std::vector<QString> FindDevices(frmSplash& splash, platform::Services& services) {

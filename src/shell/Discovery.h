@@ -10,8 +10,6 @@ namespace zth::shell {
 
 class frmSplash;
 
-/// The chip's part number as shown in messages.
-extern QString DeviceName;
 void SetDeviceName();
 
 /// Takes the link and the address that an item of the device list tells: `DeviceAddress` and `InterfaceMode`.

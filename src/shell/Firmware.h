@@ -10,14 +10,6 @@
 /// The firmware file's way to the adapter's library, which alone opens it.
 namespace zth::shell {
 
-inline constexpr int kAnsiBufferSize = 513;
-
-/// The program's folder and the file's name.
-extern QString FirmwarePath;
-
-/// FirmwarePath as the library takes it, NUL-terminated.
-extern std::array<char, kAnsiBufferSize> AnsiBuffer;
-
 /// Writes the text to AnsiBuffer as platform::PathBytes has it, and a 0 behind it. False, with an empty AnsiBuffer,
 /// when it does not fit.
 bool StringToAnsiBuffer(const QString& text);

@@ -22,14 +22,14 @@ constexpr char kExit[] = "E&xit";
 constexpr char kCancel[] = "&Cancel";
 
 bool IsOn(std::size_t heater) {
-  return link::HeaterPercent[heater].value_or(0) > 0;
+  return link::Bus.HeaterPercent[heater].value_or(0) > 0;
 }
 
 QString HeaterText() {
   QStringList on;
   for (const std::size_t heater : {1U, 2U}) {
     if (!IsOn(heater)) continue;
-    const QString percent = QString::fromStdString(base::GeneralText(*link::HeaterPercent[heater]));
+    const QString percent = QString::fromStdString(base::GeneralText(*link::Bus.HeaterPercent[heater]));
     on << QString("Heater%1 is on at %2 %.").arg(heater).arg(percent);
   }
   return on.join('\n');
@@ -37,8 +37,8 @@ QString HeaterText() {
 
 QString LogText() {
   QStringList lines;
-  if (windows::LogActive) {
-    lines << "A log is running and ends with the program:\n" + QDir::toNativeSeparators(windows::LogFileName);
+  if (windows::Shared.LogActive) {
+    lines << "A log is running and ends with the program:\n" + QDir::toNativeSeparators(windows::Shared.LogFileName);
   }
   const std::int64_t waiting = windows::LogLinesWaiting();
   if (waiting == 0) return lines.join('\n');
@@ -54,13 +54,13 @@ QString LogText() {
 /// The heaters hang on the adapter, which is there whichever chip the windows work on. False when one could not be
 /// switched off and the user stays.
 bool SwitchHeatersOff() {
-  const std::int16_t mode = std::exchange(link::InterfaceMode, link::kModeUsb);
+  const std::int16_t mode = std::exchange(link::Bus.InterfaceMode, link::kModeUsb);
   bool done = true;
   for (const std::size_t heater : {1U, 2U}) {
     std::int32_t off = 0;
     if (done && IsOn(heater)) done = link::SetHeater(static_cast<std::int32_t>(heater), off) == 0;
   }
-  link::InterfaceMode = mode;
+  link::Bus.InterfaceMode = mode;
   return done;
 }
 
@@ -69,7 +69,7 @@ bool SwitchHeatersOff() {
 bool MayLeave(platform::Services& services) {
   const QString heaters = HeaterText();
   const QString log = LogText();
-  const QString recall = windows::RecallRunning ? kRecall : "";
+  const QString recall = windows::Shared.RecallRunning ? kRecall : "";
   if (heaters.isEmpty() && log.isEmpty() && recall.isEmpty()) return true;
 
   QStringList texts{recall, heaters, heaters.isEmpty() ? "" : kHeatsOn, log};

@@ -2,6 +2,7 @@
 
 #include "base/Product.h"
 #include "chip/ChipModel.h"
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "chip/PwmModes.h"
@@ -23,9 +24,9 @@ namespace {
 /// The library is asked once, and what it says of itself decides: only one that is not there counts as absent.
 bool ProbeSmbus(platform::Libraries& libraries) {
   const QString error = link::LoadSmbus(libraries);
-  if (link::Smbus.ReadSmbus != nullptr) link::Smbus.ReadSmbus(0, 0);
+  if (link::Bus.Smbus.ReadSmbus != nullptr) link::Bus.Smbus.ReadSmbus(0, 0);
   if (error.toLower().contains("file not found")) return false;
-  if (link::Smbus.DetectSmbus != nullptr) link::Smbus.DetectSmbus();
+  if (link::Bus.Smbus.DetectSmbus != nullptr) link::Bus.Smbus.DetectSmbus();
   return true;
 }
 
@@ -67,11 +68,11 @@ void AwaitEndOrders(platform::Process& process) {
 }  // namespace
 
 void InitMonitorDefaults() {
-  chip::TachClock = 90000;
-  windows::LogPeriodMs = 100;
-  chip::PollPeriodMs = 100;
-  windows::GraphPeriodMs = 50;
-  chip::PollEnabled = true;
+  chip::Model.TachClock = 90000;
+  windows::Shared.LogPeriodMs = 100;
+  chip::Model.PollPeriodMs = 100;
+  windows::Shared.GraphPeriodMs = 50;
+  chip::Model.PollEnabled = true;
   chip::ReadManualFlags();
   chip::ReadChipRevision();
 }
@@ -84,9 +85,9 @@ void Main(platform::Services& services) {
   chip::EnterPwmHooks();
   chip::EnterPinHooks();
 
-  link::SmbusPresent = ProbeSmbus(services.libraries);
-  link::UsbPresent = ProbeUsb(services);
-  if (!link::SmbusPresent && !link::UsbPresent) EndWith("USB/SMBus Hardware not detected", services);
+  link::Bus.SmbusPresent = ProbeSmbus(services.libraries);
+  link::Bus.UsbPresent = ProbeUsb(services);
+  if (!link::Bus.SmbusPresent && !link::Bus.UsbPresent) EndWith("USB/SMBus Hardware not detected", services);
   SetDeviceName();
   {
     frmSplash splash;

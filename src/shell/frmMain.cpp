@@ -25,6 +25,7 @@
 #include "shell/MdiDesk.h"
 #include "shell/MonitorJobs.h"
 #include "shell/Placement.h"
+#include "shell/ProgramState.h"
 #include "shell/StatusBar.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmSplash.h"
@@ -184,8 +185,8 @@ void frmMain::Form_Load(frmSplash& splash) {
     cmbDevices_->setCurrentIndex(-1);
   }
   if (devices.empty()) {
-    services_.prompts.Ask(
-        {base::kTitle, "Failed to find the " + DeviceName, platform::BoxIcon::Critical, platform::BoxButtons::Ok});
+    services_.prompts.Ask({base::kTitle, "Failed to find the " + Program.DeviceName, platform::BoxIcon::Critical,
+                           platform::BoxButtons::Ok});
     services_.process.End(1);
   }
   cmbDevices_->setCurrentIndex(0);

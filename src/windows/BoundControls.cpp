@@ -60,10 +60,10 @@ void BoundControls::Load(std::span<const ReadStep> reads) {
     // The buffer is good until the next link call, which a control's handler may make.
     std::array<std::uint8_t, link::kReadBufferSize> bytes{};
     if (step.block) {
-      link::ReadRegisterBlock(link::DeviceAddress, step.first, step.count);
-      bytes = link::ReadBuffer;
+      link::ReadRegisterBlock(link::Bus.DeviceAddress, step.first, step.count);
+      bytes = link::Bus.ReadBuffer;
     } else {
-      bytes[0] = static_cast<std::uint8_t>(link::ReadRegister(link::DeviceAddress, step.first));
+      bytes[0] = static_cast<std::uint8_t>(link::ReadRegister(link::Bus.DeviceAddress, step.first));
     }
     for (Bound& bound : bounds_) {
       const Binding& row = *bound.row;
@@ -84,9 +84,9 @@ void BoundControls::Apply(std::span<const WriteStep> writes) {
   for (const WriteStep& step : writes) {
     unsigned old = 0;
     if (step.mode == WriteStep::Mode::Modify) {
-      old = static_cast<unsigned>(link::ReadRegister(link::DeviceAddress, step.reg));
+      old = static_cast<unsigned>(link::ReadRegister(link::Bus.DeviceAddress, step.reg));
     }
-    link::WriteRegisterValue(link::DeviceAddress, step.reg, Compose(step.reg, old));
+    link::WriteRegisterValue(link::Bus.DeviceAddress, step.reg, Compose(step.reg, old));
   }
   for (Bound& bound : bounds_) {
     if (std::ranges::count(writes, bound.row->reg, &WriteStep::reg) == 0) continue;
@@ -100,9 +100,9 @@ void BoundControls::Write(const Binding& row) const {
   const unsigned given = bounds_[static_cast<std::size_t>(&row - bounds_.front().row)].editor->Given();
   const unsigned own = base::Mask(row.bits);
   if (row.alone || own == 0xFF) {
-    link::WriteRegisterValue(link::DeviceAddress, row.reg, static_cast<std::int32_t>(given));
+    link::WriteRegisterValue(link::Bus.DeviceAddress, row.reg, static_cast<std::int32_t>(given));
   } else {
-    link::ModifyRegister(link::DeviceAddress, row.reg, own, given);
+    link::ModifyRegister(link::Bus.DeviceAddress, row.reg, own, given);
   }
 }
 

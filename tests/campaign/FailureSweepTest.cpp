@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QTemporaryDir>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/RegisterRows.h"
 #include "link/Declarations.h"
@@ -131,7 +132,7 @@ Traffic Sweep(std::optional<std::uint8_t> byte, const Action& action,
 
 windows::ChildWindow& OnPage(Desk& desk, const std::string& window, int page) {
   windows::ChildWindow& opened = desk.Open(window.c_str());
-  chip::PollEnabled = false;
+  chip::Model.PollEnabled = false;
   ShowPage(opened, page);
   return opened;
 }
@@ -158,7 +159,7 @@ const Sequence kSequences[] = {
     {"frmDynamicTmin", "cmdDemo", "",
      [](Desk& desk) {  // with its THERM2 event
        desk.board.Chip()[0x8D] = 64 + 60;
-       chip::PollEnabled = true;
+       chip::Model.PollEnabled = true;
      }},
 };
 
@@ -174,7 +175,7 @@ Step Operate(const std::string& window, std::size_t control, std::size_t way) {
 std::vector<Action> Actions(const std::string& window, std::optional<std::uint8_t> byte) {
   const auto entry = std::ranges::find(shell::kMenuEntries, window, &shell::MenuEntry::window);
   const Step load = [entry](Desk& desk) { desk.Main().findChild<QAction*>(entry->name)->trigger(); };
-  std::vector<Action> all{{"load", [](Desk&) { chip::PollEnabled = false; }, load}};
+  std::vector<Action> all{{"load", [](Desk&) { chip::Model.PollEnabled = false; }, load}};
   Program program(byte);
   program.desk.Start();
   for (int page = 0; page < Pages(program.desk.Open(window.c_str())); ++page) {

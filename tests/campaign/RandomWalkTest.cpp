@@ -15,6 +15,7 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include "chip/ChipState.h"
 #include "chip/PinModel.h"
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
@@ -299,7 +300,7 @@ class RandomWalk : public ::testing::TestWithParam<unsigned> {
     EXPECT_FALSE(link::LinkHeld());
     EXPECT_EQ(user_.sim->refused, 0) << "a transfer that the board did not take";
     EXPECT_TRUE(Main().findChild<QTimer*>("tmrMaster")->isActive()) << "the monitor stands still";
-    EXPECT_FALSE(windows::ManualSliderHeld) << "nobody holds a slider";
+    EXPECT_FALSE(windows::Shared.ManualSliderHeld) << "nobody holds a slider";
   }
 
   void ExpectWindowsOnce() {
@@ -315,21 +316,22 @@ class RandomWalk : public ::testing::TestWithParam<unsigned> {
 
   void ExpectModels() {
     SimulatedDesk& sim = *user_.sim;
-    const bool usb = link::InterfaceMode == link::kModeUsb;
+    const bool usb = link::Bus.InterfaceMode == link::kModeUsb;
     EXPECT_EQ(Desk::Text(Main(), "cmbDevices"),
-              QString::asprintf("%02Xh on %s", link::DeviceAddress, usb ? "USB" : "SMBus"));
+              QString::asprintf("%02Xh on %s", link::Bus.DeviceAddress, usb ? "USB" : "SMBus"));
     sim.CatchUp();
     const auto held = [&](std::size_t reg) {
-      return (usb ? sim.usb.TheBus() : sim.smbus.TheBus()).Read(link::DeviceAddress, static_cast<std::uint8_t>(reg));
+      return (usb ? sim.usb.TheBus() : sim.smbus.TheBus())
+          .Read(link::Bus.DeviceAddress, static_cast<std::uint8_t>(reg));
     };
-    auto manual = chip::PwmManual;
+    auto manual = chip::Model.PwmManual;
     for (std::size_t pwm = 1; pwm <= 4; ++pwm) manual[pwm] = held(0x20 + pwm) >> 5 == 7;
     const auto pins = chip::DecodePinFunctions({held(0x10), held(0x11), held(0x12), held(0x13)});
 
     const auto resets = sim.requests[{0xDE, 0, 0}] + sim.requests[{0, 0, 0}];
     behind_ = behind_ || std::exchange(user_.switched, false) || resets_ != resets;
     resets_ = resets;
-    const bool same = chip::PinFunctions == pins && chip::PwmManual == manual;
+    const bool same = chip::Model.PinFunctions == pins && chip::Model.PwmManual == manual;
     EXPECT_TRUE(same || behind_) << "the pins or the behaviours are not the chip's";
     behind_ = behind_ && !same;
   }

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "chip/ChipState.h"
 #include "chip/Conversions.h"
 #include "chip/Limits.h"
 #include "chip/Measurements.h"
@@ -92,9 +93,9 @@ class Pins : public ::testing::Test {
     }
     return indices;
   }
-  static std::set<int> Present() { return Indices(VoltagePresent, std::identity{}); }
+  static std::set<int> Present() { return Indices(Model.VoltagePresent, std::identity{}); }
   static std::set<int> AvailableRows() {
-    return Indices(LogChannelTable, [](const LogChannel& row) { return row.Available == 1.0F; });
+    return Indices(Model.LogChannelTable, [](const LogChannel& row) { return row.Available == 1.0F; });
   }
 
   Desk desk;
@@ -147,7 +148,7 @@ TEST_F(Pins, FollowEachValueOfTheirRegisters) {
     configs[each >> 8 & 3] = static_cast<std::uint8_t>(each);
     Configure(configs);
     SCOPED_TRACE(each);
-    for (const auto& [name, pin] : kPins) ASSERT_EQ(pin.flag(PinFunctions), state(name) - '0') << name;
+    for (const auto& [name, pin] : kPins) ASSERT_EQ(pin.flag(Model.PinFunctions), state(name) - '0') << name;
     const std::set<int> present = Indices(kVoltages, holds);
     ASSERT_EQ(Present(), present);
     std::set<int> rows = Indices(kRows, holds);
@@ -162,8 +163,8 @@ TEST_F(Pins, TheSwitchesFollowThePins) {
   desk.board.TakeTraffic();
   UpdateBoardSwitches();
   EXPECT_EQ(desk.board.TakeTraffic(), T("P4A=13 P48=F9"));
-  BoardSwitch.fill(false);
-  BoardSwitch[8] = BoardSwitch[15] = true;
+  Model.BoardSwitch.fill(false);
+  Model.BoardSwitch[8] = Model.BoardSwitch[15] = true;
   EXPECT_EQ(PackSwitchByte(1), 0x81);
   EXPECT_EQ(PackSwitchByte(0), 0x00);
 }
@@ -186,19 +187,19 @@ TEST_F(Groups, ValuesComeFromTheirRegistersAndReachTheLogTable) {
   const auto held = [](std::size_t reg) { return static_cast<std::uint8_t>(43 * reg); };
   for (std::size_t reg = 0x40; reg < 0xB0; ++reg) chip[reg] = held(reg);
   for (std::int16_t group = 1; group <= 6; ++group) ReadMeasurementGroup(group);
-  const MeasurementSet& m = Measurements;
+  const MeasurementSet& m = Model.Measurements;
   for (std::size_t i = 0; i < 4; ++i) {
     EXPECT_EQ(m.Temperature[i], TemperatureFromBytes(held(0x88 + 2 * i), held(0x89 + 2 * i)));
     EXPECT_EQ(m.PolledTmin[i], held(0x5C + i) - 64);
     EXPECT_EQ(m.PwmPercent[i], std::lround(held(0xAA + i) / 2.55));
-    EXPECT_EQ(LogChannelTable[i].Value, m.Temperature[i]);
-    EXPECT_EQ(LogChannelTable[12 + i].Value, m.PwmPercent[i]);
-    EXPECT_EQ(LogChannelTable[39 + i].Value, m.PolledTmin[i]);
+    EXPECT_EQ(Model.LogChannelTable[i].Value, m.Temperature[i]);
+    EXPECT_EQ(Model.LogChannelTable[12 + i].Value, m.PwmPercent[i]);
+    EXPECT_EQ(Model.LogChannelTable[39 + i].Value, m.PolledTmin[i]);
   }
   for (std::size_t i = 0; i < 8; ++i) {
     const std::size_t low = (i < 4 ? 0x98U : 0xA2U) + 2 * (i % 4);
     EXPECT_EQ(m.TachRpm[i], 5400000 / (held(low + 1) * 256 + held(low)));
-    EXPECT_EQ(LogChannelTable[4 + i].Value, static_cast<float>(m.TachRpm[i]));
+    EXPECT_EQ(Model.LogChannelTable[4 + i].Value, static_cast<float>(m.TachRpm[i]));
   }
   const std::array<std::size_t, 23> registers{0xA3, 0xA5, 0x96, 0x8B, 0x8B, 0x8F, 0x8F, 0xA7, 0xA9, 0x90, 0x90, 0x90,
                                               0x90, 0x91, 0x91, 0x91, 0x91, 0x92, 0x92, 0x93, 0x93, 0x94, 0x95};
@@ -206,7 +207,7 @@ TEST_F(Groups, ValuesComeFromTheirRegistersAndReachTheLogTable) {
                                       2.5, 2.13, 1.5, 1.8, 2.5, 1.2,  3.3, 1.2, 4,  1.5,  1.5};
   for (std::size_t i = 0; i < registers.size(); ++i) {
     EXPECT_NEAR(static_cast<double>(m.Voltage[i]), held(registers[i]) * scales[i] / 192, 0.00501) << i;
-    EXPECT_EQ(LogChannelTable[16 + i].Value, m.Voltage[i]);
+    EXPECT_EQ(Model.LogChannelTable[16 + i].Value, m.Voltage[i]);
   }
   for (std::size_t i = 0; i < 2; ++i) {
     EXPECT_EQ(m.ThermPercent[i], static_cast<float>(std::lround(held(0xAE + i) / 2.55)));
@@ -215,9 +216,9 @@ TEST_F(Groups, ValuesComeFromTheirRegistersAndReachTheLogTable) {
     EXPECT_EQ(m.PolledOpPoint[remote], held(0x59 + remote) - 64);
     EXPECT_EQ(m.PolledHighLimit[remote], held(0x48 + remote) - 64);
     EXPECT_EQ(m.PolledLowLimit[remote], held(0x44 + remote) - 64);
-    EXPECT_EQ(LogChannelTable[42 + remote].Value, m.PolledOpPoint[remote]);
+    EXPECT_EQ(Model.LogChannelTable[42 + remote].Value, m.PolledOpPoint[remote]);
   }
-  ChipRevision = 0;
+  Model.ChipRevision = 0;
   ReadMeasurementGroup(3);
   EXPECT_EQ(m.PwmPercent[1], std::lround((0xFF - held(0xAB)) / 2.55)) << "revision 0 reports its duty inverted";
 }

@@ -80,15 +80,15 @@ TEST_F(EnterAnywhere, OnAPushButtonPressesThatButton) {
 TEST_F(EnterAnywhere, LeavesALogRunning) {
   windows::ChildWindow& window = Open("frmLogging");
   for (const bool active : {false, true}) {
-    windows::LogActive = active;
+    windows::Shared.LogActive = active;
     for (const char* control : {"txtLogInt", "chkLog(0)"}) {
       auto& at = Desk::Get<QWidget>(window, control);
       at.setFocus();
       QTest::keyClick(&at, Qt::Key_Return);
-      EXPECT_EQ(windows::LogActive, active) << control;
+      EXPECT_EQ(windows::Shared.LogActive, active) << control;
     }
   }
-  windows::LogActive = false;
+  windows::Shared.LogActive = false;
   EXPECT_TRUE(desk.fileDialogs.shown.empty());
 }
 

@@ -1,3 +1,4 @@
+#include "chip/ChipState.h"
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
@@ -21,8 +22,8 @@ class Link : public ::testing::Test {
     OnUsb();
   }
 
-  static void OnUsb() { InterfaceMode = kModeUsb, DeviceAddress = 0x58; }
-  static void OnSmbus() { InterfaceMode = kModeSmbus, DeviceAddress = 0x2C; }
+  static void OnUsb() { Bus.InterfaceMode = kModeUsb, Bus.DeviceAddress = 0x58; }
+  static void OnSmbus() { Bus.InterfaceMode = kModeSmbus, Bus.DeviceAddress = 0x2C; }
   /// Runs `check` on the one link and then on the other.
   template <typename Check>
   void OnEach(Check check) {
@@ -38,13 +39,13 @@ TEST_F(Link, EachUsbOperationIsOneRequestOfTheAdapter) {
   desk.board.heaterState = {20, 40, 60};
   std::int32_t percent = 50;
   EXPECT_EQ(ReadRegister(0x58, 0x3E), 0x41);
-  EXPECT_EQ(ReadBuffer[0], 0x41);
+  EXPECT_EQ(Bus.ReadBuffer[0], 0x41);
   EXPECT_EQ(ReadRegisterBlock(0x58, 0x10, 4), 0);
-  EXPECT_EQ(ReadBuffer[3], 0xFC);
+  EXPECT_EQ(Bus.ReadBuffer[3], 0xFC);
   EXPECT_EQ(WriteRegisterValue(0x5C, 0x15, 0xAB), 0);
   EXPECT_EQ(SetHeater(2, percent), 0);
   EXPECT_EQ(ReadHeaterState(), 0);
-  EXPECT_EQ(ReadBuffer[1], 40);
+  EXPECT_EQ(Bus.ReadBuffer[1], 40);
   EXPECT_EQ(ReadBoardPort(0x4A), 0x3F);
   EXPECT_EQ(WriteBoardPort(0x48, 0xFF), 0);
   WriteBoardPortUnchecked(0x4A, 0x3C);
@@ -55,13 +56,13 @@ TEST_F(Link, EachUsbOperationIsOneRequestOfTheAdapter) {
 
 TEST_F(Link, SmbusHasByteTransfersAlone) {
   OnSmbus();
-  ReadBuffer.fill(0x77);
+  Bus.ReadBuffer.fill(0x77);
   std::int32_t percent = 150;
   EXPECT_EQ(ReadRegister(0x2C, 0x3E), 0x41);
-  EXPECT_EQ(ReadBuffer[0], 0x77) << "a single read leaves the buffer alone";
+  EXPECT_EQ(Bus.ReadBuffer[0], 0x77) << "a single read leaves the buffer alone";
   EXPECT_EQ(ReadRegisterBlock(0x2C, 0x10, 3), 0);
-  EXPECT_EQ(ReadBuffer[1], 0xCE);
-  EXPECT_EQ(ReadBuffer[3], 0x77);
+  EXPECT_EQ(Bus.ReadBuffer[1], 0xCE);
+  EXPECT_EQ(Bus.ReadBuffer[3], 0x77);
   EXPECT_EQ(ReadRegisterBlock(0x2C, 0x10, 0), 0);
   EXPECT_EQ(WriteRegisterValue(0x2C, 0x30, 0x90), 0);
   EXPECT_EQ(SetHeater(1, percent) + ReadHeaterState() + ReadBoardPort(0x4A) + WriteBoardPort(0x4A, 1), 0);
@@ -73,21 +74,21 @@ TEST_F(Link, SmbusHasByteTransfersAlone) {
 
 TEST_F(Link, WithoutALinkNothingMoves) {
   for (const std::int16_t mode : std::array<std::int16_t, 3>{0, 3, -1}) {
-    InterfaceMode = mode;
+    Bus.InterfaceMode = mode;
     EXPECT_EQ(ReadRegister(0x58, 0x3E), 0);
     EXPECT_EQ(ReadRegisterBlock(0x58, 0x10, 4), 0);
     EXPECT_EQ(WriteRegisterValue(0x58, 0x21, 0xFF), 0);
     EXPECT_EQ(ReadBoardPort(0x4A), 0);
   }
   EXPECT_TRUE(desk.board.traffic.empty());
-  EXPECT_FALSE(chip::PwmManual[1]);
+  EXPECT_FALSE(chip::Model.PwmManual[1]);
 }
 
 TEST_F(Link, ValuesAreLimitedToAByteForTheCallerToo) {
   OnEach([this] {
     for (const auto& [given, sent] : {std::pair{300, 255}, {255, 255}, {256, 255}, {-1, 0}, {0, 0}, {100000, 255}}) {
       std::int32_t value = given;
-      WriteRegister(DeviceAddress, 0x30, value);
+      WriteRegister(Bus.DeviceAddress, 0x30, value);
       EXPECT_EQ(value, sent);
       EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x30, sent)});
     }
@@ -108,12 +109,12 @@ TEST_F(Link, ARegisterOutsideAByteIsNoTransfer) {
   OnRegisterWrite(0x121, [&] { ++hooks; });
   OnEach([] {
     for (const std::int32_t reg : {-1, 0x100, 0x121, 0x7FFFFFFF}) {
-      EXPECT_EQ(ReadRegister(DeviceAddress, reg), 0);
-      EXPECT_EQ(WriteRegisterValue(DeviceAddress, reg, 1), 0);
-      EXPECT_EQ(ReadRegisterBlock(DeviceAddress, reg, 1), 0);
+      EXPECT_EQ(ReadRegister(Bus.DeviceAddress, reg), 0);
+      EXPECT_EQ(WriteRegisterValue(Bus.DeviceAddress, reg, 1), 0);
+      EXPECT_EQ(ReadRegisterBlock(Bus.DeviceAddress, reg, 1), 0);
     }
-    EXPECT_EQ(ReadRegisterBlock(DeviceAddress, 0xFE, 3), 0) << "a run that leaves the register file";
-    EXPECT_EQ(ReadRegisterBlock(DeviceAddress, 0, 66), 0) << "a run that does not fit the buffer";
+    EXPECT_EQ(ReadRegisterBlock(Bus.DeviceAddress, 0xFE, 3), 0) << "a run that leaves the register file";
+    EXPECT_EQ(ReadRegisterBlock(Bus.DeviceAddress, 0, 66), 0) << "a run that does not fit the buffer";
   });
   EXPECT_TRUE(desk.board.traffic.empty());
   EXPECT_EQ(hooks, 0);
@@ -123,9 +124,9 @@ TEST_F(Link, AWriteToAPwmConfigurationReadsItBackForAllThreeBitsOfManual) {
   OnEach([this] {
     for (const auto& [value, manual] : {std::pair{0xE5, true}, {0xDF, false}}) {
       for (int pwm = 1; pwm <= 4; ++pwm) {
-        WriteRegisterValue(DeviceAddress, 0x20 + pwm, value);
+        WriteRegisterValue(Bus.DeviceAddress, 0x20 + pwm, value);
         EXPECT_EQ(desk.board.TakeTraffic(), Concat(W(0x20 + pwm, value), R(0x20 + pwm)));
-        EXPECT_EQ(chip::PwmManual[static_cast<std::size_t>(pwm)], manual);
+        EXPECT_EQ(chip::Model.PwmManual[static_cast<std::size_t>(pwm)], manual);
       }
     }
   });
@@ -182,7 +183,7 @@ TEST_F(Link, ALibraryWithoutItsEntriesCallsNothing) {
   desk.board.missingEntries = {"VendorIORequest", "WriteSmbus"};
   EXPECT_FALSE(LoadUsbFunctions(desk.libraries).toLower().contains("file not found"));
   EXPECT_FALSE(LoadSmbus(desk.libraries).isEmpty());
-  EXPECT_EQ(UsbFunctions.LoadFirmWare, nullptr) << "half a library is none";
+  EXPECT_EQ(Bus.UsbFunctions.LoadFirmWare, nullptr) << "half a library is none";
   OnSmbus();
   EXPECT_EQ(ReadRegister(0x2C, 0x3E), 0);
   WriteRegisterValue(0x2C, 0x30, 1);

@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QTreeWidget>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "tests/support/EveryWindow.h"
 #include "tests/support/Steps.h"
@@ -38,7 +39,7 @@ class ChipChange : public ::testing::TestWithParam<std::string> {
     Put(desk.board.AddUsbChip(0x5A), "21=E0 3F=04 30..36=00");
     Put(desk.board.usbChips[0x58], "30..36=00");
     desk.Start();
-    chip::PollEnabled = false;
+    chip::Model.PollEnabled = false;
     desk.Main().show();
     QApplication::setActiveWindow(&desk.Main());
     Open(GetParam().c_str());
@@ -188,7 +189,7 @@ struct Chips : ::testing::Test {
   Chips() {
     desk.board.AddUsbChip(0x5A);
     desk.Start();
-    chip::PollEnabled = false;
+    chip::Model.PollEnabled = false;
     desk.Main().show();
     QApplication::setActiveWindow(&desk.Main());
   }

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QTest>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "tests/support/SimulatedDesk.h"
 
@@ -22,7 +23,7 @@ TEST(Guide, FirstTenMinutesByKeyboardGiveTheFiguresThatItTells) {
   };
   const auto type = [](const char* text) { QTest::keyClicks(QApplication::focusWidget(), text); };
   const auto expect = [](double remote1, int percent, int rpm) {
-    const chip::MeasurementSet& now = chip::Measurements;
+    const chip::MeasurementSet& now = chip::Model.Measurements;
     EXPECT_NEAR(now.Temperature[1], remote1, 0.5);
     EXPECT_NEAR(now.PwmPercent[1], percent, 1);
     EXPECT_NEAR(now.TachRpm[1], rpm, 0.03 * rpm);
@@ -36,10 +37,10 @@ TEST(Guide, FirstTenMinutesByKeyboardGiveTheFiguresThatItTells) {
   expect(30, 100, 3325);
   constexpr std::array kRpm{3320, 3325, 3130, 3160};
   for (std::size_t fan = 0; fan < kRpm.size(); ++fan) {
-    EXPECT_NEAR(chip::Measurements.TachRpm[fan], kRpm[fan], 40) << fan;
-    EXPECT_NEAR(chip::Measurements.Temperature[fan], 30, 2) << fan;
+    EXPECT_NEAR(chip::Model.Measurements.TachRpm[fan], kRpm[fan], 40) << fan;
+    EXPECT_NEAR(chip::Model.Measurements.Temperature[fan], 30, 2) << fan;
   }
-  EXPECT_NEAR(chip::Measurements.Voltage[18], 3.3F, 0.1F);
+  EXPECT_NEAR(chip::Model.Measurements.Voltage[18], 3.3F, 0.1F);
 
   press("Ctrl+Shift+A");
   for (int i = 0; i < 3; ++i) press("Tab");

@@ -1,3 +1,4 @@
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "tests/support/EveryWindow.h"
 #include "tests/support/Steps.h"
@@ -16,11 +17,11 @@ struct Opening {
 
 const std::vector<Opening> kOpenings{
     {"frmSave", "", "cmdClose"},
-    {"frmGraph", "", nullptr, &windows::GraphOpen},
-    {"frmRegMap", "", nullptr, &windows::RegMapOpen},
+    {"frmGraph", "", nullptr, &windows::Shared.GraphOpen},
+    {"frmRegMap", "", nullptr, &windows::Shared.RegMapOpen},
     {"frmLogging", "", "cmdClose"},
     {"frmSwitches", "P4A P48", "cmdCancel"},
-    {"frmHeaters", "H", "cmdClose", &windows::HeatersOpen},
+    {"frmHeaters", "H", "cmdClose", &windows::Shared.HeatersOpen},
     {"frmEasySetup", "", "cmdClose"},
     {"frmAbout", "", "cmdOK"},
     {"frmGenConfig", "B01+3 R0C", "cmdCancel"},
@@ -29,15 +30,15 @@ const std::vector<Opening> kOpenings{
     {"frmTherm", "R03 B0D+3 B54+2", "cmdCancel"},
     {"frmEDO", "R16 B37+2", "cmdCancel"},
     {"frmPinConfig", "B10+5", "cmdClose(1)"},
-    {"frmGPIO", "R03 B09+2 RBF", "cmdCancel", &windows::GpioOpen},
-    {"frmAutoGraph", "R0D R2C B21+4 B25+2 B28+4 B5C+4 B60+4 B54+2 B4C+8", "cmdCancel", &windows::AutoGraphOpen},
-    {"frmDynamicTmin", "B0B+2 B5A+2 B5D+2 B45+2 B49+2 B64+1", "cmdCancel", &windows::DynTminOpen},
-    {"frmManualControl", "", "cmdClose", &windows::ManualOpen},
+    {"frmGPIO", "R03 B09+2 RBF", "cmdCancel", &windows::Shared.GpioOpen},
+    {"frmAutoGraph", "R0D R2C B21+4 B25+2 B28+4 B5C+4 B60+4 B54+2 B4C+8", "cmdCancel", &windows::Shared.AutoGraphOpen},
+    {"frmDynamicTmin", "B0B+2 B5A+2 B5D+2 B45+2 B49+2 B64+1", "cmdCancel", &windows::Shared.DynTminOpen},
+    {"frmManualControl", "", "cmdClose", &windows::Shared.ManualOpen},
 };
 
 void ExpectOpensAndCloses(const Opening& row, Desk::Buses buses, const char* registers) {
   WindowDesk desk(row.window, buses, [&](Desk& each) { Put(each.board.Chip(), registers); });
-  chip::PollEnabled = false;
+  chip::Model.PollEnabled = false;
   const FakeBoard::Registers before = desk.board.Chip();
   EXPECT_EQ(desk.load, T(row.load));
   EXPECT_TRUE(row.open == nullptr || *row.open);

@@ -36,8 +36,8 @@ struct RealDesk : Desk {
     std::atexit([] {
       std::string told = "transfers";
       for (const std::string& transfer : self->board.traffic) told += " [" + transfer + "]";
-      if (windows::HeatersOpen) told += " open";
-      const auto log = self->files.Read(windows::LogFileName, 10000);
+      if (windows::Shared.HeatersOpen) told += " open";
+      const auto log = self->files.Read(windows::Shared.LogFileName, 10000);
       told += ", lines " + std::to_string(log.value_or("").count('\n')) + ", stored ";
       for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"}) {
         told += self->settings.Get(key, "-").toStdString() + " ";
@@ -53,7 +53,7 @@ struct RealDesk : Desk {
     Main().move(100, 50);
     Main().resize(640, 480);
     Open("frmHeaters");
-    windows::LogFileName = folder.filePath("log.csv");
+    windows::Shared.LogFileName = folder.filePath("log.csv");
     files.locked = true;
     windows::StartLog(100, Main());
     const windows::Context context{real, Main()};
@@ -188,7 +188,7 @@ TEST_F(Ending, MessagesThatNobodyReadsEndNothing) {
 struct Leaving : ::testing::Test {
   Leaving() {
     desk.Start();
-    windows::LogFileName = folder.filePath("log.csv");
+    windows::Shared.LogFileName = folder.filePath("log.csv");
   }
   /// Closes the main window, picking these; what was asked and sent, and whether the window stands.
   std::string Close(std::initializer_list<QString> picks) {
@@ -237,12 +237,12 @@ TEST_F(Leaving, WithAHeaterOnAsksOnceAndSwitchesOffWhatIsOn) {
   EXPECT_EQ(Close({"&Heaters off and exit"}),
             "Heater1 is on at 50 %./Heater2 is on at 30.5 %.//A heater heats on when the program has ended. "
             "<&Heaters off and exit|E&xit|&Cancel> [usb H 1=0] [usb H 2=0] gone");
-  EXPECT_EQ(link::InterfaceMode, link::kModeSmbus);
+  EXPECT_EQ(link::Bus.InterfaceMode, link::kModeSmbus);
 }
 
 TEST_F(Leaving, WithALogTellsTheFileAndTheLinesThatWouldBeLost) {
   Log(0);
-  const std::string file = windows::LogFileName.toStdString();
+  const std::string file = windows::Shared.LogFileName.toStdString();
   EXPECT_EQ(Close({"&Cancel"}), "A log is running and ends with the program:/" + file + " <E&xit|&Cancel> stays");
   Log(1);
   EXPECT_EQ(Close({"&Cancel"}), "A log is running and ends with the program:/" + file +
@@ -250,11 +250,11 @@ TEST_F(Leaving, WithALogTellsTheFileAndTheLinesThatWouldBeLost) {
                                     " <E&xit|&Cancel> stays");
   Log(2);
   windows::StopLog({desk.services, desk.Main()});
-  windows::LogFileName.clear();  // as behind the dialog of the next log, cancelled
+  windows::Shared.LogFileName.clear();  // as behind the dialog of the next log, cancelled
   EXPECT_EQ(Close({"&Cancel"}),
             "3 lines wait for a file that cannot be written, and will be lost:/" + file + " <E&xit|&Cancel> stays");
-  windows::LogFileName = folder.filePath("other.csv");
-  const std::string other = windows::LogFileName.toStdString();
+  windows::Shared.LogFileName = folder.filePath("other.csv");
+  const std::string other = windows::Shared.LogFileName.toStdString();
   Log(1);
   EXPECT_EQ(Close({"&Cancel"}), "A log is running and ends with the program:/" + other +
                                     "/4 lines wait for files that cannot be written, and will be lost:/" + file + "/" +

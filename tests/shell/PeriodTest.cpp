@@ -2,6 +2,7 @@
 
 #include <QTemporaryDir>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "tests/support/Seen.h"
 #include "tests/support/Steps.h"
@@ -48,16 +49,16 @@ const Pace kPaces[]{
     {"automatic control", "frmAutoGraph", 350, nullptr, Chart("frmAutoGraph", "stpGraph", 4)},
     {"dynamic Tmin", "frmDynamicTmin", 150, "usb B 58:21+4", {}},
     {"GPIO", "frmGPIO", 550, "usb R 58:BF", {}},
-    {"log", "", 150, nullptr, [](Desk&) { return static_cast<double>(windows::LogSampleCount); }},
+    {"log", "", 150, nullptr, [](Desk&) { return static_cast<double>(windows::Shared.LogSampleCount); }},
     {"log that is stopped and owes a line", "", 1050, nullptr, [](Desk& desk) { return desk.files.appends * 1.0; }},
 };
 
 /// What is beside an open window before the job runs.
 void Prepare(Desk& desk, const std::string& job, const QString& path) {
-  chip::PollEnabled = job == "measurement";
+  chip::Model.PollEnabled = job == "measurement";
   if (job == "register map") Do(*desk.Main().FindWindow("frmRegMap"), "chkContRead=1");
   if (!job.starts_with("log")) return;
-  windows::LogFileName = path;
+  windows::Shared.LogFileName = path;
   windows::StartLog(100, desk.Main());
   if (job == "log") return;
   desk.files.locked = true;
@@ -77,8 +78,8 @@ TEST(Periods, EachJobKeepsItsOwnOverMinutes) {
     std::set<int> gaps;
     double seen = look ? look(desk) : 0;
     for (int at = 0, last = -1; at < 3 * 60'000; at += kTickMs) {
-      chip::Measurements.Temperature.fill(static_cast<float>(at % 6'350) / 50);
-      chip::Measurements.PwmPercent.fill(static_cast<std::int16_t>(at / kTickMs % 101));
+      chip::Model.Measurements.Temperature.fill(static_cast<float>(at % 6'350) / 50);
+      chip::Model.Measurements.PwmPercent.fill(static_cast<std::int16_t>(at / kTickMs % 101));
       desk.board.TakeTraffic();
       desk.Advance(kTickMs);
       const bool sent = transfer != nullptr && std::ranges::count(desk.board.traffic, transfer) > 0;

@@ -2,11 +2,13 @@
 #include <QComboBox>
 #include <QDir>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "platform/PathBytes.h"
 #include "shell/Firmware.h"
+#include "shell/ProgramState.h"
 #include "shell/frmSplash.h"
 #include "tests/support/Steps.h"
 #include "windows/SharedState.h"
@@ -39,10 +41,10 @@ TEST(Start, TransfersOnEitherBusAndUsbComesFirst) {
     EXPECT_EQ(desk.board.traffic, Concat(smbus ? host : none, usb ? firmware : none, usb ? kUsbScan : none,
                                          smbus ? SmbusScan() : none, T(kTables)));
     EXPECT_TRUE(smbus || static_cast<int>(desk.clock.waitedMs) == 5000 + 200 + 1000 + 1000) << desk.clock.waitedMs;
-    EXPECT_EQ(link::UsbPresent, usb);
-    EXPECT_EQ(link::SmbusPresent, smbus);
-    EXPECT_EQ(link::InterfaceMode, usb ? link::kModeUsb : link::kModeSmbus);
-    EXPECT_EQ(link::DeviceAddress, usb ? 0x58 : 0x2C);
+    EXPECT_EQ(link::Bus.UsbPresent, usb);
+    EXPECT_EQ(link::Bus.SmbusPresent, smbus);
+    EXPECT_EQ(link::Bus.InterfaceMode, usb ? link::kModeUsb : link::kModeSmbus);
+    EXPECT_EQ(link::Bus.DeviceAddress, usb ? 0x58 : 0x2C);
     QStringList found;
     const auto& devices = Desk::Get<QComboBox>(desk.Main(), "cmbDevices");
     for (int i = 0; i < devices.count(); ++i) found << devices.itemText(i);
@@ -61,7 +63,7 @@ TEST(Start, PickingAnotherChipOnlyChangesWhereTheNextTransferGoes) {
   Do(desk.Main(), "cmbDevices=1");
   EXPECT_EQ(R(0), "usb R 5C:00");
   EXPECT_TRUE(desk.board.traffic.empty());
-  EXPECT_TRUE(chip::PinFunctions.D1) << "the flags stay those of the chip read at the start";
+  EXPECT_TRUE(chip::Model.PinFunctions.D1) << "the flags stay those of the chip read at the start";
   desk.Advance(150);
   EXPECT_EQ(desk.board.traffic, B(0x88, 8));
 }
@@ -70,14 +72,15 @@ TEST(Start, FillsTheSharedTables) {
   Desk desk;
   desk.board.usbChips[0x58][0x3F] = 3;
   desk.board.usbChips[0x58][0x22] = 0xE0;
-  chip::PollPeriodMs = 7;
-  windows::GraphPeriodMs = 7;
+  chip::Model.PollPeriodMs = 7;
+  windows::Shared.GraphPeriodMs = 7;
   desk.Start();
-  EXPECT_EQ(chip::ChipRevision, 3);
-  EXPECT_EQ(chip::PwmManual, (std::array{false, false, true, false, false}));
-  EXPECT_EQ((std::array<int, 4>{chip::TachClock, chip::PollPeriodMs, windows::GraphPeriodMs, windows::LogPeriodMs}),
+  EXPECT_EQ(chip::Model.ChipRevision, 3);
+  EXPECT_EQ(chip::Model.PwmManual, (std::array{false, false, true, false, false}));
+  EXPECT_EQ((std::array<int, 4>{chip::Model.TachClock, chip::Model.PollPeriodMs, windows::Shared.GraphPeriodMs,
+                                windows::Shared.LogPeriodMs}),
             (std::array{90000, 100, 50, 100}));
-  EXPECT_TRUE(chip::PinFunctions.D1);
+  EXPECT_TRUE(chip::Model.PinFunctions.D1);
 }
 
 /// The splash screen while it stands.
@@ -163,7 +166,7 @@ TEST(Start, TheLibraryIsCalledWithTheBytesOfWhateverFolderTheProgramIsIn) {
     desk.process.folder = folder;
     EXPECT_EQ(desk.RunMain(), std::nullopt);
     EXPECT_EQ(desk.board.traffic.front(), "usb F " + folder.toUtf8().toStdString() + "/ZTH4718FW.Hex");
-    EXPECT_EQ(shell::AnsiBuffer[0] == 0, folder.size() > 498) << "what fits 513 bytes with its end";
+    EXPECT_EQ(shell::Program.AnsiBuffer[0] == 0, folder.size() > 498) << "what fits 513 bytes with its end";
   }
 }
 

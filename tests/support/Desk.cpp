@@ -8,19 +8,21 @@
 #include <QLabel>
 #include <QLineEdit>
 
-#include "chip/Measurements.h"
+#include "chip/ChipState.h"
 #include "link/Declarations.h"
 #include "shell/Commands.h"
 #include "shell/Main.h"
+#include "shell/ProgramState.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
 namespace {
 
 void ResetProgram() {
-  link::ResetLink();
-  chip::ResetChip();
-  windows::ResetSharedState();
+  link::Bus = {};
+  chip::Model = {};
+  windows::Shared = {};
+  ::zth::shell::Program = {};
 }
 
 }  // namespace

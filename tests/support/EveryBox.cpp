@@ -46,7 +46,7 @@ std::vector<platform::ChoiceQuestion> AskedAtTheEnd() {
     std::int32_t percent = 50;
     link::SetHeater(heater, percent);
   }
-  windows::LogFileName = "/home/user" + QString("/measurements of the week").repeated(4) + "/log.csv";
+  windows::Shared.LogFileName = "/home/user" + QString("/measurements of the week").repeated(4) + "/log.csv";
   desk.files.locked = true;
   windows::StartLog(1000, desk.Main());
   for (int i = 0; i < 2; ++i) windows::RunLogJob({desk.services, desk.Main()});

@@ -21,10 +21,10 @@ std::vector<std::string> EveryWindow() {
 }
 
 std::map<std::string, const bool*> OpenFlags() {
-  return {{"frmRegMap", &windows::RegMapOpen},       {"frmLimits", &windows::LimitsOpen},
-          {"frmGPIO", &windows::GpioOpen},           {"frmGraph", &windows::GraphOpen},
-          {"frmHeaters", &windows::HeatersOpen},     {"frmManualControl", &windows::ManualOpen},
-          {"frmDynamicTmin", &windows::DynTminOpen}, {"frmAutoGraph", &windows::AutoGraphOpen}};
+  return {{"frmRegMap", &windows::Shared.RegMapOpen},       {"frmLimits", &windows::Shared.LimitsOpen},
+          {"frmGPIO", &windows::Shared.GpioOpen},           {"frmGraph", &windows::Shared.GraphOpen},
+          {"frmHeaters", &windows::Shared.HeatersOpen},     {"frmManualControl", &windows::Shared.ManualOpen},
+          {"frmDynamicTmin", &windows::Shared.DynTminOpen}, {"frmAutoGraph", &windows::Shared.AutoGraphOpen}};
 }
 
 int Pages(const windows::ChildWindow& window) {

@@ -18,7 +18,7 @@ std::string Text(const char* format, Numbers... numbers) {
 }
 
 const char* Bus() {
-  return link::InterfaceMode == link::kModeUsb ? "usb" : "smb";
+  return link::Bus.InterfaceMode == link::kModeUsb ? "usb" : "smb";
 }
 
 std::int16_t ZTH_LIBRARY_CALL LoadFirmWare(const char* path) {
@@ -59,7 +59,7 @@ class BoardLibrary final : public platform::Library {
 /// The request as the text of its form; empty when it is of none.
 std::string Decode(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction,
                    std::int16_t length, const std::uint8_t* buffer) {
-  const bool readBuffer = buffer == link::ReadBuffer.data();
+  const bool readBuffer = buffer == link::Bus.ReadBuffer.data();
   const bool nothing = !readBuffer && buffer != nullptr && *buffer == 0;
   const bool read = direction == 1 && readBuffer;
   const bool command = direction == 0 && length == 0 && nothing;
@@ -99,8 +99,8 @@ platform::LoadedLibrary FakeBoard::Load(const QString& name) {
 }
 
 FakeBoard::Registers& FakeBoard::Chip() {
-  auto& chips = link::InterfaceMode == link::kModeUsb ? usbChips : smbusChips;
-  return chips.at(link::DeviceAddress);
+  auto& chips = link::Bus.InterfaceMode == link::kModeUsb ? usbChips : smbusChips;
+  return chips.at(link::Bus.DeviceAddress);
 }
 
 std::int16_t FakeBoard::LoadFirmWare(const char* path) {
@@ -155,15 +155,16 @@ void FakeBoard::WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t 
 }
 
 std::string R(int reg) {
-  return Text("%s R %02X:%02X", Bus(), link::DeviceAddress, reg);
+  return Text("%s R %02X:%02X", Bus(), link::Bus.DeviceAddress, reg);
 }
 
 std::string W(int reg, int value) {
-  return Text("%s W %02X:%02X=%02X", Bus(), link::DeviceAddress, reg, value);
+  return Text("%s W %02X:%02X=%02X", Bus(), link::Bus.DeviceAddress, reg, value);
 }
 
 Traffic B(int first, int count) {
-  if (link::InterfaceMode == link::kModeUsb) return {Text("usb B %02X:%02X+%d", link::DeviceAddress, first, count)};
+  if (link::Bus.InterfaceMode == link::kModeUsb)
+    return {Text("usb B %02X:%02X+%d", link::Bus.DeviceAddress, first, count)};
   Traffic reads;
   for (int i = 0; i < count; ++i) reads.push_back(R(first + i));
   return reads;

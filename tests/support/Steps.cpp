@@ -69,7 +69,7 @@ Traffic T(const std::string& text) {
       traffic.push_back(W(Number(rest), Number(rest.substr(mark + 1))));
     } else if (word[0] == 'B') {
       traffic = Concat(traffic, B(Number(rest), std::stoi(rest.substr(mark + 1))));
-    } else if (link::InterfaceMode == link::kModeUsb) {
+    } else if (link::Bus.InterfaceMode == link::kModeUsb) {
       traffic.push_back(std::string("usb ") + word[0] + (rest.empty() ? "" : " ") + rest);
     }
   }

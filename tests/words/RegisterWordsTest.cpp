@@ -1,6 +1,7 @@
 // The register table and the tree of the register map, against registers.txt and tree.txt.
 #include <QTreeWidget>
 
+#include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
 #include "tests/support/Steps.h"
 #include "tests/words/Words.h"
@@ -21,13 +22,14 @@ std::string Told(int row, const chip::RegisterEntry& entry) {
 TEST(Words, OfTheRegisterTable) {
   chip::InitRegisterTable();
   const std::vector<Entry> rows = ReadWords("registers.txt");
-  ASSERT_EQ(rows.size(), chip::RegisterTable.size());
+  ASSERT_EQ(rows.size(), chip::Model.RegisterTable.size());
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const Entry& row = rows[i];
     const QString bits = row.texts.value(1, kPlainBits);
     const QString expected = row.kind + ' ' + row.words.join(' ') + " \"" + row.Text() + "\" " + bits;
-    EXPECT_EQ(Told(static_cast<int>(i), chip::RegisterTable[i]), expected.toStdString()) << row.where.toStdString();
-    EXPECT_EQ(chip::RegisterTable[i].Caption, row.Text().toStdString());
+    EXPECT_EQ(Told(static_cast<int>(i), chip::Model.RegisterTable[i]), expected.toStdString())
+        << row.where.toStdString();
+    EXPECT_EQ(chip::Model.RegisterTable[i].Caption, row.Text().toStdString());
     EXPECT_EQ(chip::RowOfName(row.Text().toStdString()), static_cast<int>(i)) << "each name is one row's";
     const auto first = std::ranges::find(rows, row.Word(0), [](const Entry& other) { return other.Word(0); });
     EXPECT_EQ(chip::RowOfAddress(row.Word(0).toInt(nullptr, 16)), first - rows.begin());

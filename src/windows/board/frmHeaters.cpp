@@ -7,6 +7,7 @@
 
 #include "base/NumberText.h"
 #include "base/Rounding.h"
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
@@ -80,21 +81,21 @@ QFrame* frmHeaters::MakeFrame(int heater) {
 }
 
 void frmHeaters::Form_Load() {
-  lblNoAdapter_->setVisible(link::InterfaceMode != link::kModeUsb);
+  lblNoAdapter_->setVisible(link::Bus.InterfaceMode != link::kModeUsb);
   link::ReadHeaterState();
   for (std::size_t heater = 0; heater < sldHeater_.size(); ++heater) {
-    sldHeater_[heater]->SetValue(link::ReadBuffer[heater] / kDriveScale);
+    sldHeater_[heater]->SetValue(link::Bus.ReadBuffer[heater] / kDriveScale);
   }
-  HeatersOpen = true;
+  Shared.HeatersOpen = true;
 }
 
 void frmHeaters::Form_Unload() {
-  HeatersOpen = false;
+  Shared.HeatersOpen = false;
 }
 
 void frmHeaters::RefreshTemperatures() {
   for (int heater = 0; heater < kHeaters; ++heater) {
-    const float degrees = chip::Measurements.Temperature[static_cast<std::size_t>(heater + 1)];
+    const float degrees = chip::Model.Measurements.Temperature[static_cast<std::size_t>(heater + 1)];
     lblTemp_[static_cast<std::size_t>(heater)]->setText(TemperatureCaption(heater) +
                                                         QString::fromStdString(base::GeneralText(degrees)) + "°C");
   }

@@ -94,7 +94,7 @@ QGroupBox* frmSwitches::MakeFrame() {
 }
 
 void frmSwitches::Form_Load() {
-  lblNoAdapter_->setVisible(link::InterfaceMode != link::kModeUsb);
+  lblNoAdapter_->setVisible(link::Bus.InterfaceMode != link::kModeUsb);
   for (const Device& device : kDevices) {
     const auto port = static_cast<unsigned>(link::ReadBoardPort(device.address));
     for (std::size_t bit = 0; bit < device.boxes; ++bit) {
@@ -113,7 +113,7 @@ void frmSwitches::cmdRefresh_Click() {
 }
 
 void frmSwitches::cmbApply_Click() {
-  if (link::InterfaceMode != link::kModeUsb) return;
+  if (link::Bus.InterfaceMode != link::kModeUsb) return;
   for (const Device& device : kDevices) {
     unsigned port = 0;
     for (std::size_t bit = 0; bit < device.boxes; ++bit) {

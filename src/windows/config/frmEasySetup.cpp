@@ -172,11 +172,11 @@ bool frmEasySetup::RunOption(std::size_t i) {
       OpenGraphs();
       return true;
     case Action::WriteOnes:
-      link::WriteRegisterValue(link::DeviceAddress, option.row.reg,
+      link::WriteRegisterValue(link::Bus.DeviceAddress, option.row.reg,
                                static_cast<std::int32_t>(base::Mask(option.row.bits)));
       return true;
     case Action::SetBits:
-      link::ModifyRegister(link::DeviceAddress, option.row.reg, 0, base::Mask(option.row.bits));
+      link::ModifyRegister(link::Bus.DeviceAddress, option.row.reg, 0, base::Mask(option.row.bits));
       return true;
   }
   return true;
@@ -190,7 +190,7 @@ bool frmEasySetup::SetEasyOption() {
     return false;
   }
   const double option = base::LeadingDecimal(txtOption_->text().toStdString());
-  link::WriteRegisterValue(link::DeviceAddress, kEasyConfig, chip::EasyOptionByte(option));
+  link::WriteRegisterValue(link::Bus.DeviceAddress, kEasyConfig, chip::EasyOptionByte(option));
   return true;
 }
 

@@ -10,6 +10,7 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+#include "chip/ChipState.h"
 #include "chip/PinModel.h"
 #include "windows/BoundControls.h"
 #include "windows/BoundMarks.h"
@@ -170,12 +171,12 @@ void frmGPIO::Form_Load() {
   controls_->Load(kEnableRead);
   UpdateGPIOStatus();
   loaded_ = true;
-  GpioOpen = true;
+  Shared.GpioOpen = true;
 }
 
 void frmGPIO::Form_Unload() {
   loaded_ = false;
-  GpioOpen = false;
+  Shared.GpioOpen = false;
 }
 
 void frmGPIO::UpdateGPIOStatus() {
@@ -190,7 +191,7 @@ void frmGPIO::UpdateGPIOStatus() {
     line.lblStatus->setVisible(!output);
     line.lblStatus->setText(line.cmbStatus->currentText());
     line.lblStatus->setToolTip(line.cmbStatus->toolTip());
-    line.chkPinEn->setChecked(chip::PinFunctions.*kPinFunctions[i].flag == 0);
+    line.chkPinEn->setChecked(chip::Model.PinFunctions.*kPinFunctions[i].flag == 0);
   }
 }
 

@@ -244,7 +244,7 @@ void frmPinConfig::ShowEasyOptionDetails() {
 void frmPinConfig::cmdApply_Click() {
   controls_->Apply(kPinWrites);
   ReloadLimits();
-  if (!GpioOpen) return;
+  if (!Shared.GpioOpen) return;
   if (auto* gpio = qobject_cast<frmGPIO*>(TheDesktop().FindWindow("frmGPIO"))) gpio->UpdateGPIOStatus();
 }
 
@@ -260,7 +260,7 @@ void frmPinConfig::cmdClose_Click() {
 }
 
 void frmPinConfig::ReloadLimits() {
-  if (!LimitsOpen) return;
+  if (!Shared.LimitsOpen) return;
   if (ChildWindow* limits = TheDesktop().FindWindow("frmLimits")) limits->Load();
 }
 

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "base/NumberText.h"
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "widgets/Strip.h"
@@ -21,7 +22,7 @@ void FeedTemperatures(const Graphs& charts) {
   static constexpr std::array kChannels{"Local", "Remote1", "Remote2", "Remote3"};
   for (int i = 0; i < 4; ++i) {
     const auto at = static_cast<std::size_t>(i);
-    const float value = chip::Measurements.Temperature.at(at);
+    const float value = chip::Model.Measurements.Temperature.at(at);
     const QString text = QString("%1 = %2\u00B0C").arg(kChannels.at(at), base::GeneralText(value).c_str());
     for (const std::size_t chart : {0U, 3U, 4U}) charts.at(chart)->PlotValue(i, static_cast<double>(value));
     for (const std::size_t chart : {0U, 3U, 4U}) Write(*charts.at(chart), i + 1, text);
@@ -38,23 +39,23 @@ void FeedPair(widgets::Strip& own, widgets::Strip& shared, int index, double val
 
 void FeedTachs(const Graphs& charts) {
   for (int i = 0; i < 8; ++i) {
-    const std::int32_t rpm = chip::Measurements.TachRpm.at(static_cast<std::size_t>(i));
+    const std::int32_t rpm = chip::Model.Measurements.TachRpm.at(static_cast<std::size_t>(i));
     FeedPair(*charts[1], *charts[3], i, rpm, QString("Tach%1=%2").arg(i + 1).arg(rpm));
   }
 }
 
 void FeedPwms(const Graphs& charts) {
   for (int i = 0; i < 4; ++i) {
-    const std::int16_t percent = chip::Measurements.PwmPercent.at(static_cast<std::size_t>(i));
+    const std::int16_t percent = chip::Model.Measurements.PwmPercent.at(static_cast<std::size_t>(i));
     FeedPair(*charts[2], *charts[4], i, percent, QString("PWM%1=%2%").arg(i + 1).arg(percent));
   }
 }
 
 void FeedVoltages(const Graphs& charts) {
   int trace = 0;
-  for (std::size_t channel = 0; channel < chip::VoltagePresent.size(); ++channel) {
-    if (!chip::VoltagePresent[channel]) continue;
-    charts[5]->PlotValue(trace++, static_cast<double>(chip::Measurements.Voltage[channel]));
+  for (std::size_t channel = 0; channel < chip::Model.VoltagePresent.size(); ++channel) {
+    if (!chip::Model.VoltagePresent[channel]) continue;
+    charts[5]->PlotValue(trace++, static_cast<double>(chip::Model.Measurements.Voltage[channel]));
   }
 }
 
@@ -66,7 +67,7 @@ void FeedGraphs(const Graphs& stpGraph) {
   FeedPwms(stpGraph);
   FeedVoltages(stpGraph);
   for (int i = 0; i < 2; ++i) {
-    const float percent = chip::Measurements.ThermPercent.at(static_cast<std::size_t>(i));
+    const float percent = chip::Model.Measurements.ThermPercent.at(static_cast<std::size_t>(i));
     stpGraph[6]->PlotValue(i, static_cast<double>(percent));
   }
 }

@@ -53,7 +53,4 @@ QString LogTrouble();
 std::optional<double> LogPace();
 inline constexpr int kPaceLines = 20;
 
-/// Forgets all lines and files.
-void ResetLog();
-
 }  // namespace zth::windows

@@ -11,6 +11,7 @@
 #include "base/NumberText.h"
 #include "base/Rounding.h"
 #include "base/Twips.h"
+#include "chip/ChipState.h"
 #include "chip/PinModel.h"
 #include "widgets/Strip.h"
 #include "widgets/UpDown.h"
@@ -26,7 +27,7 @@ constexpr int kFooterTwips = 500;
 constexpr std::int32_t kLongestPeriodMs = 32767;
 
 int VoltagesPresent() {
-  return static_cast<int>(std::count(chip::VoltagePresent.begin(), chip::VoltagePresent.end(), true));
+  return static_cast<int>(std::count(chip::Model.VoltagePresent.begin(), chip::Model.VoltagePresent.end(), true));
 }
 
 }  // namespace
@@ -84,9 +85,9 @@ void frmGraph::MakeCharts() {
 void frmGraph::Form_Load() {
   cmbGraph_->setCurrentIndex(3);
   ShowGraph(3);
-  txtUpdate_->setText(QString::number(GraphPeriodMs));
+  txtUpdate_->setText(QString::number(Shared.GraphPeriodMs));
   SetUpVoltageGraphLabels();
-  GraphOpen = true;
+  Shared.GraphOpen = true;
 }
 
 void frmGraph::Reread() {
@@ -99,7 +100,7 @@ void frmGraph::Reread() {
 }
 
 void frmGraph::Form_Unload() {
-  GraphOpen = false;
+  Shared.GraphOpen = false;
 }
 
 QSize frmGraph::sizeHint() const {
@@ -157,10 +158,10 @@ void frmGraph::SetUpVoltageGraphLabels() {
     chart.SetCaption({});
   }
   int slot = 1;
-  for (std::size_t channel = 0; channel < chip::VoltagePresent.size(); ++channel) {
-    if (!chip::VoltagePresent[channel]) continue;
+  for (std::size_t channel = 0; channel < chip::Model.VoltagePresent.size(); ++channel) {
+    if (!chip::Model.VoltagePresent[channel]) continue;
     chart.SetLabelIndex(slot++);
-    chart.SetCaption(QString::fromStdString(chip::VoltageName[channel]));
+    chart.SetCaption(QString::fromStdString(chip::Model.VoltageName[channel]));
   }
 }
 
@@ -168,10 +169,10 @@ void frmGraph::txtUpdate_Change() {
   const double typed = base::LeadingDecimal(txtUpdate_->text().toStdString());
   const std::int32_t period = std::min(base::RoundToInt(typed), kLongestPeriodMs);
   const bool taken = typed > 0 && period > 0;
-  if (taken) GraphPeriodMs = static_cast<std::int16_t>(period);
+  if (taken) Shared.GraphPeriodMs = static_cast<std::int16_t>(period);
   const bool inForce = taken && base::RoundToInt(typed) <= kLongestPeriodMs;
   ShowHint(*txtUpdate_,
-           inForce ? QString() : QString("Not in force: the charts are fed every %1 ms").arg(GraphPeriodMs),
+           inForce ? QString() : QString("Not in force: the charts are fed every %1 ms").arg(Shared.GraphPeriodMs),
            "Milliseconds between two samples of the charts");
 }
 

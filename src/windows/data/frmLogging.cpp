@@ -18,6 +18,7 @@
 #include "base/NumberText.h"
 #include "base/Product.h"
 #include "base/Rounding.h"
+#include "chip/ChipState.h"
 #include "widgets/UpDown.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
@@ -183,9 +184,9 @@ QHBoxLayout* frmLogging::MakeCommandRow() {
 }
 
 void frmLogging::Form_Load() {
-  txtLogInt_->setText(QString::number(LogPeriodMs));
+  txtLogInt_->setText(QString::number(Shared.LogPeriodMs));
   for (std::size_t i = 0; i < chkLog_.size(); ++i) {
-    const chip::LogChannel& channel = chip::LogChannelTable[i];
+    const chip::LogChannel& channel = chip::Model.LogChannelTable[i];
     chkLog_[i]->setEnabled(IsYes(channel.Available));
     chkLog_[i]->setChecked(IsYes(channel.Available) && IsYes(channel.Selected));
   }
@@ -203,10 +204,10 @@ void frmLogging::Reread() {
 }
 
 void frmLogging::ShowState() {
-  cmdLogData_->setText(LogActive ? kStop : kStart);
-  const QString file = LogActive ? LogFileName : refused_;
+  cmdLogData_->setText(Shared.LogActive ? kStop : kStart);
+  const QString file = Shared.LogActive ? Shared.LogFileName : refused_;
   const QString name = QFileInfo(file).fileName();
-  lblState_->setText(LogActive        ? "Logging to " + name
+  lblState_->setText(Shared.LogActive ? "Logging to " + name
                      : file.isEmpty() ? QString("Not logging")
                                       : "Not logging: " + name + " could not be written");
   lblState_->setToolTip(file);
@@ -215,7 +216,7 @@ void frmLogging::ShowState() {
 }
 
 void frmLogging::ShowPace() {
-  const double nominal = LogPeriodMs / 1000.0;
+  const double nominal = Shared.LogPeriodMs / 1000.0;
   const auto pace = LogPace();
   const bool differs = pace && std::abs(*pace - nominal) > nominal * kPaceTolerance;
   lblPace_->setText(differs ? PaceText(*pace) : QString());
@@ -228,7 +229,7 @@ void frmLogging::ShowPace() {
 std::string frmLogging::BuildLogHeader() const {
   std::string header = "Time ,";
   for (std::size_t i = 0; i < chkLog_.size(); ++i) {
-    if (IsYes(chip::LogChannelTable[i].Selected)) header += chkLog_[i]->text().toStdString() + " ,";
+    if (IsYes(chip::Model.LogChannelTable[i].Selected)) header += chkLog_[i]->text().toStdString() + " ,";
   }
   return header;
 }
@@ -244,7 +245,7 @@ void frmLogging::cmdDeselectAll_Click() {
 }
 
 void frmLogging::cmdLogData_Click() {
-  if (LogActive) {
+  if (Shared.LogActive) {
     StopLog({Services(), TheDesktop()});
     ShowState();
   } else {
@@ -253,16 +254,17 @@ void frmLogging::cmdLogData_Click() {
 }
 
 void frmLogging::Start() {
-  LogFileName.clear();
-  LogFileName = Services().fileDialogs.Ask({platform::FileQuestion::Kind::Save, "CommonDialog1", "Log Data to File",
-                                            Services().process.Folder(), "Log Files (*.csv)|*.csv", "", true},
-                                           this);
-  if (LogFileName.isEmpty()) return;
+  Shared.LogFileName.clear();
+  Shared.LogFileName =
+      Services().fileDialogs.Ask({platform::FileQuestion::Kind::Save, "CommonDialog1", "Log Data to File",
+                                  Services().process.Folder(), "Log Files (*.csv)|*.csv", "", true},
+                                 this);
+  if (Shared.LogFileName.isEmpty()) return;
 
   bool any = false;
   for (std::size_t i = 0; i < chkLog_.size(); ++i) {
     any = any || chkLog_[i]->isChecked();
-    chip::LogChannelTable[i].Selected = chkLog_[i]->isChecked() ? 1.0F : 0.0F;
+    chip::Model.LogChannelTable[i].Selected = chkLog_[i]->isChecked() ? 1.0F : 0.0F;
   }
   if (!any) {
     Services().prompts.Ask({base::kTitle, "At least one item must be selected for logging", platform::BoxIcon::Warning,
@@ -271,7 +273,7 @@ void frmLogging::Start() {
   }
   if (!WriteLogHead(Services().files, BuildLogHeader())) {
     // No box, but a line of the window, so that nobody waits for a log that does not run.
-    refused_ = LogFileName;
+    refused_ = Shared.LogFileName;
     ShowState();
     return;
   }

@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include "base/NumberText.h"
+#include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
@@ -54,7 +55,7 @@ QString RegisterName(int address) {
   const int row = chip::RowOfAddress(address);
   const QString number = QString::fromStdString("0x" + base::HexText(address));
   if (row < 0) return number;
-  return number + "  " + QString::fromStdString(chip::RegisterTable.at(static_cast<std::size_t>(row)).Caption);
+  return number + "  " + QString::fromStdString(chip::Model.RegisterTable.at(static_cast<std::size_t>(row)).Caption);
 }
 
 }  // namespace
@@ -156,7 +157,7 @@ QGroupBox* frmSave::MakeFrame() {
 }
 
 void frmSave::Form_Load() {
-  EndProgress(LastFileWork);
+  EndProgress(Shared.LastFileWork);
   adjustSize();
 }
 
@@ -179,7 +180,7 @@ void frmSave::EndProgress(const QString& outcome, const QString& toolTip) {
 }
 
 void frmSave::Remember(const QString& outcome, Desktop& desktop) {
-  LastFileWork = outcome;
+  Shared.LastFileWork = outcome;
   desktop.Tell(outcome);
 }
 
@@ -193,14 +194,14 @@ QString frmSave::AskForFile(bool save) {
 
 std::string frmSave::ReadChip(int& lines) {
   std::string text;
-  for (std::size_t row = 0; row < chip::RegisterTable.size(); ++row) {
-    const chip::RegisterEntry& entry = chip::RegisterTable[row];
+  for (std::size_t row = 0; row < chip::Model.RegisterTable.size(); ++row) {
+    const chip::RegisterEntry& entry = chip::Model.RegisterTable[row];
     if (entry.ReadOnly) continue;
-    if (ShowProgress(static_cast<int>((row + 1) * 100 / chip::RegisterTable.size()),
+    if (ShowProgress(static_cast<int>((row + 1) * 100 / chip::Model.RegisterTable.size()),
                      "Reading " + QString::fromStdString(entry.Caption))) {
       Services().events.PumpPaint();
     }
-    const std::int16_t value = link::ReadRegister(link::DeviceAddress, entry.Address);
+    const std::int16_t value = link::ReadRegister(link::Bus.DeviceAddress, entry.Address);
     if (!chkNotDefaults_->isChecked() || value != entry.Default) {
       text += SavedLine(entry.Address, value, entry.Caption);
       ++lines;
@@ -258,7 +259,7 @@ void frmSave::Recall(std::string_view text, const QString& file) {
   auto result = reader.FindStart() ? SavedReader::Result::Line : SavedReader::Result::Broken;
   int written = 0;
   stop_ = false;
-  RecallRunning = true;
+  Shared.RecallRunning = true;
   desktop.EnableTimer(false);
   std::optional<CancelPossible> cancelPossible;
   const double began = clock.Now();
@@ -274,11 +275,11 @@ void frmSave::Recall(std::string_view text, const QString& file) {
       events.Pump();
       if (!self || stop_) break;
     }
-    link::WriteRegisterValue(link::DeviceAddress, address, value);
+    link::WriteRegisterValue(link::Bus.DeviceAddress, address, value);
     ++written;
   }
   cancelPossible.reset();
-  RecallRunning = false;
+  Shared.RecallRunning = false;
   desktop.EnableTimer(true);
   const bool cancelled = result == SavedReader::Result::Line;
   QString outcome = (cancelled ? "Cancelled after " : "") + Registers(written) + " written";

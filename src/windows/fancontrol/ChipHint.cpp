@@ -7,6 +7,7 @@
 #include <QLineEdit>
 
 #include "base/Rounding.h"
+#include "chip/ChipState.h"
 #include "chip/Conversions.h"
 #include "chip/DegreesText.h"
 #include "chip/Measurements.h"
@@ -22,7 +23,7 @@ constexpr std::size_t kOpPointRow = 42;  // of remote 0, which there is none of
 
 /// The log's table keeps what the chip holds, whatever the demo does to the measurements.
 int Logged(std::size_t row) {
-  return base::RoundToInt(static_cast<double>(chip::LogChannelTable[row].Value));
+  return base::RoundToInt(static_cast<double>(chip::Model.LogChannelTable[row].Value));
 }
 
 int PolledTmin(std::size_t channel) {
@@ -35,15 +36,15 @@ int PolledOpPoint(std::size_t remote) {
 
 /// What the demo had added to a remote's values when they were polled.
 int Lift(std::size_t remote) {
-  return chip::Measurements.PolledTmin[remote] - PolledTmin(remote);
+  return chip::Model.Measurements.PolledTmin[remote] - PolledTmin(remote);
 }
 
 int PolledLowLimit(std::size_t remote) {
-  return chip::Measurements.PolledLowLimit[remote] - Lift(remote);
+  return chip::Model.Measurements.PolledLowLimit[remote] - Lift(remote);
 }
 
 int PolledHighLimit(std::size_t remote) {
-  return chip::Measurements.PolledHighLimit[remote] - Lift(remote);
+  return chip::Model.Measurements.PolledHighLimit[remote] - Lift(remote);
 }
 
 /// A run of registers, and the channel that the first of them belongs to.
@@ -68,12 +69,12 @@ ChipHint::ChipHint(QLineEdit& box, QLabel& label, Polled polled)
 }
 
 void ChipHint::Settle() {
-  readsThen_ = chip::Measurements.Reads[kPolledGroup];
+  readsThen_ = chip::Model.Measurements.Reads[kPolledGroup];
   label_.clear();
 }
 
 bool ChipHint::IsMoved() const {
-  if (chip::Measurements.Reads[kPolledGroup] == readsThen_) return false;
+  if (chip::Model.Measurements.Reads[kPolledGroup] == readsThen_) return false;
   return polled_() != chip::DegreesFromByte(chip::DegreesByte(box_.text().toStdString()));
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "link/Declarations.h"
 #include "platform/Services.h"
@@ -77,17 +78,17 @@ void CurveView::DrawWithDots(bool ready) {
 
 std::vector<DotTrail::Dot> CurveView::DotsNow() const {
   const double now = services_.clock.Now();
-  const double duty = chip::Measurements.PwmPercent[static_cast<std::size_t>(pwm_)];
+  const double duty = chip::Model.Measurements.PwmPercent[static_cast<std::size_t>(pwm_)];
   std::vector<DotTrail::Dot> dots;
   for (int s = 0; s < Curve().SourceCount; ++s) {
     const auto channel = static_cast<std::size_t>(Curve().Sources[static_cast<std::size_t>(s)].Channel - 1);
-    dots.push_back({s, static_cast<double>(chip::Measurements.Temperature[channel]), duty, now});
+    dots.push_back({s, static_cast<double>(chip::Model.Measurements.Temperature[channel]), duty, now});
   }
   return dots;
 }
 
 std::vector<int> CurveView::SourcesShown() const {
-  std::vector<int> shown{link::InterfaceMode, link::DeviceAddress, pwm_};
+  std::vector<int> shown{link::Bus.InterfaceMode, link::Bus.DeviceAddress, pwm_};
   for (int s = 0; s < Curve().SourceCount; ++s) shown.push_back(Curve().Sources[static_cast<std::size_t>(s)].Channel);
   return shown;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "base/BitField.h"
+#include "chip/ChipState.h"
 #include "chip/Conversions.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
@@ -95,37 +96,37 @@ void Lift(std::int16_t& value) {
 /// The limit stands far below the temperature for a while, then as the set-up left it.
 void PulseTherm2(platform::Services& services) {
   services.events.PumpPaint();  // nothing is drawn during the pulse
-  link::WriteRegisterValue(link::DeviceAddress, kRemote2Therm2Limit, kZeroDegrees);
+  link::WriteRegisterValue(link::Bus.DeviceAddress, kRemote2Therm2Limit, kZeroDegrees);
   services.clock.WaitMs(kPulseMs);
-  link::WriteRegisterValue(link::DeviceAddress, kRemote2Therm2Limit, kNinetyDegrees);
-  DemoThermTripped = true;
+  link::WriteRegisterValue(link::Bus.DeviceAddress, kRemote2Therm2Limit, kNinetyDegrees);
+  Shared.DemoThermTripped = true;
 }
 
 }  // namespace
 
 void SetUpDemo() {
-  DemoChip = link::ChipInUse();
+  Shared.DemoChip = link::ChipInUse();
   const std::int16_t port = link::ReadBoardPort(chip::kSwitchDevice0);
   link::WriteBoardPortUnchecked(chip::kSwitchDevice0, port & ~kRemote2Switches & 255);
   for (const DemoWrite& write : kDemoWrites) {
     if (write.own == 0xFF) {
-      link::WriteRegisterValue(link::DeviceAddress, write.reg, static_cast<std::int32_t>(write.set));
+      link::WriteRegisterValue(link::Bus.DeviceAddress, write.reg, static_cast<std::int32_t>(write.set));
     } else {
-      link::ModifyRegister(link::DeviceAddress, write.reg, write.own, write.set);
+      link::ModifyRegister(link::Bus.DeviceAddress, write.reg, write.own, write.set);
     }
   }
 }
 
 void AdjustForDemo(int phase, platform::Services& services) {
-  if (!DemoRunning || link::ChipInUse() != DemoChip) return;
-  chip::MeasurementSet& live = chip::Measurements;
+  if (!Shared.DemoRunning || link::ChipInUse() != Shared.DemoChip) return;
+  chip::MeasurementSet& live = chip::Model.Measurements;
   if (phase == kTemperaturePhase) live.Temperature[kRemote2] += static_cast<float>(kLift);
   if (phase != kDynamicTminPhase) return;
   Lift(live.PolledTmin[kRemote2]);
   Lift(live.PolledOpPoint[kRemote2]);
   Lift(live.PolledLowLimit[kRemote2]);
   Lift(live.PolledHighLimit[kRemote2]);
-  if (!DemoThermTripped && live.Temperature[kRemote2] >= kTripDegrees) PulseTherm2(services);
+  if (!Shared.DemoThermTripped && live.Temperature[kRemote2] >= kTripDegrees) PulseTherm2(services);
 }
 
 }  // namespace zth::windows

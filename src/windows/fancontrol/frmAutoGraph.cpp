@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "widgets/Strip.h"
 #include "windows/SharedState.h"
@@ -130,7 +131,7 @@ void frmAutoGraph::Form_Load() {
   BuildModel();
   SetReady(true);
   tbPWM_Click();
-  AutoGraphOpen = true;
+  Shared.AutoGraphOpen = true;
 }
 
 void frmAutoGraph::Reread() {
@@ -141,7 +142,7 @@ void frmAutoGraph::Reread() {
 
 void frmAutoGraph::Form_Unload() {
   SetReady(false);
-  AutoGraphOpen = false;
+  Shared.AutoGraphOpen = false;
 }
 
 void frmAutoGraph::BuildModel() {
@@ -158,7 +159,7 @@ void frmAutoGraph::BuildModel() {
     texts.channels[static_cast<std::size_t>(i)] = {text("txtTmin", i), text("cmbTrange", i), text("txtTminHyst", i),
                                                    text("txtTH1", i), text("txtTH2", i)};
   }
-  texts.polledTmin = chip::Measurements.PolledTmin;
+  texts.polledTmin = chip::Model.Measurements.PolledTmin;
   view_->SetModel(BuildCurveModel(texts));
 }
 

@@ -7,6 +7,7 @@
 
 #include "base/NumberText.h"
 #include "base/Rounding.h"
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "chip/RegisterNames.h"
@@ -22,15 +23,15 @@ namespace zth::windows {
 
 void frmDynamicTmin::Form_Load() {
   LoadControls();
-  ShowRemote1Available(chip::PinFunctions.D1);
-  if (DemoRunning) cmdDemo_->setText("S&top...");
+  ShowRemote1Available(chip::Model.PinFunctions.D1);
+  if (Shared.DemoRunning) cmdDemo_->setText("S&top...");
   SetReady(true);
-  DynTminOpen = true;
+  Shared.DynTminOpen = true;
 }
 
 void frmDynamicTmin::Form_Unload() {
   SetReady(false);
-  DynTminOpen = false;
+  Shared.DynTminOpen = false;
 }
 
 void frmDynamicTmin::ShowRemote1Available(bool available) {
@@ -50,7 +51,7 @@ void frmDynamicTmin::UpdateDynTminGraph() {
 }
 
 void frmDynamicTmin::PlotChannel(int channel) {
-  const chip::MeasurementSet& live = chip::Measurements;
+  const chip::MeasurementSet& live = chip::Model.Measurements;
   const auto remote = static_cast<std::size_t>(channel + 1);
   widgets::Strip& strip = *Strip2_[static_cast<std::size_t>(channel)];
   const double opPoint = live.PolledOpPoint[remote];
@@ -74,8 +75,8 @@ void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double va
 
 void frmDynamicTmin::SetDutyLegend() {
   std::array<std::uint8_t, 4> configs{};
-  link::ReadRegisterBlock(link::DeviceAddress, "PWM1 Config"_reg, configs.size());
-  std::copy_n(link::ReadBuffer.begin(), configs.size(), configs.begin());
+  link::ReadRegisterBlock(link::Bus.DeviceAddress, "PWM1 Config"_reg, configs.size());
+  std::copy_n(link::Bus.ReadBuffer.begin(), configs.size(), configs.begin());
   const auto lists = ListDutyTraces(configs);
   for (int channel = 0; channel < kRemotes; ++channel) {
     const DutyTraceList& list = lists[static_cast<std::size_t>(channel)];
@@ -88,7 +89,7 @@ void frmDynamicTmin::SetDutyLegend() {
       strip.SetLabelTrace(kFirstDutyTrace + k);
       strip.SetLabelLine(used);
       const auto pwm = static_cast<std::size_t>(list.Pwm[place]);
-      strip.PlotValue(kFirstDutyTrace + k, used ? chip::Measurements.PwmPercent[pwm] : 0);
+      strip.PlotValue(kFirstDutyTrace + k, used ? chip::Model.Measurements.PwmPercent[pwm] : 0);
     }
     if (list.Count > 0) continue;
     strip.SetLabelIndex(DutySlot(0));
@@ -123,9 +124,9 @@ void frmDynamicTmin::cmdCancel_Click() {
 }
 
 void frmDynamicTmin::cmdDemo_Click() {
-  if (DemoRunning) {
+  if (Shared.DemoRunning) {
     cmdDemo_->setText("&Run Demo");
-    DemoRunning = false;
+    Shared.DemoRunning = false;
     return;
   }
   SetUpDemo();
@@ -133,7 +134,7 @@ void frmDynamicTmin::cmdDemo_Click() {
   Load();
   SSTab1_->setCurrentIndex(1);
   Strip2_[1]->ClearData();
-  DemoRunning = true;
+  Shared.DemoRunning = true;
 }
 
 }  // namespace zth::windows

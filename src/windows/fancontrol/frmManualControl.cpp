@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPushButton>
 
+#include "chip/ChipState.h"
 #include "chip/Conversions.h"
 #include "chip/Measurements.h"
 #include "chip/PwmModes.h"
@@ -102,17 +103,17 @@ QGroupBox* frmManualControl::MakeFrame() {
 void frmManualControl::Form_Load() {
   RefreshManualControlStates();
   RefreshManualControlSliders();
-  ManualOpen = true;
+  Shared.ManualOpen = true;
 }
 
 void frmManualControl::Form_Unload() {
-  ManualOpen = false;
-  ManualSliderHeld = false;  // a window closed by key under a held slider gets no report of its release
+  Shared.ManualOpen = false;
+  Shared.ManualSliderHeld = false;  // a window closed by key under a held slider gets no report of its release
 }
 
 void frmManualControl::RefreshManualControlStates() {
   for (std::size_t pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
-    const bool manual = chip::PwmManual[pwm + 1];
+    const bool manual = chip::Model.PwmManual[pwm + 1];
     ShowState(*lblManual_[pwm], manual);
     sldManual_[pwm]->setEnabled(manual);
     // A slider that cannot be moved shows the chip's duty all the same, and that has to be read.
@@ -129,15 +130,15 @@ void frmManualControl::RefreshManualControlSliders() {
   for (std::size_t pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
     // A duty that was read before the last write would turn the slider back, and the next step of a key would take the
     // fan there.
-    if (writtenAfter_[pwm] == chip::Measurements.Reads[kDutyGroup]) continue;
+    if (writtenAfter_[pwm] == chip::Model.Measurements.Reads[kDutyGroup]) continue;
     writtenAfter_[pwm].reset();
-    sldManual_[pwm]->SetValue(std::min<int>(chip::Measurements.PwmPercent[pwm], 100));
+    sldManual_[pwm]->SetValue(std::min<int>(chip::Model.Measurements.PwmPercent[pwm], 100));
   }
 }
 
 void frmManualControl::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && ManualOpen) RefreshManualControlStates();
+  if (event->type() == QEvent::PaletteChange && Shared.ManualOpen) RefreshManualControlStates();
 }
 
 void frmManualControl::cmdClose_Click() {
@@ -145,18 +146,18 @@ void frmManualControl::cmdClose_Click() {
 }
 
 void frmManualControl::sldManual_MouseDown() {
-  ManualSliderHeld = true;
+  Shared.ManualSliderHeld = true;
 }
 
 void frmManualControl::sldManual_MouseUp() {
-  ManualSliderHeld = false;
+  Shared.ManualSliderHeld = false;
 }
 
 void frmManualControl::sldManual_Change(int index) {
   const auto pwm = static_cast<std::size_t>(index);
   const double percent = sldManual_[pwm]->Value();
-  writtenAfter_[pwm] = chip::Measurements.Reads[kDutyGroup];
-  link::WriteRegisterValue(link::DeviceAddress, "PWM 1 Value"_reg + index, chip::ByteFromPercent(percent));
+  writtenAfter_[pwm] = chip::Model.Measurements.Reads[kDutyGroup];
+  link::WriteRegisterValue(link::Bus.DeviceAddress, "PWM 1 Value"_reg + index, chip::ByteFromPercent(percent));
 }
 
 }  // namespace zth::windows

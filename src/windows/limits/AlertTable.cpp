@@ -5,6 +5,7 @@
 #include <QLabel>
 
 #include "base/BitField.h"
+#include "chip/ChipState.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "widgets/Toggle.h"
@@ -70,7 +71,7 @@ void AlertTable::Mask_Click(int row) {
   const AlertRow& text = tab_.rows[static_cast<std::size_t>(row)];
   const bool on = rows_[static_cast<std::size_t>(row)].mask->isChecked();
   const base::BitField bit{static_cast<std::uint8_t>(text.bit), 1};
-  link::ModifyRegister(link::DeviceAddress, text.maskRegister, base::Mask(bit), base::PutField(0, bit, on ? 1 : 0));
+  link::ModifyRegister(link::Bus.DeviceAddress, text.maskRegister, base::Mask(bit), base::PutField(0, bit, on ? 1 : 0));
 }
 
 void AlertTable::ShowMasks(int reg, int value) {
@@ -97,7 +98,7 @@ void AlertTable::SetLive(int row, bool live) {
 void AlertTable::SetLiveByPins() {
   for (int row = 0; row < static_cast<int>(rows_.size()); ++row) {
     const PinCondition live = tab_.rows[static_cast<std::size_t>(row)].live;
-    if (live != nullptr) SetLive(row, live(chip::PinFunctions));
+    if (live != nullptr) SetLive(row, live(chip::Model.PinFunctions));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/BitField.h"
+#include "chip/ChipState.h"
 #include "chip/PinModel.h"
 #include "chip/RegisterNames.h"
 #include "link/Declarations.h"
@@ -20,7 +21,7 @@ constexpr std::array kStatusRegisters{
     "Voltage Status 2,BMC"_reg, "Fan Status,BMC"_reg,       "Digital Status,BMC"_reg};
 
 int Read(int reg) {
-  return link::ReadRegister(link::DeviceAddress, reg);
+  return link::ReadRegister(link::Bus.DeviceAddress, reg);
 }
 
 /// The list anew, its start item, and its limits, also where nothing was there to select.
@@ -58,7 +59,7 @@ void InitFanTab(const LimitForm& form) {
 void UpdateFanRow(const LimitForm& form, int row, int tachEnable) {
   const AlertRow& fan = form.fanAlerts->Tab().rows[static_cast<std::size_t>(row)];
   const bool enabled = base::GetBit(static_cast<unsigned>(tachEnable), fan.bit);
-  form.fanAlerts->SetLive(row, enabled && fan.live(chip::PinFunctions));
+  form.fanAlerts->SetLive(row, enabled && fan.live(chip::Model.PinFunctions));
 }
 
 void InitVoltageTab(const LimitForm& form) {

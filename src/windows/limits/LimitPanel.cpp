@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "base/NumberText.h"
+#include "chip/ChipState.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "platform/Guard.h"
@@ -57,7 +58,7 @@ void LimitPanel::FillList() {
   const QSignalBlocker quiet(list_);  // a list that fills selects by itself
   list_->clear();
   for (const LimitChannel& channel : tab_.channels) {
-    if (channel.listed == nullptr || channel.listed(chip::PinFunctions)) list_->addItem(channel.item);
+    if (channel.listed == nullptr || channel.listed(chip::Model.PinFunctions)) list_->addItem(channel.item);
   }
   list_->setCurrentIndex(-1);
 }
@@ -117,7 +118,7 @@ void LimitPanel::ShowLimits() {
     return;
   }
   const auto read = [channel, this](int reg) {
-    return tab_.show(static_cast<std::uint8_t>(link::ReadRegister(link::DeviceAddress, reg)), *channel);
+    return tab_.show(static_cast<std::uint8_t>(link::ReadRegister(link::Bus.DeviceAddress, reg)), *channel);
   };
   const double low = tab_.lowAndHigh ? read(channel->lowRegister) : 0;
   const double high = read(channel->highRegister);
@@ -139,7 +140,7 @@ void LimitPanel::ShowLimits() {
 void LimitPanel::ApplyLimits() {
   if (const LimitChannel* channel = Selected()) {
     const auto write = [channel, this](int reg, int slider) {
-      link::WriteRegisterValue(link::DeviceAddress, reg, tab_.encode(Slider(slider), *channel));
+      link::WriteRegisterValue(link::Bus.DeviceAddress, reg, tab_.encode(Slider(slider), *channel));
     };
     // Both go out on every drag, whichever moved, and unchecked against each other.
     if (tab_.lowAndHigh) write(channel->lowRegister, kLowSlider);

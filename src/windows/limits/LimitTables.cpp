@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "chip/ChipState.h"
 #include "chip/Conversions.h"
 #include "chip/Limits.h"
 #include "chip/Measurements.h"
@@ -177,17 +178,17 @@ std::uint8_t EncodeTemperature(double degrees, const LimitChannel& /*channel*/) 
   return chip::TemperatureLimitFromDegrees(degrees);
 }
 float TemperatureReading(std::size_t index) {
-  return chip::Measurements.Temperature.at(index);
+  return chip::Model.Measurements.Temperature.at(index);
 }
 
 double ShowFan(std::uint8_t raw, const LimitChannel& /*channel*/) {
-  return static_cast<double>(chip::TachLimitToRpm(raw, chip::TachClock));
+  return static_cast<double>(chip::TachLimitToRpm(raw, chip::Model.TachClock));
 }
 std::uint8_t EncodeFan(double rpm, const LimitChannel& /*channel*/) {
-  return chip::RpmToTachLimit(rpm, chip::TachClock);
+  return chip::RpmToTachLimit(rpm, chip::Model.TachClock);
 }
 float FanReading(std::size_t index) {
-  return static_cast<float>(chip::Measurements.TachRpm.at(index));
+  return static_cast<float>(chip::Model.Measurements.TachRpm.at(index));
 }
 
 double ShowVoltage(std::uint8_t raw, const LimitChannel& channel) {
@@ -197,7 +198,7 @@ std::uint8_t EncodeVoltage(double volts, const LimitChannel& channel) {
   return chip::VoltsToVoltageRaw(volts, channel.nominal);
 }
 float VoltageReading(std::size_t index) {
-  return chip::Measurements.Voltage.at(index);
+  return chip::Model.Measurements.Voltage.at(index);
 }
 
 double ShowThermTimer(std::uint8_t raw, const LimitChannel& /*channel*/) {
@@ -207,7 +208,7 @@ std::uint8_t EncodeThermTimer(double percent, const LimitChannel& /*channel*/) {
   return chip::PercentToThermLimit(percent);
 }
 float ThermTimerReading(std::size_t index) {
-  return chip::Measurements.ThermPercent.at(index);
+  return chip::Model.Measurements.ThermPercent.at(index);
 }
 
 constexpr double kLowestDegrees = -64;

@@ -90,7 +90,7 @@ void frmLimits::Form_Load() {
   InitThermTimerTab(form_);
   InitThermPinTab(form_);
   InitDigitalTab(form_);
-  LimitsOpen = true;
+  Shared.LimitsOpen = true;
 }
 
 void frmLimits::Reread() {
@@ -104,7 +104,7 @@ void frmLimits::Reread() {
 }
 
 void frmLimits::Form_Unload() {
-  LimitsOpen = false;
+  Shared.LimitsOpen = false;
 }
 
 void frmLimits::Refresh() {

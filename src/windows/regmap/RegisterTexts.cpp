@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "base/NumberText.h"
+#include "chip/ChipState.h"
 
 namespace zth::windows {
 namespace {
@@ -71,9 +72,9 @@ QString WriteHint(std::int32_t address, std::int32_t value, const QString& name)
   QString of = name;
   if (of.isEmpty()) {
     of = row < 0 ? QString("an unknown one")
-                 : QString::fromStdString(chip::RegisterTable.at(static_cast<std::size_t>(row)).Name);
+                 : QString::fromStdString(chip::Model.RegisterTable.at(static_cast<std::size_t>(row)).Name);
   }
-  const bool readOnly = row >= 0 && chip::RegisterTable.at(static_cast<std::size_t>(row)).ReadOnly;
+  const bool readOnly = row >= 0 && chip::Model.RegisterTable.at(static_cast<std::size_t>(row)).ReadOnly;
   return QString::asprintf("Writes %02Xh to register %02Xh, ", static_cast<unsigned>(std::clamp(value, 0, kHighest)),
                            static_cast<unsigned>(address)) +
          of + (readOnly ? ", read only" : "");

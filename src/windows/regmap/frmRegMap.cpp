@@ -16,6 +16,7 @@
 
 #include "base/NumberText.h"
 #include "base/Rounding.h"
+#include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
@@ -45,11 +46,11 @@ std::int32_t DecimalReading(const QLineEdit& box) {
 
 const chip::RegisterEntry* EntryOf(const QTreeWidgetItem& node) {
   const int row = node.childCount() == 0 ? chip::RowOfName(node.text(0).toStdString()) : -1;
-  return row < 0 ? nullptr : &chip::RegisterTable.at(static_cast<std::size_t>(row));
+  return row < 0 ? nullptr : &chip::Model.RegisterTable.at(static_cast<std::size_t>(row));
 }
 
 const chip::RegisterEntry& EntryOf(int row) {
-  return chip::RegisterTable.at(static_cast<std::size_t>(row));
+  return chip::Model.RegisterTable.at(static_cast<std::size_t>(row));
 }
 
 /// Shows the registers that fit and what leads to them. True when something of the node is left.
@@ -77,11 +78,11 @@ void frmRegMap::Form_Load() {
   BuildRegisterTree(*TreeView1_);
   TreeView1_->topLevelItem(0)->setExpanded(true);
   txtFind_->setFocus();
-  RegMapOpen = true;
+  Shared.RegMapOpen = true;
 }
 
 void frmRegMap::Form_Unload() {
-  RegMapOpen = false;
+  Shared.RegMapOpen = false;
 }
 
 bool frmRegMap::ContinuousRead() const {
@@ -101,7 +102,7 @@ void frmRegMap::ShowRegisterDetails(int row) {
   SetAddressBox(lblCurrentAddr_->text());
   lblReadOnly_->setText(entry.ReadOnly ? "Yes" : "No");
   fraBits_->ShowBitNames(QString::fromStdString(entry.BitNames));
-  const int value = link::ReadRegister(link::DeviceAddress, entry.Address);
+  const int value = link::ReadRegister(link::Bus.DeviceAddress, entry.Address);
   shown_ = Shown{entry.Address, row};
   ShowValue(value);
   MarkNodes(entry.Address, value);
@@ -179,7 +180,7 @@ void frmRegMap::ShowUnknown(std::int32_t address) {
   lblCurrentAddr_->setText(HexWithSuffix(address));
   SetAddressBox(lblCurrentAddr_->text());
   fraBits_->ShowBitNames("7:6:5:4:3:2:1:0");
-  const int value = link::ReadRegister(link::DeviceAddress, address);
+  const int value = link::ReadRegister(link::Bus.DeviceAddress, address);
   shown_ = Shown{address, -1};
   ShowValue(value);
 }
@@ -210,14 +211,14 @@ void frmRegMap::ClearMarks() {
 }
 
 void frmRegMap::cmdWrite_Click() {
-  link::WriteRegisterValue(link::DeviceAddress, HexReading(*txtReadAddr_), DecimalReading(*txtDec_));
+  link::WriteRegisterValue(link::Bus.DeviceAddress, HexReading(*txtReadAddr_), DecimalReading(*txtDec_));
   cmdRead_Click();
 }
 
 void frmRegMap::lblBit_Click(int bit) {
   fraBits_->Flip(bit);
   // The digits on the screen are what is written, whatever address the box holds by now.
-  link::WriteRegisterValue(link::DeviceAddress, HexReading(*txtReadAddr_), fraBits_->Value());
+  link::WriteRegisterValue(link::Bus.DeviceAddress, HexReading(*txtReadAddr_), fraBits_->Value());
   cmdRead_Click();
 }
 

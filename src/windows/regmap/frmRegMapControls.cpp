@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "base/Twips.h"
+#include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
 #include "platform/Guard.h"
 #include "widgets/PopUpMenu.h"
@@ -35,7 +36,7 @@ Control* Named(Control* control, const char* name) {
 /// So that the window does not change its width from register to register.
 int WidestDescription(const QFontMetrics& metrics) {
   int widest = 0;
-  for (const chip::RegisterEntry& entry : chip::RegisterTable) {
+  for (const chip::RegisterEntry& entry : chip::Model.RegisterTable) {
     widest = std::max(widest, metrics.horizontalAdvance(DescriptionOf(entry)));
   }
   return widest;

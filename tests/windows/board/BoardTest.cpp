@@ -1,5 +1,6 @@
 #include <QLabel>
 
+#include "chip/ChipState.h"
 #include "chip/PinModel.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
@@ -39,12 +40,12 @@ TEST(Switches, ApplyWritesBothDevicesAndShowsWhatTheyTook) {
 
 TEST(Switches, SetByHandLastUntilThePinsAreWritten) {
   WindowDesk desk("frmSwitches");
-  chip::BoardSwitch[12] = true;
+  chip::Model.BoardSwitch[12] = true;
   desk.Do("chkSwitch(10)=1; chkSwitch(10)=0; cmbApply");
   EXPECT_EQ(desk.Held("chkSwitch(10)"), "0");
-  link::WriteRegisterValue(link::DeviceAddress, 0x13, desk.board.Chip()[0x13]);
+  link::WriteRegisterValue(link::Bus.DeviceAddress, 0x13, desk.board.Chip()[0x13]);
   desk.Do("cmdRefresh");
-  EXPECT_EQ(desk.Held("chkSwitch(10)"), chip::BoardSwitch[12] ? "1" : "0");
+  EXPECT_EQ(desk.Held("chkSwitch(10)"), chip::Model.BoardSwitch[12] ? "1" : "0");
 }
 
 TEST(Switches, TouchNothingOverSmbus) {
@@ -83,7 +84,7 @@ TEST(Heaters, ShowTheTemperatures) {
 }
 
 TEST(Heaters, OverSmbusShowTheBufferAndSendNothing) {
-  WindowDesk desk("frmHeaters", Desk::Buses::Smbus, [](Desk&) { link::ReadBuffer[0] = 80; });
+  WindowDesk desk("frmHeaters", Desk::Buses::Smbus, [](Desk&) { link::Bus.ReadBuffer[0] = 80; });
   EXPECT_EQ(desk.Held("sldHeater(0)"), "40");
   EXPECT_EQ(desk.Sent("sldHeater(0)=90"), Traffic{});
 }

@@ -1,5 +1,6 @@
 #include "tests/windows/data/DataGround.h"
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "windows/SharedState.h"
 
@@ -25,8 +26,8 @@ std::string LogLines(int first, int last) {
 
 DataTest::DataTest() {
   desk.Start();
-  chip::PollEnabled = false;
-  for (chip::LogChannel& channel : chip::LogChannelTable) channel.Available = 1;
+  chip::Model.PollEnabled = false;
+  for (chip::LogChannel& channel : chip::Model.LogChannelTable) channel.Available = 1;
 }
 
 void DataTest::StartLog(const QString& path, std::initializer_list<int> channels, const QString& period) {
@@ -42,7 +43,7 @@ void DataTest::PressLog(const QString& path) {
 
 void DataTest::Log(int lines) {
   // From one tick that is later than the last line by more than a period to the next.
-  for (int i = 0; i < lines; ++i) desk.Advance((windows::LogPeriodMs / 50 + 1) * 50);
+  for (int i = 0; i < lines; ++i) desk.Advance((windows::Shared.LogPeriodMs / 50 + 1) * 50);
 }
 
 }  // namespace zth::testing

@@ -1,3 +1,4 @@
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "tests/support/Seen.h"
@@ -8,7 +9,7 @@ namespace zth::testing {
 namespace {
 
 using widgets::Strip;
-using windows::GraphPeriodMs;
+using windows::Shared;
 
 class GraphTest : public DataTest {
  protected:
@@ -28,14 +29,14 @@ class GraphTest : public DataTest {
 };
 
 TEST_F(GraphTest, FeedsAllSevenChartsWithWhatWasMeasuredLast) {
-  auto& now = chip::Measurements;
+  auto& now = chip::Model.Measurements;
   now.Temperature = {25.25F, -63.75F, 0.5F, 191};
   now.TachRpm = {5400, 1, 2, 3, 4, 5, 6, 200000};
   now.PwmPercent = {42, 0, 100, 7};
   for (std::size_t i = 0; i < now.Voltage.size(); ++i) now.Voltage[i] = static_cast<float>(i) / 4;
   now.ThermPercent = {12.5F, 99};
-  chip::VoltagePresent.fill(false);
-  for (const std::size_t channel : {2U, 7U, 22U}) chip::VoltagePresent[channel] = true;
+  chip::Model.VoltagePresent.fill(false);
+  for (const std::size_t channel : {2U, 7U, 22U}) chip::Model.VoltagePresent[channel] = true;
   Graph();
   desk.board.TakeTraffic();
   desk.Advance(60);
@@ -89,7 +90,7 @@ TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {
       {"400", 400, false}};
   for (const auto& [text, period, marked] : rows) {
     Desk::Type(Graph(), "txtUpdate", text);
-    EXPECT_EQ(GraphPeriodMs, period) << text;
+    EXPECT_EQ(Shared.GraphPeriodMs, period) << text;
     const auto& box = Desk::Get<QWidget>(Graph(), "txtUpdate");
     EXPECT_EQ(box.palette().color(QPalette::Base) != Graph().palette().color(QPalette::Base), marked) << text;
     EXPECT_EQ(box.toolTip().contains(QString("every %1 ms").arg(period)), marked) << text;
@@ -101,18 +102,18 @@ TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {
 }
 
 TEST_F(GraphTest, TheVoltageLegendHoldsTheNamesOfItsOpening) {
-  chip::VoltagePresent.fill(false);
-  for (const std::size_t channel : {0U, 3U, 20U}) chip::VoltagePresent[channel] = true;
+  chip::Model.VoltagePresent.fill(false);
+  for (const std::size_t channel : {0U, 3U, 20U}) chip::Model.VoltagePresent[channel] = true;
   Graph();
   EXPECT_EQ(Labels(5, 1, 13), "12V1|2.5V(P15)|VBatt||||||||||");
-  chip::VoltagePresent[0] = false;
+  chip::Model.VoltagePresent[0] = false;
   desk.Advance(100);
   EXPECT_EQ(Labels(5, 1, 4), "12V1|2.5V(P15)|VBatt|");
   EXPECT_EQ(Chart(5).TracePoints(2).size(), 0);
 
   // More than the thirteen that a chart has as a rule.
-  chip::VoltagePresent.fill(true);
-  chip::Measurements.Voltage[22] = 1.5F;
+  chip::Model.VoltagePresent.fill(true);
+  chip::Model.Measurements.Voltage[22] = 1.5F;
   Reopen("frmGraph");
   desk.Advance(100);
   EXPECT_EQ(Chart(5).TraceCount(), 23);

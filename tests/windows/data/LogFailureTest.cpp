@@ -5,6 +5,7 @@
 
 #include <QAction>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "link/LinkErrors.h"
 #include "tests/windows/data/DataGround.h"
@@ -227,7 +228,7 @@ TEST_F(LogFailureTest, ATornLineThatCannotBeCutAtOnceIsCutBeforeAnythingElse) {
 TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   Begin("0");
   const auto log = [this](int lines, float value) {
-    for (chip::LogChannelTable[0].Value = value; lines > 0; --lines) Job();
+    for (chip::Model.LogChannelTable[0].Value = value; lines > 0; --lines) Job();
     return Status();
   };
   desk.files.locked = true;
@@ -266,12 +267,12 @@ TEST_F(LogFailureTest, TheStoreIsOneForAllFiles) {
   desk.files.locked = true;
   const int rounds = 4;
   for (int file = 0; file < rounds; ++file) {
-    windows::LogFileName = Path(QString::number(file));
+    windows::Shared.LogFileName = Path(QString::number(file));
     windows::StartLog(100, desk.Main());
     for (std::int64_t line = 0; line < windows::kMostWaitingLines / rounds; ++line) Job();
     windows::StopLog({desk.services, desk.Main()});
   }
-  windows::LogFileName = Path("one more");
+  windows::Shared.LogFileName = Path("one more");
   windows::StartLog(100, desk.Main());
   Job();
   EXPECT_EQ(Status(), Waiting(100000) + ", 1 lost");
@@ -300,7 +301,7 @@ TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
   Log(1);
   Desk::Press(Logging(), "cmdLogData");
   Begin();
-  EXPECT_FALSE(windows::LogActive) << "the file is not writable";
+  EXPECT_FALSE(windows::Shared.LogActive) << "the file is not writable";
   desk.files.locked = false;
   Begin();
   EXPECT_EQ(Status(), "Logging Enabled");
@@ -316,8 +317,8 @@ TEST_F(LogFailureTest, EveryEndTriesOnceMore) {
                                                     platform::ProcessEnded);
                                      }};
   for (const auto& end : ends) {
-    windows::LogActive = false;
-    windows::ResetLog();
+    windows::Shared.LogActive = false;
+    windows::Shared.log = {};
     QFile::remove(Path("a.csv"));
     Begin();
     LogLocked(2);

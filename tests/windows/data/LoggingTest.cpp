@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "tests/windows/data/DataGround.h"
 #include "windows/SharedState.h"
@@ -10,15 +11,15 @@
 namespace zth::testing {
 namespace {
 
-using chip::LogChannelTable;
+using chip::Model;
 using platform::BoxAnswer;
-using windows::LogActive;
+using windows::Shared;
 
 class LoggingTest : public DataTest {};
 
 TEST_F(LoggingTest, WritesTheFileByteForByte) {
-  LogChannelTable[0].Value = 25.25F;
-  LogChannelTable[4].Value = 3000;
+  Model.LogChannelTable[0].Value = 25.25F;
+  Model.LogChannelTable[4].Value = 3000;
   Do(Logging(), "chkLog(0)=1; chkLog(4)=1; txtLogInt=100");
   desk.fileDialogs.script.push_back(Path("a.csv"));
   Desk::Press(Logging(), "cmdLogData");
@@ -26,12 +27,12 @@ TEST_F(LoggingTest, WritesTheFileByteForByte) {
   const std::string head = LogHead("Local Temp ,Tach1 ,");
   EXPECT_EQ(Content(Path("a.csv")), head);
   Log(1);
-  LogChannelTable[4].Value = 3012;
+  Model.LogChannelTable[4].Value = 3012;
   Log(1);
-  LogChannelTable[0].Value = 25.5F;
+  Model.LogChannelTable[0].Value = 25.5F;
   Log(1);
   EXPECT_EQ(Content(Path("a.csv")), head + "0,25.25 ,3000 ,\r\n.1,25.25 ,3012 ,\r\n.2,25.5 ,3012 ,\r\n");
-  EXPECT_EQ(windows::LogSampleCount, 3);
+  EXPECT_EQ(windows::Shared.LogSampleCount, 3);
   EXPECT_EQ(desk.files.appends, 4) << "the head and each line as it comes and in one piece: a kill tears none";
 }
 
@@ -72,7 +73,7 @@ TEST_F(LoggingTest, TakesThePeriodFromTheLeadingNumber) {
                                            {"7", 7}, {"100000", 100000}, {"1e99", 2147483647}};
   for (const auto& [text, period] : rows) {
     StartLog(Path("p.csv"), {0}, text);
-    EXPECT_EQ(windows::LogPeriodMs, period) << text;
+    EXPECT_EQ(windows::Shared.LogPeriodMs, period) << text;
     Do(Logging(), "cmdLogData");
   }
 }
@@ -86,7 +87,7 @@ TEST_F(LoggingTest, KeepsPaceWithTheTicks) {
     EXPECT_EQ(Held(Logging(), "lblPace"), pace) << period;
     Do(Logging(), "cmdLogData");
     EXPECT_EQ(Held(Logging(), "lblPace"), "") << "no log has no pace";
-    EXPECT_NEAR(static_cast<double>(windows::LogSampleCount), lines, 1) << period;
+    EXPECT_NEAR(static_cast<double>(windows::Shared.LogSampleCount), lines, 1) << period;
   }
   // It is told only where it is another.
   StartLog(Path("a.csv"), {0}, "2000");
@@ -98,7 +99,7 @@ TEST_F(LoggingTest, KeepsPaceWithTheTicks) {
 }
 
 TEST_F(LoggingTest, TheTimeNeverWraps) {
-  LogChannelTable[0].Selected = 1;
+  Model.LogChannelTable[0].Selected = 1;
   const std::tuple<std::int64_t, int, const char*> rows[]{{0LL, 100, "0,0 ,"},
                                                           {1LL, 1, ".001,0 ,"},
                                                           {7LL, 100, ".7,0 ,"},
@@ -108,15 +109,15 @@ TEST_F(LoggingTest, TheTimeNeverWraps) {
                                                           {5000000000LL, 1000, "5000000000,0 ,"},
                                                           {3LL, -250, "-.75,0 ,"}};
   for (const auto& [count, period, line] : rows) {
-    windows::LogSampleCount = count;
-    windows::LogPeriodMs = period;
+    windows::Shared.LogSampleCount = count;
+    windows::Shared.LogPeriodMs = period;
     EXPECT_EQ(windows::BuildLogLine(), line);
   }
 }
 
 TEST_F(LoggingTest, TicksOnlyWhatIsAvailable) {
-  LogChannelTable[3].Available = 0;
-  LogChannelTable[3].Selected = LogChannelTable[5].Selected = 1;
+  Model.LogChannelTable[3].Available = 0;
+  Model.LogChannelTable[3].Selected = Model.LogChannelTable[5].Selected = 1;
   windows::ChildWindow& window = Logging();
   EXPECT_FALSE(Desk::Get<QWidget>(window, "chkLog(3)").isEnabled());
   Do(window, "cmdSelectAll");
@@ -124,18 +125,18 @@ TEST_F(LoggingTest, TicksOnlyWhatIsAvailable) {
   // A channel that goes while it is logged stays in the log until the next start.
   EXPECT_EQ(windows::BuildLogLine(), "0,0 ,0 ,");
   StartLog(Path("a.csv"), {6});
-  EXPECT_EQ(LogChannelTable[3].Selected + LogChannelTable[5].Selected, 0);
-  EXPECT_EQ(LogChannelTable[6].Selected, 1);
+  EXPECT_EQ(Model.LogChannelTable[3].Selected + Model.LogChannelTable[5].Selected, 0);
+  EXPECT_EQ(Model.LogChannelTable[6].Selected, 1);
 }
 
 TEST_F(LoggingTest, StartsOnlyWithANameASelectionAndAFile) {
   Do(Logging(), "chkLog(0)=1");
   const auto expectOff = [&](const QString& path, float selected, const char* why) {
     PressLog(path);
-    EXPECT_FALSE(LogActive) << why;
+    EXPECT_FALSE(Shared.LogActive) << why;
     EXPECT_EQ(Status(), "Status") << why;
     EXPECT_EQ(Held(Logging(), "cmdLogData"), "Start Logging") << why;
-    EXPECT_EQ(LogChannelTable[0].Selected, selected) << why;
+    EXPECT_EQ(Model.LogChannelTable[0].Selected, selected) << why;
   };
   expectOff("", 0, "cancelled");
   const platform::FileQuestion& question = desk.fileDialogs.shown.at(0);

@@ -12,6 +12,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "tests/windows/data/DataGround.h"
@@ -29,7 +30,7 @@ std::string Hex(int value) {
 /// The writable rows in the catalogue's order.
 std::vector<chip::RegisterEntry> WritableRows() {
   std::vector<chip::RegisterEntry> rows;
-  for (const chip::RegisterEntry& row : chip::RegisterTable) {
+  for (const chip::RegisterEntry& row : chip::Model.RegisterTable) {
     if (!row.ReadOnly) rows.push_back(row);
   }
   return rows;
@@ -283,7 +284,7 @@ TEST_F(SaveTest, ARecallIsCancelledBetweenTwoRegistersAndTellsHowManyItHasWritte
   Do(Save(), "cmdRecall");
   EXPECT_EQ(desk.board.TakeTraffic(), T("W28=07 W29=08")) << "asked each time, and gone on when told to";
   EXPECT_TRUE(desk.prompts.choicesShown.back().text.startsWith("A recall is running."));
-  EXPECT_FALSE(windows::RecallRunning);
+  EXPECT_FALSE(windows::Shared.RecallRunning);
   EXPECT_FALSE(Master().isActive()) << "closed is closed";
 }
 

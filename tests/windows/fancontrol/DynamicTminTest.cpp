@@ -1,5 +1,6 @@
 #include <QTabWidget>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "link/Declarations.h"
@@ -49,14 +50,14 @@ TEST(DynamicTmin, EachControlWritesItsOwnBitsAtOnce) {
 }
 
 TEST(DynamicTmin, ShowsTheChartOfTheTab) {
-  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::PinFunctions.D1 = true; });
+  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::Model.PinFunctions.D1 = true; });
   EXPECT_EQ(Shown(desk), "10");
   EXPECT_EQ(desk.Sent("SSTab1=1"), Traffic{});
   EXPECT_EQ(Shown(desk), "01");
 }
 
 TEST(DynamicTmin, WithoutRemote1OnlyTheSecondTabIsThere) {
-  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::PinFunctions.D1 = false; });
+  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::Model.PinFunctions.D1 = false; });
   const auto& tabs = Desk::Get<QTabWidget>(*desk.window, "SSTab1");
   EXPECT_TRUE(!tabs.isTabEnabled(0) && tabs.tabText(0) == "R1 not enabled");
   EXPECT_EQ(desk.Held("SSTab1") + Shown(desk), "101");
@@ -97,7 +98,7 @@ TEST(DynamicTmin, FeedsBothChartsAndPlacesTheirNames) {
 
 TEST(DynamicTmin, ARefreshReadsTheFourBehavioursAndNothingElse) {
   WindowDesk desk("frmDynamicTmin");
-  chip::PollEnabled = false;
+  chip::Model.PollEnabled = false;
   desk.Advance(60);
   EXPECT_EQ(desk.board.TakeTraffic(), B(0x21, 4));
   // The legend keeps below the lower zone's top wherever the user puts it.
@@ -127,8 +128,8 @@ TEST(DynamicTmin, ABoxTellsWhatTheChipHasMadeOfItOnceThatHasBeenMeasured) {
     for (const auto& [window, box, label, reg] : rows) {
       SCOPED_TRACE(box.toStdString() + (demo ? ", demo" : ""));
       WindowDesk desk(window, "5A..5F=50 45..46=50 49..4A=50");
-      windows::DemoRunning = demo;
-      windows::DemoThermTripped = true;
+      windows::Shared.DemoRunning = demo;
+      windows::Shared.DemoThermTripped = true;
       const QSize size = desk.window->sizeHint();
       desk.Advance(kOneRound);
       EXPECT_EQ(desk.Held(label), "") << "as it was read";
@@ -136,7 +137,7 @@ TEST(DynamicTmin, ABoxTellsWhatTheChipHasMadeOfItOnceThatHasBeenMeasured) {
       desk.Advance(kOneRound);
       EXPECT_EQ(desk.Held(label), "chip: 47");
       EXPECT_EQ(desk.window->sizeHint(), size);
-      windows::DemoRunning = !demo;
+      windows::Shared.DemoRunning = !demo;
       desk.Advance(50);
       EXPECT_EQ(desk.Held(label), "chip: 47") << "a lift that came or went after the measurement";
       desk.Do(box + "=30");
@@ -149,7 +150,7 @@ TEST(DynamicTmin, ABoxTellsWhatTheChipHasMadeOfItOnceThatHasBeenMeasured) {
       desk.window->ReadAgain();
       EXPECT_EQ(desk.Held(box + " " + label), "47|") << "read again, the box holds it itself";
       Put(desk.board.Chip(), QString::asprintf("%02X=50", reg).toStdString());
-      link::DeviceAddress = 0x5A;
+      link::Bus.DeviceAddress = 0x5A;
       desk.Advance(kOneRound);
       EXPECT_EQ(desk.Held(label), "") << "a box of another chip has none";
     }
@@ -157,17 +158,17 @@ TEST(DynamicTmin, ABoxTellsWhatTheChipHasMadeOfItOnceThatHasBeenMeasured) {
 }
 
 TEST(DynamicTmin, TheDemoShowsRemote2AndOutlivesTheWindow) {
-  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::PinFunctions.D1 = true; });
+  WindowDesk desk("frmDynamicTmin", Desk::Buses::Both, [](Desk&) { chip::Model.PinFunctions.D1 = true; });
   desk.Advance(500);
   desk.Do("cmdDemo");
-  EXPECT_TRUE(windows::DemoRunning);
+  EXPECT_TRUE(windows::Shared.DemoRunning);
   EXPECT_EQ(desk.Held("cmdDemo SSTab1"), "Stop...|1");
   EXPECT_EQ(PointsOf(Chart(desk, 1), 0), Points{}) << "the chart starts empty";
   EXPECT_NE(PointsOf(Chart(desk, 0), 0), Points{});
   desk.Reopen();
   EXPECT_EQ(desk.Held("cmdDemo"), "Stop...");
   EXPECT_EQ(desk.Sent("cmdDemo"), Traffic{}) << "no register is touched";
-  EXPECT_FALSE(windows::DemoRunning);
+  EXPECT_FALSE(windows::Shared.DemoRunning);
   EXPECT_EQ(desk.Held("cmdDemo"), "Run Demo");
 }
 
@@ -198,15 +199,15 @@ TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBackOnBothLinks) {
                      : Concat(T("P4A D4A=BC"), T(kOnZeros),
                               T("B0B+2 R0B W0B=22 R0B W0B=22 B5A+2 W5B=95 B5D+2 W5E=68 B45+2 W46=5F B49+2 W4A=6D B64+1 "
                                 "W64=20")));
-      EXPECT_TRUE(windows::DemoRunning);
+      EXPECT_TRUE(windows::Shared.DemoRunning);
     }
   }
 }
 
 /// The demo as it runs behind its set-up.
 void RunDemo() {
-  windows::DemoChip = link::ChipInUse();
-  windows::DemoRunning = true;
+  windows::Shared.DemoChip = link::ChipInUse();
+  windows::Shared.DemoRunning = true;
 }
 
 /// Registers of Remote2: a temperature, and the state that dynamic Tmin is drawn by.
@@ -222,15 +223,15 @@ TEST(Demo, LiftsRemote2ForTheMonitorAndNotForTheLog) {
   PutRemote2(desk, 4 * 20);
   RunDemo();
   desk.Advance(3000);
-  const auto& live = chip::Measurements;
+  const auto& live = chip::Model.Measurements;
   EXPECT_EQ(live.Temperature[2], 35.0F);
   EXPECT_EQ((std::array{live.PolledTmin[2], live.PolledOpPoint[2], live.PolledLowLimit[2], live.PolledHighLimit[2]}),
             (std::array<std::int16_t, 4>{55, 100, 46, 60}));
   EXPECT_EQ(live.PolledTmin[1], desk.board.Chip()[0x5D] - 64) << "Remote1 stays";
-  EXPECT_EQ(chip::LogChannelTable[2].Value, 20.0F);
-  EXPECT_EQ(chip::LogChannelTable[41].Value, 40.0F);
-  EXPECT_EQ(chip::LogChannelTable[44].Value, 85.0F);
-  windows::DemoRunning = false;
+  EXPECT_EQ(chip::Model.LogChannelTable[2].Value, 20.0F);
+  EXPECT_EQ(chip::Model.LogChannelTable[41].Value, 40.0F);
+  EXPECT_EQ(chip::Model.LogChannelTable[44].Value, 85.0F);
+  windows::Shared.DemoRunning = false;
   desk.Advance(3000);
   EXPECT_EQ(live.Temperature[2], 20.0F);
   EXPECT_EQ(live.PolledTmin[2], 40);
@@ -249,11 +250,11 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     desk.Advance(1500);
     EXPECT_EQ(Writes(desk.board.TakeTraffic()), T("W52=40 W52=9A"));
     EXPECT_EQ(desk.clock.waitedMs - waited, 500);
-    EXPECT_TRUE(windows::DemoThermTripped);
+    EXPECT_TRUE(windows::Shared.DemoThermTripped);
     // Stopping and running again brings no second one.
-    windows::DemoRunning = false;
+    windows::Shared.DemoRunning = false;
     desk.Advance(1000);
-    windows::DemoRunning = true;
+    windows::Shared.DemoRunning = true;
     desk.Advance(3000);
     EXPECT_EQ(Writes(desk.board.TakeTraffic()), Traffic{});
     EXPECT_EQ(desk.clock.waitedMs - waited, 500);
@@ -270,8 +271,8 @@ TEST(Demo, LeavesAnotherChipAlone) {
   Do(desk.Main(), "cmbDevices=1");
   desk.Advance(3000);
   EXPECT_EQ(Writes(desk.board.TakeTraffic()), Traffic{});
-  EXPECT_EQ(chip::Measurements.Temperature[2], 60.0F);
-  EXPECT_EQ(chip::Measurements.PolledTmin[2], 40);
+  EXPECT_EQ(chip::Model.Measurements.Temperature[2], 60.0F);
+  EXPECT_EQ(chip::Model.Measurements.PolledTmin[2], 40);
   Do(desk.Main(), "cmbDevices=0");
   desk.Advance(3000);
   EXPECT_EQ(Writes(desk.board.TakeTraffic()), T("W52=40 W52=9A")) << "it goes on where it was set up";

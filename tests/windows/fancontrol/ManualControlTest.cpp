@@ -1,6 +1,7 @@
 #include <QLabel>
 #include <QTest>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
@@ -15,7 +16,7 @@ namespace {
 void PutPwms(Desk& desk) {
   Put(desk.board.Chip(), "AA=33 AB=66 AC=99 AD=CC");
   for (int pwm = 0; pwm < 4; ++pwm) {
-    link::WriteRegisterValue(link::DeviceAddress, 0x21 + pwm, pwm % 2 == 1 ? 0xE5 : 0x25);
+    link::WriteRegisterValue(link::Bus.DeviceAddress, 0x21 + pwm, pwm % 2 == 1 ? 0xE5 : 0x25);
   }
   desk.Advance(1000);
   desk.board.TakeTraffic();
@@ -47,9 +48,9 @@ TEST_F(ManualControl, FollowsTheChipOnceASecondUnlessAnySliderIsHeld) {
   EXPECT_EQ(desk.Held("sldManual(0)"), "100");
 
   Slider(3).MouseDown();
-  EXPECT_TRUE(windows::ManualSliderHeld);
+  EXPECT_TRUE(windows::Shared.ManualSliderHeld);
   Put(desk.board.Chip(), "AA=00");
-  link::WriteRegisterValue(link::DeviceAddress, 0x21, 0xE0);
+  link::WriteRegisterValue(link::Bus.DeviceAddress, 0x21, 0xE0);
   desk.Advance(2500);
   EXPECT_EQ(desk.Held("sldManual(0) lblManual(0)"), "100|Enabled") << "no slider moves, the labels go on";
   Slider(3).MouseUp();
@@ -69,13 +70,13 @@ TEST_F(ManualControl, WritesTheDutyOfTheSliderThatMoves) {
 
   QTest::keyClick(&Slider(1), Qt::Key_Right);
   EXPECT_EQ(desk.board.TakeTraffic(), T("WAB=82"));
-  EXPECT_FALSE(windows::ManualSliderHeld);
+  EXPECT_FALSE(windows::Shared.ManualSliderHeld);
 }
 
 TEST_F(ManualControl, NoStepOfAKeyIsLostToAnOlderDuty) {
   // Past every refresh and at every distance from it and from the duty's reading, as a held key has it.
   Slider(1).SetValue(20);
-  link::WriteRegisterValue(link::DeviceAddress, 0xAB, 51);
+  link::WriteRegisterValue(link::Bus.DeviceAddress, 0xAB, 51);
   desk.Advance(3000);
   desk.board.TakeTraffic();
   for (int step = 1; step <= 40; ++step) {
@@ -90,16 +91,16 @@ TEST_F(ManualControl, NoStepOfAKeyIsLostToAnOlderDuty) {
 
 TEST_F(ManualControl, FollowsTheChipAgainOnceTheDutyWasMeasured) {
   desk.Do("sldManual(1)=70; sldManual(3)=5");
-  chip::PollEnabled = false;
+  chip::Model.PollEnabled = false;
   Put(desk.board.Chip(), "AA=00 AB=0D AD=0D");
-  chip::Measurements.PwmPercent = {0, 5, 5, 5};
+  chip::Model.Measurements.PwmPercent = {0, 5, 5, 5};
   desk.Advance(2500);
   EXPECT_EQ(desk.Held("sldManual(0..3)"), "0|70|5|5") << "not measured since: the others follow, the written wait";
   // Taken off manual meanwhile: what it shows is no older than its write either.
-  link::WriteRegisterValue(link::DeviceAddress, 0x22, 0x25);
+  link::WriteRegisterValue(link::Bus.DeviceAddress, 0x22, 0x25);
   desk.Advance(1100);
   EXPECT_EQ(desk.Held("sldManual(1) lblManual(1)"), "70|Disabled");
-  chip::PollEnabled = true;
+  chip::Model.PollEnabled = true;
   desk.Advance(2500);
   EXPECT_EQ(desk.Held("sldManual(0..3)"), "0|5|60|5");
 }
@@ -107,7 +108,7 @@ TEST_F(ManualControl, FollowsTheChipAgainOnceTheDutyWasMeasured) {
 TEST_F(ManualControl, AWindowClosedUnderAHeldSliderLetsGoOfIt) {
   Slider(2).MouseDown();
   desk.window->Unload();
-  EXPECT_FALSE(windows::ManualSliderHeld);
+  EXPECT_FALSE(windows::Shared.ManualSliderHeld);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QMetaObject>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "tests/support/Steps.h"
@@ -16,12 +17,12 @@ class Limits : public ::testing::Test {
  protected:
   explicit Limits(Desk::Buses buses = Desk::Buses::Usb) : desk(buses) {
     desk.Start();
-    chip::PollEnabled = false;
+    chip::Model.PollEnabled = false;
   }
 
   /// Opens the window, or loads it again as after a new pin configuration.
   void Load(const std::function<void(chip::PinFunctionFlags&)>& change = {}) {
-    if (change) change(chip::PinFunctions);
+    if (change) change(chip::Model.PinFunctions);
     if (window != nullptr) return window->Form_Load();
     window = &desk.Open("frmLimits");
   }

@@ -6,6 +6,7 @@
 #include <QFocusEvent>
 #include <QTest>
 
+#include "chip/ChipState.h"
 #include "tests/windows/limits/LimitsDesk.h"
 #include "widgets/LGauge.h"
 
@@ -58,7 +59,7 @@ const std::vector<GaugeChannels> kGauges{
 TEST_F(Limits, EachChannelShowsItsOwnReadingAndWritesItsOwnRegistersInOrder) {
   Load();
   // Readings that grow from channel to channel.
-  chip::MeasurementSet& readings = chip::Measurements;
+  chip::MeasurementSet& readings = chip::Model.Measurements;
   std::iota(readings.Temperature.begin(), readings.Temperature.end(), 1.0F);
   std::iota(readings.TachRpm.begin(), readings.TachRpm.end(), 1);
   for (std::size_t i = 0; i < readings.Voltage.size(); ++i) readings.Voltage[i] = 0.01F * static_cast<float>(i + 1);
@@ -126,7 +127,7 @@ TEST_F(Limits, PickingTheChannelThatShowsReadsItsLimitsAgain) {
 TEST_F(Limits, ADragWithNothingListedWritesNothingAndGoesBack) {
   Load([](Pins& pins) { pins = {}; });
   desk.board.TakeTraffic();
-  chip::Measurements.TachRpm = {777};
+  chip::Model.Measurements.TachRpm = {777};
   for (const char* gauge : {"ggeFan", "ggeThermTimer"}) {
     Drag(gauge, 3, 60);
     EXPECT_EQ(Slider(gauge, 3), 0) << gauge;

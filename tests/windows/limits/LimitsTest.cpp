@@ -1,4 +1,5 @@
 // The limits window as a whole: its load, masks, lamps, rows and lists.
+#include "chip/ChipState.h"
 #include "link/Declarations.h"
 #include "tests/windows/limits/LimitsDesk.h"
 #include "windows/SharedState.h"
@@ -19,16 +20,16 @@ constexpr char kFirstLoad[] =
 
 TEST(LimitsLoad, ReadsTabByTabOnBothLinksAndLeavesMasksAloneThatHaveNotChanged) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
-    WindowDesk desk("frmLimits", buses, [](Desk&) { chip::PollEnabled = false; });
+    WindowDesk desk("frmLimits", buses, [](Desk&) { chip::Model.PollEnabled = false; });
     EXPECT_EQ(desk.load, T(kFirstLoad));
-    EXPECT_TRUE(windows::LimitsOpen);
+    EXPECT_TRUE(windows::Shared.LimitsOpen);
     const auto before = desk.board.Chip();
     desk.window->Form_Load();
     EXPECT_EQ(desk.board.TakeTraffic(),
               T("R44 R48 R44 R48 R30 R78 R78 R34 R07 R72 R69 R72 R69 R32 R33 R80 R80 R31 R4D R35"));
     EXPECT_EQ(desk.board.Chip(), before);
     desk.Do("cmdClose");
-    EXPECT_FALSE(windows::LimitsOpen);
+    EXPECT_FALSE(windows::Shared.LimitsOpen);
   }
 }
 
@@ -100,10 +101,10 @@ TEST_F(Limits, RefreshReadsTheStatusEachHalfSecondAndMovesNoSlider) {
   EXPECT_EQ(Captions(), "Present|Present|Present|Present|Present");
   desk.Advance(50);
   desk.board.TakeTraffic();
-  chip::Measurements.Temperature = {25.25F, -3.5F, 0.25F, 0};
-  chip::Measurements.TachRpm = {1234};
-  chip::Measurements.Voltage[11] = 1.75F;
-  chip::Measurements.ThermPercent = {40, 60};
+  chip::Model.Measurements.Temperature = {25.25F, -3.5F, 0.25F, 0};
+  chip::Model.Measurements.TachRpm = {1234};
+  chip::Model.Measurements.Voltage[11] = 1.75F;
+  chip::Model.Measurements.ThermPercent = {40, 60};
   Put(desk.board.Chip(), "44=10");  // a limit changed elsewhere
   desk.Advance(550);
   EXPECT_EQ(desk.board.TakeTraffic(), T("RC0 RC1 RBA RC3 RC4 RC5 RC6"));

@@ -6,6 +6,7 @@
 #include <QTabBar>
 #include <QTest>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "tests/support/Steps.h"
@@ -22,7 +23,7 @@ TEST(PinConfig, ApplyWritesFourRegistersEachWithItsEffectOnThePinsAndTheBoard) {
     EXPECT_EQ(desk.Sent("cmbPin2=0; cmbPin31=0; cmdApply"),
               T("W10=77 B10+4 P4A=3F P48=FD W11=CE B10+4 P4A=3F P48=FD W12=42 B10+4 P4A=3F P48=FD W13=F4 B10+4 P4A=2F "
                 "P48=FD"));
-    EXPECT_EQ(chip::PinFunctions.Pin2 + chip::PinFunctions.Pin31, 0);
+    EXPECT_EQ(chip::Model.PinFunctions.Pin2 + chip::Model.PinFunctions.Pin31, 0);
     EXPECT_TRUE(desk.IsOpen()) << "Apply leaves the window open";
   }
 }

@@ -7,6 +7,7 @@
 #include <QTest>
 #include <QTreeWidget>
 
+#include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
@@ -19,7 +20,7 @@ namespace {
 class RegisterMap : public ::testing::Test {
  protected:
   RegisterMap() {
-    chip::PollEnabled = false;
+    chip::Model.PollEnabled = false;
     desk.Main().show();
   }
 
@@ -121,7 +122,7 @@ TEST_F(RegisterMap, WritesTheDecimalBoxAndReadsBack) {
     desk.Do(steps);
     EXPECT_EQ(desk.Sent("cmdWrite"), T(sent)) << steps;
   }
-  EXPECT_TRUE(chip::PwmManual[1]);
+  EXPECT_TRUE(chip::Model.PwmManual[1]);
 }
 
 TEST_F(RegisterMap, SaysWhatBecomesOfANumberBeyondAByte) {

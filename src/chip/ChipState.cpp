@@ -1,0 +1,7 @@
+#include "chip/ChipState.h"
+
+namespace zth::chip {
+
+ChipState Model;
+
+}  // namespace zth::chip

@@ -1,0 +1,7 @@
+#include "shell/ProgramState.h"
+
+namespace zth::shell {
+
+ProgramState Program;
+
+}  // namespace zth::shell
