@@ -14,6 +14,12 @@ bool Fill(Entry& entry, const platform::Library& library, const char* name, QStr
   return entry != nullptr;
 }
 
+/// Fills an entry that a library need not export.
+template <typename Entry>
+void FillOptional(Entry& entry, const platform::Library& library, const char* name) {
+  entry = reinterpret_cast<Entry>(library.Symbol(name));
+}
+
 }  // namespace
 
 QString LoadUsbFunctions(platform::Libraries& libraries) {
@@ -23,6 +29,7 @@ QString LoadUsbFunctions(platform::Libraries& libraries) {
   UsbEntries entries;
   const bool complete = Fill(entries.LoadFirmWare, *library, "LoadFirmWare", error) &&
                         Fill(entries.VendorIORequest, *library, "VendorIORequest", error);
+  FillOptional(entries.BoardName, *library, "BoardName");
   if (complete) Bus.UsbFunctions = entries;
   return error;
 }
@@ -35,6 +42,8 @@ QString LoadSmbus(platform::Libraries& libraries) {
   const bool complete = Fill(entries.DetectSmbus, *library, "DetectSmbus", error) &&
                         Fill(entries.ReadSmbus, *library, "ReadSmbus", error) &&
                         Fill(entries.WriteSmbus, *library, "WriteSmbus", error);
+  FillOptional(entries.BoardName, *library, "BoardName");
+  FillOptional(entries.SmbusFailures, *library, "SmbusFailures");
   if (complete) Bus.Smbus = entries;
   return error;
 }

@@ -28,17 +28,23 @@ struct UsbEntries {
   std::int16_t(ZTH_LIBRARY_CALL* VendorIORequest)(std::int16_t request, std::int32_t value, std::int32_t index,
                                                   std::int16_t direction, std::int16_t length,
                                                   std::uint8_t* buffer) = nullptr;
+  /// Optional: what the library talks to, in UTF-8 ("Simulated board"). The text belongs to the library.
+  const char*(ZTH_LIBRARY_CALL* BoardName)() = nullptr;
 };
 
-/// `smbus`, the library of the PC's SMBus host. It has no way to report a failure.
+/// `smbus`, the library of the PC's SMBus host. Its three prescribed entries have no way to report a failure.
 struct SmbusEntries {
   void(ZTH_LIBRARY_CALL* DetectSmbus)() = nullptr;
   std::uint8_t(ZTH_LIBRARY_CALL* ReadSmbus)(std::uint8_t address, std::uint8_t reg) = nullptr;
   void(ZTH_LIBRARY_CALL* WriteSmbus)(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = nullptr;
+  /// Optional, as above.
+  const char*(ZTH_LIBRARY_CALL* BoardName)() = nullptr;
+  /// Optional: failed transfers with a bus address since the start; negative when that is not known.
+  std::int32_t(ZTH_LIBRARY_CALL* SmbusFailures)(std::uint8_t address) = nullptr;
 };
 
-/// Load a library and fill its table in `Bus`. The result is the error, empty when all entries are there; it contains
-/// "File not found" when no such library is in reach.
+/// Load a library and fill its table in `Bus`. The result is the error, empty when all entries are there; optional ones
+/// may be absent and stay null. It contains "File not found" when no such library is in reach.
 QString LoadUsbFunctions(platform::Libraries& libraries);
 QString LoadSmbus(platform::Libraries& libraries);
 
