@@ -56,6 +56,7 @@ class DesktopClipboard final : public Clipboard {
 class DesktopShell final : public Shell {
  public:
   bool Open(const QString& address) override;
+  void Beep() override;
 };
 
 class DesktopClock final : public Clock {

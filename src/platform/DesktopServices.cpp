@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QUrl>
 
@@ -14,6 +14,10 @@ namespace zth::platform {
 
 bool DesktopShell::Open(const QString& address) {
   return QDesktopServices::openUrl(QUrl(address));
+}
+
+void DesktopShell::Beep() {
+  QApplication::beep();
 }
 
 void DesktopEvents::Pump() {

@@ -43,6 +43,8 @@ class Shell {
   virtual ~Shell() = default;
   /// Opens an address in the user's browser; false when the desktop has no answer.
   virtual bool Open(const QString& address) = 0;
+  /// Sounds the desktop's alert, in whatever way the user has set that up.
+  virtual void Beep() = 0;
 };
 
 class Clock {

@@ -29,6 +29,7 @@
 #include "shell/StatusBar.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmSplash.h"
+#include "widgets/Badge.h"
 #include "windows/ChildWindow.h"
 #include "windows/Handlers.h"
 #include "windows/data/LogJob.h"
@@ -152,6 +153,7 @@ void frmMain::AddDevices(QToolBar& bar) {
   cmbDevices_->setObjectName("cmbDevices");
   cmbDevices_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   cmbDevices_->setMinimumContentsLength(14);
+  cmbDevices_->setAccessibleName("Device");
   cmbDevices_->setToolTip("The chip that all windows work on (F2)");
   auto* toDevices = new QShortcut(Qt::Key_F2, this);
   connect(toDevices, &QShortcut::activated, cmbDevices_, [this] {
@@ -252,6 +254,20 @@ void frmMain::SetStatus(const QString& text) {
 void frmMain::Tell(const QString& text) {
   constexpr int kMilliseconds = 10'000;
   statusBar()->showMessage(text, kMilliseconds);
+}
+
+void frmMain::MarkAlerts(const QString& window, int count) {
+  for (const ToolButton& row : kToolButtons) {
+    auto* action = window == row.window ? findChild<QAction*>("tbToolBar(" + QString(row.key) + ")") : nullptr;
+    if (action == nullptr) continue;
+    const QIcon icon = ToolIcon(row.key);
+    action->setIcon(count > 0 ? widgets::WithBadge(icon, count) : icon);
+    // Behind the button's own text, which tells what it opens.
+    const QString alerts = count == 1 ? "1 alert" : QString("%1 alerts").arg(count);
+    action->setToolTip(count > 0 ? row.toolTip + (": " + alerts) : row.toolTip);
+    auto* button = findChild<QToolBar*>("tbToolBar")->widgetForAction(action);
+    button->setAccessibleDescription(count > 0 ? alerts : QString());
+  }
 }
 
 void frmMain::EnableTimer(bool on) {

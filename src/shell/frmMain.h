@@ -45,6 +45,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   windows::ChildWindow* FindWindow(const QString& name) const override;
   void SetStatus(const QString& text) override;
   void Tell(const QString& text) override;
+  void MarkAlerts(const QString& window, int count) override;
   void EnableTimer(bool on) override;
   QWidget& Frame() override { return *this; }
 

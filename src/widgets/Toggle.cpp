@@ -95,7 +95,7 @@ bool Toggle::Visible() const {
 }
 
 QString Toggle::StateText() const {
-  return value_ ? tr("Bad") : tr("OK");
+  return value_ ? tr("alert") : tr("no alert");
 }
 
 QSize Toggle::sizeHint() const {

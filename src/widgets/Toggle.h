@@ -20,7 +20,7 @@ class Toggle : public QWidget {
   /// False when the lamp itself was hidden, whatever its window does. A hidden lamp keeps its place in a layout.
   bool Visible() const;
 
-  /// "OK" or "Bad".
+  /// "alert" or "no alert".
   QString StateText() const;
 
   QSize sizeHint() const override;

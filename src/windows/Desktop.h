@@ -26,6 +26,9 @@ class Desktop {
   /// A message that passes: for some seconds it covers the status bar's first panel.
   virtual void Tell(const QString& text) = 0;
 
+  /// Marks the tool bar's button of a window with how many red lamps that window has; 0 takes the mark away.
+  virtual void MarkAlerts(const QString& window, int count) = 0;
+
   /// Switches the master timer off and on. Once the main window has closed it stays off.
   virtual void EnableTimer(bool on) = 0;
 

@@ -126,11 +126,15 @@ QString CaptionOf(const Binding& row) {
 }
 
 QString PlaceOf(const Binding& row) {
-  const int low = row.bits.shift;
+  return PlaceOf(row.reg, row.bits);  // every row has a name: IsSound and _reg see to that
+}
+
+QString PlaceOf(int reg, const base::BitField& field) {
+  const int low = field.shift;
   const QString bits =
-      row.bits.width == 1 ? QString("bit %1").arg(low) : QString("bits %1:%2").arg(low + row.bits.width - 1).arg(low);
-  // Every row has a name: IsSound and _reg see to that.
-  return QString::asprintf("0x%02X ", row.reg) + bits + ", " + QString::fromLatin1(chip::RowAt(row.reg)->name);
+      field.width == 1 ? QString("bit %1").arg(low) : QString("bits %1:%2").arg(low + field.width - 1).arg(low);
+  return QString::asprintf("0x%02X ", static_cast<unsigned>(reg)) + bits + ", " +
+         QString::fromLatin1(chip::RowAt(reg)->name);
 }
 
 std::unique_ptr<Editor> Editor::On(const Binding& row, const QWidget* window, QWidget* parent) {

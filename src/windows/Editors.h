@@ -21,6 +21,8 @@ QString CaptionOf(const Binding& row);
 
 /// Where a row's bits stand, as its tool tip tells it: "0x0D bit 0, THERM Configuration", "0x21 bits 7:5, PWM1 Config".
 QString PlaceOf(const Binding& row);
+/// The same of bits of a register that has a name.
+QString PlaceOf(int reg, const base::BitField& field);
 
 /// The control of a row, whatever its kind: a check or option button, a list, a text box. A kind is added by adding a
 /// class in Editors.cpp.

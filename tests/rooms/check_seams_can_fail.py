@@ -22,6 +22,7 @@ BAD = {
     "tree->setContextMenuPolicy(Qt::ActionsContextMenu);": "widgets/PopUpMenu.h",
     "QDialog dialog(this);": "platform::Prompts",
     "QDesktopServices::openUrl(url);": "platform::Shell",
+    "QApplication::beep();": "platform::Shell",
     "QLibrary library(name);": "platform::Libraries",
     "std::exit(1);": "platform::Process",
     "QElapsedTimer timer;": "platform::Clock",

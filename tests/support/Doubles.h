@@ -42,7 +42,10 @@ class RecordingShell final : public platform::Shell {
  public:
   bool Open(const QString& address) override { return opened.push_back(address), true; }
 
+  void Beep() override { ++beeps; }
+
   std::vector<QString> opened;
+  int beeps = 0;
 };
 
 /// Time that moves only when told to. Adopted timers fire as it passes, in the order of their times; the event loop's

@@ -21,7 +21,7 @@ SEAMS = {
     # An event loop inside a handler lets the handler's own window be closed.
     r"(\.|->)exec\(|\bQMenu::exec\b|\bQEventLoop\b|\bActionsContextMenu\b|\bQ(Input|Color|Font|Progress)?Dialog\b":
         "platform::Prompts, platform::FileDialogs or widgets/PopUpMenu.h",
-    r"\bQDesktopServices\b": "platform::Shell",
+    r"\bQDesktopServices\b|\b(QApplication::|qApp->)beep\b": "platform::Shell",
     r"\b(dlopen|dlsym|QLibrary|LoadLibrary[AW]?)\b": "platform::Libraries",
     r"\b(std::exit|std::_Exit|std::quick_exit|std::abort|_exit|QCoreApplication::exit|qApp->exit)\b": "platform::Process",
     r"\bstd::chrono::\w*_clock\b|\bQElapsedTimer\b|\bQ(Date)?Time::currentTime\b|\bQDate(Time)?::currentDate\w*\b|\bstd::time\(":

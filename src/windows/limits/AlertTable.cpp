@@ -1,5 +1,7 @@
 #include "windows/limits/AlertTable.h"
 
+#include <utility>
+
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -44,13 +46,14 @@ void AlertTable::AddHeading(const AlertHeading& heading, int column, QGridLayout
 
 void AlertTable::AddRow(int row, QGridLayout& grid) {
   const AlertRow& text = tab_.rows[static_cast<std::size_t>(row)];
-  Row controls{new QLabel(text.label, this), nullptr, new widgets::Toggle(this)};
+  Row controls{new QLabel(text.label, this), nullptr, new widgets::Toggle(this), {}};
   controls.label->setObjectName(NameOf({tab_.label, tab_.firstLabel + row}));
   grid.addWidget(controls.label, row + 1, kLabelColumn);
   if (tab_.mask != nullptr) {
     controls.mask = new QCheckBox(this);
     controls.mask->setObjectName(NameOf({tab_.mask, row}));
-    controls.mask->setToolTip("Tick to mask the channel's interrupt");
+    const base::BitField bit{static_cast<std::uint8_t>(text.bit), 1};
+    controls.mask->setToolTip("Tick to mask the channel's interrupt (" + PlaceOf(text.maskRegister, bit) + ")");
     grid.addWidget(controls.mask, row + 1, kMaskColumn, Qt::AlignCenter);
     OnToggle(*controls.mask, [this, row] { Mask_Click(row); });
   }
@@ -84,15 +87,38 @@ void AlertTable::ShowMasks(int reg, int value) {
 void AlertTable::ShowStatus(int reg, int value) {
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     const AlertRow& text = tab_.rows[row];
-    if (text.statusRegister == reg) rows_[row].lamp->SetValue(base::GetBit(static_cast<unsigned>(value), text.bit));
+    if (text.statusRegister != reg) continue;
+    const bool alert = base::GetBit(static_cast<unsigned>(value), text.bit);
+    rows_[row].lamp->SetValue(alert);
+    if (!rows_[row].lamp->Visible()) continue;
+    const bool before = std::exchange(rows_[row].alert, alert).value_or(false);
+    if (alert != before) emit LampTurned(static_cast<int>(row), alert);
   }
 }
 
+void AlertTable::ForgetStatus() {
+  for (Row& row : rows_) row.alert.reset();
+}
+
+QStringList AlertTable::Alerts() const {
+  QStringList channels;
+  for (const Row& row : rows_) {
+    if (row.alert.value_or(false)) channels << row.label->text().simplified();
+  }
+  return channels;
+}
+
+QString AlertTable::Channel(int row) const {
+  return rows_.at(static_cast<std::size_t>(row)).label->text();
+}
+
 void AlertTable::SetLive(int row, bool live) {
-  const Row& controls = rows_.at(static_cast<std::size_t>(row));
+  Row& controls = rows_.at(static_cast<std::size_t>(row));
   controls.label->setEnabled(live);
   if (controls.mask != nullptr) controls.mask->setEnabled(live);
   controls.lamp->setVisible(live);
+  // A channel that goes has not been cleared: the list is silent, and a lamp that comes back is read as at first.
+  if (!live) controls.alert.reset();
 }
 
 void AlertTable::SetLiveByPins() {

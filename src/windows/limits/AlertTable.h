@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
+#include <QStringList>
 #include <QWidget>
 
 #include "windows/limits/LimitTables.h"
@@ -27,8 +29,14 @@ class AlertTable final : public QWidget {
   /// Sets the check boxes of the rows that are masked in `reg` from its value. A box that changes runs its handler,
   /// which writes back the bit just read.
   void ShowMasks(int reg, int value);
-  /// Sets the lamps of the rows whose status stands in `reg` from its value.
+  /// Sets the lamps of the rows whose status stands in `reg` from its value, and tells of those that show and turn. The
+  /// first value of a lamp tells of it if it is red.
   void ShowStatus(int reg, int value);
+  /// The next value of each lamp counts as its first: it is of another chip.
+  void ForgetStatus();
+  /// The channels whose lamps show and are red.
+  QStringList Alerts() const;
+  QString Channel(int row) const;
 
   /// A row that is not live has its label and its box disabled and no lamp.
   void SetLive(int row, bool live);
@@ -39,11 +47,15 @@ class AlertTable final : public QWidget {
 
   const AlertTab& Tab() const { return tab_; }
 
+ signals:
+  void LampTurned(int row, bool alert);
+
  private:
   struct Row {
     QLabel* label;
     QCheckBox* mask;  ///< null without masks
     widgets::Toggle* lamp;
+    std::optional<bool> alert;  ///< what the lamp tells; nothing while it does not show or has not been read
   };
   void AddHeading(const AlertHeading& heading, int column, QGridLayout& grid);
   void AddRow(int row, QGridLayout& grid);

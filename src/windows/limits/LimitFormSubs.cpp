@@ -111,10 +111,7 @@ void RefreshThermPinGauge(const LimitForm& form) {
 void RefreshAlertToggles(const LimitForm& form) {
   for (const int reg : kStatusRegisters) {
     const int status = Read(reg);
-    for (AlertTable* alerts : {form.temperatureAlerts, form.fanAlerts, form.voltageAlerts, form.thermAlerts,
-                               form.thermPinAlerts, form.digitalAlerts}) {
-      alerts->ShowStatus(reg, status);
-    }
+    for (const LimitForm::Page& page : form.Pages()) page.alerts->ShowStatus(reg, status);
   }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 namespace zth::windows {
 
 class AlertTable;
@@ -18,6 +20,21 @@ struct LimitForm {
   AlertTable* thermAlerts = nullptr;
   AlertTable* thermPinAlerts = nullptr;
   AlertTable* digitalAlerts = nullptr;
+
+  /// A tab's parts; the last tab has no gauge.
+  struct Page {
+    LimitPanel* gauge;
+    AlertTable* alerts;
+  };
+  /// In the order of the tabs.
+  std::array<Page, 6> Pages() const {
+    return {{{temperature, temperatureAlerts},
+             {fan, fanAlerts},
+             {voltage, voltageAlerts},
+             {thermTimer, thermAlerts},
+             {thermPin, thermPinAlerts},
+             {nullptr, digitalAlerts}}};
+  }
 };
 
 // The load, tab by tab: each makes its list, its masks and its rows anew from the chip and the pins.

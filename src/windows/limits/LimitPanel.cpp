@@ -14,6 +14,7 @@
 #include "platform/Guard.h"
 #include "widgets/LGauge.h"
 #include "windows/Handlers.h"
+#include "windows/limits/LimitBoxes.h"
 
 namespace zth::windows {
 namespace {
@@ -49,6 +50,8 @@ LimitPanel::LimitPanel(const GaugeTab& tab, QWidget* parent)
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(list_);
   column->addWidget(gauge_, 1);
+  boxes_ = new LimitBoxes(tab, *gauge_, this);
+  column->addWidget(boxes_);
 
   OnSelect(*list_, [this] { ShowLimits(); });
   connect(gauge_, &widgets::LGauge::SliderChanged, this, platform::Guarded([this] { ApplyLimits(); }));
@@ -57,6 +60,7 @@ LimitPanel::LimitPanel(const GaugeTab& tab, QWidget* parent)
 void LimitPanel::FillList() {
   const QSignalBlocker quiet(list_);  // a list that fills selects by itself
   list_->clear();
+  read_.clear();
   for (const LimitChannel& channel : tab_.channels) {
     if (channel.listed == nullptr || channel.listed(chip::Model.PinFunctions)) list_->addItem(channel.item);
   }
@@ -115,6 +119,7 @@ void LimitPanel::ShowLimits() {
   if (channel == nullptr) {
     if (tab_.lowAndHigh) SetSlider(kLowSlider, 0);
     SetSlider(kHighSlider, 0);
+    boxes_->ShowSliders(false, {});
     return;
   }
   const auto read = [channel, this](int reg) {
@@ -135,6 +140,20 @@ void LimitPanel::ShowLimits() {
     SetSlider(number, value);
     gauge_->SetSliderStops(number, LimitStops(places_, value));
   }
+  boxes_->ShowSliders(true, places_);
+  const auto text = [this](double value) { return QString::fromStdString(gauge_->Scale().Text(value)); };
+  read_[channel] = (tab_.lowAndHigh ? text(low) + " to " : QString()) + text(high) + tab_.unit;
+}
+
+ChannelFacts LimitPanel::FactsOf(int row) const {
+  for (const LimitChannel& channel : tab_.channels) {
+    const bool listed = channel.listed == nullptr || channel.listed(chip::Model.PinFunctions);
+    if (channel.row != row || !listed) continue;
+    const auto limit = read_.find(&channel);
+    return {ReadingText(tab_.reading(static_cast<std::size_t>(channel.index)), tab_.unit).trimmed(),
+            limit == read_.end() ? QString() : limit->second};
+  }
+  return {};
 }
 
 void LimitPanel::ApplyLimits() {

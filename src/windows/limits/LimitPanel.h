@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include <QWidget>
 
 #include "windows/limits/LimitStops.h"
@@ -13,9 +15,17 @@ class LGauge;
 
 namespace zth::windows {
 
-/// The list and the gauge of a tab: the list picks the channel whose limit registers the sliders are. ShowLimits is the
-/// tab's ShowTemperatureLimits, ShowFanLimit and so on, ApplyLimits its ApplyTemperatureLimits and its like. The panel
-/// keeps no copy of a limit.
+class LimitBoxes;
+
+/// What the window knows of a channel at a moment, with units; empty for what it does not know.
+struct ChannelFacts {
+  QString value;  ///< as last measured
+  QString limit;  ///< as last read in this window, since its load
+};
+
+/// The list, the gauge and the limit boxes of a tab: the list picks the channel whose limit registers the sliders are.
+/// ShowLimits is the tab's ShowTemperatureLimits, ShowFanLimit and so on, ApplyLimits its ApplyTemperatureLimits and
+/// its like. Nothing that is written comes from a copy of a limit.
 class LimitPanel final : public QWidget {
   Q_OBJECT
 
@@ -38,6 +48,10 @@ class LimitPanel final : public QWidget {
   /// Writes what the sliders stand at, low before high, and shows what the chip holds now. Without a channel it writes
   /// nothing, and the slider goes back.
   void ApplyLimits();
+  /// Of the channel that a row of the tab's alerts tells of.
+  ChannelFacts FactsOf(int row) const;
+  /// What has been read so far is of another chip.
+  void ForgetLimits() { read_.clear(); }
   /// The present reading to needle 1 and the caption.
   void RefreshGauge();
 
@@ -52,9 +66,11 @@ class LimitPanel final : public QWidget {
   const GaugeTab& tab_;
   QComboBox* list_;
   widgets::LGauge* gauge_;
+  LimitBoxes* boxes_;
   const LimitChannel* placesOf_ = nullptr;  ///< the channel that `places_` is of
   LimitPlaces places_;
   QString kept_;
+  std::map<const LimitChannel*, QString> read_;  ///< for FactsOf
 };
 
 }  // namespace zth::windows

@@ -37,10 +37,10 @@ constexpr PinCondition kD3 = DiodeIs<&Pins::D3>;
 
 // clang-format off
 constexpr std::array kTemperatureChannels{
-    LimitChannel{"Local",   kAlways, 0, "Local Low Limit"_reg, "Local High Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote1", kD1,     1, "Remote 1 Low Limit"_reg, "Remote 1 High Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote2", kAlways, 2, "Remote 2 Low Limit"_reg, "Remote 2 High Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote3", kD3,     3, "Remote 3 Low Limit"_reg, "Remote 3 High Limit"_reg, 0, kNoRow},
+    LimitChannel{"Local",   kAlways, 0, "Local Low Limit"_reg, "Local High Limit"_reg, 0, 0},
+    LimitChannel{"Remote1", kD1,     1, "Remote 1 Low Limit"_reg, "Remote 1 High Limit"_reg, 0, 1},
+    LimitChannel{"Remote2", kAlways, 2, "Remote 2 Low Limit"_reg, "Remote 2 High Limit"_reg, 0, 2},
+    LimitChannel{"Remote3", kD3,     3, "Remote 3 Low Limit"_reg, "Remote 3 High Limit"_reg, 0, 3},
 };
 
 constexpr std::array kFanChannels{
@@ -87,19 +87,19 @@ constexpr std::array<LimitChannel, 23> kVoltageChannels{{
 }};
 
 constexpr std::array kThermTimerChannels{
-    LimitChannel{"THERM1", PinIs<&Pins::Pin28, 2>, 0, kNoRegister, "THERM 1 Timer Limit"_reg, 0, kNoRow},
-    LimitChannel{"THERM2", PinIs<&Pins::Pin29, 2>, 1, kNoRegister, "THERM 2 Timer Limit"_reg, 0, kNoRow},
+    LimitChannel{"THERM1", PinIs<&Pins::Pin28, 2>, 0, kNoRegister, "THERM 1 Timer Limit"_reg, 0, 0},
+    LimitChannel{"THERM2", PinIs<&Pins::Pin29, 2>, 1, kNoRegister, "THERM 2 Timer Limit"_reg, 0, 3},
 };
 
 constexpr std::array kThermPinChannels{
-    LimitChannel{"Local THERM1",   kAlways, 0, kNoRegister, "Local THERM1 Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote1 THERM1", kAlways, 1, kNoRegister, "Remote 1 THERM1 Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote2 THERM1", kAlways, 2, kNoRegister, "Remote 2 THERM1 Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote3 THERM1", kAlways, 3, kNoRegister, "Remote 3 THERM1 Limit"_reg, 0, kNoRow},
-    LimitChannel{"Local THERM2",   kAlways, 0, kNoRegister, "Local THERM2 Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote1 THERM2", kAlways, 1, kNoRegister, "Remote 1 THERM2 Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote2 THERM2", kAlways, 2, kNoRegister, "Remote 2 THERM2 Limit"_reg, 0, kNoRow},
-    LimitChannel{"Remote3 THERM2", kAlways, 3, kNoRegister, "Remote 3 THERM2 Limit"_reg, 0, kNoRow},
+    LimitChannel{"Local THERM1",   kAlways, 0, kNoRegister, "Local THERM1 Limit"_reg, 0, 0},
+    LimitChannel{"Remote1 THERM1", kAlways, 1, kNoRegister, "Remote 1 THERM1 Limit"_reg, 0, 1},
+    LimitChannel{"Remote2 THERM1", kAlways, 2, kNoRegister, "Remote 2 THERM1 Limit"_reg, 0, 2},
+    LimitChannel{"Remote3 THERM1", kAlways, 3, kNoRegister, "Remote 3 THERM1 Limit"_reg, 0, 3},
+    LimitChannel{"Local THERM2",   kAlways, 0, kNoRegister, "Local THERM2 Limit"_reg, 0, 4},
+    LimitChannel{"Remote1 THERM2", kAlways, 1, kNoRegister, "Remote 1 THERM2 Limit"_reg, 0, 5},
+    LimitChannel{"Remote2 THERM2", kAlways, 2, kNoRegister, "Remote 2 THERM2 Limit"_reg, 0, 6},
+    LimitChannel{"Remote3 THERM2", kAlways, 3, kNoRegister, "Remote 3 THERM2 Limit"_reg, 0, 7},
 };
 
 constexpr std::array kTemperatureRows{

@@ -13,7 +13,6 @@ namespace zth::windows {
 using PinCondition = bool (*)(const chip::PinFunctionFlags& pins);
 
 inline constexpr int kNoRegister = -1;
-inline constexpr int kNoRow = -1;
 
 /// One item of a gauge's list.
 struct LimitChannel {
@@ -23,7 +22,7 @@ struct LimitChannel {
   int lowRegister;  ///< kNoRegister where there is one limit only
   int highRegister;
   float nominal;  ///< volts at code 192; of voltage channels only
-  int row;        ///< of the tab's alerts that this channel names while it is listed, or kNoRow
+  int row;        ///< of the tab's alerts that tells of this channel while it is listed
 };
 
 /// A tab's gauge: its list, its scale, and how its registers are shown and written.

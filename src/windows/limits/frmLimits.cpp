@@ -13,6 +13,8 @@
 
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
+#include "windows/limits/AlertList.h"
+#include "windows/limits/AlertMarks.h"
 #include "windows/limits/AlertTable.h"
 #include "windows/limits/LimitPanel.h"
 
@@ -52,10 +54,21 @@ frmLimits::frmLimits(const Context& context)
   OnClick(*cmdClose, [this] { Unload(); });
   SetCancelButton(*cmdClose);
 
+  marks_ = std::make_unique<AlertMarks>(*SSTab1, context.desktop, objectName());
+  marks_->Fit();
+  events_ = new AlertList(context, this);
+  for (const LimitForm::Page& page : form_.Pages()) {
+    connect(page.alerts, &AlertTable::LampTurned, this,
+            [this, page](int row, bool alert) { NoteTurn(page, row, alert); });
+  }
+
   auto* column = new QVBoxLayout(this);
-  column->addWidget(SSTab1, 1);
+  column->addWidget(SSTab1, 2);
+  column->addWidget(events_, 1);
   column->addWidget(cmdClose, 0, Qt::AlignRight);
 }
+
+frmLimits::~frmLimits() = default;
 
 void frmLimits::AddTab(QTabWidget& tabs, const char* caption, const char* frame, LimitPanel* gauge,
                        AlertTable* alerts) {
@@ -84,6 +97,7 @@ void frmLimits::AddTab(QTabWidget& tabs, const char* caption, const char* frame,
 }
 
 void frmLimits::Form_Load() {
+  LookAtChip();
   InitTemperatureTab(form_);
   InitFanTab(form_);
   InitVoltageTab(form_);
@@ -97,14 +111,20 @@ void frmLimits::Reread() {
   // A box that changes would write back what has just been read.
   std::vector<std::unique_ptr<QSignalBlocker>> quiet;
   for (QCheckBox* mask : findChildren<QCheckBox*>()) quiet.push_back(std::make_unique<QSignalBlocker>(mask));
-  for (LimitPanel* gauge : {form_.temperature, form_.fan, form_.voltage, form_.thermTimer, form_.thermPin}) {
-    gauge->KeepSelection();
+  for (const LimitForm::Page& page : form_.Pages()) {
+    if (page.gauge != nullptr) page.gauge->KeepSelection();
   }
   Load();
 }
 
 void frmLimits::Form_Unload() {
   Shared.LimitsOpen = false;
+  marks_->Leave();
+}
+
+void frmLimits::changeEvent(QEvent* event) {
+  ChildWindow::changeEvent(event);
+  if (event->type() == QEvent::FontChange && marks_ != nullptr) marks_->Fit();
 }
 
 void frmLimits::Refresh() {
@@ -113,7 +133,32 @@ void frmLimits::Refresh() {
   RefreshVoltageGauge(form_);
   RefreshThermTimerGauge(form_);
   RefreshThermPinGauge(form_);
+  // Every lamp is read at each refresh, of all tabs, so that one reading is enough to enter what the chip holds until
+  // it has been read. What another window reads of it, or a program beside this one, is theirs.
+  LookAtChip();
+  turnedRed_ = false;
   RefreshAlertToggles(form_);
+  std::vector<QStringList> red;
+  for (const LimitForm::Page& page : form_.Pages()) red.push_back(page.alerts->Alerts());
+  marks_->Show(red);
+  if (turnedRed_) events_->Sound();
+}
+
+void frmLimits::LookAtChip() {
+  const link::ChipId inUse = link::ChipInUse();
+  if (inUse == polled_) return;
+  polled_ = inUse;
+  for (const LimitForm::Page& page : form_.Pages()) {
+    page.alerts->ForgetStatus();
+    if (page.gauge != nullptr) page.gauge->ForgetLimits();
+  }
+}
+
+void frmLimits::NoteTurn(const LimitForm::Page& page, int row, bool alert) {
+  const ChannelFacts facts = page.gauge != nullptr ? page.gauge->FactsOf(row) : ChannelFacts();
+  events_->Add(
+      {Services().clock.WallTime(), link::TextOf(polled_), page.alerts->Channel(row), facts.value, facts.limit, alert});
+  turnedRed_ = turnedRed_ || alert;
 }
 
 }  // namespace zth::windows

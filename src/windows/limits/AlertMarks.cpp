@@ -1,0 +1,54 @@
+#include "windows/limits/AlertMarks.h"
+
+#include <utility>
+
+#include <QTabBar>
+#include <QTabWidget>
+
+#include "widgets/Badge.h"
+#include "windows/Desktop.h"
+
+namespace zth::windows {
+namespace {
+
+QString Told(const QStringList& channels) {
+  if (channels.isEmpty()) return "No alert";
+  const QString count = channels.size() == 1 ? "1 alert" : QString("%1 alerts").arg(channels.size());
+  return count + ": " + channels.join(", ");
+}
+
+}  // namespace
+
+AlertMarks::AlertMarks(QTabWidget& tabs, Desktop& desktop, QString window)
+    : tabs_(tabs), desktop_(desktop), window_(std::move(window)) {}
+
+void AlertMarks::Show(const std::vector<QStringList>& channels) {
+  if (shown_ == channels) return;
+  shown_ = channels;
+  int all = 0;
+  for (int tab = 0; tab < tabs_.count(); ++tab) {
+    const QStringList& red = channels.at(static_cast<std::size_t>(tab));
+    const int count = static_cast<int>(red.size());
+    all += count;
+    tabs_.setTabIcon(tab, count > 0 ? widgets::BadgeIcon(count) : QIcon());
+    tabs_.setTabToolTip(tab, Told(red));  // what assistive technology reads as the tab's description, too
+  }
+  desktop_.MarkAlerts(window_, all);
+}
+
+void AlertMarks::Leave() const {
+  desktop_.MarkAlerts(window_, 0);
+}
+
+void AlertMarks::Fit() {
+  const int height = tabs_.fontMetrics().height();
+  tabs_.setIconSize({height * 4 / 3, height});
+  // A window does not grow for marks that come while it stands: their room is kept from the start.
+  int marks = 0;
+  for (int tab = 0; tab < tabs_.count(); ++tab) marks += tabs_.tabIcon(tab).isNull() ? 1 : 0;
+  constexpr int kGap = 6;  // between a mark and the tab's text
+  tabs_.setMinimumWidth(0);
+  tabs_.setMinimumWidth(tabs_.tabBar()->sizeHint().width() + marks * (tabs_.iconSize().width() + kGap));
+}
+
+}  // namespace zth::windows
