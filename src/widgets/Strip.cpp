@@ -94,6 +94,8 @@ void Strip::TellValue() {
   p_->tellNext = p_->clock() + kTellSeconds;
   QAccessibleValueChangeEvent event(this, Summary());
   QAccessible::updateAccessibility(&event);
+  QAccessibleEvent described(this, QAccessible::DescriptionChanged);
+  QAccessible::updateAccessibility(&described);
 }
 
 void Strip::ClearData() {

@@ -88,6 +88,10 @@ void Toggle::SetValue(bool value) {
   QAccessible::updateAccessibility(&stateEvent);
   QAccessibleEvent nameEvent(this, QAccessible::NameChanged);
   QAccessible::updateAccessibility(&nameEvent);
+  if (!Visible()) return;
+  // What a reader speaks without being on the lamp.
+  QAccessibleEvent alert(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
 }
 
 bool Toggle::Visible() const {

@@ -122,6 +122,7 @@ TEST_F(AccessControls, AChartTellsItsReadingsOnceASecondAndResets) {
   desk.Advance(3000);
   EXPECT_EQ(Heard(strip, QAccessible::ValueChanged), 3);
   EXPECT_EQ(Value(access).find(Name(access) + ": Local "), 0U) << Value(access);
+  EXPECT_TRUE(access.text(QAccessible::Description).endsWith(access.text(QAccessible::Value)));
   for (const char* action : {"Start Ranges", "Back to Live"}) {
     strip.SetXEnd(1);
     EXPECT_TRUE(strip.Held());

@@ -1,13 +1,16 @@
 #include "windows/limits/AlertList.h"
 
 #include <algorithm>
+#include <functional>
+#include <numeric>
+#include <utility>
 
-#include <QAction>
 #include <QCheckBox>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -29,14 +32,22 @@ bool IsSet(const platform::Settings& settings, const char* key, const char* fall
   return settings.Get(key, fallback).trimmed().compare("True", Qt::CaseInsensitive) == 0;
 }
 
-/// A list that asks for a few lines only.
+/// A list that asks for a few lines only, and copies whole rows: a view's own copy takes one cell, past the seams.
 class EventView final : public QTreeView {
  public:
-  using QTreeView::QTreeView;
+  EventView(std::function<void()> copy, QWidget* parent) : QTreeView(parent), copy_(std::move(copy)) {}
   QSize sizeHint() const override { return {fontMetrics().averageCharWidth() * 60, HeightOf(kLines)}; }
   QSize minimumSizeHint() const override { return {fontMetrics().averageCharWidth() * 30, HeightOf(2)}; }
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->matches(QKeySequence::Copy)) return copy_();
+    QTreeView::keyPressEvent(event);
+  }
+
  private:
+  std::function<void()> copy_;
+
   int HeightOf(int lines) const {
     return header()->sizeHint().height() + lines * (fontMetrics().height() + 4) + 2 * frameWidth();
   }
@@ -51,7 +62,7 @@ AlertList::AlertList(const Context& context, QWidget* parent)
       cmdEvents_(new QToolButton(this)),
       lblNewest_(new QLabel(this)),
       chkSound_(new QCheckBox("So&und", this)),
-      list_(new EventView(this)) {
+      list_(new EventView(platform::Guarded([this] { cmdCopyEvents_Click(); }), this)) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   MakeBar();
@@ -109,11 +120,6 @@ void AlertList::MakeList() {
   list_->setColumnHidden(AlertLog::kChip, true);
   list_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   list_->header()->setSectionsMovable(false);
-  auto* copy = new QAction(list_);
-  copy->setShortcut(QKeySequence::Copy);
-  copy->setShortcutContext(Qt::WidgetShortcut);
-  connect(copy, &QAction::triggered, this, platform::Guarded([this] { cmdCopyEvents_Click(); }));
-  list_->addAction(copy);
 }
 
 void AlertList::Fold(bool open) {
@@ -146,7 +152,10 @@ void AlertList::cmdCopyEvents_Click() {
   QList<int> rows;
   for (const QModelIndex& index : list_->selectionModel()->selectedRows()) rows << index.row();
   std::ranges::sort(rows);
-  for (int row = 0; rows.isEmpty() && row < log_->rowCount(); ++row) rows << row;
+  if (rows.isEmpty()) {
+    rows.resize(log_->rowCount());
+    std::iota(rows.begin(), rows.end(), 0);
+  }
   if (!rows.isEmpty()) context_.services.clipboard.PutText(log_->Lines(rows));
 }
 

@@ -93,6 +93,7 @@ int AlertLog::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant AlertLog::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
   const AlertEvent& event = events_.at(static_cast<std::size_t>(index.row()));
   if (role == Qt::DisplayRole) return TextOf(event, index.column());
   if (role == Qt::ToolTipRole && index.column() == kTime) return event.time.toString("yyyy-MM-dd HH:mm:ss.zzz");

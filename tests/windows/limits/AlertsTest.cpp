@@ -165,7 +165,8 @@ TEST_F(Alerts, AFoldedListTellsItsNewestAndStaysFolded) {
   EXPECT_TRUE(Desk::Text(*window, "lblNewest").endsWith(" Fan2Max raised"));
   window->Unload();
   Desk::Settle();
-  EXPECT_FALSE(List().isVisibleTo(window = &desk.Open("frmLimits")));
+  window = &desk.Open("frmLimits");
+  EXPECT_FALSE(List().isVisibleTo(window));
 }
 
 TEST(AlertLogs, KeepTheNewestThousandAndQuoteWhatASpreadsheetWouldTakeApart) {

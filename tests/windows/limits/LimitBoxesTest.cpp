@@ -11,7 +11,11 @@ namespace zth::testing {
 namespace {
 
 struct LimitBoxes : Limits {
-  LimitBoxes() { Load(); }
+  LimitBoxes() {
+    Put(desk.board.Chip(), "44=40 48=95 78=FF 80=FF");
+    Load();
+    desk.board.TakeTraffic();
+  }
 
   widgets::NumberBox& Box(const char* name) const { return Desk::Get<widgets::NumberBox>(*window, name); }
   /// Selects all and types over it, and sends nothing by that.
@@ -41,9 +45,9 @@ TEST_F(LimitBoxes, EnterWritesOnceWhatADragWouldAndShowsWhatTheChipTook) {
   for (const Row& row : {Row{"txtTempLow", "25.5", "26.0", "ggeTemp", 2, 25.5},
                          {"txtTempHigh", "300", "191.0", "ggeTemp", 3, 191},
                          {"txtTempLow", "-64.4", "-64.0", "ggeTemp", 2, -64},
-                         {"txtFanHigh", "1000", "960", "ggeFan", 3, 1000},
-                         {"txtVoltHigh", "1.234", "1.23", "ggeVolt", 3, 1.23},
-                         {"txtThermTimerHigh", "50", "49.8", "ggeThermTimer", 3, 50},
+                         {"txtFanHigh", "1000", "959", "ggeFan", 3, 1000},
+                         {"txtVoltHigh", "1.234", "1.240", "ggeVolt", 3, 1.234},
+                         {"txtThermTimerHigh", "50", "50.0", "ggeThermTimer", 3, 50},
                          {"txtTHERMPinHigh", "80", "80.0", "ggeTHERMPin", 3, 80}}) {
     const auto before = desk.board.Chip();
     desk.board.TakeTraffic();
@@ -81,9 +85,9 @@ TEST_F(LimitBoxes, LeavingWritesEscapeAndAnotherWindowDoNot) {
 }
 
 TEST_F(LimitBoxes, AnArrowGoesToTheNextLimitOfTheChipFromWhatIsTyped) {
-  EXPECT_EQ(Key("txtTempLow", Qt::Key_Up), T("W44=41 W48=FF R44 R48"));
+  EXPECT_EQ(Key("txtTempLow", Qt::Key_Up), T("W44=41 W48=95 R44 R48"));
   Type("txtTempLow", "30");
-  EXPECT_EQ(Key("txtTempLow", Qt::Key_Down), T("W44=5D W48=FF R44 R48")) << "one write";
+  EXPECT_EQ(Key("txtTempLow", Qt::Key_Down), T("W44=5D W48=95 R44 R48")) << "one write";
   EXPECT_EQ(Box("txtTempLow").text(), "29.0");
   Drag("ggeTemp", 2, 5);
   EXPECT_EQ(Box("txtTempLow").text(), "5.0") << "boxes follow the sliders";
