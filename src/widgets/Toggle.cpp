@@ -16,12 +16,13 @@ namespace {
 
 class ToggleAccess final : public QAccessibleWidget {
  public:
-  explicit ToggleAccess(Toggle* toggle) : QAccessibleWidget(toggle, QAccessible::Indicator) {}
+  // A picture with its meaning as its name: what Qt calls an indicator is of no known role on AT-SPI.
+  explicit ToggleAccess(Toggle* toggle) : QAccessibleWidget(toggle, QAccessible::Graphic) {}
 
   QString text(QAccessible::Text kind) const override {
     if (kind == QAccessible::Value) return Lamp().StateText();
     if (kind != QAccessible::Name) return QAccessibleWidget::text(kind);
-    const QString name = QAccessibleWidget::text(kind);  // readers that skip an indicator's value read its name
+    const QString name = QAccessibleWidget::text(kind);  // readers that skip a picture's value read its name
     return name.isEmpty() ? Lamp().StateText() : name + QStringLiteral(": ") + Lamp().StateText();
   }
 

@@ -15,7 +15,7 @@ const std::map<std::string, const char*> kDefaults{
     {"frmGenConfig", "cmdOK"}, {"frmTherm", "cmdOK"}, {"frmVoltConfig", "cmdOK"},   {"frmSwitches", "cmbApply"}};
 
 /// Windows in whose boxes Enter selects.
-const std::set<std::string> kSelecting{"frmAutoGraph", "frmDynamicTmin", "frmLogging"};
+const std::set<std::string> kSelecting{"frmAutoGraph", "frmDynamicTmin", "frmLimits", "frmLogging"};
 
 /// These have a meaning of their own for Enter.
 bool TakesEnter(const QWidget& control) {

@@ -5,6 +5,8 @@
 #include <numeric>
 #include <utility>
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QCheckBox>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -53,6 +55,29 @@ class EventView final : public QTreeView {
   }
 };
 
+/// The newest event as a notification: what a screen reader speaks wherever its user is. It is told whether the label
+/// shows it or not.
+class NewestLabel final : public QLabel {
+ public:
+  explicit NewestLabel(QWidget* parent) : QLabel(parent) { QAccessible::installFactory(MakeAccess); }
+
+  void Announce(const QString& event) {
+    setAccessibleName(event);
+    if (!QAccessible::isActive()) return;
+    // Another one each time, though the label has been there all along.
+    QAccessibleEvent shown(this, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&shown);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+  }
+
+ private:
+  static QAccessibleInterface* MakeAccess(const QString& /*key*/, QObject* object) {
+    auto* label = dynamic_cast<NewestLabel*>(object);
+    return label != nullptr ? new QAccessibleWidget(label, QAccessible::Notification) : nullptr;
+  }
+};
+
 }  // namespace
 
 AlertList::AlertList(const Context& context, QWidget* parent)
@@ -60,9 +85,8 @@ AlertList::AlertList(const Context& context, QWidget* parent)
       context_(context),
       log_(new AlertLog(this)),
       cmdEvents_(new QToolButton(this)),
-      lblNewest_(new QLabel(this)),
-      chkSound_(new QCheckBox("So&und", this)),
-      list_(new EventView(platform::Guarded([this] { cmdCopyEvents_Click(); }), this)) {
+      lblNewest_(new NewestLabel(this)),
+      chkSound_(new QCheckBox("So&und", this)) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   MakeBar();
@@ -109,6 +133,7 @@ void AlertList::MakeBar() {
 }
 
 void AlertList::MakeList() {
+  list_ = new EventView(platform::Guarded([this] { cmdCopyEvents_Click(); }), this);
   list_->setObjectName("lstEvents");
   list_->setAccessibleName("Events");
   list_->setModel(log_);
@@ -142,6 +167,7 @@ void AlertList::Add(const AlertEvent& event) {
   list_->setColumnHidden(AlertLog::kChip, !log_->HasSeveralChips());
   if (atEnd) list_->scrollToBottom();
   ShowNewest();
+  static_cast<NewestLabel*>(lblNewest_)->Announce(log_->Newest());
 }
 
 void AlertList::Sound() const {

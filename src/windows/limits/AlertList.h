@@ -39,7 +39,7 @@ class AlertList final : public QWidget {
   QToolButton* cmdEvents_;
   QLabel* lblNewest_;
   QCheckBox* chkSound_;
-  QTreeView* list_;
+  QTreeView* list_ = nullptr;
 };
 
 }  // namespace zth::windows

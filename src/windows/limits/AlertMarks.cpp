@@ -40,15 +40,13 @@ void AlertMarks::Leave() const {
   desktop_.MarkAlerts(window_, 0);
 }
 
-void AlertMarks::Fit() {
+int AlertMarks::Fit() {
   const int height = tabs_.fontMetrics().height();
   tabs_.setIconSize({height * 4 / 3, height});
-  // A window does not grow for marks that come while it stands: their room is kept from the start.
   int marks = 0;
   for (int tab = 0; tab < tabs_.count(); ++tab) marks += tabs_.tabIcon(tab).isNull() ? 1 : 0;
   constexpr int kGap = 6;  // between a mark and the tab's text
-  tabs_.setMinimumWidth(0);
-  tabs_.setMinimumWidth(tabs_.tabBar()->sizeHint().width() + marks * (tabs_.iconSize().width() + kGap));
+  return tabs_.tabBar()->sizeHint().width() + marks * (tabs_.iconSize().width() + kGap);
 }
 
 }  // namespace zth::windows

@@ -20,8 +20,9 @@ class AlertMarks {
   void Show(const std::vector<QStringList>& channels);
   /// Takes the tool bar's mark away, as the window closes.
   void Leave() const;
-  /// Makes room on the tabs for a mark each, in the present font.
-  void Fit();
+  /// Gives the marks the size of the present font, and tells the width that the tabs need with a mark each. A window
+  /// does not grow for marks that come while it stands: their room is kept from the start.
+  int Fit();
 
  private:
   QTabWidget& tabs_;

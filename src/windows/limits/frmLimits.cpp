@@ -49,20 +49,22 @@ frmLimits::frmLimits(const Context& context)
   AddTab(*SSTab1, "THERM Limits", nullptr, form_.thermPin, form_.thermPinAlerts);
   AddTab(*SSTab1, "Digital/VRD", nullptr, nullptr, form_.digitalAlerts);
 
+  events_ = new AlertList(context, this);
+
   auto* cmdClose = new QPushButton("C&lose", this);
   cmdClose->setObjectName("cmdClose");
   OnClick(*cmdClose, [this] { Unload(); });
   SetCancelButton(*cmdClose);
 
   marks_ = std::make_unique<AlertMarks>(*SSTab1, context.desktop, objectName());
-  marks_->Fit();
-  events_ = new AlertList(context, this);
   for (const LimitForm::Page& page : form_.Pages()) {
     connect(page.alerts, &AlertTable::LampTurned, this,
             [this, page](int row, bool alert) { NoteTurn(page, row, alert); });
   }
 
   auto* column = new QVBoxLayout(this);
+  roomForMarks_ = new QSpacerItem(marks_->Fit(), 0);
+  column->addSpacerItem(roomForMarks_);
   column->addWidget(SSTab1, 2);
   column->addWidget(events_, 1);
   column->addWidget(cmdClose, 0, Qt::AlignRight);
@@ -124,7 +126,9 @@ void frmLimits::Form_Unload() {
 
 void frmLimits::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
-  if (event->type() == QEvent::FontChange && marks_ != nullptr) marks_->Fit();
+  if (event->type() != QEvent::FontChange || roomForMarks_ == nullptr) return;
+  roomForMarks_->changeSize(marks_->Fit(), 0);
+  layout()->invalidate();
 }
 
 void frmLimits::Refresh() {

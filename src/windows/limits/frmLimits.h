@@ -7,6 +7,7 @@
 #include "windows/limits/LimitFormSubs.h"
 #include "windows/limits/LimitTables.h"
 
+class QSpacerItem;
 class QTabWidget;
 
 namespace zth::windows {
@@ -46,6 +47,7 @@ class frmLimits final : public ChildWindow {
 
   LimitForm form_;
   std::unique_ptr<AlertMarks> marks_;
+  QSpacerItem* roomForMarks_ = nullptr;
   AlertList* events_;
   link::ChipId polled_;     ///< the chip that the lamps were last read from
   bool turnedRed_ = false;  ///< a lamp has, in the poll under way
