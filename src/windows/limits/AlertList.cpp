@@ -21,6 +21,7 @@
 #include <QVBoxLayout>
 
 #include "platform/Guard.h"
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 
 namespace zth::windows {
@@ -84,9 +85,9 @@ AlertList::AlertList(const Context& context, QWidget* parent)
     : QWidget(parent),
       context_(context),
       log_(new AlertLog(this)),
-      cmdEvents_(new QToolButton(this)),
-      lblNewest_(new NewestLabel(this)),
-      chkSound_(new QCheckBox("So&und", this)) {
+      cmdEvents_(widgets::Named<QToolButton>("cmdEvents", this)),
+      lblNewest_(widgets::Named<NewestLabel>("lblNewest", this)),
+      chkSound_(widgets::Named<QCheckBox>("chkSound", "So&und", this)) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   MakeBar();
@@ -102,15 +103,12 @@ AlertList::AlertList(const Context& context, QWidget* parent)
 }
 
 void AlertList::MakeBar() {
-  cmdEvents_->setObjectName("cmdEvents");
   cmdEvents_->setText("&Events");
   cmdEvents_->setCheckable(true);
   cmdEvents_->setAutoRaise(true);
   cmdEvents_->setFocusPolicy(Qt::StrongFocus);
   cmdEvents_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  lblNewest_->setObjectName("lblNewest");
   lblNewest_->setTextFormat(Qt::PlainText);
-  chkSound_->setObjectName("chkSound");
   chkSound_->setToolTip("Sound when a lamp turns red");
   chkSound_->setChecked(IsSet(context_.services.settings, kSoundSetting, "False"));
   OnToggle(*chkSound_,
@@ -120,8 +118,7 @@ void AlertList::MakeBar() {
   bar->addWidget(lblNewest_, 1);
   bar->addWidget(chkSound_);
   const auto add = [&](const char* name, const char* caption, const char* tip, void (AlertList::*click)()) {
-    auto* button = new QPushButton(caption, this);
-    button->setObjectName(name);
+    auto* button = widgets::Named<QPushButton>(name, caption, this);
     button->setToolTip(tip);
     OnClick(*button, [this, click] { (this->*click)(); });
     bar->addWidget(button);
@@ -133,8 +130,7 @@ void AlertList::MakeBar() {
 }
 
 void AlertList::MakeList() {
-  list_ = new EventView(platform::Guarded([this] { cmdCopyEvents_Click(); }), this);
-  list_->setObjectName("lstEvents");
+  list_ = widgets::Named<EventView>("lstEvents", platform::Guarded([this] { cmdCopyEvents_Click(); }), this);
   list_->setAccessibleName("Events");
   list_->setModel(log_);
   list_->setRootIsDecorated(false);

@@ -7,6 +7,7 @@
 
 #include "platform/Guard.h"
 #include "widgets/LGauge.h"
+#include "widgets/Named.h"
 #include "widgets/NumberBox.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
@@ -46,8 +47,7 @@ LimitBoxes::LimitBoxes(const GaugeTab& tab, widgets::LGauge& gauge, QWidget* par
 
 widgets::NumberBox* LimitBoxes::AddBox(const GaugeTab& tab, const char* which, const QString& caption,
                                        QHBoxLayout& row) {
-  auto* box = new widgets::NumberBox(this);
-  box->setObjectName(QString(tab.gauge).replace("gge", "txt") + which);
+  auto* box = widgets::Named<widgets::NumberBox>(QString(tab.gauge).replace("gge", "txt") + which, this);
   box->setAccessibleName(QString("%1 %2 limit, %3").arg(tab.subject, QString(which).toLower(), tab.unit));
   box->setToolTip("Enter writes the limit to the chip, an arrow the next one that the chip can hold");
   // It writes at once: one notch too many must not move a limit.
