@@ -140,7 +140,8 @@ TEST_F(Alerts, EventsAreCopiedSavedAndCleared) {
   EXPECT_EQ(desk.clipboard.text.count('\n'), 0);
   List().clearSelection();
   Desk::Press(*window, "cmdCopyEvents");
-  EXPECT_EQ(desk.clipboard.text.count('\n'), 2) << "all without a selection";
+  EXPECT_EQ(desk.clipboard.text.count("Fan2Max"), 2) << "all without a selection";
+  EXPECT_EQ(desk.clipboard.text.count("SCSI Term1"), 1);
 
   for (const bool locked : {true, false}) {
     desk.files.locked = locked;
