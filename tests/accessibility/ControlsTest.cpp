@@ -152,9 +152,18 @@ TEST_F(AccessControls, BitsFlipLampsTellAndLinksLead) {
     lamp.setProperty("Value", bad);
     EXPECT_EQ(Of(lamp).state().checked, bad);
     EXPECT_EQ(Value(Of(lamp)), bad ? "alert" : "no alert");
-    EXPECT_TRUE(Name(Of(lamp)).ends_with(bad ? ": alert" : ": no alert")) << "readers that pass over values read the name";
+    EXPECT_TRUE(Name(Of(lamp)).ends_with(bad ? ": alert" : ": no alert"))
+        << "readers that pass over values read the name";
     EXPECT_EQ(Heard(lamp, bad ? QAccessible::StateChanged : QAccessible::NameChanged), 1);
   }
+
+  // What is spoken wherever the user is.
+  QWidget& newest = Find("frmLimits", "lblNewest");
+  desk.board.usbChips[0x58][0xC0] = 0x02;
+  desk.Advance(600);
+  EXPECT_EQ(Of(newest).role(), QAccessible::Notification);
+  EXPECT_TRUE(Name(Of(newest)).ends_with("Local Temp raised")) << Name(Of(newest));
+  EXPECT_EQ(Heard(newest, QAccessible::ObjectShow), 1);
 
   Do(Of(Find("frmAbout", "Label6")), Actions::pressAction());
   EXPECT_EQ(desk.shell.opened.size(), 1U);
