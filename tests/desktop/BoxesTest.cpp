@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -46,6 +47,31 @@ Act Press(int choice) {
   };
 }
 
+Act Press(const char* button) {
+  return [button](QWidget& box) { QTest::mouseClick(box.findChild<QPushButton*>(button), Qt::LeftButton); };
+}
+
+/// Each button beside OK gives its answer; the one that copies gives none, and the box goes on standing.
+void ExpectEachOffer(const platform::BoxQuestion& question) {
+  const auto ask = [&question] { return platform::DesktopPrompts().Ask(question); };
+  for (const BoxAnswer offer : question.offers) {
+    EXPECT_EQ(Answered(ask, Press(offer == BoxAnswer::TryAgain ? "cmdTryAgain" : "cmdSimulated")), offer);
+  }
+  QGuiApplication::clipboard()->clear();
+  EXPECT_EQ(Answered(ask,
+                     [&question](QWidget& box) {
+                       EXPECT_EQ(
+                           box.findChildren<QPushButton*>().size(),
+                           static_cast<qsizetype>(1 + question.offers.size() + (question.details.isEmpty() ? 0 : 1)));
+                       if (auto* copy = box.findChild<QPushButton*>("cmdCopyDetails")) copy->click();
+                       EXPECT_TRUE(box.isVisible());
+                       QTest::keyClick(&box, Qt::Key_Return);
+                     }),
+            BoxAnswer::Ok)
+      << "Enter is OK";
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), question.details);
+}
+
 void ExpectEachAnswer(const platform::BoxQuestion& question) {
   SCOPED_TRACE(question.text.toStdString());
   const auto ask = [&question] { return platform::DesktopPrompts().Ask(question); };
@@ -55,6 +81,7 @@ void ExpectEachAnswer(const platform::BoxQuestion& question) {
   EXPECT_EQ(Answered(ask, Close), none);
   if (!yesNo) {
     EXPECT_EQ(Answered(ask, Press(QMessageBox::Ok)), BoxAnswer::Ok);
+    ExpectEachOffer(question);
     return;
   }
   EXPECT_EQ(Answered(ask, Press(QMessageBox::Yes)), BoxAnswer::Yes);

@@ -236,6 +236,39 @@ TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
 }
 
 #ifdef __linux__
+TEST(Libraries, OfABoardThatIsTakenAnswerInPlaceOfThoseBesideTheProgramAndOnThePath) {
+  const QTemporaryDir home;
+  const QDir root(home.path());
+  ASSERT_TRUE(root.mkpath("bin") && root.mkpath("boards"));
+  const QString bin = root.filePath("bin"), board = root.filePath("boards/simulated");
+  for (const char* name : {"/libsmbus.so", "/libUSBFunctions.so"}) {
+    QFile maker(bin + name);
+    ASSERT_TRUE(maker.open(QIODevice::WriteOnly));
+  }
+  const QByteArray before = qgetenv("LD_LIBRARY_PATH");
+  qputenv("LD_LIBRARY_PATH", "/opt/a:/opt/b");
+  DesktopLibraries libraries(bin);
+  EXPECT_EQ(libraries.Places().join('|').toStdString(),
+            bin.toStdString() +
+                " (the program's folder)|/opt/a (LD_LIBRARY_PATH)|/opt/b (LD_LIBRARY_PATH)|"
+                "the system's own folders for libraries");
+  qputenv("LD_LIBRARY_PATH", before);
+  EXPECT_FALSE(libraries.HasBoard("simulated")) << "not there";
+  ASSERT_TRUE(QFile::link(ZTH_BOARD, board));
+  EXPECT_TRUE(libraries.HasBoard("simulated"));
+  EXPECT_FALSE(libraries.HasBoard("other"));
+  EXPECT_EQ(libraries.Load("smbus").file, bin + "/libsmbus.so");
+  libraries.TakeBoard("simulated");
+  for (const auto& [name, entry] : {std::pair{"smbus", "ReadSmbus"}, {"USBFunctions", "LoadFirmWare"}}) {
+    const LoadedLibrary loaded = libraries.Load(name);
+    ASSERT_NE(loaded.library, nullptr) << loaded.error.toStdString();
+    EXPECT_NE(loaded.library->Symbol(entry), nullptr);
+    EXPECT_EQ(loaded.file, board + "/lib" + name + ".so");
+  }
+  EXPECT_EQ(libraries.Places(), QStringList(board));
+  EXPECT_FALSE(libraries.HasBoard("simulated")) << "it has been taken";
+}
+
 // Run again as a copy in a folder whose name no QString holds.
 TEST(ProgramFolder, IsKnownByItsBytesWhateverTheyAre) {
   if (const char* expected = std::getenv("ZTH_TEST_FOLDER")) {

@@ -13,6 +13,7 @@
 #include "base/Twips.h"
 #include "chip/ChipState.h"
 #include "chip/PinModel.h"
+#include "link/BoardName.h"
 #include "widgets/Strip.h"
 #include "widgets/UpDown.h"
 #include "windows/BoxHint.h"
@@ -73,7 +74,8 @@ void frmGraph::MakeHeader() {
 void frmGraph::MakeCharts() {
   const platform::Clock& clock = Services().clock;
   for (int i = 0; i < kGraphs; ++i) {
-    auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
+    auto* chart =
+        new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services(), link::BoardName));
     chart->setObjectName(QString("stpGraph(%1)").arg(i));
     chart->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
     chart->SetUp(GraphSetup(i, VoltagesPresent()));

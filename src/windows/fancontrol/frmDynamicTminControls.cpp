@@ -8,6 +8,7 @@
 #include <QTabWidget>
 
 #include "base/Twips.h"
+#include "link/BoardName.h"
 #include "widgets/Strip.h"
 #include "windows/fancontrol/Charts.h"
 #include "windows/fancontrol/DynTminModel.h"
@@ -156,7 +157,8 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 
 widgets::Strip* frmDynamicTmin::MakeChart(int channel) {
   const platform::Clock& clock = Services().clock;
-  auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
+  auto* chart =
+      new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services(), link::BoardName));
   chart->setObjectName(NameOf({"Strip2", channel}));
   chart->setAccessibleName(QString("Dynamic Tmin of Remote%1").arg(channel + 1));
   connect(chart, &widgets::Strip::Strip2_LayoutChanged, this, [this, chart](int index) {
