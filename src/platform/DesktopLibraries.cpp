@@ -46,7 +46,7 @@ QString FoundFile(const QString& name) {
   if (handle == nullptr) return name;
   const link_map* map = nullptr;
   const bool told = ::dlinfo(handle, RTLD_DI_LINKMAP, &map) == 0 && map != nullptr;
-  const QString file = told ? QFile::decodeName(map->l_name) : name;
+  const QString file = told ? QFileInfo(QFile::decodeName(map->l_name)).absoluteFilePath() : name;
   ::dlclose(handle);
   return file;
 #else

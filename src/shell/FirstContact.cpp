@@ -116,10 +116,12 @@ QStringList PlaceLines(const platform::Libraries& libraries) {
 }  // namespace
 
 QString StartDetails(platform::Services& services) {
-  const QStringList parts{
-      UsbLines(services).join('\n'), SmbusLines().join('\n'), PlaceLines(services.libraries).join('\n'),
-      "All of it at length: docs/hardware.md, \"Reaching real hardware\".\n" +
-          QString("%1 %2 on %3").arg(base::kTitle, base::kVersionText, QSysInfo::prettyProductName())};
+  QStringList parts{UsbLines(services).join('\n'), SmbusLines().join('\n')};
+  // The link that has been searched first: there is the board that the user expected.
+  if (Bus.SmbusPresent && !Bus.UsbPresent) parts.swapItemsAt(0, 1);
+  parts << PlaceLines(services.libraries).join('\n')
+        << "All of it at length: docs/hardware.md, \"Reaching real hardware\".\n" +
+               QString("%1 %2 on %3").arg(base::kTitle, base::kVersionText, QSysInfo::prettyProductName());
   return parts.join("\n\n");
 }
 
