@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kCharacters = 96;
 constexpr int kLines = 18;
+constexpr int kWidest = 900;  // pixels: Qt makes no message box wider than 1000
 
 QPlainTextEdit* MakeText(QMessageBox& box, const QString& details) {
   auto* text = new QPlainTextEdit(details, &box);
@@ -27,7 +28,7 @@ QPlainTextEdit* MakeText(QMessageBox& box, const QString& details) {
   text->setTabChangesFocus(true);
   const QFontMetrics metrics = text->fontMetrics();
   const QSize screen = box.screen()->availableSize();
-  text->setMinimumSize(std::min(metrics.averageCharWidth() * kCharacters, screen.width() * 3 / 5),
+  text->setMinimumSize(std::min({metrics.averageCharWidth() * kCharacters, screen.width() * 3 / 5, kWidest}),
                        std::min(metrics.lineSpacing() * kLines, screen.height() * 2 / 5));
   return text;
 }

@@ -12,12 +12,15 @@ namespace zth::widgets {
 /// Where a chart's picture and data go. All of it outlives the chart.
 struct StripOutlets {
   explicit StripOutlets(platform::Services& services, std::function<QString()> source = {})
-      : StripOutlets(services.fileDialogs, services.files, services.clipboard, services.process.Folder()) {
-    dataSource = std::move(source);
-  }
+      : StripOutlets(services.fileDialogs, services.files, services.clipboard, services.process.Folder(),
+                     std::move(source)) {}
   StripOutlets(platform::FileDialogs& fileDialogs, platform::Files& writtenFiles, platform::Clipboard& pasteboard,
-               QString folder)
-      : dialogs(fileDialogs), files(writtenFiles), clipboard(pasteboard), start(std::move(folder)) {}
+               QString folder, std::function<QString()> source = {})
+      : dialogs(fileDialogs),
+        files(writtenFiles),
+        clipboard(pasteboard),
+        start(std::move(folder)),
+        dataSource(std::move(source)) {}
 
   platform::FileDialogs& dialogs;
   platform::Files& files;

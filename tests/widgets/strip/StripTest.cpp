@@ -1,7 +1,6 @@
 #include <cmath>
 #include <initializer_list>
 #include <iterator>
-#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -102,14 +101,8 @@ class StripTest : public ::testing::Test {
   zth::testing::FailingFiles files;
   zth::testing::MemoryClipboard clipboard;
   QString source;  ///< where the data come from
-  Strip strip{[this] { return now; }, nullptr, Outlets()};
-
- private:
-  StripOutlets Outlets() {
-    StripOutlets outlets(dialogs, files, clipboard, "/opt/zth");
-    outlets.dataSource = [this] { return source; };
-    return outlets;
-  }
+  Strip strip{[this] { return now; }, nullptr,
+              StripOutlets(dialogs, files, clipboard, "/opt/zth", [this] { return source; })};
 };
 
 TEST_F(StripTest, AnswersToEveryOperationByName) {
@@ -360,17 +353,12 @@ TEST_F(StripTest, GivesItsDataAndPicturesToFiles) {
   EXPECT_EQ(QImage::fromData(saved("a.png")).size(), strip.size());
   EXPECT_TRUE(saved("a.svg").contains("Fan Speed (RPM)"));
   EXPECT_FALSE(strip.SaveTo(folder.filePath("none/a.csv")));
-  EXPECT_FALSE(saved("a.svg").contains("Simulated"));
-  const QImage alone = strip.Picture();
   source = "Simulated board";
   EXPECT_TRUE(saved("a.svg").contains("Simulated board"));
-  const QImage both = QImage::fromData(saved("a.png"));
-  EXPECT_EQ(both.copy(alone.rect()), alone) << "beneath the chart, not on it";
+  const QImage both = QImage::fromData(saved("a.png")), alone = strip.Picture();
+  EXPECT_EQ(both.copy(alone.rect()), alone) << "the source stands beneath the chart, not on it";
   EXPECT_GT(both.height(), alone.height() + 8);
-  std::set<QRgb> colours;
-  for (int x = 0; x < both.width(); ++x) colours.insert(both.pixel(x, alone.height() + 8));
-  EXPECT_GT(colours.size(), 1U) << "a text on its ground";
-  EXPECT_EQ(saved("a.csv"), csv) << "the data stay as they are";
+  EXPECT_EQ(saved("a.csv"), csv);
   strip.SetTraceVisible(1, false);
   EXPECT_FALSE(strip.VisibleData().contains("Remote1"));
 }
