@@ -7,6 +7,9 @@
 
 namespace zth::simulator {
 
+/// What both libraries say that a program talks to.
+inline constexpr char kBoardName[] = "Simulated board";
+
 /// What the simulated libraries can be told. The defaults give one sound board on each link.
 struct Settings {
   std::uint64_t seed = 4718;

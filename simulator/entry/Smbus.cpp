@@ -25,6 +25,10 @@ Library& TheLibrary() {
 }  // namespace
 }  // namespace zth::simulator
 
+ZTH_BOARD_EXPORT const char* ZTH_BOARD_CALL BoardName() {
+  return zth::simulator::kBoardName;
+}
+
 ZTH_BOARD_EXPORT void ZTH_BOARD_CALL DetectSmbus() {
   zth::simulator::TheLibrary();
 }

@@ -26,6 +26,10 @@ Library& TheLibrary() {
 }  // namespace
 }  // namespace zth::simulator
 
+ZTH_BOARD_EXPORT const char* ZTH_BOARD_CALL BoardName() {
+  return zth::simulator::kBoardName;
+}
+
 // The simulated adapter carries its firmware, so that the file need not exist: its path is not looked at.
 ZTH_BOARD_EXPORT std::int16_t ZTH_BOARD_CALL LoadFirmWare(const char* /*path*/) {
   return zth::simulator::TheLibrary().adapter.LoadFirmware();

@@ -24,27 +24,33 @@ void FillOptional(Entry& entry, const platform::Library& library, const char* na
 
 QString LoadUsbFunctions(platform::Libraries& libraries) {
   Bus.UsbFunctions = {};
-  auto [library, error] = libraries.Load(QStringLiteral("USBFunctions"));
+  auto [library, error, file] = libraries.Load(QStringLiteral("USBFunctions"));
+  Bus.UsbLibrary = {file, error};
   if (library == nullptr) return error;
   UsbEntries entries;
   const bool complete = Fill(entries.LoadFirmWare, *library, "LoadFirmWare", error) &&
                         Fill(entries.VendorIORequest, *library, "VendorIORequest", error);
   FillOptional(entries.BoardName, *library, "BoardName");
+  FillOptional(entries.BoardTrouble, *library, "BoardTrouble");
   if (complete) Bus.UsbFunctions = entries;
+  Bus.UsbLibrary.error = error;
   return error;
 }
 
 QString LoadSmbus(platform::Libraries& libraries) {
   Bus.Smbus = {};
-  auto [library, error] = libraries.Load(QStringLiteral("smbus"));
+  auto [library, error, file] = libraries.Load(QStringLiteral("smbus"));
+  Bus.SmbusLibrary = {file, error};
   if (library == nullptr) return error;
   SmbusEntries entries;
   const bool complete = Fill(entries.DetectSmbus, *library, "DetectSmbus", error) &&
                         Fill(entries.ReadSmbus, *library, "ReadSmbus", error) &&
                         Fill(entries.WriteSmbus, *library, "WriteSmbus", error);
   FillOptional(entries.BoardName, *library, "BoardName");
+  FillOptional(entries.BoardTrouble, *library, "BoardTrouble");
   FillOptional(entries.SmbusFailures, *library, "SmbusFailures");
   if (complete) Bus.Smbus = entries;
+  Bus.SmbusLibrary.error = error;
   return error;
 }
 

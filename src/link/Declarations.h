@@ -30,6 +30,8 @@ struct UsbEntries {
                                                   std::uint8_t* buffer) = nullptr;
   /// Optional: what the library talks to, in UTF-8 ("Simulated board"). The text belongs to the library.
   const char*(ZTH_LIBRARY_CALL* BoardName)() = nullptr;
+  /// Optional: what keeps the library from its hardware, and what helps, in lines of UTF-8; empty when nothing does.
+  const char*(ZTH_LIBRARY_CALL* BoardTrouble)() = nullptr;
 };
 
 /// `smbus`, the library of the PC's SMBus host. Its three prescribed entries have no way to report a failure.
@@ -39,12 +41,19 @@ struct SmbusEntries {
   void(ZTH_LIBRARY_CALL* WriteSmbus)(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = nullptr;
   /// Optional, as above.
   const char*(ZTH_LIBRARY_CALL* BoardName)() = nullptr;
+  const char*(ZTH_LIBRARY_CALL* BoardTrouble)() = nullptr;
   /// Optional: failed transfers with a bus address since the start; negative when that is not known.
   std::int32_t(ZTH_LIBRARY_CALL* SmbusFailures)(std::uint8_t address) = nullptr;
 };
 
-/// Load a library and fill its table in `Bus`. The result is the error, empty when all entries are there; optional ones
-/// may be absent and stay null. It contains "File not found" when no such library is in reach.
+/// What has come of loading a library.
+struct LibraryReport {
+  QString file;   ///< as platform::LoadedLibrary has it
+  QString error;  ///< empty when all entries are there
+};
+
+/// Load a library and fill its table and its report in `Bus`. The result is the error, empty when all entries are
+/// there; optional ones may be absent and stay null. It contains "File not found" when no such library is in reach.
 QString LoadUsbFunctions(platform::Libraries& libraries);
 QString LoadSmbus(platform::Libraries& libraries);
 
@@ -57,6 +66,8 @@ inline constexpr int kReadBufferSize = 65;
 struct FailureReporter {
   platform::Services* services = nullptr;  ///< null before Attach: failures are dropped
   std::function<void()> closeAllWindows;
+  /// Asks in place of the services' own box while the program starts; null otherwise.
+  std::function<platform::BoxAnswer(const platform::BoxQuestion&)> ask;
   bool held = false;   ///< a failure is being reported
   bool ended = false;  ///< the end of the process has been asked for
 };
@@ -65,6 +76,8 @@ struct FailureReporter {
 struct LinkState {
   UsbEntries UsbFunctions;
   SmbusEntries Smbus;
+  LibraryReport UsbLibrary;
+  LibraryReport SmbusLibrary;
 
   /// 1 USB adapter, 2 SMBus host; with anything else there is no link and every operation does nothing and returns 0.
   std::int16_t InterfaceMode = 0;
@@ -74,6 +87,9 @@ struct LinkState {
 
   /// The link's one buffer, good only until the next link call: take out what you need at once.
   std::array<std::uint8_t, kReadBufferSize> ReadBuffer{};
+
+  /// What the last call of VendorIORequest returned.
+  std::int16_t UsbResult = 0;
 
   /// Which links exist, as found at the start.
   bool SmbusPresent = false;

@@ -19,15 +19,16 @@ constexpr std::array kMessages{
 
 platform::BoxAnswer AskAbout(int code) {
   const bool heater = code == kHeaterError;
-  return Bus.reporter.services->prompts.Ask({base::kTitle, kMessages[static_cast<std::size_t>(code)],
-                                             heater ? platform::BoxIcon::None : platform::BoxIcon::Critical,
-                                             heater ? platform::BoxButtons::YesNo : platform::BoxButtons::Ok});
+  const platform::BoxQuestion question{base::kTitle, kMessages[static_cast<std::size_t>(code)],
+                                       heater ? platform::BoxIcon::None : platform::BoxIcon::Critical,
+                                       heater ? platform::BoxButtons::YesNo : platform::BoxButtons::Ok};
+  return Bus.reporter.ask ? Bus.reporter.ask(question) : Bus.reporter.services->prompts.Ask(question);
 }
 
 }  // namespace
 
 void Attach(platform::Services& services, std::function<void()> closeAllWindows) {
-  Bus.reporter = {&services, std::move(closeAllWindows)};
+  Bus.reporter = {&services, std::move(closeAllWindows), nullptr};
 }
 
 void ReportLinkError(int code) {

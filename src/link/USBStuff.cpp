@@ -34,7 +34,9 @@ bool OnSmbus() {
 std::int16_t Call(Request request, std::int32_t value, std::int32_t index, std::int16_t direction, int length,
                   std::uint8_t* buffer) {
   if (Bus.UsbFunctions.VendorIORequest == nullptr) return kNoLibrary;
-  return Bus.UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
+  Bus.UsbResult =
+      Bus.UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
+  return Bus.UsbResult;
 }
 
 std::int16_t ReadIntoBuffer(Request request, std::int32_t value, std::int32_t index, int length) {

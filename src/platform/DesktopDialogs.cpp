@@ -12,6 +12,7 @@
 #include <QStandardPaths>
 #include <QStringList>
 
+#include "platform/BoxDetails.h"
 #include "platform/DesktopParts.h"
 #include "platform/Questions.h"
 
@@ -52,6 +53,18 @@ QMessageBox* MakeBox(BoxIcon icon, const QString& title, const QString& text, QW
   return box;
 }
 
+/// The buttons that a question offers beside its own, with the answer of each.
+std::vector<std::pair<QAbstractButton*, BoxAnswer>> AddOffers(QMessageBox& box, const BoxQuestion& question) {
+  std::vector<std::pair<QAbstractButton*, BoxAnswer>> buttons;
+  for (const BoxAnswer offer : question.offers) {
+    const bool again = offer == BoxAnswer::TryAgain;
+    auto* button = box.addButton(again ? "&Try again" : "&Start with the simulated board", QMessageBox::ActionRole);
+    button->setObjectName(again ? "cmdTryAgain" : "cmdSimulated");
+    buttons.emplace_back(button, offer);
+  }
+  return buttons;
+}
+
 constexpr char kLastFolder[] = "FileFolder";
 
 bool TakesFiles(const QString& folder) {
@@ -68,10 +81,16 @@ BoxAnswer DesktopPrompts::Ask(const BoxQuestion& question) {
   const OpenQuestion open;
   const QPointer box = MakeBox(question.icon, question.title, question.text, question.asker);
   box->setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok));
-  if (yesNo) box->setEscapeButton(QMessageBox::No);
+  box->setEscapeButton(yesNo ? QMessageBox::No : QMessageBox::Ok);
+  if (!yesNo) box->setDefaultButton(QMessageBox::Ok);
+  const auto offers = AddOffers(*box, question);
+  if (!question.details.isEmpty()) AddDetails(*box, question.details);
   const int answer = box->exec();
+  if (box == nullptr) return cancelled;
+  const auto offer = std::ranges::find(offers, box->clickedButton(), &std::pair<QAbstractButton*, BoxAnswer>::first);
+  const BoxAnswer other = offer == offers.end() ? cancelled : offer->second;
   delete box;
-  return answer == QMessageBox::Yes ? BoxAnswer::Yes : cancelled;
+  return answer == QMessageBox::Yes ? BoxAnswer::Yes : other;
 }
 
 int DesktopPrompts::Choose(const ChoiceQuestion& question) {

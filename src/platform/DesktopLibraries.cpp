@@ -1,8 +1,14 @@
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLibrary>
 
 #include "platform/DesktopParts.h"
+
+#ifdef Q_OS_LINUX
+#include <dlfcn.h>
+#include <link.h>
+#endif
 
 namespace zth::platform {
 namespace {
@@ -33,21 +39,61 @@ QString FileName(const QString& name) {
 #endif
 }
 
+/// The file that the loader has found under a bare name; the name again when it does not tell.
+QString FoundFile(const QString& name) {
+#ifdef Q_OS_LINUX
+  void* const handle = ::dlopen(QFile::encodeName(name).constData(), RTLD_LAZY | RTLD_NOLOAD);
+  if (handle == nullptr) return name;
+  const link_map* map = nullptr;
+  const bool told = ::dlinfo(handle, RTLD_DI_LINKMAP, &map) == 0 && map != nullptr;
+  const QString file = told ? QFileInfo(QFile::decodeName(map->l_name)).absoluteFilePath() : name;
+  ::dlclose(handle);
+  return file;
+#else
+  return name;
+#endif
+}
+
 }  // namespace
 
 LoadedLibrary DesktopLibraries::Load(const QString& name) {
-  const QString beside = QDir(folder_).filePath(FileName(name));
+  const QString folder = taken_.isEmpty() ? folder_ : taken_;
+  const QString beside = QDir(folder).filePath(FileName(name));
   // A folder whose name is no text is unknown here. It must not be taken for the working folder.
-  const bool isBeside = !folder_.isEmpty() && QFileInfo::exists(beside);
-  const auto file = std::make_shared<LoadedFile>(isBeside ? beside : FileName(name));
-  if (file->Load()) return {file, {}};
+  const bool isBeside = !folder.isEmpty() && (QFileInfo::exists(beside) || !taken_.isEmpty());
+  const QString named = isBeside ? beside : FileName(name);
+  const auto file = std::make_shared<LoadedFile>(named);
+  if (file->Load()) return {file, {}, FoundFile(named)};
 
   // The loader says "libname.so: cannot open ..." when that file itself is not there, and names another file when one
   // of the library's own needs is missing. Only the former counts as absent.
   const QString why = file->Error();
   const bool absent = !isBeside && (why.contains(FileName(name) + ": cannot open shared object file: No such file") ||
                                     why.contains("The specified module could not be found"));
-  return {nullptr, absent ? "File not found: " + FileName(name) : why};
+  return {nullptr, absent ? "File not found: " + FileName(name) + " (" + why + ")" : why, named};
+}
+
+QStringList DesktopLibraries::Places() const {
+  if (!taken_.isEmpty()) return {taken_};
+  QStringList places{folder_.isEmpty() ? "the program's folder" : folder_ + " (the program's folder)"};
+#ifdef Q_OS_WIN
+  const char* const variable = "PATH";
+#else
+  const char* const variable = "LD_LIBRARY_PATH";
+#endif
+  const QStringList folders = qEnvironmentVariable(variable).split(QDir::listSeparator(), Qt::SkipEmptyParts);
+  for (const QString& folder : folders) places << folder + " (" + variable + ")";
+  return places << "the system's own folders for libraries";
+}
+
+QString DesktopLibraries::BoardFolder(const QString& board) const {
+  return QDir::cleanPath(folder_ + "/../boards/" + board);
+}
+
+bool DesktopLibraries::HasBoard(const QString& board) const {
+  const QDir folder(BoardFolder(board));
+  if (folder_.isEmpty() || folder.path() == taken_) return false;
+  return folder.exists(FileName("USBFunctions")) && folder.exists(FileName("smbus"));
 }
 
 }  // namespace zth::platform

@@ -77,9 +77,16 @@ class DesktopLibraries final : public Libraries {
  public:
   explicit DesktopLibraries(QString folder) : folder_(std::move(folder)) {}
   LoadedLibrary Load(const QString& name) override;
+  QStringList Places() const override;
+  bool HasBoard(const QString& board) const override;
+  void TakeBoard(const QString& board) override { taken_ = BoardFolder(board); }
 
  private:
+  /// In the build and in the package alike the boards stand in a folder beside the program's.
+  QString BoardFolder(const QString& board) const;
+
   QString folder_;
+  QString taken_;  ///< the folder of the board that was taken
 };
 
 class DesktopFiles final : public Files {

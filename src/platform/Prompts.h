@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <QString>
 #include <QStringList>
 
@@ -11,7 +13,13 @@ namespace zth::platform {
 /// A message box.
 enum class BoxIcon { None, Information, Warning, Critical };
 enum class BoxButtons { Ok, YesNo };
-enum class BoxAnswer { Ok, Yes, No };
+enum class BoxAnswer {
+  Ok,
+  Yes,
+  No,
+  TryAgain,   ///< "Try again", only where the question offers it
+  Simulated,  ///< "Start with the simulated board", as well
+};
 
 struct BoxQuestion {
   QString title;
@@ -19,6 +27,8 @@ struct BoxQuestion {
   BoxIcon icon = BoxIcon::None;
   BoxButtons buttons = BoxButtons::Ok;
   QWidget* asker = nullptr;  ///< in the window that asks, whose closing cancels the box; null for the program itself
+  QString details = {};      ///< shown beneath the text, with "Copy details" for the clipboard; empty: none
+  std::vector<BoxAnswer> offers = {};  ///< TryAgain, Simulated: a button each beside those of `buttons`
 };
 
 /// A box whose answers have captions of their own.

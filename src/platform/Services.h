@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 #include "platform/Prompts.h"
 
@@ -79,7 +80,8 @@ class Library {
 
 struct LoadedLibrary {
   std::shared_ptr<Library> library;  ///< null when loading failed
-  QString error;                     ///< why; contains "File not found" when no such file is in reach
+  QString error;      ///< why, with the loader's own words; contains "File not found" when no such file is in reach
+  QString file = {};  ///< what was loaded, with its path; or else the name that was looked for
 };
 
 class Libraries {
@@ -87,6 +89,12 @@ class Libraries {
   virtual ~Libraries() = default;
   /// Loads a library by its bare name ("smbus"): from the executable's own folder, else by the loader's search path.
   virtual LoadedLibrary Load(const QString& name) = 0;
+  /// Where Load looks, in its order: folders, and words for what the system's loader searches besides.
+  virtual QStringList Places() const = 0;
+  /// Whether the libraries of a board ("simulated") have come with the program and have not been taken yet.
+  virtual bool HasBoard(const QString& board) const = 0;
+  /// From now on Load takes the libraries of that board and no others.
+  virtual void TakeBoard(const QString& board) = 0;
 };
 
 /// A file as it stands: which one it is, whatever its name, by the platform's own numbers, and how long it is.

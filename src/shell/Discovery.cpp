@@ -5,6 +5,7 @@
 
 #include "base/NumberText.h"
 #include "chip/RegisterNames.h"
+#include "link/BoardName.h"
 #include "link/ChipId.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
@@ -48,6 +49,7 @@ class Search {
 
   /// The adapter leaves the USB after the download and comes back with its firmware; about five seconds cover it.
   void WaitForAdapter() {
+    splash_.SetBoard(link::BoardNameOf(link::Bus.UsbPresent ? link::kModeUsb : link::kModeSmbus));
     splash_.SetProgress(0);
     splash_.SetStep("Downloading Firmware...");
     splash_.ShowProgress();
@@ -61,8 +63,10 @@ class Search {
   }
 
   void SearchUsb() {
+    Program.UsbSearch = SearchStep::Connecting;
     Tell("Connecting...");
     if (!Connect()) link::ReportLinkError(link::kConnectionFailed);
+    Program.UsbSearch = SearchStep::Searching;
     splash_.SetProgress(76);
     link::Bus.InterfaceMode = link::kModeUsb;
     Tell("Searching for " + Program.DeviceName + " on USB...");
@@ -71,6 +75,7 @@ class Search {
       splash_.SetProgress(splash_.Progress() + 4);
       Probe(address);
     }
+    Program.UsbSearch = SearchStep::Done;
   }
 
   bool Connect() {
@@ -86,13 +91,16 @@ class Search {
 
   void SearchSmbus() {
     link::Bus.InterfaceMode = link::kModeSmbus;
+    splash_.SetBoard(link::BoardName());
     Tell("Searching for " + Program.DeviceName + " on SMBus...");
     WaitPainted(1000, services_);
     for (int address = kFirstSmbusAddress; address <= kLastSmbusAddress; ++address) Probe(address);
+    Program.SmbusSearch = SearchStep::Done;
   }
 
   void Probe(int address) {
     if (link::ReadRegister(address, "Company ID"_reg) != kCompanyId) return;
+    ++(link::Bus.InterfaceMode == link::kModeUsb ? Program.UsbChips : Program.SmbusChips);
     found_.push_back(link::TextOf({link::Bus.InterfaceMode, address}));
   }
 

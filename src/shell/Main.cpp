@@ -13,6 +13,8 @@
 #include "platform/Guard.h"
 #include "shell/Discovery.h"
 #include "shell/Firmware.h"
+#include "shell/FirstContact.h"
+#include "shell/ProgramState.h"
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
 #include "windows/SharedState.h"
@@ -32,7 +34,8 @@ bool ProbeSmbus(platform::Libraries& libraries) {
 
 bool ProbeUsb(platform::Services& services) {
   link::LoadUsbFunctions(services.libraries);
-  return LoadFirmwareFile(services.process) > 0;
+  Program.FirmwareResult = LoadFirmwareFile(services.process);
+  return Program.FirmwareResult > 0;
 }
 
 void FillTables() {
@@ -44,7 +47,7 @@ void FillTables() {
 }
 
 void EndWith(const QString& message, platform::Services& services) {
-  services.prompts.Ask({base::kTitle, message, platform::BoxIcon::Critical, platform::BoxButtons::Ok});
+  AskAtStart({base::kTitle, message, platform::BoxIcon::Critical, platform::BoxButtons::Ok}, services);
   services.process.End(1);
 }
 
@@ -65,23 +68,14 @@ void AwaitEndOrders(platform::Process& process) {
                        platform::Guarded([&process] { EndInOrder(process); })});
 }
 
-}  // namespace
-
-void InitMonitorDefaults() {
-  chip::Model.TachClock = 90000;
-  windows::Shared.LogPeriodMs = 100;
-  chip::Model.PollPeriodMs = 100;
-  windows::Shared.GraphPeriodMs = 50;
-  chip::Model.PollEnabled = true;
-  chip::ReadManualFlags();
-  chip::ReadChipRevision();
-}
-
-void Main(platform::Services& services) {
-  AwaitEndOrders(services.process);
+/// Everything up to polling, once.
+void Start(platform::Services& services) {
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
   });
+  link::Bus.reporter.ask = [&services](const platform::BoxQuestion& question) {
+    return AskAtStart(question, services);
+  };
   chip::EnterPwmHooks();
   chip::EnterPinHooks();
 
@@ -99,7 +93,42 @@ void Main(platform::Services& services) {
   MainForm->show();
   InitMonitorDefaults();
   FillTables();
+  link::Bus.reporter.ask = nullptr;
   MainForm->EnableTimer(true);
+}
+
+/// Nothing of a start that led nowhere stays.
+void ForgetStart() {
+  delete MainForm;
+  link::Bus = {};
+  chip::Model = {};
+  windows::Shared = {};
+  Program = {};
+}
+
+}  // namespace
+
+void InitMonitorDefaults() {
+  chip::Model.TachClock = 90000;
+  windows::Shared.LogPeriodMs = 100;
+  chip::Model.PollPeriodMs = 100;
+  windows::Shared.GraphPeriodMs = 50;
+  chip::Model.PollEnabled = true;
+  chip::ReadManualFlags();
+  chip::ReadChipRevision();
+}
+
+void Main(platform::Services& services) {
+  AwaitEndOrders(services.process);
+  for (bool runs = false; !runs;) {
+    try {
+      Start(services);
+      runs = true;
+    } catch (const StartOver& over) {
+      ForgetStart();
+      if (over.simulated) services.libraries.TakeBoard(kSimulated);
+    }
+  }
   if (windows::OpensEasySetup(services.settings)) MainForm->OpenWindow("frmEasySetup");
 }
 

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 
 #include <QString>
 
 namespace zth::shell {
 
 inline constexpr int kAnsiBufferSize = 513;
+
+/// How far the search of one link has come.
+enum class SearchStep { NotBegun, Connecting, Searching, Done };
 
 /// What the start knows. `Program = {}` is the state of a program that has not started.
 struct ProgramState {
@@ -18,6 +22,16 @@ struct ProgramState {
 
   /// FirmwarePath as the library takes it, NUL-terminated.
   std::array<char, kAnsiBufferSize> AnsiBuffer{};
+
+  /// What the firmware's download gave.
+  std::int16_t FirmwareResult = 0;
+
+  SearchStep UsbSearch = SearchStep::NotBegun;
+  SearchStep SmbusSearch = SearchStep::NotBegun;
+
+  /// Chips found on either link.
+  int UsbChips = 0;
+  int SmbusChips = 0;
 };
 
 extern ProgramState Program;

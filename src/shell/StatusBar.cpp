@@ -12,6 +12,7 @@ namespace zth::shell {
 
 StatusBar::StatusBar(platform::Clock& clock, QWidget* parent)
     : QStatusBar(parent), clock_(clock), message_(AddPanel(1)), date_(AddPanel(2)), time_(AddPanel(3)) {
+  AddBoard();
   setObjectName("sbStatusBar");
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   SetStatus("Status");
@@ -34,6 +35,24 @@ QLabel* StatusBar::AddPanel(int number) {
     addPermanentWidget(panel);
   }
   return panel;
+}
+
+void StatusBar::AddBoard() {
+  lblBoard_ = new QLabel(this);
+  lblBoard_->setObjectName("lblBoard");
+  lblBoard_->setAccessibleName("Board");
+  lblBoard_->setTextFormat(Qt::PlainText);
+  lblBoard_->setContentsMargins(4, 0, 4, 0);
+  // In a narrow window a long name gives way before date and time do.
+  lblBoard_->setMinimumWidth(1);
+  insertPermanentWidget(1, lblBoard_);
+  lblBoard_->hide();
+}
+
+void StatusBar::SetBoard(const QString& name) {
+  lblBoard_->setText(name);
+  lblBoard_->setToolTip(name.isEmpty() ? QString() : "The link in use talks to: " + name.toHtmlEscaped());
+  lblBoard_->setVisible(!name.isEmpty());
 }
 
 void StatusBar::SetStatus(const QString& text) {

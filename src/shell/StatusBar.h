@@ -10,21 +10,26 @@ class Clock;
 
 namespace zth::shell {
 
-/// The main window's status bar: a message, the date and the time.
+/// The main window's status bar: a message, the date and the time; between them what the
+/// link in use talks to.
 class StatusBar final : public QStatusBar {
  public:
   StatusBar(platform::Clock& clock, QWidget* parent);
 
   void SetStatus(const QString& text);
+  /// What the link in use talks to; its panel shows when there is something to say.
+  void SetBoard(const QString& name);
 
  private:
   QLabel* AddPanel(int number);
+  void AddBoard();
   void ShowDateAndTime();
 
   platform::Clock& clock_;
   QLabel* message_;
   QLabel* date_;
   QLabel* time_;
+  QLabel* lblBoard_;
 };
 
 }  // namespace zth::shell

@@ -16,10 +16,12 @@
 #include <QToolButton>
 
 #include "base/Product.h"
+#include "link/BoardName.h"
 #include "link/LinkErrors.h"
 #include "platform/Guard.h"
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
+#include "shell/FirstContact.h"
 #include "shell/Icons.h"
 #include "shell/Leaving.h"
 #include "shell/MdiDesk.h"
@@ -183,11 +185,13 @@ void frmMain::Form_Load(frmSplash& splash) {
     cmbDevices_->setCurrentIndex(-1);
   }
   if (devices.empty()) {
-    services_.prompts.Ask({base::kTitle, "Failed to find the " + Program.DeviceName, platform::BoxIcon::Critical,
-                           platform::BoxButtons::Ok});
+    AskAtStart({base::kTitle, "Failed to find the " + Program.DeviceName, platform::BoxIcon::Critical,
+                platform::BoxButtons::Ok},
+               services_);
     services_.process.End(1);
   }
   cmbDevices_->setCurrentIndex(0);
+  splash.SetBoard(link::BoardName());
   FitToolBar();
   WaitPainted(1000, services_);
 }
@@ -289,6 +293,7 @@ void frmMain::tbToolBar_ButtonClick(const QString& key) {
 void frmMain::cmbDevices_Click() {
   if (cmbDevices_->currentIndex() < 0) return;
   SelectDevice(cmbDevices_->currentText());
+  status_->SetBoard(link::BoardName());
   ShowOrigins();
 }
 

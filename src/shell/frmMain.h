@@ -26,7 +26,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
  public:
   explicit frmMain(platform::Services& services);
 
-  /// Places the window and finds the chips, with the splash showing the way. Ends the program when there is no chip.
+  /// Places the window and finds the chips, with the splash showing the way. Ends the program when there is no chip,
+  /// unless the user starts it over.
   void Form_Load(frmSplash& splash);
 
   /// Stores the placement, unless the window is minimised. Runs once, at whatever end comes first.

@@ -44,6 +44,8 @@ frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
   auto* lblProductName = MakeLabel("lblProductName", base::kTitle, 1.6, true, frame);
   auto* lblVersion = MakeLabel("lblVersion", QString("Version ") + base::kVersionText, 1.1, false, frame);
   auto* lblPlatform = MakeLabel("lblPlatform", "Windows Vista/XP", 1.0, false, frame);
+  lblBoard_ = MakeLabel("lblBoard", {}, 1.1, true, frame);
+  lblBoard_->setWordWrap(true);
   lblProgInfo_ = MakeLabel("lblProgInfo", {}, 1.0, false, frame);
 
   track_ = widgets::Named<QWidget>("fraProgress", frame);
@@ -59,6 +61,7 @@ frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
   texts->addWidget(lblProductName);
   texts->addWidget(lblVersion);
   texts->addWidget(lblPlatform);
+  texts->addWidget(lblBoard_);
   auto* head = new QHBoxLayout;
   head->addWidget(picture, 0, Qt::AlignTop);
   head->addSpacing(16);
@@ -73,9 +76,17 @@ frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
   all->setContentsMargins(0, 0, 0, 0);
   all->addWidget(frame);
 
+  lblBoard_->setVisible(false);
   lblProgInfo_->setVisible(false);
   track_->setVisible(false);
   move(base::PixelsFromTwips(2000), base::PixelsFromTwips(2000));
+}
+
+void frmSplash::SetBoard(const QString& name) {
+  if (name == lblBoard_->text()) return;
+  lblBoard_->setText(name);
+  lblBoard_->setVisible(!name.isEmpty());
+  adjustSize();
 }
 
 void frmSplash::SetStep(const QString& text) {

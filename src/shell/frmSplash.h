@@ -13,6 +13,9 @@ class frmSplash final : public QWidget {
  public:
   frmSplash();
 
+  /// What the link being searched talks to; nothing is shown of an empty name.
+  void SetBoard(const QString& name);
+
   /// What is being done.
   void SetStep(const QString& text);
 
@@ -24,6 +27,7 @@ class frmSplash final : public QWidget {
   void SetProgress(double percent);
 
  private:
+  QLabel* lblBoard_;
   QLabel* lblProgInfo_;
   QLabel* lblProgress_;
   QWidget* track_;

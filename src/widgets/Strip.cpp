@@ -13,6 +13,7 @@
 
 #include "widgets/Named.h"
 #include "widgets/StripAccessible.h"
+#include "widgets/StripCaption.h"
 #include "widgets/StripExport.h"
 #include "widgets/StripPrivate.h"
 
@@ -145,7 +146,7 @@ void Strip::Tell(const QString& notice) {
   update();
 }
 
-QImage Strip::Picture() {
+QImage Strip::Picture(const QString& caption) {
   StripScene::Overlay overlay;
   std::swap(overlay, scene_.overlay);
   const double ratio = devicePixelRatioF();
@@ -155,20 +156,23 @@ QImage Strip::Picture() {
   p_->painter.Paint(painter, scene_, size(), ratio, palette());
   painter.end();
   std::swap(overlay, scene_.overlay);
-  return image;
+  return StripCaption{caption, font(), palette()}.Under(image);
 }
 
-QByteArray Strip::PictureSvg() const {
+QByteArray Strip::PictureSvg(const QString& caption) const {
+  const StripCaption beneath{caption, font(), palette()};
+  const QSize whole(width(), height() + beneath.Height(width()));
   QByteArray svg;
   QBuffer buffer(&svg);
   QSvgGenerator generator;
   generator.setOutputDevice(&buffer);
-  generator.setSize(size());
-  generator.setViewBox(rect());
+  generator.setSize(whole);
+  generator.setViewBox(QRect({0, 0}, whole));
   generator.setTitle(Title());
   generator.setDescription(Summary());
   QPainter painter(&generator);
   p_->painter.PaintVector(painter, scene_, size(), palette());
+  beneath.Paint(painter, size());
   painter.end();
   return svg;
 }

@@ -43,9 +43,9 @@ class Strip : public StripState {
   void FitAll();
   void OpenMenu(QPoint globalAt);
 
-  /// The chart as it stands, without the cursor.
-  Q_INVOKABLE QImage Picture();
-  Q_INVOKABLE QByteArray PictureSvg() const;
+  /// The chart as it stands, without the cursor; a caption is a line beneath it.
+  Q_INVOKABLE QImage Picture(const QString& caption = {});
+  Q_INVOKABLE QByteArray PictureSvg(const QString& caption = {}) const;
   Q_INVOKABLE QString VisibleData() const;
   /// By the ending of the path: .png, .svg or .csv. False when it cannot be written; the chart tells the user so.
   Q_INVOKABLE bool SaveTo(const QString& path) { return files_.SaveTo(path); }

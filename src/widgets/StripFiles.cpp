@@ -20,7 +20,7 @@ QString SuggestedName(const QString& title, const QString& ending) {
 
 void StripFiles::CopyPicture() {
   if (!outlets_) return;
-  outlets_->clipboard.PutPicture(strip_.Picture());
+  outlets_->clipboard.PutPicture(strip_.Picture(Caption()));
   strip_.Tell(QStringLiteral("Picture copied"));
 }
 
@@ -35,12 +35,12 @@ bool StripFiles::SaveTo(const QString& path) {
   QByteArray content;
   const QString ending = QFileInfo(path).suffix().toLower();
   if (ending == QStringLiteral("svg")) {
-    content = strip_.PictureSvg();
+    content = strip_.PictureSvg(Caption());
   } else if (ending == QStringLiteral("csv")) {
     content = strip_.VisibleData().toUtf8();
   } else {
     QBuffer buffer(&content);
-    strip_.Picture().save(&buffer, "PNG");
+    strip_.Picture(Caption()).save(&buffer, "PNG");
   }
   const bool written = outlets_->files.Replace(path, content);
   strip_.Tell((written ? QStringLiteral("Saved as %1") : QStringLiteral("Not saved: %1 could not be written"))

@@ -25,6 +25,9 @@ class StripFiles {
   void AskAndSave(File kind);
 
  private:
+  /// What stands beneath a picture taken now.
+  QString Caption() const { return outlets_->dataSource ? outlets_->dataSource() : QString(); }
+
   Strip& strip_;
   const std::optional<StripOutlets> outlets_;
 };

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include <QString>
 
 #include "platform/Services.h"
@@ -8,16 +11,23 @@ namespace zth::widgets {
 
 /// Where a chart's picture and data go. All of it outlives the chart.
 struct StripOutlets {
-  explicit StripOutlets(platform::Services& services)
-      : StripOutlets(services.fileDialogs, services.files, services.clipboard, services.process.Folder()) {}
+  explicit StripOutlets(platform::Services& services, std::function<QString()> source = {})
+      : StripOutlets(services.fileDialogs, services.files, services.clipboard, services.process.Folder(),
+                     std::move(source)) {}
   StripOutlets(platform::FileDialogs& fileDialogs, platform::Files& writtenFiles, platform::Clipboard& pasteboard,
-               QString folder)
-      : dialogs(fileDialogs), files(writtenFiles), clipboard(pasteboard), start(std::move(folder)) {}
+               QString folder, std::function<QString()> source = {})
+      : dialogs(fileDialogs),
+        files(writtenFiles),
+        clipboard(pasteboard),
+        start(std::move(folder)),
+        dataSource(std::move(source)) {}
 
   platform::FileDialogs& dialogs;
   platform::Files& files;
   platform::Clipboard& clipboard;
   QString start;  ///< the folder in which a dialog begins
+  /// Where the data come from, as it is written beneath a picture when that is taken. Empty, or an empty text: nothing.
+  std::function<QString()> dataSource;
 };
 
 }  // namespace zth::widgets

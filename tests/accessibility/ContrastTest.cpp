@@ -147,6 +147,7 @@ TEST_P(Contrasts, EveryTextStandsOutFromItsGround) {
 TEST_F(Contrasts, OfTheSplashToo) {
   shell::frmSplash splash;
   splash.SetStep("Looking");
+  splash.SetBoard("Simulated board");
   splash.ShowProgress();
   splash.show();
   InEachPalette([&](const char* palette) { Look(splash, palette); });

@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -46,6 +47,23 @@ Act Press(int choice) {
   };
 }
 
+/// Each button beside OK gives its answer; the one that copies gives none, and the box goes on standing.
+void ExpectEachOffer(const platform::BoxQuestion& question) {
+  const auto ask = [&question] { return platform::DesktopPrompts().Ask(question); };
+  const auto click = [](QWidget& box, const char* button) { box.findChild<QPushButton*>(button)->click(); };
+  for (const BoxAnswer offer : question.offers) {
+    const char* const button = offer == BoxAnswer::TryAgain ? "cmdTryAgain" : "cmdSimulated";
+    EXPECT_EQ(Answered(ask, [&](QWidget& box) { click(box, button); }), offer);
+  }
+  if (question.details.isEmpty()) return;
+  const auto copyAndEnter = [&](QWidget& box) {
+    click(box, "cmdCopyDetails");
+    QTest::keyClick(&box, Qt::Key_Return);
+  };
+  EXPECT_EQ(Answered(ask, copyAndEnter), BoxAnswer::Ok);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), question.details);
+}
+
 void ExpectEachAnswer(const platform::BoxQuestion& question) {
   SCOPED_TRACE(question.text.toStdString());
   const auto ask = [&question] { return platform::DesktopPrompts().Ask(question); };
@@ -55,6 +73,7 @@ void ExpectEachAnswer(const platform::BoxQuestion& question) {
   EXPECT_EQ(Answered(ask, Close), none);
   if (!yesNo) {
     EXPECT_EQ(Answered(ask, Press(QMessageBox::Ok)), BoxAnswer::Ok);
+    ExpectEachOffer(question);
     return;
   }
   EXPECT_EQ(Answered(ask, Press(QMessageBox::Yes)), BoxAnswer::Yes);

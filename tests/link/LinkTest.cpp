@@ -1,5 +1,6 @@
 #include "chip/ChipState.h"
 #include "chip/PwmModes.h"
+#include "link/BoardName.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
@@ -130,6 +131,22 @@ TEST_F(Link, AWriteToAPwmConfigurationReadsItBackForAllThreeBitsOfManual) {
       }
     }
   });
+}
+
+TEST_F(Link, TheNameThatAForeignLibraryGivesIsOneLineOfBoundedLength) {
+  static std::string told;
+  Bus.Smbus.BoardName = [] { return told.c_str(); };
+  Bus.InterfaceMode = kModeSmbus;
+  const QString smiles = QString::fromUcs4(U"\U0001F600").repeated(kBoardNameLength);
+  for (const auto& [text, shown] : {std::pair(QString("  a\nb\t\x1B[31mc\x7F d  "), QString("a b[31mc d")),
+                                    {QString::fromUtf16(u"\u7814\u202E\u2028c"), QString::fromUtf16(u"\u7814c")},
+                                    {QString(9999, 'x'), QString(64, 'x')},
+                                    {smiles + "x", smiles}}) {
+    told = text.toStdString();
+    EXPECT_EQ(BoardName(), shown);
+  }
+  Bus.Smbus.BoardName = []() -> const char* { return nullptr; };
+  EXPECT_EQ(BoardName(), "");
 }
 
 TEST_F(Link, TheHeaterQuestionShutsTheLinkAndNoLetsTheProgramGoOn) {

@@ -19,6 +19,7 @@
 #include <QTabWidget>
 #include <QToolButton>
 
+#include "link/BoardName.h"
 #include "shell/frmSplash.h"
 #include "tests/support/EveryBox.h"
 #include "tests/support/EveryWindow.h"
@@ -256,6 +257,7 @@ TEST_F(Looks, TheSplashShowsEveryStep) {
     splash.show();
     splash.ShowProgress();
     splash.SetStep("Downloading Firmware...");
+    splash.SetBoard(QString("SMBus host ").repeated(6).left(link::kBoardNameLength));
     Desk::Settle();
     Look(splash, "at " + std::to_string(percent) + " %");
   }

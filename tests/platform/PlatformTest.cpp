@@ -236,6 +236,26 @@ TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
 }
 
 #ifdef __linux__
+TEST(Libraries, OfABoardThatIsTakenAnswerInPlaceOfThoseBesideTheProgram) {
+  const QTemporaryDir home;
+  const QDir root(home.path());
+  const QString bin = root.filePath("bin"), board = root.filePath("boards/simulated");
+  ASSERT_TRUE(root.mkpath("bin") && root.mkpath("boards"));
+  ASSERT_TRUE(QFile::link("/dev/null", bin + "/libsmbus.so"));
+  DesktopLibraries libraries(bin);
+  EXPECT_EQ(libraries.Places().first(), bin + " (the program's folder)");
+  EXPECT_FALSE(libraries.HasBoard("simulated")) << "not there";
+  ASSERT_TRUE(QFile::link(ZTH_BOARD, board));
+  EXPECT_TRUE(libraries.HasBoard("simulated"));
+  EXPECT_EQ(libraries.Load("smbus").library, nullptr);
+  libraries.TakeBoard("simulated");
+  const LoadedLibrary loaded = libraries.Load("smbus");
+  EXPECT_NE(loaded.library, nullptr) << loaded.error.toStdString();
+  EXPECT_EQ(loaded.file, board + "/libsmbus.so");
+  EXPECT_EQ(libraries.Places(), QStringList(board));
+  EXPECT_FALSE(libraries.HasBoard("simulated")) << "it has been taken";
+}
+
 // Run again as a copy in a folder whose name no QString holds.
 TEST(ProgramFolder, IsKnownByItsBytesWhateverTheyAre) {
   if (const char* expected = std::getenv("ZTH_TEST_FOLDER")) {

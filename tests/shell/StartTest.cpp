@@ -11,6 +11,7 @@
 #include "shell/ProgramState.h"
 #include "shell/frmSplash.h"
 #include "tests/support/Steps.h"
+#include "widgets/Strip.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
@@ -96,6 +97,36 @@ double Filled(const shell::frmSplash& splash) {
   return 100.0 * Desk::Get<QWidget>(splash, "lblProgress").width() / Desk::Get<QWidget>(splash, "fraProgress").width();
 }
 
+/// What the panel or the label shows of the board.
+std::string ShownBoard(const QWidget& window) {
+  return Desk::Get<QWidget>(window, "lblBoard").isHidden() ? "" : Held(window, "lblBoard");
+}
+
+TEST(Start, SaysWhatTheLinkInUseTalksToFromTheSplashToThePicturesAndNothingOfAMakersLibrary) {
+  for (const std::string name : {"Adapter 7", ""}) {
+    Desk desk;
+    desk.board.boardNames["smbus"] = "SMBus I801 (i2c-7)";
+    if (!name.empty()) desk.board.boardNames["USBFunctions"] = name;
+    std::string splash;
+    desk.events.onPaint = [&splash] {
+      const std::string shown = Splash() == nullptr ? "" : '[' + ShownBoard(*Splash()) + ']';
+      if (!splash.ends_with(shown)) splash += shown;
+    };
+    desk.Start();
+    EXPECT_EQ(splash, (name.empty() ? "[]" : "[][" + name + "]") + "[SMBus I801 (i2c-7)][" + name + "]");
+    auto& chart = Desk::Get<widgets::Strip>(desk.Open("frmGraph"), "stpGraph(3)");
+    desk.board.TakeTraffic();
+    for (const auto& [device, shown] :
+         {std::pair("cmbDevices=1", std::string("SMBus I801 (i2c-7)")), {"cmbDevices=0", name}}) {
+      Do(desk.Main(), device);
+      EXPECT_EQ(ShownBoard(desk.Main()), shown);
+      chart.Files().CopyPicture();
+      EXPECT_EQ(desk.clipboard.picture, chart.Picture(QString::fromStdString(shown)));
+    }
+    EXPECT_TRUE(desk.board.traffic.empty()) << "a name is no transfer";
+  }
+}
+
 TEST(Start, TheSplashTellsWhereTheSearchIs) {
   Desk desk(Desk::Buses::Smbus);
   desk.board.smbusChips.clear();
@@ -118,28 +149,81 @@ TEST(Start, TheSplashTellsWhereTheSearchIs) {
   EXPECT_EQ(desk.prompts.shown.back().text, "Failed to find the ZTH4718");
 }
 
-TEST(Start, EndsWithItsMessage) {
+/// Ways to find nothing, and what the box tells of it beside its text.
+TEST(Start, ThatFindsNothingTellsWhatWasTriedAndEndsOrStartsOverAsTheUserSays) {
+  using enum platform::BoxAnswer;
+  using enum Desk::Buses;
   constexpr const char* kNoHardware = "USB/SMBus Hardware not detected";
   constexpr const char* kNoChip = "Failed to find the ZTH4718";
-  using enum Desk::Buses;
-  const std::tuple<const char*, Desk::Buses, void (*)(Desk&), const char*> rows[] = {
-      {"no library in reach", Smbus, [](Desk& desk) { desk.board.loadErrors["smbus"] = "FILE NOT FOUND"; },
-       kNoHardware},
-      {"the adapter refuses the firmware", Usb, [](Desk& desk) { desk.board.firmwareResult = 0; }, kNoHardware},
-      {"no chip", Both, [](Desk& desk) { desk.board.usbChips.clear(), desk.board.smbusChips.clear(); }, kNoChip},
-      {"a broken host library counts as present", Smbus,
-       [](Desk& desk) { desk.board.loadErrors["smbus"] = "invalid ELF header"; }, kNoChip},
+  constexpr const char* kLost = "a transfer behind it failed.\nThe last transfer ended with -5";
+  const std::tuple<const char*, Desk::Buses, void (*)(FakeBoard&), QStringList> rows[] = {
+      {kNoHardware,
+       Smbus,
+       [](FakeBoard& board) { board.loadErrors["smbus"] = "FILE NOT FOUND (words)"; },
+       {"Error: File not found: libUSBFunctions.so", "beside the program, in /opt/zth.",
+        "Error: FILE NOT FOUND (words)", "zth4718-evaluation linux-smbus",
+        "1. /opt/zth (the program's folder)\n2. the system's folders"}},
+      {kNoHardware,
+       Usb,
+       [](FakeBoard& board) { board.firmwareResult = 0; },
+       {"USBFunctions (Adapter 7)\nIt says: No permission.\nAsk somebody.",
+        "/opt/zth/ZTH4718FW.Hex, which is not there\nIts download gave 0"}},
+      {"Initial Connection Failed - Check USB connections",
+       Usb,
+       [](FakeBoard& board) { board.failMatching = "usb C"; },
+       {"has not answered since.\nThe last transfer ended with -5 in place of 0"}},
+      {"Communications Interrupted - Check USB connections",
+       Usb,
+       [](FakeBoard& board) { board.failMatching = "usb R 5A"; },
+       {kLost}},
+      {"Communications Interrupted - Check USB connections",
+       Usb,
+       [](FakeBoard& board) { board.failMatching = "usb P 48"; },
+       {kLost}},
+      {kNoChip,
+       Both,
+       [](FakeBoard& board) { board.usbChips.clear(), board.smbusChips.clear(); },
+       {"Looked for a chip at 58h, 5Ah and 5Ch", "Looked for a chip from 10h to 7Fh"}},
+      {kNoChip,
+       Smbus,
+       [](FakeBoard& board) { board.loadErrors["smbus"] = "invalid ELF header"; },
+       {"Error: invalid ELF header\nRemedy: this file is there"}},
   };
-  for (const auto& [what, buses, arrange, message] : rows) {
-    SCOPED_TRACE(what);
-    Desk desk(buses);
-    arrange(desk);
-    desk.prompts.script = {platform::BoxAnswer::Ok};
-    EXPECT_EQ(desk.RunMain(), 1);
-    ASSERT_EQ(desk.prompts.shown.size(), 1U);
-    EXPECT_EQ(desk.prompts.shown[0].text, message);
-    EXPECT_EQ(desk.prompts.shown[0].icon, platform::BoxIcon::Critical);
-    EXPECT_EQ(desk.process.ends.size(), 1U);
+  for (const auto& [text, buses, spoil, told] : rows) {
+    SCOPED_TRACE(text);
+    const Traffic whole = [buses = buses] {
+      Desk desk(buses);
+      return desk.RunMain(), desk.board.traffic;
+    }();
+    for (const bool ends : {true, false}) {
+      Desk desk(buses);
+      desk.board.boardNames["USBFunctions"] = "Adapter 7";
+      desk.board.boardTroubles["USBFunctions"] = "No permission.\nAsk\x1B somebody.";
+      desk.libraries.onTake = [&board = desk.board, errors = desk.board.loadErrors,
+                               chips = std::pair(desk.board.usbChips, desk.board.smbusChips)] {
+        std::tie(board.usbChips, board.smbusChips) = chips;
+        board.loadErrors = errors, board.firmwareResult = 1, board.failMatching.clear();
+      };
+      spoil(desk.board);
+      if (!ends) desk.libraries.boards = QStringList{"simulated"};
+      desk.prompts.script = ends ? std::deque{Ok} : std::deque{TryAgain, Simulated};
+      std::vector<Traffic> runs;
+      desk.prompts.whileShown = [&] { runs.push_back(desk.board.TakeTraffic()); };
+      EXPECT_EQ(desk.RunMain(), ends ? std::optional(1) : std::nullopt);
+      EXPECT_EQ(runs, std::vector(ends ? 1 : 2, runs.at(0))) << "the same steps again";
+      EXPECT_TRUE(ends || desk.board.TakeTraffic() == whole) << "a whole start on the simulated board";
+      for (const platform::BoxQuestion& box : desk.prompts.shown) {
+        EXPECT_EQ(std::tuple(box.text, box.icon), std::tuple(text, platform::BoxIcon::Critical));
+        EXPECT_EQ(box.offers, ends ? std::vector{TryAgain} : std::vector({TryAgain, Simulated}));
+        for (const QString& line : told) EXPECT_TRUE(box.details.contains(line)) << line.toStdString();
+      }
+      if (ends || link::Bus.InterfaceMode != link::kModeUsb) continue;
+      // What fails from now on is no box of the start.
+      desk.prompts.script = {Ok};
+      desk.board.failFrom = 0;
+      desk.clock.Advance(1000);
+      EXPECT_TRUE(desk.prompts.shown.back().offers.empty() && desk.prompts.shown.back().details.isEmpty());
+    }
   }
 }
 

@@ -14,6 +14,7 @@ class SimulatedLibraries : public testing::Test {
   void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
+using BoardName = const char*();
 using LoadFirmWare = std::int16_t(const char*);
 using VendorIORequest = std::int16_t(std::int16_t, std::int32_t, std::int32_t, std::int16_t, std::int16_t,
                                      std::uint8_t*);
@@ -30,6 +31,9 @@ Entry* Find(const char* library, const char* name) {
 
 TEST_F(SimulatedLibraries, TakeAnyFirmwareAndShowOneChipEach) {
   unsetenv("ZTH4718_SIMULATOR");
+  for (const char* library : {ZTH_USB_LIBRARY, ZTH_SMBUS_LIBRARY}) {
+    EXPECT_STREQ(Find<BoardName>(library, "BoardName")(), "Simulated board");
+  }
   EXPECT_EQ(Find<LoadFirmWare>(ZTH_USB_LIBRARY, "LoadFirmWare")("/no/such/file"), 1);
   auto* request = Find<VendorIORequest>(ZTH_USB_LIBRARY, "VendorIORequest");
   std::uint8_t buffer[65] = {};

@@ -100,6 +100,16 @@ class FakeLibraries final : public platform::Libraries {
   explicit FakeLibraries(FakeBoard& board) : board_(board) {}
   platform::LoadedLibrary Load(const QString& name) override { return load ? load(name) : board_.Load(name); }
 
+  QStringList Places() const override { return {"/opt/zth (the program's folder)", "the system's folders"}; }
+  bool HasBoard(const QString& board) const override { return boards.contains(board) && board != taken; }
+  void TakeBoard(const QString& board) override {
+    taken = board;
+    if (onTake) onTake();
+  }
+
+  QStringList boards;                                                ///< that came with the program
+  QString taken;                                                     ///< the one taken last
+  std::function<void()> onTake;                                      ///< what is in reach then
   std::function<platform::LoadedLibrary(const QString& name)> load;  ///< other libraries than the fake board's
 
  private:

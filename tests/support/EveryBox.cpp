@@ -26,16 +26,35 @@ std::vector<Question> Free(std::vector<Question> questions) {
   return questions;
 }
 
-std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring, bool start = true,
-                                         Desk::Buses buses = Desk::Buses::Both) {
-  Desk desk(buses);
+/// The box of a program that `desk` starts and `bring` brings.
+std::vector<platform::BoxQuestion> AskedOn(Desk& desk, const std::function<void(Desk&)>& bring) {
   desk.prompts.script = {BoxAnswer::Ok};
   try {
-    if (start) desk.Start();
     bring(desk);
   } catch (const platform::ProcessEnded&) {  // most of them end it
   }
   return Free(std::exchange(desk.prompts.shown, {}));
+}
+
+std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring) {
+  Desk desk;
+  desk.Start();
+  return AskedOn(desk, bring);
+}
+
+/// With nothing there but what a loader has to say at length, and with boards that no chip is on.
+std::vector<platform::BoxQuestion> AskedAtTheStart() {
+  std::vector<platform::BoxQuestion> all;
+  for (const auto buses : {Desk::Buses::Smbus, Desk::Buses::Both}) {
+    Desk desk(buses);
+    desk.board.smbusChips.clear(), desk.board.usbChips.clear();
+    if (buses == Desk::Buses::Smbus) {
+      desk.board.loadErrors["smbus"] = "File not found (/home/user" + QString("/a folder far down").repeated(12) + ")";
+    }
+    desk.libraries.boards = QStringList{"simulated"};
+    for (const auto& box : AskedOn(desk, [](Desk& of) { of.RunMain(); })) all.push_back(box);
+  }
+  return all;
 }
 
 /// The longest that it can be: with both heaters on and lines of a log, far down in folders, that wait.
@@ -74,19 +93,8 @@ std::vector<BoxSource> EveryBox() {
   }
   return {
       {"link/LinkErrors.cpp", failures},
+      {"shell/FirstContact.cpp", AskedAtTheStart()},
       {"shell/Leaving.cpp", {}, AskedAtTheEnd()},
-      {"shell/Main.cpp", Asked(
-                             [](Desk& desk) {
-                               desk.board.loadErrors["smbus"] = "File not found";
-                               desk.RunMain();
-                             },
-                             false, Desk::Buses::Smbus)},
-      {"shell/frmMain.cpp", Asked(
-                                [](Desk& desk) {
-                                  desk.board.smbusChips.clear();
-                                  desk.RunMain();
-                                },
-                                false, Desk::Buses::Smbus)},
       {"windows/ChildWindow.cpp", {}, AskedBeforeReadingAgain()},
       {"windows/config/frmEasySetup.cpp", Asked([](Desk& desk) {
          auto& window = desk.Open("frmEasySetup");

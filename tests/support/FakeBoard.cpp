@@ -38,9 +38,16 @@ void ZTH_LIBRARY_CALL WriteSmbus(std::uint8_t address, std::uint8_t reg, std::ui
   board->WriteSmbus(address, reg, value);
 }
 
+template <auto kTexts, bool kUsb>
+const char* ZTH_LIBRARY_CALL Say() {
+  return (board->*kTexts).at(kUsb ? "USBFunctions" : "smbus").c_str();
+}
+
 class BoardLibrary final : public platform::Library {
  public:
-  explicit BoardLibrary(const std::set<std::string>& missing) {
+  BoardLibrary(const QString& library, const std::set<std::string>& missing) {
+    AddWords<&BoardEntries::boardNames>("BoardName", library);
+    AddWords<&BoardEntries::boardTroubles>("BoardTrouble", library);
     for (const std::string& name : missing) entries_.erase(name);
   }
   void* Symbol(const char* name) const override {
@@ -49,6 +56,12 @@ class BoardLibrary final : public platform::Library {
   }
 
  private:
+  template <auto kTexts>
+  void AddWords(const char* entry, const QString& library) {
+    if (!(board->*kTexts).contains(library)) return;
+    entries_[entry] = reinterpret_cast<void*>(library == "smbus" ? &Say<kTexts, false> : &Say<kTexts, true>);
+  }
+
   std::map<std::string, void*> entries_{{"LoadFirmWare", reinterpret_cast<void*>(&LoadFirmWare)},
                                         {"VendorIORequest", reinterpret_cast<void*>(&VendorIORequest)},
                                         {"DetectSmbus", reinterpret_cast<void*>(&DetectSmbus)},
@@ -80,9 +93,10 @@ std::string Decode(std::int16_t request, std::int32_t value, std::int32_t index,
 
 }  // namespace
 
-std::shared_ptr<platform::Library> LibraryOf(BoardEntries& entries, const std::set<std::string>& missing) {
+std::shared_ptr<platform::Library> LibraryOf(BoardEntries& entries, const QString& name,
+                                             const std::set<std::string>& missing) {
   board = &entries;
-  return std::make_shared<BoardLibrary>(missing);
+  return std::make_shared<BoardLibrary>(name, missing);
 }
 
 FakeBoard::Registers DefaultRegisters() {
@@ -94,8 +108,8 @@ FakeBoard::Registers DefaultRegisters() {
 
 platform::LoadedLibrary FakeBoard::Load(const QString& name) {
   const auto error = loadErrors.find(name);
-  if (error != loadErrors.end()) return {nullptr, error->second};
-  return {LibraryOf(*this, missingEntries), {}};
+  if (error != loadErrors.end()) return {nullptr, error->second, name};
+  return {LibraryOf(*this, name, missingEntries), {}, name};
 }
 
 FakeBoard::Registers& FakeBoard::Chip() {

@@ -37,10 +37,17 @@ class BoardEntries {
   virtual void DetectSmbus() = 0;
   virtual std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg) = 0;
   virtual void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = 0;
+
+  /// What a library says that it talks to, and what keeps it from that, by the name of the library. One that is not
+  /// here does not export BoardName or BoardTrouble, as a maker's.
+  std::map<QString, std::string> boardNames;
+  std::map<QString, std::string> boardTroubles;
 };
 
-/// A library whose entries land on `board` until the next one is made, and which does not export those `missing`.
-std::shared_ptr<platform::Library> LibraryOf(BoardEntries& board, const std::set<std::string>& missing = {});
+/// A library ("USBFunctions", "smbus") whose entries land on `board` until the next one is made, and which does not
+/// export those `missing`.
+std::shared_ptr<platform::Library> LibraryOf(BoardEntries& board, const QString& name,
+                                             const std::set<std::string>& missing = {});
 
 /// The default registers of the chip, with a Company ID and a revision that does not invert duties.
 std::array<std::uint8_t, 256> DefaultRegisters();

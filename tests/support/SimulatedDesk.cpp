@@ -21,7 +21,8 @@ SimulatedDesk::SimulatedDesk(const std::string& settings) : SimulatedDesk(Parsed
 
 SimulatedDesk::SimulatedDesk(const simulator::Settings& settings)
     : usb(settings), smbus(settings), last_(desk.clock.Now()) {
-  desk.libraries.load = [this](const QString& /*name*/) { return platform::LoadedLibrary{LibraryOf(*this), {}}; };
+  desk.libraries.load = [this](const QString& name) { return platform::LoadedLibrary{LibraryOf(*this, name), {}}; };
+  for (const char* library : {"USBFunctions", "smbus"}) boardNames[library] = simulator::kBoardName;
   usb.TheBus().PowerUp();
   smbus.TheBus().PowerUp();
 }

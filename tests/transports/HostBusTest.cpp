@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "linux-smbus/HostBus.h"
+#include "linux-smbus/InReach.h"
 #include "tests/transports/FakeI2c.h"
 
 namespace zth::smbus {
@@ -131,13 +132,16 @@ TEST_F(HostBusTest, AFailureIsToldOnceForAnAdapterAnAddressAndAnErrno) {
 TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
   AddBuses({0x41, -1});
   Bus(1).chips[0x58][0x3E] = 0x41;
+  EXPECT_EQ(bus.Name(), "") << "before detection";
   Run("2C r 3E 58 r 3E");
+  EXPECT_EQ(bus.Name(), "SMBus host (i2c-0), SMBus host (i2c-1)");
   Bus(0).transferError = ENODEV;
   Bus(0).isThere = false;
   EXPECT_EQ(Run("2C r 3E"), "FF on 0:2C r 3E,");
   for (int poll = 0; poll < 1000; ++poll) EXPECT_EQ(Run("2C r 3E 2C w 20=00"), "FF on");
   EXPECT_EQ(system.closed, 1);
   EXPECT_EQ(Told("i2c-0 (SMBus host) has gone."), 1);
+  EXPECT_EQ(bus.Name(), "SMBus host (i2c-1)");
   EXPECT_EQ(Told(""), 2) << "nothing else but the search's one failure on i2c-0 for 0x58:\n" << errors.str();
   EXPECT_EQ(Run("58 r 3E"), "41 on 1:58 r 3E,") << "the other adapter goes on";
 }
@@ -175,12 +179,24 @@ TEST_F(HostBusTest, WhatCannotBeOpenedIsToldWithItsRemedyAndTriedAgainByTheNextD
     Bus(4).openError = error;
     another.Detect();
     EXPECT_THAT(errors.str(), AllOf(HasSubstr("i2c-4 (SMBus host): /dev/i2c-4"), HasSubstr(cause), HasSubstr(remedy)));
+    EXPECT_EQ(another.Trouble(), errors.str().substr(std::string("smbus: ").size()));
     EXPECT_EQ(another.Read(0x2C, 0x3E), 0xFF);
     EXPECT_EQ(Told(""), 1) << "a read does not try again: " << errors.str();
     Bus(4).openError = 0;
     another.Detect();
+    EXPECT_EQ(another.Trouble(), "");
     EXPECT_EQ(another.Read(0x2C, 0x3E), 0x41);
   }
+}
+
+TEST_F(HostBusTest, IsInReachWithAnAdapterThatTheSettingsChooseAndThisUserMayOpen) {
+  Bus(2).openError = EACCES;
+  Bus(3).name = "touch pad";
+  EXPECT_FALSE(IsInReach(system, {}));
+  EXPECT_TRUE(IsInReach(system, {.adapters = {"i2c-3"}, .origin = "", .faults = {}}));
+  Bus(2).openError = 0;
+  EXPECT_TRUE(IsInReach(system, {}));
+  EXPECT_EQ(system.closed, 2);
 }
 
 TEST_F(HostBusTest, AMachineWithoutABusOrWithoutAHostIsTold) {

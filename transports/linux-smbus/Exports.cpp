@@ -18,13 +18,14 @@ std::string Variable(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-/// Everything behind the three functions, made at the first call.
+/// Everything behind the functions, made at the first call.
 struct Session {
   std::mutex oneAtATime;  ///< a descriptor's address and its transfer are two calls of the kernel
   UserPlaces places = PlacesOf(Variable);
   Journal journal{std::cerr, places.logFile, UtcStamp};
   LinuxI2c system;
   HostBus bus{system, journal, LoadSettings(places, Variable)};
+  std::string name, trouble;  ///< as said last
 };
 
 Session& TheSession() {
@@ -44,10 +45,26 @@ void WithBus(Action action) noexcept {
   }
 }
 
+/// A text of the bus, kept where the caller may read it until it asks again.
+template <typename Text>
+const char* Say(std::string Session::*kept, Text text) noexcept {
+  const char* said = "";
+  WithBus([&](const HostBus& bus) { said = (TheSession().*kept = text(bus)).c_str(); });
+  return said;
+}
+
 }  // namespace
 }  // namespace zth::smbus
 
 extern "C" {
+
+[[gnu::visibility("default")]] const char* BoardName(void) {
+  return zth::smbus::Say(&zth::smbus::Session::name, [](const zth::smbus::HostBus& bus) { return bus.Name(); });
+}
+
+[[gnu::visibility("default")]] const char* BoardTrouble(void) {
+  return zth::smbus::Say(&zth::smbus::Session::trouble, [](const zth::smbus::HostBus& bus) { return bus.Trouble(); });
+}
 
 [[gnu::visibility("default")]] void DetectSmbus(void) {
   zth::smbus::WithBus([](zth::smbus::HostBus& bus) { bus.Detect(); });

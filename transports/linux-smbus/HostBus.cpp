@@ -37,15 +37,16 @@ HostBus::~HostBus() {
 void HostBus::Detect() {
   if (!ports_.empty()) return;
   hasDetected_ = true;
-  for (const std::string& fault : settings_.faults) journal_.Tell(fault);
+  trouble_.clear();
+  for (const std::string& fault : settings_.faults) TellTrouble(fault);
 
   const std::vector<Adapter> present = system_.Adapters();
   const AdapterChoice choice = ChooseAdapters(present, settings_);
-  for (const std::string& remark : choice.remarks) journal_.Tell(remark);
+  for (const std::string& remark : choice.remarks) TellTrouble(remark);
   if (present.empty()) {
-    journal_.Tell(NoAdapterText());
+    TellTrouble(NoAdapterText());
   } else if (choice.chosen.empty()) {
-    journal_.Tell(NoneChosenText(present));
+    TellTrouble(NoneChosenText(present));
   }
   for (const Adapter& adapter : choice.chosen) Open(adapter);
 }
@@ -53,21 +54,36 @@ void HostBus::Detect() {
 void HostBus::Open(const Adapter& adapter) {
   const int descriptor = system_.Open(adapter.number);
   if (descriptor < 0) {
-    journal_.Tell(CannotOpenText(adapter, system_.NodeOf(adapter.number), -descriptor));
+    TellTrouble(CannotOpenText(adapter, system_.NodeOf(adapter.number), -descriptor));
     return;
   }
   Abilities abilities;
   const int result = system_.QueryAbilities(descriptor, abilities);
   if (result < 0 || !abilities.readByteData || !abilities.writeByteData) {
     system_.Close(descriptor);
-    journal_.Tell(Describe(adapter) + ": " +
-                  (result < 0 ? "does not tell what it can do, " + ErrorText(-result)
-                              : std::string("cannot do byte-data transfers")) +
-                  ": not used.");
+    TellTrouble(Describe(adapter) + ": " +
+                (result < 0 ? "does not tell what it can do, " + ErrorText(-result)
+                            : std::string("cannot do byte-data transfers")) +
+                ": not used.");
     return;
   }
   ports_.push_back({adapter, descriptor});
   journal_.Note("using " + Describe(adapter));
+}
+
+void HostBus::TellTrouble(const std::string& text) {
+  journal_.Tell(text);
+  trouble_ += text + "\n";
+}
+
+std::string HostBus::Name() const {
+  std::string name;
+  for (const Port& port : ports_) {
+    if (port.isGone) continue;
+    if (!name.empty()) name += ", ";
+    name += NameOf(port.adapter);
+  }
+  return name;
 }
 
 std::uint8_t HostBus::Read(std::uint8_t address, std::uint8_t reg) {

@@ -43,6 +43,12 @@ class HostBus {
   /// Chooses the adapters and opens each once. Tells what stands in the way, and its remedy, when none could be opened;
   /// a later call then tries again. Does nothing once an adapter is open.
   void Detect();
+  /// What the transfers go to, as "SMBus I801 adapter at f040 (i2c-0)": the adapters in use, joined by commas. Empty
+  /// before detection and when there is none.
+  std::string Name() const;
+  /// What the last detection has met with that keeps adapters from being used, and what helps: lines, empty when there
+  /// was nothing.
+  const std::string& Trouble() const { return trouble_; }
   /// One byte-data read. Detects first, when nobody has.
   std::uint8_t Read(std::uint8_t address, std::uint8_t reg);
   /// One byte-data write. Detects first, when nobody has.
@@ -61,6 +67,7 @@ class HostBus {
   };
 
   void Open(const Adapter& adapter);
+  void TellTrouble(const std::string& text);
   /// The byte read, 0 after a write, nothing when no chip took the transfer.
   std::optional<std::uint8_t> Run(const Transfer& transfer);
   /// As Run, on one port: a value of 0 or above, or -errno. `isHeld` says that the address is a kernel driver's.
@@ -72,6 +79,7 @@ class HostBus {
   Journal& journal_;
   Settings settings_;
   bool hasDetected_ = false;
+  std::string trouble_;
   std::vector<Port> ports_;
   std::array<std::optional<std::size_t>, 128> owner_{};  ///< the port of each address that has answered
   std::set<std::tuple<int, std::uint8_t, int>> told_;    ///< adapter, address, errno

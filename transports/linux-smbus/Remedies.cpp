@@ -12,6 +12,11 @@ std::string Describe(const Adapter& adapter) {
   return "i2c-" + std::to_string(adapter.number) + " (" + (adapter.name.empty() ? "no name" : adapter.name) + ")";
 }
 
+std::string NameOf(const Adapter& adapter) {
+  const std::string node = "i2c-" + std::to_string(adapter.number);
+  return adapter.name.empty() ? node : adapter.name + " (" + node + ")";
+}
+
 std::string ErrorText(int error) {
   return std::generic_category().message(error) + " (errno " + std::to_string(error) + ")";
 }

@@ -13,6 +13,8 @@ namespace zth::smbus {
 
 /// "i2c-0 (SMBus I801 adapter at f040)".
 std::string Describe(const Adapter& adapter);
+/// "SMBus I801 adapter at f040 (i2c-0)".
+std::string NameOf(const Adapter& adapter);
 /// "Permission denied (errno 13)".
 std::string ErrorText(int error);
 

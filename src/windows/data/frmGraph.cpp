@@ -13,6 +13,7 @@
 #include "base/Twips.h"
 #include "chip/ChipState.h"
 #include "chip/PinModel.h"
+#include "link/BoardName.h"
 #include "widgets/Named.h"
 #include "widgets/Strip.h"
 #include "widgets/UpDown.h"
@@ -70,7 +71,8 @@ void frmGraph::MakeCharts() {
   const platform::Clock& clock = Services().clock;
   for (int i = 0; i < kGraphs; ++i) {
     auto* chart = widgets::Named<widgets::Strip>(
-        QString("stpGraph(%1)").arg(i), [&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
+        QString("stpGraph(%1)").arg(i), [&clock] { return clock.Now(); }, this,
+        widgets::StripOutlets(Services(), link::BoardName));
     chart->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
     chart->SetUp(GraphSetup(i, VoltagesPresent()));
     chart->hide();

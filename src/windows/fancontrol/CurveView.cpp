@@ -4,6 +4,7 @@
 
 #include "chip/ChipState.h"
 #include "chip/Measurements.h"
+#include "link/BoardName.h"
 #include "link/Declarations.h"
 #include "platform/Services.h"
 #include "widgets/Strip.h"
@@ -14,7 +15,7 @@ namespace zth::windows {
 CurveView::CurveView(QWidget* parent, platform::Services& services)
     : services_(services),
       stpGraph_(new widgets::Strip([&clock = services.clock] { return clock.Now(); }, parent,
-                                   widgets::StripOutlets(services))) {
+                                   widgets::StripOutlets(services, link::BoardName))) {
   stpGraph_->setObjectName("stpGraph");
   stpGraph_->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
   stpGraph_->setAccessibleName("Duty against temperature");

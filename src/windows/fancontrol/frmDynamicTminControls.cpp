@@ -8,6 +8,7 @@
 #include <QTabWidget>
 
 #include "base/Twips.h"
+#include "link/BoardName.h"
 #include "widgets/Named.h"
 #include "widgets/Strip.h"
 #include "windows/fancontrol/Charts.h"
@@ -154,7 +155,8 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 widgets::Strip* frmDynamicTmin::MakeChart(int channel) {
   const platform::Clock& clock = Services().clock;
   auto* chart = widgets::Named<widgets::Strip>(
-      NameOf({"Strip2", channel}), [&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
+      NameOf({"Strip2", channel}), [&clock] { return clock.Now(); }, this,
+      widgets::StripOutlets(Services(), link::BoardName));
   chart->setAccessibleName(QString("Dynamic Tmin of Remote%1").arg(channel + 1));
   connect(chart, &widgets::Strip::Strip2_LayoutChanged, this, [this, chart](int index) {
     if (Strip2_[static_cast<std::size_t>(index)] == chart) Strip2_LayoutChanged(index);

@@ -100,7 +100,9 @@ class StripTest : public ::testing::Test {
   zth::testing::ScriptedFileDialogs dialogs;
   zth::testing::FailingFiles files;
   zth::testing::MemoryClipboard clipboard;
-  Strip strip{[this] { return now; }, nullptr, StripOutlets(dialogs, files, clipboard, "/opt/zth")};
+  QString source;  ///< where the data come from
+  Strip strip{[this] { return now; }, nullptr,
+              StripOutlets(dialogs, files, clipboard, "/opt/zth", [this] { return source; })};
 };
 
 TEST_F(StripTest, AnswersToEveryOperationByName) {
@@ -351,6 +353,12 @@ TEST_F(StripTest, GivesItsDataAndPicturesToFiles) {
   EXPECT_EQ(QImage::fromData(saved("a.png")).size(), strip.size());
   EXPECT_TRUE(saved("a.svg").contains("Fan Speed (RPM)"));
   EXPECT_FALSE(strip.SaveTo(folder.filePath("none/a.csv")));
+  source = "Simulated board";
+  EXPECT_TRUE(saved("a.svg").contains("Simulated board"));
+  const QImage both = QImage::fromData(saved("a.png")), alone = strip.Picture();
+  EXPECT_EQ(both.copy(alone.rect()), alone) << "the source stands beneath the chart, not on it";
+  EXPECT_GT(both.height(), alone.height() + 8);
+  EXPECT_EQ(saved("a.csv"), csv);
   strip.SetTraceVisible(1, false);
   EXPECT_FALSE(strip.VisibleData().contains("Remote1"));
 }

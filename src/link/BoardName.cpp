@@ -1,0 +1,57 @@
+#include "link/BoardName.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "link/Declarations.h"
+
+namespace zth::link {
+namespace {
+
+constexpr std::size_t kTroubleLength = 2000;  // characters
+
+using Words = const char*(ZTH_LIBRARY_CALL*)();
+
+/// What changes the line, or the way it is written, and shows nothing itself.
+bool ShowsNothing(char32_t character) {
+  constexpr std::array kKinds{QChar::Other_Control,   QChar::Other_Format,   QChar::Other_NotAssigned,
+                              QChar::Other_Surrogate, QChar::Separator_Line, QChar::Separator_Paragraph};
+  return character != U'\n' && std::ranges::find(kKinds, QChar::category(character)) != kKinds.end();
+}
+
+/// What a foreign library says, of bounded length, in lines.
+QString Said(Words entry, std::size_t most) {
+  const char* text = entry == nullptr ? nullptr : entry();
+  if (text == nullptr) return {};
+  // A character of UTF-8 has four bytes at most. No byte behind these is looked at, whether the text ends there or not.
+  const std::size_t mostBytes = 4 * most;
+  const void* end = std::memchr(text, 0, mostBytes);
+  const auto size = end == nullptr ? mostBytes : static_cast<std::size_t>(static_cast<const char*>(end) - text);
+  std::u32string characters = QString::fromUtf8(text, static_cast<qsizetype>(size)).toStdU32String();
+  std::erase_if(characters, ShowsNothing);
+  characters.resize(std::min(characters.size(), most));
+  return QString::fromStdU32String(characters);
+}
+
+/// The link's own entry of two.
+Words Of(std::int16_t mode, Words usb, Words smbus) {
+  if (mode == kModeUsb) return usb;
+  return mode == kModeSmbus ? smbus : nullptr;
+}
+
+}  // namespace
+
+QString BoardNameOf(std::int16_t mode) {
+  return Said(Of(mode, Bus.UsbFunctions.BoardName, Bus.Smbus.BoardName), kBoardNameLength).simplified();
+}
+
+QString BoardName() {
+  return BoardNameOf(Bus.InterfaceMode);
+}
+
+QString BoardTrouble(std::int16_t mode) {
+  return Said(Of(mode, Bus.UsbFunctions.BoardTrouble, Bus.Smbus.BoardTrouble), kTroubleLength).trimmed();
+}
+
+}  // namespace zth::link

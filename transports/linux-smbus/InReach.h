@@ -1,0 +1,12 @@
+#pragma once
+
+#include "linux-smbus/I2cSystem.h"
+#include "linux-smbus/Settings.h"
+
+namespace zth::smbus {
+
+/// Whether one of the adapters that the settings choose is there with a node that this user may open. Opens and closes
+/// nodes; makes no transfer.
+bool IsInReach(I2cSystem& system, const Settings& settings);
+
+}  // namespace zth::smbus
