@@ -18,7 +18,7 @@ std::string Variable(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-/// Everything behind the three functions, made at the first call.
+/// Everything behind the functions, made at the first call.
 struct Session {
   std::mutex oneAtATime;  ///< a descriptor's address and its transfer are two calls of the kernel
   UserPlaces places = PlacesOf(Variable);
@@ -61,5 +61,11 @@ extern "C" {
 
 [[gnu::visibility("default")]] void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
   zth::smbus::WithBus([address, reg, value](zth::smbus::HostBus& bus) { bus.Write(address, reg, value); });
+}
+
+[[gnu::visibility("default")]] std::int32_t SmbusFailures(std::uint8_t address) {
+  std::int32_t failures = -1;
+  zth::smbus::WithBus([&failures, address](zth::smbus::HostBus& bus) { failures = bus.Failures(address); });
+  return failures;
 }
 }

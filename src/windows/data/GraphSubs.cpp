@@ -1,5 +1,6 @@
 #include "windows/data/GraphSubs.h"
 
+#include <cmath>
 #include <initializer_list>
 
 #include <QString>
@@ -18,13 +19,25 @@ void Write(widgets::Strip& chart, int slot, const QString& text) {
   chart.SetCaption(text);
 }
 
+/// What a chart is fed: an old value is a gap in the line.
+double Fed(int group, double value) {
+  return chip::IsStale(group) ? std::nan("") : value;
+}
+
+/// What a legend shows in the place of a value; an old one is told by its age alone, for which there is room.
+QString Shown(int group, const QString& value) {
+  return chip::IsStale(group) ? chip::AgeText(group) : value;
+}
+
 void FeedTemperatures(const Graphs& charts) {
   static constexpr std::array kChannels{"Local", "Remote1", "Remote2", "Remote3"};
   for (int i = 0; i < 4; ++i) {
     const auto at = static_cast<std::size_t>(i);
     const float value = chip::Model.Measurements.Temperature.at(at);
-    const QString text = QString("%1 = %2\u00B0C").arg(kChannels.at(at), base::GeneralText(value).c_str());
-    for (const std::size_t chart : {0U, 3U, 4U}) charts.at(chart)->PlotValue(i, static_cast<double>(value));
+    const QString degrees = QString("%1\u00B0C").arg(base::GeneralText(value).c_str());
+    const QString text = QString("%1 = %2").arg(kChannels.at(at), Shown(chip::kTemperatureGroup, degrees));
+    const double fed = Fed(chip::kTemperatureGroup, static_cast<double>(value));
+    for (const std::size_t chart : {0U, 3U, 4U}) charts.at(chart)->PlotValue(i, fed);
     for (const std::size_t chart : {0U, 3U, 4U}) Write(*charts.at(chart), i + 1, text);
   }
 }
@@ -40,14 +53,16 @@ void FeedPair(widgets::Strip& own, widgets::Strip& shared, int index, double val
 void FeedTachs(const Graphs& charts) {
   for (int i = 0; i < 8; ++i) {
     const std::int32_t rpm = chip::Model.Measurements.TachRpm.at(static_cast<std::size_t>(i));
-    FeedPair(*charts[1], *charts[3], i, rpm, QString("Tach%1=%2").arg(i + 1).arg(rpm));
+    const QString text = QString("Tach%1=%2").arg(i + 1).arg(Shown(chip::kTachGroup, QString::number(rpm)));
+    FeedPair(*charts[1], *charts[3], i, Fed(chip::kTachGroup, rpm), text);
   }
 }
 
 void FeedPwms(const Graphs& charts) {
   for (int i = 0; i < 4; ++i) {
     const std::int16_t percent = chip::Model.Measurements.PwmPercent.at(static_cast<std::size_t>(i));
-    FeedPair(*charts[2], *charts[4], i, percent, QString("PWM%1=%2%").arg(i + 1).arg(percent));
+    const QString text = QString("PWM%1=%2").arg(i + 1).arg(Shown(chip::kPwmGroup, QString("%1%").arg(percent)));
+    FeedPair(*charts[2], *charts[4], i, Fed(chip::kPwmGroup, percent), text);
   }
 }
 
@@ -55,7 +70,8 @@ void FeedVoltages(const Graphs& charts) {
   int trace = 0;
   for (std::size_t channel = 0; channel < chip::Model.VoltagePresent.size(); ++channel) {
     if (!chip::Model.VoltagePresent[channel]) continue;
-    charts[5]->PlotValue(trace++, static_cast<double>(chip::Model.Measurements.Voltage[channel]));
+    const auto volts = static_cast<double>(chip::Model.Measurements.Voltage[channel]);
+    charts[5]->PlotValue(trace++, Fed(chip::kVoltageGroup, volts));
   }
 }
 
@@ -68,7 +84,7 @@ void FeedGraphs(const Graphs& stpGraph) {
   FeedVoltages(stpGraph);
   for (int i = 0; i < 2; ++i) {
     const float percent = chip::Model.Measurements.ThermPercent.at(static_cast<std::size_t>(i));
-    stpGraph[6]->PlotValue(i, static_cast<double>(percent));
+    stpGraph[6]->PlotValue(i, Fed(chip::kThermGroup, static_cast<double>(percent)));
   }
 }
 

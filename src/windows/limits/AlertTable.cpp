@@ -81,10 +81,12 @@ void AlertTable::ShowMasks(int reg, int value) {
   }
 }
 
-void AlertTable::ShowStatus(int reg, int value) {
+void AlertTable::ShowStatus(int reg, std::optional<int> value) {
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     const AlertRow& text = tab_.rows[row];
-    if (text.statusRegister == reg) rows_[row].lamp->SetValue(base::GetBit(static_cast<unsigned>(value), text.bit));
+    if (text.statusRegister != reg) continue;
+    rows_[row].lamp->SetStale(!value);
+    if (value) rows_[row].lamp->SetValue(base::GetBit(static_cast<unsigned>(*value), text.bit));
   }
 }
 

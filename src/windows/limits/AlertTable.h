@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include <QWidget>
@@ -27,8 +28,9 @@ class AlertTable final : public QWidget {
   /// Sets the check boxes of the rows that are masked in `reg` from its value. A box that changes runs its handler,
   /// which writes back the bit just read.
   void ShowMasks(int reg, int value);
-  /// Sets the lamps of the rows whose status stands in `reg` from its value.
-  void ShowStatus(int reg, int value);
+  /// Sets the lamps of the rows whose status stands in `reg` from its value. Without one, since its read failed, they
+  /// keep their state and are marked as stale.
+  void ShowStatus(int reg, std::optional<int> value);
 
   /// A row that is not live has its label and its box disabled and no lamp.
   void SetLive(int row, bool live);
