@@ -127,9 +127,8 @@ void TraceHistory::Summary::Take(const Summary& entry) {
     broken = true;
     return;
   }
-  const double length = entry.Last() - first;
-  span = static_cast<float>(length);
-  if (static_cast<double>(span) > length) span = std::nextafter(span, 0.0F);
+  span = static_cast<float>(entry.Last() - first);
+  if (Last() < entry.Last()) span = std::nextafter(span, std::numeric_limits<float>::infinity());
   broken = broken || entry.broken;
   if (entry.min < min) min = entry.min;
   if (entry.max > max) max = entry.max;

@@ -84,7 +84,7 @@ class TraceHistory {
   /// min is NaN when no value of the stretch is a number. The ends are those of its numbers, if it has any.
   struct Summary {
     double first;
-    float span;  ///< to the last one; never beyond it
+    float span;  ///< to the last one; never short of it
     float min, max;
     bool broken;  ///< it has numbers, and values were lost among them or beside them
     double First() const { return first; }
