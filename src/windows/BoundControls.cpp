@@ -67,7 +67,7 @@ bool BoundControls::Read(std::span<const ReadStep> reads, bool keepsUnread) {
   const QScopedValueRollback loading(loading_, true);
   bool all = true;
   for (const ReadStep& step : reads) {
-    const link::FailureWatch link;
+    const link::FailureWatch watch;
     // The buffer is good until the next link call, which a control's handler may make.
     std::array<std::uint8_t, link::kReadBufferSize> bytes{};
     if (step.block) {
@@ -76,7 +76,7 @@ bool BoundControls::Read(std::span<const ReadStep> reads, bool keepsUnread) {
     } else {
       bytes[0] = static_cast<std::uint8_t>(link::ReadRegister(link::Bus.DeviceAddress, step.first));
     }
-    if (keepsUnread && link.Failed()) {
+    if (keepsUnread && watch.Failed()) {
       all = false;
       continue;
     }

@@ -53,9 +53,9 @@ ChildWindow::ChildWindow(const QString& name, const QString& caption, const Cont
 }
 
 void ChildWindow::Load() {
-  const link::FailureWatch link;
+  const link::FailureWatch watch;
   Form_Load();
-  isUnread_ = link.Failed();
+  isUnread_ = watch.Failed();
   if (origin_.IsReadAtLoad()) {
     NoteOrigin(isUnread_);
   } else {

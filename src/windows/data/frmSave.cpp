@@ -21,6 +21,7 @@
 #include "link/Declarations.h"
 #include "link/Transfers.h"
 #include "link/USBStuff.h"
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/Hold.h"
 #include "windows/SharedState.h"
@@ -88,8 +89,7 @@ class frmSave::CancelPossible {
 
 frmSave::frmSave(const Context& context) : ChildWindow("frmSave", "Save/Recall Settings", context) {
   QGroupBox* frame = MakeFrame();
-  cmdClose_ = new QPushButton("C&lose", this);
-  cmdClose_->setObjectName("cmdClose");
+  cmdClose_ = widgets::Named<QPushButton>("cmdClose", "C&lose", this);
   OnClick(*cmdClose_, [this] { cmdClose_Click(); });
   SetCancelButton(*cmdClose_);
 
@@ -103,35 +103,27 @@ frmSave::frmSave(const Context& context) : ChildWindow("frmSave", "Save/Recall S
 }
 
 QGroupBox* frmSave::MakeFrame() {
-  auto* frame = new QGroupBox("File I/O", this);
-  frame->setObjectName("Frame2");
-  auto* save = new QPushButton("&Save  Current Configuration", frame);
-  save->setObjectName("cmdsave");
+  auto* frame = widgets::Named<QGroupBox>("Frame2", "File I/O", this);
+  auto* save = widgets::Named<QPushButton>("cmdsave", "&Save  Current Configuration", frame);
   OnClick(*save, [this] { cmdsave_Click(); });
-  cmdRecall_ = new QPushButton("&Recall Previous Configuration", frame);
-  cmdRecall_->setObjectName("cmdRecall");
+  cmdRecall_ = widgets::Named<QPushButton>("cmdRecall", "&Recall Previous Configuration", frame);
   OnClick(*cmdRecall_, [this] { cmdRecall_Click(); });
-  chkNotDefaults_ = new QCheckBox("O&nly save registers that differ from their defaults ", frame);
-  chkNotDefaults_->setObjectName("chkNotDefaults");
-  auto* label = new QLabel("Add Co&mment", frame);
-  label->setObjectName("Label2");
-  txtComment_ = new QLineEdit(frame);
-  txtComment_->setObjectName("txtComment");
+  chkNotDefaults_ =
+      widgets::Named<QCheckBox>("chkNotDefaults", "O&nly save registers that differ from their defaults ", frame);
+  auto* label = widgets::Named<QLabel>("Label2", "Add Co&mment", frame);
+  txtComment_ = widgets::Named<QLineEdit>("txtComment", frame);
   txtComment_->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
   label->setBuddy(txtComment_);
 
-  prgWork_ = new QProgressBar(frame);
-  prgWork_->setObjectName("prgWork");
+  prgWork_ = widgets::Named<QProgressBar>("prgWork", frame);
   prgWork_->setRange(0, 100);
   prgWork_->setTextVisible(false);
   prgWork_->setAccessibleName("Progress");
-  cmdCancel_ = new QPushButton("Canc&el", frame);
-  cmdCancel_->setObjectName("cmdCancel");
+  cmdCancel_ = widgets::Named<QPushButton>("cmdCancel", "Canc&el", frame);
   cmdCancel_->setToolTip("Ends a recall behind the register that is being written (Escape)");
   cmdCancel_->setEnabled(false);
   OnClick(*cmdCancel_, [this] { cmdCancel_Click(); });
-  lblState_ = new QLabel(frame);
-  lblState_->setObjectName("lblState");
+  lblState_ = widgets::Named<QLabel>("lblState", frame);
   lblState_->setTextFormat(Qt::PlainText);
   // Two lines of room: a path may be long.
   lblState_->setWordWrap(true);
@@ -218,10 +210,10 @@ void frmSave::cmdsave_Click() {
                                txtComment_->text().toStdString());
   desktop.EnableTimer(false);
   int lines = 0;
-  const link::FailureWatch link;
+  const link::FailureWatch watch;
   text += ReadChip(lines);
   text += kSavedEnd;
-  const QString failed = link.Failed() ? "; transfers failed: a value of 0xFF may not be the chip's" : "";
+  const QString failed = watch.Failed() ? "; transfers failed: a value of 0xFF may not be the chip's" : "";
 
   EndProgress("");
   const QString file = AskForFile(true);
@@ -261,7 +253,7 @@ void frmSave::Recall(std::string_view text, const QString& file) {
   SavedReader reader(text);
   auto result = reader.FindStart() ? SavedReader::Result::Line : SavedReader::Result::Broken;
   int written = 0;
-  const link::FailureWatch link;
+  const link::FailureWatch watch;
   stop_ = false;
   Shared.RecallRunning = true;
   desktop.EnableTimer(false);
@@ -288,7 +280,7 @@ void frmSave::Recall(std::string_view text, const QString& file) {
   const bool cancelled = result == SavedReader::Result::Line;
   QString outcome = (cancelled ? "Cancelled after " : "") + Registers(written) + " written";
   if (result == SavedReader::Result::Broken) outcome += "; the file breaks off before its \"}\"";
-  if (link.Failed()) outcome += "; transfers failed: not all of them have reached the chip";
+  if (watch.Failed()) outcome += "; transfers failed: not all of them have reached the chip";
   const QString path = QDir::toNativeSeparators(file);
   if (self) EndProgress(outcome, path);
   Remember(outcome + " (" + path + ")", desktop);

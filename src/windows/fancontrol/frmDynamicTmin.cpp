@@ -91,10 +91,10 @@ void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double va
 }
 
 void frmDynamicTmin::SetDutyLegend() {
-  const link::FailureWatch link;
-  link::ReadRegisterBlock(link::Bus.DeviceAddress, "PWM1 Config"_reg, static_cast<std::int16_t>(configs_.size()));
+  const link::FailureWatch watch;
+  const auto configs = link::ReadBlock<4>("PWM1 Config"_reg);
   // Behind a failed transfer the list stays: 0xFF would say that no fan is under control.
-  if (!link.Failed()) std::copy_n(link::Bus.ReadBuffer.begin(), configs_.size(), configs_.begin());
+  if (!watch.Failed()) configs_ = configs;
   const auto lists = ListDutyTraces(configs_);
   for (int channel = 0; channel < kRemotes; ++channel) {
     const DutyTraceList& list = lists[static_cast<std::size_t>(channel)];

@@ -24,9 +24,9 @@ constexpr std::array kStatusRegisters{
 
 /// Nothing when the transfer failed, as far as the link's library tells.
 std::optional<int> Read(int reg) {
-  const link::FailureWatch link;
+  const link::FailureWatch watch;
   const int value = link::ReadRegister(link::Bus.DeviceAddress, reg);
-  return link.Failed() ? std::nullopt : std::optional(value);
+  return watch.Failed() ? std::nullopt : std::optional(value);
 }
 
 /// A box that changes writes its mask. Of a failed read, which would tick them all, nothing is shown.

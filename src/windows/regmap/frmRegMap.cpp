@@ -109,9 +109,9 @@ void frmRegMap::ShowRegisterDetails(int row) {
 }
 
 int frmRegMap::ReadShown() {
-  const link::FailureWatch link;
+  const link::FailureWatch watch;
   const int value = link::ReadRegister(link::Bus.DeviceAddress, shown_->address);
-  NoteOrigin(link.Failed());
+  NoteOrigin(watch.Failed());
   lblDecVal_->setText(QString::number(value));
   lblHexVal_->setText(Hex(value));
   fraBits_->ShowRegisterBits(value);
