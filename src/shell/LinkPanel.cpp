@@ -36,7 +36,9 @@ QSize LinkPanel::sizeHint() const {
 
 void LinkPanel::Look(double now) {
   const bool fails = CountFailures(now);
-  const QString notice = chip::FreshnessNotice();
+  QString notice = chip::FreshnessNotice();
+  if (notice.isEmpty()) isOfOther_ = false;
+  if (isOfOther_) notice.clear();
   const bool raised = notice != std::exchange(notice_, notice);
   const double passed = now - shownAt_;
   const bool due = transfersThen_ < 0 || passed >= kPeriod || passed < 0;
@@ -60,11 +62,13 @@ bool LinkPanel::CountFailures(double now) {
     // How long ago those of another chip were is not known.
     failures_ = failures;
     failedAt_.reset();
+    isOfOther_ = true;
     return true;
   }
   if (failures == failures_) return false;
   failures_ = failures;
   failedAt_ = now;
+  isOfOther_ = false;
   return true;
 }
 

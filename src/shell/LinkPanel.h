@@ -36,6 +36,7 @@ class LinkPanel final : public QLabel {
   link::ChipId chip_;                     ///< the one that the failures are of
   std::optional<std::int32_t> failures_;  ///< nothing while they are not known
   std::optional<double> failedAt_;        ///< the last one that this panel has seen come
+  bool isOfOther_ = false;  ///< the notice, if there is one, was raised by a chip that is no longer in use
   QString notice_;
 };
 

@@ -197,15 +197,12 @@ TEST_F(Link, EveryTransferOfEitherLinkIsCountedOnceAndFailuresAreThoseOfTheLinkI
   desk.board.missingEntries.clear();
   LoadSmbus(desk.libraries);
   std::int32_t percent = 50;
-  const auto everyForm = [&percent] {
-    ReadRegister(Bus.DeviceAddress, 0x3E), ReadRegisterBlock(Bus.DeviceAddress, 0x10, 4);
-    WriteRegisterValue(Bus.DeviceAddress, 0x21, 1), SetHeater(1, percent), ReadHeaterState();
-    ReadBoardPort(0x4A), WriteBoardPort(0x4A, 1), WriteBoardPortUnchecked(0x4A, 1), ReadRegister(1, 256);
-  };
   OnEach([&] {
     const std::int64_t before = Bus.transfers;
     desk.board.TakeTraffic();
-    everyForm();
+    ReadRegister(Bus.DeviceAddress, 0x3E), ReadRegisterBlock(Bus.DeviceAddress, 0x10, 4);
+    WriteRegisterValue(Bus.DeviceAddress, 0x21, 1), SetHeater(1, percent), ReadHeaterState();
+    ReadBoardPort(0x4A), WriteBoardPort(0x4A, 1), WriteBoardPortUnchecked(0x4A, 1), ReadRegister(1, 256);
     EXPECT_EQ(Bus.transfers - before, static_cast<std::int64_t>(desk.board.traffic.size()));
     EXPECT_EQ(FailedTransfers(), 0);
   });
@@ -220,16 +217,11 @@ TEST_F(Link, EveryTransferOfEitherLinkIsCountedOnceAndFailuresAreThoseOfTheLinkI
   OnSmbus();
   const FailureWatch watch;
   desk.board.smbusFails = [](const std::string&) { return true; };
-  WriteRegisterValue(0x2C, 0x30, 1);
+  WriteRegisterValue(0x2C, 0x30, 1), ReadRegister(0x2D, 0x3E);
   EXPECT_TRUE(watch.Failed());
-  EXPECT_EQ(FailedTransfers(), 1);
-  ReadRegister(0x2D, 0x3E);
-  EXPECT_EQ(FailedTransfers(), 1) << "another address";
+  EXPECT_EQ(FailedTransfers(), 1) << "of the address in use";
   desk.board.knowsFailures = false;
-  EXPECT_EQ(FailedTransfers(), std::nullopt);
-  EXPECT_FALSE(watch.Failed());
-  Bus.InterfaceMode = 0;
-  EXPECT_EQ(FailedTransfers(), std::nullopt);
+  EXPECT_FALSE(FailedTransfers() || watch.Failed());
 }
 
 }  // namespace

@@ -16,6 +16,8 @@
 namespace zth::windows {
 namespace {
 
+constexpr char kLampTip[] = "Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled";
+
 enum Column { kLabelColumn, kMaskColumn, kLampColumn };
 
 }  // namespace
@@ -54,7 +56,7 @@ void AlertTable::AddRow(int row, QGridLayout& grid) {
     OnToggle(*controls.mask, [this, row] { Mask_Click(row); });
   }
   controls.lamp->setObjectName(NameOf({tab_.lamp, row}));
-  controls.lamp->setToolTip("Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled");
+  controls.lamp->setToolTip(kLampTip);
   grid.addWidget(controls.lamp, row + 1, kLampColumn, Qt::AlignCenter);
   Describe(controls);
   rows_.push_back(controls);
@@ -84,7 +86,10 @@ void AlertTable::ShowStatus(int reg, std::optional<int> value) {
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     const AlertRow& text = tab_.rows[row];
     if (text.statusRegister != reg) continue;
-    rows_[row].lamp->SetStale(!value);
+    if (rows_[row].lamp->Stale() == value.has_value()) {
+      rows_[row].lamp->SetStale(!value);
+      rows_[row].lamp->setToolTip(value ? kLampTip : "Old: the last read failed");
+    }
     if (value) rows_[row].lamp->SetValue(base::GetBit(static_cast<unsigned>(*value), text.bit));
   }
 }
