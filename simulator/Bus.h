@@ -42,6 +42,8 @@ class Bus {
   std::chrono::milliseconds TakeDelay();
   bool Unplugged() const { return faults_.Unplugged(now_); }
 
+  /// A chip answers at an address.
+  bool Answers(int address) { return At(address) != nullptr; }
   /// One register of the chip at an address; 0xFF where no chip answers.
   std::uint8_t Read(int address, std::uint8_t reg);
   void Write(int address, std::uint8_t reg, std::uint8_t value);

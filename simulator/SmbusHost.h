@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "simulator/Bus.h"
@@ -8,22 +9,32 @@
 namespace zth::simulator {
 
 /// A PC's SMBus with boards on it, as seen through the closed library `smbus`. A failed transfer reads 0xFF, or is
-/// lost.
+/// lost, and is counted: one that the plan of faults lets fail, and one to an address where no chip answers.
 class SmbusHost {
  public:
   explicit SmbusHost(const Settings& settings) : bus_(settings, Link::Smbus) {}
 
   std::uint8_t Read(std::uint8_t address, std::uint8_t reg) {
-    return bus_.Admit({0, reg, 1}) ? bus_.Read(address, reg) : std::uint8_t{0xFF};
+    return GetsThrough(address, reg) ? bus_.Read(address, reg) : std::uint8_t{0xFF};
   }
   void Write(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
-    if (bus_.Admit({0, reg, 1})) bus_.Write(address, reg, value);
+    if (GetsThrough(address, reg)) bus_.Write(address, reg, value);
   }
+
+  /// Failed transfers with an address since the start.
+  std::int32_t Failures(std::uint8_t address) const { return failures_.at(address); }
 
   Bus& TheBus() { return bus_; }
 
  private:
+  bool GetsThrough(std::uint8_t address, std::uint8_t reg) {
+    const bool done = bus_.Admit({0, reg, 1}) && bus_.Answers(address);
+    if (!done) failures_.at(address) = (failures_.at(address) + 1) & 0x7FFFFFFF;
+    return done;
+  }
+
   Bus bus_;
+  std::array<std::int32_t, 256> failures_{};
 };
 
 }  // namespace zth::simulator

@@ -16,8 +16,13 @@ struct Library {
   RealTime time;
 };
 
-Library& TheLibrary() {
+Library& AtRest() {
   static Library library;
+  return library;
+}
+
+Library& TheLibrary() {
+  Library& library = AtRest();
   library.time.CatchUp(library.host.TheBus());
   return library;
 }
@@ -44,4 +49,9 @@ ZTH_BOARD_EXPORT void ZTH_BOARD_CALL WriteSmbus(std::uint8_t address, std::uint8
   zth::simulator::Library& library = zth::simulator::TheLibrary();
   library.host.Write(address, reg, value);
   zth::simulator::RealTime::Linger(library.host.TheBus());
+}
+
+// A look at a number is no transfer, and lets no time go by.
+ZTH_BOARD_EXPORT std::int32_t ZTH_BOARD_CALL SmbusFailures(std::uint8_t address) {
+  return zth::simulator::AtRest().host.Failures(address);
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "chip/Freshness.h"
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "chip/PwmModes.h"
@@ -18,8 +19,9 @@ struct ChipState {
   /// The catalogue of registers; filled by InitRegisterTable.
   std::array<RegisterEntry, kRegisterCount> RegisterTable;
 
-  /// The latest values.
+  /// The latest values, and which of them are stale.
   MeasurementSet Measurements;
+  FreshnessState Freshness;
 
   /// 0-3 temperatures, 4-11 tachs, 12-15 PWMs, 16-38 voltages, 39-42 Tmin, 43-44 operating points of Remote1 and
   /// Remote2.

@@ -6,6 +6,7 @@
 #include "chip/Conversions.h"
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
+#include "link/Transfers.h"
 #include "link/USBStuff.h"
 
 namespace zth::chip {
@@ -92,8 +93,19 @@ void ReadMeasurementGroup(std::int16_t group) {
   constexpr std::array kGroups{ReadTemperatures, ReadTachs,        ReadPwms,
                                ReadVoltages,     ReadThermOnTimes, ReadDynamicTminState};
   if (group < 1 || group > static_cast<std::int16_t>(kGroups.size())) return;
+  const MeasurementSet before = Model.Measurements;
+  const auto table = Model.LogChannelTable;
+  const link::FailureWatch watch;
   kGroups[static_cast<std::size_t>(group - 1)]();
-  ++Model.Measurements.Reads[static_cast<std::size_t>(group)];
+  const bool failed = watch.Failed();
+  if (failed) {
+    // Of a group with one failed transfer no value is taken: which of them the 0xFF stands for is not known.
+    Model.Measurements = before;
+    Model.LogChannelTable = table;
+  } else {
+    ++Model.Measurements.Reads[static_cast<std::size_t>(group)];
+  }
+  NoteReading(group, failed);
 }
 
 }  // namespace zth::chip

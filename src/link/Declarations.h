@@ -100,6 +100,9 @@ struct LinkState {
   /// heat.
   std::array<std::optional<double>, 3> HeaterPercent{};
 
+  std::int64_t transfers = 0;    ///< Transfers.h: made since the start, over either link
+  std::int32_t usbFailures = 0;  ///< those over USB that failed
+
   std::map<std::int32_t, std::function<void()>> hooks;  ///< RegisterHooks.h: register to routine
   FailureReporter reporter;                             ///< LinkErrors.h
 };

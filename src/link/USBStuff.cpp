@@ -6,6 +6,7 @@
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
 #include "link/SMBusStuff.h"
+#include "link/Transfers.h"
 
 namespace zth::link {
 namespace {
@@ -34,8 +35,11 @@ bool OnSmbus() {
 std::int16_t Call(Request request, std::int32_t value, std::int32_t index, std::int16_t direction, int length,
                   std::uint8_t* buffer) {
   if (Bus.UsbFunctions.VendorIORequest == nullptr) return kNoLibrary;
+  NoteTransfer();
   Bus.UsbResult =
       Bus.UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
+  // The adapter may be asked for contact many times before it has woken up; no transfer with a chip fails there.
+  if (Bus.UsbResult != 0 && request != kConnect) ++Bus.usbFailures;
   return Bus.UsbResult;
 }
 

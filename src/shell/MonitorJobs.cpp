@@ -41,6 +41,7 @@ void RefreshManualControl(windows::frmManualControl& window) {
 
 void MeasurementJob::Run() {
   constexpr std::int16_t kGroups = 6;
+  chip::Model.Freshness.now = services_.clock.Now();
   chip::ReadMeasurementGroup(static_cast<std::int16_t>(phase_ + 1));
   windows::AdjustForDemo(phase_, services_);
   phase_ = static_cast<std::int16_t>((phase_ + 1) % kGroups);

@@ -1,6 +1,7 @@
 #include "shell/frmMain.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QAction>
 #include <QApplication>
@@ -24,6 +25,7 @@
 #include "shell/FirstContact.h"
 #include "shell/Icons.h"
 #include "shell/Leaving.h"
+#include "shell/LinkPanel.h"
 #include "shell/MdiDesk.h"
 #include "shell/MonitorJobs.h"
 #include "shell/Placement.h"
@@ -55,7 +57,8 @@ frmMain::frmMain(platform::Services& services)
       context_{services, *this},
       jobs_(services.clock),
       area_(new MdiDesk(this)),
-      status_(new StatusBar(services.clock, this)) {
+      status_(new StatusBar(services.clock, this)),
+      link_(new LinkPanel(status_)) {
   setObjectName("frmMain");
   setWindowIcon(ProgramIcon());
   area_->setObjectName("MDIForm");
@@ -63,6 +66,7 @@ frmMain::frmMain(platform::Services& services)
   BuildMenus();
   BuildToolBar();
   setStatusBar(status_);
+  status_->insertPermanentWidget(1, link_);  // behind the message
   BuildTimer();
   auto* toRead = new QShortcut(Qt::Key_F5, this);
   toRead->setAutoRepeat(false);
@@ -297,8 +301,17 @@ void frmMain::cmbDevices_Click() {
   ShowOrigins();
 }
 
+void frmMain::ShowLink() {
+  link_->Look(services_.clock.Now());
+  const QString before = std::exchange(notice_, link_->Notice());
+  if (before != notice_ && !before.isEmpty() && status_->currentMessage() == before) status_->clearMessage();
+  // It stands for as long as it holds: what passes over it, as a message of some seconds, gives way to it again.
+  if (!notice_.isEmpty() && status_->currentMessage().isEmpty()) status_->showMessage(notice_);
+}
+
 void frmMain::tmrMaster_Timer() {
   jobs_.Tick();
+  ShowLink();
   // What the program knows of a chip changes by writes from anywhere; as a rule it has not.
   const chip::ModelOrigin model = chip::ModelReadFrom();
   if (model == modelFrom_) return;

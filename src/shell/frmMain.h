@@ -16,6 +16,7 @@ class QToolBar;
 namespace zth::shell {
 
 class frmSplash;
+class LinkPanel;
 class MdiDesk;
 class StatusBar;
 
@@ -75,6 +76,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void ShowOrigins();
   void ReadActiveWindowAgain();
   void tmrMaster_Timer();
+  /// What the status bar says of the link, without a transfer.
+  void ShowLink();
 
   platform::Services& services_;
   windows::Context context_;
@@ -82,6 +85,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   chip::ModelOrigin modelFrom_;  ///< as the windows have been told
   MdiDesk* area_;
   StatusBar* status_;
+  LinkPanel* link_;
+  QString notice_;  ///< of the link, as the status bar shows it
   QMenu* mnuWindow_ = nullptr;
   QComboBox* cmbDevices_ = nullptr;
   QTimer* tmrMaster_ = nullptr;

@@ -89,6 +89,12 @@ void GSlider::SetValue(double value) {
   QAccessible::updateAccessibility(&event);
 }
 
+void GSlider::SetStale(bool stale) {
+  if (stale == stale_) return;
+  stale_ = stale;
+  update();
+}
+
 void GSlider::StepByUser(double value) {
   if (!isEnabled() || held_ || std::isnan(value)) return;
   const double target = std::clamp(base::RoundHalfEven(value), kMinimum, kMaximum);
@@ -247,7 +253,7 @@ void GSlider::paintEvent(QPaintEvent*) {
   painter.drawRoundedRect(layout.groove, round, round);
   QRectF filled = layout.groove;
   filled.setRight(layout.thumb.center().x());
-  const QColor accent = isEnabled() ? colours.color(QPalette::Highlight) : edge;
+  const QColor accent = isEnabled() && !stale_ ? colours.color(QPalette::Highlight) : edge;
   painter.setPen(Qt::NoPen);
   painter.setBrush(accent);
   painter.drawRoundedRect(filled, round, round);
@@ -266,7 +272,9 @@ void GSlider::paintEvent(QPaintEvent*) {
   painter.setBrush(face);
   painter.drawEllipse(layout.thumb.adjusted(1.5, 1.5, -1.5, -1.5));
 
-  painter.setPen(colours.color(QPalette::WindowText));
+  constexpr double kPale = 0.35;  // can still be read
+  const QColor ink = colours.color(QPalette::WindowText);
+  painter.setPen(stale_ ? Blend(ink, ground, kPale) : ink);
   painter.drawText(layout.text, Qt::AlignRight | Qt::AlignVCenter, ValueText(value_));
 }
 

@@ -13,6 +13,7 @@ class GSlider : public QWidget {
   Q_PROPERTY(double Value READ Value WRITE SetValue USER true)
   Q_PROPERTY(bool Enabled READ isEnabled WRITE setEnabled)
   Q_PROPERTY(int Index READ Index WRITE SetIndex)
+  Q_PROPERTY(bool Stale READ Stale WRITE SetStale)
 
  public:
   static constexpr int kPaceMs = 50;
@@ -24,6 +25,9 @@ class GSlider : public QWidget {
   double Value() const { return value_; }
   /// Limited to 0 to 100; NaN is ignored. Fractions are kept; the user sets whole percents.
   void SetValue(double value);
+  /// The value is an old one: groove and number are pale.
+  bool Stale() const { return stale_; }
+  void SetStale(bool stale);
   int Index() const { return index_; }
   void SetIndex(int index) { index_ = index; }
 
@@ -72,6 +76,7 @@ class GSlider : public QWidget {
   int index_ = 0;
   bool held_ = false;
   bool hovered_ = false;
+  bool stale_ = false;
   double startValue_ = 0;     ///< where the drag began
   double reportedValue_ = 0;  ///< what the last report of the drag told
   double grabOffset_ = 0;     ///< from the thumb's centre to the mouse, pixels

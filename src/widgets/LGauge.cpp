@@ -112,6 +112,12 @@ void LGauge::SetCaption(const QString& text) {
   update();
 }
 
+void LGauge::SetStale(bool stale) {
+  if (stale == stale_) return;
+  stale_ = stale;
+  update();
+}
+
 void LGauge::SetSliderStops(int number, std::vector<double> stops) {
   stops_[number] = std::move(stops);
 }
@@ -204,7 +210,7 @@ void LGauge::paintEvent(QPaintEvent*) {
     dial.AllowedBand(angleOf(0), angleOf(1));
   }
   if (const auto mark = needles_.find(0); mark != needles_.end()) dial.Mark(scale.Angle(mark->second));
-  dial.Caption(caption_);
+  dial.Caption(caption_, stale_);
 
   const int count = static_cast<int>(sliders_.size());
   for (int i = 0; i < count; ++i) {  // the active one last, on top
@@ -215,7 +221,7 @@ void LGauge::paintEvent(QPaintEvent*) {
   }
   const auto hand = needles_.find(1);
   const bool live = hand != needles_.end() && !std::isnan(hand->second);
-  dial.Hand(scale.Angle(live ? hand->second : scaleMin_), live);
+  dial.Hand(scale.Angle(live ? hand->second : scaleMin_), live && !stale_);
   if (const int tagged = TaggedSlider(); tagged >= 0) {
     const GaugeSlider& slider = sliders_[static_cast<std::size_t>(tagged)];
     dial.ValueTag(slider.kind, TagText(slider, scale.Text(SliderValue(tagged))));

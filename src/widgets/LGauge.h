@@ -34,6 +34,7 @@ class LGauge : public QWidget {
   Q_PROPERTY(double PointerValue READ PointerValue WRITE SetPointerValue)
   Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
   Q_PROPERTY(QVariantList SliderNumbers READ SliderNumbers)
+  Q_PROPERTY(bool Stale READ Stale WRITE SetStale)
 
  public:
   explicit LGauge(QWidget* parent = nullptr);
@@ -60,6 +61,9 @@ class LGauge : public QWidget {
   void SetPointerIndex(int index) { pointerIndex_ = index; }
   void SetPointerValue(double value);
   void SetCaption(const QString& text);
+  /// The reading is an old one: hand and caption are grey. The caption is to say how old.
+  bool Stale() const { return stale_; }
+  void SetStale(bool stale);
   /// The values that the keys move a slider to, rising, its present value among them: arrows go to the next, Page ten
   /// on, Home and End to the last, and beyond the last nothing moves. A slider whose value is not among its stops goes
   /// by round steps that suit the scale.
@@ -124,6 +128,7 @@ class LGauge : public QWidget {
   std::map<int, double> needles_;
   std::map<int, double> pointers_;
   QString caption_;
+  bool stale_ = false;
   std::map<int, std::vector<double>> stops_;
   std::vector<GaugeSlider> sliders_;
 

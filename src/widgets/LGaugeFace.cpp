@@ -30,6 +30,9 @@ QColor Ink(const QPalette& palette) {
   return palette.color(QPalette::Text);
 }
 
+/// Of an old reading's caption: paler than a live one, and still to be read.
+constexpr double kPale = 0.35;
+
 QColor Plate(const QPalette& palette) {
   return palette.color(QPalette::Base);
 }
@@ -255,7 +258,7 @@ void DialPainter::Slider(SliderKind kind, double angle, bool lifted, bool focuse
   painter_.drawPath(shape);
 }
 
-void DialPainter::Caption(const QString& text) {
+void DialPainter::Caption(const QString& text, bool pale) {
   const QString shown = text.trimmed();
   if (shown.isEmpty()) return;
   // The gap of the scale narrows towards the rim: what is too wide gets smaller, never cut.
@@ -265,7 +268,7 @@ void DialPainter::Caption(const QString& text) {
   if (width > room) font = FontOf(std::max(6.0, std::floor(measures_.caption * room / width)), true);
   const QFontMetricsF metrics(font, painter_.device());
   painter_.setFont(font);
-  painter_.setPen(Ink(palette_));
+  painter_.setPen(pale ? Blend(Ink(palette_), Plate(palette_), kPale) : Ink(palette_));
   painter_.drawText(measures_.centre + QPointF(-metrics.horizontalAdvance(shown) / 2, measures_.rim * 0.72), shown);
 }
 

@@ -53,7 +53,7 @@ class DialPainter {
   void Mark(double angle);
   void Hand(double angle, bool live);
   void Slider(SliderKind kind, double angle, bool lifted, bool focused);
-  void Caption(const QString& text);
+  void Caption(const QString& text, bool pale);
   /// A slider's value in a tag in the upper half of the dial.
   void ValueTag(SliderKind kind, const QString& text);
 

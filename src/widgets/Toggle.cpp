@@ -81,6 +81,16 @@ Toggle::Toggle(QWidget* parent) : QWidget(parent) {
 void Toggle::SetValue(bool value) {
   if (value == value_) return;
   value_ = value;
+  TellState();
+}
+
+void Toggle::SetStale(bool stale) {
+  if (stale == stale_) return;
+  stale_ = stale;
+  TellState();
+}
+
+void Toggle::TellState() {
   update();
   if (!QAccessible::isActive()) return;
   QAccessible::State changed;
@@ -100,7 +110,7 @@ bool Toggle::Visible() const {
 }
 
 QString Toggle::StateText() const {
-  return value_ ? tr("alert") : tr("no alert");
+  return (value_ ? tr("alert") : tr("no alert")) + (stale_ ? tr(", not read") : QString());
 }
 
 QSize Toggle::sizeHint() const {
@@ -114,6 +124,7 @@ void Toggle::paintEvent(QPaintEvent*) {
   const QPointF centre = QRectF(rect()).center();
   const double radius = std::min(width(), height()) / 2.0 - 1;
   QColor colour = value_ ? QColor(0xcf, 0x22, 0x22) : QColor(0x1f, 0x8f, 0x46);
+  if (stale_) colour = QColor(0x75, 0x75, 0x75);
   if (!isEnabled()) colour = QColor::fromHslF(colour.hslHueF(), colour.hslSaturationF() * 0.25F, 0.55F);
   QLinearGradient lamp(centre - QPointF(0, radius), centre + QPointF(0, radius));
   lamp.setColorAt(0, colour.lighter(116));
@@ -124,6 +135,15 @@ void Toggle::paintEvent(QPaintEvent*) {
     painter.drawPath(Octagon(centre, radius / std::cos(std::numbers::pi / 8)));
   } else {
     painter.drawEllipse(centre, radius, radius);
+  }
+  if (stale_) {
+    QFont sign = font();
+    sign.setBold(true);
+    sign.setPixelSize(std::max(1, static_cast<int>(radius * 1.5)));
+    painter.setFont(sign);
+    painter.setPen(Qt::white);
+    painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("?"));
+    return;
   }
   DrawSign(painter, value_, centre, radius);
 }

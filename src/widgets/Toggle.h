@@ -9,6 +9,7 @@ namespace zth::widgets {
 class Toggle : public QWidget {
   Q_OBJECT
   Q_PROPERTY(bool Value READ Value WRITE SetValue USER true)
+  Q_PROPERTY(bool Stale READ Stale WRITE SetStale)
   Q_PROPERTY(bool Visible READ Visible WRITE setVisible)
 
  public:
@@ -17,10 +18,15 @@ class Toggle : public QWidget {
   bool Value() const { return value_; }
   void SetValue(bool value);
 
+  /// The state is an old one, since it could not be read: the lamp is grey and has a question mark, in the shape of
+  /// its state.
+  bool Stale() const { return stale_; }
+  void SetStale(bool stale);
+
   /// False when the lamp itself was hidden, whatever its window does. A hidden lamp keeps its place in a layout.
   bool Visible() const;
 
-  /// "alert" or "no alert".
+  /// "alert" or "no alert"; behind an old one ", not read".
   QString StateText() const;
 
   QSize sizeHint() const override;
@@ -30,7 +36,10 @@ class Toggle : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void TellState();
+
   bool value_ = false;
+  bool stale_ = false;
 };
 
 }  // namespace zth::widgets

@@ -59,10 +59,10 @@ class TraceHistory::Filler {
       return;
     }
     const std::int64_t begin = Index(entry.first);
-    const std::int64_t last = entry.last == entry.first ? begin : Index(entry.last);
-    if (joined_ && begin > lastIndex_) Join(entry, begin);
+    const std::int64_t last = entry.span == 0 ? begin : Index(entry.Last());
+    if (joined_ && !entry.broken && begin > lastIndex_) Join(entry, begin);
     for (std::int64_t c = std::max<std::int64_t>(begin, 0); c <= last && c < end_; ++c) Extend(c, entry.min, entry.max);
-    joined_ = true;
+    joined_ = !entry.broken;
     last_ = entry;
     lastIndex_ = last;
     nextBorder_ = (first_ + static_cast<double>(last) + 1) * width_;
@@ -95,7 +95,7 @@ class TraceHistory::Filler {
     } else if (last_.max >= entry.min) {
       from = to = (std::max(last_.min, entry.min) + std::min(last_.max, entry.max)) / 2.0;
     }
-    const double x0 = last_.last;
+    const double x0 = last_.Last();
     const double slope = entry.first > x0 ? (to - from) / (entry.first - x0) : 0;
     const std::int64_t left = std::max<std::int64_t>(lastIndex_, -1);
     auto atLeft = static_cast<float>(left < 0 ? from + slope * (first_ * width_ - x0) : from);
@@ -121,8 +121,21 @@ class TraceHistory::Filler {
 
 TraceHistory::TraceHistory() = default;
 
+void TraceHistory::Summary::Take(const Summary& entry) {
+  if (std::isnan(min) != std::isnan(entry.min)) {
+    if (std::isnan(min)) *this = entry;
+    broken = true;
+    return;
+  }
+  span = static_cast<float>(entry.Last() - first);
+  if (Last() < entry.Last()) span = std::nextafter(span, std::numeric_limits<float>::infinity());
+  broken = broken || entry.broken;
+  if (entry.min < min) min = entry.min;
+  if (entry.max > max) max = entry.max;
+}
+
 TraceHistory::Summary TraceHistory::SummaryOf(const Sample& sample) {
-  return {sample.x, sample.x, Limited(sample.y), Limited(sample.y)};
+  return {sample.x, 0, Limited(sample.y), Limited(sample.y), false};
 }
 
 void TraceHistory::Append(double x, double y) {
@@ -138,10 +151,7 @@ void TraceHistory::Append(double x, double y) {
     if (level.count == 0) {
       open = entry;
     } else {
-      open.last = entry.last;
-      // Written so that a NaN is never taken and always replaced.
-      if (entry.min < open.min || std::isnan(open.min)) open.min = entry.min;
-      if (entry.max > open.max || std::isnan(open.max)) open.max = entry.max;
+      open.Take(entry);
     }
     if (++level.count < kFan) break;
     level.count = 0;
@@ -221,7 +231,7 @@ std::size_t TraceHistory::Columns(std::int64_t first, double width, std::span<Co
   // What came in since the newest summary was closed stands in the open ones of this level and of those below.
   for (std::size_t level = count > 0 ? runs[0].level : 0; level > 0; --level) {
     const Level& slot = levels_[level - 1];
-    if (slot.count > 0 && slot.open.last >= x0) filler.Add(slot.open);
+    if (slot.count > 0 && slot.open.Last() >= x0) filler.Add(slot.open);
   }
   return filler.Visited();
 }
@@ -235,10 +245,10 @@ std::optional<TraceHistory::Reading> TraceHistory::At(double x) const {
   }
   for (const Level& level : levels_) {
     if (level.closed.Empty() || x < level.closed.Front().first) continue;
-    const std::size_t at = level.closed.PartitionPoint([&](const Summary& entry) { return entry.last < x; });
+    const std::size_t at = level.closed.PartitionPoint([&](const Summary& entry) { return entry.Last() < x; });
     if (at == level.closed.Size()) continue;
     const Summary& entry = level.closed[at];
-    return Reading{std::clamp(x, entry.first, entry.last), entry.min, entry.max};
+    return Reading{std::clamp(x, entry.first, entry.Last()), entry.min, entry.max};
   }
   return std::nullopt;
 }
@@ -258,7 +268,8 @@ std::vector<TraceHistory::Point> TraceHistory::Points(double x0, double x1) cons
       // The newest summary of a level can reach into what the finer one still holds.
       const double finer = OldestOf(runs[i].level - 1);
       points.push_back({std::min(entry.first, finer), entry.min});
-      points.push_back({std::min(entry.last, finer), entry.max});
+      if (entry.broken) points.push_back({std::min((entry.first + entry.Last()) / 2, finer), std::nan("")});
+      points.push_back({std::min(entry.Last(), finer), entry.max});
     }
   }
   return points;

@@ -41,7 +41,7 @@ class TraceHistory {
   TraceHistory();
 
   /// Adds the newest sample. An x that is not finite is not taken; an x before the newest one counts as the newest. NaN
-  /// as y ends the line there.
+  /// as y is a gap: the line ends there, and is not drawn across it in any summary either.
   void Append(double x, double y);
   void Clear();
 
@@ -59,8 +59,8 @@ class TraceHistory {
   /// The sample or summary nearest to x; none left of the oldest and right of the newest.
   std::optional<Reading> At(double x) const;
 
-  /// Everything from x0 to x1, oldest first: all samples of the recent past; of a summary its ends, the lowest value at
-  /// its begin and the highest at its end.
+  /// Everything from x0 to x1, oldest first: all samples of the recent past, NaN for a gap; of a summary its ends, the
+  /// lowest value at its begin and the highest at its end, and NaN between them when values were lost there.
   std::vector<Point> Points(double x0, double x1) const;
 
   /// The memory that the samples take.
@@ -81,13 +81,18 @@ class TraceHistory {
     double First() const { return x; }
     double Last() const { return x; }
   };
-  /// min is NaN when no value of the stretch is a number.
+  /// min is NaN when no value of the stretch is a number. The ends are those of its numbers, if it has any.
   struct Summary {
-    double first, last;
+    double first;
+    float span;  ///< to the last one; never short of it
     float min, max;
+    bool broken;  ///< it has numbers, and values were lost among them or beside them
     double First() const { return first; }
-    double Last() const { return last; }
+    double Last() const { return first + static_cast<double>(span); }
+    /// Takes in the entry that follows.
+    void Take(const Summary& entry);
   };
+  static_assert(sizeof(Summary) == 24, "a day of all charts has its room");
   struct Level {
     Ring<Summary> closed{kSummaries};
     Summary open{};

@@ -12,6 +12,7 @@
 #include "chip/DegreesText.h"
 #include "chip/FieldTexts.h"
 #include "link/Declarations.h"
+#include "link/Transfers.h"
 #include "link/USBStuff.h"
 
 namespace zth::windows {
@@ -55,8 +56,18 @@ void BoundControls::Tell(const Binding* row) const {
 }
 
 void BoundControls::Load(std::span<const ReadStep> reads) {
+  Read(reads, false);
+}
+
+bool BoundControls::Refresh(std::span<const ReadStep> reads) {
+  return Read(reads, true);
+}
+
+bool BoundControls::Read(std::span<const ReadStep> reads, bool keepsUnread) {
   const QScopedValueRollback loading(loading_, true);
+  bool all = true;
   for (const ReadStep& step : reads) {
+    const link::FailureWatch watch;
     // The buffer is good until the next link call, which a control's handler may make.
     std::array<std::uint8_t, link::kReadBufferSize> bytes{};
     if (step.block) {
@@ -64,6 +75,10 @@ void BoundControls::Load(std::span<const ReadStep> reads) {
       bytes = link::Bus.ReadBuffer;
     } else {
       bytes[0] = static_cast<std::uint8_t>(link::ReadRegister(link::Bus.DeviceAddress, step.first));
+    }
+    if (keepsUnread && watch.Failed()) {
+      all = false;
+      continue;
     }
     for (Bound& bound : bounds_) {
       const Binding& row = *bound.row;
@@ -78,6 +93,7 @@ void BoundControls::Load(std::span<const ReadStep> reads) {
     if (std::ranges::any_of(reads, read)) bound.applied = bound.editor->Held();
   }
   Tell(nullptr);
+  return all;
 }
 
 void BoundControls::Apply(std::span<const WriteStep> writes) {

@@ -38,6 +38,9 @@ class BoundControls final : public QObject {
   /// Does each read in turn and sets the controls of what it read, in the table's order. Setting runs the controls'
   /// handlers. All controls count as applied after it.
   void Load(std::span<const ReadStep> reads);
+  /// The same again and again in a window that has been loaded: a read that fails, as far as the link's library tells,
+  /// leaves its controls as they are. False when there was one.
+  bool Refresh(std::span<const ReadStep> reads);
 
   /// Does each write in turn. The controls of the registers written count as applied after it.
   void Apply(std::span<const WriteStep> writes);
@@ -60,6 +63,7 @@ class BoundControls final : public QObject {
   void SetWatch(Watch watch) { watch_ = std::move(watch); }
 
  private:
+  bool Read(std::span<const ReadStep> reads, bool keepsUnread);
   void Tell(const Binding* row) const;
 
   std::vector<Bound> bounds_;  ///< in the table's order

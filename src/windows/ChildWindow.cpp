@@ -15,6 +15,7 @@
 #include <QPushButton>
 
 #include "base/Product.h"
+#include "link/Transfers.h"
 #include "platform/Guard.h"
 #include "platform/Questions.h"
 #include "windows/OriginBar.h"
@@ -35,6 +36,8 @@ bool MayTakeEnter(const QObject& control) {
   return qobject_cast<const QComboBox*>(&control) != nullptr || qobject_cast<const QGroupBox*>(&control) != nullptr;
 }
 
+constexpr char kUnread[] = "A transfer failed while this was read. Part of what it shows may not be the chip's.";
+
 constexpr float kHintStrength = 0.7F;  // of a text's; desktops' own half of it is too pale to read
 
 }  // namespace
@@ -50,15 +53,18 @@ ChildWindow::ChildWindow(const QString& name, const QString& caption, const Cont
 }
 
 void ChildWindow::Load() {
+  const link::FailureWatch watch;
   Form_Load();
+  isUnread_ = watch.Failed();
   if (origin_.IsReadAtLoad()) {
-    NoteOrigin();
+    NoteOrigin(isUnread_);
   } else {
     ShowOrigin();
   }
 }
 
-void ChildWindow::NoteOrigin() {
+void ChildWindow::NoteOrigin(bool isUnread) {
+  isUnread_ = isUnread;
   origin_.Note();
   ShowOrigin();
 }
@@ -87,9 +93,10 @@ void ChildWindow::ShowOrigin() {
   const QString title = caption_ + OriginNote();
   if (inUse == shownFor_ && title == windowTitle()) return;
   shownFor_ = inUse;
-  bar_->SetText(origin_.Explanation());
   const bool other = IsOfOtherChip();
-  if (other == bar_->isHidden()) ShowBar(other);
+  bar_->SetText(isUnread_ && !other ? kUnread : origin_.Explanation());
+  const bool told = other || isUnread_;
+  if (told == bar_->isHidden()) ShowBar(told);
   setWindowTitle(title);
   OriginChanged();
 }

@@ -63,8 +63,10 @@ class ChildWindow : public QWidget {
   /// Load, with what the user has chosen to look at left as it is, and with nothing written by the controls that
   /// change.
   virtual void Reread() { Load(); }
-  /// Something has just been read from the chip in use, past Load.
-  void NoteOrigin();
+  /// Something has just been read from the chip in use, past Load; `isUnread`: with a failed transfer.
+  void NoteOrigin(bool isUnread = false);
+  /// A transfer failed as the window was read last, as far as the link's library tells.
+  bool IsUnread() const { return isUnread_; }
   bool IsOfOtherChip() const { return origin_.IsOther(); }
   /// For a window without a layout: puts the bar at its top and tells how much of its height that takes.
   int PlaceBar();
@@ -72,8 +74,11 @@ class ChildWindow : public QWidget {
   virtual void BarChanged() {}
   /// Another chip is in use than at the last look, or the window has been read.
   virtual void OriginChanged() {}
-  /// What stands behind the title, " (read from 58h on USB)"; empty while all is of the chip in use.
-  QString OriginNote() const { return origin_.TitleNote(); }
+  /// What stands behind the title, " (read from 58h on USB)"; empty while all is of the chip in use and was read well.
+  QString OriginNote() const {
+    const QString note = origin_.TitleNote();
+    return note.isEmpty() && isUnread_ ? " (not read in full)" : note;
+  }
 
   platform::Services& Services() const { return context_.services; }
   Desktop& TheDesktop() const { return context_.desktop; }
@@ -106,6 +111,7 @@ class ChildWindow : public QWidget {
   QPushButton* cancelButton_ = nullptr;
   bool selectsOnEnter_ = false;
   bool unloaded_ = false;
+  bool isUnread_ = false;
 };
 
 }  // namespace zth::windows

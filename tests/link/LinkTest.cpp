@@ -4,6 +4,7 @@
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
+#include "link/Transfers.h"
 #include "link/USBStuff.h"
 #include "tests/support/Desk.h"
 
@@ -207,6 +208,37 @@ TEST_F(Link, ALibraryWithoutItsEntriesCallsNothing) {
   OnUsb();
   desk.prompts.script = {platform::BoxAnswer::Ok};
   EXPECT_THROW(ReadRegister(0x58, 0x3E), platform::ProcessEnded);
+}
+
+TEST_F(Link, EveryTransferOfEitherLinkIsCountedOnceAndFailuresAreThoseOfTheLinkInUse) {
+  desk.board.missingEntries.clear();
+  LoadSmbus(desk.libraries);
+  std::int32_t percent = 50;
+  OnEach([&] {
+    const std::int64_t before = Bus.transfers;
+    desk.board.TakeTraffic();
+    ReadRegister(Bus.DeviceAddress, 0x3E), ReadRegisterBlock(Bus.DeviceAddress, 0x10, 4);
+    WriteRegisterValue(Bus.DeviceAddress, 0x21, 1), SetHeater(1, percent), ReadHeaterState();
+    ReadBoardPort(0x4A), WriteBoardPort(0x4A, 1), WriteBoardPortUnchecked(0x4A, 1), ReadRegister(1, 256);
+    EXPECT_EQ(Bus.transfers - before, static_cast<std::int64_t>(desk.board.traffic.size()));
+    EXPECT_EQ(FailedTransfers(), 0);
+  });
+  OnUsb();
+  desk.board.failMatching = "usb ";
+  ConnectAdapter();
+  EXPECT_EQ(FailedTransfers(), 0) << "an adapter that is still waking up";
+  WriteBoardPortUnchecked(0x4A, 1);
+  desk.prompts.script = {platform::BoxAnswer::No};
+  SetHeater(1, percent);
+  EXPECT_EQ(FailedTransfers(), 2);
+  OnSmbus();
+  const FailureWatch watch;
+  desk.board.smbusFails = [](const std::string&) { return true; };
+  WriteRegisterValue(0x2C, 0x30, 1), ReadRegister(0x2D, 0x3E);
+  EXPECT_TRUE(watch.Failed());
+  EXPECT_EQ(FailedTransfers(), 1) << "of the address in use";
+  desk.board.knowsFailures = false;
+  EXPECT_FALSE(FailedTransfers() || watch.Failed());
 }
 
 }  // namespace

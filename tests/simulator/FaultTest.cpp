@@ -74,6 +74,7 @@ TEST(Faults, AFailedTransferOnTheSmbusReadsAllOnesOrIsLost) {
   host.Write(0x2C, 0x2C, 0x11);
   EXPECT_EQ(host.Read(0x2C, 0x2C), 0xFF);
   EXPECT_EQ(host.Read(0x2C, 0x3E), 0x41);
+  EXPECT_EQ(host.Failures(0x2C), 2);
 }
 
 TEST(SimulatorSettings, EveryKeyIsTaken) {

@@ -75,6 +75,7 @@ TEST(SmbusHost, HasOneChipAndReadsAllOnesElsewhere) {
   host.Write(0x2C, 0x2C, 0x33);
   host.Write(0x2D, 0x2C, 0x44);
   EXPECT_EQ(host.Read(0x2C, 0x2C), 0x33);
+  EXPECT_EQ(host.Failures(0x2D), 2);
   host.TheBus().AdvanceReal(1s);
   EXPECT_EQ(host.Read(0x2C, 0xC0), 0x00) << "without switches every connection is closed";
 }

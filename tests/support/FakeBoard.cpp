@@ -37,6 +37,9 @@ std::uint8_t ZTH_LIBRARY_CALL ReadSmbus(std::uint8_t address, std::uint8_t reg) 
 void ZTH_LIBRARY_CALL WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
   board->WriteSmbus(address, reg, value);
 }
+std::int32_t ZTH_LIBRARY_CALL SmbusFailures(std::uint8_t address) {
+  return board->SmbusFailures(address);
+}
 
 template <auto kTexts, bool kUsb>
 const char* ZTH_LIBRARY_CALL Say() {
@@ -66,7 +69,8 @@ class BoardLibrary final : public platform::Library {
                                         {"VendorIORequest", reinterpret_cast<void*>(&VendorIORequest)},
                                         {"DetectSmbus", reinterpret_cast<void*>(&DetectSmbus)},
                                         {"ReadSmbus", reinterpret_cast<void*>(&ReadSmbus)},
-                                        {"WriteSmbus", reinterpret_cast<void*>(&WriteSmbus)}};
+                                        {"WriteSmbus", reinterpret_cast<void*>(&WriteSmbus)},
+                                        {"SmbusFailures", reinterpret_cast<void*>(&SmbusFailures)}};
 };
 
 /// The request as the text of its form; empty when it is of none.
@@ -156,16 +160,22 @@ void FakeBoard::Carry(std::int16_t request, std::int32_t value, std::int32_t ind
   if (request == 0xDF && direction == 0) ports[value] = static_cast<std::uint8_t>(index);
 }
 
-std::uint8_t FakeBoard::ReadSmbus(std::uint8_t address, std::uint8_t reg) {
-  traffic.push_back(Text("smb R %02X:%02X", address, reg));
+FakeBoard::Registers* FakeBoard::Taker(int address, const std::string& transfer) {
+  traffic.push_back(transfer);
   const auto chip = smbusChips.find(address);
-  return chip == smbusChips.end() ? std::uint8_t{0xFF} : chip->second[reg];
+  if (chip != smbusChips.end() && !(smbusFails && smbusFails(transfer))) return &chip->second;
+  ++smbusFailures[address];
+  return nullptr;
+}
+
+std::uint8_t FakeBoard::ReadSmbus(std::uint8_t address, std::uint8_t reg) {
+  const Registers* chip = Taker(address, Text("smb R %02X:%02X", address, reg));
+  return chip == nullptr ? std::uint8_t{0xFF} : (*chip)[reg];
 }
 
 void FakeBoard::WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
-  traffic.push_back(Text("smb W %02X:%02X=%02X", address, reg, value));
-  const auto chip = smbusChips.find(address);
-  if (chip != smbusChips.end()) chip->second[reg] = value;
+  Registers* chip = Taker(address, Text("smb W %02X:%02X=%02X", address, reg, value));
+  if (chip != nullptr) (*chip)[reg] = value;
 }
 
 std::string R(int reg) {

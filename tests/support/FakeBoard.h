@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -37,6 +38,7 @@ class BoardEntries {
   virtual void DetectSmbus() = 0;
   virtual std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg) = 0;
   virtual void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = 0;
+  virtual std::int32_t SmbusFailures(std::uint8_t address) = 0;
 
   /// What a library says that it talks to, and what keeps it from that, by the name of the library. One that is not
   /// here does not export BoardName or BoardTrouble, as a maker's.
@@ -70,8 +72,15 @@ class FakeBoard final : public BoardEntries {
   platform::LoadedLibrary Load(const QString& name);
   std::map<QString, QString> loadErrors;
 
-  /// Entry points that the libraries do not export.
-  std::set<std::string> missingEntries;
+  /// Entry points that the libraries do not export: as a rule that of failures, which a maker's has not.
+  std::set<std::string> missingEntries{"SmbusFailures"};
+
+  /// SMBus transfers, as Traffic has them, that fail: a read gives 0xFF, a write is lost. So does every one to an
+  /// address without a chip.
+  std::function<bool(const std::string& transfer)> smbusFails;
+  /// What the library tells of them; -1 throughout when it does not know.
+  std::map<int, std::int32_t> smbusFailures;
+  bool knowsFailures = true;
 
   /// Result of the firmware download.
   std::int16_t firmwareResult = 1;
@@ -105,8 +114,11 @@ class FakeBoard final : public BoardEntries {
   void DetectSmbus() override { traffic.emplace_back("smb detect"); }
   std::uint8_t ReadSmbus(std::uint8_t address, std::uint8_t reg) override;
   void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) override;
+  std::int32_t SmbusFailures(std::uint8_t address) override { return knowsFailures ? smbusFailures[address] : -1; }
 
  private:
+  /// The chip that takes a transfer over SMBus; null when it fails.
+  Registers* Taker(int address, const std::string& transfer);
   void Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction, std::int16_t length,
              std::uint8_t* buffer);
 };

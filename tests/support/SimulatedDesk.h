@@ -48,6 +48,7 @@ class SimulatedDesk : private BoardEntries {
     CatchUp();
     smbus.Write(address, reg, value);
   }
+  std::int32_t SmbusFailures(std::uint8_t address) override { return smbus.Failures(address); }
 
   double last_;
 };

@@ -144,6 +144,8 @@ TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
   EXPECT_EQ(bus.Name(), "SMBus host (i2c-1)");
   EXPECT_EQ(Told(""), 2) << "nothing else but the search's one failure on i2c-0 for 0x58:\n" << errors.str();
   EXPECT_EQ(Run("58 r 3E"), "41 on 1:58 r 3E,") << "the other adapter goes on";
+  EXPECT_EQ(bus.Failures(0x2C), 2001);
+  EXPECT_EQ(bus.Failures(0x58), 0) << "an adapter that the search went past is no failure";
 }
 
 TEST_F(HostBusTest, AnAdapterThatGoesWhileItsChipAnswersIsLetGoWithinSeconds) {

@@ -79,4 +79,10 @@ extern "C" {
 [[gnu::visibility("default")]] void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
   zth::smbus::WithBus([address, reg, value](zth::smbus::HostBus& bus) { bus.Write(address, reg, value); });
 }
+
+[[gnu::visibility("default")]] std::int32_t SmbusFailures(std::uint8_t address) {
+  std::int32_t failures = -1;
+  zth::smbus::WithBus([&failures, address](zth::smbus::HostBus& bus) { failures = bus.Failures(address); });
+  return failures;
+}
 }

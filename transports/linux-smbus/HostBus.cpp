@@ -87,11 +87,18 @@ std::string HostBus::Name() const {
 }
 
 std::uint8_t HostBus::Read(std::uint8_t address, std::uint8_t reg) {
-  return Run({Direction::Read, address, reg, 0}).value_or(kNoAnswer);
+  return RunCounted({Direction::Read, address, reg, 0}).value_or(kNoAnswer);
 }
 
 void HostBus::Write(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
-  Run({Direction::Write, address, reg, value});
+  RunCounted({Direction::Write, address, reg, value});
+}
+
+std::optional<std::uint8_t> HostBus::RunCounted(const Transfer& transfer) {
+  const std::optional<std::uint8_t> done = Run(transfer);
+  std::int32_t& failures = failures_.at(transfer.address);
+  if (!done) failures = (failures + 1) & 0x7FFFFFFF;
+  return done;
 }
 
 std::optional<std::uint8_t> HostBus::Run(const Transfer& transfer) {

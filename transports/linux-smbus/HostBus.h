@@ -31,7 +31,8 @@ constexpr bool IsForbidden(std::uint8_t address) {
 /// a kernel driver that holds it. From its first answer on a chip stays with its adapter, so that a transfer that fails
 /// can never turn up the value of another chip on another bus.
 ///
-/// Failures reach the caller as kNoAnswer alone. Each is told once for an adapter, an address and an errno.
+/// Failures reach the caller as kNoAnswer, and as a count for each address. Each is told once for an adapter, an
+/// address and an errno.
 class HostBus {
  public:
   /// The system and the journal outlive the bus.
@@ -53,6 +54,8 @@ class HostBus {
   std::uint8_t Read(std::uint8_t address, std::uint8_t reg);
   /// One byte-data write. Detects first, when nobody has.
   void Write(std::uint8_t address, std::uint8_t reg, std::uint8_t value);
+  /// Transfers with an address that no chip took, since the start: those that were never put on a bus as well.
+  std::int32_t Failures(std::uint8_t address) const { return failures_.at(address); }
 
  private:
   struct Port {
@@ -70,6 +73,7 @@ class HostBus {
   void TellTrouble(const std::string& text);
   /// The byte read, 0 after a write, nothing when no chip took the transfer.
   std::optional<std::uint8_t> Run(const Transfer& transfer);
+  std::optional<std::uint8_t> RunCounted(const Transfer& transfer);
   /// As Run, on one port: a value of 0 or above, or -errno. `isHeld` says that the address is a kernel driver's.
   int RunOn(Port& port, const Transfer& transfer, bool& isHeld);
   void LookAfter(Port& port);
@@ -83,6 +87,7 @@ class HostBus {
   std::vector<Port> ports_;
   std::array<std::optional<std::size_t>, 128> owner_{};  ///< the port of each address that has answered
   std::set<std::tuple<int, std::uint8_t, int>> told_;    ///< adapter, address, errno
+  std::array<std::int32_t, 256> failures_{};             ///< by address; begins anew rather than end below 0
   unsigned transfersUntilLook_ = 0;
 };
 

@@ -92,8 +92,10 @@ void frmHeaters::Form_Unload() {
 void frmHeaters::RefreshTemperatures() {
   for (int heater = 0; heater < kHeaters; ++heater) {
     const float degrees = chip::Model.Measurements.Temperature[static_cast<std::size_t>(heater + 1)];
-    lblTemp_[static_cast<std::size_t>(heater)]->setText(TemperatureCaption(heater) +
-                                                        QString::fromStdString(base::GeneralText(degrees)) + "°C");
+    QLabel& label = *lblTemp_[static_cast<std::size_t>(heater)];
+    label.setText(TemperatureCaption(heater) + QString::fromStdString(base::GeneralText(degrees)) + "°C" +
+                  chip::AgeSuffix(chip::kTemperatureGroup));
+    label.setForegroundRole(chip::IsStale(chip::kTemperatureGroup) ? QPalette::PlaceholderText : QPalette::NoRole);
   }
 }
 

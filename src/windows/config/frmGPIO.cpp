@@ -173,9 +173,15 @@ void frmGPIO::Form_Unload() {
 }
 
 void frmGPIO::UpdateGPIOStatus() {
+  bool read = true;
   {
     const QScopedValueRollback refreshing(refreshing_, true);
-    controls_->Load(kPinReads);
+    // As the window opens there is nothing yet that could stay.
+    if (loaded_) {
+      read = controls_->Refresh(kPinReads);
+    } else {
+      controls_->Load(kPinReads);
+    }
   }
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     const Line& line = lines_[i];
@@ -183,7 +189,9 @@ void frmGPIO::UpdateGPIOStatus() {
     line.cmbStatus->setVisible(output);
     line.lblStatus->setVisible(!output);
     line.lblStatus->setText(line.cmbStatus->currentText());
-    line.lblStatus->setToolTip(line.cmbStatus->toolTip());
+    line.lblStatus->setEnabled(read);
+    line.lblStatus->setToolTip(read ? line.cmbStatus->toolTip() : "Old: the last read failed");
+    line.lblStatus->setAccessibleDescription(read ? QString() : "Old: the last read failed");
     line.chkPinEn->setChecked(chip::Model.PinFunctions.*kPinFunctions[i].flag == 0);
   }
 }

@@ -1,5 +1,6 @@
 #include "windows/data/GraphSubs.h"
 
+#include <cmath>
 #include <initializer_list>
 
 #include <QString>
@@ -19,14 +20,25 @@ void Write(widgets::Strip& chart, int slot, const QString& text) {
   chart.SetCaption(text);
 }
 
+/// What a chart is fed: an old value is a gap in the line.
+double Fed(int group, double value) {
+  return chip::IsStale(group) ? std::nan("") : value;
+}
+
+/// What a legend shows in the place of a value; an old one is told by its age alone, for which there is room.
+QString Shown(int group, const QString& value) {
+  return chip::IsStale(group) ? chip::AgeText(group) : value;
+}
+
 void FeedTemperatures(const Graphs& charts) {
   for (int i = 0; i < 4; ++i) {
     const auto at = static_cast<std::size_t>(i);
     const float value = chip::Model.Measurements.Temperature.at(at);
+    const QString degrees = QString("%1\u00B0C").arg(base::GeneralText(value).c_str());
     const QString text =
-        QString("%1 = %2\u00B0C").arg(chip::kTemperatureNames.at(at), base::GeneralText(value).c_str());
+        QString("%1 = %2").arg(chip::kTemperatureNames.at(at), Shown(chip::kTemperatureGroup, degrees));
     for (const Graph graph : {kTemperatureGraph, kTemperatureTachGraph, kTemperaturePwmGraph}) {
-      charts[graph]->PlotValue(i, static_cast<double>(value));
+      charts[graph]->PlotValue(i, Fed(chip::kTemperatureGroup, static_cast<double>(value)));
       Write(*charts[graph], kFirstSlot + i, text);
     }
   }
@@ -43,15 +55,16 @@ void FeedPair(widgets::Strip& own, widgets::Strip& shared, int index, double val
 void FeedTachs(const Graphs& charts) {
   for (int i = 0; i < 8; ++i) {
     const std::int32_t rpm = chip::Model.Measurements.TachRpm.at(static_cast<std::size_t>(i));
-    FeedPair(*charts[kTachGraph], *charts[kTemperatureTachGraph], i, rpm, QString("Tach%1=%2").arg(i + 1).arg(rpm));
+    const QString text = QString("Tach%1=%2").arg(i + 1).arg(Shown(chip::kTachGroup, QString::number(rpm)));
+    FeedPair(*charts[kTachGraph], *charts[kTemperatureTachGraph], i, Fed(chip::kTachGroup, rpm), text);
   }
 }
 
 void FeedPwms(const Graphs& charts) {
   for (int i = 0; i < 4; ++i) {
     const std::int16_t percent = chip::Model.Measurements.PwmPercent.at(static_cast<std::size_t>(i));
-    FeedPair(*charts[kPwmGraph], *charts[kTemperaturePwmGraph], i, percent,
-             QString("PWM%1=%2%").arg(i + 1).arg(percent));
+    const QString text = QString("PWM%1=%2").arg(i + 1).arg(Shown(chip::kPwmGroup, QString("%1%").arg(percent)));
+    FeedPair(*charts[kPwmGraph], *charts[kTemperaturePwmGraph], i, Fed(chip::kPwmGroup, percent), text);
   }
 }
 
@@ -59,7 +72,8 @@ void FeedVoltages(const Graphs& charts) {
   int trace = 0;
   for (std::size_t channel = 0; channel < chip::Model.VoltagePresent.size(); ++channel) {
     if (!chip::Model.VoltagePresent[channel]) continue;
-    charts[kVoltageGraph]->PlotValue(trace++, static_cast<double>(chip::Model.Measurements.Voltage[channel]));
+    const auto volts = static_cast<double>(chip::Model.Measurements.Voltage[channel]);
+    charts[kVoltageGraph]->PlotValue(trace++, Fed(chip::kVoltageGroup, volts));
   }
 }
 
@@ -72,7 +86,7 @@ void FeedGraphs(const Graphs& stpGraph) {
   FeedVoltages(stpGraph);
   for (int i = 0; i < 2; ++i) {
     const float percent = chip::Model.Measurements.ThermPercent.at(static_cast<std::size_t>(i));
-    stpGraph[kThermGraph]->PlotValue(i, static_cast<double>(percent));
+    stpGraph[kThermGraph]->PlotValue(i, Fed(chip::kThermGroup, static_cast<double>(percent)));
   }
 }
 

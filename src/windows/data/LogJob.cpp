@@ -73,8 +73,11 @@ std::string BuildLogLine() {
   // In 64 bits: a log of months passes what 32 bits hold of milliseconds.
   const std::int64_t milliseconds = Shared.LogSampleCount * Shared.LogPeriodMs;
   std::string line = base::GeneralText(base::RoundHalfEven(static_cast<double>(milliseconds) / 1000.0, 3)) + ",";
-  for (const chip::LogChannel& channel : chip::Model.LogChannelTable) {
-    if (channel.Selected == 1.0F) line += base::GeneralText(channel.Value) + " ,";
+  for (std::size_t row = 0; row < chip::Model.LogChannelTable.size(); ++row) {
+    const chip::LogChannel& channel = chip::Model.LogChannelTable[row];
+    if (channel.Selected != 1.0F) continue;
+    // A value that could not be read leaves its field empty: a log holds no number twice that was measured once.
+    line += chip::IsStale(chip::GroupOfLogRow(row)) ? "," : base::GeneralText(channel.Value) + " ,";
   }
   return line;
 }

@@ -19,6 +19,7 @@
 #include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
+#include "link/Transfers.h"
 #include "link/USBStuff.h"
 #include "widgets/Named.h"
 #include "windows/Handlers.h"
@@ -209,14 +210,16 @@ void frmSave::cmdsave_Click() {
                                txtComment_->text().toStdString());
   desktop.EnableTimer(false);
   int lines = 0;
+  const link::FailureWatch watch;
   text += ReadChip(lines);
   text += kSavedEnd;
+  const QString failed = watch.Failed() ? "; transfers failed: a value of 0xFF may not be the chip's" : "";
 
   EndProgress("");
   const QString file = AskForFile(true);
   if (!file.isEmpty()) {
     if (Services().files.Replace(file, QByteArray::fromStdString(text))) {
-      Remember("Saved " + Registers(lines) + " to " + QDir::toNativeSeparators(file), desktop);
+      Remember("Saved " + Registers(lines) + " to " + QDir::toNativeSeparators(file) + failed, desktop);
       Unload();
     } else {
       EndProgress("Not saved: " + QFileInfo(file).fileName() + " could not be written");
@@ -250,6 +253,7 @@ void frmSave::Recall(std::string_view text, const QString& file) {
   SavedReader reader(text);
   auto result = reader.FindStart() ? SavedReader::Result::Line : SavedReader::Result::Broken;
   int written = 0;
+  const link::FailureWatch watch;
   stop_ = false;
   Shared.RecallRunning = true;
   desktop.EnableTimer(false);
@@ -276,6 +280,7 @@ void frmSave::Recall(std::string_view text, const QString& file) {
   const bool cancelled = result == SavedReader::Result::Line;
   QString outcome = (cancelled ? "Cancelled after " : "") + Registers(written) + " written";
   if (result == SavedReader::Result::Broken) outcome += "; the file breaks off before its \"}\"";
+  if (watch.Failed()) outcome += "; transfers failed: not all of them have reached the chip";
   const QString path = QDir::toNativeSeparators(file);
   if (self) EndProgress(outcome, path);
   Remember(outcome + " (" + path + ")", desktop);

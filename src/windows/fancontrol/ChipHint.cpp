@@ -80,9 +80,13 @@ bool ChipHint::IsMoved() const {
 
 void ChipHint::Refresh(bool otherChip) {
   const QString text = !otherChip && IsMoved() ? QString("chip: %1").arg(polled_()) : QString();
-  if (text == label_.text()) return;
+  const QString age = text.isEmpty() ? QString() : chip::AgeSuffix(chip::kDynamicTminGroup);
+  label_.setForegroundRole(age.isEmpty() ? QPalette::NoRole : QPalette::PlaceholderText);
+  label_.setToolTip(age.isEmpty() ? QString() : text + age);
+  const QString spoken = text.isEmpty() ? QString() : QString("The chip holds %1").arg(polled_()) + age;
+  if (text == label_.text() && spoken == box_.accessibleDescription()) return;
   label_.setText(text);
-  box_.setAccessibleDescription(text.isEmpty() ? QString() : QString("The chip holds %1").arg(polled_()));
+  box_.setAccessibleDescription(spoken);
 }
 
 ChipHint::Polled PolledDegrees(int reg) {

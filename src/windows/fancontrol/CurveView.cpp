@@ -35,8 +35,11 @@ void CurveView::SetLegend() {
     stpGraph_->SetCaption(text);
   };
   for (int slot = 1; slot <= chip::kTemperatures; ++slot) caption(slot, "");
+  const bool old = chip::IsStale(chip::kTemperatureGroup);
+  const QString age = chip::AgeText(old ? chip::kTemperatureGroup : chip::kPwmGroup);
   for (int s = 0; s < curve.SourceCount; ++s) {
-    caption(s + 1, QString::fromStdString(curve.Sources[static_cast<std::size_t>(s)].Name));
+    const QString name = QString::fromStdString(curve.Sources[static_cast<std::size_t>(s)].Name);
+    caption(s + 1, name + (age.isEmpty() ? "" : " = " + age));
   }
   if (curve.SourceCount > 0) return;
   stpGraph_->SetLabelIndex(0);
@@ -78,6 +81,8 @@ void CurveView::DrawWithDots(bool ready) {
 }
 
 std::vector<DotTrail::Dot> CurveView::DotsNow() const {
+  // A dot says where the fan is now; nothing does while one of its two values is old.
+  if (chip::IsStale(chip::kTemperatureGroup) || chip::IsStale(chip::kPwmGroup)) return {};
   const double now = services_.clock.Now();
   const double duty = chip::Model.Measurements.PwmPercent[static_cast<std::size_t>(pwm_)];
   std::vector<DotTrail::Dot> dots;

@@ -1,6 +1,8 @@
 #include "windows/fancontrol/frmDynamicTmin.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include <QPushButton>
 #include <QTabWidget>
@@ -12,6 +14,7 @@
 #include "chip/PinModel.h"
 #include "chip/RegisterNames.h"
 #include "link/Declarations.h"
+#include "link/Transfers.h"
 #include "link/USBStuff.h"
 #include "widgets/Strip.h"
 #include "windows/SharedState.h"
@@ -59,10 +62,24 @@ void frmDynamicTmin::PlotChannel(int channel) {
       static_cast<double>(live.Temperature[remote]), opPoint, static_cast<double>(live.PolledTmin[remote]),
       static_cast<double>(live.PolledHighLimit[remote]), static_cast<double>(live.PolledLowLimit[remote])};
   for (int trace = 0; trace < static_cast<int>(values.size()); ++trace) {
-    strip.PlotValue(trace, values[static_cast<std::size_t>(trace)]);
+    const int group = trace == 0 ? chip::kTemperatureGroup : chip::kDynamicTminGroup;
+    strip.PlotValue(trace, chip::IsStale(group) ? std::nan("") : values[static_cast<std::size_t>(trace)]);
     PlaceTraceLabel(strip, trace, values[static_cast<std::size_t>(trace)]);
   }
-  strip.PlotValue(kHysteresisFloorTrace, opPoint - base::LeadingDecimal(Controls().TextOf("txtOpPointHyst")));
+  const double floor = opPoint - base::LeadingDecimal(Controls().TextOf("txtOpPointHyst"));
+  strip.PlotValue(kHysteresisFloorTrace, chip::IsStale(chip::kDynamicTminGroup) ? std::nan("") : floor);
+  ShowAges(strip, channel);
+}
+
+void frmDynamicTmin::ShowAges(widgets::Strip& strip, int channel) {
+  QStringList ages;
+  for (const auto& [group, name] : {std::pair{chip::kTemperatureGroup, "temperature"},
+                                    {chip::kDynamicTminGroup, "Tmin and limits"},
+                                    {chip::kPwmGroup, "duties"}}) {
+    if (chip::IsStale(group)) ages << QString(name) + ' ' + chip::AgeText(group);
+  }
+  strip.SetLabelIndex(0);
+  strip.SetCaption(QString("Remote%1").arg(channel + 1) + (ages.isEmpty() ? "" : ": " + ages.join(", ")));
 }
 
 void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double value) {
@@ -74,7 +91,11 @@ void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double va
 }
 
 void frmDynamicTmin::SetDutyLegend() {
-  const auto lists = ListDutyTraces(link::ReadBlock<4>("PWM1 Config"_reg));
+  const link::FailureWatch watch;
+  const auto configs = link::ReadBlock<4>("PWM1 Config"_reg);
+  // Behind a failed transfer the list stays: 0xFF would say that no fan is under control.
+  if (!watch.Failed()) configs_ = configs;
+  const auto lists = ListDutyTraces(configs_);
   for (int channel = 0; channel < kRemotes; ++channel) {
     const DutyTraceList& list = lists[static_cast<std::size_t>(channel)];
     widgets::Strip& strip = *Strip2_[static_cast<std::size_t>(channel)];
@@ -86,7 +107,8 @@ void frmDynamicTmin::SetDutyLegend() {
       strip.SetLabelTrace(kFirstDutyTrace + k);
       strip.SetLabelLine(used);
       const auto pwm = static_cast<std::size_t>(list.Pwm[place]);
-      strip.PlotValue(kFirstDutyTrace + k, used ? chip::Model.Measurements.PwmPercent[pwm] : 0);
+      const double duty = used ? chip::Model.Measurements.PwmPercent[pwm] : 0;
+      strip.PlotValue(kFirstDutyTrace + k, used && chip::IsStale(chip::kPwmGroup) ? std::nan("") : duty);
     }
     if (list.Count > 0) continue;
     strip.SetLabelIndex(DutySlot(0));

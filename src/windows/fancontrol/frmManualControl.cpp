@@ -93,6 +93,10 @@ QGroupBox* frmManualControl::MakeFrame() {
     grid->addWidget(slider, pwm, 1);
     grid->addWidget(state, pwm, 2);
   }
+  // Its line is there whether it says something or not, so that nothing moves.
+  lblStale_ = new QLabel(frame);
+  lblStale_->setObjectName("lblStale");
+  grid->addWidget(lblStale_, chip::kPwmChannels, 1);
   return frame;
 }
 
@@ -130,6 +134,17 @@ void frmManualControl::RefreshManualControlSliders() {
     writtenAfter_[pwm].reset();
     sldManual_[pwm]->SetValue(std::min<int>(chip::Model.Measurements.PwmPercent[pwm], 100));
   }
+  ShowAge();
+}
+
+void frmManualControl::ShowAge() {
+  const QString age = chip::AgeText(chip::kPwmGroup);
+  const QString text = age.isEmpty() ? QString() : "Duties " + age;
+  for (widgets::GSlider* slider : sldManual_) {
+    slider->SetStale(!age.isEmpty());
+    slider->setAccessibleDescription(text);
+  }
+  lblStale_->setText(text);
 }
 
 void frmManualControl::changeEvent(QEvent* event) {

@@ -36,6 +36,7 @@ class frmManualControl final : public ChildWindow {
 
  private:
   QGroupBox* MakeFrame();
+  void ShowAge();
   void cmdClose_Click();
   void sldManual_MouseDown();
   void sldManual_MouseUp();
@@ -43,6 +44,7 @@ class frmManualControl final : public ChildWindow {
 
   std::array<widgets::GSlider*, 4> sldManual_{};
   std::array<QLabel*, 4> lblManual_{};
+  QLabel* lblStale_ = nullptr;
   /// How often the duties had been read when the slider was last written; none once they have been read since.
   std::array<std::optional<std::uint32_t>, 4> writtenAfter_{};
 };

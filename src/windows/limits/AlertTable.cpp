@@ -18,6 +18,8 @@
 namespace zth::windows {
 namespace {
 
+constexpr char kLampTip[] = "Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled";
+
 enum Column { kLabelColumn, kMaskColumn, kLampColumn };
 
 }  // namespace
@@ -57,7 +59,7 @@ void AlertTable::AddRow(int row, QGridLayout& grid) {
     OnToggle(*controls.mask, [this, row] { Mask_Click(row); });
   }
   controls.lamp->setObjectName(NameOf({tab_.lamp, row}));
-  controls.lamp->setToolTip("Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled");
+  controls.lamp->setToolTip(kLampTip);
   grid.addWidget(controls.lamp, row + 1, kLampColumn, Qt::AlignCenter);
   Describe(controls);
   rows_.push_back(controls);
@@ -83,11 +85,16 @@ void AlertTable::ShowMasks(int reg, int value) {
   }
 }
 
-void AlertTable::ShowStatus(int reg, int value) {
+void AlertTable::ShowStatus(int reg, std::optional<int> value) {
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     const AlertRow& text = tab_.rows[row];
     if (text.statusRegister != reg) continue;
-    const bool alert = base::GetBit(static_cast<unsigned>(value), text.bit);
+    if (rows_[row].lamp->Stale() == value.has_value()) {
+      rows_[row].lamp->SetStale(!value);
+      rows_[row].lamp->setToolTip(value ? kLampTip : "Old: the last read failed");
+    }
+    if (!value) continue;
+    const bool alert = base::GetBit(static_cast<unsigned>(*value), text.bit);
     rows_[row].lamp->SetValue(alert);
     if (!rows_[row].lamp->Visible()) continue;
     const bool before = std::exchange(rows_[row].alert, alert).value_or(false);

@@ -30,8 +30,9 @@ class AlertTable final : public QWidget {
   /// which writes back the bit just read.
   void ShowMasks(int reg, int value);
   /// Sets the lamps of the rows whose status stands in `reg` from its value, and tells of those that show and turn. The
-  /// first value of a lamp tells of it if it is red.
-  void ShowStatus(int reg, int value);
+  /// first value of a lamp tells of it if it is red. Without a value, since its read failed, they keep their state and
+  /// are marked as stale.
+  void ShowStatus(int reg, std::optional<int> value);
   /// The next value of each lamp counts as its first: it is of another chip.
   void ForgetStatus();
   /// The channels whose lamps show and are red.

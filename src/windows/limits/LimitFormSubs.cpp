@@ -1,12 +1,14 @@
 #include "windows/limits/LimitFormSubs.h"
 
 #include <array>
+#include <optional>
 
 #include "base/BitField.h"
 #include "chip/ChipState.h"
 #include "chip/PinModel.h"
 #include "chip/RegisterNames.h"
 #include "link/Declarations.h"
+#include "link/Transfers.h"
 #include "link/USBStuff.h"
 #include "windows/limits/AlertTable.h"
 #include "windows/limits/LimitPanel.h"
@@ -20,8 +22,16 @@ constexpr std::array kStatusRegisters{
     "Thermal Status 1,BMC"_reg, "Thermal Status 2,BMC"_reg, "Thermal Status 3,Host"_reg, "Voltage Status 1,BMC"_reg,
     "Voltage Status 2,BMC"_reg, "Fan Status,BMC"_reg,       "Digital Status,BMC"_reg};
 
-int Read(int reg) {
-  return link::ReadRegister(link::Bus.DeviceAddress, reg);
+/// Nothing when the transfer failed, as far as the link's library tells.
+std::optional<int> Read(int reg) {
+  const link::FailureWatch watch;
+  const int value = link::ReadRegister(link::Bus.DeviceAddress, reg);
+  return watch.Failed() ? std::nullopt : std::optional(value);
+}
+
+/// A box that changes writes its mask. Of a failed read, which would tick them all, nothing is shown.
+void ShowMasks(AlertTable& alerts, int reg, std::optional<int> masks) {
+  if (masks) alerts.ShowMasks(reg, *masks);
 }
 
 /// The list anew, its start item, and its limits, also where nothing was there to select.
@@ -44,14 +54,14 @@ void NameVoltageRow(AlertTable& alerts, const LimitChannel& channel) {
 
 void InitTemperatureTab(const LimitForm& form) {
   InitGauge(*form.temperature);
-  form.temperatureAlerts->ShowMasks("Thermal Mask 1"_reg, Read("Thermal Mask 1"_reg));
+  ShowMasks(*form.temperatureAlerts, "Thermal Mask 1"_reg, Read("Thermal Mask 1"_reg));
   form.temperatureAlerts->SetLiveByPins();
 }
 
 void InitFanTab(const LimitForm& form) {
   InitGauge(*form.fan);
-  form.fanAlerts->ShowMasks("Fan Mask"_reg, Read("Fan Mask"_reg));
-  const int tachEnable = Read("Tach Enable"_reg);
+  ShowMasks(*form.fanAlerts, "Fan Mask"_reg, Read("Fan Mask"_reg));
+  const int tachEnable = Read("Tach Enable"_reg).value_or(0xFF);
   const int rows = static_cast<int>(form.fanAlerts->Tab().rows.size());
   for (int row = 0; row < rows; ++row) UpdateFanRow(form, row, tachEnable);
 }
@@ -70,7 +80,7 @@ void InitVoltageTab(const LimitForm& form) {
   }
   form.voltage->SelectStart();
   form.voltage->ShowLimits();
-  for (const int reg : {"Voltage Mask 1"_reg, "Voltage Mask 2"_reg}) form.voltageAlerts->ShowMasks(reg, Read(reg));
+  for (const int reg : {"Voltage Mask 1"_reg, "Voltage Mask 2"_reg}) ShowMasks(*form.voltageAlerts, reg, Read(reg));
 }
 
 void InitThermTimerTab(const LimitForm& form) {
@@ -78,9 +88,9 @@ void InitThermTimerTab(const LimitForm& form) {
   form.thermTimer->EnableList(form.thermTimer->Count() > 0);
   form.thermTimer->SelectStart();
   form.thermTimer->ShowLimits();
-  const int masks = Read("Thermal Mask 2"_reg);
-  form.thermAlerts->ShowMasks("Thermal Mask 2"_reg, masks);
-  form.digitalAlerts->ShowMasks("Thermal Mask 2"_reg, masks);
+  const auto masks = Read("Thermal Mask 2"_reg);
+  ShowMasks(*form.thermAlerts, "Thermal Mask 2"_reg, masks);
+  ShowMasks(*form.digitalAlerts, "Thermal Mask 2"_reg, masks);
 }
 
 void InitThermPinTab(const LimitForm& form) {
@@ -89,7 +99,7 @@ void InitThermPinTab(const LimitForm& form) {
 }
 
 void InitDigitalTab(const LimitForm& form) {
-  form.digitalAlerts->ShowMasks("Digital Mask"_reg, Read("Digital Mask"_reg));
+  ShowMasks(*form.digitalAlerts, "Digital Mask"_reg, Read("Digital Mask"_reg));
 }
 
 void RefreshTemperatureGauge(const LimitForm& form) {
@@ -110,7 +120,7 @@ void RefreshThermPinGauge(const LimitForm& form) {
 
 void RefreshAlertToggles(const LimitForm& form) {
   for (const int reg : kStatusRegisters) {
-    const int status = Read(reg);
+    const auto status = Read(reg);
     for (const LimitForm::Page& page : form.Pages()) page.alerts->ShowStatus(reg, status);
   }
 }

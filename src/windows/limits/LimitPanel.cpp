@@ -170,14 +170,16 @@ void LimitPanel::ApplyLimits() {
 
 void LimitPanel::RefreshGauge() {
   const LimitChannel* channel = Selected();
-  if (channel == nullptr && tab_.emptyCaption != nullptr) {
+  const bool none = channel == nullptr && tab_.emptyCaption != nullptr;
+  gauge_->SetStale(!none && chip::IsStale(tab_.group));
+  if (none) {
     SetNeedle(kReadingNeedle, 0);
     gauge_->SetCaption(tab_.emptyCaption);
     return;
   }
   const float value = tab_.reading(channel == nullptr ? 0 : static_cast<std::size_t>(channel->index));
   SetNeedle(kReadingNeedle, static_cast<double>(value));
-  gauge_->SetCaption(ReadingText(value, tab_.unit));
+  gauge_->SetCaption(ReadingText(value, tab_.unit) + chip::AgeSuffix(tab_.group));
 }
 
 }  // namespace zth::windows

@@ -229,6 +229,7 @@ const GaugeTab kTemperatureGauge{
     .show = ShowTemperature,
     .encode = EncodeTemperature,
     .reading = TemperatureReading,
+    .group = chip::kTemperatureGroup,
     .unit = kDegreesC,
 };
 
@@ -241,6 +242,7 @@ const GaugeTab kFanGauge{
     .show = ShowFan,
     .encode = EncodeFan,
     .reading = FanReading,
+    .group = chip::kTachGroup,
     .unit = "rpm",
 };
 
@@ -255,6 +257,7 @@ const GaugeTab kVoltageGauge{
     .show = ShowVoltage,
     .encode = EncodeVoltage,
     .reading = VoltageReading,
+    .group = chip::kVoltageGroup,
     .unit = "V",
 };
 
@@ -267,6 +270,7 @@ const GaugeTab kThermTimerGauge{
     .show = ShowThermTimer,
     .encode = EncodeThermTimer,
     .reading = ThermTimerReading,
+    .group = chip::kThermGroup,
     .unit = "%",
     .emptyCaption = "Disabled",
 };
@@ -282,6 +286,7 @@ const GaugeTab kThermPinGauge{
     .show = ShowTemperature,
     .encode = EncodeTemperature,
     .reading = TemperatureReading,
+    .group = chip::kTemperatureGroup,
     .unit = kDegreesC,
 };
 

@@ -39,6 +39,7 @@ struct GaugeTab {
   double (*show)(std::uint8_t raw, const LimitChannel& channel) = nullptr;
   std::uint8_t (*encode)(double value, const LimitChannel& channel) = nullptr;
   float (*reading)(std::size_t index) = nullptr;
+  int group = 0;  ///< of the measurements that it is taken from
   const char* unit = "";
   const char* emptyCaption = nullptr;  ///< with an empty list; null: the reading of index 0
 };

@@ -19,6 +19,7 @@
 #include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
+#include "link/Transfers.h"
 #include "link/USBStuff.h"
 #include "windows/BoxHint.h"
 #include "windows/PendingMarks.h"
@@ -102,29 +103,32 @@ void frmRegMap::ShowRegisterDetails(int row) {
   SetAddressBox(lblCurrentAddr_->text());
   lblReadOnly_->setText(entry.ReadOnly ? "Yes" : "No");
   fraBits_->ShowBitNames(QString::fromStdString(entry.BitNames));
-  const int value = link::ReadRegister(link::Bus.DeviceAddress, entry.Address);
   shown_ = Shown{entry.Address, row};
-  ShowValue(value);
-  MarkNodes(entry.Address, value);
+  const int value = ReadShown();
+  if (!IsUnread()) MarkNodes(entry.Address, value);
 }
 
-void frmRegMap::ShowValue(int value) {
-  NoteOrigin();
+int frmRegMap::ReadShown() {
+  const link::FailureWatch watch;
+  const int value = link::ReadRegister(link::Bus.DeviceAddress, shown_->address);
+  NoteOrigin(watch.Failed());
   lblDecVal_->setText(QString::number(value));
   lblHexVal_->setText(Hex(value));
   fraBits_->ShowRegisterBits(value);
   TellWrites();
+  return value;
 }
 
 void frmRegMap::TellWrites() {
   const std::int32_t address = HexReading(*txtReadAddr_);
   const bool same = shown_ && shown_->address == address;
-  const bool own = same && !IsOfOtherChip();
+  const bool own = same && !IsOfOtherChip() && !IsUnread();
   const QString name = same && shown_->row >= 0 ? QString::fromStdString(EntryOf(shown_->row).Name) : QString();
   QString origin;
   if (!shown_) origin = "\nNothing has been read yet: the digits are not this register's.";
   if (shown_ && !same) origin = "\nThe digits were read from " + HexWithSuffix(shown_->address) + ".";
   if (same && !own) origin = "\nThe digits were read from another chip.";
+  if (same && IsUnread()) origin = "\nThe digits are not this register's: their transfer failed.";
   for (int bit = 0; bit < BitDisplay::kBits; ++bit) {
     fraBits_->TellFlip(bit, WriteHint(address, fraBits_->Value() ^ (1 << bit), name) + origin, !own);
   }
@@ -180,9 +184,8 @@ void frmRegMap::ShowUnknown(std::int32_t address) {
   lblCurrentAddr_->setText(HexWithSuffix(address));
   SetAddressBox(lblCurrentAddr_->text());
   fraBits_->ShowBitNames("7:6:5:4:3:2:1:0");
-  const int value = link::ReadRegister(link::Bus.DeviceAddress, address);
   shown_ = Shown{address, -1};
-  ShowValue(value);
+  ReadShown();
 }
 
 void frmRegMap::Reread() {
@@ -198,7 +201,7 @@ void frmRegMap::OriginChanged() {
   const link::ChipId inUse = link::ChipInUse();
   if (std::exchange(marksOf_, inUse) != inUse) ClearMarks();
   fraDetails_->setTitle("Register Details" + OriginNote());
-  for (QLabel* value : {lblHexVal_, lblDecVal_}) MarkControl(*value, *this, false, IsOfOtherChip());
+  for (QLabel* value : {lblHexVal_, lblDecVal_}) MarkControl(*value, *this, false, IsOfOtherChip() || IsUnread());
   TellWrites();
 }
 

@@ -63,7 +63,8 @@ class frmRegMap final : public ChildWindow {
 
   void ShowRegisterDetails(int row);
   void ShowUnknown(std::int32_t address);
-  void ShowValue(int value);
+  /// Reads the register that is to show, and shows its value.
+  int ReadShown();
   /// Tells at the bits, the value boxes and the button what each would write, and where.
   void TellWrites();
   /// Shows below the bits what the control under the pointer would write, or else the one with the focus.

@@ -113,6 +113,29 @@ TEST(TraceHistory, JoinsSamplesAcrossEmptyColumnsButNotAcrossALostValue) {
   EXPECT_NEAR(static_cast<double>(columns[2].lo), 3.4, 1e-4);
 }
 
+TEST(TraceHistory, AGapOutlivesItsSamplesInEverySummary) {
+  TraceHistory history;
+  // Ten hours at one a second, with a minute lost in the first and the whole of the second hour but for one value.
+  const auto lost = [](int i) { return (i >= 1000 && i < 1060) || (i >= 3600 && i < 7200 && i != 5000); };
+  for (int i = 0; i < 36000; ++i) history.Append(i, lost(i) ? kNaN : i % 10);
+  for (int i = 36000; i < 360000; ++i) history.Append(36000 + (i - 36000) * 0.01, 5);
+  std::vector<Column> columns(40);
+  const auto drawn = [&](std::int64_t first, double width) {
+    history.Columns(first, width, columns);
+    std::string text;
+    for (const Column& column : columns) text += column.Empty() ? '.' : '#';
+    return text;
+  };
+  EXPECT_EQ(drawn(990, 1), std::string(10, '#') + std::string(30, '.')) << "a minute, within two summaries of a minute";
+  EXPECT_EQ(drawn(1050, 1), std::string(10, '.') + std::string(30, '#'));
+  const std::string hours = drawn(0, 300);
+  EXPECT_EQ(hours, "############....#.......################") << "and no line crosses the second hour";
+  const auto points = history.Points(900, 1200);
+  EXPECT_TRUE(std::any_of(points.begin(), points.end(), [](const auto& point) { return std::isnan(point.y); }))
+      << "a lost minute is still told of where its samples are long gone";
+  EXPECT_TRUE(std::is_sorted(points.begin(), points.end(), [](const auto& a, const auto& b) { return a.x < b.x; }));
+}
+
 TEST(TraceHistory, ReadsTheNearestSampleAndSummariesOfTheFarPast) {
   TraceHistory history;
   for (int i = 0; i < 100000; ++i) history.Append(i, i % 100);

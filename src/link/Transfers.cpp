@@ -1,0 +1,18 @@
+#include "link/Transfers.h"
+
+namespace zth::link {
+
+std::optional<std::int32_t> FailedTransfers() {
+  if (Bus.InterfaceMode == kModeUsb) return Bus.usbFailures;
+  if (Bus.InterfaceMode != kModeSmbus || Bus.Smbus.SmbusFailures == nullptr) return std::nullopt;
+  const std::int32_t failures = Bus.Smbus.SmbusFailures(static_cast<std::uint8_t>(Bus.DeviceAddress));
+  return failures < 0 ? std::nullopt : std::optional(failures);
+}
+
+bool FailureWatch::Failed() const {
+  const auto now = FailedTransfers();
+  // Not "more than before": the count of a long session may begin anew.
+  return before_ && now && *now != *before_;
+}
+
+}  // namespace zth::link

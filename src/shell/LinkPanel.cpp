@@ -1,0 +1,93 @@
+#include "shell/LinkPanel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <QAccessible>
+
+#include "chip/Freshness.h"
+#include "link/Transfers.h"
+
+namespace zth::shell {
+namespace {
+
+constexpr double kPeriod = 1;
+
+QString Counted(std::int64_t count, const char* one, const char* many) {
+  return QString("%1 %2").arg(count).arg(count == 1 ? one : many);
+}
+
+}  // namespace
+
+LinkPanel::LinkPanel(QWidget* parent) : QLabel(parent) {
+  setObjectName("lblLink");
+  setTextFormat(Qt::PlainText);
+  setContentsMargins(4, 0, 4, 0);
+  setMinimumWidth(1);  // in a narrow window it gives way before date and time do
+}
+
+QSize LinkPanel::sizeHint() const {
+  // What is said most of the time has its place from the start, so that nothing beside it moves with each second.
+  const int usual = fontMetrics().horizontalAdvance("188 transfers/s, no failures") + 8;
+  const QSize hint = QLabel::sizeHint();
+  return {std::max(hint.width(), usual), hint.height()};
+}
+
+void LinkPanel::Look(double now) {
+  const bool fails = CountFailures(now);
+  QString notice = chip::FreshnessNotice();
+  if (notice.isEmpty()) isOfOther_ = false;
+  if (isOfOther_) notice.clear();
+  const bool raised = notice != std::exchange(notice_, notice);
+  const double passed = now - shownAt_;
+  const bool due = transfersThen_ < 0 || passed >= kPeriod || passed < 0;
+  if (due) {
+    if (transfersThen_ >= 0 && passed > 0) {
+      perSecond_ = static_cast<int>(std::lround(static_cast<double>(link::Bus.transfers - transfersThen_) / passed));
+    }
+    transfersThen_ = link::Bus.transfers;
+    shownAt_ = now;
+  }
+  if (due || fails || raised) ShowText(now);
+  if (!raised || notice_.isEmpty()) return;
+  QAccessibleEvent alert(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
+}
+
+bool LinkPanel::CountFailures(double now) {
+  const link::ChipId chip = link::ChipInUse();
+  const auto failures = link::FailedTransfers();
+  if (std::exchange(chip_, chip) != chip) {
+    // How long ago those of another chip were is not known.
+    failures_ = failures;
+    failedAt_.reset();
+    isOfOther_ = true;
+    return true;
+  }
+  if (failures == failures_) return false;
+  failures_ = failures;
+  failedAt_ = now;
+  isOfOther_ = false;
+  return true;
+}
+
+QString LinkPanel::FailuresText(double now) const {
+  if (!failures_) return "failures not known";
+  if (*failures_ == 0) return "no failures";
+  const QString count = Counted(*failures_, "failure", "failures");
+  if (!failedAt_) return count;
+  const QString when = chip::TimeText(now - *failedAt_) + " ago";
+  return count + (*failures_ == 1 ? ", " : ", the last ") + when;
+}
+
+void LinkPanel::ShowText(double now) {
+  const QString failures = FailuresText(now);
+  setText(Counted(perSecond_, "transfer", "transfers") + "/s, " + failures);
+  const QString words = Counted(perSecond_, "transfer", "transfers") + " a second, " + failures;
+  setToolTip("The link to " + link::TextOf(chip_) + ": " + words +
+             (failures_ ? "" : ".\nIts library does not tell whether a transfer has failed"));
+  setAccessibleName(notice_ + (notice_.isEmpty() ? "" : ". ") + "Link: " + words);
+}
+
+}  // namespace zth::shell
