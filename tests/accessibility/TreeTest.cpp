@@ -46,7 +46,7 @@ bool Operable(QAccessible::Role role) {
       QAccessible::Button,       QAccessible::CheckBox, QAccessible::RadioButton, QAccessible::ComboBox,
       QAccessible::EditableText, QAccessible::Slider,   QAccessible::SpinBox,     QAccessible::Tree,
       QAccessible::PageTab,      QAccessible::Link,     QAccessible::Chart,       QAccessible::MenuItem,
-      QAccessible::ButtonMenu};
+      QAccessible::ButtonMenu,   QAccessible::Table};
   return kRoles.contains(role);
 }
 

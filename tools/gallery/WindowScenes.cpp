@@ -131,6 +131,11 @@ void TakeWindows(const Camera& camera) {
   bench.Open("frmRegMap");
   bench.PickNode("frmRegMap", "TreeView1", "PWM2 Config");
   TakeWindow(bench, camera, "frmRegMap");
+  bench.Do("frmRegMap", "tabPages=1; cmdReadShown");
+  bench.Do("frmHeaters", "sldHeater(0)=80");
+  bench.Run(5);
+  bench.Do("frmRegMap", "txtSearch=PWM; cmdReadShown");
+  camera.Take(bench.Frame("frmRegMap"), "windows/frmRegMap-all");
 
   bench.Pick("frmAutoGraph", "cmbControl(0)", "Manual Mode");
   bench.Open("frmManualControl");
