@@ -33,6 +33,8 @@
 #include "windows/ChildWindow.h"
 #include "windows/Handlers.h"
 #include "windows/data/LogJob.h"
+#include "windows/guide/GuidePages.h"
+#include "windows/guide/frmGuide.h"
 
 namespace zth::shell {
 
@@ -84,11 +86,14 @@ void frmMain::BuildMenus() {
       connect(action, &QAction::triggered, this, platform::Guarded([this] { mnuExit_Click(); }));
     } else {
       action->setEnabled(WindowExists(window));
-      connect(action, &QAction::triggered, this, platform::Guarded([this, window] { OpenWindow(window); }));
+      connect(action, &QAction::triggered, this, platform::Guarded([this, window] {
+                window == "frmGuide" ? OpenGuide() : static_cast<void>(OpenWindow(window));
+              }));
     }
     if (QMenu* menu = menus.value(row.menu)) {
       if (QString(row.name) == "mnuExit") menu->addSeparator();
       menu->addAction(action);
+      addAction(action);  // its key holds while the window menu is made anew, too
     } else {
       menuBar()->addAction(action);
     }
@@ -120,6 +125,8 @@ void frmMain::BuildWindowMenu() {
   QAction* cascade = mnuWindow_->addAction("&Cascade", area_, &QMdiArea::cascadeSubWindows);
   tile->setEnabled(number > 0);
   cascade->setEnabled(number > 0);
+  mnuWindow_->addSeparator();
+  mnuWindow_->addAction(findChild<QAction*>("mnuGuide"));
 }
 
 void frmMain::BuildToolBar() {
@@ -239,6 +246,13 @@ windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
   area_->setActiveSubWindow(frame);
   if (isNew) area_->BringInside(*frame);
   return window;
+}
+
+void frmMain::OpenGuide() {
+  const QMdiSubWindow* frame = area_->currentSubWindow();
+  const QString from = frame != nullptr && frame->widget() != nullptr ? frame->widget()->objectName() : QString();
+  auto* guide = qobject_cast<windows::frmGuide*>(OpenWindow("frmGuide"));
+  if (guide != nullptr && from != guide->objectName()) guide->Go(windows::GuidePlaceFor(from));
 }
 
 void frmMain::SetStatus(const QString& text) {

@@ -67,6 +67,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   /// What must not be left undone at any orderly end: closing, "Exit", a failed link.
   void FinishWork();
   void mnuExit_Click();
+  /// Opens the guide where it tells of the window in use.
+  void OpenGuide();
   void tbToolBar_ButtonClick(const QString& key);
   void cmbDevices_Click();
   /// Each window says anew whether it is of the chip in use.
