@@ -101,6 +101,7 @@ void Main(platform::Services& services) {
   FillTables();
   MainForm->EnableTimer(true);
   if (windows::OpensEasySetup(services.settings)) MainForm->OpenWindow("frmEasySetup");
+  MainForm->RestoreWindows();
 }
 
 }  // namespace zth::shell

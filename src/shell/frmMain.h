@@ -35,6 +35,10 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   /// What can be done for an end that may yet be called off: waiting lines are written, the placement is stored.
   void SaveForEnd();
 
+  /// Opens the windows that stood there at the last end, if the user wants that, in the order in which they were opened
+  /// then; one whose menu entry is disabled, or that stands here no more, is left out.
+  void RestoreWindows();
+
   /// The window has run its closing step.
   bool Unloaded() const { return unloaded_; }
 
@@ -61,6 +65,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void BuildToolBar();
   void BuildTimer();
   void BuildWindowMenu();
+  void KeepLayout();
   void FitToolBar();
   void AddDevices(QToolBar& bar);
   bool UserLeaves();
@@ -87,6 +92,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   QTimer* tmrMaster_ = nullptr;
   QHash<QString, QPointer<windows::ChildWindow>> open_;
   bool unloaded_ = false;
+  bool restoring_ = false;
 };
 
 /// The running main window; null before the start has made it and after its end.
