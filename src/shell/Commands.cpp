@@ -12,7 +12,7 @@ const std::array<Menu, 6> kMenus{{
 }};
 
 // clang-format off
-const std::array<MenuEntry, 20> kMenuEntries{{
+const std::array<MenuEntry, 21> kMenuEntries{{
     {"mnuFile", "mnuSave", "&Save/Recall Configuration", "Ctrl+S", "frmSave"},
     {"mnuFile", "mnuLog", "&Log Data to File", "Ctrl+L", "frmLogging"},
     {"mnuFile", "mnuExit", "E&xit", "Ctrl+Q", ""},
@@ -32,7 +32,8 @@ const std::array<MenuEntry, 20> kMenuEntries{{
     {"mnuFanControl", "mnuManualControl", "&Manual Control", "Ctrl+Shift+M", "frmManualControl"},
     {"mnuBoard", "mnuHeaters", "&Heaters", "Ctrl+Shift+H", "frmHeaters"},
     {"mnuBoard", "mnuSwitches", "&Switches", "Ctrl+Shift+S", "frmSwitches"},
-    {"", "mnuAbout", "&About...", "F1", "frmAbout"},
+    {"mnuWindow", "mnuGuide", "&User's Guide", "F1", "frmGuide"},
+    {"", "mnuAbout", "&About...", "", "frmAbout"},
 }};
 // clang-format on
 

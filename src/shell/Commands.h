@@ -10,7 +10,8 @@ struct Menu {
   const char* caption;
 };
 
-/// A menu entry that opens a window. An entry without one does what frmMain gives it.
+/// A menu entry that opens a window. An entry without one does what frmMain gives it. Those of the window menu stand
+/// at its end.
 struct MenuEntry {
   const char* menu;     ///< the menu it stands in; the menu bar itself when empty
   const char* name;     ///< objectName of its action, as "mnuSave"
@@ -27,7 +28,7 @@ struct ToolButton {
 };
 
 extern const std::array<Menu, 6> kMenus;
-extern const std::array<MenuEntry, 20> kMenuEntries;
+extern const std::array<MenuEntry, 21> kMenuEntries;
 extern const std::array<ToolButton, 10> kToolButtons;
 
 }  // namespace zth::shell

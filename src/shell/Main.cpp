@@ -130,6 +130,7 @@ void Main(platform::Services& services) {
     }
   }
   if (windows::OpensEasySetup(services.settings)) MainForm->OpenWindow("frmEasySetup");
+  MainForm->RestoreWindows();
 }
 
 }  // namespace zth::shell

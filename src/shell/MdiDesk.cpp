@@ -11,6 +11,7 @@
 #include <QShortcut>
 #include <QStyleOptionTitleBar>
 
+#include "shell/Tiling.h"
 #include "windows/ChildWindow.h"
 
 namespace zth::shell {
@@ -49,6 +50,10 @@ class TitleBarStyle final : public QProxyStyle {
 
 /// A property of a frame that has not got its place yet: the desk does not scroll after it.
 constexpr char kOpens[] = "opens";
+
+/// Properties of a frame that was put back: the place asked for, and the one that the desk had room for.
+constexpr char kAskedPlace[] = "askedPlace";
+constexpr char kGivenPlace[] = "givenPlace";
 
 /// A frame's own shortcuts for closing differ from desktop to desktop and would make the desk's ambiguous. The menu
 /// goes on telling the key.
@@ -123,6 +128,33 @@ void MdiDesk::BringInside(QMdiSubWindow& frame) {
   frame.move(std::clamp(frame.x(), 0, std::max(0, room.width())), std::clamp(frame.y(), 0, std::max(0, room.height())));
 }
 
+void MdiDesk::PutBack(QMdiSubWindow& frame, const QRect& place) {
+  frame.setProperty(kAskedPlace, place);
+  PutInside(frame, place);
+}
+
+void MdiDesk::PutInside(QMdiSubWindow& frame, const QRect& place) {
+  frame.resize(place.size().boundedTo(viewport()->size()).expandedTo(frame.minimumSizeHint()));
+  frame.move(place.topLeft());
+  BringInside(frame);
+  frame.setProperty(kGivenPlace, frame.geometry());
+}
+
+void MdiDesk::Tile() {
+  std::vector<QMdiSubWindow*> frames;
+  std::vector<QSize> least;
+  for (QMdiSubWindow* frame : subWindowList(CreationOrder)) {
+    if (frame->isHidden() || frame->isMinimized()) continue;
+    if (frame->isMaximized()) frame->showNormal();
+    frames.push_back(frame);
+    least.push_back(frame->minimumSizeHint().expandedTo(frame->minimumSize()));
+  }
+  // What was scrolled away comes back first, so that the places count from the corner that shows.
+  for (QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()}) bar->setValue(bar->minimum());
+  const std::vector<QRect> places = TileInto(maximumViewportSize(), least);
+  for (std::size_t i = 0; i < frames.size(); ++i) frames[i]->setGeometry(places[i]);
+}
+
 void MdiDesk::RestoreTooLarge(QMdiSubWindow& frame) {
   const QSize room = viewport()->size();
   if (frame.isMaximized() && frame.size() != frame.size().boundedTo(room)) frame.showNormal();
@@ -130,7 +162,16 @@ void MdiDesk::RestoreTooLarge(QMdiSubWindow& frame) {
 
 void MdiDesk::resizeEvent(QResizeEvent* event) {
   QMdiArea::resizeEvent(event);
-  for (QMdiSubWindow* frame : subWindowList()) RestoreTooLarge(*frame);
+  for (QMdiSubWindow* frame : subWindowList()) {
+    RestoreTooLarge(*frame);
+    const QVariant asked = frame->property(kAskedPlace);
+    if (!asked.isValid()) continue;
+    if (frame->geometry() == frame->property(kGivenPlace).toRect()) {
+      PutInside(*frame, asked.toRect());
+    } else {
+      frame->setProperty(kAskedPlace, {});  // the user has taken it elsewhere
+    }
+  }
 }
 
 void MdiDesk::BringInSight(const QWidget* control) {

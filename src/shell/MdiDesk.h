@@ -21,6 +21,13 @@ class MdiDesk final : public QMdiArea {
   /// shows.
   void BringInside(QMdiSubWindow& frame);
 
+  /// Puts a frame where it stood before, inside of the desk as it is and, until the user moves it, as it will be: at
+  /// the start a maximised main window has not got its size yet.
+  void PutBack(QMdiSubWindow& frame, const QRect& place);
+
+  /// Arranges all windows that are not minimised beside and above each other, none smaller than it can be.
+  void Tile();
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
@@ -28,6 +35,7 @@ class MdiDesk final : public QMdiArea {
   /// Nothing scrolls behind a maximised window: one that cannot become as small as the desktop goes back to its size.
   void RestoreTooLarge(QMdiSubWindow& frame);
   void CloseCurrent();
+  void PutInside(QMdiSubWindow& frame, const QRect& place);
   void BringInSight(const QWidget* control);
 
   QStyle* titleBars_;

@@ -20,6 +20,7 @@
 #include "windows/fancontrol/frmAutoGraph.h"
 #include "windows/fancontrol/frmDynamicTmin.h"
 #include "windows/fancontrol/frmManualControl.h"
+#include "windows/guide/frmGuide.h"
 #include "windows/limits/frmLimits.h"
 #include "windows/regmap/frmRegMap.h"
 
@@ -49,6 +50,7 @@ constexpr std::array kWindows{
     Row{"frmGPIO", Make<windows::frmGPIO>},
     Row{"frmGenConfig", Make<windows::frmGenConfig>},
     Row{"frmGraph", Make<windows::frmGraph>},
+    Row{"frmGuide", Make<windows::frmGuide>},
     Row{"frmHeaters", Make<windows::frmHeaters>},
     Row{"frmLimits", Make<windows::frmLimits>},
     Row{"frmLogging", Make<windows::frmLogging>},

@@ -11,6 +11,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScopedValueRollback>
 #include <QShortcut>
 #include <QTimer>
 #include <QToolBar>
@@ -24,6 +25,7 @@
 #include "shell/Discovery.h"
 #include "shell/FirstContact.h"
 #include "shell/Icons.h"
+#include "shell/Layout.h"
 #include "shell/Leaving.h"
 #include "shell/LinkPanel.h"
 #include "shell/MdiDesk.h"
@@ -38,6 +40,8 @@
 #include "windows/ChildWindow.h"
 #include "windows/Handlers.h"
 #include "windows/data/LogJob.h"
+#include "windows/guide/GuidePages.h"
+#include "windows/guide/frmGuide.h"
 
 namespace zth::shell {
 
@@ -91,11 +95,14 @@ void frmMain::BuildMenus() {
       connect(action, &QAction::triggered, this, platform::Guarded([this] { mnuExit_Click(); }));
     } else {
       action->setEnabled(WindowExists(window));
-      connect(action, &QAction::triggered, this, platform::Guarded([this, window] { OpenWindow(window); }));
+      connect(action, &QAction::triggered, this, platform::Guarded([this, window] {
+                window == "frmGuide" ? OpenGuide() : static_cast<void>(OpenWindow(window));
+              }));
     }
     if (QMenu* menu = menus.value(row.menu)) {
       if (QString(row.name) == "mnuExit") menu->addSeparator();
       menu->addAction(action);
+      addAction(action);  // its key holds while the window menu is made anew, too
     } else {
       menuBar()->addAction(action);
     }
@@ -123,10 +130,19 @@ void frmMain::BuildWindowMenu() {
   }
   if (number == 0) mnuWindow_->addAction("No window open")->setEnabled(false);
   mnuWindow_->addSeparator();
-  QAction* tile = mnuWindow_->addAction("&Tile", area_, &QMdiArea::tileSubWindows);
+  QAction* tile = mnuWindow_->addAction("&Tile", area_, &MdiDesk::Tile);
   QAction* cascade = mnuWindow_->addAction("&Cascade", area_, &QMdiArea::cascadeSubWindows);
   tile->setEnabled(number > 0);
   cascade->setEnabled(number > 0);
+  mnuWindow_->addSeparator();
+  QAction* restore = mnuWindow_->addAction("&Restore Windows at Start");
+  restore->setObjectName("mnuRestore");
+  restore->setToolTip("At the next start the windows open that are open at the end, with the reads of their opening");
+  restore->setCheckable(true);
+  restore->setChecked(RestoresWindows(services_.settings));
+  connect(restore, &QAction::toggled, this, [this](bool on) { PutRestoresWindows(services_.settings, on); });
+  mnuWindow_->addSeparator();
+  mnuWindow_->addAction(findChild<QAction*>("mnuGuide"));
 }
 
 void frmMain::BuildToolBar() {
@@ -212,10 +228,44 @@ void frmMain::FinishWork() {
 
 void frmMain::SaveForEnd() {
   FinishWork();
+  KeepLayout();
   if (isVisible() && !isMinimized()) StorePlacement(*this, services_.settings);
 }
 
+void frmMain::KeepLayout() {
+  // An end in the middle of it, by a failed link, must not cost the windows that have not come yet.
+  if (!unloaded_ && !restoring_ && RestoresWindows(services_.settings)) StoreLayout(*area_, services_.settings);
+}
+
+void frmMain::RestoreWindows() {
+  if (!RestoresWindows(services_.settings)) return;
+  const std::optional<KeptLayout> layout = StoredLayout(services_.settings);
+  if (!layout) return;
+  // What the start has opened by itself stays in front.
+  const QMdiSubWindow* opened = area_->currentSubWindow();
+  const QString front = opened != nullptr ? opened->widget()->objectName() : layout->active;
+  const QScopedValueRollback restoring(restoring_, true);
+  for (const KeptWindow& kept : layout->windows) {
+    const auto* entry =
+        std::ranges::find_if(kMenuEntries, [&](const MenuEntry& row) { return kept.name == row.window; });
+    // About is read once and closed: nobody wants it back.
+    if (entry == kMenuEntries.end() || kept.name == "frmAbout") continue;
+    if (!findChild<QAction*>(entry->name)->isEnabled()) continue;
+    windows::ChildWindow* window = OpenWindow(kept.name);
+    if (window == nullptr) continue;
+    auto* frame = qobject_cast<QMdiSubWindow*>(window->parentWidget());
+    if (kept.place.isValid()) area_->PutBack(*frame, kept.place);
+    if (kept.shown == Shown::Maximised) frame->showMaximized();
+    if (kept.shown == Shown::Minimised) frame->showMinimized();
+    RestoreCharts(*window, kept.charts);
+  }
+  if (windows::ChildWindow* window = FindWindow(front)) {
+    area_->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(window->parentWidget()));
+  }
+}
+
 void frmMain::CloseAllWindows() {
+  KeepLayout();
   const auto names = open_.keys();
   for (const QString& name : names) {
     if (windows::ChildWindow* window = FindWindow(name)) window->Unload();
@@ -238,6 +288,7 @@ windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
     area_->AddFrame(*window);
     open_[name] = window;
     window->Load();
+    NoteStartRanges(*window);
   }
   auto* frame = qobject_cast<QMdiSubWindow*>(window->parentWidget());
   if (frame->isMinimized()) {
@@ -247,8 +298,19 @@ windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
     frame->show();
   }
   area_->setActiveSubWindow(frame);
-  if (isNew) area_->BringInside(*frame);
+  if (isNew) {
+    const QSize wanted = window->OpeningSize(area_->viewport()->size());
+    if (wanted.isValid()) frame->resize(wanted.expandedTo(frame->minimumSizeHint()));
+    area_->BringInside(*frame);
+  }
   return window;
+}
+
+void frmMain::OpenGuide() {
+  const QMdiSubWindow* frame = area_->currentSubWindow();
+  const QString from = frame != nullptr && frame->widget() != nullptr ? frame->widget()->objectName() : QString();
+  auto* guide = qobject_cast<windows::frmGuide*>(OpenWindow("frmGuide"));
+  if (guide != nullptr && from != guide->objectName()) guide->Go(windows::GuidePlaceFor(from));
 }
 
 void frmMain::SetStatus(const QString& text) {

@@ -37,6 +37,10 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   /// What can be done for an end that may yet be called off: waiting lines are written, the placement is stored.
   void SaveForEnd();
 
+  /// Opens the windows that stood there at the last end, if the user wants that, in the order in which they were opened
+  /// then; one whose menu entry is disabled, or that stands here no more, is left out.
+  void RestoreWindows();
+
   /// The window has run its closing step.
   bool Unloaded() const { return unloaded_; }
 
@@ -64,12 +68,15 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void BuildToolBar();
   void BuildTimer();
   void BuildWindowMenu();
+  void KeepLayout();
   void FitToolBar();
   void AddDevices(QToolBar& bar);
   bool UserLeaves();
   /// What must not be left undone at any orderly end: closing, "Exit", a failed link.
   void FinishWork();
   void mnuExit_Click();
+  /// Opens the guide where it tells of the window in use.
+  void OpenGuide();
   void tbToolBar_ButtonClick(const QString& key);
   void cmbDevices_Click();
   /// Each window says anew whether it is of the chip in use.
@@ -92,6 +99,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   QTimer* tmrMaster_ = nullptr;
   QHash<QString, QPointer<windows::ChildWindow>> open_;
   bool unloaded_ = false;
+  bool restoring_ = false;
 };
 
 /// The running main window; null before the start has made it and after its end.

@@ -42,6 +42,9 @@ class ChildWindow : public QWidget {
   /// changed that. Touches no chip.
   void ShowOrigin();
 
+  /// The size that its frame opens with on a desk of that size; invalid for its own.
+  virtual QSize OpeningSize(const QSize& /*desk*/) const { return {}; }
+
   /// Closes the window.
   void Unload();
 

@@ -14,12 +14,6 @@
 namespace zth::windows {
 namespace {
 
-QColor MarkColour(const QPalette& palette, bool odd) {
-  const bool dark = widgets::IsDark(palette);
-  if (odd) return dark ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
-  return dark ? QColor(0xA8, 0xD1, 0xFF) : QColor(0x0B, 0x5C, 0xAD);
-}
-
 /// The tab that shows or hides the control, as its widget and index; nothing for a control outside of tabs.
 std::pair<QTabWidget*, int> TabOf(QWidget* control) {
   for (QWidget* page = control; page != nullptr; page = page->parentWidget()) {
@@ -31,6 +25,12 @@ std::pair<QTabWidget*, int> TabOf(QWidget* control) {
 }
 
 }  // namespace
+
+QColor MarkColour(const QPalette& palette, bool odd) {
+  const bool dark = widgets::IsDark(palette);
+  if (odd) return dark ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
+  return dark ? QColor(0xA8, 0xD1, 0xFF) : QColor(0x0B, 0x5C, 0xAD);
+}
 
 void MarkControl(QWidget& control, const QWidget& window, bool pending, bool odd) {
   QFont font;

@@ -3,11 +3,17 @@
 #include <utility>
 #include <vector>
 
+#include <QColor>
+
+class QPalette;
 class QString;
 class QWidget;
 
 /// How a control looks whose value has not reached the chip, or would reach it as another one. Texts stay as they are.
 namespace zth::windows {
+
+/// The accent colour of what is pending, or the warning colour of what is odd, for texts on the ground of `palette`.
+QColor MarkColour(const QPalette& palette, bool odd);
 
 /// Bold in the accent colour while `pending`; in the warning colour while `odd`; plain when neither. The colours are
 /// those for the ground of `window`, whose palette is the first to follow a change.

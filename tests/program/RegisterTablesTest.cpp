@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "chip/ReadEffects.h"
 #include "chip/RegisterRows.h"
 #include "simulator/RegisterRules.h"
 
@@ -19,6 +20,7 @@ TEST(RegisterTables, OfTheProgramAndOfTheSimulatorAgree) {
     ASSERT_NE(row, rows.end()) << "the program does not know register " << int{rule.address};
     EXPECT_EQ(row->second->defaultValue, rule.reset) << row->second->name;
     EXPECT_EQ(row->second->readOnly, rule.ReadOnly()) << row->second->name;
+    EXPECT_EQ(chip::ReadClears(rule.address), rule.onRead == simulator::OnRead::Latch) << row->second->name;
   }
 }
 

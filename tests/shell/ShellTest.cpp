@@ -160,7 +160,7 @@ TEST_F(MainWindow, TheWindowMenuListsWhatIsOpen) {
   emit menu->aboutToShow();
   EXPECT_EQ(menu->actions().constFirst()->text(), "&1 About the  ZTH4718 Software");
   EXPECT_TRUE(menu->actions().constFirst()->isChecked());
-  EXPECT_EQ(menu->actions().constLast()->text(), "&Cascade");
+  EXPECT_EQ(menu->actions().constLast()->text(), "&User's Guide");
   const auto& area = *desk.Main().findChild<QMdiArea*>();
   desk.Open("frmSwitches");
   for (const int picked : {0, 1, 0}) {

@@ -1,6 +1,8 @@
 // The pictures of docs/windows, one window at work each, and the one of the whole program.
 #include <array>
 
+#include <QAction>
+
 #include "Scenes.h"
 
 namespace zth::gallery {
@@ -131,6 +133,16 @@ void TakeWindows(const Camera& camera) {
   bench.Open("frmRegMap");
   bench.PickNode("frmRegMap", "TreeView1", "PWM2 Config");
   TakeWindow(bench, camera, "frmRegMap");
+  bench.Do("frmRegMap", "tabPages=1; cmdReadShown");
+  bench.Do("frmHeaters", "sldHeater(0)=80");
+  bench.Run(5);
+  bench.Do("frmRegMap", "txtSearch=PWM; cmdReadShown");
+  camera.Take(bench.Frame("frmRegMap"), "windows/frmRegMap-all");
+
+  bench.Open("frmAutoGraph");
+  bench.Main().findChild<QAction*>("mnuGuide")->trigger();
+  Bench::Settle();
+  TakeWindow(bench, camera, "frmGuide");
 
   bench.Pick("frmAutoGraph", "cmbControl(0)", "Manual Mode");
   bench.Open("frmManualControl");

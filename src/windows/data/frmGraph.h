@@ -25,6 +25,8 @@ class frmGraph final : public ChildWindow {
   const Graphs& Charts() const { return stpGraph_; }
 
   QSize sizeHint() const override;
+  /// Two thirds of the desk, so that a minute of twelve traces can be read.
+  QSize OpeningSize(const QSize& desk) const override { return (desk * 2 / 3).expandedTo(sizeHint()).boundedTo(desk); }
   QSize minimumSizeHint() const override;
 
  protected:

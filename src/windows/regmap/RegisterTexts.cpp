@@ -4,23 +4,12 @@
 
 #include <QStringList>
 
+#include "base/BitField.h"
 #include "base/NumberText.h"
 #include "chip/ChipState.h"
 
 namespace zth::windows {
 namespace {
-
-/// The whole text as an address, or -1.
-int AddressOf(QString text) {
-  if (text.startsWith("0x", Qt::CaseInsensitive)) {
-    text.remove(0, 2);
-  } else if (text.endsWith('h', Qt::CaseInsensitive)) {
-    text.chop(1);
-  }
-  bool ok = false;
-  const int address = text.toInt(&ok, 16);
-  return ok && address >= 0 ? address : -1;
-}
 
 constexpr std::int32_t kHighest = 0xFF;
 
@@ -47,6 +36,36 @@ bool FitsSearch(const chip::RegisterEntry& entry, const QString& text) {
   return std::any_of(bits.begin(), bits.end(), [&wanted](const QString& bit) {
     return TellsSomething(bit) && bit.startsWith(wanted, Qt::CaseInsensitive);
   });
+}
+
+int AddressOf(QString text) {
+  if (text.startsWith("0x", Qt::CaseInsensitive)) {
+    text.remove(0, 2);
+  } else if (text.endsWith('h', Qt::CaseInsensitive)) {
+    text.chop(1);
+  }
+  bool ok = false;
+  const int address = text.toInt(&ok, 16);
+  return ok && address >= 0 ? address : -1;
+}
+
+QString FieldsText(const chip::RegisterEntry& entry, int value) {
+  const QStringList names = QString::fromStdString(entry.BitNames).split(':');
+  QStringList fields;
+  QStringList told;
+  for (const QString& name : names) {
+    bool number = false;
+    name.toInt(&number);
+    if (number || name.compare("Res", Qt::CaseInsensitive) == 0 || told.contains(name)) continue;
+    told << name;
+    unsigned field = 0;
+    for (int place = 0; place < names.size(); ++place) {
+      if (names[place] != name) continue;
+      field = field << 1U | (base::GetBit(static_cast<unsigned>(value), 7 - place) ? 1U : 0U);
+    }
+    fields << QString("%1 = %2").arg(name).arg(field);
+  }
+  return fields.join(", ");
 }
 
 QString RowText(const chip::RegisterEntry& entry, int value) {

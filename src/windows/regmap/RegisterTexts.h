@@ -16,6 +16,13 @@ QString DescriptionOf(const chip::RegisterEntry& entry);
 /// an empty text fits all.
 bool FitsSearch(const chip::RegisterEntry& entry, const QString& text);
 
+/// The whole text as an address, "4C", "4Ch" or "0x4c"; -1 for any other.
+int AddressOf(QString text);
+
+/// The fields of a register that holds `value`, by their bit names, "Bhvr = 2, Inv = 1, Slow = 0, Spin = 1": bits of
+/// one name make one number. Reserved bits are left out, and so are bits that only have numbers.
+QString FieldsText(const chip::RegisterEntry& entry, int value);
+
 /// One register as a line of tab-separated fields: name, address, value last read (`value` below 0: not read yet),
 /// default, read only, bit names from bit 7 down.
 QString RowText(const chip::RegisterEntry& entry, int value);

@@ -1,5 +1,6 @@
 #include "windows/regmap/RegisterTree.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -7,7 +8,10 @@
 #include <QPalette>
 #include <QTreeWidget>
 
+#include "chip/ChipState.h"
+#include "chip/RegMapStuff.h"
 #include "widgets/Colours.h"
+#include "windows/regmap/RegisterTexts.h"
 
 namespace zth::windows {
 namespace {
@@ -129,6 +133,20 @@ struct Nodes {
   }
 };
 
+QString TextOf(const RegisterGroup& group) {
+  return QString("%1, %2").arg(group.root, QString(group.name).simplified());
+}
+
+bool Filter(QTreeWidgetItem& node, const QString& text) {
+  bool any = false;
+  const int row = node.childCount() == 0 ? chip::RowOfName(node.text(0).toStdString()) : -1;
+  if (row >= 0) any = FitsSearch(chip::Model.RegisterTable.at(static_cast<std::size_t>(row)), text);
+  for (int i = 0; i < node.childCount(); ++i) any = Filter(*node.child(i), text) || any;
+  node.setHidden(!any);
+  if (any && !text.isEmpty()) node.setExpanded(true);
+  return any;
+}
+
 int LevelOf(const QTreeWidgetItem& node) {
   return node.parent() == nullptr ? 0 : LevelOf(*node.parent()) + 1;
 }
@@ -156,6 +174,41 @@ void ColourRegisterTree(QTreeWidget& tree, const QPalette& palette) {
     const auto level = static_cast<std::size_t>(LevelOf(**at));
     (*at)->setForeground(0, QColor::fromRgb(static_cast<QRgb>((dark ? kOnDark : kOnLight).at(level))));
   }
+}
+
+QStringList RegisterGroups() {
+  QStringList texts;
+  for (const RegisterGroup& group : kRegisterGroups) texts << TextOf(group);
+  return texts;
+}
+
+QString GroupOf(const std::string& name) {
+  const auto group = std::ranges::find_if(
+      kRegisterGroups, [&name](const RegisterGroup& each) { return std::ranges::count(each.registers, name) != 0; });
+  return group == kRegisterGroups.end() ? QString() : TextOf(*group);
+}
+
+bool FilterRegisterTree(QTreeWidget& tree, const QString& text) {
+  bool any = false;
+  for (int i = 0; i < tree.topLevelItemCount(); ++i) any = Filter(*tree.topLevelItem(i), text) || any;
+  return any;
+}
+
+QTreeWidgetItem* FirstRegister(QTreeWidget& tree) {
+  for (QTreeWidgetItemIterator at(&tree, QTreeWidgetItemIterator::NoChildren); *at != nullptr; ++at) {
+    if (!(*at)->isHidden()) return *at;
+  }
+  return nullptr;
+}
+
+std::vector<std::int32_t> AddressesBesideTree(const QString& text) {
+  std::vector<std::int32_t> addresses;
+  for (const chip::RegisterEntry& entry : chip::Model.RegisterTable) {
+    if (FitsSearch(entry, text) && GroupOf(entry.Name).isEmpty()) addresses.push_back(entry.Address);
+  }
+  const int own = AddressOf(text.trimmed());
+  if (own >= 0 && own <= 0xFF && chip::RowOfAddress(own) < 0) addresses.push_back(own);
+  return addresses;
 }
 
 QString FullPath(const QTreeWidgetItem& node) {

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QStringList>
+#include <QTabWidget>
 #include <QTreeWidget>
 
 #include "base/NumberText.h"
@@ -21,9 +22,11 @@
 #include "link/Declarations.h"
 #include "link/Transfers.h"
 #include "link/USBStuff.h"
+#include "platform/Guard.h"
 #include "windows/BoxHint.h"
 #include "windows/PendingMarks.h"
 #include "windows/SharedState.h"
+#include "windows/regmap/AllRegisters.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
 #include "windows/regmap/RegisterTree.h"
@@ -54,14 +57,14 @@ const chip::RegisterEntry& EntryOf(int row) {
   return chip::Model.RegisterTable.at(static_cast<std::size_t>(row));
 }
 
-/// Shows the registers that fit and what leads to them. True when something of the node is left.
-bool Filter(QTreeWidgetItem& node, const QString& text) {
-  bool any = false;
-  if (const chip::RegisterEntry* entry = EntryOf(node)) any = FitsSearch(*entry, text);
-  for (int i = 0; i < node.childCount(); ++i) any = Filter(*node.child(i), text) || any;
-  node.setHidden(!any);
-  if (any && !text.isEmpty()) node.setExpanded(true);
-  return any;
+/// What the search says below its box; empty when all that fits stands in the tree.
+QString SearchNote(const std::vector<std::int32_t>& beside, bool any) {
+  if (beside.empty()) return any ? "" : "No register has such a name, bit or address.";
+  QStringList addresses;
+  for (const std::int32_t address : beside) addresses << HexWithSuffix(address);
+  const QString name = chip::RowOfAddress(beside[0]) < 0 ? "" : DescriptionOf(EntryOf(chip::RowOfAddress(beside[0])));
+  if (beside.size() > 1) return "Not in the tree; read them by address: " + addresses.join(", ");
+  return "Not in the tree; read it by address: " + (addresses << name).join(' ').trimmed();
 }
 
 void CollectRows(const QTreeWidgetItem& node, QStringList& rows) {
@@ -105,7 +108,9 @@ void frmRegMap::ShowRegisterDetails(int row) {
   fraBits_->ShowBitNames(QString::fromStdString(entry.BitNames));
   shown_ = Shown{entry.Address, row};
   const int value = ReadShown();
-  if (!IsUnread()) MarkNodes(entry.Address, value);
+  if (IsUnread()) return;
+  MarkNodes(entry.Address, value);
+  all_->Note(entry.Address, value);
 }
 
 int frmRegMap::ReadShown() {
@@ -189,6 +194,11 @@ void frmRegMap::ShowUnknown(std::int32_t address) {
 }
 
 void frmRegMap::Reread() {
+  // A bar of the other page's is answered by that page, whichever shows.
+  if (tabPages_->currentWidget() == all_ && !IsOfOtherChip()) {
+    all_->ReadAgain();
+    return;
+  }
   if (!shown_) return;
   if (shown_->row >= 0) {
     ShowRegisterDetails(shown_->row);
@@ -199,7 +209,10 @@ void frmRegMap::Reread() {
 
 void frmRegMap::OriginChanged() {
   const link::ChipId inUse = link::ChipInUse();
-  if (std::exchange(marksOf_, inUse) != inUse) ClearMarks();
+  if (std::exchange(marksOf_, inUse) != inUse) {
+    ClearMarks();
+    all_->Forget();
+  }
   fraDetails_->setTitle("Register Details" + OriginNote());
   for (QLabel* value : {lblHexVal_, lblDecVal_}) MarkControl(*value, *this, false, IsOfOtherChip() || IsUnread());
   TellWrites();
@@ -270,10 +283,27 @@ void frmRegMap::MarkNodes(std::int32_t address, int value) {
 
 void frmRegMap::txtFind_Change() {
   const QString text = txtFind_->text().trimmed();
-  bool any = false;
-  for (int i = 0; i < TreeView1_->topLevelItemCount(); ++i) any = Filter(*TreeView1_->topLevelItem(i), text) || any;
-  lblNoMatch_->setVisible(!any);
+  const bool any = FilterRegisterTree(*TreeView1_, text);
+  lblNoMatch_->setText(text.isEmpty() ? QString() : SearchNote(AddressesBesideTree(text), any));
+  lblNoMatch_->setVisible(!lblNoMatch_->text().isEmpty());
   if (text.isEmpty() && TreeView1_->currentItem() != nullptr) TreeView1_->scrollToItem(TreeView1_->currentItem());
+}
+
+void frmRegMap::txtFind_Enter() {
+  const QString text = txtFind_->text().trimmed();
+  if (text.isEmpty()) return;
+  if (QTreeWidgetItem* first = FirstRegister(*TreeView1_)) {
+    // It is read as by any other way to it, and once: a node that is the current one already tells of no change.
+    if (first == TreeView1_->currentItem()) {
+      TreeView1_NodeClick(*first);
+    } else {
+      TreeView1_->setCurrentItem(first);
+    }
+  } else if (const auto beside = AddressesBesideTree(text); !beside.empty()) {
+    // Such a register may be one that a read clears: the button is ready, and pressed by the user.
+    txtReadAddr_->setText(HexWithSuffix(beside[0]));
+    cmdRead_->setFocus();
+  }
 }
 
 void frmRegMap::CopyRows() {
@@ -300,7 +330,13 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonRelease) treePressed_ = false;
   }
   if (watched == txtFind_ && event->type() == QEvent::KeyPress) {
-    const int key = static_cast<QKeyEvent*>(event)->key();
+    const auto& pressed = *static_cast<QKeyEvent*>(event);
+    const int key = pressed.key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+      // It goes no further: the window would press the button that has the focus by then, and read.
+      if (!pressed.isAutoRepeat()) platform::Guarded([this] { txtFind_Enter(); })();
+      return true;
+    }
     if (key == Qt::Key_Escape && !txtFind_->text().isEmpty()) {
       txtFind_->clear();
       return true;
@@ -315,7 +351,7 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
 
 void frmRegMap::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange || TreeView1_ == nullptr) return;
+  if (event->type() != QEvent::PaletteChange || all_ == nullptr) return;
   ColourRegisterTree(*TreeView1_, palette());
   OriginChanged();
 }

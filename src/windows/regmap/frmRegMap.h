@@ -13,11 +13,13 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QTabWidget;
 class QTreeWidget;
 class QTreeWidgetItem;
 
 namespace zth::windows {
 
+class AllRegisters;
 class BitDisplay;
 
 /// The raw view of the chip: any register is read, written and flipped bit by bit, past all feature logic and whatever
@@ -40,13 +42,14 @@ class frmRegMap final : public ChildWindow {
   void RepeatRead();
 
  protected:
-  /// Repeats the read of the register shown; none before the first.
+  /// Repeats the read of the register shown; none before the first. On the other page the reads of that page.
   void Reread() override;
   void OriginChanged() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
+  QWidget* MakeFirstPage();
   QGroupBox* MakeTreeFrame();
   QGroupBox* MakeReadWriteFrame();
   QGroupBox* MakeDetailsFrame();
@@ -60,6 +63,9 @@ class frmRegMap final : public ChildWindow {
   void txtDec_Change();
   void txtHex_Change();
   void txtFind_Change();
+  /// Goes to the first register that the search has left, or with one that the tree does not hold to the button that
+  /// reads its address.
+  void txtFind_Enter();
 
   void ShowRegisterDetails(int row);
   void ShowUnknown(std::int32_t address);
@@ -75,6 +81,8 @@ class frmRegMap final : public ChildWindow {
   void ClearMarks();
   void CopyRows();
 
+  QTabWidget* tabPages_ = nullptr;
+  AllRegisters* all_ = nullptr;
   QLineEdit* txtFind_ = nullptr;
   QLabel* lblNoMatch_ = nullptr;
   QTreeWidget* TreeView1_ = nullptr;

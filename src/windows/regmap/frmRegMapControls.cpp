@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -15,8 +16,10 @@
 #include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
 #include "platform/Guard.h"
+#include "widgets/Named.h"
 #include "widgets/PopUpMenu.h"
 #include "windows/Handlers.h"
+#include "windows/regmap/AllRegisters.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
 #include "windows/regmap/frmRegMap.h"
@@ -26,12 +29,6 @@ namespace zth::windows {
 namespace {
 
 constexpr int kIndentationTwips = 200;
-
-template <typename Control>
-Control* Named(Control* control, const char* name) {
-  control->setObjectName(name);
-  return control;
-}
 
 /// So that the window does not change its width from register to register.
 int WidestDescription(const QFontMetrics& metrics) {
@@ -45,23 +42,14 @@ int WidestDescription(const QFontMetrics& metrics) {
 }  // namespace
 
 frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Register Map", context, kShowsDetails) {
-  auto* right = new QVBoxLayout;
-  auto* tree = MakeTreeFrame();
-  right->addWidget(MakeReadWriteFrame());
-  right->addWidget(MakeDetailsFrame());
-  fraBits_ = new BitDisplay(this);
-  right->addWidget(fraBits_);
-  lblWrites_ = Named(new QLabel(this), "lblWrites");
-  lblWrites_->setWordWrap(true);
-  lblWrites_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  lblWrites_->setTextFormat(Qt::PlainText);
-  lblWrites_->setMinimumHeight(3 * fontMetrics().lineSpacing());  // nothing moves when it speaks
-  right->addWidget(lblWrites_);
-  right->addStretch();
-
-  auto* row = new QHBoxLayout(this);
-  row->addWidget(tree, 1);
-  row->addLayout(right);
+  // The page of the tree is the window as it was; the table stands behind it.
+  tabPages_ = widgets::Named<QTabWidget>("tabPages", this);
+  tabPages_->setDocumentMode(true);  // the pages keep the window's own ground
+  tabPages_->addTab(MakeFirstPage(), "&By topic");
+  all_ = new AllRegisters(Services(), this);
+  tabPages_->addTab(all_, "A&ll registers");
+  OnTab(*tabPages_);
+  (new QVBoxLayout(this))->addWidget(tabPages_);
 
   connect(fraBits_, &BitDisplay::lblBit_Click, this,
           [this](int bit) { platform::Guarded([this, bit] { lblBit_Click(bit); })(); });
@@ -73,15 +61,37 @@ frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Registe
   TellWrites();
 }
 
+QWidget* frmRegMap::MakeFirstPage() {
+  auto* page = new QWidget(this);
+  auto* right = new QVBoxLayout;
+  auto* tree = MakeTreeFrame();
+  right->addWidget(MakeReadWriteFrame());
+  right->addWidget(MakeDetailsFrame());
+  fraBits_ = new BitDisplay(this);
+  right->addWidget(fraBits_);
+  lblWrites_ = widgets::Named<QLabel>("lblWrites", this);
+  lblWrites_->setWordWrap(true);
+  lblWrites_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  lblWrites_->setTextFormat(Qt::PlainText);
+  lblWrites_->setMinimumHeight(3 * fontMetrics().lineSpacing());  // nothing moves when it speaks
+  right->addWidget(lblWrites_);
+  right->addStretch();
+
+  auto* row = new QHBoxLayout(page);
+  row->addWidget(tree, 1);
+  row->addLayout(right);
+  return page;
+}
+
 QGroupBox* frmRegMap::MakeTreeFrame() {
-  auto* frame = Named(new QGroupBox("Register Map", this), "Frame1");
-  txtFind_ = Named(new QLineEdit(frame), "txtFind");
+  auto* frame = widgets::Named<QGroupBox>("Frame1", "Register Map", this);
+  txtFind_ = widgets::Named<QLineEdit>("txtFind", frame);
   txtFind_->setPlaceholderText("Name, bit or address");
   txtFind_->setClearButtonEnabled(true);
   txtFind_->installEventFilter(this);
-  auto* lblFind = Named(new QLabel("&Search", frame), "lblFind");
+  auto* lblFind = widgets::Named<QLabel>("lblFind", "&Search", frame);
   lblFind->setBuddy(txtFind_);
-  TreeView1_ = Named(new QTreeWidget(frame), "TreeView1");
+  TreeView1_ = widgets::Named<QTreeWidget>("TreeView1", frame);
   TreeView1_->setHeaderHidden(true);
   TreeView1_->setIndentation(base::PixelsFromTwips(kIndentationTwips));
   TreeView1_->setExpandsOnDoubleClick(true);
@@ -92,8 +102,9 @@ QGroupBox* frmRegMap::MakeTreeFrame() {
   TreeView1_->header()->setStretchLastSection(false);
   // Wide enough for the longest name with its two levels, high enough to hold a group.
   TreeView1_->setMinimumSize(fontMetrics().averageCharWidth() * 42, fontMetrics().height() * 20);
-  lblNoMatch_ = Named(new QLabel("No register has such a name, bit or address.", frame), "lblNoMatch");
+  lblNoMatch_ = widgets::Named<QLabel>("lblNoMatch", frame);
   lblNoMatch_->setWordWrap(true);
+  lblNoMatch_->setTextFormat(Qt::PlainText);
   lblNoMatch_->hide();
 
   auto* grid = new QGridLayout(frame);
@@ -106,26 +117,26 @@ QGroupBox* frmRegMap::MakeTreeFrame() {
 }
 
 QGroupBox* frmRegMap::MakeReadWriteFrame() {
-  auto* frame = Named(new QGroupBox("Read/Write", this), "Frame6");
+  auto* frame = widgets::Named<QGroupBox>("Frame6", "Read/Write", this);
   auto* grid = new QGridLayout(frame);
   const auto addBox = [&](int row, const char* labelName, const char* caption, const char* name) {
-    auto* box = Named(new QLineEdit(frame), name);
-    auto* label = Named(new QLabel(caption, frame), labelName);
+    auto* box = widgets::Named<QLineEdit>(name, frame);
+    auto* label = widgets::Named<QLabel>(labelName, caption, frame);
     label->setBuddy(box);
     grid->addWidget(label, row, 0);
     grid->addWidget(box, row, 1);
     return box;
   };
   txtReadAddr_ = addBox(0, "Label11", "A&ddress", "txtReadAddr");
-  cmdRead_ = Named(new QPushButton("&Read", frame), "cmdRead");
-  chkContRead_ = Named(new QCheckBox("Conti&nuous Read", frame), "chkContRead");
+  cmdRead_ = widgets::Named<QPushButton>("cmdRead", "&Read", frame);
+  chkContRead_ = widgets::Named<QCheckBox>("chkContRead", "Conti&nuous Read", frame);
   grid->addWidget(cmdRead_, 0, 2);
   grid->addWidget(chkContRead_, 1, 1, 1, 2);
   txtHex_ = addBox(2, "Label5", "Value(He&x)", "txtHex");
   txtDec_ = addBox(3, "Label6", "Value(D&ec)", "txtDec");
   // An empty box reads as 0.
   for (QLineEdit* box : {txtReadAddr_, txtHex_, txtDec_}) box->setPlaceholderText("0");
-  cmdWrite_ = Named(new QPushButton("Wri&te", frame), "cmdWrite");
+  cmdWrite_ = widgets::Named<QPushButton>("cmdWrite", "Wri&te", frame);
   grid->addWidget(cmdWrite_, 3, 2);
   grid->setColumnStretch(1, 1);
   chkContRead_->setToolTip("Repeats the read once a second");
@@ -133,18 +144,18 @@ QGroupBox* frmRegMap::MakeReadWriteFrame() {
 }
 
 QGroupBox* frmRegMap::MakeDetailsFrame() {
-  auto* frame = Named(new QGroupBox("Register Details", this), "Frame3");
+  auto* frame = widgets::Named<QGroupBox>("Frame3", "Register Details", this);
   fraDetails_ = frame;
   auto* grid = new QGridLayout(frame);
-  lblRegDescription_ = Named(new QLabel("Description", frame), "lblRegDescription");
+  lblRegDescription_ = widgets::Named<QLabel>("lblRegDescription", "Description", frame);
   QFont heavy = lblRegDescription_->font();
   heavy.setBold(true);
   lblRegDescription_->setFont(heavy);
   lblRegDescription_->setMinimumWidth(WidestDescription(QFontMetrics(heavy)));
   grid->addWidget(lblRegDescription_, 0, 0, 1, 2);
   const auto addValue = [&](int row, const char* labelName, const char* caption, const char* name, const char* start) {
-    auto* value = Named(new QLabel(start, frame), name);
-    grid->addWidget(Named(new QLabel(caption, frame), labelName), row, 0);
+    auto* value = widgets::Named<QLabel>(name, start, frame);
+    grid->addWidget(widgets::Named<QLabel>(labelName, caption, frame), row, 0);
     grid->addWidget(value, row, 1);
     return value;
   };
@@ -171,7 +182,7 @@ void frmRegMap::ConnectTree() {
     if (!shownByPress_) click(node);
     shownByPress_ = false;
   });
-  auto* copy = Named(new QAction("&Copy", TreeView1_), "actCopy");
+  auto* copy = widgets::Named<QAction>("actCopy", "&Copy", TreeView1_);
   copy->setShortcut(QKeySequence::Copy);
   copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(copy, &QAction::triggered, this, [this] { CopyRows(); });

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <QWidget>
+
+#include "platform/Services.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+
+namespace zth::windows {
+
+class RegisterFilter;
+class RegisterModel;
+
+/// The page of the register map that holds every register of the table as a row. It reads what the user asks for,
+/// each address once, and never a register that the read would clear, unless that one alone is selected.
+class AllRegisters final : public QWidget {
+  Q_OBJECT
+
+ public:
+  AllRegisters(platform::Services& services, QWidget* parent);
+
+  /// Another part of the window has read a register.
+  void Note(std::int32_t address, int value);
+  /// Another chip is in use: what was read is of no more use.
+  void Forget();
+  /// Reads anew what has been read so far.
+  void ReadAgain();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void MakeControls();
+  void MakeTable();
+  void AddCopy();
+  void ShowRows();
+  void cmdReadSelected_Click();
+  void cmdReadShown_Click();
+  /// The addresses of rows of the view, each once, in their order.
+  std::vector<std::int32_t> AddressesOf(const std::vector<int>& rows) const;
+  std::vector<int> SelectedRows() const;
+  std::vector<int> ShownRows() const;
+  void Read(const std::vector<std::int32_t>& addresses);
+  void CopyRows();
+
+  platform::Services& services_;
+  RegisterModel* model_;
+  RegisterFilter* filter_;
+  QLineEdit* txtSearch_ = nullptr;
+  QComboBox* cmbGroup_ = nullptr;
+  QTableView* tblRegisters_ = nullptr;
+  QPushButton* cmdReadSelected_ = nullptr;
+  QPushButton* cmdReadShown_ = nullptr;
+  QLabel* lblTold_ = nullptr;
+};
+
+}  // namespace zth::windows
