@@ -69,8 +69,9 @@ void FrameStrip(benchmark::State& state) {
   StripCompetitor strip(bench::kPoints);
   Run(state, strip);
 }
-/// A zoom in every frame, so that nothing of the last picture can stay.
-void FrameStripRedrawn(benchmark::State& state) {
+/// A zoom of Y in every frame, so that nothing of the last picture can stay; with `x` one of X too, so that the columns
+/// are others as well.
+void Zoomed(benchmark::State& state, bool x) {
   StripCompetitor strip(bench::kPoints);
   QApplication::processEvents();
   double high = 12000;
@@ -78,8 +79,15 @@ void FrameStripRedrawn(benchmark::State& state) {
     strip.Feed();
     high = high > 12500 ? 12000 : high + 50;
     strip.Widget().setProperty("AxisMax", high);
+    if (x) strip.Widget().setProperty("XSpan", high / 120);
     strip.Draw();
   }
+}
+void FrameStripRedrawn(benchmark::State& state) {
+  Zoomed(state, false);
+}
+void FrameStripZoomedBothWays(benchmark::State& state) {
+  Zoomed(state, true);
 }
 void FrameStripDayBehind(benchmark::State& state) {
   StripCompetitor strip(kDaySamples);
@@ -119,6 +127,7 @@ void Columns(benchmark::State& state) {
 
 BENCHMARK(FrameStrip)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameStripRedrawn)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FrameStripZoomedBothWays)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameStripDayBehind)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameStripDayShown)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameQCustomPlot)->Unit(benchmark::kMicrosecond);

@@ -44,12 +44,12 @@ bool StripFurniture::HasSample(const StripScene& scene, const StripLabel& label)
 
 void StripFurniture::Heading(QRect rect, const QString& text) {
   painter_.setPen(colours_.text);
-  painter_.setFont(bold_.Font());
-  painter_.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                    bold_.Metrics().elidedText(text, Qt::ElideRight, rect.width()));
+  const bool whole = bold_.Width(text) <= rect.width();
+  bold_.Draw(painter_, QPointF(rect.left(), rect.center().y() + 1 - bold_.Height() / 2),
+             whole ? text : bold_.Metrics().elidedText(text, Qt::ElideRight, rect.width()));
 }
 
-void StripFurniture::Still(QSize size, bool handles) {
+void StripFurniture::Still(QSize size, bool handles, bool paper) {
   const QRect& plot = layout_.plot;
   painter_.fillRect(QRect(QPoint(0, 0), size), colours_.window);
   if (const StripLabel* title = scene_.Label(0)) Heading(layout_.title, title->text);
@@ -61,30 +61,53 @@ void StripFurniture::Still(QSize size, bool handles) {
     const int centre = (above + layout_.zones[zone].top()) / 2;
     Heading(QRect(plot.left(), centre - height / 2, plot.width(), height), label.text);
   }
-  Zones();
+  if (paper) Paper();
+  Frames();
+  Numbers();
   Samples();
   if (handles) Handles();
 }
 
-void StripFurniture::Zones() {
-  int lastBottom = -1000;  // through all zones: where they are low, the numbers of two would meet at their border
+void StripFurniture::Scales() {
+  // Up to the zones' frames, and half a line beyond the plot, where the outermost numbers reach.
+  const int half = text_.Height() / 2 + 1;
+  const QRect beside(QPoint(0, layout_.plot.top() - half), QPoint(layout_.plot.left() - 2, layout_.plot.bottom() + half));
+  painter_.setClipRect(beside);
+  painter_.fillRect(beside, colours_.window);
+  Numbers();
+  Handles();
+}
+
+void StripFurniture::Paper() {
   for (std::size_t i = 0; i < layout_.zones.size(); ++i) {
     const QRect& zone = layout_.zones[i];
-    const StripView::Axis& axis = scene_.view.At(i);
     painter_.fillRect(zone, colours_.paper);
-    for (auto tick = layout_.yTicks[i].rbegin(); tick != layout_.yTicks[i].rend(); ++tick) {
-      const double y = layout_.PixelOfY(axis, i, tick->value);
+    for (const Tick& tick : layout_.yTicks[i]) {
+      const double y = layout_.PixelOfY(scene_.view.At(i), i, tick.value);
       painter_.fillRect(QRectF(zone.left(), std::floor(y), zone.width(), 1), colours_.grid);
+    }
+  }
+}
+
+void StripFurniture::Frames() {
+  painter_.setPen(QPen(colours_.frame, 1));
+  painter_.setBrush(Qt::NoBrush);
+  for (const QRect& zone : layout_.zones) painter_.drawRect(QRectF(zone).adjusted(-0.5, -0.5, 0.5, 0.5));
+}
+
+void StripFurniture::Numbers() {
+  int lastBottom = -1000;  // through all zones: where they are low, the numbers of two would meet at their border
+  painter_.setPen(colours_.text);
+  for (std::size_t i = 0; i < layout_.zones.size(); ++i) {
+    const QRect& zone = layout_.zones[i];
+    for (auto tick = layout_.yTicks[i].rbegin(); tick != layout_.yTicks[i].rend(); ++tick) {
+      const double y = layout_.PixelOfY(scene_.view.At(i), i, tick->value);
       const int top = std::clamp(static_cast<int>(std::lround(y)) - text_.Height() / 2, zone.top() - text_.Height() / 2,
                                  zone.bottom() - text_.Height() / 2);
       if (top < lastBottom) continue;
       lastBottom = top + text_.Height();
-      painter_.setPen(colours_.text);
       text_.Draw(painter_, QPointF(layout_.plot.left() - 6 - text_.Width(tick->text), top), tick->text);
     }
-    painter_.setPen(QPen(colours_.frame, 1));
-    painter_.setBrush(Qt::NoBrush);
-    painter_.drawRect(QRectF(zone).adjusted(-0.5, -0.5, 0.5, 0.5));
   }
 }
 

@@ -13,8 +13,11 @@ class StripFurniture {
  public:
   explicit StripFurniture(const StripSheet& sheet);
 
-  /// What changes with the ranges and the legend's rows alone, on a widget of that size.
-  void Still(QSize size, bool handles);
+  /// What changes with the ranges and the legend's rows alone, on a widget of that size; `paper` with what lies on the
+  /// zones: their ground and the grid across.
+  void Still(QSize size, bool handles, bool paper);
+  /// Of that what changes with the Y ranges, anew: the numbers beside the zones, and the handles there.
+  void Scales();
   void XLabels();
   /// The legend's texts; their line samples stand still.
   void Legend();
@@ -25,7 +28,9 @@ class StripFurniture {
 
  private:
   void Heading(QRect rect, const QString& text);
-  void Zones();
+  void Paper();
+  void Frames();
+  void Numbers();
   void Handles();
   void Samples();
   void Sample(QRectF rect, const StripTrace& style, bool shown);

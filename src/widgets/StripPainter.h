@@ -13,13 +13,15 @@
 #include "widgets/StripScene.h"
 #include "widgets/StripSheet.h"
 #include "widgets/StripText.h"
+#include "widgets/TraceColumns.h"
 
 class QPainter;
 
 namespace zth::widgets {
 
-/// Draws a scene. What stands still (texts of the axes, grid, frame) is kept as an image and drawn anew when something
-/// about it has changed; the traces go straight into the pixels of a copy.
+/// Draws a scene. What stands still (texts of the axes, legend's lines, frame) is kept as an image and drawn anew when
+/// something about it has changed; a time chart's traces and grid go straight into the image's pixels, an X-Y chart's
+/// paths onto a copy.
 class StripPainter {
  public:
   explicit StripPainter(const QFont& font);
@@ -36,9 +38,12 @@ class StripPainter {
 
   void SetFont(const QFont& font);
   /// The data are others than those last drawn: nothing of the picture is kept.
-  void Forget() { drawn_.valid = false; }
-  /// Forgets how wide the texts beside the plot have been.
-  void ResetColumns() { columns_ = {}; }
+  void Forget();
+  /// Forgets how wide the texts beside the plot have been, and the image with them.
+  void ResetColumns() {
+    columns_ = {};
+    key_ = {};
+  }
 
  private:
   /// All that the still image shows.
@@ -50,10 +55,11 @@ class StripPainter {
     bool focus = false;
     StripLayout::Columns columns;
     QStringList texts;
-    std::vector<double> ranges;
+    std::vector<double> zones;
     std::vector<int> legend;
     bool operator==(const StillKey&) const = default;
   };
+  using Ranges = std::vector<std::pair<double, double>>;
   /// What the canvas shows of the traces, so that a scrolling chart need only draw what has come in.
   struct Drawn {
     bool valid = false;
@@ -69,6 +75,11 @@ class StripPainter {
   };
   StillKey KeyOf(const StripScene& scene, QSize size, double ratio, const QPalette& palette) const;
 
+  static Ranges RangesOf(const StripScene& scene);
+
+  /// Brings the image of what stands still up to date.
+  void PaintStill(const StripScene& scene, QSize size, double ratio, const QPalette& palette,
+                  const StripColours& colours);
   StripSheet SheetOf(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintColumns(const StripScene& scene, const StripColours& colours);
   Drawn ToDraw(const StripScene& scene) const;
@@ -76,6 +87,7 @@ class StripPainter {
   void PaintGround(const StripScene& scene, std::size_t zone, const RasterArea& area, int from,
                    const StripColours& colours);
   void PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach);
+  RasterLine LineOf(const StripTrace& style, int from, int reach) const;
   RasterArea ZoneArea(std::size_t zone);
 
   StripText text_;
@@ -83,12 +95,14 @@ class StripPainter {
   StripLayout layout_;
   StripLayout::Columns columns_;
   StillKey key_;
+  Ranges ranges_;
   Drawn drawn_;
-  QImage still_;
   QImage canvas_;
+  QImage paths_;
   QSize size_;
   double ratio_ = 1;
-  std::vector<TraceHistory::Column> scratch_;
+  std::vector<TraceColumns> kept_;  ///< one a trace
+  std::vector<QRgb> row_;           ///< of the ground: paper and the lines of the x grid
 };
 
 }  // namespace zth::widgets
