@@ -15,6 +15,7 @@
 #include "shell/Firmware.h"
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
+#include "widgets/ClearBoxes.h"
 #include "windows/SharedState.h"
 #include "windows/config/frmEasySetup.h"
 
@@ -79,6 +80,7 @@ void InitMonitorDefaults() {
 
 void Main(platform::Services& services) {
   AwaitEndOrders(services.process);
+  widgets::ClearBoxes::Install();
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
   });

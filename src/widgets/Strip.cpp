@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include "widgets/StripAccessible.h"
+#include "widgets/StripBar.h"
 #include "widgets/StripExport.h"
 #include "widgets/StripPrivate.h"
 
@@ -53,8 +54,11 @@ Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  p_->bar = new StripBar(*this);
   connect(&Frames(), &QTimer::timeout, this, [this] {
-    if (std::exchange(p_->waiting, false)) update();
+    // New values leave the title's row as it is, and the buttons in it.
+    const int top = p_->painter.Layout().plot.top() - 1;
+    if (std::exchange(p_->waiting, false)) update(0, top, width(), height() - top);
   });
 }
 
@@ -76,7 +80,15 @@ void Strip::Changed(StripChange change) {
   }
   if (change == StripChange::Zones) emit Strip2_LayoutChanged(Index());
   TellHeld();
+  PlaceBar();
   update();
+}
+
+void Strip::PlaceBar() {
+  if (p_->bar == nullptr) return;
+  p_->LayOut();
+  p_->bar->ShowState();
+  p_->bar->Place(p_->painter.Layout().plot.top(), p_->painter.TitleEnd(scene_));
 }
 
 // Samples only mark the chart; the shared timer turns any number of them into one picture. A hidden chart does not even
@@ -101,6 +113,7 @@ void Strip::ClearData() {
   p_->painter.Forget();
   p_->feed.Restart();
   TellHeld();
+  p_->bar->ShowState();
   Touch();
 }
 
@@ -127,6 +140,9 @@ void Strip::PlotValue(int trace, double value) {
 
 void Strip::GoLive() {
   p_->input.GoLive();
+}
+void Strip::ToggleHold() {
+  p_->input.ToggleHold();
 }
 void Strip::ResetRanges() {
   p_->input.Reset();
@@ -166,7 +182,7 @@ QByteArray Strip::PictureSvg() const {
   generator.setTitle(Title());
   generator.setDescription(Summary());
   QPainter painter(&generator);
-  p_->painter.PaintVector(painter, scene_, size(), palette());
+  p_->painter.PaintVector(painter, scene_, size(), palette(), false);
   painter.end();
   return svg;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <QRectF>
 #include <QSize>
 #include <QString>
@@ -19,7 +21,8 @@ class StripFurniture {
   /// Of that what changes with the Y ranges, anew: the numbers beside the zones, and the handles there.
   void Scales();
   void XLabels();
-  /// The legend's texts; their line samples stand still.
+  /// The legend's texts; their line samples stand still. While there is a cursor a trace's row tells its name and the
+  /// value under the cursor, at the row's right end, whatever the digits.
   void Legend();
   void FreeLabels();
 
@@ -32,7 +35,10 @@ class StripFurniture {
   void Frames();
   void Numbers();
   void Handles();
+  std::vector<QRectF> FreePlaces();
   void Samples();
+  QRectF SampleRect(const QRect& row) const;
+  void Reading(const StripLayout::LegendRow& row);
   void Sample(QRectF rect, const StripTrace& style, bool shown);
 
   QPainter& painter_;
@@ -41,6 +47,8 @@ class StripFurniture {
   const StripColours& colours_;
   StripText& text_;
   StripText& bold_;
+  const StripReadout* readout_;
+  QRect tag_;  ///< what the cursor takes of the texts under the plot
 };
 
 }  // namespace zth::widgets

@@ -2,37 +2,23 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include <QPainter>
 
 #include "widgets/StripColours.h"
+#include "widgets/StripEdges.h"
 #include "widgets/StripFurniture.h"
 #include "widgets/StripOverlay.h"
 #include "widgets/StripPaths.h"
+#include "widgets/StripReadout.h"
 
 namespace zth::widgets {
 namespace {
 
-constexpr double kLightest = 0.45;  // of lightness: from here on a colour is faint on paper
-
 QFont Bold(QFont font) {
   font.setBold(true);
   return font;
-}
-
-// How bright a colour looks, 0 to 1.
-double Luminance(const QColor& colour) {
-  return 0.2126 * std::pow(colour.redF(), 2.2) + 0.7152 * std::pow(colour.greenF(), 2.2) +
-         0.0722 * std::pow(colour.blueF(), 2.2);
-}
-
-// Lime on paper: a seam in its own darker shade keeps it apart from the ground.
-bool NeedsSeam(const QColor& colour) {
-  return Luminance(colour) > kLightest;
-}
-
-QColor SeamOf(const QColor& colour) {
-  return colour.darker(140);
 }
 
 }  // namespace
@@ -51,6 +37,11 @@ void StripPainter::LayOut(const StripScene& scene, QSize size, double ratio) {
   ratio_ = ratio;
 }
 
+int StripPainter::TitleEnd(const StripScene& scene) {
+  const StripLabel* title = scene.Label(0);
+  return layout_.title.left() + (title != nullptr ? bold_.Width(title->text) : 0);
+}
+
 StripPainter::StillKey StripPainter::KeyOf(const StripScene& scene, QSize size, double ratio,
                                            const QPalette& palette) const {
   StillKey key{size, ratio, palette.cacheKey(), scene.overlay.hovered, scene.overlay.focus, columns_, {}, {}, {}};
@@ -58,6 +49,7 @@ StripPainter::StillKey StripPainter::KeyOf(const StripScene& scene, QSize size, 
     if (label.slot == 0 || label.place == StripPlace::Heading) key.texts << label.text;
   }
   for (const StripLayout::LegendRow& row : layout_.legend) {
+    if (row.label < 0) continue;
     const StripLabel& label = scene.labels[static_cast<std::size_t>(row.label)];
     key.legend.insert(key.legend.end(),
                       {row.rect.top(), label.trace, StripFurniture::HasSample(scene, label), scene.Shown(label.trace)});
@@ -115,23 +107,40 @@ void StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size,
   }
   painter.drawImage(QPointF(0, 0), scene.IsXY() ? paths_ : canvas_);
   const StripSheet sheet = SheetOf(painter, scene, colours);
-  StripFurniture furniture(sheet);
-  furniture.XLabels();
-  furniture.Legend();
-  furniture.FreeLabels();
-  StripOverlay(sheet).Paint();
+  if (!scene.IsXY()) MarkEdges(sheet);
+  PaintLive(sheet, true);
 }
 
-void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette) {
+void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette,
+                               bool overlay) {
   LayOut(scene, size, 1);
   const StripColours colours(palette);
   const StripSheet sheet = SheetOf(painter, scene, colours);
-  StripFurniture furniture(sheet);
-  furniture.Still(size, false, true);
+  StripFurniture(sheet).Still(size, false, true);
   scene.IsXY() ? DrawPaths(sheet) : DrawOutlines(sheet);
+  PaintLive(sheet, overlay);
+}
+
+// What changes with every sample, and what the user has over it.
+void StripPainter::PaintLive(const StripSheet& sheet, bool overlay) {
+  std::optional<StripReadout> readout;
+  if (overlay && sheet.scene.overlay.cursor) readout = ReadUnderCursor(sheet.scene, sheet.layout);
+  StripSheet live = sheet;
+  live.readout = readout ? &*readout : nullptr;
+  StripFurniture furniture(live);
   furniture.XLabels();
   furniture.Legend();
   furniture.FreeLabels();
+  if (overlay) StripOverlay(live).Paint();
+}
+
+void StripPainter::MarkEdges(const StripSheet& sheet) const {
+  for (int t = 0; t < static_cast<int>(kept_.size()); ++t) {
+    const std::span<const TraceHistory::Column> columns = kept_[static_cast<std::size_t>(t)].Last();
+    if (!sheet.scene.Shown(t) || !sheet.scene.HasData(t) || columns.empty()) continue;
+    const auto before = static_cast<std::int64_t>(columns.size()) - layout_.ColumnCount();
+    MarkCutColumns(sheet, t, columns, layout_.FirstColumn() - before);
+  }
 }
 
 StripSheet StripPainter::SheetOf(QPainter& painter, const StripScene& scene, const StripColours& colours) {
@@ -208,8 +217,7 @@ void StripPainter::PaintGround(const StripScene& scene, std::size_t zone, const 
 
 RasterLine StripPainter::LineOf(const StripTrace& style, int from, int reach) const {
   const int unit = std::max(1, static_cast<int>(std::lround(ratio_)));
-  return {.colour = style.colour.rgb(),
-          .width = std::max(1, static_cast<int>(std::lround(style.width * ratio_))),
+  return {.width = std::max(1, static_cast<int>(std::lround(style.width * ratio_))),
           .style = style.style,
           .firstColumn = layout_.FirstColumn(),
           .begin = from - reach,
@@ -217,7 +225,8 @@ RasterLine StripPainter::LineOf(const StripTrace& style, int from, int reach) co
           .unit = unit};
 }
 
-void StripPainter::PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach) {
+void StripPainter::PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach,
+                              const StripColours& colours) {
   const StripTrace& style = scene.TraceAt(trace).style;
   const StripView::Axis& axis = scene.view.At(scene.AxisOf(trace));
   // What lies before may reach into what is drawn: also from beyond the left edge.
@@ -226,10 +235,11 @@ void StripPainter::PaintTrace(const StripScene& scene, int trace, const RasterAr
           .Of(scene.TraceAt(trace).history, layout_.FirstColumn() - reach, layout_.ColumnWidth(),
               static_cast<std::size_t>(layout_.ColumnCount() + reach), reach)
           .subspan(static_cast<std::size_t>(from));
-  const RasterLine line = LineOf(style, from, reach);
-  if (NeedsSeam(style.colour)) {
+  RasterLine line = LineOf(style, from, reach);
+  line.colour = colours.OfTrace(style.colour).rgb();
+  if (const QColor darker = colours.SeamOf(colours.OfTrace(style.colour)); darker.isValid()) {
     RasterLine seam = line;
-    seam.colour = SeamOf(style.colour).rgb();
+    seam.colour = darker.rgb();
     seam.width += 2 * line.unit;
     DrawColumns(area, columns, axis.min, axis.max, seam);
   }
@@ -253,7 +263,7 @@ void StripPainter::PaintColumns(const StripScene& scene, const StripColours& col
     PaintGround(scene, zone, areas.back(), from, colours);
   }
   for (int t = 0; t < static_cast<int>(scene.traces.size()) && from < layout_.ColumnCount(); ++t) {
-    if (scene.Shown(t) && scene.HasData(t)) PaintTrace(scene, t, areas[scene.AxisOf(t)], from, reach);
+    if (scene.Shown(t) && scene.HasData(t)) PaintTrace(scene, t, areas[scene.AxisOf(t)], from, reach, colours);
   }
   drawn_ = std::move(next);
 }

@@ -28,11 +28,13 @@ class StripPainter {
 
   /// Lays out and draws the whole widget.
   void Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio, const QPalette& palette);
-  /// The same, as lines and texts that scale: for drawings and paper. No cursor, no handles.
-  void PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette);
+  /// The same, as lines and texts that scale: for drawings and paper. No handles, and without `overlay` no cursor.
+  void PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette, bool overlay);
   /// Makes the layout that Paint would use, for hit tests.
   void LayOut(const StripScene& scene, QSize size, double ratio);
 
+  /// Where the title ends, in the layout last made.
+  int TitleEnd(const StripScene& scene);
   /// The layout last made.
   const StripLayout& Layout() const { return layout_; }
 
@@ -80,13 +82,16 @@ class StripPainter {
   /// Brings the image of what stands still up to date.
   void PaintStill(const StripScene& scene, QSize size, double ratio, const QPalette& palette,
                   const StripColours& colours);
+  void MarkEdges(const StripSheet& sheet) const;
+  void PaintLive(const StripSheet& sheet, bool overlay);
   StripSheet SheetOf(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintColumns(const StripScene& scene, const StripColours& colours);
   Drawn ToDraw(const StripScene& scene) const;
   int FirstStale(const Drawn& next, int reach) const;
   void PaintGround(const StripScene& scene, std::size_t zone, const RasterArea& area, int from,
                    const StripColours& colours);
-  void PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach);
+  void PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach,
+                  const StripColours& colours);
   RasterLine LineOf(const StripTrace& style, int from, int reach) const;
   RasterArea ZoneArea(std::size_t zone);
 

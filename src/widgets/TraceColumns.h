@@ -17,7 +17,8 @@ class TraceColumns {
   /// before its own a new sample may change.
   std::span<const TraceHistory::Column> Of(const TraceHistory& history, std::int64_t first, double width,
                                            std::size_t count, int reach);
-  void Forget() { columns_.clear(); }
+  /// What it last gave; nothing before.
+  std::span<const TraceHistory::Column> Last() const { return columns_; }
 
  private:
   /// How many of the columns still hold once they are moved to begin at `first`.
