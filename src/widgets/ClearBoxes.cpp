@@ -26,7 +26,7 @@ void ClearBoxes::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
   const bool box = element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck;
   if ((!ring && !box) || !IsDark(option->palette)) return;
   const QPalette& palette = option->palette;
-  const double share = (option->state & State_Enabled) != 0 ? 0.7 : 0.35;
+  const double share = (option->state & State_Enabled) != 0 ? 0.8 : 0.35;
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
   painter->setPen(QPen(Blend(palette.color(QPalette::Base), palette.color(QPalette::WindowText), share), 1));

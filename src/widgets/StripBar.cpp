@@ -27,6 +27,14 @@ constexpr char kCopy[] =
     R"(<rect x="8.500" y="8.500" width="11.500" height="12" rx="1.500"/><path d="M5.500 15.500H4V3.500h11.500V5"/>)";
 constexpr char kExport[] = R"(<path d="M4 14v6.500h16V14"/><path d="M12 3.500v11M8 10.500l4 4 4-4" stroke="#d9622b"/>)";
 
+/// As small as its icon allows: a style's own margins would cost the title's row its height.
+class SlimButton final : public QToolButton {
+ public:
+  using QToolButton::QToolButton;
+  QSize sizeHint() const override { return iconSize() + QSize(kAround, kAround); }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+};
+
 QIcon Icon(const char* strokes) {
   return PaletteIcon(QByteArray(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 24 24" fill="none" )"
                                 R"(stroke="currentColor" stroke-width="1.7" stroke-linecap="round" )"
@@ -60,7 +68,7 @@ StripBar::StripBar(Strip& strip) : QWidget(&strip), strip_(strip) {
 }
 
 QToolButton* StripBar::Add(const char* name, std::function<void()> handler) {
-  auto* button = new QToolButton(this);
+  auto* button = new SlimButton(this);
   button->setObjectName(QLatin1String(name));
   button->setAutoRaise(true);
   button->setFocusPolicy(Qt::TabFocus);
