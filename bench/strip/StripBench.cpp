@@ -1,13 +1,16 @@
 // How long a frame of the strip chart takes, beside two chart libraries on the same samples in the same run; and what
-// an append costs. Offscreen raster, 800 x 500, 12 traces of 2,000 points in sight.
+// an append costs. Each strip has its bar of buttons. Offscreen raster, 800 x 500, 12 traces of 2,000 points in sight.
 #include <cstdio>
 #include <vector>
 
 #include <QApplication>
 #include <QImage>
+#include <QMouseEvent>
+#include <QTimer>
 #include <benchmark/benchmark.h>
 
 #include "Peers.h"
+#include "platform/DesktopServices.h"
 #include "widgets/Strip.h"
 #include "widgets/TraceHistory.h"
 
@@ -21,7 +24,7 @@ constexpr int kDaySamples = 24 * 60 * 60 * 20;
 class StripCompetitor final : public bench::Competitor {
  public:
   explicit StripCompetitor(int samples, double shown = bench::kPoints * bench::kPeriod)
-      : strip_([this] { return now_; }) {
+      : strip_([this] { return now_; }, nullptr, zth::widgets::StripOutlets(services_.All())) {
     zth::widgets::StripSetup setup{.title = QStringLiteral("Temperature"),
                                    .xMin = -shown + 10,
                                    .axes = {{0, 12000, 0, 0.47}, {0, 12000, 0.53, 1}},
@@ -34,6 +37,7 @@ class StripCompetitor final : public bench::Competitor {
     strip_.resize(bench::kWidth, bench::kHeight);
     for (int i = 0; i < samples; ++i) Add();
     strip_.show();
+    frames_ = QCoreApplication::instance()->findChild<QTimer*>("stripFrames");
   }
   QWidget& Widget() override { return strip_; }
   void Feed() override {
@@ -43,7 +47,18 @@ class StripCompetitor final : public bench::Competitor {
       strip_.SetCaption(bench::LegendText(t, next_ - 1));
     }
   }
-  void Draw() override { strip_.repaint(); }
+  /// What the program does between two frames: the timer of all charts fires, and the part that has changed is painted.
+  void Draw() override {
+    frames_->stop();
+    QMetaObject::invokeMethod(frames_, "timeout");
+    QApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
+  }
+  /// Puts the cursor over the plot.
+  void Point() {
+    const QPointF at(300, 120);
+    QMouseEvent move(QEvent::MouseMove, at, strip_.mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(&strip_, &move);
+  }
 
  private:
   void Add() {
@@ -54,7 +69,9 @@ class StripCompetitor final : public bench::Competitor {
 
   double now_ = 0;
   int next_ = 0;
+  zth::platform::DesktopServices services_;
   zth::widgets::Strip strip_;
+  QTimer* frames_ = nullptr;
 };
 
 void Run(benchmark::State& state, bench::Competitor& competitor) {
@@ -69,8 +86,15 @@ void FrameStrip(benchmark::State& state) {
   StripCompetitor strip(bench::kPoints);
   Run(state, strip);
 }
-/// A zoom in every frame, so that nothing of the last picture can stay.
-void FrameStripRedrawn(benchmark::State& state) {
+void FrameStripUnderCursor(benchmark::State& state) {
+  StripCompetitor strip(bench::kPoints);
+  QApplication::processEvents();
+  strip.Point();
+  Run(state, strip);
+}
+/// A zoom of Y in every frame, so that nothing of the last picture can stay; with `x` one of X too, so that the columns
+/// are others as well.
+void Zoomed(benchmark::State& state, bool x) {
   StripCompetitor strip(bench::kPoints);
   QApplication::processEvents();
   double high = 12000;
@@ -78,8 +102,15 @@ void FrameStripRedrawn(benchmark::State& state) {
     strip.Feed();
     high = high > 12500 ? 12000 : high + 50;
     strip.Widget().setProperty("AxisMax", high);
+    if (x) strip.Widget().setProperty("XSpan", high / 120);
     strip.Draw();
   }
+}
+void FrameStripRedrawn(benchmark::State& state) {
+  Zoomed(state, false);
+}
+void FrameStripZoomedBothWays(benchmark::State& state) {
+  Zoomed(state, true);
 }
 void FrameStripDayBehind(benchmark::State& state) {
   StripCompetitor strip(kDaySamples);
@@ -118,7 +149,9 @@ void Columns(benchmark::State& state) {
 }
 
 BENCHMARK(FrameStrip)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FrameStripUnderCursor)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameStripRedrawn)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FrameStripZoomedBothWays)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameStripDayBehind)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameStripDayShown)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FrameQCustomPlot)->Unit(benchmark::kMicrosecond);

@@ -17,6 +17,7 @@
 #include "shell/ProgramState.h"
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
+#include "widgets/ClearBoxes.h"
 #include "windows/SharedState.h"
 #include "windows/config/frmEasySetup.h"
 
@@ -120,6 +121,7 @@ void InitMonitorDefaults() {
 
 void Main(platform::Services& services) {
   AwaitEndOrders(services.process);
+  widgets::ClearBoxes::Install();
   for (bool runs = false; !runs;) {
     try {
       Start(services);

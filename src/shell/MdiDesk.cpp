@@ -12,6 +12,7 @@
 #include <QStyleOptionTitleBar>
 
 #include "shell/Tiling.h"
+#include "widgets/ClearBoxes.h"
 #include "windows/ChildWindow.h"
 
 namespace zth::shell {
@@ -21,7 +22,7 @@ namespace {
 /// That of a window read from another chip than the one in use stands out by its colour.
 class TitleBarStyle final : public QProxyStyle {
  public:
-  TitleBarStyle() : QProxyStyle(QApplication::style()->name()) {}
+  TitleBarStyle() : QProxyStyle(widgets::ClearBoxes::NameBeneath()) {}
 
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
     const int given = QProxyStyle::pixelMetric(metric, option, widget);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
+
 #include <QColor>
 #include <QPalette>
 
@@ -14,6 +17,21 @@ inline bool IsDark(const QPalette& palette, QPalette::ColorRole ground = QPalett
 inline QColor Blend(const QColor& a, const QColor& b, double share) {
   const auto mix = [share](float x, float y) { return static_cast<float>(x + (y - x) * share); };
   return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()), mix(a.blueF(), b.blueF()));
+}
+
+/// How bright a colour looks, 0 to 1.
+inline double Luminance(const QColor& colour) {
+  const auto linear = [](float part) {
+    const double share = static_cast<double>(part);
+    return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+/// How far two colours stand out from each other: 1 for none to 21 for black from white.
+inline double Contrast(const QColor& a, const QColor& b) {
+  const auto [less, more] = std::minmax({Luminance(a), Luminance(b)});
+  return (more + 0.05) / (less + 0.05);
 }
 
 }  // namespace zth::widgets

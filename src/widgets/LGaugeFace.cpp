@@ -122,6 +122,12 @@ QColor DialPainter::SliderColour(SliderKind kind, const QPalette& palette) {
   return IsDisabled(palette) ? Blend(colour, Plate(palette), 0.6) : colour;
 }
 
+std::array<QColor, 3> DialPainter::ShapeColours(const QPalette& palette) {
+  const bool dark = OnDark(palette);
+  return {dark ? QColor(0x3f, 0xb5, 0x7a) : QColor(0x2a, 0x9a, 0x5c),
+          dark ? QColor(0xff, 0x5a, 0x52) : QColor(0xb7, 0x17, 0x1d), Blend(Ink(palette), Plate(palette), 0.48)};
+}
+
 QFont DialPainter::FontOf(double pixels, bool bold) const {
   QFont font = font_;
   font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
@@ -190,7 +196,7 @@ void DialPainter::Face(double scaleMin, double scaleMax) {
 
 void DialPainter::AllowedBand(double low, double high) {
   if (high <= low) return;  // crossed limits leave nothing free
-  QColor colour = OnDark(palette_) ? QColor(0x3f, 0xb5, 0x7a) : QColor(0x2a, 0x9a, 0x5c);
+  QColor colour = ShapeColours(palette_)[0];
   if (IsDisabled(palette_)) colour = Blend(colour, Plate(palette_), 0.6);
   const double width = std::max(2.5, measures_.rim * 0.032);
   painter_.setBrush(Qt::NoBrush);
@@ -219,8 +225,7 @@ void DialPainter::Hand(double angle, bool live) {
   hand.closeSubpath();
 
   const bool dark = OnDark(palette_);
-  QColor colour = dark ? QColor(0xff, 0x5a, 0x52) : QColor(0xb7, 0x17, 0x1d);
-  if (!live || IsDisabled(palette_)) colour = Blend(Ink(palette_), Plate(palette_), 0.7);
+  const QColor colour = ShapeColours(palette_)[live && !IsDisabled(palette_) ? 1 : 2];
   const QPainterPath turned = Turned(hand, measures_, angle, 0);
   painter_.setPen(Qt::NoPen);
   painter_.setBrush(QColor(0, 0, 0, dark ? 90 : 40));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include <QColor>
 #include <QFont>
 #include <QPainterPath>
@@ -58,6 +60,8 @@ class DialPainter {
   void ValueTag(SliderKind kind, const QString& text);
 
   static QColor SliderColour(SliderKind kind, const QPalette& palette);
+  /// Of the band, of the hand while it is live, and while it is not.
+  static std::array<QColor, 3> ShapeColours(const QPalette& palette);
 
  private:
   void Bezel();

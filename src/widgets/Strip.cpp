@@ -13,6 +13,7 @@
 
 #include "widgets/Named.h"
 #include "widgets/StripAccessible.h"
+#include "widgets/StripBar.h"
 #include "widgets/StripCaption.h"
 #include "widgets/StripExport.h"
 #include "widgets/StripPrivate.h"
@@ -54,8 +55,11 @@ Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  p_->bar = new StripBar(*this);
   connect(&Frames(), &QTimer::timeout, this, [this] {
-    if (std::exchange(p_->waiting, false)) update();
+    // New values leave the title's row as it is, and the buttons in it.
+    const int top = p_->painter.Layout().plot.top() - 1;
+    if (std::exchange(p_->waiting, false)) update(0, top, width(), height() - top);
   });
 }
 
@@ -77,7 +81,15 @@ void Strip::Changed(StripChange change) {
   }
   if (change == StripChange::Zones) emit Strip2_LayoutChanged(Index());
   TellHeld();
+  PlaceBar();
   update();
+}
+
+void Strip::PlaceBar() {
+  if (p_->bar == nullptr) return;
+  p_->LayOut();
+  p_->bar->ShowState();
+  p_->bar->Place(p_->painter.Layout().plot.top(), p_->painter.TitleEnd(scene_));
 }
 
 // Samples only mark the chart; the shared timer turns any number of them into one picture. A hidden chart does not even
@@ -104,6 +116,7 @@ void Strip::ClearData() {
   p_->painter.Forget();
   p_->feed.Restart();
   TellHeld();
+  p_->bar->ShowState();
   Touch();
 }
 
@@ -130,6 +143,9 @@ void Strip::PlotValue(int trace, double value) {
 
 void Strip::GoLive() {
   p_->input.GoLive();
+}
+void Strip::ToggleHold() {
+  p_->input.ToggleHold();
 }
 void Strip::ResetRanges() {
   p_->input.Reset();
@@ -171,7 +187,7 @@ QByteArray Strip::PictureSvg(const QString& caption) const {
   generator.setTitle(Title());
   generator.setDescription(Summary());
   QPainter painter(&generator);
-  p_->painter.PaintVector(painter, scene_, size(), palette());
+  p_->painter.PaintVector(painter, scene_, size(), palette(), false);
   beneath.Paint(painter, size());
   painter.end();
   return svg;

@@ -38,6 +38,8 @@ class Strip : public StripState {
   Q_INVOKABLE void PlotValue(int trace, double value);
 
   Q_INVOKABLE void GoLive();
+  /// Holds a time chart where it is, or lets it go live again.
+  Q_INVOKABLE void ToggleHold();
   Q_INVOKABLE void ResetRanges();
   Q_INVOKABLE void FitAxis(int axis);
   void FitAll();
@@ -83,6 +85,7 @@ class Strip : public StripState {
   void Changed(StripChange change) override;
   void Touch();
   void TellValue();
+  void PlaceBar();
 
   std::unique_ptr<Private> p_;
   StripFiles files_;

@@ -40,7 +40,7 @@ void Strip::paintEvent(QPaintEvent*) {
   if (painter.paintEngine()->type() == QPaintEngine::Raster) {
     p_->painter.Paint(painter, scene_, size(), devicePixelRatioF(), palette());
   } else {
-    p_->painter.PaintVector(painter, scene_, size(), palette());
+    p_->painter.PaintVector(painter, scene_, size(), palette(), true);
   }
 }
 
@@ -52,12 +52,14 @@ void Strip::showEvent(QShowEvent* event) {
 void Strip::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   p_->painter.ResetColumns();
+  PlaceBar();
   emit Strip2_LayoutChanged(Index());
 }
 
 void Strip::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange) p_->painter.SetFont(font());
   QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange) PlaceBar();
   update();
 }
 
@@ -97,7 +99,13 @@ void Strip::wheelEvent(QWheelEvent* event) {
 
 void Strip::keyPressEvent(QKeyEvent* event) {
   p_->LayOut();
-  if (!p_->input.Key(event->key(), event->modifiers())) QWidget::keyPressEvent(event);
+  if (event->matches(QKeySequence::Copy)) {
+    files_.CopyPicture();
+  } else if (event->key() == Qt::Key_E && event->modifiers() == Qt::ControlModifier) {
+    p_->bar->OpenExport();
+  } else if (!p_->input.Key(event->key(), event->modifiers())) {
+    QWidget::keyPressEvent(event);
+  }
 }
 
 void Strip::focusInEvent(QFocusEvent* event) {

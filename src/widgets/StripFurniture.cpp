@@ -7,8 +7,14 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "widgets/StripOverlay.h"
+#include "widgets/StripReadout.h"
+
 namespace zth::widgets {
 namespace {
+
+constexpr int kFreeSample = 18;     // a moving label's line
+constexpr double kFreeNewest = 28;  // kept free of moving labels before the newest sample
 
 QPolygonF Triangle(const QRectF& rect, StripPart::Kind kind) {
   const QPointF middle = rect.center();
@@ -35,7 +41,9 @@ StripFurniture::StripFurniture(const StripSheet& sheet)
       layout_(sheet.layout),
       colours_(sheet.colours),
       text_(sheet.text),
-      bold_(sheet.bold) {}
+      bold_(sheet.bold),
+      readout_(sheet.readout),
+      tag_(StripOverlay::TagOf(sheet)) {}
 
 bool StripFurniture::HasSample(const StripScene& scene, const StripLabel& label) {
   return scene.HasTrace(label.trace) && label.line && !label.text.isEmpty() &&
@@ -44,12 +52,12 @@ bool StripFurniture::HasSample(const StripScene& scene, const StripLabel& label)
 
 void StripFurniture::Heading(QRect rect, const QString& text) {
   painter_.setPen(colours_.text);
-  painter_.setFont(bold_.Font());
-  painter_.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                    bold_.Metrics().elidedText(text, Qt::ElideRight, rect.width()));
+  const bool whole = bold_.Width(text) <= rect.width();
+  bold_.Draw(painter_, QPointF(rect.left(), rect.center().y() + 1 - bold_.Height() / 2),
+             whole ? text : bold_.Metrics().elidedText(text, Qt::ElideRight, rect.width()));
 }
 
-void StripFurniture::Still(QSize size, bool handles) {
+void StripFurniture::Still(QSize size, bool handles, bool paper) {
   const QRect& plot = layout_.plot;
   painter_.fillRect(QRect(QPoint(0, 0), size), colours_.window);
   if (const StripLabel* title = scene_.Label(0)) Heading(layout_.title, title->text);
@@ -61,30 +69,54 @@ void StripFurniture::Still(QSize size, bool handles) {
     const int centre = (above + layout_.zones[zone].top()) / 2;
     Heading(QRect(plot.left(), centre - height / 2, plot.width(), height), label.text);
   }
-  Zones();
+  if (paper) Paper();
+  Frames();
+  Numbers();
   Samples();
   if (handles) Handles();
 }
 
-void StripFurniture::Zones() {
-  int lastBottom = -1000;  // through all zones: where they are low, the numbers of two would meet at their border
+void StripFurniture::Scales() {
+  // Up to the zones' frames, and half a line beyond the plot, where the outermost numbers reach.
+  const int half = text_.Height() / 2 + 1;
+  const QRect beside(QPoint(0, layout_.plot.top() - half),
+                     QPoint(layout_.plot.left() - 2, layout_.plot.bottom() + half));
+  painter_.setClipRect(beside);
+  painter_.fillRect(beside, colours_.window);
+  Numbers();
+  Handles();
+}
+
+void StripFurniture::Paper() {
   for (std::size_t i = 0; i < layout_.zones.size(); ++i) {
     const QRect& zone = layout_.zones[i];
-    const StripView::Axis& axis = scene_.view.At(i);
     painter_.fillRect(zone, colours_.paper);
-    for (auto tick = layout_.yTicks[i].rbegin(); tick != layout_.yTicks[i].rend(); ++tick) {
-      const double y = layout_.PixelOfY(axis, i, tick->value);
+    for (const Tick& tick : layout_.yTicks[i]) {
+      const double y = layout_.PixelOfY(scene_.view.At(i), i, tick.value);
       painter_.fillRect(QRectF(zone.left(), std::floor(y), zone.width(), 1), colours_.grid);
+    }
+  }
+}
+
+void StripFurniture::Frames() {
+  painter_.setPen(QPen(colours_.frame, 1));
+  painter_.setBrush(Qt::NoBrush);
+  for (const QRect& zone : layout_.zones) painter_.drawRect(QRectF(zone).adjusted(-0.5, -0.5, 0.5, 0.5));
+}
+
+void StripFurniture::Numbers() {
+  int lastBottom = -1000;  // through all zones: where they are low, the numbers of two would meet at their border
+  painter_.setPen(colours_.text);
+  for (std::size_t i = 0; i < layout_.zones.size(); ++i) {
+    const QRect& zone = layout_.zones[i];
+    for (auto tick = layout_.yTicks[i].rbegin(); tick != layout_.yTicks[i].rend(); ++tick) {
+      const double y = layout_.PixelOfY(scene_.view.At(i), i, tick->value);
       const int top = std::clamp(static_cast<int>(std::lround(y)) - text_.Height() / 2, zone.top() - text_.Height() / 2,
                                  zone.bottom() - text_.Height() / 2);
       if (top < lastBottom) continue;
       lastBottom = top + text_.Height();
-      painter_.setPen(colours_.text);
       text_.Draw(painter_, QPointF(layout_.plot.left() - 6 - text_.Width(tick->text), top), tick->text);
     }
-    painter_.setPen(QPen(colours_.frame, 1));
-    painter_.setBrush(Qt::NoBrush);
-    painter_.drawRect(QRectF(zone).adjusted(-0.5, -0.5, 0.5, 0.5));
   }
 }
 
@@ -118,8 +150,9 @@ void StripFurniture::XLabels() {
     const double x = layout_.PixelOfX(tick.value);
     const int width = text_.Width(tick.text);
     if (x < layout_.plot.left() - 1 || x > layout_.plot.right() + 2 || x - width / 2.0 < lastRight + 6) continue;
-    text_.Draw(painter_, QPointF(std::round(x - width / 2.0), row.top()), tick.text);
     lastRight = x + width / 2.0;
+    const QRect place(static_cast<int>(std::lround(x - width / 2.0)), row.top(), width, row.height());
+    if (!place.adjusted(-2, 0, 2, 0).intersects(tag_)) text_.Draw(painter_, place.topLeft(), tick.text);
   }
   const bool clock = !layout_.xTicks.empty() && layout_.xTicks.back().text.contains(QLatin1Char(':'));
   const QString unit = scene_.IsXY() ? scene_.setup.xUnit.trimmed()
@@ -138,15 +171,20 @@ void StripFurniture::Sample(QRectF rect, const StripTrace& style, bool shown) {
   painter_.setBrush(shown ? colours_.paper : QColor(Qt::transparent));
   painter_.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
   if (shown) {
-    QPen pen(style.colour, std::max(2, style.width), style.style, Qt::FlatCap);
+    QPen pen(colours_.OfTrace(style.colour), std::max(2, style.width), style.style, Qt::FlatCap);
     painter_.setPen(pen);
     painter_.drawLine(QPointF(rect.left() + 3, rect.center().y()), QPointF(rect.right() - 3, rect.center().y()));
   }
   painter_.setRenderHint(QPainter::Antialiasing, false);
 }
 
+QRectF StripFurniture::SampleRect(const QRect& row) const {
+  return {static_cast<double>(row.left()), std::round(row.center().y() - 4.5), kLegendSample - 6.0, 10};
+}
+
 void StripFurniture::Samples() {
   for (const StripLayout::LegendRow& row : layout_.legend) {
+    if (row.label < 0) continue;
     const StripLabel& label = scene_.labels[static_cast<std::size_t>(row.label)];
     if (!HasSample(scene_, label)) continue;
     if (scene_.overlay.hovered == StripPart{StripPart::Kind::LegendRow, row.label}) {
@@ -154,16 +192,48 @@ void StripFurniture::Samples() {
       wash.setAlpha(48);
       painter_.fillRect(row.rect.adjusted(-3, 0, 3, 0), wash);
     }
-    Sample(QRectF(row.rect.left(), std::round(row.rect.center().y() - 4.5), kLegendSample - 6, 10),
-           scene_.TraceAt(label.trace).style, scene_.Shown(label.trace));
+    Sample(SampleRect(row.rect), scene_.TraceAt(label.trace).style, scene_.Shown(label.trace));
   }
+}
+
+// The value first: where the row is short of room, the difference to the second cursor takes a line of its own if the
+// row is high enough, else the value's place; and the name is cut.
+void StripFurniture::Reading(const StripLayout::LegendRow& row) {
+  const StripReadout::Line* read = readout_->Of(row.trace);
+  const QRect room = row.rect.adjusted(kLegendSample, 0, 0, 0);
+  const QString name = scene_.NameOf(row.trace);
+  QString value = read != nullptr ? read->value : QStringLiteral("\u2013");
+  QString below;
+  if (read != nullptr && !read->difference.isEmpty()) {
+    const QString both = value + QStringLiteral("  ") + read->difference;
+    const bool fits = text_.Width(name) + kReadingGap + text_.Width(both) <= room.width();
+    const bool high = room.height() >= 2 * text_.Height();
+    value = fits ? both : high ? value : read->difference;
+    if (!fits && high) below = read->difference;
+  }
+  const int lines = below.isEmpty() ? 1 : 2;
+  const double top = std::round(room.center().y() + 0.5 - lines * text_.Height() / 2.0);
+  const auto right = [&](const QString& text) { return room.right() + 1 - text_.Width(text); };
+  const int left = right(value) - kReadingGap - room.left();
+  const bool whole = text_.Width(name) <= left;
+  text_.Draw(painter_, QPointF(room.left(), top),
+             whole ? name : text_.Metrics().elidedText(name, Qt::ElideRight, left));
+  text_.Draw(painter_, QPointF(right(value), top), value);
+  text_.Draw(painter_, QPointF(right(below), top + text_.Height()), below);
 }
 
 void StripFurniture::Legend() {
   for (const StripLayout::LegendRow& row : layout_.legend) {
+    const bool alone = row.label < 0;
+    const bool traced = alone || HasSample(scene_, scene_.labels[static_cast<std::size_t>(row.label)]);
+    if (readout_ != nullptr && traced && scene_.Shown(row.trace)) {
+      if (alone) Sample(SampleRect(row.rect), scene_.TraceAt(row.trace).style, true);
+      painter_.setPen(colours_.text);
+      Reading(row);
+    }
+    if (alone || (readout_ != nullptr && traced && scene_.Shown(row.trace))) continue;
     const StripLabel& label = scene_.labels[static_cast<std::size_t>(row.label)];
     if (label.text.isEmpty()) continue;
-    const bool traced = HasSample(scene_, label);
     painter_.setPen(!traced || scene_.Shown(label.trace) ? colours_.text : colours_.faint);
     // A text without a sample keeps its column where it fits, and else takes the sample's room.
     const bool indented =
@@ -179,33 +249,59 @@ void StripFurniture::Legend() {
   }
 }
 
-// A moving label is ink on paper with its trace's line before it: readable in any trace colour, and over any trace.
-void StripFurniture::FreeLabels() {
+// Each label that shows follows its trace at the height of the trace's last value, about the label's middle. It stands
+// clear of the newest samples, and those to its left make way for it.
+std::vector<QRectF> StripFurniture::FreePlaces() {
   const QRect& plot = layout_.plot;
-  for (const StripLabel& label : scene_.labels) {
+  std::vector<QRectF> places(scene_.labels.size());
+  std::vector<std::size_t> moving;
+  for (std::size_t i = 0; i < scene_.labels.size(); ++i) {
+    const StripLabel& label = scene_.labels[i];
     if (label.slot == 0 || label.place != StripPlace::Free || label.text.isEmpty()) continue;
     const bool traced = scene_.HasTrace(label.trace) && label.line;
     if (traced && !scene_.Shown(label.trace)) continue;
-    const int sample = traced ? 18 : 0;
-    const QSizeF size(text_.Width(label.text) + sample + 8, text_.Height());
+    const QSizeF size(text_.Width(label.text) + (traced ? kFreeSample : 0) + 8, text_.Height());
     double x = plot.left() + label.left * plot.width() - (label.alignRight ? size.width() : 0);
     x = std::clamp(x, plot.left() + 2.0, std::max(plot.left() + 2.0, plot.right() - 1 - size.width()));
-    // A label that follows a trace stays whole within the trace's zone, also where it is parked at the zone's edge.
-    const int bottom = traced ? layout_.zones[static_cast<std::size_t>(scene_.TraceAt(label.trace).style.axis)].bottom()
-                              : plot.bottom();
-    const double y = std::min(plot.top() + label.top * plot.height(), bottom + 1 - size.height());
-    const QRectF rect(QPointF(std::round(x), std::round(y)), size);
+    double y = plot.top() + label.top * plot.height();
+    if (traced) {
+      // Whole within the trace's zone, also where it is parked at the zone's edge.
+      const QRect& zone = layout_.zones[scene_.AxisOf(label.trace)];
+      y = std::max(std::min(y - size.height() / 2, zone.bottom() + 1 - size.height()), static_cast<double>(zone.top()));
+      if (!scene_.IsXY() && scene_.HasData(label.trace)) moving.push_back(i);
+    }
+    places[i] = QRectF(QPointF(std::round(x), std::round(y)), size);
+  }
+  std::sort(moving.begin(), moving.end(), [&](auto a, auto b) { return places[a].left() > places[b].left(); });
+  double free = 1e9;
+  for (const std::size_t i : moving) {
+    const double newest = layout_.PixelOfX(scene_.TraceAt(scene_.labels[i].trace).history.Newest().x);
+    if (places[i].left() <= newest + 4) free = std::min(free, newest - kFreeNewest);
+    if (places[i].right() > free) places[i].moveRight(std::max(std::floor(free), plot.left() + 2 + places[i].width()));
+    free = std::min(free, places[i].left() - 4);
+  }
+  return places;
+}
+
+// A moving label is ink on paper with its trace's line before it: readable in any trace colour, and over any trace.
+void StripFurniture::FreeLabels() {
+  const std::vector<QRectF> places = FreePlaces();
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const QRectF& rect = places[i];
+    if (rect.isEmpty()) continue;
+    const StripLabel& label = scene_.labels[i];
+    const bool traced = scene_.HasTrace(label.trace) && label.line;
     QColor ground = colours_.paper;
     ground.setAlpha(210);
     painter_.fillRect(rect, ground);
     if (traced) {
       const StripTrace& style = scene_.TraceAt(label.trace).style;
-      painter_.setPen(QPen(style.colour, std::max(3, style.width), style.style, Qt::FlatCap));
+      painter_.setPen(QPen(colours_.OfTrace(style.colour), std::max(3, style.width), style.style, Qt::FlatCap));
       painter_.drawLine(QPointF(rect.left() + 4, rect.center().y()),
-                        QPointF(rect.left() + sample - 1, rect.center().y()));
+                        QPointF(rect.left() + kFreeSample - 1, rect.center().y()));
     }
     painter_.setPen(colours_.ink);
-    text_.Draw(painter_, rect.topLeft() + QPointF(sample + 4, 0), label.text);
+    text_.Draw(painter_, rect.topLeft() + QPointF((traced ? kFreeSample : 0) + 4, 0), label.text);
   }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <QRectF>
 #include <QSize>
 #include <QString>
@@ -13,10 +15,14 @@ class StripFurniture {
  public:
   explicit StripFurniture(const StripSheet& sheet);
 
-  /// What changes with the ranges and the legend's rows alone, on a widget of that size.
-  void Still(QSize size, bool handles);
+  /// What changes with the ranges and the legend's rows alone, on a widget of that size; `paper` with what lies on the
+  /// zones: their ground and the grid across.
+  void Still(QSize size, bool handles, bool paper);
+  /// Of that what changes with the Y ranges, anew: the numbers beside the zones, and the handles there.
+  void Scales();
   void XLabels();
-  /// The legend's texts; their line samples stand still.
+  /// The legend's texts; their line samples stand still. While there is a cursor a trace's row tells its name and the
+  /// value under the cursor, at the row's right end, whatever the digits.
   void Legend();
   void FreeLabels();
 
@@ -25,9 +31,14 @@ class StripFurniture {
 
  private:
   void Heading(QRect rect, const QString& text);
-  void Zones();
+  void Paper();
+  void Frames();
+  void Numbers();
   void Handles();
+  std::vector<QRectF> FreePlaces();
   void Samples();
+  QRectF SampleRect(const QRect& row) const;
+  void Reading(const StripLayout::LegendRow& row);
   void Sample(QRectF rect, const StripTrace& style, bool shown);
 
   QPainter& painter_;
@@ -36,6 +47,8 @@ class StripFurniture {
   const StripColours& colours_;
   StripText& text_;
   StripText& bold_;
+  const StripReadout* readout_;
+  QRect tag_;  ///< what the cursor takes of the texts under the plot
 };
 
 }  // namespace zth::widgets

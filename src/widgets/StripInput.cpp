@@ -158,6 +158,10 @@ bool StripInput::Key(int key, Qt::KeyboardModifiers modifiers) {
     case Qt::Key_End:
       GoLive();
       return true;
+    case Qt::Key_H:
+      if (scene_.IsXY()) return false;
+      ToggleHold();
+      return true;
     case Qt::Key_A:
       FitAll();
       return true;
@@ -204,6 +208,12 @@ void StripInput::Reset() {
 
 void StripInput::GoLive() {
   scene_.view.GoLive();
+  changed_(StripChange::View);
+}
+
+void StripInput::ToggleHold() {
+  if (scene_.view.Held()) return GoLive();
+  scene_.view.Hold();
   changed_(StripChange::View);
 }
 

@@ -36,6 +36,8 @@ class StripInput {
   void FitAll();
   void Reset();
   void GoLive();
+  /// Holds a time chart's window where it is, and lets it go live again.
+  void ToggleHold();
 
   Qt::CursorShape Shape() const;
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "widgets/StripReadout.h"
+
 namespace zth::widgets {
 namespace {
 
@@ -12,20 +14,45 @@ constexpr int kLegendGap = 14;
 constexpr int kGrip = 5;  // how far around a handle a press still means it
 constexpr double kMostLegend = 0.42;
 
+bool InLegend(const StripLabel& label) {
+  return label.slot != 0 && label.place == StripPlace::Legend;
+}
+
+/// The traces that have a name but no row of the legend: the cursor's values of theirs get one.
+std::vector<int> TracesBeside(const StripScene& scene) {
+  std::vector<int> traces;
+  for (int t = 0; t < static_cast<int>(scene.traces.size()); ++t) {
+    const StripTrace& style = scene.TraceAt(t).style;
+    const bool named = style.shownWith < 0 || !style.name.isEmpty();
+    const bool row = std::any_of(scene.labels.begin(), scene.labels.end(),
+                                 [t](const StripLabel& label) { return InLegend(label) && label.trace == t; });
+    if (named && !row) traces.push_back(t);
+  }
+  return traces;
+}
+
 int LegendWidthFor(const StripScene& scene, StripText& text, int widgetWidth) {
   int widest = 0;
+  int reading = 0;
   bool any = false;
+  const auto read = [&](int trace) {
+    reading =
+        std::max(reading, text.Width(scene.NameOf(trace)) + kReadingGap + text.Width(WidestReading(scene, trace)));
+  };
   for (const StripLabel& label : scene.labels) {
-    if (label.slot == 0 || label.place != StripPlace::Legend) continue;
+    if (!InLegend(label)) continue;
     any = true;
     widest = std::max(widest, text.Width(label.text));
+    if (scene.HasTrace(label.trace) && label.line && !label.text.isEmpty()) read(label.trace);
   }
   if (!any) return 0;
+  for (const int trace : TracesBeside(scene)) read(trace);
   // A window that tells what to expect keeps its plot: a text much longer than that wraps.
   if (!scene.setup.widestLegend.isEmpty()) {
     const int expected = text.Width(scene.setup.widestLegend);
     widest = std::clamp(widest, expected, expected * 5 / 4);
   }
+  widest = std::max(widest, reading);
   return std::min(widest + kLegendSample + kMargin, static_cast<int>(widgetWidth * kMostLegend));
 }
 
@@ -97,19 +124,25 @@ void StripLayout::PlaceZones(const StripScene& scene) {
 // the zones are low, and move up when they would run out of the chart.
 void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, int left, int width) {
   struct Entry {
-    int label, zone, height;
+    int label, trace, zone, height;
   };
   std::vector<Entry> entries;
   int total = 0;
+  const std::vector<int> beside = TracesBeside(scene);
   for (int zone = 0; zone < static_cast<int>(zones.size()); ++zone) {
+    for (const int trace : beside) {
+      if (static_cast<int>(scene.AxisOf(trace)) != zone) continue;
+      entries.push_back({-1, trace, zone, text.Height()});
+      total += text.Height();
+    }
     for (std::size_t i = 0; i < scene.labels.size(); ++i) {
       const StripLabel& label = scene.labels[i];
-      if (label.slot == 0 || label.place != StripPlace::Legend || ZoneOf(scene, label) != zone) continue;
+      if (!InLegend(label) || ZoneOf(scene, label) != zone) continue;
       const QRect room(0, 0, width - kLegendSample, 1000);
       const int height = text.Width(label.text) <= room.width()
                              ? text.Height()
                              : text.Metrics().boundingRect(room, Qt::TextWordWrap, label.text).height();
-      entries.push_back({static_cast<int>(i), zone, height});
+      entries.push_back({static_cast<int>(i), label.trace, zone, height});
       total += entries.back().height;
     }
   }
@@ -126,7 +159,7 @@ void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, int left
       y = std::max(y, zones[static_cast<std::size_t>(entries[i].zone)].top());
     }
     y = std::max(std::min(y, latest[i]), i == 0 ? plot.top() : legend.back().rect.bottom() + 1);
-    legend.push_back({entries[i].label, QRect(left, y, width, entries[i].height + air)});
+    legend.push_back({entries[i].label, entries[i].trace, QRect(left, y, width, entries[i].height + air)});
     y += entries[i].height + air;
   }
 }
@@ -165,7 +198,7 @@ StripPart StripLayout::PartAt(QPoint point, bool held) const {
     if (zones[i].contains(point)) return {Kind::Plot, static_cast<int>(i)};
   }
   for (const LegendRow& row : legend) {
-    if (row.rect.contains(point)) return {Kind::LegendRow, row.label};
+    if (row.label >= 0 && row.rect.contains(point)) return {Kind::LegendRow, row.label};
   }
   return {};
 }

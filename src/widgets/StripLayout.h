@@ -16,7 +16,8 @@ namespace zth::widgets {
 class StripLayout {
  public:
   struct LegendRow {
-    int label;  ///< index into StripScene::labels
+    int label;  ///< index into StripScene::labels; -1 for a row that shows what the cursor reads alone
+    int trace;  ///< -1 for none
     QRect rect;
   };
   struct Handle {
@@ -72,6 +73,8 @@ class StripLayout {
 
 /// Space between a legend row's left edge and its text: the line sample.
 inline constexpr int kLegendSample = 30;
+/// Least space between a name and the cursor's value in a legend row.
+inline constexpr int kReadingGap = 10;
 inline constexpr int kStripHandle = 12;
 
 }  // namespace zth::widgets

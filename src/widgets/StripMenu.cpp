@@ -33,36 +33,62 @@ void AddTraces(QMenu& menu, Strip& strip) {
   traces->setEnabled(!traces->isEmpty());
 }
 
+void AddPictureFiles(QMenu& menu, Strip& strip) {
+  using File = StripFiles::File;
+  const bool out = strip.Files().HasOutlets();
+  AddEntry(
+      menu, strip, QStringLiteral("mnuSavePng"), QStringLiteral("Save Picture as &PNG..."),
+      [&strip] { strip.Files().AskAndSave(File::Png); }, out);
+  AddEntry(
+      menu, strip, QStringLiteral("mnuSaveSvg"), QStringLiteral("Save Picture as &SVG..."),
+      [&strip] { strip.Files().AskAndSave(File::Svg); }, out);
+}
+
+void AddData(QMenu& menu, Strip& strip) {
+  const bool out = strip.Files().HasOutlets();
+  AddEntry(
+      menu, strip, QStringLiteral("mnuCopyData"), QStringLiteral("Copy Visible &Data"),
+      [&strip] { strip.Files().CopyData(); }, out);
+  AddEntry(
+      menu, strip, QStringLiteral("mnuSaveCsv"), QStringLiteral("Save &Visible Data as CSV..."),
+      [&strip] { strip.Files().AskAndSave(StripFiles::File::Csv); }, out);
+}
+
+void AddLive(QMenu& menu, Strip& strip) {
+  if (strip.IsXY()) return;
+  const auto add = [&](const char* name, const char* text, bool enabled) {
+    AddEntry(
+        menu, strip, QLatin1String(name), QLatin1String(text), [&strip] { strip.ToggleHold(); }, enabled);
+  };
+  add("mnuHold", "&Hold\tH", !strip.Held());
+  add("mnuLive", "&Back to Live\tEnd", strip.Held());
+}
+
 }  // namespace
 
 QMenu& MakeStripMenu(Strip& strip) {
   QMenu& menu = MakePopUpMenu(strip, QStringLiteral("mnuStrip"));
-  const auto add = [&](const char* name, const QString& text, std::function<void()> handler, bool enabled) {
-    AddEntry(menu, strip, QLatin1String(name), text, std::move(handler), enabled);
-  };
-  const bool out = strip.Files().HasOutlets();
-  using File = StripFiles::File;
-  add(
-      "mnuCopyPicture", QStringLiteral("&Copy Picture"), [&strip] { strip.Files().CopyPicture(); }, out);
-  add(
-      "mnuSavePng", QStringLiteral("Save Picture as &PNG..."), [&strip] { strip.Files().AskAndSave(File::Png); }, out);
-  add(
-      "mnuSaveSvg", QStringLiteral("Save Picture as &SVG..."), [&strip] { strip.Files().AskAndSave(File::Svg); }, out);
+  AddEntry(
+      menu, strip, QStringLiteral("mnuCopyPicture"), QStringLiteral("&Copy Picture\tCtrl+C"),
+      [&strip] { strip.Files().CopyPicture(); }, strip.Files().HasOutlets());
+  AddPictureFiles(menu, strip);
   menu.addSeparator();
-  add(
-      "mnuCopyData", QStringLiteral("Copy Visible &Data"), [&strip] { strip.Files().CopyData(); }, out);
-  add(
-      "mnuSaveCsv", QStringLiteral("Save &Visible Data as CSV..."), [&strip] { strip.Files().AskAndSave(File::Csv); },
-      out);
+  AddData(menu, strip);
   menu.addSeparator();
   AddFits(menu, strip);
-  add(
-      "mnuStartRanges", QStringLiteral("Start &Ranges\tHome"), [&strip] { strip.ResetRanges(); }, true);
-  if (!strip.IsXY())
-    add(
-        "mnuLive", QStringLiteral("&Back to Live\tEnd"), [&strip] { strip.GoLive(); }, strip.Held());
+  AddEntry(menu, strip, QStringLiteral("mnuStartRanges"), QStringLiteral("Start &Ranges\tHome"),
+           [&strip] { strip.ResetRanges(); });
+  AddLive(menu, strip);
   menu.addSeparator();
   AddTraces(menu, strip);
+  return menu;
+}
+
+QMenu& MakeExportMenu(Strip& strip) {
+  QMenu& menu = MakePopUpMenu(strip, QStringLiteral("mnuStripExport"));
+  AddPictureFiles(menu, strip);
+  menu.addSeparator();
+  AddData(menu, strip);
   return menu;
 }
 

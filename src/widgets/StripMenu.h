@@ -9,4 +9,7 @@ class Strip;
 /// The chart's context menu, newly made for its present state; a child of the chart.
 QMenu& MakeStripMenu(Strip& strip);
 
+/// Of its entries those that save and copy, for the button.
+QMenu& MakeExportMenu(Strip& strip);
+
 }  // namespace zth::widgets

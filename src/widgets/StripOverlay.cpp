@@ -1,7 +1,6 @@
 #include "widgets/StripOverlay.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include <QPainter>
@@ -12,11 +11,23 @@ namespace zth::widgets {
 namespace {
 
 constexpr double kRound = 4;
+constexpr int kTagEdge = 6;
+
+QString TagText(const StripReadout& readout) {
+  if (readout.headingDifference.isEmpty()) return readout.heading;
+  return readout.heading + QStringLiteral("   ") + readout.headingDifference;
+}
 
 }  // namespace
 
 StripOverlay::StripOverlay(const StripSheet& sheet)
-    : painter_(sheet.painter), scene_(sheet.scene), layout_(sheet.layout), colours_(sheet.colours), text_(sheet.text) {}
+    : painter_(sheet.painter),
+      scene_(sheet.scene),
+      layout_(sheet.layout),
+      colours_(sheet.colours),
+      text_(sheet.text),
+      readout_(sheet.readout),
+      tag_(TagOf(sheet)) {}
 
 void StripOverlay::Paint() {
   const StripScene::Overlay& overlay = scene_.overlay;
@@ -35,7 +46,7 @@ void StripOverlay::Paint() {
     painter_.setBrush(wash);
     painter_.drawRect(QRectF(overlay.box).adjusted(0.5, 0.5, -0.5, -0.5));
   }
-  if (overlay.cursor) Readout();
+  if (readout_ != nullptr) Cursor();
   Signs();
 }
 
@@ -66,46 +77,27 @@ void StripOverlay::Signs() {
   }
 }
 
-void StripOverlay::Readout() {
+void StripOverlay::Cursor() {
   const QRect& plot = layout_.plot;
-  const QPointF cursor = *scene_.overlay.cursor;
-  const double x = std::floor(cursor.x()) + 0.5;
+  const double x = std::floor(scene_.overlay.cursor->x()) + 0.5;
   painter_.setPen(QPen(colours_.ink, 1, Qt::DotLine));
   painter_.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
-  const StripReadout readout = ReadUnderCursor(scene_, layout_);
-  const int line = text_.Height() + 1;
-  std::array<int, 3> widths{text_.Width(readout.heading), 0, text_.Width(readout.headingDifference)};
-  for (const StripReadout::Line& entry : readout.lines) {
-    widths[1] = std::max(widths[1], text_.Width(entry.value));
-    widths[2] = std::max(widths[2], text_.Width(entry.difference));
-    widths[0] = std::max(widths[0], 14 + text_.Width(entry.name));
-  }
-  const int gap = 12;
-  const double width = 16 + widths[0] + gap + widths[1] + (widths[2] > 0 ? gap + widths[2] : 0);
-  const double height = 10 + line * (1 + static_cast<double>(readout.lines.size()));
-  double left = x + 12 + width <= plot.right() ? x + 12 : x - 12 - width;
-  left = std::max(left, plot.left() + 2.0);
-  const double top =
-      std::clamp(cursor.y() + 14, plot.top() + 2.0, std::max(plot.top() + 2.0, plot.bottom() - 2 - height));
-  const QRectF box(std::round(left), std::round(top), width, height);
   painter_.setRenderHint(QPainter::Antialiasing);
-  painter_.setPen(QPen(colours_.frame, 1));
-  painter_.setBrush(QColor(255, 255, 255, 236));
-  painter_.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), kRound, kRound);
+  painter_.setPen(Qt::NoPen);
+  painter_.setBrush(colours_.ink);
+  painter_.drawRoundedRect(tag_, kRound, kRound);
   painter_.setRenderHint(QPainter::Antialiasing, false);
-  painter_.setPen(colours_.ink);
-  const double right = box.right() - 8;
-  double y = box.top() + 5;
-  text_.Draw(painter_, QPointF(box.left() + 8, y), readout.heading);
-  text_.Draw(painter_, QPointF(right - text_.Width(readout.headingDifference), y), readout.headingDifference);
-  for (const StripReadout::Line& entry : readout.lines) {
-    y += line;
-    painter_.fillRect(QRectF(box.left() + 8, y + line / 2.0 - 4, 8, 8), scene_.TraceAt(entry.trace).style.colour);
-    text_.Draw(painter_, QPointF(box.left() + 22, y), entry.name);
-    const double values = right - (widths[2] > 0 ? gap + widths[2] : 0);
-    text_.Draw(painter_, QPointF(values - text_.Width(entry.value), y), entry.value);
-    text_.Draw(painter_, QPointF(right - text_.Width(entry.difference), y), entry.difference);
-  }
+  painter_.setPen(colours_.paper);
+  text_.Draw(painter_, tag_.topLeft() + QPoint(kTagEdge, 0), TagText(*readout_));
+}
+
+QRect StripOverlay::TagOf(const StripSheet& sheet) {
+  if (sheet.readout == nullptr) return {};
+  const QRect& row = sheet.layout.xLabels;
+  const int width = sheet.text.Width(TagText(*sheet.readout)) + 2 * kTagEdge;
+  const int left = static_cast<int>(sheet.scene.overlay.cursor->x()) - width / 2;
+  const int most = std::max(sheet.layout.plot.right() + sheet.layout.xReach - width, 0);
+  return {std::clamp(left, 0, most), row.top(), width, row.height()};
 }
 
 }  // namespace zth::widgets

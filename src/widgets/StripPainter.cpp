@@ -2,38 +2,23 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <optional>
 
 #include <QPainter>
 
 #include "widgets/StripColours.h"
+#include "widgets/StripEdges.h"
 #include "widgets/StripFurniture.h"
 #include "widgets/StripOverlay.h"
 #include "widgets/StripPaths.h"
+#include "widgets/StripReadout.h"
 
 namespace zth::widgets {
 namespace {
 
-constexpr double kLightest = 0.45;  // of lightness: from here on a colour is faint on paper
-
 QFont Bold(QFont font) {
   font.setBold(true);
   return font;
-}
-
-// How bright a colour looks, 0 to 1.
-double Luminance(const QColor& colour) {
-  return 0.2126 * std::pow(colour.redF(), 2.2) + 0.7152 * std::pow(colour.greenF(), 2.2) +
-         0.0722 * std::pow(colour.blueF(), 2.2);
-}
-
-// Lime on paper: a seam in its own darker shade keeps it apart from the ground.
-bool NeedsSeam(const QColor& colour) {
-  return Luminance(colour) > kLightest;
-}
-
-QColor SeamOf(const QColor& colour) {
-  return colour.darker(140);
 }
 
 }  // namespace
@@ -43,14 +28,18 @@ StripPainter::StripPainter(const QFont& font) : text_(font), bold_(Bold(font)) {
 void StripPainter::SetFont(const QFont& font) {
   text_ = StripText(font);
   bold_ = StripText(Bold(font));
-  columns_ = {};
-  key_ = {};
+  ResetColumns();
 }
 
 void StripPainter::LayOut(const StripScene& scene, QSize size, double ratio) {
   layout_ = StripLayout(scene, size, ratio, text_, columns_);
   size_ = size;
   ratio_ = ratio;
+}
+
+int StripPainter::TitleEnd(const StripScene& scene) {
+  const StripLabel* title = scene.Label(0);
+  return layout_.title.left() + (title != nullptr ? bold_.Width(title->text) : 0);
 }
 
 StripPainter::StillKey StripPainter::KeyOf(const StripScene& scene, QSize size, double ratio,
@@ -60,65 +49,98 @@ StripPainter::StillKey StripPainter::KeyOf(const StripScene& scene, QSize size, 
     if (label.slot == 0 || label.place == StripPlace::Heading) key.texts << label.text;
   }
   for (const StripLayout::LegendRow& row : layout_.legend) {
+    if (row.label < 0) continue;
     const StripLabel& label = scene.labels[static_cast<std::size_t>(row.label)];
     key.legend.insert(key.legend.end(),
                       {row.rect.top(), label.trace, StripFurniture::HasSample(scene, label), scene.Shown(label.trace)});
   }
-  key.ranges.reserve(scene.view.AxisCount() * 4);
   for (std::size_t i = 0; i < scene.view.AxisCount(); ++i) {
-    const StripView::Axis& axis = scene.view.At(i);
-    key.ranges.insert(key.ranges.end(), {axis.min, axis.max, axis.areaTop, axis.areaBottom});
+    key.zones.insert(key.zones.end(), {scene.view.At(i).areaTop, scene.view.At(i).areaBottom});
   }
   return key;
+}
+
+StripPainter::Ranges StripPainter::RangesOf(const StripScene& scene) {
+  Ranges ranges;
+  for (std::size_t i = 0; i < scene.view.AxisCount(); ++i) {
+    ranges.emplace_back(scene.view.At(i).min, scene.view.At(i).max);
+  }
+  return ranges;
+}
+
+void StripPainter::Forget() {
+  drawn_.valid = false;
+  kept_.clear();
+}
+
+void StripPainter::PaintStill(const StripScene& scene, QSize size, double ratio, const QPalette& palette,
+                              const StripColours& colours) {
+  StillKey key = KeyOf(scene, size, ratio, palette);
+  Ranges ranges = RangesOf(scene);
+  const QSize device(static_cast<int>(std::ceil(size.width() * ratio)),
+                     static_cast<int>(std::ceil(size.height() * ratio)));
+  const bool resized = canvas_.size() != device;
+  if (resized) canvas_ = QImage(device, QImage::Format_RGB32);
+  const bool all = resized || !(key == key_);
+  if (!all && ranges == ranges_) return;
+  canvas_.setDevicePixelRatio(ratio);
+  QPainter still(&canvas_);
+  StripFurniture furniture(SheetOf(still, scene, colours));
+  // A zoom of Y leaves everything but the numbers beside the zones; an X-Y chart's grid lies on the image as well.
+  all || scene.IsXY() ? furniture.Still(size, true, scene.IsXY()) : furniture.Scales();
+  key_ = std::move(key);
+  ranges_ = std::move(ranges);
+  drawn_.valid = false;
 }
 
 void StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio,
                          const QPalette& palette) {
   LayOut(scene, size, ratio);
   const StripColours colours(palette);
-  StillKey key = KeyOf(scene, size, ratio, palette);
-  const QSize device(static_cast<int>(std::ceil(size.width() * ratio)),
-                     static_cast<int>(std::ceil(size.height() * ratio)));
-  if (!(key == key_) || still_.size() != device) {
-    key_ = std::move(key);
-    if (still_.size() != device) {
-      still_ = QImage(device, QImage::Format_RGB32);
-      canvas_ = QImage(device, QImage::Format_RGB32);
-    }
-    still_.setDevicePixelRatio(ratio);
-    canvas_.setDevicePixelRatio(ratio);
-    QPainter still(&still_);
-    StripFurniture(SheetOf(still, scene, colours)).Still(size, true);
-    still.end();
-    std::memcpy(canvas_.bits(), still_.constBits(), static_cast<std::size_t>(still_.sizeInBytes()));
-    drawn_.valid = false;
-  }
+  PaintStill(scene, size, ratio, palette, colours);
   if (scene.IsXY()) {
-    std::memcpy(canvas_.bits(), still_.constBits(), static_cast<std::size_t>(still_.sizeInBytes()));
-    QPainter canvas(&canvas_);
+    paths_ = canvas_.copy();
+    QPainter canvas(&paths_);
     DrawPaths(SheetOf(canvas, scene, colours));
   } else {
     PaintColumns(scene, colours);
   }
-  painter.drawImage(QPointF(0, 0), canvas_);
+  painter.drawImage(QPointF(0, 0), scene.IsXY() ? paths_ : canvas_);
   const StripSheet sheet = SheetOf(painter, scene, colours);
-  StripFurniture furniture(sheet);
-  furniture.XLabels();
-  furniture.Legend();
-  furniture.FreeLabels();
-  StripOverlay(sheet).Paint();
+  if (!scene.IsXY()) MarkEdges(sheet);
+  PaintLive(sheet, true);
 }
 
-void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette) {
+void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette,
+                               bool overlay) {
   LayOut(scene, size, 1);
   const StripColours colours(palette);
   const StripSheet sheet = SheetOf(painter, scene, colours);
-  StripFurniture furniture(sheet);
-  furniture.Still(size, false);
+  StripFurniture(sheet).Still(size, false, true);
   scene.IsXY() ? DrawPaths(sheet) : DrawOutlines(sheet);
+  PaintLive(sheet, overlay);
+}
+
+// What changes with every sample, and what the user has over it.
+void StripPainter::PaintLive(const StripSheet& sheet, bool overlay) {
+  std::optional<StripReadout> readout;
+  if (overlay && sheet.scene.overlay.cursor) readout = ReadUnderCursor(sheet.scene, sheet.layout);
+  StripSheet live = sheet;
+  live.readout = readout ? &*readout : nullptr;
+  StripFurniture furniture(live);
   furniture.XLabels();
   furniture.Legend();
   furniture.FreeLabels();
+  if (overlay) StripOverlay(live).Paint();
+}
+
+void StripPainter::MarkEdges(const StripSheet& sheet) const {
+  for (int t = 0; t < static_cast<int>(kept_.size()); ++t) {
+    const std::span<const TraceHistory::Column> columns = kept_[static_cast<std::size_t>(t)].Last();
+    if (!sheet.scene.Shown(t) || !sheet.scene.HasData(t) || columns.empty()) continue;
+    const auto before = static_cast<std::int64_t>(columns.size()) - layout_.ColumnCount();
+    MarkCutColumns(sheet, t, columns, layout_.FirstColumn() - before);
+  }
 }
 
 StripSheet StripPainter::SheetOf(QPainter& painter, const StripScene& scene, const StripColours& colours) {
@@ -176,39 +198,51 @@ int StripPainter::FirstStale(const Drawn& next, int reach) const {
 
 void StripPainter::PaintGround(const StripScene& scene, std::size_t zone, const RasterArea& area, int from,
                                const StripColours& colours) {
+  if (from >= area.width) return;
   const int unit = std::max(1, static_cast<int>(std::lround(ratio_)));
-  for (int row = 0; row < area.height; ++row) DrawRow(area, row, from, colours.paper.rgb());
+  row_.assign(static_cast<std::size_t>(area.width), colours.paper.rgb());
+  const RasterArea row{row_.data(), area.width, area.width, 1};
+  for (const Tick& tick : layout_.xTicks) {
+    const double column = tick.value / layout_.ColumnWidth() - static_cast<double>(layout_.FirstColumn());
+    DrawColumn(row, static_cast<int>(std::floor(column)), unit, colours.grid.rgb());
+  }
+  CopyRows(area, 0, area.height, from, row_);
+  row_.assign(row_.size(), colours.grid.rgb());
   for (const Tick& tick : layout_.yTicks[zone]) {
     const double y = layout_.PixelOfY(scene.view.At(zone), zone, tick.value) - layout_.zones[zone].top();
     const int top = static_cast<int>(std::lround(std::floor(y) * ratio_));
-    for (int row = top; row < top + unit; ++row) DrawRow(area, row, from, colours.grid.rgb());
-  }
-  for (const Tick& tick : layout_.xTicks) {
-    const double column = tick.value / layout_.ColumnWidth() - static_cast<double>(layout_.FirstColumn());
-    const int begin = static_cast<int>(std::floor(column));
-    DrawColumn(area, std::max(begin, from), unit - std::max(0, from - begin), colours.grid.rgb());
+    CopyRows(area, top, top + unit, from, row_);
   }
 }
 
-void StripPainter::PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach) {
+RasterLine StripPainter::LineOf(const StripTrace& style, int from, int reach) const {
+  const int unit = std::max(1, static_cast<int>(std::lround(ratio_)));
+  return {.width = std::max(1, static_cast<int>(std::lround(style.width * ratio_))),
+          .style = style.style,
+          .firstColumn = layout_.FirstColumn(),
+          .begin = from - reach,
+          .clip = from,
+          .unit = unit};
+}
+
+void StripPainter::PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach,
+                              const StripColours& colours) {
   const StripTrace& style = scene.TraceAt(trace).style;
   const StripView::Axis& axis = scene.view.At(scene.AxisOf(trace));
-  const int unit = std::max(1, static_cast<int>(std::lround(ratio_)));
   // What lies before may reach into what is drawn: also from beyond the left edge.
-  const int begin = from - reach;
-  const auto count = static_cast<std::size_t>(layout_.ColumnCount() - begin);
-  const std::span<TraceHistory::Column> columns(scratch_.data(), count);
-  scene.TraceAt(trace).history.Columns(layout_.FirstColumn() + begin, layout_.ColumnWidth(), columns);
-  RasterLine line{.colour = SeamOf(style.colour).rgb(),
-                  .width = std::max(1, static_cast<int>(std::lround(style.width * ratio_))) + 2 * unit,
-                  .style = style.style,
-                  .firstColumn = layout_.FirstColumn(),
-                  .begin = begin,
-                  .clip = from,
-                  .unit = unit};
-  if (NeedsSeam(style.colour)) DrawColumns(area, columns, axis.min, axis.max, line);
-  line.width -= 2 * unit;
-  line.colour = style.colour.rgb();
+  const std::span<const TraceHistory::Column> columns =
+      kept_[static_cast<std::size_t>(trace)]
+          .Of(scene.TraceAt(trace).history, layout_.FirstColumn() - reach, layout_.ColumnWidth(),
+              static_cast<std::size_t>(layout_.ColumnCount() + reach), reach)
+          .subspan(static_cast<std::size_t>(from));
+  RasterLine line = LineOf(style, from, reach);
+  line.colour = colours.OfTrace(style.colour).rgb();
+  if (const QColor darker = colours.SeamOf(colours.OfTrace(style.colour)); darker.isValid()) {
+    RasterLine seam = line;
+    seam.colour = darker.rgb();
+    seam.width += 2 * line.unit;
+    DrawColumns(area, columns, axis.min, axis.max, seam);
+  }
   DrawColumns(area, columns, axis.min, axis.max, line);
 }
 
@@ -218,7 +252,7 @@ void StripPainter::PaintColumns(const StripScene& scene, const StripColours& col
   int widest = 1;
   for (const StripScene::Trace& trace : scene.traces) widest = std::max(widest, trace.style.width);
   const int reach = static_cast<int>(std::ceil((widest + 2) * ratio_)) + 2;
-  scratch_.resize(static_cast<std::size_t>(layout_.ColumnCount() + reach));
+  kept_.resize(scene.traces.size());
   Drawn next = ToDraw(scene);
   const int from = FirstStale(next, reach);
   const std::int64_t shift = from > 0 ? next.first - drawn_.first : 0;
@@ -229,7 +263,7 @@ void StripPainter::PaintColumns(const StripScene& scene, const StripColours& col
     PaintGround(scene, zone, areas.back(), from, colours);
   }
   for (int t = 0; t < static_cast<int>(scene.traces.size()) && from < layout_.ColumnCount(); ++t) {
-    if (scene.Shown(t) && scene.HasData(t)) PaintTrace(scene, t, areas[scene.AxisOf(t)], from, reach);
+    if (scene.Shown(t) && scene.HasData(t)) PaintTrace(scene, t, areas[scene.AxisOf(t)], from, reach, colours);
   }
   drawn_ = std::move(next);
 }

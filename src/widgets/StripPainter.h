@@ -13,32 +13,39 @@
 #include "widgets/StripScene.h"
 #include "widgets/StripSheet.h"
 #include "widgets/StripText.h"
+#include "widgets/TraceColumns.h"
 
 class QPainter;
 
 namespace zth::widgets {
 
-/// Draws a scene. What stands still (texts of the axes, grid, frame) is kept as an image and drawn anew when something
-/// about it has changed; the traces go straight into the pixels of a copy.
+/// Draws a scene. What stands still (texts of the axes, legend's lines, frame) is kept as an image and drawn anew when
+/// something about it has changed; a time chart's traces and grid go straight into the image's pixels, an X-Y chart's
+/// paths onto a copy.
 class StripPainter {
  public:
   explicit StripPainter(const QFont& font);
 
   /// Lays out and draws the whole widget.
   void Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio, const QPalette& palette);
-  /// The same, as lines and texts that scale: for drawings and paper. No cursor, no handles.
-  void PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette);
+  /// The same, as lines and texts that scale: for drawings and paper. No handles, and without `overlay` no cursor.
+  void PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette, bool overlay);
   /// Makes the layout that Paint would use, for hit tests.
   void LayOut(const StripScene& scene, QSize size, double ratio);
 
+  /// Where the title ends, in the layout last made.
+  int TitleEnd(const StripScene& scene);
   /// The layout last made.
   const StripLayout& Layout() const { return layout_; }
 
   void SetFont(const QFont& font);
   /// The data are others than those last drawn: nothing of the picture is kept.
-  void Forget() { drawn_.valid = false; }
-  /// Forgets how wide the texts beside the plot have been.
-  void ResetColumns() { columns_ = {}; }
+  void Forget();
+  /// Forgets how wide the texts beside the plot have been, and the image with them.
+  void ResetColumns() {
+    columns_ = {};
+    key_ = {};
+  }
 
  private:
   /// All that the still image shows.
@@ -50,10 +57,11 @@ class StripPainter {
     bool focus = false;
     StripLayout::Columns columns;
     QStringList texts;
-    std::vector<double> ranges;
+    std::vector<double> zones;
     std::vector<int> legend;
     bool operator==(const StillKey&) const = default;
   };
+  using Ranges = std::vector<std::pair<double, double>>;
   /// What the canvas shows of the traces, so that a scrolling chart need only draw what has come in.
   struct Drawn {
     bool valid = false;
@@ -69,13 +77,22 @@ class StripPainter {
   };
   StillKey KeyOf(const StripScene& scene, QSize size, double ratio, const QPalette& palette) const;
 
+  static Ranges RangesOf(const StripScene& scene);
+
+  /// Brings the image of what stands still up to date.
+  void PaintStill(const StripScene& scene, QSize size, double ratio, const QPalette& palette,
+                  const StripColours& colours);
+  void MarkEdges(const StripSheet& sheet) const;
+  void PaintLive(const StripSheet& sheet, bool overlay);
   StripSheet SheetOf(QPainter& painter, const StripScene& scene, const StripColours& colours);
   void PaintColumns(const StripScene& scene, const StripColours& colours);
   Drawn ToDraw(const StripScene& scene) const;
   int FirstStale(const Drawn& next, int reach) const;
   void PaintGround(const StripScene& scene, std::size_t zone, const RasterArea& area, int from,
                    const StripColours& colours);
-  void PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach);
+  void PaintTrace(const StripScene& scene, int trace, const RasterArea& area, int from, int reach,
+                  const StripColours& colours);
+  RasterLine LineOf(const StripTrace& style, int from, int reach) const;
   RasterArea ZoneArea(std::size_t zone);
 
   StripText text_;
@@ -83,12 +100,14 @@ class StripPainter {
   StripLayout layout_;
   StripLayout::Columns columns_;
   StillKey key_;
+  Ranges ranges_;
   Drawn drawn_;
-  QImage still_;
   QImage canvas_;
+  QImage paths_;
   QSize size_;
   double ratio_ = 1;
-  std::vector<TraceHistory::Column> scratch_;
+  std::vector<TraceColumns> kept_;  ///< one a trace
+  std::vector<QRgb> row_;           ///< of the ground: paper and the lines of the x grid
 };
 
 }  // namespace zth::widgets

@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "widgets/StripEdges.h"
+
 namespace zth::widgets {
 
 void DrawPaths(const StripSheet& sheet) {
@@ -28,6 +30,7 @@ void DrawPaths(const StripSheet& sheet) {
     const std::size_t zone = scene.AxisOf(t);
     const StripView::Axis& axis = scene.view.At(zone);
     painter.setClipRect(layout.zones[zone]);
+    const QColor colour = sheet.colours.OfTrace(trace.style.colour);
     QPolygonF path;
     for (const QPointF& point : trace.points) {
       path << QPointF(std::clamp(layout.PixelOfX(point.x()), -1e5, 1e5),
@@ -36,18 +39,22 @@ void DrawPaths(const StripSheet& sheet) {
     const bool onePlace = std::all_of(path.begin(), path.end(), [&](const QPointF& p) { return p == path.front(); });
     if (trace.style.dots || onePlace) {
       painter.setPen(QPen(sheet.colours.paper, 1));
-      painter.setBrush(trace.style.colour);
+      painter.setBrush(colour);
       const double radius = std::max(trace.style.width, 2) / 2.0;
       for (const QPointF& place : onePlace ? QPolygonF{path.front()} : path) {
         painter.drawEllipse(place, radius + 0.5, radius + 0.5);
       }
+      MarkCutPoints(sheet, t);
+      painter.setRenderHint(QPainter::Antialiasing);
       continue;
     }
-    QPen pen(trace.style.colour, trace.style.width, trace.style.style, Qt::FlatCap, Qt::MiterJoin);
+    QPen pen(colour, trace.style.width, trace.style.style, Qt::FlatCap, Qt::MiterJoin);
     if (trace.style.style == Qt::DashLine) pen.setDashPattern({5, 4});
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
     painter.drawPolyline(path);
+    MarkCutPoints(sheet, t);
+    painter.setRenderHint(QPainter::Antialiasing);
   }
   painter.restore();
 }
@@ -85,9 +92,12 @@ void DrawOutlines(const StripSheet& sheet) {
       if (near != far || !joined) path.lineTo(far);
       joined = true;
     }
-    painter.setPen(QPen(trace.style.colour, trace.style.width, trace.style.style, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(QPen(sheet.colours.OfTrace(trace.style.colour), trace.style.width, trace.style.style, Qt::RoundCap,
+                        Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPath(path);
+    MarkCutColumns(sheet, t, columns, layout.FirstColumn());
+    painter.setRenderHint(QPainter::Antialiasing);
   }
   painter.restore();
 }

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "widgets/Strip.h"
+#include "widgets/StripBar.h"
 #include "widgets/StripFeed.h"
 #include "widgets/StripInput.h"
 #include "widgets/StripPainter.h"
@@ -21,8 +22,9 @@ struct Strip::Private {
   StripPainter painter;
   StripInput input;
   StripFeed feed;
-  double tellNext = 0;   ///< when a reader is told of new values again, by the clock
-  bool waiting = false;  ///< something has changed since the last frame
+  StripBar* bar = nullptr;  ///< a child of the strip
+  double tellNext = 0;      ///< when a reader is told of new values again, by the clock
+  bool waiting = false;     ///< something has changed since the last frame
 };
 
 }  // namespace zth::widgets

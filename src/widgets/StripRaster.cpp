@@ -71,9 +71,12 @@ void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> c
   }
 }
 
-void DrawRow(const RasterArea& area, int row, int from, QRgb colour) {
-  if (row < 0 || row >= area.height || from >= area.width) return;
-  std::fill_n(area.bits + row * area.stride + from, area.width - from, colour);
+void CopyRows(const RasterArea& area, int top, int bottom, int from, std::span<const QRgb> row) {
+  if (from >= area.width) return;
+  const std::size_t bytes = static_cast<std::size_t>(area.width - from) * sizeof(QRgb);
+  for (int y = std::max(top, 0); y < std::min(bottom, area.height); ++y) {
+    std::memcpy(area.bits + y * area.stride + from, row.data() + from, bytes);
+  }
 }
 
 void ShiftLeft(const RasterArea& area, int columns) {

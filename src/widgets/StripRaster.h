@@ -34,8 +34,9 @@ struct RasterLine {
 void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> columns, double low, double high,
                  const RasterLine& line);
 
-/// Fills one row of the area from a column on, or some columns.
-void DrawRow(const RasterArea& area, int row, int from, QRgb colour);
+/// Copies `row`, as wide as the area, into the rows from `top` to below `bottom` that the area has, from a column on.
+void CopyRows(const RasterArea& area, int top, int bottom, int from, std::span<const QRgb> row);
+/// Fills some columns.
 void DrawColumn(const RasterArea& area, int column, int thickness, QRgb colour);
 
 /// Moves what the area shows to the left; the columns at its right end keep what they had.

@@ -7,6 +7,8 @@
 #include <QStringList>
 
 #include "base/NumberText.h"
+#include "widgets/StripLayout.h"
+#include "widgets/StripTicks.h"
 
 namespace zth::widgets {
 namespace {
@@ -50,14 +52,40 @@ QString ExactText(double value) {
   return QString::fromStdString(base::GeneralText(static_cast<float>(value)));
 }
 
+// Rows of this height take the start range: what it makes of the decimals is the finest that the legend has room for.
+constexpr int kUsualZone = 400;
+
+int DecimalsOf(double perPixel) {
+  return perPixel >= 1 ? 0 : std::min(DecimalsFor(perPixel) + 1, 6);
+}
+
+const StripAxis& StartOf(const StripScene& scene, int trace) {
+  static const StripAxis none;
+  const std::size_t axis = scene.AxisOf(trace);
+  return axis < scene.setup.axes.size() ? scene.setup.axes[axis] : none;
+}
+
 /// A trace's value and its unit, with decimals to match what a pixel of its zone is worth.
 QString ValueText(const StripScene& scene, int trace, double value, double perPixel) {
-  const std::size_t axis = scene.AxisOf(trace);
-  const QString unit = axis < scene.setup.axes.size() ? scene.setup.axes[axis].unit : QString();
-  return PlainText(value, perPixel >= 1 ? 0 : std::min(DecimalsFor(perPixel) + 1, 6)) + unit;
+  const StripAxis& start = StartOf(scene, trace);
+  const int finest = DecimalsOf((start.max - start.min) / kUsualZone);
+  return PlainText(value, std::min(DecimalsOf(perPixel), finest)) + start.unit;
 }
 
 }  // namespace
+
+const StripReadout::Line* StripReadout::Of(int trace) const {
+  const auto found =
+      std::find_if(lines.begin(), lines.end(), [trace](const Line& line) { return line.trace == trace; });
+  return found != lines.end() ? &*found : nullptr;
+}
+
+QString WidestReading(const StripScene& scene, int trace) {
+  const StripAxis& start = StartOf(scene, trace);
+  const QString low = ValueText(scene, trace, start.min, 0);
+  const QString high = ValueText(scene, trace, start.max, 0);
+  return low.size() > high.size() ? low : high;
+}
 
 StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout) {
   StripReadout readout;

@@ -4,12 +4,13 @@
 
 #include <QString>
 
-#include "widgets/StripLayout.h"
 #include "widgets/StripScene.h"
 
 namespace zth::widgets {
 
-/// What the cursor reads: a heading and a line for every shown trace under it.
+class StripLayout;
+
+/// What the cursor reads: where it stands, and a line for every shown trace under it.
 struct StripReadout {
   struct Line {
     int trace;
@@ -20,10 +21,16 @@ struct StripReadout {
   QString heading;
   QString headingDifference;
   std::vector<Line> lines;
+
+  /// Null when nothing is read of that trace.
+  const Line* Of(int trace) const;
 };
 
 /// Reads the scene under its cursor, which is there.
 StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout);
+
+/// As long a value as the trace's start range has, as the cursor would show it.
+QString WidestReading(const StripScene& scene, int trace);
 
 /// The latest values in one sentence, for those who cannot see the picture: "Temperature (°C): Local 25.25, Remote1
 /// 31".

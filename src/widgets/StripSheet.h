@@ -9,6 +9,8 @@ class QPainter;
 
 namespace zth::widgets {
 
+struct StripReadout;
+
 /// One picture while it is drawn: what goes on it, where, and by what means. Lives as long as its painter.
 struct StripSheet {
   QPainter& painter;
@@ -17,6 +19,7 @@ struct StripSheet {
   const StripColours& colours;
   StripText& text;
   StripText& bold;
+  const StripReadout* readout = nullptr;  ///< while there is a cursor
 };
 
 }  // namespace zth::widgets

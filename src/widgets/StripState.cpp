@@ -58,7 +58,7 @@ void StripState::SetCaption(const QString& caption) {
   StripLabel& label = ChosenLabel();
   if (label.text == caption) return;
   label.text = caption;
-  Changed(StripChange::Values);
+  Changed(labelIndex_ == 0 ? StripChange::View : StripChange::Values);
 }
 float StripState::LabelTop() const {
   const StripLabel* label = FindLabel();

@@ -45,8 +45,12 @@ void StripView::Advance(double newestX) {
   if (!held_ && mode_ == StripMode::Time) xEnd_ = LiveEnd();
 }
 
+void StripView::Hold() {
+  held_ = pinned_ = mode_ == StripMode::Time;
+}
+
 void StripView::GoLive() {
-  held_ = false;
+  held_ = pinned_ = false;
   xEnd_ = LiveEnd();
   if (mode_ == StripMode::XY) xSpan_ = startSpan_;
 }
@@ -75,7 +79,7 @@ void StripView::SetX(double end, double span) {
   if (!Takeable(end - span, end)) return;
   xEnd_ = end;
   xSpan_ = span;
-  held_ = mode_ == StripMode::Time && std::abs(xEnd_ - LiveEnd()) > xSpan_ * kLiveSlack;
+  held_ = mode_ == StripMode::Time && (pinned_ || std::abs(xEnd_ - LiveEnd()) > xSpan_ * kLiveSlack);
 }
 
 void StripView::ZoomX(double x, double factor) {

@@ -27,6 +27,8 @@ class StripView {
   bool Held() const { return held_; }
   /// The newest sample's x: a live window follows it once it has reached the right edge.
   void Advance(double newestX);
+  /// Stays where it is until it goes live, its right edge at the live one or not.
+  void Hold();
   /// Back to following, with the present width; an X-Y chart back to its start window.
   void GoLive();
   /// Back to the start ranges, and live. Zones stay.
@@ -63,6 +65,7 @@ class StripView {
   double xSpan_;
   double newest_;
   bool held_ = false;
+  bool pinned_ = false;  ///< held by Hold, not for its place
 };
 
 }  // namespace zth::widgets

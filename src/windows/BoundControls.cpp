@@ -27,13 +27,13 @@ std::uint8_t CutNibble(std::string_view text, int shift) {
 
 const TextCode kDuty{chip::DutyText, [](std::string_view text, int) { return chip::DutyByte(text); }, 0, 100, "%",
                      "Percent"};
-const TextCode kNibble{chip::WholeText, chip::WholeByte, 0, 15, "", "Degrees C"};
-const TextCode kCutNibble{chip::WholeText, CutNibble, 0, 15, "", "Degrees C"};
+const TextCode kNibble{chip::WholeText, chip::WholeByte, 0, 15, "\u00B0C", "Degrees C"};
+const TextCode kCutNibble{chip::WholeText, CutNibble, 0, 15, "\u00B0C", "Degrees C"};
 const TextCode kDegrees{[](unsigned field) { return chip::DegreesText(static_cast<std::uint8_t>(field)); },
                         [](std::string_view text, int) { return chip::DegreesByte(text); },
                         0,
                         120,
-                        "",
+                        "\u00B0C",
                         "Degrees C"};
 
 BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows, Changed live)

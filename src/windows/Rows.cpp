@@ -59,7 +59,8 @@ void BuildRows(QGridLayout& grid, std::span<const Binding> rows) {
     if (placed.label != nullptr) placed.label->setToolTip(PlaceOf(row));
     if (placed.pair == nullptr || *row.code->unit == '\0') continue;
     // Before the stretch at the pair's end.
-    placed.pair->insertWidget(placed.pair->count() - 1, new QLabel(row.code->unit, grid.parentWidget()));
+    placed.pair->insertWidget(placed.pair->count() - 1,
+                              new QLabel(QString::fromUtf8(row.code->unit), grid.parentWidget()));
     placed.pair->insertSpacing(placed.pair->count() - 2, grid.parentWidget()->fontMetrics().averageCharWidth());
   }
 }

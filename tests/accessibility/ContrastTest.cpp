@@ -1,11 +1,12 @@
 // Every text that shows on a page, against what lies behind it: 4.5 to 1 and more, in a light and in a dark palette.
-#include <cmath>
 #include <unordered_map>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>
+#include <QStyleOptionButton>
 #include <QTabBar>
 #include <QTest>
 
@@ -14,6 +15,7 @@
 #include "tests/accessibility/AccessGround.h"
 #include "tests/support/Seen.h"
 #include "tools/gallery/DarkPalette.h"
+#include "widgets/Colours.h"
 #include "widgets/LGauge.h"
 #include "widgets/Strip.h"
 #include "widgets/StripColours.h"
@@ -22,17 +24,8 @@
 namespace zth::testing {
 namespace {
 
-double Luminance(const QColor& colour) {
-  const auto linear = [](double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double Contrast(const QColor& a, const QColor& b) {
-  const auto [less, more] = std::minmax({Luminance(a), Luminance(b)});
-  return (more + 0.05) / (less + 0.05);
-}
+using widgets::Contrast;
+using widgets::IsDark;
 
 /// What a text stands on: the colour of most of the pixels at its upper and lower edges, beyond letters and underlines.
 QColor GroundOf(const QImage& picture, const QRect& place) {
@@ -71,6 +64,11 @@ class Contrasts : public Access {
     ++texts_;
   }
 
+  void JudgeShape(const QColor& colour, const QColor& ground, const std::string& where, double least = kShape) {
+    EXPECT_GE(Contrast(colour, ground), least)
+        << where << ": " << colour.name().toStdString() << " on " << ground.name().toStdString();
+  }
+
   void Look(QWidget& root, const std::string& where) {
     const QImage picture = root.grab().toImage();
     for (QWidget* widget : Shown(root)) {
@@ -82,9 +80,32 @@ class Contrasts : public Access {
         widgets::DialPainter(painter, measures, gauge->palette(), gauge->font())
             .Face(gauge->ScaleMin(), gauge->ScaleMax());
       }
-      if (qobject_cast<widgets::Strip*>(widget) != nullptr) {  // as are its headings and axes
+      if (const auto* strip = qobject_cast<widgets::Strip*>(widget)) {  // as are its headings and axes
         const widgets::StripColours colours(widget->palette());
         Judge("axes", colours.text, colours.window, where + " " + Told(*widget));
+        for (int t = 0; t < strip->TraceCount(); ++t) {
+          const QColor line = colours.OfTrace(strip->TraceColour(t));
+          if (line.alpha() < 255) continue;  // a trail fades
+          const QColor seam = colours.SeamOf(line);
+          JudgeShape(seam.isValid() ? seam : line, colours.paper, where + " trace " + std::to_string(t));
+        }
+      }
+      if (const auto* gauge = qobject_cast<widgets::LGauge*>(widget)) {
+        for (const auto kind : {widgets::SliderKind::Low, widgets::SliderKind::High, widgets::SliderKind::Sole}) {
+          JudgeShape(widgets::DialPainter::SliderColour(kind, gauge->palette()), gauge->palette().color(QPalette::Base),
+                     where + " gauge");
+        }
+        for (const QColor& colour : widgets::DialPainter::ShapeColours(gauge->palette())) {
+          JudgeShape(colour, gauge->palette().color(QPalette::Base), where + " gauge");
+        }
+      }
+      if (auto* box = qobject_cast<QCheckBox*>(widget); box != nullptr && !box->isChecked()) {
+        QStyleOptionButton option;
+        option.initFrom(box);
+        const QRect edge = box->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, box);
+        const QPoint at = box->mapTo(&root, edge.topLeft());
+        JudgeShape(picture.pixelColor(at + QPoint(edge.width() / 2, 0)), picture.pixelColor(at - QPoint(2, 0)),
+                   where + " edge of " + Told(*box), IsDark(box->palette()) ? kShape : 1.4);
       }
       QStringList pale;
       const auto* bar = qobject_cast<QTabBar*>(widget);
@@ -123,6 +144,7 @@ class Contrasts : public Access {
     Desk::Settle();
   }
 
+  static constexpr double kShape = 3;
   int texts_ = 0;
 
  private:

@@ -60,6 +60,13 @@ widgets::StripSetup CurveChart() {
   for (int s = 0; s < 4; ++s) {
     setup.labels.push_back({.slot = s + 1, .text = chip::kTemperatureNames[static_cast<std::size_t>(s)], .trace = s});
   }
+  // What the vertical axis counts, in the corner, as the units of the other charts stand.
+  setup.labels.push_back({.slot = kCurveUnitSlot,
+                          .text = "Duty, %",
+                          .place = StripPlace::Free,
+                          .line = false,
+                          .left = 0.005,
+                          .top = 0.005});
   setup.widestLegend = "under automatic";
   return setup;
 }

@@ -9,6 +9,9 @@ namespace zth::windows {
 /// from kTrailTrace on the trails of the dots, four sources for each age, the newest first.
 widgets::StripSetup CurveChart();
 
+/// The label slot of the duty axis' unit, behind those of the legend.
+inline constexpr int kCurveUnitSlot = 6;
+
 inline constexpr int kDotTrace = 4;
 inline constexpr int kHysteresisTrace = 8;
 inline constexpr int kTrailTrace = 12;

@@ -1,6 +1,7 @@
 #include "windows/fancontrol/CurveModel.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "base/NumberText.h"
@@ -99,6 +100,17 @@ CurveModel BuildCurveModel(const CurveTexts& texts) {
     ResolveControlSource(texts, texts.pwms[pwm].control, model.Pwm[pwm]);
   }
   return model;
+}
+
+int DrawnApart(const std::string& trange, int minDuty, int maxDuty) {
+  // The items tell thirds of a degree by one digit.
+  const double chip = std::round(base::LeadingDecimal(trange) * 6) / 6;
+  const double drawn = WholeNumber(trange);
+  const double rise = maxDuty - minDuty;
+  if (rise <= 0 || drawn <= 0 || chip == drawn) return 0;
+  // The two part up to where the steeper one ends.
+  const double share = 1 - std::min(chip, drawn) / std::max(chip, drawn);
+  return base::RoundToInt(rise * share * 255 / 100);
 }
 
 int EffectiveThermLimit(const CurveModel& model, int pwm, int source) {

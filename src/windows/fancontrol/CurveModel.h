@@ -75,6 +75,11 @@ struct CurveModel {
 /// end. Tmin of Remote1 and Remote2 is the polled one, since the chip may move it by itself.
 CurveModel BuildCurveModel(const CurveTexts& texts);
 
+/// How far, in steps of 1 / 255 of the duty, the line that is drawn for an item of kTrangeItems gets from the duty that
+/// the chip gives, at the worst on the way up from `minDuty` to `maxDuty` percent: the line goes by whole degrees. 0
+/// for a whole item, whose line is the chip's.
+int DrawnApart(const std::string& trange, int minDuty, int maxDuty);
+
 /// What EffectiveThermLimit gives when no THERM option is on.
 inline constexpr int kNoThermLimit = 1000;
 

@@ -37,6 +37,11 @@ void LiveWindow::AddRows(QWidget& parent, std::span<const Binding> rows) {
     const PlacedRow placed = PlaceRow(*grid, row, 2);
     if (row.code == nullptr) continue;
     placed.control->setToolTip(row.code->unitName);
+    if (*row.code->unit != '\0') {
+      auto* unit = new QLabel(QString::fromUtf8(row.code->unit), placed.control->parentWidget());
+      unit->setIndent(unit->fontMetrics().horizontalAdvance(' '));
+      placed.pair->insertWidget(placed.pair->count() - 1, unit);
+    }
     auto polled = PolledDegrees(row.reg);
     if (polled) hints_.emplace_back(*static_cast<QLineEdit*>(placed.control), *AddHintLabel(placed), std::move(polled));
   }

@@ -1,12 +1,18 @@
 #include "windows/fancontrol/frmAutoGraph.h"
 
+#include <algorithm>
 #include <array>
 
+#include <QComboBox>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 
+#include "base/NumberText.h"
+#include "base/Rounding.h"
 #include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "widgets/Named.h"
@@ -100,6 +106,7 @@ frmAutoGraph::frmAutoGraph(const Context& context)
   row->addLayout(controls);
   row->addWidget(view_->Chart(), 1);
   Finish();
+  LineUp();
   OnTab(*tbPWM_, [this] { tbPWM_Click(); });
   OnTab(*tbTemp_);
 }
@@ -122,6 +129,27 @@ QWidget* frmAutoGraph::MakePage(std::span<const Binding> rows) {
   auto* page = new QWidget;
   AddRows(*page, rows);
   return page;
+}
+
+void frmAutoGraph::LineUp() {
+  int box = 0;
+  int column = 0;
+  const QList<QLineEdit*> boxes = findChildren<QLineEdit*>();
+  for (const QLineEdit* each : boxes) box = std::max(box, each->width());
+  for (QLineEdit* each : boxes) each->setFixedWidth(box);
+  QList<QGridLayout*> grids;
+  for (QWidget* holder : findChildren<QWidget*>()) {
+    auto* grid = qobject_cast<QGridLayout*>(holder->layout());
+    if (grid == nullptr || grid->columnCount() < 2) continue;
+    grids << grid;
+    for (int line = 0; line < grid->rowCount(); ++line) {
+      // A check box spans both columns: only a field tells how wide theirs is.
+      const QLayoutItem* label = grid->itemAtPosition(line, 0);
+      const QLayoutItem* field = grid->itemAtPosition(line, 1);
+      if (field != nullptr && field != label) column = std::max(column, field->minimumSize().width());
+    }
+  }
+  for (QGridLayout* grid : grids) grid->setColumnMinimumWidth(1, column);
 }
 
 void frmAutoGraph::Form_Load() {
@@ -158,7 +186,25 @@ void frmAutoGraph::BuildModel() {
                                                    text("txtTH1", i), text("txtTH2", i)};
   }
   texts.polledTmin = chip::Model.Measurements.PolledTmin;
-  view_->SetModel(BuildCurveModel(texts));
+  const CurveModel model = BuildCurveModel(texts);
+  ShowTrangeTips(model);
+  view_->SetModel(model);
+}
+
+void frmAutoGraph::ShowTrangeTips(const CurveModel& model) {
+  const PwmCurve& curve = model.Pwm[static_cast<std::size_t>(tbPWM_->currentIndex())];
+  for (int i = 0; i < kChannels; ++i) {
+    const std::string text = Controls().TextOf({"cmbTrange", i});
+    const int apart = DrawnApart(text, curve.MinDuty, model.MaxDuty);
+    auto* list = findChild<QComboBox*>(NameOf({"cmbTrange", i}));
+    const QString drawn = QString::number(base::RoundToInt(base::LeadingDecimal(text)));
+    list->setToolTip(apart == 0
+                         ? QString()
+                         : QString("The line is drawn over %1\u00B0C, the chip's duty rises over %2. Both begin at "
+                                   "Tmin; on the way up they part by up to %3 steps of 1/255 of the duty")
+                               .arg(drawn, QString::fromStdString(text))
+                               .arg(apart));
+  }
 }
 
 void frmAutoGraph::PlotAFCTemps() {

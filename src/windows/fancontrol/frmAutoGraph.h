@@ -32,6 +32,10 @@ class frmAutoGraph final : public LiveWindow {
   QTabWidget* MakeTabs(const char* name);
   QWidget* MakePage(std::span<const Binding> rows);
 
+  /// Boxes of one width, which begin at one place in the frame and on all pages.
+  void LineUp();
+  /// Says at each Trange whose line is not quite the chip's how far the two part.
+  void ShowTrangeTips(const CurveModel& model);
   void BuildModel();
   void DrawCurve() { view_->Draw(Ready()); }
 

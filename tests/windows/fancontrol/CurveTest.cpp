@@ -125,6 +125,19 @@ TEST(Curve, TakesItsSourcesAndNumbersFromTheTexts) {
       << "limited to 16 bits";
 }
 
+// The chip's duty rises by 64 percent over 2.5, 3.33, 6.67, ... degrees, the line over 2, 3, 7, ...
+TEST(Curve, TellsHowFarALineOfAFractionalTrangeIsFromTheChip) {
+  for (const auto& [trange, low, high, steps] : {std::tuple{"2.5°C", 0, 100, 51},
+                                                 {"3.3°C", 0, 100, 26},
+                                                 {"6.7°C", 0, 100, 12},
+                                                 {"53.3°C", 0, 100, 2},
+                                                 {"2.5°C", 25, 60, 18},
+                                                 {"2.5°C", 60, 25, 0},
+                                                 {"20°C", 0, 100, 0}}) {
+    EXPECT_EQ(DrawnApart(trange, low, high), steps) << trange << ' ' << low << " to " << high;
+  }
+}
+
 // The curve once more, in whole numbers and fractions of 64 alone: the line from (Tmin, MinDuty) rises 64 percent
 // in Trange degrees, so it meets MaxDuty (MaxDuty - MinDuty) * Trange / 64 degrees further on.
 
