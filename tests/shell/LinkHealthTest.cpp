@@ -117,7 +117,7 @@ TEST_F(LinkHealth, EveryWindowOfLiveValuesKeepsAndMarksWhatItCannotRead) {
        "Remote2: temperature N s old, Tmin and limits N s old, duties N s old"},
       {last(tmin, "Strip2(1)", 0), "30", "nan"},
       {last(curve, "stpGraph", 4), "50", "none"},
-      {sees(gpio, "lblStatus(0)", "enabled"), "true", "false"},
+      {sees(gpio, "lblStatus(0)", "accessibleDescription"), "", "Old: the last read failed"},
       {[&map] { return map.windowTitle(); }, "Register Map", "Register Map (not read in full)"}};
   for (const bool fails : {false, true, false}) {
     Fail(0, fails ? 0xFF : -1);

@@ -189,7 +189,7 @@ void frmGPIO::UpdateGPIOStatus() {
     line.cmbStatus->setVisible(output);
     line.lblStatus->setVisible(!output);
     line.lblStatus->setText(line.cmbStatus->currentText());
-    line.lblStatus->setEnabled(read);
+    line.lblStatus->setForegroundRole(read ? QPalette::NoRole : QPalette::PlaceholderText);
     line.lblStatus->setToolTip(read ? line.cmbStatus->toolTip() : "Old: the last read failed");
     line.lblStatus->setAccessibleDescription(read ? QString() : "Old: the last read failed");
     line.chkPinEn->setChecked(chip::Model.PinFunctions.*kPinFunctions[i].flag == 0);
