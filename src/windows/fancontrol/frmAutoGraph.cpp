@@ -193,7 +193,7 @@ void frmAutoGraph::BuildModel() {
 
 void frmAutoGraph::ShowTrangeTips(const CurveModel& model) {
   const PwmCurve& curve = model.Pwm[static_cast<std::size_t>(tbPWM_->currentIndex())];
-  for (int i = 0; i < kChannels; ++i) {
+  for (int i = 0; i < chip::kTemperatures; ++i) {
     const std::string text = Controls().TextOf({"cmbTrange", i});
     const int apart = DrawnApart(text, curve.MinDuty, model.MaxDuty);
     auto* list = findChild<QComboBox*>(NameOf({"cmbTrange", i}));
