@@ -68,7 +68,7 @@ TEST_F(SimulatedLibraries, ReadEveryScenarioWithoutAComplaint) {
     };
     EXPECT_EXIT(child(), testing::ExitedWithCode(0), "^$") << file.path();
   }
-  EXPECT_EQ(count, 6);
+  EXPECT_EQ(count, 8);
 }
 
 }  // namespace
