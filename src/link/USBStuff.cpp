@@ -34,6 +34,7 @@ bool OnSmbus() {
 std::int16_t Call(Request request, std::int32_t value, std::int32_t index, std::int16_t direction, int length,
                   std::uint8_t* buffer) {
   if (Bus.UsbFunctions.VendorIORequest == nullptr) return kNoLibrary;
+  const TransferTime time(direction == kFromAdapter ? Direction::Read : Direction::Write);
   return Bus.UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
 }
 

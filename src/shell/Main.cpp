@@ -10,6 +10,7 @@
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
+#include "link/Waiting.h"
 #include "platform/Guard.h"
 #include "shell/Discovery.h"
 #include "shell/Firmware.h"
@@ -97,8 +98,13 @@ void Main(platform::Services& services) {
     MainForm->Form_Load(splash);
   }
   MainForm->show();
-  InitMonitorDefaults();
-  FillTables();
+  {
+    const link::UserAction action([] { return QString(); });
+    // Over a slow link this takes its time, with the main window painted.
+    services.events.PumpPaint();
+    InitMonitorDefaults();
+    FillTables();
+  }
   MainForm->EnableTimer(true);
   if (windows::OpensEasySetup(services.settings)) MainForm->OpenWindow("frmEasySetup");
 }

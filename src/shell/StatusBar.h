@@ -17,12 +17,21 @@ class StatusBar final : public QStatusBar {
 
   void SetStatus(const QString& text);
 
+  /// Says what the program is at, over what stands there, and paints it at once; then puts back what was there.
+  void ShowWork(const QString& text);
+  void EndWork();
+
+  /// How long a message stands.
+  static constexpr int kMessageMs = 10'000;
+
  private:
   QLabel* AddPanel(int number);
   void ShowDateAndTime();
 
   platform::Clock& clock_;
   QLabel* message_;
+  QString work_;
+  QString beneathWork_;  ///< the message that stood there before
   QLabel* date_;
   QLabel* time_;
 };

@@ -16,7 +16,7 @@
 #include <QToolButton>
 
 #include "base/Product.h"
-#include "link/LinkErrors.h"
+#include "link/Waiting.h"
 #include "platform/Guard.h"
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
@@ -27,6 +27,7 @@
 #include "shell/Placement.h"
 #include "shell/ProgramState.h"
 #include "shell/StatusBar.h"
+#include "shell/WaitingSigns.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmSplash.h"
 #include "widgets/Named.h"
@@ -52,7 +53,8 @@ frmMain::frmMain(platform::Services& services)
       context_{services, *this},
       jobs_(services.clock),
       area_(new MdiDesk(this)),
-      status_(new StatusBar(services.clock, this)) {
+      status_(new StatusBar(services.clock, this)),
+      waiting_(std::make_unique<WaitingSigns>(*this, *area_, *status_)) {
   setObjectName("frmMain");
   setWindowIcon(ProgramIcon());
   area_->setObjectName("MDIForm");
@@ -67,6 +69,8 @@ frmMain::frmMain(platform::Services& services)
             if (!IsDragging()) ReadActiveWindowAgain();
           }));
 }
+
+frmMain::~frmMain() = default;
 
 void frmMain::BuildMenus() {
   QHash<QString, QMenu*> menus;
@@ -225,9 +229,9 @@ windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
     window = MakeWindow(name, context_);
     if (window == nullptr) return nullptr;
     connect(window, &windows::ChildWindow::Unloaded, this, [this](const QString& closed) { open_.remove(closed); });
-    area_->AddFrame(*window);
+    QMdiSubWindow& frame = area_->AddFrame(*window);
     open_[name] = window;
-    window->Load();
+    waiting_->Load(*window, frame);
   }
   auto* frame = qobject_cast<QMdiSubWindow*>(window->parentWidget());
   if (frame->isMinimized()) {
@@ -246,8 +250,7 @@ void frmMain::SetStatus(const QString& text) {
 }
 
 void frmMain::Tell(const QString& text) {
-  constexpr int kMilliseconds = 10'000;
-  statusBar()->showMessage(text, kMilliseconds);
+  status_->showMessage(text, StatusBar::kMessageMs);
 }
 
 void frmMain::EnableTimer(bool on) {
@@ -277,6 +280,7 @@ void frmMain::cmbDevices_Click() {
 }
 
 void frmMain::tmrMaster_Timer() {
+  const link::TimerTick tick;
   jobs_.Tick();
   // What the program knows of a chip changes by writes from anywhere; as a rule it has not.
   const chip::ModelOrigin model = chip::ModelReadFrom();
@@ -314,6 +318,7 @@ void frmMain::changeEvent(QEvent* event) {
 
 bool frmMain::UserLeaves() {
   if (unloaded_) return true;
+  const link::UserAction action([] { return QString(); });
   bool leaves = false;
   FinishWork();  // perhaps a file can be written by now
   platform::Guarded([&] { leaves = MayLeave(services_); })();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include <QHash>
 #include <QMainWindow>
 #include <QPointer>
@@ -18,6 +20,7 @@ namespace zth::shell {
 class frmSplash;
 class MdiDesk;
 class StatusBar;
+class WaitingSigns;
 
 /// The frame of the program: menus, tool bar with the device list, status bar, the child windows and the master timer.
 class frmMain final : public QMainWindow, public windows::Desktop {
@@ -25,6 +28,9 @@ class frmMain final : public QMainWindow, public windows::Desktop {
 
  public:
   explicit frmMain(platform::Services& services);
+  ~frmMain() override;
+  frmMain(const frmMain&) = delete;
+  frmMain& operator=(const frmMain&) = delete;
 
   /// Places the window and finds the chips, with the splash showing the way. Ends the program when there is no chip.
   void Form_Load(frmSplash& splash);
@@ -80,6 +86,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   chip::ModelOrigin modelFrom_;  ///< as the windows have been told
   MdiDesk* area_;
   StatusBar* status_;
+  std::unique_ptr<WaitingSigns> waiting_;
   QMenu* mnuWindow_ = nullptr;
   QComboBox* cmbDevices_ = nullptr;
   QTimer* tmrMaster_ = nullptr;

@@ -103,6 +103,11 @@ FakeBoard::Registers& FakeBoard::Chip() {
   return chips.at(link::Bus.DeviceAddress);
 }
 
+void FakeBoard::Note(std::string transfer) {
+  traffic.push_back(std::move(transfer));
+  if (onTransfer) onTransfer();
+}
+
 std::int16_t FakeBoard::LoadFirmWare(const char* path) {
   traffic.push_back(std::string("usb F ") + path);
   return firmwareResult;
@@ -116,7 +121,7 @@ std::int16_t FakeBoard::VendorIORequest(std::int16_t request, std::int32_t value
     text = Text("usb ? %02X value %X index %X direction %d length %d", request, value, index, direction, length);
     ADD_FAILURE() << "not a request of the adapter: " << text;
   }
-  traffic.push_back(text);
+  Note(text);
   const int call = usbCalls++;
   const bool fails = (failFrom && call >= *failFrom) || (failOnly && call == *failOnly) ||
                      (!failMatching.empty() && text.rfind(failMatching, 0) == 0);
@@ -143,13 +148,13 @@ void FakeBoard::Carry(std::int16_t request, std::int32_t value, std::int32_t ind
 }
 
 std::uint8_t FakeBoard::ReadSmbus(std::uint8_t address, std::uint8_t reg) {
-  traffic.push_back(Text("smb R %02X:%02X", address, reg));
+  Note(Text("smb R %02X:%02X", address, reg));
   const auto chip = smbusChips.find(address);
   return chip == smbusChips.end() ? std::uint8_t{0xFF} : chip->second[reg];
 }
 
 void FakeBoard::WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) {
-  traffic.push_back(Text("smb W %02X:%02X=%02X", address, reg, value));
+  Note(Text("smb W %02X:%02X=%02X", address, reg, value));
   const auto chip = smbusChips.find(address);
   if (chip != smbusChips.end()) chip->second[reg] = value;
 }

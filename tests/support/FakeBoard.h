@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -77,6 +78,9 @@ class FakeBoard final : public BoardEntries {
   std::string failMatching;
   std::int16_t failure = -5;
 
+  /// What goes on while a transfer lasts, behind its line in `traffic`.
+  std::function<void()> onTransfer;
+
   /// VendorIORequest calls so far.
   int usbCalls = 0;
 
@@ -100,6 +104,7 @@ class FakeBoard final : public BoardEntries {
   void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) override;
 
  private:
+  void Note(std::string transfer);
   void Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction, std::int16_t length,
              std::uint8_t* buffer);
 };
