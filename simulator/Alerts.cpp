@@ -14,6 +14,7 @@ constexpr int kBmc = 0xC0;
 // The pin's state is shown as it is; all other bits stay until they have been read.
 constexpr std::uint8_t kThermStates = 0x24;
 constexpr int kChassisIntrusion = 7;
+constexpr int kVid = 6;
 constexpr int kFan2Max = 3;
 
 constexpr std::uint8_t BitMask(int bit, bool set) {
@@ -31,7 +32,8 @@ void Alerts::Reset() {
   live_.fill(0);
 }
 
-void Alerts::Tick(bool converted, const Measurement& measurement, const ThermPins& therm, const PinInputs& inputs) {
+void Alerts::Tick(bool converted, bool vidChanged, const Measurement& measurement, const ThermPins& therm,
+                  const PinInputs& inputs) {
   if (converted) {
     live_[Thermal1] = Temperatures(measurement);
     live_[Voltage1] = Voltages(0);
@@ -40,7 +42,7 @@ void Alerts::Tick(bool converted, const Measurement& measurement, const ThermPin
   live_[Thermal2] = ThermEvents(therm, inputs);
   live_[ThermLimits] = ThermLimitBits(therm);
   live_[Fans] = SlowFans(measurement);
-  live_[Digital] = DigitalInputs(inputs);
+  live_[Digital] = static_cast<std::uint8_t>(DigitalInputs(inputs) | BitMask(kVid, vidChanged));
   for (std::size_t group = 0; group < kGroups; ++group) {
     const std::uint8_t follows = group == Thermal2 ? kThermStates : 0;
     for (const int base : {kHost, kBmc}) {

@@ -18,8 +18,9 @@ class Alerts {
   Alerts(RegisterFile& registers, const PinModel& pins) : registers_(registers), pins_(pins) {}
 
   /// Compares everything with its limits, latches what is out and renews the status registers. Temperatures and
-  /// voltages are compared when they have been `converted` in this tick.
-  void Tick(bool converted, const Measurement& measurement, const ThermPins& therm, const PinInputs& inputs);
+  /// voltages are compared when they have been `converted` in this tick, `vidChanged` is the VID code's event.
+  void Tick(bool converted, bool vidChanged, const Measurement& measurement, const ThermPins& therm,
+            const PinInputs& inputs);
   void Reset();
 
   /// A status register was read: its copy lets go of the bits whose cause is over.

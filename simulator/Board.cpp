@@ -20,7 +20,10 @@ constexpr double kD2ChangeOverSeconds = 0.5;
 
 }  // namespace
 
-Board::Board(const BoardOptions& options) : options_(options), chip_(options.chip), plant_(options.plant) {}
+Board::Board(const BoardOptions& options)
+    : options_(options), chip_(options.chip), plant_(options.plant), tachNoise_(options.plant.seed) {
+  for (int sensor = 0; sensor < kTemperatures; ++sensor) sensedC_[At(sensor)] = plant_.TemperatureC(sensor);
+}
 
 void Board::Advance(std::chrono::nanoseconds elapsed) {
   for (pending_ += elapsed; pending_ >= kTick; pending_ -= kTick) Tick();
@@ -30,6 +33,7 @@ void Board::Tick() {
   for (int pin = 0; pin < kVoltagePins; ++pin) {
     plant_.SetSupplyFactor(static_cast<VoltagePin>(pin), faults_.supplyFactor[At(pin)]);
   }
+  plant_.SetAmbient(faults_.ambientC.value_or(options_.plant.ambientC) + faults_.ambientDriftC);
   DriveFans();
   DriveHeaters();
   plant_.Step(kTickSeconds);
@@ -44,6 +48,7 @@ void Board::DriveFans() {
     const bool connected = pwm >= 2 || Closed(k4A, 4 + pwm);
     plant_.SetFanDrive(fan, connected ? outputs.pwmHigh[At(pwm)].value_or(1.0) : 1.0);
     plant_.SetFanBlocked(fan, faults_.fanStalled[At(fan)]);
+    plant_.SetFanWear(fan, faults_.fanShare[At(fan)]);
   }
 }
 
@@ -62,10 +67,23 @@ bool Board::D2Open() {
   return d2ChangeOverTicks_ > 0 && d2ChangeOverTicks_-- > 0;
 }
 
+double Board::SensedC(int sensor) {
+  double& sensed = sensedC_[At(sensor)];
+  if (!faults_.sensorFrozen[At(sensor)]) sensed = plant_.TemperatureC(sensor) + faults_.sensorDriftC[At(sensor)];
+  return sensed;
+}
+
+double Board::PulsesAt(int fan) {
+  const double noise = faults_.tachNoise[At(fan)];
+  // A sound tach draws nothing, so that a fault changes no other reading of the board.
+  const double jitter = noise > 0 ? tachNoise_.Spread(noise) : 0;
+  return plant_.PulsesPerMinute(fan) * (1 - faults_.tachLost[At(fan)]) * (1 + jitter);
+}
+
 PinInputs Board::Inputs() {
   PinInputs inputs;
   for (int sensor = 0; sensor < kTemperatures; ++sensor) {
-    inputs.temperatureC[At(sensor)] = plant_.TemperatureC(sensor);
+    inputs.temperatureC[At(sensor)] = SensedC(sensor);
     inputs.diodeOpen[At(sensor)] = faults_.diodeOpen[At(sensor)];
   }
   inputs.diodeOpen[2] = D2Open() || inputs.diodeOpen[2];
@@ -74,9 +92,11 @@ PinInputs Board::Inputs() {
   inputs.pin27Asserted = faults_.pin27Asserted;
   for (int i = 0; i < kGpios; ++i) inputs.gpioHigh[At(i)] = !faults_.gpioPulledLow[At(i)];
 
+  inputs.vid = faults_.vid;
+
   for (int fan = 0; fan < kTachs; ++fan) {
     const bool connected = fan >= 4 || Closed(k48, fan);
-    inputs.pulsesPerMinute[At(fan)] = connected ? plant_.PulsesPerMinute(fan) : 0;
+    inputs.pulsesPerMinute[At(fan)] = connected ? PulsesAt(fan) : 0;
   }
 
   for (int n = 0; n < kVoltagePins; ++n) {

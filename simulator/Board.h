@@ -3,8 +3,10 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <optional>
 
 #include "simulator/Chip.h"
+#include "simulator/Noise.h"
 #include "simulator/PinInputs.h"
 #include "simulator/Plant.h"
 
@@ -31,6 +33,14 @@ struct BoardFaults {
   std::array<bool, 2> vrHot{};
   bool pin27Asserted = false;
   std::array<bool, kGpios> gpioPulledLow{};
+  std::array<double, kTachs> fanShare{1, 1, 1, 1, 1, 1, 1, 1};  ///< of the healthy speed, for a worn fan
+  std::array<double, kTachs> tachNoise{};                       ///< pulses come by up to this share too fast or slow
+  std::array<double, kTachs> tachLost{};                        ///< share of the pulses that do not come
+  std::array<double, kTemperatures> sensorDriftC{};             ///< what the sensor is off by
+  std::array<bool, kTemperatures> sensorFrozen{};               ///< the sensor stays at what it was when this began
+  std::optional<double> ambientC;                               ///< the air is so warm, whatever the options say
+  double ambientDriftC = 0;                                     ///< and so much warmer than that
+  std::uint8_t vid = 0x3F;                                      ///< levels on the VID pins, which are pulled up
 };
 
 /// The evaluation board: the chip, the physics around it, the two octal switches and the two heaters. Time is given
@@ -64,6 +74,8 @@ class Board {
   void DriveFans();
   void DriveHeaters();
   PinInputs Inputs();
+  double SensedC(int sensor);
+  double PulsesAt(int fan);
   bool D2Open();
   bool Closed(int device, int bit) const { return !options_.switches || (ports_[At(device)] >> bit & 1) != 0; }
 
@@ -71,6 +83,8 @@ class Board {
   Chip chip_;
   Plant plant_;
   BoardFaults faults_;
+  Noise tachNoise_;
+  std::array<double, kTemperatures> sensedC_{};
   std::chrono::nanoseconds pending_{0};
   /// 0x48, 0x4A. The adapter's firmware closes all that is wired before it answers for the first time.
   std::array<std::uint8_t, 2> ports_{0xFF, 0x3F};

@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::chrono::minutes kLongestPause{10};
 constexpr std::chrono::seconds kUnderPower{2};
-constexpr int kTicksInASlice = 100;
 constexpr std::uint8_t kNobody = 0xFF;  // what floating bus lines read as
 
 BoardOptions OptionsOf(const Settings& settings, std::uint8_t address, bool switches) {
@@ -56,7 +55,11 @@ void Bus::Owe(std::chrono::nanoseconds elapsed) {
 
 bool Bus::CatchUp() {
   // Faults come and go between ticks, so that time is let by in short pieces while a plan runs.
-  for (int i = 0; i < kTicksInASlice && owed_.count() > 0; ++i) {
+  // Without a board time passes all the same.
+  const auto each = std::max<std::int64_t>(1, static_cast<std::int64_t>(boards_.size()));
+  const std::int64_t pieces = std::max<std::int64_t>(1, kTicksInASlice / each);
+  for (std::int64_t i = 0; i < pieces && owed_.count() > 0; ++i) {
+    ticksRun_ += each;
     const std::chrono::nanoseconds piece = std::min<std::chrono::nanoseconds>(owed_, kTick);
     for (auto& [address, board] : boards_) {
       board->SetFaults(faults_.OnBoard(now_));

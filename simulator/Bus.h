@@ -31,10 +31,16 @@ class Bus {
   }
 
   /// The same in slices: notes the time, and lets a slice of what is owed go by on the boards. False when none is owed
-  /// any more. Cut in whatever way, the boards come out the same.
+  /// any more. Cut in whatever way, the boards come out the same. A slice is of kTicksInASlice ticks, those of all
+  /// boards added, but at least of one for each.
   void Owe(std::chrono::nanoseconds elapsed);
   bool CatchUp();
   bool Owes() const { return owed_.count() > 0; }
+
+  /// Ticks that slices have run so far, those of all boards added: the computing that was done.
+  std::int64_t TicksRun() const { return ticksRun_; }
+
+  static constexpr int kTicksInASlice = 100;
 
   /// Judges one transfer before it is made: false when it fails. What it takes longer is added to TakeDelay().
   bool Admit(const Transfer& transfer);
@@ -61,6 +67,7 @@ class Bus {
   std::chrono::nanoseconds now_{0};
   std::chrono::nanoseconds owed_{0};  ///< simulated time that the boards are behind
   std::chrono::milliseconds delay_{0};
+  std::int64_t ticksRun_ = 0;
 };
 
 }  // namespace zth::simulator

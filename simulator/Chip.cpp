@@ -6,6 +6,17 @@
 #include "simulator/RegisterRules.h"
 
 namespace zth::simulator {
+namespace {
+
+constexpr int kReady = 0x80;  // bits of Configuration 1
+constexpr int kLockBit = 6;
+
+/// What is written, but for the bits that the writer has no say in.
+constexpr std::uint8_t Merged(std::uint8_t before, std::uint8_t written, int kept) {
+  return static_cast<std::uint8_t>((before & kept) | (written & ~kept));
+}
+
+}  // namespace
 
 Chip::Chip(const ChipOptions& options)
     : options_(options),
@@ -15,7 +26,8 @@ Chip::Chip(const ChipOptions& options)
       dynamicTmin_(registers_),
       fans_(registers_, pins_, options.revision == 0),
       alerts_(registers_, pins_),
-      gpio_(registers_, pins_) {
+      gpio_(registers_, pins_),
+      vid_(registers_, pins_) {
   Reset();
 }
 
@@ -28,6 +40,7 @@ void Chip::Reset() {
   fans_.Reset();
   alerts_.Reset();
   gpio_.Reset();
+  vid_.Reset();
 }
 
 std::uint8_t Chip::Read(std::uint8_t address) {
@@ -41,6 +54,8 @@ std::uint8_t Chip::Read(std::uint8_t address) {
 void Chip::Write(std::uint8_t address, std::uint8_t value) {
   const RegisterRule* rule = RuleOf(address);
   if (rule == nullptr || rule->onWrite == OnWrite::Ignore) return;
+  const bool locked = registers_.Bit(0x01, kLockBit);
+  if (locked && rule->Lockable()) return;
   if (rule->onWrite == OnWrite::GpioLevels) {
     gpio_.LevelsWritten(value);
     return;
@@ -50,6 +65,8 @@ void Chip::Write(std::uint8_t address, std::uint8_t value) {
     return;
   }
   const std::uint8_t before = registers_[address];
+  if (rule->onWrite == OnWrite::Config1) value = Merged(before, value, kReady);
+  if (rule->onWrite == OnWrite::TachOrVid) value = Merged(before, value, vid_.OwnBits());
   registers_.Put(address, value);
   AfterWrite(*rule, before);
 }
@@ -78,6 +95,8 @@ void Chip::AfterWrite(const RegisterRule& rule, std::uint8_t before) {
       fans_.ConfigWritten(rule.address - 0x21, before);
       break;
     case OnWrite::Keep:
+    case OnWrite::Config1:
+    case OnWrite::TachOrVid:
     case OnWrite::Ignore:
     case OnWrite::Duty:
     case OnWrite::GpioLevels:
@@ -87,11 +106,16 @@ void Chip::AfterWrite(const RegisterRule& rule, std::uint8_t before) {
 
 void Chip::Tick(const PinInputs& inputs) {
   const bool converted = measurement_.Tick(inputs);
-  if (converted) therm_.Compare(measurement_);
+  if (converted) {
+    // The first round of conversions makes the chip ready: from then on its readings are ones.
+    registers_.Put(0x01, registers_[0x01] | kReady);
+    therm_.Compare(measurement_);
+  }
   therm_.Tick(inputs);
   dynamicTmin_.Tick(measurement_, therm_);
   fans_.Tick(measurement_, therm_, inputs);
-  alerts_.Tick(converted, measurement_, therm_, inputs);
+  const bool vidChanged = vid_.Tick(inputs);
+  alerts_.Tick(converted, vidChanged, measurement_, therm_, inputs);
   gpio_.Tick(inputs);
 }
 

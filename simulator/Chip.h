@@ -11,6 +11,7 @@
 #include "simulator/PinModel.h"
 #include "simulator/RegisterFile.h"
 #include "simulator/ThermPins.h"
+#include "simulator/VidInputs.h"
 
 namespace zth::simulator {
 
@@ -56,6 +57,7 @@ class Chip {
   FanControl fans_;
   Alerts alerts_;
   Gpio gpio_;
+  VidInputs vid_;
 };
 
 }  // namespace zth::simulator

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <ratio>
 
 namespace zth::simulator {
 namespace {
@@ -16,6 +17,19 @@ bool Touches(const Fault& fault, const Transfer& transfer) {
   if (fault.request && *fault.request != transfer.request) return false;
   if (!fault.address) return true;
   return transfer.first <= *fault.address && *fault.address < transfer.first + transfer.count;
+}
+
+/// What wears and drifts on the board under a fault that stands.
+void Degrade(BoardFaults& board, const Fault& fault, std::chrono::nanoseconds now) {
+  const auto i = At(fault.index);
+  const double drift = fault.value * std::chrono::duration<double, std::ratio<60>>(now - fault.from).count();
+  if (fault.kind == FaultKind::FanWorn) board.fanShare[i] = fault.value / 100;
+  if (fault.kind == FaultKind::TachNoisy) board.tachNoise[i] = fault.value / 100;
+  if (fault.kind == FaultKind::TachMisses) board.tachLost[i] = fault.value / 100;
+  if (fault.kind == FaultKind::SensorDrifts) board.sensorDriftC[i] += drift;
+  if (fault.kind == FaultKind::SensorFrozen) board.sensorFrozen[i] = true;
+  if (fault.kind == FaultKind::AmbientAt) board.ambientC = fault.value;
+  if (fault.kind == FaultKind::AmbientDrifts) board.ambientDriftC += drift;
 }
 
 }  // namespace
@@ -40,6 +54,8 @@ BoardFaults FaultClock::OnBoard(std::chrono::nanoseconds now) const {
     if (fault.kind == FaultKind::Pin27Asserted) board.pin27Asserted = true;
     if (fault.kind == FaultKind::GpioLow) board.gpioPulledLow[At(fault.index)] = true;
     if (fault.kind == FaultKind::SupplyFactor) board.supplyFactor[At(fault.pin)] = fault.value / 100;
+    if (fault.kind == FaultKind::VidCode) board.vid = static_cast<std::uint8_t>(fault.value);
+    Degrade(board, fault, now);
   }
   return board;
 }

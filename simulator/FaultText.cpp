@@ -140,54 +140,77 @@ Problem ReadRegisterFault(const Rest& words, Fault& fault) {
   return std::nullopt;
 }
 
-/// A fault of one numbered part: the words, its kind, the highest number, and what to say of another one.
-struct PartRow {
+/// A fault of the board as it is written: the words, its kind, the parts that there are, and what a number behind may
+/// be, each with what to say of another one. Without a part its row has no numbers of any.
+struct BoardRow {
   std::string_view pattern;
   FaultKind kind;
-  int last;
-  std::string_view others;
+  int first = 0, last = 0;  ///< parts
+  std::string_view others{};
+  double low = 0, high = 0;  ///< the number behind
+  std::string_view wrong{};
 };
 
-constexpr PartRow kParts[] = {
-    {"fan # stalled", FaultKind::FanStalled, kTachs, "there are fans 1 to 8"},
-    {"heater # stuck at # %", FaultKind::HeaterStuck, kHeaters, "there are heaters 1 and 2"},
-    {"diode # open", FaultKind::DiodeOpen, 3, "there are diodes 1 to 3"},
-    {"therm # low", FaultKind::ThermLow, 2, "there are THERM pins 1 and 2"},
-    {"vr-hot # reported", FaultKind::VrHot, 2, "there are regulators 1 and 2"},
-    {"gpio # low", FaultKind::GpioLow, kGpios, "there are GPIOs 1 to 8"},
+constexpr double kFastestDrift = 600;  // degrees a minute
+constexpr std::string_view kFans = "there are fans 1 to 8";
+constexpr std::string_view kTachsThere = "there are tachs 1 to 8";
+constexpr std::string_view kSensors = "there are sensors 0 (Local) to 3";
+constexpr std::string_view kDrifts = "a drift is -600 to 600 degrees a minute";
+
+constexpr BoardRow kBoardRows[] = {
+    {"fan # stalled", FaultKind::FanStalled, 1, kTachs, kFans},
+    {"fan # at # %", FaultKind::FanWorn, 1, kTachs, kFans, 1, 100, "a worn fan turns at 1 to 100 % of its speed"},
+    {"tach # noisy # %", FaultKind::TachNoisy, 1, kTachs, kTachsThere, 0, 90, "pulses are off by 0 to 90 %"},
+    {"tach # misses # %", FaultKind::TachMisses, 1, kTachs, kTachsThere, 0, 100, "0 to 100 % of the pulses can miss"},
+    {"heater # stuck at # %", FaultKind::HeaterStuck, 1, kHeaters, "there are heaters 1 and 2", 0, 100,
+     "a heater runs at 0 to 100 %"},
+    {"diode # open", FaultKind::DiodeOpen, 1, 3, "there are diodes 1 to 3"},
+    {"sensor # drifts # degrees a minute", FaultKind::SensorDrifts, 0, 3, kSensors, -kFastestDrift, kFastestDrift,
+     kDrifts},
+    {"sensor # frozen", FaultKind::SensorFrozen, 0, 3, kSensors},
+    {"therm # low", FaultKind::ThermLow, 1, 2, "there are THERM pins 1 and 2"},
+    {"vr-hot # reported", FaultKind::VrHot, 1, 2, "there are regulators 1 and 2"},
+    {"gpio # low", FaultKind::GpioLow, 1, kGpios, "there are GPIOs 1 to 8"},
+    {"ambient at # degrees", FaultKind::AmbientAt, 0, 0, {}, -40, 100, "the air is of -40 to 100 degrees"},
+    {"ambient drifts # degrees a minute", FaultKind::AmbientDrifts, 0, 0, {}, -kFastestDrift, kFastestDrift, kDrifts},
+    {"vid #", FaultKind::VidCode, 0, 0, {}, 0, 0x3F, "a VID code is 0 to 0x3F"},
+    {"pin 27 asserted", FaultKind::Pin27Asserted},
+    {"adapter unplugged", FaultKind::AdapterUnplugged},
 };
 
-Problem ReadPartFault(const PartRow& part, const std::vector<double>& numbers, Fault& fault) {
-  if (!InRange(numbers[0], 1, part.last)) return std::string(part.others);
-  fault.kind = part.kind;
-  const bool countsLocal = part.kind == FaultKind::DiodeOpen;  // diode 1 is that of Remote 1
-  fault.index = static_cast<int>(numbers[0]) - (countsLocal ? 0 : 1);
-  if (numbers.size() < 2) return std::nullopt;
-  if (!InRange(numbers[1], 0, 100)) return "a heater runs at 0 to 100 %";
-  fault.value = numbers[1];
+bool IsWhole(double number) {
+  return number == std::floor(number);
+}
+
+Problem ReadBoardRow(const BoardRow& row, std::vector<double> numbers, Fault& fault) {
+  fault.kind = row.kind;
+  if (row.kind == FaultKind::AdapterUnplugged) fault.link = Link::Usb;
+  if (!row.others.empty()) {
+    if (!InRange(numbers[0], row.first, row.last) || !IsWhole(numbers[0])) return std::string(row.others);
+    // Sensor 0 and diode 0 are Local, which has no diode that could part; all else counts from 1.
+    const bool fromZero = row.kind == FaultKind::DiodeOpen || row.first == 0;
+    fault.index = static_cast<int>(numbers[0]) - (fromZero ? 0 : 1);
+    numbers.erase(numbers.begin());
+  }
+  if (numbers.empty() || row.wrong.empty()) return std::nullopt;
+  const bool bits = row.kind == FaultKind::VidCode;
+  if (!InRange(numbers[0], row.low, row.high) || (bits && !IsWhole(numbers[0]))) return std::string(row.wrong);
+  fault.value = numbers[0];
   return std::nullopt;
 }
 
 Problem ReadBoardFault(const Rest& words, Fault& fault) {
   std::vector<double> n;
-  for (const PartRow& part : kParts) {
-    if (Matches(words, part.pattern, n)) return ReadPartFault(part, n, fault);
+  for (const BoardRow& row : kBoardRows) {
+    if (Matches(words, row.pattern, n)) return ReadBoardRow(row, n, fault);
   }
-  if (Matches(words, "supply pin # at # %", n)) {
-    const auto pin = PinByNumber(n[0]);
-    if (!pin) return "no supply is measured on that pin";
-    if (!InRange(n[1], 0, 200)) return "a supply stands at 0 to 200 %";
-    fault.kind = FaultKind::SupplyFactor;
-    fault.pin = *pin;
-    fault.value = n[1];
-  } else if (Matches(words, "pin 27 asserted", n)) {
-    fault.kind = FaultKind::Pin27Asserted;
-  } else if (Matches(words, "adapter unplugged", n)) {
-    fault.kind = FaultKind::AdapterUnplugged;
-    fault.link = Link::Usb;
-  } else {
-    return "this fault is not known";
-  }
+  if (!Matches(words, "supply pin # at # %", n)) return "this fault is not known";
+  const auto pin = PinByNumber(n[0]);
+  if (!pin) return "no supply is measured on that pin";
+  if (!InRange(n[1], 0, 200)) return "a supply stands at 0 to 200 %";
+  fault.kind = FaultKind::SupplyFactor;
+  fault.pin = *pin;
+  fault.value = n[1];
   return std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <optional>
 
 #include "simulator/PinModel.h"
@@ -17,6 +18,7 @@ struct PinInputs {
   std::array<bool, 2> vrHot{};                   ///< a regulator reports heat
   bool pin27Asserted = false;                    ///< an open case, or the FANMAX input, by the pin's function
   std::array<bool, kGpios> gpioHigh{true, true, true, true, true, true, true, true};  ///< level from outside
+  std::uint8_t vid = 0x3F;  ///< levels of VID0 to VID5, a bit each
 };
 
 /// What the chip drives.

@@ -30,7 +30,7 @@ double Lag(double value, double target, double timeConstant, double seconds) {
 
 }  // namespace
 
-Plant::Plant(const PlantOptions& options) : options_(options) {
+Plant::Plant(const PlantOptions& options) : options_(options), ambientC_(options.ambientC) {
   Noise random(options.seed);
   for (Fan& fan : fans_) {
     fan.fullRpm = options.fullRpm * (1 + random.Spread(kFullRpmSpread) * options.spread);
@@ -57,7 +57,7 @@ void Plant::SubStep(double seconds) {
   for (Fan& fan : fans_) StepFan(fan, seconds);
   for (int sensor = 0; sensor < kTemperatures; ++sensor) {
     const double cooling = Cooling(sensor);
-    const double target = options_.ambientC + Heating(sensor) / cooling;
+    const double target = ambientC_ + Heating(sensor) / cooling;
     double& temperature = temperatures_[At(sensor)];
     temperature = Lag(temperature, target, options_.heatCapacity[At(sensor)] / cooling, seconds);
   }
@@ -71,7 +71,8 @@ void Plant::StepFan(Fan& fan, double seconds) const {
     return;
   }
   fan.turning = fan.drive >= (fan.turning ? fan.stallDuty : fan.startDuty);
-  const double target = fan.turning ? fan.fullRpm * (options_.idleShare + (1 - options_.idleShare) * fan.drive) : 0;
+  const double share = fan.wear * (options_.idleShare + (1 - options_.idleShare) * fan.drive);
+  const double target = fan.turning ? fan.fullRpm * share : 0;
   fan.rpm = Lag(fan.rpm, target, target > fan.rpm ? options_.spinUpSeconds : options_.coastSeconds, seconds);
   if (!fan.turning && fan.rpm < kStandstillRpm) fan.rpm = 0;
 }

@@ -44,6 +44,10 @@ class Plant {
   void SetFanDrive(int fan, double duty) { fans_[At(fan)].drive = duty; }
   /// Blocks the rotor of a fan or lets it go.
   void SetFanBlocked(int fan, bool blocked) { fans_[At(fan)].blocked = blocked; }
+  /// How fast a worn fan turns, in shares of its healthy speed; 1 for a sound one.
+  void SetFanWear(int fan, double share) { fans_[At(fan)].wear = share; }
+  /// The air that the board stands in, in degrees C.
+  void SetAmbient(double celsius) { ambientC_ = celsius; }
   /// Drive of heater 0 (Remote 1) or 1 (Remote 2), 0 to 1.
   void SetHeater(int heater, double drive) { heaters_[At(heater)] = drive; }
   /// A factor on a supply, 1 for a sound one.
@@ -69,6 +73,7 @@ class Plant {
     double fullRpm = 0;
     double stallDuty = 0;
     double startDuty = 0;
+    double wear = 1;
     bool turning = false;
     bool blocked = false;
   };
@@ -83,6 +88,7 @@ class Plant {
   void SubStep(double seconds);
 
   PlantOptions options_;
+  double ambientC_;
   double seconds_ = 0;
   std::array<double, kTemperatures> temperatures_{};
   std::array<double, kHeaters> heaters_{};

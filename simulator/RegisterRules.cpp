@@ -14,7 +14,7 @@ using enum OnWrite;
 // hand shows.
 constexpr std::array kRules{
     RegisterRule{0x00, 0x20, Reset},                  // Configuration 0
-    RegisterRule{0x01, 0x01},                         // Configuration 1
+    RegisterRule{0x01, 0x01, Config1},                // Configuration 1
     RegisterRule{0x02, 0x80},                         // Configuration 2
     RegisterRule{0x03, 0x00},                         // Configuration 3
     RegisterRule{0x07, 0x00, TachEnable},             // Tach Enable
@@ -111,7 +111,7 @@ constexpr std::array kRules{
     RegisterRule{0x75, 0x00},                         // Pin 26 V Low Limit
     RegisterRule{0x76, 0x00},                         // +1.5V2 (ICH) Low Limit
     RegisterRule{0x77, 0x00},                         // +1.5V1 (3GIO) Low Limit
-    RegisterRule{0x78, 0xFF},                         // Tach 1 Limit, VID
+    RegisterRule{0x78, 0xFF, TachOrVid},              // Tach 1 Limit, VID
     RegisterRule{0x79, 0xFF},                         // Tach 2 Limit
     RegisterRule{0x7A, 0xFF},                         // Tach 3 Limit
     RegisterRule{0x7B, 0xFF},                         // Tach 4 Limit

@@ -8,6 +8,8 @@ namespace zth::simulator {
 /// What a write to a register does besides, or instead of, being kept.
 enum class OnWrite : std::uint8_t {
   Keep,        ///< all eight bits are kept
+  Config1,     ///< kept but for the ready bit, which is the chip's own
+  TachOrVid,   ///< kept but for the bits that show VID inputs
   Ignore,      ///< read-only
   Reset,       ///< bit 7 puts every register back to its power-up value and clears itself
   PinConfig,   ///< kept; what the old function of a pin left in its registers goes, and so does an option left by it
@@ -34,6 +36,13 @@ struct RegisterRule {
 
   /// The register is documented as read-only.
   constexpr bool ReadOnly() const { return onWrite == OnWrite::Ignore || onWrite == OnWrite::GpioLevels; }
+
+  /// The lock bit makes the register read-only: settings and limits, but neither the reset that ends the lock nor what
+  /// is for the running: masks, manual duties and GPIO levels.
+  constexpr bool Lockable() const {
+    const bool mask = address >= 0x30 && address <= 0x38;
+    return !ReadOnly() && !mask && onWrite != OnWrite::Reset && onWrite != OnWrite::Duty;
+  }
 };
 
 /// All registers of the chip, in rising order of address. An address that is not here reads 0 and ignores writes.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <ctime>
@@ -8,6 +9,7 @@
 #include "simulator/Board.h"
 #include "simulator/Settings.h"
 #include "simulator/UsbAdapter.h"
+#include "simulator/entry/RealTime.h"
 
 namespace zth::simulator {
 namespace {
@@ -36,6 +38,25 @@ void AdvanceBoard(benchmark::State& state) {
   if (measured && simulated / real < kWantedSpeed) state.SkipWithError("slower than 1000 times real time");
 }
 BENCHMARK(AdvanceBoard)->Unit(benchmark::kMillisecond);
+
+/// Calls that make up for a pause of ten minutes at a thousandfold time, on four busy boards. Fails when one of them
+/// computes for 20 ms.
+void CatchUpInCalls(benchmark::State& state) {
+  constexpr double kLongest = 0.020;  // seconds of the processor
+  UsbAdapter adapter{Settings{.timeFactor = 1000, .usbChips = {0x58, 0x5A, 0x5C, 0x5E}}};
+  Bus& bus = adapter.TheBus();
+  RealTime time;
+  double longest = 0;
+  while (state.KeepRunning()) {
+    bus.Owe(std::chrono::minutes(10));
+    const std::clock_t start = std::clock();
+    time.CatchUp(bus);
+    longest = std::max(longest, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+  }
+  state.counters["longest_ms"] = 1000 * longest;
+  if (longest >= kLongest) state.SkipWithError("a call computes for 20 ms");
+}
+BENCHMARK(CatchUpInCalls)->Unit(benchmark::kMillisecond);
 
 /// One register over USB, without time going by.
 void ReadRegister(benchmark::State& state) {

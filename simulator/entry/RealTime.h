@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <thread>
 
 #include "simulator/Bus.h"
@@ -8,8 +9,10 @@
 namespace zth::simulator {
 
 /// No transfer waits longer than this for a board that is behind, as after a pause at a great time factor: the rest is
-/// made up for by the following ones.
+/// made up for by the following ones. Nor does it compute more than so many ticks of boards, whatever the clock says: a
+/// core of no great speed does them in these milliseconds.
 inline constexpr std::chrono::milliseconds kCatchUpTime{10};
+inline constexpr std::int64_t kTicksInACall = 10'000;
 
 /// The one place where real time meets the simulation: brings a bus up to now before a transfer, and lets a slow
 /// transfer take its time behind it.
@@ -20,7 +23,8 @@ class RealTimeBy {
     const auto now = Clock::now();
     bus.Owe(now - last_);
     last_ = now;
-    while (bus.CatchUp() && Clock::now() - now < kCatchUpTime) {
+    const std::int64_t last = bus.TicksRun() + kTicksInACall - Bus::kTicksInASlice;
+    while (bus.CatchUp() && bus.TicksRun() <= last && Clock::now() - now < kCatchUpTime) {
     }
   }
 

@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include "link/Waiting.h"
 #include "platform/Services.h"
 
 #if defined(_WIN32)
@@ -105,6 +106,7 @@ struct LinkState {
 
   std::map<std::int32_t, std::function<void()>> hooks;  ///< RegisterHooks.h: register to routine
   FailureReporter reporter;                             ///< LinkErrors.h
+  WaitState wait;                                       ///< Waiting.h
 };
 
 extern LinkState Bus;

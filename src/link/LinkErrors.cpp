@@ -35,6 +35,7 @@ void ReportLinkError(int code) {
   // A box lets events run: what they start must not reach the board, and a second failure must not open a second box.
   if (Bus.reporter.held || Bus.reporter.services == nullptr) return;
   Bus.reporter.held = true;
+  StopWaiting();
   if (code >= 0 && code < static_cast<int>(kMessages.size())) {
     const platform::BoxAnswer answer = AskAbout(code);
     if (code == kHeaterError && answer != platform::BoxAnswer::Yes) {

@@ -8,12 +8,14 @@ namespace zth::link {
 std::uint8_t ReadSmbusByte(std::int32_t address, std::int32_t reg) {
   if (Bus.Smbus.ReadSmbus == nullptr) return 0;
   NoteTransfer();
+  const TransferTime time(Direction::Read);
   return Bus.Smbus.ReadSmbus(static_cast<std::uint8_t>(address), static_cast<std::uint8_t>(reg));
 }
 
 void WriteSmbusByte(std::int32_t address, std::int32_t reg, std::uint8_t value) {
   if (Bus.Smbus.WriteSmbus == nullptr) return;
   NoteTransfer();
+  const TransferTime time(Direction::Write);
   Bus.Smbus.WriteSmbus(static_cast<std::uint8_t>(address), static_cast<std::uint8_t>(reg), value);
 }
 

@@ -36,6 +36,7 @@ std::int16_t Call(Request request, std::int32_t value, std::int32_t index, std::
                   std::uint8_t* buffer) {
   if (Bus.UsbFunctions.VendorIORequest == nullptr) return kNoLibrary;
   NoteTransfer();
+  const TransferTime time(direction == kFromAdapter ? Direction::Read : Direction::Write);
   Bus.UsbResult =
       Bus.UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
   // The adapter may be asked for contact many times before it has woken up; no transfer with a chip fails there.

@@ -10,6 +10,7 @@
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
+#include "link/Waiting.h"
 #include "platform/Guard.h"
 #include "shell/Discovery.h"
 #include "shell/Firmware.h"
@@ -92,8 +93,13 @@ void Start(platform::Services& services) {
     MainForm->Form_Load(splash);
   }
   MainForm->show();
-  InitMonitorDefaults();
-  FillTables();
+  {
+    const link::UserAction action([] { return QString(); });
+    // Over a slow link this takes its time, with the main window painted.
+    services.events.PumpPaint();
+    InitMonitorDefaults();
+    FillTables();
+  }
   link::Bus.reporter.ask = nullptr;
   MainForm->EnableTimer(true);
 }

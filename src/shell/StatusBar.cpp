@@ -59,6 +59,21 @@ void StatusBar::SetStatus(const QString& text) {
   message_->setText(text);
 }
 
+void StatusBar::ShowWork(const QString& text) {
+  if (work_.isEmpty()) beneathWork_ = currentMessage();
+  work_ = text;
+  showMessage(text);
+  repaint();
+}
+
+void StatusBar::EndWork() {
+  // What the work itself has told meanwhile stays.
+  if (currentMessage() == work_) {
+    beneathWork_.isEmpty() ? clearMessage() : showMessage(beneathWork_, kMessageMs);
+  }
+  work_.clear();
+}
+
 void StatusBar::ShowDateAndTime() {
   const QDateTime now = clock_.WallTime();
   date_->setText(QLocale().toString(now.date(), QLocale::ShortFormat));

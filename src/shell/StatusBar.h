@@ -20,6 +20,13 @@ class StatusBar final : public QStatusBar {
   /// What the link in use talks to; its panel shows when there is something to say.
   void SetBoard(const QString& name);
 
+  /// Says what the program is at, over what stands there, and paints it at once; then puts back what was there.
+  void ShowWork(const QString& text);
+  void EndWork();
+
+  /// How long a message stands.
+  static constexpr int kMessageMs = 10'000;
+
  private:
   QLabel* AddPanel(int number);
   void AddBoard();
@@ -27,6 +34,8 @@ class StatusBar final : public QStatusBar {
 
   platform::Clock& clock_;
   QLabel* message_;
+  QString work_;
+  QString beneathWork_;  ///< the message that stood there before
   QLabel* date_;
   QLabel* time_;
   QLabel* lblBoard_;

@@ -20,6 +20,7 @@
 #include "base/Product.h"
 #include "link/BoardName.h"
 #include "link/LinkErrors.h"
+#include "link/Waiting.h"
 #include "platform/Guard.h"
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
@@ -33,6 +34,7 @@
 #include "shell/Placement.h"
 #include "shell/ProgramState.h"
 #include "shell/StatusBar.h"
+#include "shell/WaitingSigns.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmSplash.h"
 #include "widgets/Badge.h"
@@ -62,7 +64,8 @@ frmMain::frmMain(platform::Services& services)
       jobs_(services.clock),
       area_(new MdiDesk(this)),
       status_(new StatusBar(services.clock, this)),
-      link_(new LinkPanel(status_)) {
+      link_(new LinkPanel(status_)),
+      waiting_(std::make_unique<WaitingSigns>(*this, *area_, *status_)) {
   setObjectName("frmMain");
   setWindowIcon(ProgramIcon());
   area_->setObjectName("MDIForm");
@@ -78,6 +81,8 @@ frmMain::frmMain(platform::Services& services)
             if (!IsDragging()) ReadActiveWindowAgain();
           }));
 }
+
+frmMain::~frmMain() = default;
 
 void frmMain::BuildMenus() {
   QHash<QString, QMenu*> menus;
@@ -285,9 +290,9 @@ windows::ChildWindow* frmMain::OpenWindow(const QString& name) {
     window = MakeWindow(name, context_);
     if (window == nullptr) return nullptr;
     connect(window, &windows::ChildWindow::Unloaded, this, [this](const QString& closed) { open_.remove(closed); });
-    area_->AddFrame(*window);
+    QMdiSubWindow& frame = area_->AddFrame(*window);
     open_[name] = window;
-    window->Load();
+    waiting_->Load(*window, frame);
     NoteStartRanges(*window);
   }
   auto* frame = qobject_cast<QMdiSubWindow*>(window->parentWidget());
@@ -318,8 +323,7 @@ void frmMain::SetStatus(const QString& text) {
 }
 
 void frmMain::Tell(const QString& text) {
-  constexpr int kMilliseconds = 10'000;
-  statusBar()->showMessage(text, kMilliseconds);
+  status_->showMessage(text, StatusBar::kMessageMs);
 }
 
 void frmMain::MarkAlerts(const QString& window, int count) {
@@ -372,6 +376,7 @@ void frmMain::ShowLink() {
 }
 
 void frmMain::tmrMaster_Timer() {
+  const link::TimerTick tick;
   jobs_.Tick();
   ShowLink();
   // What the program knows of a chip changes by writes from anywhere; as a rule it has not.
@@ -410,6 +415,7 @@ void frmMain::changeEvent(QEvent* event) {
 
 bool frmMain::UserLeaves() {
   if (unloaded_) return true;
+  const link::UserAction action([] { return QString(); });
   bool leaves = false;
   FinishWork();  // perhaps a file can be written by now
   platform::Guarded([&] { leaves = MayLeave(services_); })();

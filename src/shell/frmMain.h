@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include <QHash>
 #include <QMainWindow>
 #include <QPointer>
@@ -19,6 +21,7 @@ class frmSplash;
 class LinkPanel;
 class MdiDesk;
 class StatusBar;
+class WaitingSigns;
 
 /// The frame of the program: menus, tool bar with the device list, status bar, the child windows and the master timer.
 class frmMain final : public QMainWindow, public windows::Desktop {
@@ -26,6 +29,9 @@ class frmMain final : public QMainWindow, public windows::Desktop {
 
  public:
   explicit frmMain(platform::Services& services);
+  ~frmMain() override;
+  frmMain(const frmMain&) = delete;
+  frmMain& operator=(const frmMain&) = delete;
 
   /// Places the window and finds the chips, with the splash showing the way. Ends the program when there is no chip,
   /// unless the user starts it over.
@@ -94,6 +100,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   StatusBar* status_;
   LinkPanel* link_;
   QString notice_;  ///< of the link, as the status bar shows it
+  std::unique_ptr<WaitingSigns> waiting_;
   QMenu* mnuWindow_ = nullptr;
   QComboBox* cmbDevices_ = nullptr;
   QTimer* tmrMaster_ = nullptr;

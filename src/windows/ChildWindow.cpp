@@ -16,6 +16,7 @@
 
 #include "base/Product.h"
 #include "link/Transfers.h"
+#include "link/Waiting.h"
 #include "platform/Guard.h"
 #include "platform/Questions.h"
 #include "windows/OriginBar.h"
@@ -71,12 +72,13 @@ void ChildWindow::NoteOrigin(bool isUnread) {
 
 void ChildWindow::ReadAgain() {
   if (!IsOfOtherChip() && !origin_.IsReadItself()) return;
+  const link::UserAction action([this] { return Caption(); });
   if (HoldsChanges()) {
     const QPointer<ChildWindow> self(this);  // it may be closed while the box stands
     constexpr int kRead = 0;
     constexpr int kKeep = 1;  // what a stray Enter takes as well
     const int answer = Services().prompts.Choose({base::kTitle,
-                                                  caption_.trimmed() + " holds changes that have not been applied.",
+                                                  Caption() + " holds changes that have not been applied.",
                                                   {"&Read again and lose them", "&Keep them"},
                                                   kKeep,
                                                   platform::BoxIcon::Warning,

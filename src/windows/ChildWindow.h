@@ -30,6 +30,9 @@ class ChildWindow : public QWidget {
   virtual void Form_Load() = 0;
   virtual void Form_Unload() {}
 
+  /// The title, without what stands behind it at times.
+  QString Caption() const { return caption_.trimmed(); }
+
   /// Runs Form_Load and keeps which chip it has read.
   void Load();
 

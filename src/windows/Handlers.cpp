@@ -5,11 +5,14 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QLineEdit>
+#include <QPointer>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
 
+#include "link/Waiting.h"
 #include "platform/Guard.h"
+#include "windows/ChildWindow.h"
 
 namespace zth::windows {
 namespace {
@@ -19,17 +22,17 @@ namespace {
 /// popped up has changed nothing yet.
 class SelectionWatch final : public QObject {
  public:
-  SelectionWatch(QComboBox& list, Handler handler) : QObject(&list), handler_(std::move(handler)) {
+  SelectionWatch(QComboBox& list, Handler handler) : QObject(&list), handler_(ByUser(list, std::move(handler))) {
     turn_.setSingleShot(true);
     turn_.setInterval(0);
     connect(&turn_, &QTimer::timeout, this, [this] { changed_ = false; });
     connect(&list, &QComboBox::currentIndexChanged, this, [this] {
       changed_ = true;
       turn_.start();
-      platform::Guarded(handler_)();
+      handler_();
     });
     connect(&list, &QComboBox::activated, this, [this] {
-      if (!changed_) platform::Guarded(handler_)();
+      if (!changed_) handler_();
       changed_ = false;
     });
     list.view()->installEventFilter(this);
@@ -62,7 +65,22 @@ class WheelFilter final : public QObject {
   Wheel wheel_;
 };
 
+/// The caption of the window that a control stands in; empty for one beside the windows.
+QString CaptionAround(const QWidget* control) {
+  for (; control != nullptr; control = control->parentWidget()) {
+    if (const auto* window = qobject_cast<const ChildWindow*>(control)) return window->Caption();
+  }
+  return {};
+}
+
 }  // namespace
+
+Handler ByUser(QWidget& control, Handler handler) {
+  return platform::Guarded([control = QPointer<QWidget>(&control), handler = std::move(handler)] {
+    const link::UserAction action([control] { return CaptionAround(control); });
+    handler();
+  });
+}
 
 void LimitWheel(QWidget& control, Wheel wheel) {
   if (control.focusPolicy() == Qt::WheelFocus) control.setFocusPolicy(Qt::StrongFocus);
@@ -70,15 +88,15 @@ void LimitWheel(QWidget& control, Wheel wheel) {
 }
 
 void OnClick(QAbstractButton& button, Handler handler) {
-  QObject::connect(&button, &QAbstractButton::clicked, &button, platform::Guarded(std::move(handler)));
+  QObject::connect(&button, &QAbstractButton::clicked, &button, ByUser(button, std::move(handler)));
 }
 
 void OnToggle(QAbstractButton& button, Handler handler) {
-  QObject::connect(&button, &QAbstractButton::toggled, &button, platform::Guarded(std::move(handler)));
+  QObject::connect(&button, &QAbstractButton::toggled, &button, ByUser(button, std::move(handler)));
 }
 
 void OnChange(QLineEdit& box, Handler handler) {
-  QObject::connect(&box, &QLineEdit::textChanged, &box, platform::Guarded(std::move(handler)));
+  QObject::connect(&box, &QLineEdit::textChanged, &box, ByUser(box, std::move(handler)));
 }
 
 void OnSelect(QComboBox& list, Handler handler, Wheel wheel) {
@@ -88,7 +106,7 @@ void OnSelect(QComboBox& list, Handler handler, Wheel wheel) {
 
 void OnTab(QTabWidget& tabs, Handler handler) {
   LimitWheel(*tabs.tabBar(), Wheel::WithFocus);
-  if (handler) QObject::connect(&tabs, &QTabWidget::currentChanged, &tabs, platform::Guarded(std::move(handler)));
+  if (handler) QObject::connect(&tabs, &QTabWidget::currentChanged, &tabs, ByUser(tabs, std::move(handler)));
 }
 
 }  // namespace zth::windows

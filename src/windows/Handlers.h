@@ -21,6 +21,10 @@ enum class Wheel { Never, WithFocus };
 /// Holds a control to that, and keeps it from taking the focus by the wheel.
 void LimitWheel(QWidget& control, Wheel wheel);
 
+/// `handler` as an action of the user in the window of `control`: says what he waits for where that takes long, and
+/// lets no end of the process through.
+Handler ByUser(QWidget& control, Handler handler);
+
 /// A push button: each press.
 void OnClick(QAbstractButton& button, Handler handler);
 

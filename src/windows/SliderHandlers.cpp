@@ -1,6 +1,5 @@
 #include "windows/SliderHandlers.h"
 
-#include "platform/Guard.h"
 #include "platform/Services.h"
 #include "widgets/GSlider.h"
 
@@ -8,7 +7,7 @@ namespace zth::windows {
 namespace {
 
 void Connect(widgets::GSlider& slider, void (widgets::GSlider::*report)(int), const Handler& handler) {
-  if (handler) QObject::connect(&slider, report, &slider, platform::Guarded(handler));
+  if (handler) QObject::connect(&slider, report, &slider, ByUser(slider, handler));
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <tuple>
 #include <utility>
 
@@ -22,10 +24,46 @@ TEST(Faults, EachKindBeginsAndEndsAsThePlanSays) {
            {"at 3 fan 2 stalled", "07=0F ~2.9 C5:00 ~6 9A:FF 9B:FF"},
            {"from 1 to 2 adapter unplugged", "3E:41 p4A:3F ~1 3E:-1 p4A:-1 ~1 3E:41"},
            {"at 1 supply pin 24 at 80%", "~0.9 91:C0 73=B0 C4:00 ~1 91:99 C4:08"},  // below its low limit
+           {"from 1 to 2 vid 0x2A", "10=FF ~0.9 78:FF C6:00 ~0.2 78:EA C6:40 C6:00 ~1 78:FF C6:40"},
        }) {
     SCOPED_TRACE(plan);
     Usb(std::string("noise = 0\nfault ") + plan + "\n").Play(steps);
   }
+}
+
+/// What a warm board reads after some seconds of a plan: its sensors in quarters of a degree, then fans 2 and 3 in RPM.
+std::array<double, 6> Readings(const std::string& plan, double seconds = 310) {
+  Usb usb("noise = 0\nfault at 0 heater 2 stuck at 100 %\nfault " + plan);
+  usb.Play("07=FF");
+  usb.Run(seconds);
+  const auto word = [&usb](int low) { return usb.Read(low) | usb.Read(low + 1) << 8; };
+  return {word(0x88) / 64.0, word(0x8A) / 64.0,      word(0x8C) / 64.0,
+          word(0x8E) / 64.0, 5400000.0 / word(0x9A), 5400000.0 / word(0x9C)};
+}
+
+TEST(Faults, WhatWearsAndDriftsShowsInItsOwnReadings) {
+  const auto sound = Readings("at 9 vid 0"), early = Readings("at 9 vid 0", 10);
+  // Quarters that the four sensors are off by, within some, and the share that the speed of fan 3 is of a sound one's.
+  for (const auto& [plan, off, within, share] :
+       {std::tuple{"at 10 tach 3 misses 50 %", std::array{0., 0., 0., 0.}, 0, 0.5},
+        {"at 10 fan 3 at 60 %", {1, 1, 10, 1}, 2, 0.6},  // its sensor gets less air, and a little less the others
+        {"at 10 sensor 1 drifts -0.6 degrees a minute", {0, -12, 0, 0}, 1, 1},
+        {"at 10 ambient at 40 degrees", {60, 60, 60, 60}, 1, 1},
+        {"at 10 ambient drifts 3 degrees a minute", {55, 55, 55, 55}, 6, 1},  // they follow with their lag
+        {"from 10 to 300 sensor 2 frozen", {0, 0, 0, 0}, 0, 1},
+        {"at 10 sensor 2 frozen", {0, 0, early[2] - sound[2], 0}, 1, 1}}) {
+    const auto ill = Readings(plan);
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(ill[i] - sound[i], off[i], within) << plan << i;
+    EXPECT_EQ(ill[4], sound[4]) << plan;
+    EXPECT_NEAR(ill[5] / sound[5], share, 0.005) << plan;
+  }
+  EXPECT_GT(std::abs(early[2] - sound[2]), 8);
+  double low = 2, high = 0;
+  for (int second = 20; second < 60; ++second) {
+    const double noisy = Readings("at 10 tach 3 noisy 20 %", second)[5] / sound[5];
+    low = std::min(low, noisy), high = std::max(high, noisy);
+  }
+  EXPECT_TRUE(low > 0.79 && low < 0.9 && high > 1.1 && high < 1.22) << low << " to " << high;
 }
 
 TEST(Faults, TransfersFailAsOftenAsThePlanSays) {
@@ -118,7 +156,11 @@ TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
       "fault at 5 register 1 stuck => stuck at; fault at 5 transfer fails 0 times => at least; "
       "fault at 5 transfer slow 0 ms => 60000; fault at 5 transfer fails request 0x1DA => no request; "
       "fault at 5 transfer vanishes => transfer fails; fault at 5 adapter unplugged on fire => usb or smbus; "
-      "fault at 5 coffee spilled => not known; ");
+      "fault at 5 coffee spilled => not known; fault at 5 fan 2 at 0 % => 1 to 100 %; fault at 5 fan 1.5 stalled => "
+      "fans; "
+      "fault at 5 tach 1 noisy 91 % => 90 %; fault at 5 tach 0 misses 1 % => tachs; fault at 5 vid 0x40 => 0x3F; "
+      "fault at 5 sensor 4 frozen => sensors 0; fault at 5 sensor 1 drifts 601 degrees a minute => -600 to 600; "
+      "fault at 5 ambient at warm degrees => not known; fault at 5 ambient at 101 degrees => -40 to 100; ");
   for (std::string row; std::getline(cases >> std::ws, row, ';');) {
     const std::string line = row.substr(0, row.find(" => "));
     const std::string says = row.substr(line.size() + 4);

@@ -72,7 +72,7 @@ TEST_F(SimulatedLibraries, ReadEveryScenarioWithoutAComplaint) {
     };
     EXPECT_EXIT(child(), testing::ExitedWithCode(0), "^$") << file.path();
   }
-  EXPECT_EQ(count, 7);
+  EXPECT_EQ(count, 9);
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ TEST(Registers, PowerUpShowsEveryDefaultAndAnEmptyAddressReadsZero) {
 }
 
 // The registers whose bytes a write does not simply replace.
-const std::set<int> kSpecial{0x00, 0x14, 0xAA, 0xAB, 0xAC, 0xAD, 0xBF};
+const std::set<int> kSpecial{0x00, 0x01, 0x14, 0xAA, 0xAB, 0xAC, 0xAD, 0xBF};
 
 TEST(Registers, EveryAddressKeepsOrRefusesAllEightBits) {
   for (int address = 0; address < 256; ++address) {
@@ -64,6 +64,32 @@ TEST(Registers, SoftwareResetPutsEverythingBackAndClearsItsOwnBit) {
     EXPECT_EQ(bench.Read(address), DefaultOf(address)) << "0x" << std::hex << address;
   }
   bench.Play("00=7F 00:7F");
+}
+
+TEST(Registers, TheReadyBitRisesWithTheFirstReadingsAndIsTheChipsOwn) {
+  // It rises at the first conversion, after a reset too, and not while monitoring is off.
+  ChipOnBench("01:01 ~0.01 01:81 01=00 01:80 00=80 01:01 01=80 01:00 ~1 01:00 01=3F ~0.2 01:BF 01=01 01:81");
+}
+
+TEST(Registers, TheLockKeepsSettingsAndLimitsUntilAReset) {
+  for (int address = 0; address < 256; ++address) {
+    ChipOnBench bench("01=41 01:41");
+    const int before = bench.Read(address);
+    bench.Write(address, 0x2A);
+    const bool isFree = address == 0x00 || (address >= 0x30 && address <= 0x38);
+    EXPECT_EQ(bench.Read(address), isFree ? 0x2A : before) << "0x" << std::hex << address;
+  }
+  // Duties and outputs of the host go on, and the chip moves what is its own.
+  ChipOnBench("21=F0 10=61 03=01 09=08 0B=01 0C=40 5D=60 t1=30 01=41 AA=20 BF=00 01=01")
+      .Play("01:41 ~0.01 AA:20 BF:0D 01=00 ~1 01:C1 5D:64 00=80 01:01 5D=61 5D:61");
+}
+
+TEST(Registers, VidPinsShowInTheirRegisterAndAChangeIsReported) {
+  ChipOnBench bench;
+  bench.pins.vid = 0x15;
+  bench.Play("v=2 78=4A ~ 78:4A C6:00 10=FF ~ 78:55 78=80 78:95 ~ C6:00");
+  bench.pins.vid = 0x2A;
+  bench.Play("~0.02 78:AA a:1 35=78 a:0 C6:40 C6:00 BE:40 BE:00 10=7F 78:AA 78=12 ~ 78:12 C6:00");
 }
 
 TEST(Registers, AnEasyOptionSetsThePinsItPromises) {
@@ -107,7 +133,8 @@ TEST(Registers, WhatIsReadAndWrittenToAFreshChipBringsItsStateBack) {
     for (const RegisterRule& rule : RegisterRules()) {
       // A third of them, so that some outputs keep their start; no reset, and nothing that changes by itself.
       const bool restless = rule.address == 0x0B || rule.address == 0x1A || rule.address == 0x1B;
-      if (random() % 3 == 0 && !restless) bench.Write(rule.address, static_cast<int>(random() & 0x7F));
+      const int own = rule.address == 0x01 ? 0x3F : 0x7F;  // a lock would end with neither chip's state
+      if (random() % 3 == 0 && !restless) bench.Write(rule.address, static_cast<int>(random()) & own);
     }
     if (round % 2 == 0) bench.Write(0x11, static_cast<int>(random() & 0xFF));
     bench.Run(10);

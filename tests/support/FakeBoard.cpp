@@ -121,6 +121,11 @@ FakeBoard::Registers& FakeBoard::Chip() {
   return chips.at(link::Bus.DeviceAddress);
 }
 
+void FakeBoard::Note(std::string transfer) {
+  traffic.push_back(std::move(transfer));
+  if (onTransfer) onTransfer();
+}
+
 std::int16_t FakeBoard::LoadFirmWare(const char* path) {
   traffic.push_back(std::string("usb F ") + path);
   return firmwareResult;
@@ -134,7 +139,7 @@ std::int16_t FakeBoard::VendorIORequest(std::int16_t request, std::int32_t value
     text = Text("usb ? %02X value %X index %X direction %d length %d", request, value, index, direction, length);
     ADD_FAILURE() << "not a request of the adapter: " << text;
   }
-  traffic.push_back(text);
+  Note(text);
   const int call = usbCalls++;
   const bool fails = (failFrom && call >= *failFrom) || (failOnly && call == *failOnly) ||
                      (!failMatching.empty() && text.rfind(failMatching, 0) == 0);
@@ -161,7 +166,7 @@ void FakeBoard::Carry(std::int16_t request, std::int32_t value, std::int32_t ind
 }
 
 FakeBoard::Registers* FakeBoard::Taker(int address, const std::string& transfer) {
-  traffic.push_back(transfer);
+  Note(transfer);
   const auto chip = smbusChips.find(address);
   if (chip != smbusChips.end() && !(smbusFails && smbusFails(transfer))) return &chip->second;
   ++smbusFailures[address];

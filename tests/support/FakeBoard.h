@@ -93,6 +93,9 @@ class FakeBoard final : public BoardEntries {
   std::string failMatching;
   std::int16_t failure = -5;
 
+  /// What goes on while a transfer lasts, behind its line in `traffic`.
+  std::function<void()> onTransfer;
+
   /// VendorIORequest calls so far.
   int usbCalls = 0;
 
@@ -119,6 +122,7 @@ class FakeBoard final : public BoardEntries {
  private:
   /// The chip that takes a transfer over SMBus; null when it fails.
   Registers* Taker(int address, const std::string& transfer);
+  void Note(std::string transfer);
   void Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction, std::int16_t length,
              std::uint8_t* buffer);
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <map>
@@ -32,6 +33,7 @@ class FakeI2c final : public I2cSystem {
   int opened = 0;
   int closed = 0;
   int looks = 0;
+  std::chrono::nanoseconds now{1};
 
   std::vector<Adapter> Adapters() override {
     std::vector<Adapter> adapters;
@@ -42,6 +44,7 @@ class FakeI2c final : public I2cSystem {
   std::string DriverAt(int /*adapter*/, std::uint8_t /*address*/) override { return "lm75"; }
   std::string NodeOf(int adapter) override { return "/dev/i2c-" + std::to_string(adapter); }
 
+  std::chrono::nanoseconds Now() override { return now; }
   int Open(int adapter) override {
     if (buses.at(adapter).openError != 0) return -buses.at(adapter).openError;
     return ++opened, kDescriptors + adapter;
@@ -77,6 +80,7 @@ class FakeI2c final : public I2cSystem {
     std::snprintf(text, sizeof text, "%d:%02X %c %02X", descriptor - kDescriptors, address, kind, reg);
     transfers.emplace_back(text);
     const Bus& bus = BusOf(descriptor);
+    if (bus.transferError == ETIMEDOUT) now += std::chrono::milliseconds(200);
     if (bus.transferError != 0) return -bus.transferError;
     return bus.chips.contains(address) ? 0 : -ENXIO;
   }

@@ -1,3 +1,6 @@
+#include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <initializer_list>
 #include <sstream>
 #include <tuple>
@@ -129,6 +132,47 @@ TEST_F(HostBusTest, AFailureIsToldOnceForAnAdapterAnAddressAndAnErrno) {
   EXPECT_EQ(Told("i2c-0, address 0x2D:"), 2);
 }
 
+TEST_F(HostBusTest, ASearchMakesOneLineOfTheLogForAllThatIsAbsent) {
+  AddBuses({-1, 0x41});
+  const auto file = std::filesystem::path(testing::TempDir()) / "zth-smbus-search.log";
+  for (const std::string behind : {"", "now i2c-0, address 0x60: read"}) {
+    std::filesystem::remove(file);
+    Journal logged(errors, file, [] { return std::string("now"); });
+    {
+      HostBus each(system, logged, Settings{});
+      for (int address = 0x10; address <= 0x7F; ++address) each.Read(static_cast<std::uint8_t>(address), 0x3E);
+      EXPECT_EQ(errors.str(), "");
+      if (!behind.empty()) each.Read(0x60, 0x3E), each.Read(0x60, 0x3E);  // asked again it has failed
+    }
+    std::ifstream log(file);
+    EXPECT_THAT(
+        (std::string{std::istreambuf_iterator<char>(log), {}}),
+        HasSubstr("\nnow no chip answers at 0x10 to 0x2B, 0x2D to 0x2F, 0x38 to 0x4F, 0x58 to 0x77\n" + behind));
+  }
+}
+
+TEST_F(HostBusTest, AfterThreeTimeOutsInARowABusIsLeftAloneForASecondAndThatIsToldOnce) {
+  AddBuses({0x41, -1});
+  Bus(1).chips[0x58][0x3E] = 0x42;
+  EXPECT_EQ(Run("2C r 3E 58 r 3E"), "41 42 on 0:2C r 3E, 0:58 r 3E, 1:58 r 3E,");
+  const auto fails = [this](int error, int waitMs, const std::string& steps) {
+    Bus(0).transferError = error;
+    system.now += std::chrono::milliseconds(waitMs);
+    return Run(steps);
+  };
+  EXPECT_EQ(fails(ETIMEDOUT, 0, "2C r 3E 2C w 20=01"), "FF on 0:2C r 3E, 0:2C w 20,");
+  EXPECT_EQ(fails(0, 0, "2C r 3E"), "41 on 0:2C r 3E,") << "two are not three";
+  for (int times = 0; times < 2; ++times) {
+    EXPECT_EQ(fails(ETIMEDOUT, 0, "2C r 3E 2C r 3E 2C w 20=01 2C w 20=01 2C r 3E 58 r 3E"),
+              "FF FF FF 42 on 0:2C r 3E, 0:2C r 3E, 0:2C w 20, 1:58 r 3E,");
+    EXPECT_EQ(fails(ETIMEDOUT, 999, "2C r 3E"), "FF on");
+    EXPECT_EQ(fails(ETIMEDOUT, 1, "2C r 3E 2C r 3E"), "FF FF on 0:2C r 3E,") << "one try, and the next second";
+    EXPECT_EQ(fails(0, 1000, "2C r 3E 2C r 3E"), "41 41 on 0:2C r 3E, 0:2C r 3E,");
+  }
+  EXPECT_EQ(Told("i2c-0 (SMBus host): 3 transfers in a row have timed out"), 1);
+  EXPECT_EQ(Told(""), 2) << "that, and the first of them:\n" << errors.str();
+}
+
 TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
   AddBuses({0x41, -1});
   Bus(1).chips[0x58][0x3E] = 0x41;
@@ -142,7 +186,7 @@ TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
   EXPECT_EQ(system.closed, 1);
   EXPECT_EQ(Told("i2c-0 (SMBus host) has gone."), 1);
   EXPECT_EQ(bus.Name(), "SMBus host (i2c-1)");
-  EXPECT_EQ(Told(""), 2) << "nothing else but the search's one failure on i2c-0 for 0x58:\n" << errors.str();
+  EXPECT_EQ(Told(""), 1) << "and nothing else:\n" << errors.str();
   EXPECT_EQ(Run("58 r 3E"), "41 on 1:58 r 3E,") << "the other adapter goes on";
   EXPECT_EQ(bus.Failures(0x2C), 2001);
   EXPECT_EQ(bus.Failures(0x58), 0) << "an adapter that the search went past is no failure";

@@ -1,13 +1,11 @@
 #include "linux-smbus/HostBus.h"
 
-#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <system_error>
 #include <utility>
 
 #include "linux-smbus/AdapterChoice.h"
 #include "linux-smbus/Remedies.h"
+#include "linux-smbus/Text.h"
 
 namespace zth::smbus {
 
@@ -17,10 +15,12 @@ namespace {
 // descriptor. Looking after so many transfers lets it go within seconds of the program's usual polling.
 constexpr unsigned kTransfersBetweenLooks = 256;
 
-std::string Hex(std::uint8_t byte) {
-  std::array<char, 8> text{};
-  std::snprintf(text.data(), text.size(), "0x%02X", static_cast<unsigned>(byte));
-  return text.data();
+constexpr int kTimeOutsInARow = 3;
+constexpr std::chrono::seconds kRest{1};
+
+/// Nobody has acknowledged the address: the ways in which the kernel's drivers say so.
+bool IsAbsent(int error) {
+  return error == ENXIO || error == EREMOTEIO || error == ENODEV;
 }
 
 }  // namespace
@@ -29,6 +29,7 @@ HostBus::HostBus(I2cSystem& system, Journal& journal, Settings settings)
     : system_(system), journal_(journal), settings_(std::move(settings)) {}
 
 HostBus::~HostBus() {
+  NoteAbsent();
   for (const Port& port : ports_) {
     if (!port.isGone) system_.Close(port.descriptor);
   }
@@ -101,15 +102,18 @@ std::optional<std::uint8_t> HostBus::RunCounted(const Transfer& transfer) {
   return done;
 }
 
-std::optional<std::uint8_t> HostBus::Run(const Transfer& transfer) {
+std::optional<std::uint8_t> HostBus::Run(Transfer transfer) {
   if (IsForbidden(transfer.address)) return std::nullopt;
   if (!hasDetected_) Detect();
+  transfer.isFirst = !absent_.Asks(transfer.address);
+  if (!transfer.isFirst) NoteAbsent();
 
   std::optional<std::size_t>& owner = owner_.at(transfer.address);
   // A write to an address that nobody has read yet looks for its chip by the write itself: where no chip is, nothing
   // takes the byte, and a read beforehand could clear a register that clears on reading.
   const std::size_t first = owner.value_or(0);
   const std::size_t end = owner ? first + 1 : ports_.size();
+  bool isAbsent = transfer.isFirst && !ports_.empty();
   for (std::size_t index = first; index < end; ++index) {
     bool isHeld = false;
     const int result = RunOn(ports_[index], transfer, isHeld);
@@ -117,8 +121,10 @@ std::optional<std::uint8_t> HostBus::Run(const Transfer& transfer) {
       owner = index;
       return static_cast<std::uint8_t>(result);
     }
+    isAbsent = isAbsent && IsAbsent(-result) && !ports_[index].isGone;
     if (isHeld) break;
   }
+  if (isAbsent) absent_.Add(transfer.address);
   return std::nullopt;
 }
 
@@ -129,6 +135,7 @@ int HostBus::RunOn(Port& port, const Transfer& transfer, bool& isHeld) {
   }
   --transfersUntilLook_;
   if (port.isGone) return -ENODEV;
+  if (Rests(port)) return -ETIMEDOUT;
 
   // Selected anew for each transfer: only then does the kernel say that a driver has taken the address meanwhile.
   int result = system_.Select(port.descriptor, transfer.address);
@@ -138,11 +145,32 @@ int HostBus::RunOn(Port& port, const Transfer& transfer, bool& isHeld) {
                  ? system_.ReadByteData(port.descriptor, transfer.reg)
                  : system_.WriteByteData(port.descriptor, transfer.reg, transfer.value);
   }
+  if (!isHeld) port.timeOuts = result == -ETIMEDOUT ? port.timeOuts + 1 : 0;
   if (result < 0) {
     LookAfter(port);
-    if (!port.isGone) TellFailure(port, transfer, -result, isHeld);
+    if (port.isGone) return result;
+    const bool isEmptyPlace = transfer.isFirst && IsAbsent(-result);
+    if (!isEmptyPlace) TellFailure(port, transfer, -result, isHeld);
+    if (port.timeOuts >= kTimeOutsInARow) Rest(port);
   }
   return result;
+}
+
+bool HostBus::Rests(const Port& port) {
+  return port.timeOuts >= kTimeOutsInARow && system_.Now() < port.rests;
+}
+
+void HostBus::Rest(Port& port) {
+  port.rests = system_.Now() + kRest;
+  if (std::exchange(port.restTold, true)) return;
+  journal_.Tell(Describe(port.adapter) + ": " + std::to_string(kTimeOutsInARow) +
+                " transfers in a row have timed out. While that goes on the bus is left alone for a second after each, "
+                "and its chips read 0xFF.");
+}
+
+void HostBus::NoteAbsent() {
+  const std::string addresses = absent_.Take();
+  if (!addresses.empty()) journal_.Note("no chip answers at " + addresses);
 }
 
 /// Lets go of an adapter that the kernel no longer has. What it last read is not asked for elsewhere.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -9,6 +10,7 @@
 #include <tuple>
 #include <vector>
 
+#include "linux-smbus/AbsentChips.h"
 #include "linux-smbus/I2cSystem.h"
 #include "linux-smbus/Journal.h"
 #include "linux-smbus/Settings.h"
@@ -33,6 +35,12 @@ constexpr bool IsForbidden(std::uint8_t address) {
 ///
 /// Failures reach the caller as kNoAnswer, and as a count for each address. Each is told once for an adapter, an
 /// address and an errno.
+///
+/// A transfer that times out holds its caller for as long as that takes. So an adapter with three time-outs in a row is
+/// left alone for a second, and told of once: its transfers fail at once meanwhile. One transfer then tries again.
+///
+/// That no chip is at an address which is asked for the first time is no failure: what a search finds empty makes one
+/// line of the log.
 class HostBus {
  public:
   /// The system and the journal outlive the bus.
@@ -62,21 +70,28 @@ class HostBus {
     Adapter adapter;
     int descriptor = 0;
     bool isGone = false;
+    int timeOuts = 0;                   ///< in a row
+    std::chrono::nanoseconds rests{0};  ///< nothing is put on the bus before
+    bool restTold = false;
   };
   enum class Direction { Read, Write };
   struct Transfer {
     Direction direction;
     std::uint8_t address, reg, value;
+    bool isFirst = false;  ///< the address was never asked before
   };
 
   void Open(const Adapter& adapter);
   void TellTrouble(const std::string& text);
   /// The byte read, 0 after a write, nothing when no chip took the transfer.
-  std::optional<std::uint8_t> Run(const Transfer& transfer);
-  std::optional<std::uint8_t> RunCounted(const Transfer& transfer);
+  std::optional<std::uint8_t> Run(Transfer transfer);
+  std::optional<std::uint8_t> RunCounted(Transfer transfer);
   /// As Run, on one port: a value of 0 or above, or -errno. `isHeld` says that the address is a kernel driver's.
   int RunOn(Port& port, const Transfer& transfer, bool& isHeld);
   void LookAfter(Port& port);
+  bool Rests(const Port& port);
+  void Rest(Port& port);
+  void NoteAbsent();
   void TellFailure(const Port& port, const Transfer& transfer, int error, bool isHeld);
 
   I2cSystem& system_;
@@ -88,6 +103,7 @@ class HostBus {
   std::array<std::optional<std::size_t>, 128> owner_{};  ///< the port of each address that has answered
   std::set<std::tuple<int, std::uint8_t, int>> told_;    ///< adapter, address, errno
   std::array<std::int32_t, 256> failures_{};             ///< by address; begins anew rather than end below 0
+  AbsentChips absent_;
   unsigned transfersUntilLook_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -33,6 +34,9 @@ class I2cSystem {
   virtual std::string DriverAt(int adapter, std::uint8_t address) = 0;
   /// Where the adapter's device node is, for messages.
   virtual std::string NodeOf(int adapter) = 0;
+
+  /// The time by a monotonic clock of unspecified start.
+  virtual std::chrono::nanoseconds Now() = 0;
 
   /// Opens the adapter's node for transfers: a descriptor, or -errno.
   virtual int Open(int adapter) = 0;

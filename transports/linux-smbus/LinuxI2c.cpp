@@ -30,6 +30,10 @@ std::string LinuxI2c::NodeOf(int adapter) {
   return "/dev/i2c-" + std::to_string(adapter);
 }
 
+std::chrono::nanoseconds LinuxI2c::Now() {
+  return std::chrono::steady_clock::now().time_since_epoch();
+}
+
 int LinuxI2c::Open(int adapter) {
   const int descriptor = open(NodeOf(adapter).c_str(), O_RDWR | O_CLOEXEC);
   return descriptor < 0 ? -errno : descriptor;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -16,6 +17,7 @@ class LinuxI2c final : public I2cSystem {
   bool IsThere(int adapter) override;
   std::string DriverAt(int adapter, std::uint8_t address) override;
   std::string NodeOf(int adapter) override;
+  std::chrono::nanoseconds Now() override;
   int Open(int adapter) override;
   void Close(int descriptor) override;
   int QueryAbilities(int descriptor, Abilities& abilities) override;

@@ -37,6 +37,13 @@ inline std::optional<int> WholeNumber(std::string_view text) {
   return number;
 }
 
+/// A byte as "0x2C".
+inline std::string Hex(std::uint8_t byte) {
+  std::array<char, 8> text{};
+  std::snprintf(text.data(), text.size(), "0x%02X", static_cast<unsigned>(byte));
+  return text.data();
+}
+
 /// The kernel's name of the chip at an address of an adapter, as "0-002c".
 inline std::string ChipName(int adapter, std::uint8_t address) {
   std::array<char, 24> name{};

@@ -11,7 +11,6 @@
 #include "chip/ChipState.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
-#include "platform/Guard.h"
 #include "widgets/LGauge.h"
 #include "windows/Handlers.h"
 #include "windows/limits/LimitBoxes.h"
@@ -54,7 +53,7 @@ LimitPanel::LimitPanel(const GaugeTab& tab, QWidget* parent)
   column->addWidget(boxes_);
 
   OnSelect(*list_, [this] { ShowLimits(); });
-  connect(gauge_, &widgets::LGauge::SliderChanged, this, platform::Guarded([this] { ApplyLimits(); }));
+  connect(gauge_, &widgets::LGauge::SliderChanged, this, ByUser(*gauge_, [this] { ApplyLimits(); }));
 }
 
 void LimitPanel::FillList() {

@@ -15,7 +15,6 @@
 #include "base/Twips.h"
 #include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
-#include "platform/Guard.h"
 #include "widgets/Named.h"
 #include "widgets/PopUpMenu.h"
 #include "windows/Handlers.h"
@@ -52,7 +51,7 @@ frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Registe
   (new QVBoxLayout(this))->addWidget(tabPages_);
 
   connect(fraBits_, &BitDisplay::lblBit_Click, this,
-          [this](int bit) { platform::Guarded([this, bit] { lblBit_Click(bit); })(); });
+          [this](int bit) { ByUser(*fraBits_, [this, bit] { lblBit_Click(bit); })(); });
   ConnectTree();
   ConnectBoxes();
   writers_ = {txtHex_, txtDec_, cmdWrite_};
@@ -170,7 +169,7 @@ QGroupBox* frmRegMap::MakeDetailsFrame() {
 
 void frmRegMap::ConnectTree() {
   const auto click = [this](const QTreeWidgetItem* node) {
-    if (node != nullptr) platform::Guarded([this, node] { TreeView1_NodeClick(*node); })();
+    if (node != nullptr) ByUser(*TreeView1_, [this, node] { TreeView1_NodeClick(*node); })();
   };
   // A node is shown once for each click, and when the keyboard moves to it: by the change of the current node, and by
   // the click where it changes nothing.
@@ -205,7 +204,7 @@ void frmRegMap::ConnectBoxes() {
   OnChange(*txtHex_, [this] { txtHex_Change(); });
   OnChange(*txtFind_, [this] { txtFind_Change(); });
   for (QLineEdit* box : {txtHex_, txtDec_}) {
-    connect(box, &QLineEdit::returnPressed, this, platform::Guarded([this] { cmdWrite_Click(); }));
+    connect(box, &QLineEdit::returnPressed, this, ByUser(*box, [this] { cmdWrite_Click(); }));
   }
 }
 
