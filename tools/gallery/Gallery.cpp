@@ -43,7 +43,7 @@ void TakeEveryWindow(const Camera& camera, int seconds) {
   SetUpEasily(bench);
   bench.Open("frmHeaters", {896, 440, 470, 190});
   bench.Do("frmHeaters", "sldHeater(0)=40");
-  bench.Open("frmLimits", {796, 0, 570, 430});
+  bench.Open("frmLimits", {672, 0, 694, 520});
   bench.Open("frmGraph", {0, 0, 790, 630});
   bench.Run(seconds);
   camera.Take(bench.Main(), "main");

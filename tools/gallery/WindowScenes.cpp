@@ -63,7 +63,7 @@ void TakeMain(const Camera& camera) {
   bench.Run(40);
   bench.Open("frmHeaters", {896, 440, 470, 190});
   bench.Do("frmHeaters", "sldHeater(0)=100");
-  bench.Open("frmLimits", {796, 0, 570, 430});
+  bench.Open("frmLimits", {672, 0, 694, 520});
   bench.Pick("frmLimits", "cmbTemp", "Remote1");
   bench.Open("frmGraph", {0, 0, 790, 630});
   bench.Run(45);
