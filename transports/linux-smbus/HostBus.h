@@ -85,7 +85,7 @@ class HostBus {
   void TellTrouble(const std::string& text);
   /// The byte read, 0 after a write, nothing when no chip took the transfer.
   std::optional<std::uint8_t> Run(Transfer transfer);
-  std::optional<std::uint8_t> RunCounted(Transfer transfer);
+  std::optional<std::uint8_t> RunCounted(const Transfer& transfer);
   /// As Run, on one port: a value of 0 or above, or -errno. `isHeld` says that the address is a kernel driver's.
   int RunOn(Port& port, const Transfer& transfer, bool& isHeld);
   void LookAfter(Port& port);
