@@ -115,8 +115,8 @@ std::pair<QWidget*, QWidget*> Branches(QWidget* a, QWidget* b) {
 /// Whether `a` is read before `b`: the window's own buttons last, what stands beside each other from the left, what
 /// stands above each other from the top. Rows go before columns, or columns before rows.
 bool ReadsBefore(QWidget* a, QWidget* b, bool rowsFirst) {
+  if (a->isAncestorOf(b) || b->isAncestorOf(a)) return a->isAncestorOf(b);  // a chart before the buttons on it
   const auto [first, second] = Branches(a, b);
-  if (first == second) return a->isAncestorOf(b);  // a chart before the buttons on it
   const auto own = [](QWidget* branch) {
     return qobject_cast<QPushButton*>(branch) != nullptr &&
            qobject_cast<windows::ChildWindow*>(branch->parentWidget()) != nullptr;
