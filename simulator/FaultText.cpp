@@ -24,7 +24,7 @@ bool InRange(double value, double low, double high) {
   return value >= low && value <= high;
 }
 
-/// Compares words with a pattern in which # stands for a number; the numbers found go to `numbers`.
+/// Matches words against a pattern in which # stands for a number, and adds the numbers to `numbers`.
 bool Matches(const Rest& words, std::string_view pattern, std::vector<double>& numbers) {
   const std::vector<std::string> parts = Words(pattern);
   if (parts.size() != words.size()) return false;
@@ -45,7 +45,7 @@ bool Matches(const Rest& words, std::string_view pattern, std::vector<double>& n
   return true;
 }
 
-/// Takes two words "<name> <value>" off the end, wherever a filter may stand.
+/// Removes the two words "<name> <value>" from the end, where a filter may be.
 std::optional<std::string> TakeTail(Rest& words, std::string_view name) {
   if (words.size() < 2 || words[words.size() - 2] != name) return std::nullopt;
   std::string value = words.back();
@@ -59,7 +59,7 @@ std::optional<std::chrono::nanoseconds> Seconds(const std::string& word) {
   return std::chrono::nanoseconds(std::llround(seconds * 1e9));
 }
 
-/// "at 30" or "from 30 to 45", at the front.
+/// Removes "at 30" or "from 30 to 45" from the front.
 Problem TakeTime(Rest& words, Fault& fault) {
   const bool at = words.size() >= 2 && words[0] == "at";
   const bool span = words.size() >= 4 && words[0] == "from" && words[2] == "to";

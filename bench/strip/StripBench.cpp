@@ -20,7 +20,7 @@ using bench::kTraces;
 
 constexpr int kDaySamples = 24 * 60 * 60 * 20;
 
-/// Two zones, twelve traces and a legend whose texts change with each sample, as the busiest of the graphs.
+/// Two zones, twelve traces and a legend whose texts change with each sample, like the busiest of the graphs.
 class StripCompetitor final : public bench::Competitor {
  public:
   explicit StripCompetitor(int samples, double shown = bench::kPoints * bench::kPeriod)

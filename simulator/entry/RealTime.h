@@ -14,8 +14,7 @@ namespace zth::simulator {
 inline constexpr std::chrono::milliseconds kCatchUpTime{10};
 inline constexpr std::int64_t kTicksInACall = 10'000;
 
-/// The one place where real time meets the simulation: brings a bus up to now before a transfer, and lets a slow
-/// transfer take its time behind it.
+/// Connects real time to the simulation: advances a bus to now before a transfer, and delays after a slow transfer.
 template <typename Clock>
 class RealTimeBy {
  public:

@@ -25,7 +25,7 @@
 namespace zth::shell {
 namespace {
 
-/// The library is asked once, and what it says of itself decides: only one that is not there counts as absent.
+/// The library is tried once. Only a missing library counts as absent.
 bool ProbeSmbus(platform::Libraries& libraries) {
   const QString error = link::LoadSmbus(libraries);
   if (link::Bus.Smbus.ReadSmbus != nullptr) link::Bus.Smbus.ReadSmbus(0, 0);
@@ -53,11 +53,11 @@ void EndWith(const QString& message, platform::Services& services) {
   services.process.End(1);
 }
 
-/// The end that comes from outside, at any time: asks nothing and makes no transfer.
+/// The end of the program when requested from outside, at any time: asks nothing and makes no transfer.
 void EndInOrder(platform::Process& process) {
   if (MainForm != nullptr) {
     if (MainForm->Unloaded()) return;
-    // Before it has shown, as during the search, no window has a placement of its own yet.
+    // Before the main window is shown, for example during the search, no window has a placement to store.
     if (MainForm->isVisible()) MainForm->CloseAllWindows();
   }
   process.End(0);

@@ -9,7 +9,7 @@ namespace zth::shell {
 /// QApplication.
 void Main(platform::Services& services);
 
-/// Polling defaults, and what is read of the chip once: the manual flags of the PWMs and the revision.
+/// Sets the polling defaults, and reads what is read from the chip only once: the PWMs' manual flags and the revision.
 void InitMonitorDefaults();
 
 }  // namespace zth::shell

@@ -12,15 +12,15 @@ inline constexpr int kAnsiBufferSize = 513;
 /// How far the search of one link has come.
 enum class SearchStep { NotBegun, Connecting, Searching, Done };
 
-/// What the start knows. `Program = {}` is the state of a program that has not started.
+/// Results of the start. `Program = {}` is the state before the program has started.
 struct ProgramState {
   /// The chip's part number as shown in messages.
   QString DeviceName;
 
-  /// The firmware file: the program's folder and the file's name.
+  /// The path of the firmware file: the program's folder and the file's name.
   QString FirmwarePath;
 
-  /// FirmwarePath as the library takes it, NUL-terminated.
+  /// FirmwarePath in the form that the library expects, NUL-terminated.
   std::array<char, kAnsiBufferSize> AnsiBuffer{};
 
   /// What the firmware's download gave.

@@ -51,7 +51,7 @@ QPointer<frmMain> MainForm;
 
 namespace {
 
-/// What the pointer holds is let go over the chip and the values that it was taken hold of over.
+/// True while the user drags something. It must be dropped with the same chip and values as when it was picked up.
 bool IsDragging() {
   return QApplication::mouseButtons() != Qt::NoButton;
 }
@@ -155,8 +155,8 @@ void frmMain::BuildToolBar() {
   bar->setObjectName("tbToolBar");
   bar->setMovable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
-  // What does not fit goes behind the arrow from the right, so the list that decides where all windows write stands
-  // left.
+  // What does not fit is hidden behind the arrow, starting from the right, so the device list, which decides where all
+  // windows write, is on the left.
   AddDevices(*bar);
   bar->addSeparator();
   for (const ToolButton& row : kToolButtons) {
@@ -172,7 +172,7 @@ void frmMain::BuildToolBar() {
 }
 
 void frmMain::AddDevices(QToolBar& bar) {
-  // Every letter of it is a menu's or a window's, so the list has a key of its own.
+  // All its letters are used as mnemonics by menus or windows, so the list has its own key.
   auto* label = widgets::Named<QLabel>("lblDevices", " Device ", &bar);
   cmbDevices_ = widgets::Named<QComboBox>("cmbDevices", &bar);
   cmbDevices_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
@@ -342,7 +342,7 @@ void frmMain::MarkAlerts(const QString& window, int count) {
 
 void frmMain::EnableTimer(bool on) {
   if (on) {
-    // Once closed, no handler that was cut short brings it back.
+    // After the window has closed, an interrupted handler must not restart the timer.
     if (!unloaded_) tmrMaster_->start();
   } else {
     tmrMaster_->stop();
@@ -379,7 +379,7 @@ void frmMain::tmrMaster_Timer() {
   const link::TimerTick tick;
   jobs_.Tick();
   ShowLink();
-  // What the program knows of a chip changes by writes from anywhere; as a rule it has not.
+  // Writes from anywhere can change the model of the chip; usually they have not.
   const chip::ModelOrigin model = chip::ModelReadFrom();
   if (model == modelFrom_) return;
   modelFrom_ = model;
@@ -399,10 +399,10 @@ void frmMain::ReadActiveWindowAgain() {
 }
 
 void frmMain::FitToolBar() {
-  // The icons follow the font, so that a tool bar beside large texts is not a row of specks.
+  // The icons scale with the font, so that they are not tiny beside large texts.
   const int side = std::max(24, fontMetrics().height() * 3 / 2);
   findChild<QToolBar*>("tbToolBar")->setIconSize({side, side});
-  // The device list never gives way: the arrow for all else beside it is the least that the bar shows.
+  // The device list is always shown: the tool bar's minimum width is the list and the arrow for the rest.
   const auto* label = findChild<QLabel*>("lblDevices");
   const int around = 4 * side;
   setMinimumWidth(label->sizeHint().width() + cmbDevices_->sizeHint().width() + around);
@@ -417,7 +417,7 @@ bool frmMain::UserLeaves() {
   if (unloaded_) return true;
   const link::UserAction action([] { return QString(); });
   bool leaves = false;
-  FinishWork();  // perhaps a file can be written by now
+  FinishWork();  // the file may be writable by now
   platform::Guarded([&] { leaves = MayLeave(services_); })();
   return leaves;
 }

@@ -37,7 +37,7 @@ QAccessibleInterface* Make(const QString&, QObject* object) {
 }  // namespace
 
 void InstallStripAccessibility() {
-  QAccessible::installFactory(Make);  // installs the same function once only
+  QAccessible::installFactory(Make);  // installs the same function only once
 }
 
 }  // namespace zth::widgets

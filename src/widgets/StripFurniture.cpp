@@ -102,7 +102,7 @@ void StripFurniture::Frames() {
 }
 
 void StripFurniture::Numbers() {
-  int lastBottom = -1000;  // through all zones: where they are low, the numbers of two would meet at their border
+  int lastBottom = -1000;  // across all zones: in low zones, the numbers of two would collide at their border
   painter_.setPen(colours_.text);
   for (std::size_t i = 0; i < layout_.zones.size(); ++i) {
     const QRect& zone = layout_.zones[i];
@@ -232,7 +232,7 @@ void StripFurniture::Legend() {
     const StripLabel& label = scene_.labels[static_cast<std::size_t>(row.label)];
     if (label.text.isEmpty()) continue;
     painter_.setPen(!traced || scene_.Shown(label.trace) ? colours_.text : colours_.faint);
-    // A text without a sample keeps its column where it fits, and else takes the sample's room.
+    // A text without a line sample keeps its column if it fits; otherwise it uses the sample's room.
     const bool indented =
         traced || (scene_.HasTrace(label.trace) && text_.Width(label.text) <= row.rect.width() - kLegendSample);
     const QRect room = row.rect.adjusted(indented ? kLegendSample : 0, 0, 0, 0);

@@ -10,7 +10,7 @@
 
 namespace zth::widgets {
 
-/// Draws what stands around the traces: title, headings, paper with its grid across, scales, handles, legend, labels.
+/// Draws everything around the traces: title, headings, paper, horizontal grid lines, scales, handles, legend, labels.
 class StripFurniture {
  public:
   explicit StripFurniture(const StripSheet& sheet);
@@ -26,7 +26,7 @@ class StripFurniture {
   void Legend();
   void FreeLabels();
 
-  /// Whether a legend row shows its trace's line.
+  /// True if a legend row shows its trace's line.
   static bool HasSample(const StripScene& scene, const StripLabel& label);
 
  private:

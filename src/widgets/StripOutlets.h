@@ -9,7 +9,7 @@
 
 namespace zth::widgets {
 
-/// Where a chart's picture and data go. All of it outlives the chart.
+/// The services that a chart exports its picture and data through. All of them outlive the chart.
 struct StripOutlets {
   explicit StripOutlets(platform::Services& services, std::function<QString()> source = {})
       : StripOutlets(services.fileDialogs, services.files, services.clipboard, services.process.Folder(),
@@ -25,7 +25,7 @@ struct StripOutlets {
   platform::FileDialogs& dialogs;
   platform::Files& files;
   platform::Clipboard& clipboard;
-  QString start;  ///< the folder in which a dialog begins
+  QString start;  ///< initial folder of a dialog
   /// Where the data come from, as it is written beneath a picture when that is taken. Empty, or an empty text: nothing.
   std::function<QString()> dataSource;
 };

@@ -35,11 +35,11 @@ class StripPainter {
 
   /// Where the title ends, in the layout last made.
   int TitleEnd(const StripScene& scene);
-  /// The layout last made.
+  /// The layout made last.
   const StripLayout& Layout() const { return layout_; }
 
   void SetFont(const QFont& font);
-  /// The data are others than those last drawn: nothing of the picture is kept.
+  /// The data have been replaced: discards the cached picture.
   void Forget();
   /// Forgets how wide the texts beside the plot have been, and the image with them.
   void ResetColumns() {
@@ -48,7 +48,7 @@ class StripPainter {
   }
 
  private:
-  /// All that the still image shows.
+  /// Everything that the cached image depends on.
   struct StillKey {
     QSize size;
     double ratio = 0;
@@ -62,7 +62,7 @@ class StripPainter {
     bool operator==(const StillKey&) const = default;
   };
   using Ranges = std::vector<std::pair<double, double>>;
-  /// What the canvas shows of the traces, so that a scrolling chart need only draw what has come in.
+  /// The traces drawn on the canvas, so that a scrolling chart needs to draw only new data.
   struct Drawn {
     bool valid = false;
     std::int64_t first = 0;

@@ -16,7 +16,7 @@ struct StripReadout {
     int trace;
     QString name;
     QString value;
-    QString difference;  ///< to the second cursor; empty without one
+    QString difference;  ///< to the second cursor; empty if there is none
   };
   QString heading;
   QString headingDifference;
@@ -26,13 +26,13 @@ struct StripReadout {
   const Line* Of(int trace) const;
 };
 
-/// Reads the scene under its cursor, which is there.
+/// Reads the scene at its cursor, which must exist.
 StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout);
 
 /// As long a value as the trace's start range has, as the cursor would show it.
 QString WidestReading(const StripScene& scene, int trace);
 
-/// The latest values in one sentence, for those who cannot see the picture: "Temperature (°C): Local 25.25, Remote1
+/// The latest values in one sentence, for users who cannot see the picture: "Temperature (°C): Local 25.25, Remote1
 /// 31".
 QString StripSummary(const StripScene& scene);
 

@@ -11,7 +11,7 @@ namespace zth::widgets {
 
 struct StripReadout;
 
-/// One picture while it is drawn: what goes on it, where, and by what means. Lives as long as its painter.
+/// A picture being drawn: its contents, layout and painter. Lives as long as the painter.
 struct StripSheet {
   QPainter& painter;
   const StripScene& scene;

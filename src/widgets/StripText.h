@@ -21,12 +21,12 @@ class StripText {
 
   const QFont& Font() const { return font_; }
   const QFontMetrics& Metrics() const { return metrics_; }
-  /// Pixels from one line to the next.
+  /// Line height in pixels.
   int Height() const { return metrics_.height(); }
   int Width(const QString& text);
 
-  /// Writes in the painter's pen, with `topLeft` as the line's top left corner. A painter of the screen gets the cached
-  /// layout, any other one the text itself.
+  /// Draws with the painter's pen, with `topLeft` as the line's top left corner. Uses the cached layout on a screen,
+  /// and the text itself on any other paint device.
   void Draw(QPainter& painter, QPointF topLeft, const QString& text);
 
  private:

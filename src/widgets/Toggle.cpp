@@ -74,7 +74,7 @@ Toggle::Toggle(QWidget* parent) : QWidget(parent) {
   QAccessible::installFactory(Make);
   setFocusPolicy(Qt::NoFocus);
   QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  policy.setRetainSizeWhenHidden(true);  // rows must not jump when a channel goes off
+  policy.setRetainSizeWhenHidden(true);  // rows must not jump when a channel is turned off
   setSizePolicy(policy);
 }
 

@@ -17,9 +17,9 @@
 namespace zth::windows {
 namespace {
 
-/// Tells a pick that has already run the handler through the change of the index from one that changed nothing. A
-/// pick's `activated` comes in the same turn of the event loop as its `currentIndexChanged`, and a list that has just
-/// popped up has changed nothing yet.
+/// Distinguishes a pick whose changed index has already run the handler from a pick that changed nothing. A pick emits
+/// `activated` in the same turn of the event loop as `currentIndexChanged`, and a list that has just popped up has not
+/// changed anything yet.
 class SelectionWatch final : public QObject {
  public:
   SelectionWatch(QComboBox& list, Handler handler) : QObject(&list), handler_(ByUser(list, std::move(handler))) {
@@ -49,7 +49,7 @@ class SelectionWatch final : public QObject {
   bool changed_ = false;
 };
 
-/// Passes the wheel on to what is behind a control.
+/// Passes wheel events to what is behind a control.
 class WheelFilter final : public QObject {
  public:
   WheelFilter(QWidget& control, Wheel wheel) : QObject(&control), wheel_(wheel) { control.installEventFilter(this); }

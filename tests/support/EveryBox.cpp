@@ -19,7 +19,7 @@ namespace {
 
 using platform::BoxAnswer;
 
-/// Questions outlive the windows that asked them.
+/// Questions outlive the windows that ask them, so these name no window.
 template <typename Question>
 std::vector<Question> Free(std::vector<Question> questions) {
   for (Question& question : questions) question.asker = nullptr;
@@ -31,7 +31,7 @@ std::vector<platform::BoxQuestion> AskedOn(Desk& desk, const std::function<void(
   desk.prompts.script = {BoxAnswer::Ok};
   try {
     bring(desk);
-  } catch (const platform::ProcessEnded&) {  // most of them end it
+  } catch (const platform::ProcessEnded&) {  // most of the boxes end the program
   }
   return Free(std::exchange(desk.prompts.shown, {}));
 }
@@ -57,7 +57,7 @@ std::vector<platform::BoxQuestion> AskedAtTheStart() {
   return all;
 }
 
-/// The longest that it can be: with both heaters on and lines of a log, far down in folders, that wait.
+/// The longest version of the question: both heaters on, and waiting lines of a log deep down in folders.
 std::vector<platform::ChoiceQuestion> AskedAtTheEnd() {
   Desk desk;
   desk.Start();

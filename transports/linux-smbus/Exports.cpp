@@ -20,7 +20,7 @@ std::string Variable(const char* name) {
 
 /// Everything behind the functions, made at the first call.
 struct Session {
-  std::mutex oneAtATime;  ///< a descriptor's address and its transfer are two calls of the kernel
+  std::mutex oneAtATime;  ///< setting a descriptor's address and its transfer are two kernel calls
   UserPlaces places = PlacesOf(Variable);
   Journal journal{std::cerr, places.logFile, UtcStamp};
   LinuxI2c system;
@@ -33,7 +33,7 @@ Session& TheSession() {
   return session;
 }
 
-/// Runs `action` on the bus. Nothing may be thrown into a caller that knows C only.
+/// Runs `action` on the bus. Must not throw: the caller is C code.
 template <typename Action>
 void WithBus(Action action) noexcept {
   try {

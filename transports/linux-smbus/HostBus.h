@@ -17,11 +17,11 @@
 
 namespace zth::smbus {
 
-/// What a read gives where nothing answers: the level of a bus that nobody drives.
+/// The result of a read that nothing answers: the level of an undriven bus.
 inline constexpr std::uint8_t kNoAnswer = 0xFF;
 
-/// Addresses that are never put on a bus: those that the bus reserves at both ends, and those where memory modules keep
-/// their data and its write protection. One stray byte there can leave a PC that does not start.
+/// Addresses that are never accessed: those reserved by the bus at both ends, and those of memory modules' data and
+/// write protection. One stray byte there can leave a PC unable to start.
 constexpr bool IsForbidden(std::uint8_t address) {
   return address < 0x08 || address > 0x77 || (address >= 0x30 && address <= 0x37) ||
          (address >= 0x50 && address <= 0x57);
@@ -43,14 +43,14 @@ constexpr bool IsForbidden(std::uint8_t address) {
 /// line of the log.
 class HostBus {
  public:
-  /// The system and the journal outlive the bus.
+  /// The system and the journal must outlive the bus.
   HostBus(I2cSystem& system, Journal& journal, Settings settings);
   ~HostBus();
   HostBus(const HostBus&) = delete;
   HostBus& operator=(const HostBus&) = delete;
 
-  /// Chooses the adapters and opens each once. Tells what stands in the way, and its remedy, when none could be opened;
-  /// a later call then tries again. Does nothing once an adapter is open.
+  /// Chooses the adapters and opens each once. If none could be opened, reports the reason and its remedy; a later call
+  /// then tries again. Does nothing once an adapter is open.
   void Detect();
   /// What the transfers go to, as "SMBus I801 adapter at f040 (i2c-0)": the adapters in use, joined by commas. Empty
   /// before detection and when there is none.
@@ -58,9 +58,9 @@ class HostBus {
   /// What the last detection has met with that keeps adapters from being used, and what helps: lines, empty when there
   /// was nothing.
   const std::string& Trouble() const { return trouble_; }
-  /// One byte-data read. Detects first, when nobody has.
+  /// One byte-data read. Calls Detect first if nobody has.
   std::uint8_t Read(std::uint8_t address, std::uint8_t reg);
-  /// One byte-data write. Detects first, when nobody has.
+  /// One byte-data write. Calls Detect first if nobody has.
   void Write(std::uint8_t address, std::uint8_t reg, std::uint8_t value);
   /// Transfers with an address that no chip took, since the start: those that were never put on a bus as well.
   std::int32_t Failures(std::uint8_t address) const { return failures_.at(address); }
@@ -83,10 +83,10 @@ class HostBus {
 
   void Open(const Adapter& adapter);
   void TellTrouble(const std::string& text);
-  /// The byte read, 0 after a write, nothing when no chip took the transfer.
+  /// The byte read, 0 after a write, nothing if no chip accepted the transfer.
   std::optional<std::uint8_t> Run(Transfer transfer);
   std::optional<std::uint8_t> RunCounted(const Transfer& transfer);
-  /// As Run, on one port: a value of 0 or above, or -errno. `isHeld` says that the address is a kernel driver's.
+  /// Like Run, on one port: a value of 0 or above, or -errno. `isHeld` is set if a kernel driver holds the address.
   int RunOn(Port& port, const Transfer& transfer, bool& isHeld);
   void LookAfter(Port& port);
   bool Rests(const Port& port);

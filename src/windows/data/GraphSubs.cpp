@@ -44,7 +44,7 @@ void FeedTemperatures(const Graphs& charts) {
   }
 }
 
-/// One quantity on a chart of its own and in the second zone of another.
+/// Feeds one quantity to its own chart and to the second zone of a shared one.
 void FeedPair(widgets::Strip& own, widgets::Strip& shared, int index, double value, const QString& text) {
   own.PlotValue(index, value);
   shared.PlotValue(kSecondTrace + index, value);

@@ -108,7 +108,7 @@ void CurveView::RecordDots() {
 }
 
 void CurveView::PlotTrail() {
-  // After a change of the PWM or of its sources the trail is another curve's until the next dots.
+  // After a change of the PWM or its sources, the trail belongs to another curve until the next dots are drawn.
   if (SourcesShown() != trailOf_) return;
   const double now = services_.clock.Now();
   for (const DotTrail::Dot& dot : trail_.Dots()) {

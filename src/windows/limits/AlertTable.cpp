@@ -33,7 +33,7 @@ AlertTable::AlertTable(const AlertTab& tab, QWidget* parent) : QWidget(parent), 
   if (tab.mask != nullptr) AddHeading(tab.maskHeading, kMaskColumn, *grid);
   AddHeading(tab.status, kLampColumn, *grid);
   for (int row = 0; row < static_cast<int>(tab.rows.size()); ++row) AddRow(row, *grid);
-  // Wide enough for every caption that a row can take, so that nothing moves when the pins change.
+  // Wide enough for every caption that a row can have, so that nothing moves when the pins change.
   grid->setColumnMinimumWidth(kLabelColumn, fontMetrics().horizontalAdvance("THERM1% Over Limit"));
   grid->setRowStretch(static_cast<int>(tab.rows.size()) + 1, 1);
 }

@@ -15,15 +15,14 @@ class QTreeWidgetItem;
 /// The register map's tree: topics, groups and registers, three levels.
 namespace zth::windows {
 
-/// What a node's data holds beside its text.
+/// Data roles of a node besides its text.
 inline constexpr int kKeyRole = Qt::UserRole;       ///< QString, unique in the tree
-inline constexpr int kReadRole = Qt::UserRole + 1;  ///< int, the value last read; none before the first read
+inline constexpr int kReadRole = Qt::UserRole + 1;  ///< int, the last value read; none before the first read
 
-/// Fills the tree anew: 6 roots, 21 groups, 170 registers, all collapsed.
 void BuildRegisterTree(QTreeWidget& tree);
 
-/// Puts the colours of the levels in, as they can be read on the ground of `palette`: that of the window, which is the
-/// first to follow a change.
+/// Sets colours for the levels that are readable on the background of `palette`, the window's palette, which is the
+/// first to change.
 void ColourRegisterTree(QTreeWidget& tree, const QPalette& palette);
 
 /// The groups in the tree's order, each with its root, "Fan, PWM".
@@ -39,7 +38,7 @@ QTreeWidgetItem* FirstRegister(QTreeWidget& tree);
 /// register has it.
 std::vector<std::int32_t> AddressesBesideTree(const QString& text);
 
-/// The texts from the root to the node, joined by backslashes.
+/// The texts from the root to the node, separated by backslashes.
 QString FullPath(const QTreeWidgetItem& node);
 
 }  // namespace zth::windows

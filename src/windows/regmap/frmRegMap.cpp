@@ -161,15 +161,15 @@ void frmRegMap::SetAddressBox(const QString& text) {
   if (keepsAddress_) return;
   txtReadAddr_->setModified(false);
   if (txtReadAddr_->text() == text.toUpper()) return;
-  // The cursor stays, so that a read in the middle of typing does not part the digits.
+  // Keep the cursor, so that a read while the user types does not split the digits.
   const int cursor = txtReadAddr_->cursorPosition();
   txtReadAddr_->setText(text);
   txtReadAddr_->setCursorPosition(cursor);
 }
 
 void frmRegMap::RepeatRead() {
-  // What is read is what the box holds, half typed or not. But only a read that the user asks for may put its own text
-  // in the place of the one being typed.
+  // Reads the address in the box, even if half typed. But only a read requested by the user may replace the text being
+  // typed.
   const QScopedValueRollback keeps(keepsAddress_, txtReadAddr_->hasFocus() && txtReadAddr_->isModified());
   cmdRead_Click();
 }
@@ -233,7 +233,7 @@ void frmRegMap::cmdWrite_Click() {
 
 void frmRegMap::lblBit_Click(int bit) {
   fraBits_->Flip(bit);
-  // The digits on the screen are what is written, whatever address the box holds by now.
+  // Writes the digits on the screen, whatever address the box holds by now.
   link::WriteRegisterValue(link::Bus.DeviceAddress, HexReading(*txtReadAddr_), fraBits_->Value());
   cmdRead_Click();
 }
@@ -318,7 +318,7 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
   const QEvent::Type type = event->type();
   if ((type == QEvent::Enter || type == QEvent::Leave || type == QEvent::FocusIn || type == QEvent::FocusOut) &&
       std::ranges::count(writers_, watched) != 0) {
-    // Queued: the control itself learns of it behind this.
+    // Queued: the control itself handles the event first.
     QMetaObject::invokeMethod(this, &frmRegMap::ShowWrite, Qt::QueuedConnection);
   }
   if (watched == TreeView1_->viewport()) {
