@@ -18,8 +18,9 @@ class Alerts {
  public:
   Alerts(RegisterFile& registers, const PinModel& pins) : registers_(registers), pins_(pins) {}
 
-  /// Compares everything with its limits, latches what is out and renews the status registers. Temperatures and
-  /// voltages are compared when they have been `converted` in this tick, `vidChanged` is the VID code's event.
+  /// Compares everything with its limits, latches what is out of range and updates the status registers. Temperatures
+  /// and voltages are compared only when they were `converted` in this tick. `vidChanged` is the event of a VID code
+  /// change.
   void Tick(bool converted, bool vidChanged, const Measurement& measurement, const ThermPins& therm,
             const PinInputs& inputs);
   void Reset();

@@ -76,7 +76,7 @@ double Board::SensedC(int sensor) {
 
 double Board::PulsesAt(int fan) {
   const double noise = faults_.tachNoise[At(fan)];
-  // A sound tach draws nothing, so that a fault changes no other reading of the board.
+  // A healthy tach draws no random numbers, so that a fault changes no other reading of the board.
   const double jitter = noise > 0 ? tachNoise_.Spread(noise) : 0;
   return plant_.PulsesPerMinute(fan) * (1 - faults_.tachLost[At(fan)]) * (1 + jitter);
 }

@@ -34,14 +34,14 @@ struct BoardFaults {
   std::array<bool, 2> vrHot{};
   bool pin27Asserted = false;
   std::array<bool, kGpios> gpioPulledLow{};
-  std::array<double, kTachs> fanShare{1, 1, 1, 1, 1, 1, 1, 1};  ///< of the healthy speed, for a worn fan
-  std::array<double, kTachs> tachNoise{};                       ///< pulses come by up to this share too fast or slow
-  std::array<double, kTachs> tachLost{};                        ///< share of the pulses that do not come
-  std::array<double, kTemperatures> sensorDriftC{};             ///< what the sensor is off by
-  std::array<bool, kTemperatures> sensorFrozen{};               ///< the sensor stays at what it was when this began
-  std::optional<double> ambientC;                               ///< the air is so warm, whatever the options say
-  double ambientDriftC = 0;                                     ///< and so much warmer than that
-  std::uint8_t vid = 0x3F;                                      ///< levels on the VID pins, which are pulled up
+  std::array<double, kTachs> fanShare{1, 1, 1, 1, 1, 1, 1, 1};  ///< share of the healthy speed, for a worn fan
+  std::array<double, kTachs> tachNoise{};                       ///< pulses come early or late by up to this share
+  std::array<double, kTachs> tachLost{};                        ///< share of the pulses that are missing
+  std::array<double, kTemperatures> sensorDriftC{};             ///< error of the sensor
+  std::array<bool, kTemperatures> sensorFrozen{};  ///< the sensor keeps the value it had when the fault began
+  std::optional<double> ambientC;                  ///< overrides the air temperature of the options
+  double ambientDriftC = 0;                        ///< added to the air temperature
+  std::uint8_t vid = 0x3F;                         ///< levels on the VID pins, which are pulled up
 };
 
 /// The evaluation board: the chip, its physical environment, the two octal switches and the two heaters. Time is driven

@@ -55,8 +55,8 @@ void Bus::Owe(std::chrono::nanoseconds elapsed) {
 }
 
 bool Bus::CatchUp() {
-  // Faults come and go between ticks, so that time is let by in short pieces while a plan runs.
-  // Without a board time passes all the same.
+  // Faults start and end between ticks, so time passes in short pieces while a plan runs. Time also passes when there
+  // is no board.
   const auto each = std::max<std::int64_t>(1, static_cast<std::int64_t>(boards_.size()));
   const std::int64_t pieces = std::max<std::int64_t>(1, kTicksInASlice / each);
   for (std::int64_t i = 0; i < pieces && owed_.count() > 0; ++i) {

@@ -30,14 +30,14 @@ class Bus {
     }
   }
 
-  /// The same in slices: notes the time, and lets a slice of what is owed go by on the boards. False when none is owed
-  /// any more. Cut in whatever way, the boards come out the same. A slice is of kTicksInASlice ticks, those of all
-  /// boards added, but at least of one for each.
+  /// The same in slices: adds the elapsed time to what is owed, and runs one slice of it on the boards. False when
+  /// nothing is owed any more. The boards end up the same however the time is cut. A slice is kTicksInASlice ticks over
+  /// all boards, but at least one tick per board.
   void Owe(std::chrono::nanoseconds elapsed);
   bool CatchUp();
   bool Owes() const { return owed_.count() > 0; }
 
-  /// Ticks that slices have run so far, those of all boards added: the computing that was done.
+  /// Ticks run by slices so far, summed over all boards: a measure of the computing done.
   std::int64_t TicksRun() const { return ticksRun_; }
 
   static constexpr int kTicksInASlice = 100;
@@ -48,7 +48,7 @@ class Bus {
   std::chrono::milliseconds TakeDelay();
   bool Unplugged() const { return faults_.Unplugged(now_); }
 
-  /// A chip answers at an address.
+  /// True when a chip answers at the address.
   bool Answers(int address) { return At(address) != nullptr; }
   /// Access to one register of the chip at an address; reads 0xFF if no chip answers.
   std::uint8_t Read(int address, std::uint8_t reg);

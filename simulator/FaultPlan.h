@@ -25,11 +25,11 @@ enum class FaultKind : std::uint8_t {
   Pin27Asserted,     ///< the case is open, or the FANMAX input is asserted, depending on the pin's function
   GpioLow,           ///< GPIO pin `index`, 0 to 7, is pulled low
   FanWorn,           ///< fan `index`, 0 to 7, turns at `value` percent of its healthy speed
-  TachNoisy,         ///< pulses of tach `index`, 0 to 7, come by up to `value` percent too fast or too slow
+  TachNoisy,         ///< pulses of tach `index`, 0 to 7, come early or late by up to `value` percent
   TachMisses,        ///< `value` percent of the pulses of tach `index`, 0 to 7, are missing
-  SensorDrifts,      ///< sensor `index`, 0 to 3, goes off by `value` degrees a minute
-  SensorFrozen,      ///< sensor `index`, 0 to 3, stays where it is
-  AmbientAt,         ///< the air is of `value` degrees C
+  SensorDrifts,      ///< sensor `index`, 0 to 3, drifts by `value` degrees a minute
+  SensorFrozen,      ///< sensor `index`, 0 to 3, keeps its value
+  AmbientAt,         ///< the air is at `value` degrees C
   AmbientDrifts,     ///< the air warms by `value` degrees a minute
   VidCode,           ///< the VID pins carry `value`, 0 to 0x3F
   AdapterUnplugged,  ///< all transfers fail

@@ -140,14 +140,14 @@ Problem ReadRegisterFault(const Rest& words, Fault& fault) {
   return std::nullopt;
 }
 
-/// A fault of the board as it is written: the words, its kind, the parts that there are, and what a number behind may
-/// be, each with what to say of another one. Without a part its row has no numbers of any.
+/// How a fault of the board is written: its words, its kind, the valid part numbers and the valid range of the number
+/// after them, each with the error text for any other value. A row without a part has no part numbers.
 struct BoardRow {
   std::string_view pattern;
   FaultKind kind;
-  int first = 0, last = 0;  ///< parts
+  int first = 0, last = 0;  ///< part numbers
   std::string_view others{};
-  double low = 0, high = 0;  ///< the number behind
+  double low = 0, high = 0;  ///< range of the number after the part
   std::string_view wrong{};
 };
 
@@ -187,7 +187,7 @@ Problem ReadBoardRow(const BoardRow& row, std::vector<double> numbers, Fault& fa
   if (row.kind == FaultKind::AdapterUnplugged) fault.link = Link::Usb;
   if (!row.others.empty()) {
     if (!InRange(numbers[0], row.first, row.last) || !IsWhole(numbers[0])) return std::string(row.others);
-    // Sensor 0 and diode 0 are Local, which has no diode that could part; all else counts from 1.
+    // Sensor 0 and diode 0 are Local, which has no diode that could open. Everything else counts from 1.
     const bool fromZero = row.kind == FaultKind::DiodeOpen || row.first == 0;
     fault.index = static_cast<int>(numbers[0]) - (fromZero ? 0 : 1);
     numbers.erase(numbers.begin());

@@ -18,7 +18,7 @@ struct PinInputs {
   std::array<bool, 2> vrHot{};                   ///< a regulator reports overheating
   bool pin27Asserted = false;                    ///< an open case or the FANMAX input, depending on the pin's function
   std::array<bool, kGpios> gpioHigh{true, true, true, true, true, true, true, true};  ///< level from outside
-  std::uint8_t vid = 0x3F;  ///< levels of VID0 to VID5, a bit each
+  std::uint8_t vid = 0x3F;  ///< levels of VID0 to VID5, one bit each
 };
 
 /// What the chip drives.

@@ -44,9 +44,9 @@ class Plant {
   void SetFanDrive(int fan, double duty) { fans_[At(fan)].drive = duty; }
   /// Blocks or releases the rotor of a fan.
   void SetFanBlocked(int fan, bool blocked) { fans_[At(fan)].blocked = blocked; }
-  /// How fast a worn fan turns, in shares of its healthy speed; 1 for a sound one.
+  /// Sets how fast a worn fan turns, as a share of its healthy speed; 1 for a healthy one.
   void SetFanWear(int fan, double share) { fans_[At(fan)].wear = share; }
-  /// The air that the board stands in, in degrees C.
+  /// Sets the temperature of the air around the board, in degrees C.
   void SetAmbient(double celsius) { ambientC_ = celsius; }
   /// Drive of heater 0 (Remote 1) or 1 (Remote 2), 0 to 1.
   void SetHeater(int heater, double drive) { heaters_[At(heater)] = drive; }

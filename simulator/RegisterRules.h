@@ -8,8 +8,8 @@ namespace zth::simulator {
 /// The effect of a write to a register, in addition to storing the byte or instead of it.
 enum class OnWrite : std::uint8_t {
   Keep,        ///< all eight bits are stored
-  Config1,     ///< kept but for the ready bit, which is the chip's own
-  TachOrVid,   ///< kept but for the bits that show VID inputs
+  Config1,     ///< writable except for the ready bit, which belongs to the chip
+  TachOrVid,   ///< writable except for the bits that show VID inputs
   Ignore,      ///< read-only
   Reset,       ///< bit 7 resets every register to its power-up value and clears itself
   PinConfig,   ///< stored; clears what a pin's old function left in its registers, and drops an option that no longer
@@ -38,8 +38,8 @@ struct RegisterRule {
   /// True if the register is documented as read-only.
   constexpr bool ReadOnly() const { return onWrite == OnWrite::Ignore || onWrite == OnWrite::GpioLevels; }
 
-  /// The lock bit makes the register read-only: settings and limits, but neither the reset that ends the lock nor what
-  /// is for the running: masks, manual duties and GPIO levels.
+  /// The lock bit makes the register read-only. It covers settings and limits. It does not cover the reset that ends
+  /// the lock, nor what is changed during operation: masks, manual duties and GPIO levels.
   constexpr bool Lockable() const {
     const bool mask = address >= 0x30 && address <= 0x38;
     return !ReadOnly() && !mask && onWrite != OnWrite::Reset && onWrite != OnWrite::Duty;

@@ -7,7 +7,7 @@
 
 namespace zth::simulator {
 
-/// What both libraries say that a program talks to.
+/// The board name that both libraries report.
 inline constexpr char kBoardName[] = "Simulated board";
 
 /// The settings of the simulated libraries. The defaults give one board without faults on each link.

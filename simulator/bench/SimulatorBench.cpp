@@ -38,10 +38,10 @@ void AdvanceBoard(benchmark::State& state) {
 }
 BENCHMARK(AdvanceBoard)->Unit(benchmark::kMillisecond);
 
-/// Calls that make up for a pause of ten minutes at a thousandfold time, on four busy boards. Fails when one of them
-/// computes for 20 ms.
+/// The calls that catch up after a pause of ten minutes at a time factor of 1000, on four busy boards. Fails when one
+/// of them computes for 20 ms.
 void CatchUpInCalls(benchmark::State& state) {
-  constexpr double kLongest = 0.020;  // seconds of the processor
+  constexpr double kLongest = 0.020;  // seconds of processor time
   UsbAdapter adapter{Settings{.timeFactor = 1000, .usbChips = {0x58, 0x5A, 0x5C, 0x5E}}};
   Bus& bus = adapter.TheBus();
   RealTime time;

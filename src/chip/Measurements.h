@@ -9,8 +9,8 @@
 /// The chip's live values in engineering units, read in six groups.
 namespace zth::chip {
 
-/// Latest good values; zeros until the first pass of each group. Written by ReadMeasurementGroup, and while the dynamic
-/// Tmin demo runs by its adjustments.
+/// Latest good values; zeros until the first pass of each group. Written by ReadMeasurementGroup, and by the dynamic
+/// Tmin demo while it runs.
 struct MeasurementSet {
   std::array<float, 4> Temperature{};             ///< degrees C: Local, Remote1, Remote2, Remote3
   std::array<std::int32_t, 8> TachRpm{};          ///< tach 1 to 8; 0 means no reading
@@ -21,7 +21,7 @@ struct MeasurementSet {
   std::array<std::int16_t, 3> PolledOpPoint{};    ///< degrees C; 1 Remote1, 2 Remote2
   std::array<std::int16_t, 3> PolledHighLimit{};  ///< as PolledOpPoint
   std::array<std::int16_t, 3> PolledLowLimit{};   ///< as PolledOpPoint
-  std::array<std::uint32_t, 7> Reads{};           ///< how often group 1 to 6 has been read well; 0 is not in use
+  std::array<std::uint32_t, 7> Reads{};           ///< number of good reads of groups 1 to 6; 0 is not in use
 };
 
 /// A value that can be logged. `Available` and `Selected` are 1.0 for yes, 0.0 for no.
@@ -58,8 +58,8 @@ inline constexpr std::array<VoltageInput, kVoltageChannels> kVoltageInputs{{
 }};
 
 /// Reads one group from the chip in use: 1 temperatures, 2 fan speeds, 3 PWM duty, 4 voltages, 5 THERM on-time, 6 the
-/// state of dynamic Tmin. Any other number does nothing. When a transfer fails, as far as the link's library tells, the
-/// group becomes stale and keeps the values that it had, in the log's table as well.
+/// state of dynamic Tmin. Any other number does nothing. When the link's library reports a failed transfer, the group
+/// becomes stale and keeps its old values, also in the log's table.
 void ReadMeasurementGroup(std::int16_t group);
 
 }  // namespace zth::chip

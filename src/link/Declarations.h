@@ -31,7 +31,7 @@ struct UsbEntries {
                                                   std::uint8_t* buffer) = nullptr;
   /// Optional: what the library is connected to, in UTF-8 ("Simulated board"). The library owns the text.
   const char*(ZTH_LIBRARY_CALL* BoardName)() = nullptr;
-  /// Optional: what keeps the library from its hardware, and what helps, in lines of UTF-8; empty when nothing does.
+  /// Optional: what keeps the library from its hardware, and the remedy, in lines of UTF-8; empty when nothing does.
   const char*(ZTH_LIBRARY_CALL* BoardTrouble)() = nullptr;
 };
 
@@ -47,14 +47,14 @@ struct SmbusEntries {
   std::int32_t(ZTH_LIBRARY_CALL* SmbusFailures)(std::uint8_t address) = nullptr;
 };
 
-/// What has come of loading a library.
+/// The result of loading a library.
 struct LibraryReport {
-  QString file;   ///< as platform::LoadedLibrary has it
+  QString file;   ///< from platform::LoadedLibrary
   QString error;  ///< empty when all entries are there
 };
 
-/// Load a library and fill its table and its report in `Bus`. The result is the error, empty when all entries are
-/// there; optional ones may be absent and stay null. It contains "File not found" when no such library is in reach.
+/// Load a library and fill its table and its report in `Bus`. They return the error, empty when all entries were found.
+/// Optional entries may be missing and stay null. The error contains "File not found" when there is no such library.
 QString LoadUsbFunctions(platform::Libraries& libraries);
 QString LoadSmbus(platform::Libraries& libraries);
 
@@ -67,7 +67,7 @@ inline constexpr int kReadBufferSize = 65;
 struct FailureReporter {
   platform::Services* services = nullptr;  ///< null before Attach: failures are dropped
   std::function<void()> closeAllWindows;
-  /// Asks in place of the services' own box while the program starts; null otherwise.
+  /// Asks instead of the services' own box while the program starts; null otherwise.
   std::function<platform::BoxAnswer(const platform::BoxQuestion&)> ask;
   bool held = false;   ///< a failure is being reported
   bool ended = false;  ///< the end of the process has been requested
@@ -89,7 +89,7 @@ struct LinkState {
   /// The link's only buffer, valid until the next link call: copy the data at once.
   std::array<std::uint8_t, kReadBufferSize> ReadBuffer{};
 
-  /// What the last call of VendorIORequest returned.
+  /// The result of the last call of VendorIORequest.
   std::int16_t UsbResult = 0;
 
   /// The links found at the start.
@@ -100,8 +100,8 @@ struct LinkState {
   /// that; the board is not asked. A failed setting counts if it would mean more heat.
   std::array<std::optional<double>, 3> HeaterPercent{};
 
-  std::int64_t transfers = 0;    ///< Transfers.h: made since the start, over either link
-  std::int32_t usbFailures = 0;  ///< those over USB that failed
+  std::int64_t transfers = 0;    ///< Transfers.h: since the start, over either link
+  std::int32_t usbFailures = 0;  ///< failed ones over USB
 
   std::map<std::int32_t, std::function<void()>> hooks;  ///< RegisterHooks.h: routine of each register
   FailureReporter reporter;                             ///< LinkErrors.h

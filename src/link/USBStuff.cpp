@@ -39,7 +39,7 @@ std::int16_t Call(Request request, std::int32_t value, std::int32_t index, std::
   const TransferTime time(direction == kFromAdapter ? Direction::Read : Direction::Write);
   Bus.UsbResult =
       Bus.UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
-  // The adapter may be asked for contact many times before it has woken up; no transfer with a chip fails there.
+  // The adapter may be asked for contact many times before it has woken up. That is no failed transfer with a chip.
   if (Bus.UsbResult != 0 && request != kConnect) ++Bus.usbFailures;
   return Bus.UsbResult;
 }

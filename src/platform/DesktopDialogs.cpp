@@ -53,7 +53,7 @@ QMessageBox* MakeBox(BoxIcon icon, const QString& title, const QString& text, QW
   return box;
 }
 
-/// The buttons that a question offers beside its own, with the answer of each.
+/// Adds the question's extra buttons and returns each with its answer.
 std::vector<std::pair<QAbstractButton*, BoxAnswer>> AddOffers(QMessageBox& box, const BoxQuestion& question) {
   std::vector<std::pair<QAbstractButton*, BoxAnswer>> buttons;
   for (const BoxAnswer offer : question.offers) {

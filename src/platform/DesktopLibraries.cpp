@@ -39,7 +39,7 @@ QString FileName(const QString& name) {
 #endif
 }
 
-/// The file that the loader has found under a bare name; the name again when it does not tell.
+/// The file that the loader found for a bare name, or the name itself when the loader does not say.
 QString FoundFile(const QString& name) {
 #ifdef Q_OS_LINUX
   void* const handle = ::dlopen(QFile::encodeName(name).constData(), RTLD_LAZY | RTLD_NOLOAD);

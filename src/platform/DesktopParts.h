@@ -82,11 +82,11 @@ class DesktopLibraries final : public Libraries {
   void TakeBoard(const QString& board) override { taken_ = BoardFolder(board); }
 
  private:
-  /// In the build and in the package alike the boards stand in a folder beside the program's.
+  /// In the build and in the package alike, the boards are in a folder next to the program's.
   QString BoardFolder(const QString& board) const;
 
   QString folder_;
-  QString taken_;  ///< the folder of the board that was taken
+  QString taken_;  ///< the folder of the board in use
 };
 
 class DesktopFiles final : public Files {

@@ -18,7 +18,7 @@ enum class BoxAnswer {
   Yes,
   No,
   TryAgain,   ///< "Try again", only where the question offers it
-  Simulated,  ///< "Start with the simulated board", as well
+  Simulated,  ///< "Start with the simulated board", likewise
 };
 
 struct BoxQuestion {
@@ -28,8 +28,8 @@ struct BoxQuestion {
   BoxButtons buttons = BoxButtons::Ok;
   QWidget* asker = nullptr;  ///< a widget in the asking window, whose closing cancels the box; null for the program
                              ///< itself
-  QString details = {};      ///< shown beneath the text, with "Copy details" for the clipboard; empty: none
-  std::vector<BoxAnswer> offers = {};  ///< TryAgain, Simulated: a button each beside those of `buttons`
+  QString details = {};      ///< shown below the text, with a "Copy details" button; empty: none
+  std::vector<BoxAnswer> offers = {};  ///< TryAgain, Simulated: one button each, next to those of `buttons`
 };
 
 /// A box with its own button captions.

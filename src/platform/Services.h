@@ -44,7 +44,7 @@ class Shell {
   virtual ~Shell() = default;
   /// Opens an address in the user's browser; false if the desktop cannot.
   virtual bool Open(const QString& address) = 0;
-  /// Sounds the desktop's alert, in whatever way the user has set that up.
+  /// Plays the desktop's alert sound, as the user has set it up.
   virtual void Beep() = 0;
 };
 
@@ -80,8 +80,8 @@ class Library {
 
 struct LoadedLibrary {
   std::shared_ptr<Library> library;  ///< null if loading failed
-  QString error;      ///< why, with the loader's own words; contains "File not found" when no such file is in reach
-  QString file = {};  ///< what was loaded, with its path; or else the name that was looked for
+  QString error;                     ///< the loader's own words; contains "File not found" when there is no such file
+  QString file = {};  ///< the file that was loaded, with its path; otherwise the name that was looked for
 };
 
 class Libraries {
@@ -89,11 +89,11 @@ class Libraries {
   virtual ~Libraries() = default;
   /// Loads a library by its bare name ("smbus") from the executable's folder, or else from the loader's search path.
   virtual LoadedLibrary Load(const QString& name) = 0;
-  /// Where Load looks, in its order: folders, and words for what the system's loader searches besides.
+  /// Where Load looks, in its order: folders, and a description of what the system's loader searches as well.
   virtual QStringList Places() const = 0;
-  /// Whether the libraries of a board ("simulated") have come with the program and have not been taken yet.
+  /// Whether the program brings the libraries of a board ("simulated") and does not use them yet.
   virtual bool HasBoard(const QString& board) const = 0;
-  /// From now on Load takes the libraries of that board and no others.
+  /// From now on Load uses the libraries of that board and no others.
   virtual void TakeBoard(const QString& board) = 0;
 };
 
