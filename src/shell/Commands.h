@@ -10,8 +10,8 @@ struct Menu {
   const char* caption;
 };
 
-/// A menu entry that opens a window. An entry without one does what frmMain gives it. Those of the window menu stand
-/// at its end.
+/// A menu entry. It opens its window, or does what frmMain defines when it has none. The entries of the window menu
+/// come last.
 struct MenuEntry {
   const char* menu;     ///< the menu that contains it; empty for the menu bar itself
   const char* name;     ///< objectName of its action, for example "mnuSave"

@@ -70,7 +70,7 @@ void AwaitEndOrders(platform::Process& process) {
                        platform::Guarded([&process] { EndInOrder(process); })});
 }
 
-/// Everything up to polling, once.
+/// One pass of the start, up to polling.
 void Start(platform::Services& services) {
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
@@ -95,7 +95,7 @@ void Start(platform::Services& services) {
   MainForm->show();
   {
     const link::UserAction action([] { return QString(); });
-    // Over a slow link this takes its time, with the main window painted.
+    // Over a slow link this takes a while, so paint the main window first.
     services.events.PumpPaint();
     InitMonitorDefaults();
     FillTables();
@@ -104,7 +104,7 @@ void Start(platform::Services& services) {
   MainForm->EnableTimer(true);
 }
 
-/// Nothing of a start that led nowhere stays.
+/// Clears everything that a failed start has left behind.
 void ForgetStart() {
   delete MainForm;
   link::Bus = {};

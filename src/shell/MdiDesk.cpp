@@ -52,7 +52,7 @@ class TitleBarStyle final : public QProxyStyle {
 /// Set on a frame that has not been placed yet; the desk does not scroll to it.
 constexpr char kOpens[] = "opens";
 
-/// Properties of a frame that was put back: the place asked for, and the one that the desk had room for.
+/// Properties of a restored frame: the place asked for, and the place that the desk had room for.
 constexpr char kAskedPlace[] = "askedPlace";
 constexpr char kGivenPlace[] = "givenPlace";
 
@@ -149,7 +149,7 @@ void MdiDesk::Tile() {
     frames.push_back(frame);
     least.push_back(frame->minimumSizeHint().expandedTo(frame->minimumSize()));
   }
-  // What was scrolled away comes back first, so that the places count from the corner that shows.
+  // Scroll back first, so that places count from the visible corner.
   for (QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()}) bar->setValue(bar->minimum());
   const std::vector<QRect> places = TileInto(maximumViewportSize(), least);
   for (std::size_t i = 0; i < frames.size(); ++i) frames[i]->setGeometry(places[i]);
@@ -169,7 +169,7 @@ void MdiDesk::resizeEvent(QResizeEvent* event) {
     if (frame->geometry() == frame->property(kGivenPlace).toRect()) {
       PutInside(*frame, asked.toRect());
     } else {
-      frame->setProperty(kAskedPlace, {});  // the user has taken it elsewhere
+      frame->setProperty(kAskedPlace, {});  // the user has moved it
     }
   }
 }

@@ -19,11 +19,11 @@ class MdiDesk final : public QMdiArea {
   /// Moves a frame fully into sight; one that is larger than the desk is placed at the top left of the visible part.
   void BringInside(QMdiSubWindow& frame);
 
-  /// Puts a frame where it stood before, inside of the desk as it is and, until the user moves it, as it will be: at
-  /// the start a maximised main window has not got its size yet.
+  /// Puts a frame back where it was, inside the desk at its current size. Until the user moves the frame, repeats that
+  /// when the desk changes size: at the start a maximised main window does not have its size yet.
   void PutBack(QMdiSubWindow& frame, const QRect& place);
 
-  /// Arranges all windows that are not minimised beside and above each other, none smaller than it can be.
+  /// Arranges all windows that are not minimised side by side and one above the other, none below its minimum size.
   void Tile();
 
  protected:

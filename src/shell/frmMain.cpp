@@ -73,7 +73,7 @@ frmMain::frmMain(platform::Services& services)
   BuildMenus();
   BuildToolBar();
   setStatusBar(status_);
-  status_->insertPermanentWidget(1, link_);  // behind the message
+  status_->insertPermanentWidget(1, link_);  // after the message
   BuildTimer();
   auto* toRead = new QShortcut(Qt::Key_F5, this);
   toRead->setAutoRepeat(false);
@@ -107,7 +107,7 @@ void frmMain::BuildMenus() {
     if (QMenu* menu = menus.value(row.menu)) {
       if (QString(row.name) == "mnuExit") menu->addSeparator();
       menu->addAction(action);
-      addAction(action);  // its key holds while the window menu is made anew, too
+      addAction(action);  // so that its key still works while the window menu is rebuilt
     } else {
       menuBar()->addAction(action);
     }
@@ -238,7 +238,7 @@ void frmMain::SaveForEnd() {
 }
 
 void frmMain::KeepLayout() {
-  // An end in the middle of it, by a failed link, must not cost the windows that have not come yet.
+  // If a failed link ends the program during the restore, the windows that are not back yet must not be lost.
   if (!unloaded_ && !restoring_ && RestoresWindows(services_.settings)) StoreLayout(*area_, services_.settings);
 }
 
@@ -246,14 +246,14 @@ void frmMain::RestoreWindows() {
   if (!RestoresWindows(services_.settings)) return;
   const std::optional<KeptLayout> layout = StoredLayout(services_.settings);
   if (!layout) return;
-  // What the start has opened by itself stays in front.
+  // A window that the start has opened by itself stays in front.
   const QMdiSubWindow* opened = area_->currentSubWindow();
   const QString front = opened != nullptr ? opened->widget()->objectName() : layout->active;
   const QScopedValueRollback restoring(restoring_, true);
   for (const KeptWindow& kept : layout->windows) {
     const auto* entry =
         std::ranges::find_if(kMenuEntries, [&](const MenuEntry& row) { return kept.name == row.window; });
-    // About is read once and closed: nobody wants it back.
+    // Nobody wants About back: it is read once and closed.
     if (entry == kMenuEntries.end() || kept.name == "frmAbout") continue;
     if (!findChild<QAction*>(entry->name)->isEnabled()) continue;
     windows::ChildWindow* window = OpenWindow(kept.name);
@@ -332,7 +332,7 @@ void frmMain::MarkAlerts(const QString& window, int count) {
     if (action == nullptr) continue;
     const QIcon icon = ToolIcon(row.key);
     action->setIcon(count > 0 ? widgets::WithBadge(icon, count) : icon);
-    // Behind the button's own text, which tells what it opens.
+    // Appended to the button's own text, which says what it opens.
     const QString alerts = count == 1 ? "1 alert" : QString("%1 alerts").arg(count);
     action->setToolTip(count > 0 ? row.toolTip + (": " + alerts) : row.toolTip);
     auto* button = findChild<QToolBar*>("tbToolBar")->widgetForAction(action);
@@ -371,7 +371,7 @@ void frmMain::ShowLink() {
   link_->Look(services_.clock.Now());
   const QString before = std::exchange(notice_, link_->Notice());
   if (before != notice_ && !before.isEmpty() && status_->currentMessage() == before) status_->clearMessage();
-  // It stands for as long as it holds: what passes over it, as a message of some seconds, gives way to it again.
+  // The notice shows for as long as it holds. A message of a few seconds replaces it only for that time.
   if (!notice_.isEmpty() && status_->currentMessage().isEmpty()) status_->showMessage(notice_);
 }
 

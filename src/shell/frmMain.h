@@ -33,8 +33,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   frmMain(const frmMain&) = delete;
   frmMain& operator=(const frmMain&) = delete;
 
-  /// Places the window and finds the chips, with the splash showing the way. Ends the program when there is no chip,
-  /// unless the user starts it over.
+  /// Places the window and finds the chips, with the splash showing the progress. Ends the program when there is no
+  /// chip, unless the user starts over.
   void Form_Load(frmSplash& splash);
 
   /// Stores the placement, unless the window is minimised. Runs once, however the program ends.
@@ -43,8 +43,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   /// What can be done before an end that may still be cancelled: writes waiting lines and stores the placement.
   void SaveForEnd();
 
-  /// Opens the windows that stood there at the last end, if the user wants that, in the order in which they were opened
-  /// then; one whose menu entry is disabled, or that stands here no more, is left out.
+  /// Reopens the windows that were open when the program last ended, in the order in which they were opened, if the
+  /// user wants that. Skips windows whose menu entry is disabled or no longer exists.
   void RestoreWindows();
 
   /// True once the window has run its closing step.
@@ -81,7 +81,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   /// Work that every orderly end must finish: closing, "Exit", a failed link.
   void FinishWork();
   void mnuExit_Click();
-  /// Opens the guide where it tells of the window in use.
+  /// Opens the guide at the section for the window in use.
   void OpenGuide();
   void tbToolBar_ButtonClick(const QString& key);
   void cmbDevices_Click();
@@ -89,7 +89,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void ShowOrigins();
   void ReadActiveWindowAgain();
   void tmrMaster_Timer();
-  /// What the status bar says of the link, without a transfer.
+  /// Updates what the status bar shows of the link, without a transfer.
   void ShowLink();
 
   platform::Services& services_;
@@ -99,7 +99,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   MdiDesk* area_;
   StatusBar* status_;
   LinkPanel* link_;
-  QString notice_;  ///< of the link, as the status bar shows it
+  QString notice_;  ///< the link's notice, as the status bar shows it
   std::unique_ptr<WaitingSigns> waiting_;
   QMenu* mnuWindow_ = nullptr;
   QComboBox* cmbDevices_ = nullptr;

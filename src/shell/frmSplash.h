@@ -13,7 +13,7 @@ class frmSplash final : public QWidget {
  public:
   frmSplash();
 
-  /// What the link being searched talks to; nothing is shown of an empty name.
+  /// Shows the board that the searched link talks to; nothing for an empty name.
   void SetBoard(const QString& name);
 
   /// Shows the current step.

@@ -19,7 +19,7 @@ inline QColor Blend(const QColor& a, const QColor& b, double share) {
   return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()), mix(a.blueF(), b.blueF()));
 }
 
-/// How bright a colour looks, 0 to 1.
+/// Relative luminance of a colour, 0 to 1.
 inline double Luminance(const QColor& colour) {
   const auto linear = [](float part) {
     const double share = static_cast<double>(part);
@@ -28,7 +28,7 @@ inline double Luminance(const QColor& colour) {
   return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
 }
 
-/// How far two colours stand out from each other: 1 for none to 21 for black from white.
+/// Contrast of two colours: from 1 for none to 21 for black and white.
 inline double Contrast(const QColor& a, const QColor& b) {
   const auto [less, more] = std::minmax({Luminance(a), Luminance(b)});
   return (more + 0.05) / (less + 0.05);

@@ -25,7 +25,7 @@ class GSlider : public QWidget {
   double Value() const { return value_; }
   /// Clamped to 0 to 100; NaN is ignored. Fractions are kept; the user sets whole percents.
   void SetValue(double value);
-  /// The value is an old one: groove and number are pale.
+  /// Whether the value is old: groove and number are then pale.
   bool Stale() const { return stale_; }
   void SetStale(bool stale);
   int Index() const { return index_; }

@@ -61,7 +61,7 @@ class LGauge : public QWidget {
   void SetPointerIndex(int index) { pointerIndex_ = index; }
   void SetPointerValue(double value);
   void SetCaption(const QString& text);
-  /// The reading is an old one: hand and caption are grey. The caption is to say how old.
+  /// Whether the reading is old: hand and caption are then grey. The caption should say how old.
   bool Stale() const { return stale_; }
   void SetStale(bool stale);
   /// Sets the values that the keys move a slider to, in ascending order, including its present value: arrow keys move

@@ -30,7 +30,7 @@ QColor Ink(const QPalette& palette) {
   return palette.color(QPalette::Text);
 }
 
-/// Of an old reading's caption: paler than a live one, and still to be read.
+/// For an old reading's caption: paler than a live one, but still readable.
 constexpr double kPale = 0.35;
 
 QColor Plate(const QPalette& palette) {

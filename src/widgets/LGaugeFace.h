@@ -60,7 +60,7 @@ class DialPainter {
   void ValueTag(SliderKind kind, const QString& text);
 
   static QColor SliderColour(SliderKind kind, const QPalette& palette);
-  /// Of the band, of the hand while it is live, and while it is not.
+  /// The colours of the band, of a live hand, and of a stale one.
   static std::array<QColor, 3> ShapeColours(const QPalette& palette);
 
  private:

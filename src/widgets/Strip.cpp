@@ -57,7 +57,7 @@ Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   p_->bar = new StripBar(*this);
   connect(&Frames(), &QTimer::timeout, this, [this] {
-    // New values leave the title's row as it is, and the buttons in it.
+    // New values do not change the title's row or the buttons in it.
     const int top = p_->painter.Layout().plot.top() - 1;
     if (std::exchange(p_->waiting, false)) update(0, top, width(), height() - top);
   });

@@ -37,14 +37,14 @@ class Strip : public StripState {
   Q_INVOKABLE void PlotValue(int trace, double value);
 
   Q_INVOKABLE void GoLive();
-  /// Holds a time chart where it is, or lets it go live again.
+  /// Stops a time chart where it is, or makes it live again.
   Q_INVOKABLE void ToggleHold();
   Q_INVOKABLE void ResetRanges();
   Q_INVOKABLE void FitAxis(int axis);
   void FitAll();
   void OpenMenu(QPoint globalAt);
 
-  /// The chart as it stands, without the cursor; a caption is a line beneath it.
+  /// The chart as it is now, without the cursor; a caption becomes a line below it.
   Q_INVOKABLE QImage Picture(const QString& caption = {});
   Q_INVOKABLE QByteArray PictureSvg(const QString& caption = {}) const;
   Q_INVOKABLE QString VisibleData() const;

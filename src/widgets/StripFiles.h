@@ -25,7 +25,7 @@ class StripFiles {
   void AskAndSave(File kind);
 
  private:
-  /// What stands beneath a picture taken now.
+  /// The caption for a picture taken now.
   QString Caption() const { return outlets_->dataSource ? outlets_->dataSource() : QString(); }
 
   Strip& strip_;

@@ -74,7 +74,8 @@ void StripFurniture::Still(QSize size, bool handles, bool paper) {
 }
 
 void StripFurniture::Scales() {
-  // Up to the zones' frames, and half a line beyond the plot, where the outermost numbers reach.
+  // Up to the frames of the zones, and half a line above and below the plot, because the outermost numbers extend that
+  // far.
   const int half = text_.Height() / 2 + 1;
   const QRect beside(QPoint(0, layout_.plot.top() - half),
                      QPoint(layout_.plot.left() - 2, layout_.plot.bottom() + half));
@@ -193,8 +194,8 @@ void StripFurniture::Samples() {
   }
 }
 
-// The value first: where the row is short of room, the difference to the second cursor takes a line of its own if the
-// row is high enough, else the value's place; and the name is cut.
+// The value has priority. When the row is too narrow, the difference to the second cursor gets its own line if the row
+// is high enough, and otherwise replaces the value. The name is cut.
 void StripFurniture::Reading(const StripLayout::LegendRow& row) {
   const StripReadout::Line* read = readout_->Of(row.trace);
   const QRect room = row.rect.adjusted(kLegendSample, 0, 0, 0);

@@ -35,7 +35,7 @@ class StripInput {
   void FitAll();
   void Reset();
   void GoLive();
-  /// Holds a time chart's window where it is, and lets it go live again.
+  /// Stops a time chart's window where it is, or makes it live again.
   void ToggleHold();
 
   Qt::CursorShape Shape() const;

@@ -18,7 +18,7 @@ bool InLegend(const StripLabel& label) {
   return label.slot != 0 && label.place == StripPlace::Legend;
 }
 
-/// The traces that have a name but no row of the legend: the cursor's values of theirs get one.
+/// The traces with a name but without a row in the legend: they get a row for the cursor's values.
 std::vector<int> TracesBeside(const StripScene& scene) {
   std::vector<int> traces;
   for (int t = 0; t < static_cast<int>(scene.traces.size()); ++t) {

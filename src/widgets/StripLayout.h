@@ -16,7 +16,7 @@ namespace zth::widgets {
 class StripLayout {
  public:
   struct LegendRow {
-    int label;  ///< index into StripScene::labels; -1 for a row that shows what the cursor reads alone
+    int label;  ///< index into StripScene::labels; -1 for a row that shows cursor values only
     int trace;  ///< -1 for none
     QRect rect;
   };

@@ -26,7 +26,8 @@ struct StripOutlets {
   platform::Files& files;
   platform::Clipboard& clipboard;
   QString start;  ///< initial folder of a dialog
-  /// Where the data come from, as it is written beneath a picture when that is taken. Empty, or an empty text: nothing.
+  /// Returns the source of the data, to be written below a picture when it is taken. Nothing is written when this is
+  /// not set or returns an empty text.
   std::function<QString()> dataSource;
 };
 

@@ -86,7 +86,7 @@ void StripPainter::PaintStill(const StripScene& scene, QSize size, double ratio,
   canvas_.setDevicePixelRatio(ratio);
   QPainter still(&canvas_);
   StripFurniture furniture(SheetOf(still, scene, colours));
-  // A zoom of Y leaves everything but the numbers beside the zones; an X-Y chart's grid lies on the image as well.
+  // A zoom of Y changes only the numbers beside the zones. In an X-Y chart the grid is on the image too.
   all || scene.IsXY() ? furniture.Still(size, true, scene.IsXY()) : furniture.Scales();
   key_ = std::move(key);
   ranges_ = std::move(ranges);
@@ -121,7 +121,7 @@ void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize
   PaintLive(sheet, overlay);
 }
 
-// What changes with every sample, and what the user has over it.
+// Draws what changes with every sample, and the overlay.
 void StripPainter::PaintLive(const StripSheet& sheet, bool overlay) {
   std::optional<StripReadout> readout;
   if (overlay && sheet.scene.overlay.cursor) readout = ReadUnderCursor(sheet.scene, sheet.layout);

@@ -22,7 +22,7 @@ struct Strip::Private {
   StripPainter painter;
   StripInput input;
   StripFeed feed;
-  StripBar* bar = nullptr;  ///< a child of the strip
+  StripBar* bar = nullptr;  ///< owned by the strip, as its child
   double tellNext = 0;      ///< clock time of the next report to a screen reader
   bool waiting = false;     ///< something changed since the last frame
 };

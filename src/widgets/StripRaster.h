@@ -35,9 +35,10 @@ struct RasterLine {
 void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> columns, double low, double high,
                  const RasterLine& line);
 
-/// Copies `row`, as wide as the area, into the rows from `top` to below `bottom` that the area has, from a column on.
+/// Copies `row`, which is as wide as the area, into the rows from `top` up to but not including `bottom`, as far as
+/// they are in the area, starting at column `from`.
 void CopyRows(const RasterArea& area, int top, int bottom, int from, std::span<const QRgb> row);
-/// Fills some columns.
+/// Fills columns over the full height.
 void DrawColumn(const RasterArea& area, int column, int thickness, QRgb colour);
 
 /// Moves the area's contents to the left; the columns at the right end are not changed.

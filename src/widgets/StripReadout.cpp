@@ -52,7 +52,8 @@ QString ExactText(double value) {
   return QString::fromStdString(base::GeneralText(static_cast<float>(value)));
 }
 
-// Rows of this height take the start range: what it makes of the decimals is the finest that the legend has room for.
+// Height in pixels to which the start range is scaled for the number of decimals: the finest that the legend has room
+// for.
 constexpr int kUsualZone = 400;
 
 int DecimalsOf(double perPixel) {

@@ -10,7 +10,7 @@ namespace zth::widgets {
 
 class StripLayout;
 
-/// What the cursor reads: where it stands, and a line for every shown trace under it.
+/// The cursor's reading: its position, and a line for each visible trace at that position.
 struct StripReadout {
   struct Line {
     int trace;
@@ -22,14 +22,14 @@ struct StripReadout {
   QString headingDifference;
   std::vector<Line> lines;
 
-  /// Null when nothing is read of that trace.
+  /// Null when the trace has no reading.
   const Line* Of(int trace) const;
 };
 
 /// Reads the scene at its cursor, which must exist.
 StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout);
 
-/// As long a value as the trace's start range has, as the cursor would show it.
+/// The longest value in the trace's start range, as the cursor would show it.
 QString WidestReading(const StripScene& scene, int trace);
 
 /// The latest values in one sentence, for users who cannot see the picture: "Temperature (°C): Local 25.25, Remote1

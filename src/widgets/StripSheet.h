@@ -19,7 +19,7 @@ struct StripSheet {
   const StripColours& colours;
   StripText& text;
   StripText& bold;
-  const StripReadout* readout = nullptr;  ///< while there is a cursor
+  const StripReadout* readout = nullptr;  ///< set while there is a cursor
 };
 
 }  // namespace zth::widgets

@@ -27,7 +27,7 @@ class StripView {
   bool Held() const { return held_; }
   /// Sets the newest sample's x: a live window follows it once it has reached the right edge.
   void Advance(double newestX);
-  /// Stays where it is until it goes live, its right edge at the live one or not.
+  /// Stops the window until GoLive, even when its right edge is at the newest sample.
   void Hold();
   /// Follows the newest sample again, with the present width; an X-Y chart returns to its start window.
   void GoLive();
@@ -65,7 +65,7 @@ class StripView {
   double xSpan_;
   double newest_;
   bool held_ = false;
-  bool pinned_ = false;  ///< held by Hold, not for its place
+  bool pinned_ = false;  ///< held by Hold, not because it was moved
 };
 
 }  // namespace zth::widgets

@@ -18,7 +18,7 @@ class Toggle : public QWidget {
   bool Value() const { return value_; }
   void SetValue(bool value);
 
-  /// The state is an old one, since it could not be read: the lamp is grey and has a question mark, in the shape of
+  /// Whether the state is old because it could not be read. The lamp is then grey with a question mark, in the shape of
   /// its state.
   bool Stale() const { return stale_; }
   void SetStale(bool stale);
@@ -26,7 +26,7 @@ class Toggle : public QWidget {
   /// False if the lamp itself was hidden, regardless of its window. A hidden lamp keeps its place in a layout.
   bool Visible() const;
 
-  /// "alert" or "no alert"; behind an old one ", not read".
+  /// "alert" or "no alert"; followed by ", not read" when stale.
   QString StateText() const;
 
   QSize sizeHint() const override;

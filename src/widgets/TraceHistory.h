@@ -39,8 +39,8 @@ class TraceHistory {
 
   TraceHistory();
 
-  /// Adds the newest sample. An x that is not finite is not taken; an x before the newest one counts as the newest. NaN
-  /// as y is a gap: the line ends there, and is not drawn across it in any summary either.
+  /// Adds the newest sample. A sample whose x is not finite is ignored; an x before the newest one is raised to the
+  /// newest. A y of NaN is a gap: the line ends there, and no summary draws across it.
   void Append(double x, double y);
   void Clear();
 
@@ -58,8 +58,9 @@ class TraceHistory {
   /// The sample or summary nearest to x; nothing if x is left of the oldest or right of the newest.
   std::optional<Reading> At(double x) const;
 
-  /// Everything from x0 to x1, oldest first: all samples of the recent past, NaN for a gap; of a summary its ends, the
-  /// lowest value at its begin and the highest at its end, and NaN between them when values were lost there.
+  /// Everything from x0 to x1, oldest first. For the recent past these are all samples, with NaN for a gap. For a
+  /// summary they are its lowest value at its start and its highest at its end, with NaN between them when values were
+  /// lost there.
   std::vector<Point> Points(double x0, double x1) const;
 
   /// The memory that the samples use.
@@ -80,15 +81,15 @@ class TraceHistory {
     double First() const { return x; }
     double Last() const { return x; }
   };
-  /// min is NaN when no value of the stretch is a number. The ends are those of its numbers, if it has any.
+  /// min is NaN when the stretch contains no number. first and span cover its numbers, if it has any.
   struct Summary {
     double first;
-    float span;  ///< to the last one; never short of it
+    float span;  ///< distance to the last one, never rounded down
     float min, max;
-    bool broken;  ///< it has numbers, and values were lost among them or beside them
+    bool broken;  ///< it has numbers, and values were lost among them or next to them
     double First() const { return first; }
     double Last() const { return first + static_cast<double>(span); }
-    /// Takes in the entry that follows.
+    /// Merges the entry that follows.
     void Take(const Summary& entry);
   };
   static_assert(sizeof(Summary) == 24, "a day of all charts has its room");
