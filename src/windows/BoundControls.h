@@ -38,8 +38,8 @@ class BoundControls final : public QObject {
   /// Performs the reads in order and sets the controls of the registers read, in table order. Setting a control runs
   /// its handlers. All controls count as applied afterwards.
   void Load(std::span<const ReadStep> reads);
-  /// The same again and again in a window that has been loaded: a read that fails, as far as the link's library tells,
-  /// leaves its controls as they are. False when there was one.
+  /// Repeats the reads in a window that has been loaded. When the link's library reports that a read failed, that
+  /// read's controls stay as they are. False when a read failed.
   bool Refresh(std::span<const ReadStep> reads);
 
   /// Performs the writes in order. The controls of the written registers count as applied afterwards.

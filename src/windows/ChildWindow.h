@@ -30,7 +30,7 @@ class ChildWindow : public QWidget {
   virtual void Form_Load() = 0;
   virtual void Form_Unload() {}
 
-  /// The title, without what stands behind it at times.
+  /// The title, without notes appended to it.
   QString Caption() const { return caption_.trimmed(); }
 
   /// Runs Form_Load and records the chip that was read.
@@ -45,7 +45,7 @@ class ChildWindow : public QWidget {
   /// anything that may change that. Does not access the chip.
   void ShowOrigin();
 
-  /// The size that its frame opens with on a desk of that size; invalid for its own.
+  /// The size with which its frame opens on a desk of that size; invalid for the window's own size.
   virtual QSize OpeningSize(const QSize& /*desk*/) const { return {}; }
 
   /// Closes the window.
@@ -68,9 +68,9 @@ class ChildWindow : public QWidget {
   virtual bool HoldsChanges() const { return false; }
   /// Load, but keeps the user's choice of what to view, and controls that change write nothing.
   virtual void Reread() { Load(); }
-  /// Something has just been read from the chip in use, past Load; `isUnread`: with a failed transfer.
+  /// Records that something has just been read from the chip in use, outside Load. `isUnread`: a transfer failed.
   void NoteOrigin(bool isUnread = false);
-  /// A transfer failed as the window was read last, as far as the link's library tells.
+  /// Whether a transfer failed in the latest read of the window, as far as the link's library reports failures.
   bool IsUnread() const { return isUnread_; }
   bool IsOfOtherChip() const { return origin_.IsOther(); }
   /// For a window without a layout: places the bar at the top and returns the height it takes.
@@ -79,7 +79,8 @@ class ChildWindow : public QWidget {
   virtual void BarChanged() {}
   /// Called when another chip is in use than at the last check, or after the window has been read.
   virtual void OriginChanged() {}
-  /// What stands behind the title, " (read from 58h on USB)"; empty while all is of the chip in use and was read well.
+  /// The note after the title, for example " (read from 58h on USB)"; empty when everything was read from the chip in
+  /// use without a failure.
   QString OriginNote() const {
     const QString note = origin_.TitleNote();
     return note.isEmpty() && isUnread_ ? " (not read in full)" : note;

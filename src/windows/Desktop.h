@@ -26,7 +26,7 @@ class Desktop {
   /// Shows a temporary message over the status bar's first panel for some seconds.
   virtual void Tell(const QString& text) = 0;
 
-  /// Marks the tool bar's button of a window with how many red lamps that window has; 0 takes the mark away.
+  /// Marks a window's tool bar button with the number of red lamps in that window; 0 removes the mark.
   virtual void MarkAlerts(const QString& window, int count) = 0;
 
   /// Switches the master timer on or off. After the main window has closed, it stays off.

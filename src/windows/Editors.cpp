@@ -126,7 +126,7 @@ QString CaptionOf(const Binding& row) {
 }
 
 QString PlaceOf(const Binding& row) {
-  return PlaceOf(row.reg, row.bits);  // every row has a name: IsSound and _reg see to that
+  return PlaceOf(row.reg, row.bits);  // every row has a name: IsSound and _reg ensure that
 }
 
 QString PlaceOf(int reg, const base::BitField& field) {

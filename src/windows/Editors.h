@@ -21,7 +21,7 @@ QString CaptionOf(const Binding& row);
 
 /// The place of a row's bits for its tool tip: "0x0D bit 0, THERM Configuration", "0x21 bits 7:5, PWM1 Config".
 QString PlaceOf(const Binding& row);
-/// The same of bits of a register that has a name.
+/// The same for bits of a register that has a name.
 QString PlaceOf(int reg, const base::BitField& field);
 
 /// The control of a row of any kind: a check or option button, a list, a text box. To add a kind, add a class in

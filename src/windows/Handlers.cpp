@@ -65,7 +65,7 @@ class WheelFilter final : public QObject {
   Wheel wheel_;
 };
 
-/// The caption of the window that a control stands in; empty for one beside the windows.
+/// The caption of the window that contains a control; empty for a control outside such windows.
 QString CaptionAround(const QWidget* control) {
   for (; control != nullptr; control = control->parentWidget()) {
     if (const auto* window = qobject_cast<const ChildWindow*>(control)) return window->Caption();

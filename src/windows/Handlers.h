@@ -21,8 +21,8 @@ enum class Wheel { Never, WithFocus };
 /// Applies that limit to a control, and prevents the wheel from giving it the focus.
 void LimitWheel(QWidget& control, Wheel wheel);
 
-/// `handler` as an action of the user in the window of `control`: says what he waits for where that takes long, and
-/// lets no end of the process through.
+/// Runs `handler` as an action of the user in the window of `control`: shows the signs of waiting when it takes long,
+/// and keeps the exception that ends the process from leaving the handler.
 Handler ByUser(QWidget& control, Handler handler);
 
 /// A push button: every press.

@@ -13,7 +13,7 @@ class QWidget;
 /// does not change.
 namespace zth::windows {
 
-/// The accent colour of what is pending, or the warning colour of what is odd, for texts on the ground of `palette`.
+/// The accent colour for pending values, or the warning colour for odd ones, for text on the background of `palette`.
 QColor MarkColour(const QPalette& palette, bool odd);
 
 /// Bold in the accent colour if `pending`, in the warning colour if `odd`, plain if neither. The colours suit the

@@ -176,7 +176,7 @@ void frmGPIO::UpdateGPIOStatus() {
   bool read = true;
   {
     const QScopedValueRollback refreshing(refreshing_, true);
-    // As the window opens there is nothing yet that could stay.
+    // While the window opens there is no older state that could stay.
     if (loaded_) {
       read = controls_->Refresh(kPinReads);
     } else {

@@ -76,7 +76,7 @@ std::string BuildLogLine() {
   for (std::size_t row = 0; row < chip::Model.LogChannelTable.size(); ++row) {
     const chip::LogChannel& channel = chip::Model.LogChannelTable[row];
     if (channel.Selected != 1.0F) continue;
-    // A value that could not be read leaves its field empty: a log holds no number twice that was measured once.
+    // A value that could not be read gives an empty field: the log never repeats a measurement.
     line += chip::IsStale(chip::GroupOfLogRow(row)) ? "," : base::GeneralText(channel.Value) + " ,";
   }
   return line;

@@ -15,8 +15,8 @@ namespace zth::windows {
 /// lost and counted.
 inline constexpr std::int64_t kMostWaitingLines = 100'000;
 
-/// The next data line, without its end, from `LogChannelTable`, `LogSampleCount` and `LogPeriodMs` alone. The field of
-/// a stale value is empty.
+/// The next data line, without its line end, made only from `LogChannelTable`, `LogSampleCount` and `LogPeriodMs`. The
+/// field of a stale value is empty.
 std::string BuildLogLine();
 
 /// Writes the head of a log to `LogFileName`: an empty line, the title, an empty line and `header`. False on failure;

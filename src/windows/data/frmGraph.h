@@ -25,7 +25,7 @@ class frmGraph final : public ChildWindow {
   const Graphs& Charts() const { return stpGraph_; }
 
   QSize sizeHint() const override;
-  /// Two thirds of the desk, so that a minute of twelve traces can be read.
+  /// Two thirds of the desk, so that one minute of twelve traces is readable.
   QSize OpeningSize(const QSize& desk) const override { return (desk * 2 / 3).expandedTo(sizeHint()).boundedTo(desk); }
   QSize minimumSizeHint() const override;
 

@@ -60,7 +60,7 @@ widgets::StripSetup CurveChart() {
   for (int s = 0; s < 4; ++s) {
     setup.labels.push_back({.slot = s + 1, .text = chip::kTemperatureNames[static_cast<std::size_t>(s)], .trace = s});
   }
-  // What the vertical axis counts, in the corner, as the units of the other charts stand.
+  // The unit of the vertical axis, in the corner, as in the other charts.
   setup.labels.push_back({.slot = kCurveUnitSlot,
                           .text = "Duty, %",
                           .place = StripPlace::Free,

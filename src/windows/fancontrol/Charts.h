@@ -9,7 +9,7 @@ namespace zth::windows {
 /// curves, and from kTrailTrace on the trails of the dots, four sources for each age, newest first.
 widgets::StripSetup CurveChart();
 
-/// The label slot of the duty axis' unit, behind those of the legend.
+/// The label slot for the unit of the duty axis, after the slots of the legend.
 inline constexpr int kCurveUnitSlot = 6;
 
 inline constexpr int kDotTrace = 4;

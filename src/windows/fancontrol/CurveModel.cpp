@@ -103,12 +103,12 @@ CurveModel BuildCurveModel(const CurveTexts& texts) {
 }
 
 int DrawnApart(const std::string& trange, int minDuty, int maxDuty) {
-  // The items tell thirds of a degree by one digit.
+  // The items show thirds of a degree with one decimal.
   const double chip = std::round(base::LeadingDecimal(trange) * 6) / 6;
   const double drawn = WholeNumber(trange);
   const double rise = maxDuty - minDuty;
   if (rise <= 0 || drawn <= 0 || chip == drawn) return 0;
-  // The two part up to where the steeper one ends.
+  // The distance is largest where the steeper line ends.
   const double share = 1 - std::min(chip, drawn) / std::max(chip, drawn);
   return base::RoundToInt(rise * share * 255 / 100);
 }

@@ -75,9 +75,9 @@ struct CurveModel {
 /// Remote1 and Remote2 is the polled value, since the chip may change it itself.
 CurveModel BuildCurveModel(const CurveTexts& texts);
 
-/// How far, in steps of 1 / 255 of the duty, the line that is drawn for an item of kTrangeItems gets from the duty that
-/// the chip gives, at the worst on the way up from `minDuty` to `maxDuty` percent: the line goes by whole degrees. 0
-/// for a whole item, whose line is the chip's.
+/// The largest distance, in steps of 1 / 255 of the duty, between the drawn line for an item of kTrangeItems and the
+/// chip's duty, on the way up from `minDuty` to `maxDuty` percent. They differ because the line uses whole degrees. 0
+/// for an item of whole degrees.
 int DrawnApart(const std::string& trange, int minDuty, int maxDuty);
 
 /// Returned by EffectiveThermLimit if no THERM option is on.

@@ -81,7 +81,7 @@ void CurveView::DrawWithDots(bool ready) {
 }
 
 std::vector<DotTrail::Dot> CurveView::DotsNow() const {
-  // A dot says where the fan is now; nothing does while one of its two values is old.
+  // A dot shows the fan's present state; there is none while one of its two values is stale.
   if (chip::IsStale(chip::kTemperatureGroup) || chip::IsStale(chip::kPwmGroup)) return {};
   const double now = services_.clock.Now();
   const double duty = chip::Model.Measurements.PwmPercent[static_cast<std::size_t>(pwm_)];

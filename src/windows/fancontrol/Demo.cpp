@@ -120,7 +120,7 @@ void SetUpDemo() {
 
 void AdjustForDemo(int phase, platform::Services& services) {
   if (!Shared.DemoRunning || link::ChipInUse() != Shared.DemoChip) return;
-  // A stale group holds what has been lifted already.
+  // A stale group keeps its old values, which have been lifted already.
   if (chip::IsStale(phase + 1)) return;
   chip::MeasurementSet& live = chip::Model.Measurements;
   if (phase == kTemperaturePhase) live.Temperature[kRemote2] += static_cast<float>(kLift);

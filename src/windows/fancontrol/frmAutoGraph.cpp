@@ -143,7 +143,7 @@ void frmAutoGraph::LineUp() {
     if (grid == nullptr || grid->columnCount() < 2) continue;
     grids << grid;
     for (int line = 0; line < grid->rowCount(); ++line) {
-      // A check box spans both columns: only a field tells how wide theirs is.
+      // A check box spans both columns, so only fields count for the width of the second one.
       const QLayoutItem* label = grid->itemAtPosition(line, 0);
       const QLayoutItem* field = grid->itemAtPosition(line, 1);
       if (field != nullptr && field != label) column = std::max(column, field->minimumSize().width());

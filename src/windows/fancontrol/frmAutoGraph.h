@@ -32,9 +32,9 @@ class frmAutoGraph final : public LiveWindow {
   QTabWidget* MakeTabs(const char* name);
   QWidget* MakePage(std::span<const Binding> rows);
 
-  /// Boxes of one width, which begin at one place in the frame and on all pages.
+  /// Gives all boxes the same width and left edge, in the frame and on all pages.
   void LineUp();
-  /// Says at each Trange whose line is not quite the chip's how far the two part.
+  /// Adds a tool tip to each Trange whose drawn line differs from the chip's, with the difference.
   void ShowTrangeTips(const CurveModel& model);
   void BuildModel();
   void DrawCurve() { view_->Draw(Ready()); }

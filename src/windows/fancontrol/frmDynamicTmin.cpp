@@ -91,7 +91,7 @@ void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double va
 void frmDynamicTmin::SetDutyLegend() {
   const link::FailureWatch watch;
   const auto configs = link::ReadBlock<4>("PWM1 Config"_reg);
-  // Behind a failed transfer the list stays: 0xFF would say that no fan is under control.
+  // After a failed transfer the list stays: 0xFF would mean that no fan is under control.
   if (!watch.Failed()) configs_ = configs;
   const auto lists = ListDutyTraces(configs_);
   for (int channel = 0; channel < kRemotes; ++channel) {

@@ -38,7 +38,7 @@ class frmDynamicTmin final : public LiveWindow {
 
   void ShowRemote1Available(bool available);
   void PlotChannel(int channel);
-  /// In the chart's title, while values of it are stale.
+  /// Shows the age of stale values in the chart's title.
   static void ShowAges(widgets::Strip& strip, int channel);
   void PlaceTraceLabel(widgets::Strip& strip, int label, double value);
   void SetDutyLegend();
@@ -51,7 +51,7 @@ class frmDynamicTmin final : public LiveWindow {
   QTabWidget* SSTab1_ = nullptr;
   QPushButton* cmdDemo_ = nullptr;
   std::array<widgets::Strip*, 2> Strip2_{};
-  std::array<std::uint8_t, 4> configs_{};  ///< of the PWMs, as they were last read well
+  std::array<std::uint8_t, 4> configs_{};  ///< of the PWMs, from the last good read
 };
 
 }  // namespace zth::windows

@@ -93,7 +93,7 @@ QGroupBox* frmManualControl::MakeFrame() {
     grid->addWidget(slider, pwm, 1);
     grid->addWidget(state, pwm, 2);
   }
-  // Its line is there whether it says something or not, so that nothing moves.
+  // Its line is always there, even when empty, so that nothing moves.
   lblStale_ = new QLabel(frame);
   lblStale_->setObjectName("lblStale");
   grid->addWidget(lblStale_, chip::kPwmChannels, 1);

@@ -123,7 +123,8 @@ void AlertTable::SetLive(int row, bool live) {
   controls.label->setEnabled(live);
   if (controls.mask != nullptr) controls.mask->setEnabled(live);
   controls.lamp->setVisible(live);
-  // A channel that goes has not been cleared: the list is silent, and a lamp that comes back is read as at first.
+  // A channel that is no longer there is not a cleared alert, so no event is entered. If its lamp comes back, its next
+  // value counts as the first.
   if (!live) controls.alert.reset();
 }
 

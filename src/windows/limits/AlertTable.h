@@ -29,13 +29,13 @@ class AlertTable final : public QWidget {
   /// Sets the check boxes of the rows masked in `reg` from its value. A box that changes runs its handler, which writes
   /// back the bit just read.
   void ShowMasks(int reg, int value);
-  /// Sets the lamps of the rows whose status stands in `reg` from its value, and tells of those that show and turn. The
-  /// first value of a lamp tells of it if it is red. Without a value, since its read failed, they keep their state and
-  /// are marked as stale.
+  /// Sets the lamps of the rows whose status is in `reg`, and reports visible lamps that change. The first value of a
+  /// lamp is reported if it is red. Without a value, because the read failed, lamps keep their state and are marked as
+  /// stale.
   void ShowStatus(int reg, std::optional<int> value);
-  /// The next value of each lamp counts as its first: it is of another chip.
+  /// Treats the next value of each lamp as its first, because it comes from another chip.
   void ForgetStatus();
-  /// The channels whose lamps show and are red.
+  /// The channels with visible red lamps.
   QStringList Alerts() const;
   QString Channel(int row) const;
 
@@ -56,7 +56,7 @@ class AlertTable final : public QWidget {
     QLabel* label;
     QCheckBox* mask;  ///< null if there is no mask
     widgets::Toggle* lamp;
-    std::optional<bool> alert;  ///< what the lamp tells; nothing while it does not show or has not been read
+    std::optional<bool> alert;  ///< the lamp's state; nothing while it is hidden or has not been read
   };
   void AddHeading(const AlertHeading& heading, int column, QGridLayout& grid);
   void AddRow(int row, QGridLayout& grid);

@@ -22,14 +22,15 @@ constexpr std::array kStatusRegisters{
     "Thermal Status 1,BMC"_reg, "Thermal Status 2,BMC"_reg, "Thermal Status 3,Host"_reg, "Voltage Status 1,BMC"_reg,
     "Voltage Status 2,BMC"_reg, "Fan Status,BMC"_reg,       "Digital Status,BMC"_reg};
 
-/// Nothing when the transfer failed, as far as the link's library tells.
+/// Nothing when the transfer failed, as far as the link's library reports failures.
 std::optional<int> Read(int reg) {
   const link::FailureWatch watch;
   const int value = link::ReadRegister(link::Bus.DeviceAddress, reg);
   return watch.Failed() ? std::nullopt : std::optional(value);
 }
 
-/// A box that changes writes its mask. Of a failed read, which would tick them all, nothing is shown.
+/// Shows the masks; a box that changes writes its mask. After a failed read nothing is shown, because 0xFF would tick
+/// every box.
 void ShowMasks(AlertTable& alerts, int reg, std::optional<int> masks) {
   if (masks) alerts.ShowMasks(reg, *masks);
 }

@@ -21,12 +21,12 @@ struct LimitForm {
   AlertTable* thermPinAlerts = nullptr;
   AlertTable* digitalAlerts = nullptr;
 
-  /// A tab's parts; the last tab has no gauge.
+  /// The parts of a tab; the last tab has no gauge.
   struct Page {
     LimitPanel* gauge;
     AlertTable* alerts;
   };
-  /// In the order of the tabs.
+  /// All tabs, in order.
   std::array<Page, 6> Pages() const {
     return {{{temperature, temperatureAlerts},
              {fan, fanAlerts},

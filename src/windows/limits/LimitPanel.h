@@ -17,15 +17,15 @@ namespace zth::windows {
 
 class LimitBoxes;
 
-/// What the window knows of a channel at a moment, with units; empty for what it does not know.
+/// What the window currently knows about a channel, with units; empty for anything unknown.
 struct ChannelFacts {
   QString value;  ///< as last measured
-  QString limit;  ///< as last read in this window, since its load
+  QString limit;  ///< as last read since this window was loaded
 };
 
-/// The list, the gauge and the limit boxes of a tab: the list picks the channel whose limit registers the sliders are.
-/// ShowLimits is the tab's ShowTemperatureLimits, ShowFanLimit and so on, ApplyLimits its ApplyTemperatureLimits and
-/// its like. Nothing that is written comes from a copy of a limit.
+/// The list, the gauge and the limit boxes of a tab. The list selects the channel whose limit registers the sliders
+/// show. ShowLimits is the tab's ShowTemperatureLimits, ShowFanLimit and so on; ApplyLimits is its
+/// ApplyTemperatureLimits and so on. A written value never comes from a copy of a limit.
 class LimitPanel final : public QWidget {
   Q_OBJECT
 
@@ -48,9 +48,9 @@ class LimitPanel final : public QWidget {
   /// Writes the sliders' values, low before high, and shows the chip's resulting values. Without a channel it writes
   /// nothing and moves the slider back.
   void ApplyLimits();
-  /// Of the channel that a row of the tab's alerts tells of.
+  /// The facts about the channel of a row in the tab's alerts.
   ChannelFacts FactsOf(int row) const;
-  /// What has been read so far is of another chip.
+  /// Discards the limits read so far, because they are from another chip.
   void ForgetLimits() { read_.clear(); }
   /// Shows the current reading with needle 1 and the caption.
   void RefreshGauge();

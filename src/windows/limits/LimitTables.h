@@ -22,7 +22,7 @@ struct LimitChannel {
   int lowRegister;  ///< kNoRegister if there is only one limit
   int highRegister;
   float nominal;  ///< volts at code 192; for voltage channels only
-  int row;        ///< of the tab's alerts that tells of this channel while it is listed
+  int row;        ///< in the tab's alerts: the row of this channel while it is listed
 };
 
 /// A tab's gauge: its list, its scale, and how its registers are shown and written.
@@ -39,7 +39,7 @@ struct GaugeTab {
   double (*show)(std::uint8_t raw, const LimitChannel& channel) = nullptr;
   std::uint8_t (*encode)(double value, const LimitChannel& channel) = nullptr;
   float (*reading)(std::size_t index) = nullptr;
-  int group = 0;  ///< of the measurements that it is taken from
+  int group = 0;  ///< the measurement group of the readings
   const char* unit = "";
   const char* emptyCaption = nullptr;  ///< if the list is empty; null: the reading of index 0
 };

@@ -136,8 +136,9 @@ void frmLimits::Refresh() {
   RefreshVoltageGauge(form_);
   RefreshThermTimerGauge(form_);
   RefreshThermPinGauge(form_);
-  // Every lamp is read at each refresh, of all tabs, so that one reading is enough to enter what the chip holds until
-  // it has been read. What another window reads of it, or a program beside this one, is theirs.
+  // Each refresh reads the lamps of all tabs. The chip holds an alert until it has been read, so one read here is
+  // enough to record it. An alert that another window, or a program running next to this one, reads first is lost to
+  // this window.
   LookAtChip();
   turnedRed_ = false;
   RefreshAlertToggles(form_);

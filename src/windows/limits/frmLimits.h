@@ -40,17 +40,17 @@ class frmLimits final : public ChildWindow {
   /// that holds them; if null, they are placed directly on the tab.
   void AddTab(QTabWidget& tabs, const char* caption, const char* frame, LimitPanel* gauge, AlertTable* alerts);
 
-  /// Enters a lamp that has turned in the list.
+  /// Adds a lamp's change to the list of events.
   void NoteTurn(const LimitForm::Page& page, int row, bool alert);
-  /// What is known so far is dropped when another chip is in use.
+  /// Discards what is known so far when another chip is in use.
   void LookAtChip();
 
   LimitForm form_;
   std::unique_ptr<AlertMarks> marks_;
   QSpacerItem* roomForMarks_ = nullptr;
   AlertList* events_;
-  link::ChipId polled_;     ///< the chip that the lamps were last read from
-  bool turnedRed_ = false;  ///< a lamp has, in the poll under way
+  link::ChipId polled_;     ///< the chip from which the lamps were last read
+  bool turnedRed_ = false;  ///< a lamp has turned red in the current poll
 };
 
 }  // namespace zth::windows

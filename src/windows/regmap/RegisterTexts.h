@@ -15,11 +15,11 @@ QString DescriptionOf(const chip::RegisterEntry& entry);
 /// in hexadecimal ("4C", "4Ch", "0x4c"). Case and leading or trailing blanks are ignored; an empty text matches all.
 bool FitsSearch(const chip::RegisterEntry& entry, const QString& text);
 
-/// The whole text as an address, "4C", "4Ch" or "0x4c"; -1 for any other.
+/// The whole text as an address, "4C", "4Ch" or "0x4c"; -1 for any other text.
 int AddressOf(QString text);
 
-/// The fields of a register that holds `value`, by their bit names, "Bhvr = 2, Inv = 1, Slow = 0, Spin = 1": bits of
-/// one name make one number. Reserved bits are left out, and so are bits that only have numbers.
+/// The fields of a register that holds `value`, by their bit names, "Bhvr = 2, Inv = 1, Slow = 0, Spin = 1": bits with
+/// the same name form one number. Reserved bits and bits with only a number as their name are left out.
 QString FieldsText(const chip::RegisterEntry& entry, int value);
 
 /// A register as a line of tab-separated fields: name, address, last value (`value` below 0: not read yet), default,

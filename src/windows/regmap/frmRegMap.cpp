@@ -57,7 +57,7 @@ const chip::RegisterEntry& EntryOf(int row) {
   return chip::Model.RegisterTable.at(static_cast<std::size_t>(row));
 }
 
-/// What the search says below its box; empty when all that fits stands in the tree.
+/// The message below the search box; empty when all matches are in the tree.
 QString SearchNote(const std::vector<std::int32_t>& beside, bool any) {
   if (beside.empty()) return any ? "" : "No register has such a name, bit or address.";
   QStringList addresses;
@@ -194,7 +194,7 @@ void frmRegMap::ShowUnknown(std::int32_t address) {
 }
 
 void frmRegMap::Reread() {
-  // A bar of the other page's is answered by that page, whichever shows.
+  // On the other page, the bar's button reads that page again, unless another chip is in use.
   if (tabPages_->currentWidget() == all_ && !IsOfOtherChip()) {
     all_->ReadAgain();
     return;
@@ -293,14 +293,14 @@ void frmRegMap::txtFind_Enter() {
   const QString text = txtFind_->text().trimmed();
   if (text.isEmpty()) return;
   if (QTreeWidgetItem* first = FirstRegister(*TreeView1_)) {
-    // It is read as by any other way to it, and once: a node that is the current one already tells of no change.
+    // Reads it once, like any other way to it: selecting the node that is already current would signal no change.
     if (first == TreeView1_->currentItem()) {
       TreeView1_NodeClick(*first);
     } else {
       TreeView1_->setCurrentItem(first);
     }
   } else if (const auto beside = AddressesBesideTree(text); !beside.empty()) {
-    // Such a register may be one that a read clears: the button is ready, and pressed by the user.
+    // A read may clear such a register, so only the address is filled in: the user presses the button.
     txtReadAddr_->setText(HexWithSuffix(beside[0]));
     cmdRead_->setFocus();
   }
@@ -333,7 +333,7 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
     const auto& pressed = *static_cast<QKeyEvent*>(event);
     const int key = pressed.key();
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-      // It goes no further: the window would press the button that has the focus by then, and read.
+      // The key goes no further: the window would press the button that has the focus by then, and so read.
       if (!pressed.isAutoRepeat()) platform::Guarded([this] { txtFind_Enter(); })();
       return true;
     }

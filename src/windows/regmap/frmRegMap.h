@@ -42,7 +42,7 @@ class frmRegMap final : public ChildWindow {
   void RepeatRead();
 
  protected:
-  /// Repeats the read of the register shown; none before the first. On the other page the reads of that page.
+  /// Repeats the read of the register shown, if there is one. On the other page it repeats the reads of that page.
   void Reread() override;
   void OriginChanged() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -63,13 +63,13 @@ class frmRegMap final : public ChildWindow {
   void txtDec_Change();
   void txtHex_Change();
   void txtFind_Change();
-  /// Goes to the first register that the search has left, or with one that the tree does not hold to the button that
-  /// reads its address.
+  /// Goes to the first register that the search shows. For one that is not in the tree, goes to the button that reads
+  /// its address.
   void txtFind_Enter();
 
   void ShowRegisterDetails(int row);
   void ShowUnknown(std::int32_t address);
-  /// Reads the register that is to show, and shows its value.
+  /// Reads the selected register and shows its value.
   int ReadShown();
   /// Sets the hints on the bits, the value boxes and the button: what each would write, and where.
   void TellWrites();

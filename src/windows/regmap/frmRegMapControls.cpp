@@ -41,9 +41,9 @@ int WidestDescription(const QFontMetrics& metrics) {
 }  // namespace
 
 frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Register Map", context, kShowsDetails) {
-  // The page of the tree is the window as it was; the table stands behind it.
+  // The first page is the original window with its tree; the table is on the second page.
   tabPages_ = widgets::Named<QTabWidget>("tabPages", this);
-  tabPages_->setDocumentMode(true);  // the pages keep the window's own ground
+  tabPages_->setDocumentMode(true);  // the pages keep the window's own background
   tabPages_->addTab(MakeFirstPage(), "&By topic");
   all_ = new AllRegisters(Services(), this);
   tabPages_->addTab(all_, "A&ll registers");
