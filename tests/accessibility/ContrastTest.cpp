@@ -80,12 +80,12 @@ class Contrasts : public Access {
         widgets::DialPainter(painter, measures, gauge->palette(), gauge->font())
             .Face(gauge->ScaleMin(), gauge->ScaleMax());
       }
-      if (const auto* strip = qobject_cast<widgets::Strip*>(widget)) {  // as are its headings and axes
+      if (const auto* strip = qobject_cast<widgets::Strip*>(widget)) {  // so do its headings and axes
         const widgets::StripColours colours(widget->palette());
         Judge("axes", colours.text, colours.window, where + " " + Told(*widget));
         for (int t = 0; t < strip->TraceCount(); ++t) {
           const QColor line = colours.OfTrace(strip->TraceColour(t));
-          if (line.alpha() < 255) continue;  // a trail fades
+          if (line.alpha() < 255) continue;  // trails fade
           const QColor seam = colours.SeamOf(line);
           JudgeShape(seam.isValid() ? seam : line, colours.paper, where + " trace " + std::to_string(t));
         }

@@ -157,7 +157,7 @@ TEST_F(AccessControls, BitsFlipLampsReportAndLinksOpen) {
     EXPECT_EQ(Heard(lamp, bad ? QAccessible::StateChanged : QAccessible::NameChanged), 1);
   }
 
-  // What is spoken wherever the user is.
+  // The screen reader speaks this wherever the user is.
   QWidget& newest = Find("frmLimits", "lblNewest");
   desk.board.usbChips[0x58][0xC0] = 0x02;
   desk.Advance(600);

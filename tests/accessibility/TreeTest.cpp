@@ -116,7 +116,7 @@ std::pair<QWidget*, QWidget*> Branches(QWidget* a, QWidget* b) {
 /// window's own buttons last. Rows take precedence over columns, or columns over rows.
 bool ReadsBefore(QWidget* a, QWidget* b, bool rowsFirst) {
   const auto [first, second] = Branches(a, b);
-  if (first == second) return a->isAncestorOf(b);  // a chart before the buttons on it
+  if (first == second) return a->isAncestorOf(b);  // for example a chart before the buttons on it
   const auto own = [](QWidget* branch) {
     return qobject_cast<QPushButton*>(branch) != nullptr &&
            qobject_cast<windows::ChildWindow*>(branch->parentWidget()) != nullptr;

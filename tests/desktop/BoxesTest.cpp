@@ -47,7 +47,7 @@ Act Press(int choice) {
   };
 }
 
-/// Each button beside OK gives its answer; the one that copies gives none, and the box goes on standing.
+/// Each extra button gives its answer. The copy button gives none and leaves the box open.
 void ExpectEachOffer(const platform::BoxQuestion& question) {
   const auto ask = [&question] { return platform::DesktopPrompts().Ask(question); };
   const auto click = [](QWidget& box, const char* button) { box.findChild<QPushButton*>(button)->click(); };

@@ -194,7 +194,7 @@ class Looks : public ::testing::TestWithParam<std::string> {
     if (widget.isWindow() || parent == nullptr || ScrollsOn(*parent) != nullptr) return;
     if (!parent->rect().contains(widget.geometry())) Tell(widget, "sticks out of " + Told(*parent));
     const auto* label = qobject_cast<const QLabel*>(&widget);
-    // Headers and the line of a spin box ask for the margins and the scroll bars of one that stands by itself.
+    // Headers and a spin box's line edit ask for the margins and scroll bars of a widget that stands alone.
     const bool part = widget.inherits("QHeaderView") || widget.objectName() == "qt_spinbox_lineedit";
     const bool nothing = part || (label != nullptr && label->text().isEmpty());
     const QSize least = nothing ? QSize() : widget.minimumSizeHint();

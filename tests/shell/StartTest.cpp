@@ -97,7 +97,7 @@ double Filled(const shell::frmSplash& splash) {
   return 100.0 * Desk::Get<QWidget>(splash, "lblProgress").width() / Desk::Get<QWidget>(splash, "fraProgress").width();
 }
 
-/// What the panel or the label shows of the board.
+/// The board as the panel or the label shows it.
 std::string ShownBoard(const QWidget& window) {
   return Desk::Get<QWidget>(window, "lblBoard").isHidden() ? "" : Held(window, "lblBoard");
 }
@@ -149,7 +149,7 @@ TEST(Start, TheSplashShowsTheProgressOfTheSearch) {
   EXPECT_EQ(desk.prompts.shown.back().text, "Failed to find the ZTH4718");
 }
 
-/// Ways to find nothing, and what the box tells of it beside its text.
+/// The ways to find nothing, and what the box says of each below its text.
 TEST(Start, ThatFindsNothingTellsWhatWasTriedAndEndsOrStartsOverAsTheUserSays) {
   using enum platform::BoxAnswer;
   using enum Desk::Buses;
@@ -218,7 +218,7 @@ TEST(Start, ThatFindsNothingTellsWhatWasTriedAndEndsOrStartsOverAsTheUserSays) {
         for (const QString& line : told) EXPECT_TRUE(box.details.contains(line)) << line.toStdString();
       }
       if (ends || link::Bus.InterfaceMode != link::kModeUsb) continue;
-      // What fails from now on is no box of the start.
+      // A failure from now on is not a failed start: its box has no details and no extra buttons.
       desk.prompts.script = {Ok};
       desk.board.failFrom = 0;
       desk.clock.Advance(1000);

@@ -31,7 +31,8 @@ TEST(Faults, EachKindStartsAndEndsAsPlanned) {
   }
 }
 
-/// What a warm board reads after some seconds of a plan: its sensors in quarters of a degree, then fans 2 and 3 in RPM.
+/// The readings of a warm board after some seconds of a plan: its sensors in quarters of a degree, then fans 2 and 3 in
+/// RPM.
 std::array<double, 6> Readings(const std::string& plan, double seconds = 310) {
   Usb usb("noise = 0\nfault at 0 heater 2 stuck at 100 %\nfault " + plan);
   usb.Play("07=FF");
@@ -43,13 +44,14 @@ std::array<double, 6> Readings(const std::string& plan, double seconds = 310) {
 
 TEST(Faults, WhatWearsAndDriftsShowsInItsOwnReadings) {
   const auto sound = Readings("at 9 vid 0"), early = Readings("at 9 vid 0", 10);
-  // Quarters that the four sensors are off by, within some, and the share that the speed of fan 3 is of a sound one's.
+  // The error of each of the four sensors in quarters of a degree, its tolerance, and the speed of fan 3 as a share of
+  // a healthy one's.
   for (const auto& [plan, off, within, share] :
        {std::tuple{"at 10 tach 3 misses 50 %", std::array{0., 0., 0., 0.}, 0, 0.5},
-        {"at 10 fan 3 at 60 %", {1, 1, 10, 1}, 2, 0.6},  // its sensor gets less air, and a little less the others
+        {"at 10 fan 3 at 60 %", {1, 1, 10, 1}, 2, 0.6},  // its sensor gets less air, the others a little less
         {"at 10 sensor 1 drifts -0.6 degrees a minute", {0, -12, 0, 0}, 1, 1},
         {"at 10 ambient at 40 degrees", {60, 60, 60, 60}, 1, 1},
-        {"at 10 ambient drifts 3 degrees a minute", {55, 55, 55, 55}, 6, 1},  // they follow with their lag
+        {"at 10 ambient drifts 3 degrees a minute", {55, 55, 55, 55}, 6, 1},  // they follow with a lag
         {"from 10 to 300 sensor 2 frozen", {0, 0, 0, 0}, 0, 1},
         {"at 10 sensor 2 frozen", {0, 0, early[2] - sound[2], 0}, 1, 1}}) {
     const auto ill = Readings(plan);

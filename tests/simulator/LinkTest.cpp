@@ -92,7 +92,7 @@ TEST(Bus, RealTimeIsScaledAndALongSleepIsCutShort) {
   EXPECT_EQ(celsiusAfter(1, -5s), 0) << "a clock that goes back stands still";
 }
 
-/// A clock that goes on by so much with each look, and more when told.
+/// A clock that advances by `look` each time it is read, and further when told.
 struct SlowClock {
   using duration = std::chrono::nanoseconds;
   using rep = duration::rep;
@@ -107,7 +107,7 @@ TEST(RealTime, NoCallWaitsOrComputesLongForABoardThatIsBehindAndTheFollowingOnes
       "time-factor = 200\nfault from 3 to 900 fan 2 at 50 %\nfault at 5 tach 1 noisy 10 %\nfault at 40 vid 3\n"
       "fault at 20 sensor 1 drifts 1 degrees a minute\nfault from 30 to 300 sensor 2 frozen\n"
       "fault at 50 ambient drifts 2 degrees a minute\n");
-  for (const auto look : {1ms, 0ms}) {  // a slow machine, and one of endless speed
+  for (const auto look : {1ms, 0ms}) {  // a slow machine, and an infinitely fast one
     SlowClock::look = look;
     SmbusHost pieces{settings};
     SmbusHost whole{settings};

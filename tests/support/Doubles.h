@@ -105,9 +105,9 @@ class FakeLibraries final : public platform::Libraries {
     if (onTake) onTake();
   }
 
-  QStringList boards;                                                ///< that came with the program
-  QString taken;                                                     ///< the one taken last
-  std::function<void()> onTake;                                      ///< what is in reach then
+  QStringList boards;            ///< the boards that come with the program
+  QString taken;                 ///< the board taken last
+  std::function<void()> onTake;  ///< changes which libraries can be loaded from then on
   std::function<platform::LoadedLibrary(const QString& name)> load;  ///< libraries other than those of the fake board
 
  private:

@@ -26,7 +26,7 @@ std::vector<Question> Free(std::vector<Question> questions) {
   return questions;
 }
 
-/// The box of a program that `desk` starts and `bring` brings.
+/// The boxes that `bring` makes the program on `desk` show.
 std::vector<platform::BoxQuestion> AskedOn(Desk& desk, const std::function<void(Desk&)>& bring) {
   desk.prompts.script = {BoxAnswer::Ok};
   try {
@@ -42,7 +42,7 @@ std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring
   return AskedOn(desk, bring);
 }
 
-/// With nothing there but what a loader has to say at length, and with boards that no chip is on.
+/// Once with no library, where the loader has a long text, and once with boards that have no chip.
 std::vector<platform::BoxQuestion> AskedAtTheStart() {
   std::vector<platform::BoxQuestion> all;
   for (const auto buses : {Desk::Buses::Smbus, Desk::Buses::Both}) {

@@ -40,14 +40,14 @@ class BoardEntries {
   virtual void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = 0;
   virtual std::int32_t SmbusFailures(std::uint8_t address) = 0;
 
-  /// What a library says that it talks to, and what keeps it from that, by the name of the library. One that is not
-  /// here does not export BoardName or BoardTrouble, as a maker's.
+  /// The board name and the trouble that a library reports, by the name of the library. A library that is not listed
+  /// does not export BoardName or BoardTrouble, as a maker's library.
   std::map<QString, std::string> boardNames;
   std::map<QString, std::string> boardTroubles;
 };
 
-/// A library ("USBFunctions", "smbus") whose entries land on `board` until the next one is made, and which does not
-/// export those `missing`.
+/// A library ("USBFunctions", "smbus") whose calls go to `board` until the next library is made. It does not export the
+/// entries in `missing`.
 std::shared_ptr<platform::Library> LibraryOf(BoardEntries& board, const QString& name,
                                              const std::set<std::string>& missing = {});
 
@@ -72,13 +72,13 @@ class FakeBoard final : public BoardEntries {
   platform::LoadedLibrary Load(const QString& name);
   std::map<QString, QString> loadErrors;
 
-  /// Entry points that the libraries do not export: as a rule that of failures, which a maker's has not.
+  /// Entries that the libraries do not export. By default the failure count, which a maker's library does not have.
   std::set<std::string> missingEntries{"SmbusFailures"};
 
-  /// SMBus transfers, as Traffic has them, that fail: a read gives 0xFF, a write is lost. So does every one to an
-  /// address without a chip.
+  /// Which SMBus transfers fail, given as in Traffic: a read gives 0xFF, a write is lost. Every transfer to an address
+  /// without a chip fails as well.
   std::function<bool(const std::string& transfer)> smbusFails;
-  /// What the library tells of them; -1 throughout when it does not know.
+  /// The failures that the library reports, by address; it reports -1 when `knowsFailures` is false.
   std::map<int, std::int32_t> smbusFailures;
   bool knowsFailures = true;
 
@@ -93,7 +93,7 @@ class FakeBoard final : public BoardEntries {
   std::string failMatching;
   std::int16_t failure = -5;
 
-  /// What goes on while a transfer lasts, behind its line in `traffic`.
+  /// Runs during each transfer, after its line has been added to `traffic`.
   std::function<void()> onTransfer;
 
   /// VendorIORequest calls so far.
@@ -119,7 +119,7 @@ class FakeBoard final : public BoardEntries {
   std::int32_t SmbusFailures(std::uint8_t address) override { return knowsFailures ? smbusFailures[address] : -1; }
 
  private:
-  /// The chip that takes a transfer over SMBus; null when it fails.
+  /// The chip that receives an SMBus transfer; null when the transfer fails.
   Registers* Taker(int address, const std::string& transfer);
   void Note(std::string transfer);
   void Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction, std::int16_t length,

@@ -142,7 +142,7 @@ TEST_F(HostBusTest, ASearchMakesOneLineOfTheLogForAllThatIsAbsent) {
       HostBus each(system, logged, Settings{});
       for (int address = 0x10; address <= 0x7F; ++address) each.Read(static_cast<std::uint8_t>(address), 0x3E);
       EXPECT_EQ(errors.str(), "");
-      if (!behind.empty()) each.Read(0x60, 0x3E), each.Read(0x60, 0x3E);  // asked again it has failed
+      if (!behind.empty()) each.Read(0x60, 0x3E), each.Read(0x60, 0x3E);  // the second request counts as a failure
     }
     std::ifstream log(file);
     EXPECT_THAT(

@@ -18,7 +18,7 @@ constexpr unsigned kTransfersBetweenLooks = 256;
 constexpr int kTimeOutsInARow = 3;
 constexpr std::chrono::seconds kRest{1};
 
-/// Nobody has acknowledged the address: the ways in which the kernel's drivers say so.
+/// Whether the error means that nothing acknowledged the address. The kernel's drivers have several codes for that.
 bool IsAbsent(int error) {
   return error == ENXIO || error == EREMOTEIO || error == ENODEV;
 }

@@ -29,18 +29,18 @@ constexpr bool IsForbidden(std::uint8_t address) {
 
 /// The PC's SMBus hosts as one bus of byte-data transfers.
 ///
-/// An address belongs to the first adapter, in the order chosen, on which something is there: a chip that answers, or
-/// a kernel driver that holds it. From its first answer on a chip stays with its adapter, so that a transfer that fails
-/// can never turn up the value of another chip on another bus.
+/// An address belongs to the first adapter, in the chosen order, with something at that address: a chip that answers,
+/// or a kernel driver that holds it. Once a chip has answered it stays with its adapter, so that after a failed
+/// transfer its value can never come from another chip on another bus.
 ///
-/// Failures reach the caller as kNoAnswer, and as a count for each address. Each is told once for an adapter, an
-/// address and an errno.
+/// The caller gets a failure as kNoAnswer and in a counter for each address. The log gets one line for each combination
+/// of adapter, address and errno.
 ///
-/// A transfer that times out holds its caller for as long as that takes. So an adapter with three time-outs in a row is
-/// left alone for a second, and told of once: its transfers fail at once meanwhile. One transfer then tries again.
+/// A transfer that times out blocks its caller for that time. So after three time-outs in a row an adapter is not used
+/// for a second, which is logged once. Meanwhile its transfers fail at once. Then one transfer tries again.
 ///
-/// That no chip is at an address which is asked for the first time is no failure: what a search finds empty makes one
-/// line of the log.
+/// When no chip answers the first transfer to an address, that is not a failure: all the addresses that a search finds
+/// empty share one line of the log.
 class HostBus {
  public:
   /// The system and the journal must outlive the bus.
@@ -52,17 +52,16 @@ class HostBus {
   /// Chooses the adapters and opens each once. If none could be opened, reports the reason and its remedy; a later call
   /// then tries again. Does nothing once an adapter is open.
   void Detect();
-  /// What the transfers go to, as "SMBus I801 adapter at f040 (i2c-0)": the adapters in use, joined by commas. Empty
-  /// before detection and when there is none.
+  /// The adapters in use, separated by commas: "SMBus I801 adapter at f040 (i2c-0)". Empty before detection and when
+  /// there is none.
   std::string Name() const;
-  /// What the last detection has met with that keeps adapters from being used, and what helps: lines, empty when there
-  /// was nothing.
+  /// Why the last detection could not use adapters, and the remedies, in lines; empty when there was no problem.
   const std::string& Trouble() const { return trouble_; }
   /// One byte-data read. Calls Detect first if nobody has.
   std::uint8_t Read(std::uint8_t address, std::uint8_t reg);
   /// One byte-data write. Calls Detect first if nobody has.
   void Write(std::uint8_t address, std::uint8_t reg, std::uint8_t value);
-  /// Transfers with an address that no chip took, since the start: those that were never put on a bus as well.
+  /// Transfers to an address since the start that no chip accepted, including those that were never put on a bus.
   std::int32_t Failures(std::uint8_t address) const { return failures_.at(address); }
 
  private:
@@ -71,14 +70,14 @@ class HostBus {
     int descriptor = 0;
     bool isGone = false;
     int timeOuts = 0;                   ///< in a row
-    std::chrono::nanoseconds rests{0};  ///< nothing is put on the bus before
+    std::chrono::nanoseconds rests{0};  ///< nothing is put on the bus before this time
     bool restTold = false;
   };
   enum class Direction { Read, Write };
   struct Transfer {
     Direction direction;
     std::uint8_t address, reg, value;
-    bool isFirst = false;  ///< the address was never asked before
+    bool isFirst = false;  ///< first transfer to this address
   };
 
   void Open(const Adapter& adapter);
@@ -102,7 +101,7 @@ class HostBus {
   std::vector<Port> ports_;
   std::array<std::optional<std::size_t>, 128> owner_{};  ///< the port of each address that has answered
   std::set<std::tuple<int, std::uint8_t, int>> told_;    ///< adapter, address, errno
-  std::array<std::int32_t, 256> failures_{};             ///< by address; begins anew rather than end below 0
+  std::array<std::int32_t, 256> failures_{};             ///< by address; wraps to 0 instead of becoming negative
   AbsentChips absent_;
   unsigned transfersUntilLook_ = 0;
 };

@@ -35,7 +35,7 @@ class I2cSystem {
   /// The path of the adapter's device node, for messages.
   virtual std::string NodeOf(int adapter) = 0;
 
-  /// The time by a monotonic clock of unspecified start.
+  /// The time of a monotonic clock with an unspecified start.
   virtual std::chrono::nanoseconds Now() = 0;
 
   /// Opens the adapter's node for transfers. Returns a descriptor or -errno.

@@ -60,7 +60,8 @@ widgets::NumberBox* LimitBoxes::AddBox(const GaugeTab& tab, const char* which, c
 }
 
 void LimitBoxes::Move(int position, double value) {
-  // A box with unfinished typing loses the focus when its window closes, and then reports its number.
+  // A box with unfinished typing also reports its number when its window closes, because it loses the focus. That
+  // number is not written.
   if (Shared.LimitsOpen) gauge_.MoveByUser(position, value);
 }
 

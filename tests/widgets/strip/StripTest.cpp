@@ -228,7 +228,7 @@ TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataContinues) {
   EXPECT_EQ(strip.Picture(), strip.Picture());
   QEvent leave(QEvent::Leave);
   QApplication::sendEvent(&strip, &leave);
-  const QRect below(0, 27, strip.width(), strip.height() - 27);  // the title's row, where the buttons stand
+  const QRect below(0, 27, strip.width(), strip.height() - 27);  // the title's row has the buttons
   EXPECT_EQ(Painted().copy(below), strip.Picture().copy(below)) << "a saved picture is the chart without the cursor";
   EXPECT_NE(Painted(), strip.Picture()) << "and without the buttons";
 }

@@ -115,7 +115,7 @@ TEST(TraceHistory, JoinsSamplesAcrossEmptyColumnsButNotAcrossALostValue) {
 
 TEST(TraceHistory, AGapOutlivesItsSamplesInEverySummary) {
   TraceHistory history;
-  // Ten hours at one a second, with a minute lost in the first and the whole of the second hour but for one value.
+  // Ten hours of one sample a second. A minute of the first hour is lost, and all of the second hour except one value.
   const auto lost = [](int i) { return (i >= 1000 && i < 1060) || (i >= 3600 && i < 7200 && i != 5000); };
   for (int i = 0; i < 36000; ++i) history.Append(i, lost(i) ? kNaN : i % 10);
   for (int i = 36000; i < 360000; ++i) history.Append(36000 + (i - 36000) * 0.01, 5);

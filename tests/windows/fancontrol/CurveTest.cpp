@@ -125,7 +125,7 @@ TEST(Curve, TakesItsSourcesAndNumbersFromTheTexts) {
       << "limited to 16 bits";
 }
 
-// The chip's duty rises by 64 percent over 2.5, 3.33, 6.67, ... degrees, the line over 2, 3, 7, ...
+// The chip's duty rises over 2.5, 3.33, 6.67, ... degrees, the drawn line over 2, 3, 7, ...
 TEST(Curve, TellsHowFarALineOfAFractionalTrangeIsFromTheChip) {
   for (const auto& [trange, low, high, steps] : {std::tuple{"2.5°C", 0, 100, 51},
                                                  {"3.3°C", 0, 100, 26},
