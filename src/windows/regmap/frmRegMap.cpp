@@ -194,7 +194,7 @@ void frmRegMap::ShowUnknown(std::int32_t address) {
 }
 
 void frmRegMap::Reread() {
-  // On the other page, the bar's button reads that page again, unless another chip is in use.
+  // A bar about another chip belongs to the tree's page, which answers it whichever page is shown.
   if (tabPages_->currentWidget() == all_ && !IsOfOtherChip()) {
     all_->ReadAgain();
     return;
