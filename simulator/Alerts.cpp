@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kHost = 0xB8;
 constexpr int kBmc = 0xC0;
-// The pin's state is shown as it is; all other bits stay until they have been read.
+// These bits show the pin's present state; all other bits stay set until read.
 constexpr std::uint8_t kThermStates = 0x24;
 constexpr int kChassisIntrusion = 7;
 constexpr int kVid = 6;
@@ -21,7 +21,7 @@ constexpr std::uint8_t BitMask(int bit, bool set) {
   return static_cast<std::uint8_t>(set ? 1 << bit : 0);
 }
 
-// Two of the seven groups have one reader only.
+// Two of the seven groups have only one reader.
 constexpr bool HasBmcCopy(std::size_t group) {
   return group != Alerts::ThermLimits;
 }
@@ -48,7 +48,7 @@ void Alerts::Tick(bool converted, bool vidChanged, const Measurement& measuremen
     for (const int base : {kHost, kBmc}) {
       if (base == kBmc && !HasBmcCopy(group)) continue;
       const int address = base + static_cast<int>(group);
-      // The copy for the host knows nothing of FAN2MAX.
+      // The host's copy does not include FAN2MAX.
       const int shown = group == Digital && base == kHost ? live_[group] & ~BitMask(kFan2Max, true) : live_[group];
       registers_.Put(address, (registers_[address] & ~follows) | shown);
     }
@@ -109,7 +109,7 @@ std::uint8_t Alerts::Voltages(int group) const {
 std::uint8_t Alerts::SlowFans(const Measurement& measurement) const {
   std::uint8_t bits = 0;
   for (int fan = 0; fan < kTachs; ++fan) {
-    // A limit is the high byte of a count whose low byte is 0xFF; at 0xFF no count is beyond it.
+    // A limit is the high byte of a count whose low byte is 0xFF; no count exceeds a limit of 0xFF.
     const int limit = registers_[0x78 + fan] << 8 | 0xFF;
     bits |= BitMask(fan, measurement.TachLive(fan) && measurement.TachCountOf(fan) > limit);
   }

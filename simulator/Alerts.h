@@ -12,23 +12,25 @@
 
 namespace zth::simulator {
 
-/// The status registers: limits against measurements, latched for each of the two readers, and the ALERT pin.
+/// The status registers, which compare measurements with limits and latch the results for both readers, and the ALERT
+/// pin.
 class Alerts {
  public:
   Alerts(RegisterFile& registers, const PinModel& pins) : registers_(registers), pins_(pins) {}
 
-  /// Compares everything with its limits, latches what is out and renews the status registers. Temperatures and
-  /// voltages are compared when they have been `converted` in this tick, `vidChanged` is the VID code's event.
+  /// Compares everything with its limits, latches what is out of range and updates the status registers. Temperatures
+  /// and voltages are compared only when they were `converted` in this tick. `vidChanged` is the event of a VID code
+  /// change.
   void Tick(bool converted, bool vidChanged, const Measurement& measurement, const ThermPins& therm,
             const PinInputs& inputs);
   void Reset();
 
-  /// A status register was read: its copy lets go of the bits whose cause is over.
+  /// A status register was read: its copy clears the bits whose cause is over.
   void StatusRead(int address);
 
-  /// The causes as they are now, by group: in the order of the registers from 0xB8 on.
+  /// The present causes by group, in the order of the registers from 0xB8 on.
   std::uint8_t Live(std::size_t group) const { return live_[group]; }
-  /// The ALERT pin is pulled, `gpioActive` being the GPIO inputs that are active.
+  /// True if the ALERT pin is pulled; `gpioActive` are the active GPIO inputs.
   bool AlertAsserted(std::uint8_t gpioActive) const;
 
   enum Group : std::uint8_t { Thermal1, Thermal2, ThermLimits, Voltage1, Voltage2, Fans, Digital };

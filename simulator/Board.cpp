@@ -13,7 +13,7 @@ constexpr std::uint8_t kPort48 = 0x48;
 constexpr std::uint8_t kPort4A = 0x4A;
 enum Device { k48, k4A };
 
-// A lithium cell of 3.05 V on the battery input, whose scale is 4 V.
+// A 3.05 V lithium cell on the battery input, which has a 4 V scale.
 constexpr double kBatteryRatio = 3.05 / 4;
 
 constexpr double kD2ChangeOverSeconds = 0.5;
@@ -44,7 +44,8 @@ void Board::DriveFans() {
   const PinOutputs outputs = chip_.Outputs();
   for (int fan = 0; fan < kTachs; ++fan) {
     const int pwm = fan % kPwms;
-    // Switches part the first two outputs. A fan without a control signal pulls its input up and runs at full speed.
+    // Switches disconnect the first two outputs. A fan without a control signal pulls its input up and runs at full
+    // speed.
     const bool connected = pwm >= 2 || Closed(k4A, 4 + pwm);
     plant_.SetFanDrive(fan, connected ? outputs.pwmHigh[At(pwm)].value_or(1.0) : 1.0);
     plant_.SetFanBlocked(fan, faults_.fanStalled[At(fan)]);
@@ -75,7 +76,7 @@ double Board::SensedC(int sensor) {
 
 double Board::PulsesAt(int fan) {
   const double noise = faults_.tachNoise[At(fan)];
-  // A sound tach draws nothing, so that a fault changes no other reading of the board.
+  // A healthy tach draws no random numbers, so that a fault changes no other reading of the board.
   const double jitter = noise > 0 ? tachNoise_.Spread(noise) : 0;
   return plant_.PulsesPerMinute(fan) * (1 - faults_.tachLost[At(fan)]) * (1 + jitter);
 }
@@ -101,7 +102,7 @@ PinInputs Board::Inputs() {
 
   for (int n = 0; n < kVoltagePins; ++n) {
     const auto pin = static_cast<VoltagePin>(n);
-    // The supply behind a pin is the one that its function asks for, as if the board's jumpers were set right.
+    // A pin gets the supply that its function expects, as if the board's jumpers were set correctly.
     double nominal = chip_.Pins().Nominal(pin);
     if (nominal <= 0 && pin >= VoltagePin::P28) nominal = 1.5;
     if (pin == VoltagePin::P26 && nominal == 4) nominal *= kBatteryRatio;

@@ -12,59 +12,60 @@
 
 namespace zth::simulator {
 
-/// How a board is built.
+/// How a board is equipped.
 struct BoardOptions {
   ChipOptions chip{};
   PlantOptions plant{};
-  /// The board carries the two ADG715s. Without them every connection is closed for good.
+  /// The board has the two ADG715s. Without them every connection is permanently closed.
   bool switches = true;
-  /// A second diode on the same spot sits at the D2 connector: half a second after the D2 switches have parted the
-  /// board's own one it has taken over, and until then the chip sees an open diode. Without it that fault stays.
+  /// A second diode at the same spot is plugged into the D2 connector. Half a second after the D2 switches have
+  /// disconnected the board's own diode, the second one takes over; until then the chip sees an open diode. Without it,
+  /// that fault stays.
   bool diodeAtD2Connector = true;
 };
 
-/// Faults that stand on the board at present, and what else somebody does to it.
+/// Present faults of the board, and outside influences on it.
 struct BoardFaults {
   std::array<bool, kTachs> fanStalled{};
-  std::array<double, kHeaters> heaterStuck{-1, -1};  ///< drive 0 to 1 that the heater is stuck at; negative for none
+  std::array<double, kHeaters> heaterStuck{-1, -1};  ///< drive, 0 to 1, that the heater is stuck at; negative for none
   std::array<bool, kTemperatures> diodeOpen{};
   std::array<double, kVoltagePins> supplyFactor{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
-  std::array<bool, 2> thermPulledLow{};  ///< behind the THERM switches
+  std::array<bool, 2> thermPulledLow{};  ///< beyond the THERM switches: no effect while they are open
   std::array<bool, 2> vrHot{};
   bool pin27Asserted = false;
   std::array<bool, kGpios> gpioPulledLow{};
-  std::array<double, kTachs> fanShare{1, 1, 1, 1, 1, 1, 1, 1};  ///< of the healthy speed, for a worn fan
-  std::array<double, kTachs> tachNoise{};                       ///< pulses come by up to this share too fast or slow
-  std::array<double, kTachs> tachLost{};                        ///< share of the pulses that do not come
-  std::array<double, kTemperatures> sensorDriftC{};             ///< what the sensor is off by
-  std::array<bool, kTemperatures> sensorFrozen{};               ///< the sensor stays at what it was when this began
-  std::optional<double> ambientC;                               ///< the air is so warm, whatever the options say
-  double ambientDriftC = 0;                                     ///< and so much warmer than that
-  std::uint8_t vid = 0x3F;                                      ///< levels on the VID pins, which are pulled up
+  std::array<double, kTachs> fanShare{1, 1, 1, 1, 1, 1, 1, 1};  ///< share of the healthy speed, for a worn fan
+  std::array<double, kTachs> tachNoise{};                       ///< pulses come early or late by up to this share
+  std::array<double, kTachs> tachLost{};                        ///< share of the pulses that are missing
+  std::array<double, kTemperatures> sensorDriftC{};             ///< error of the sensor
+  std::array<bool, kTemperatures> sensorFrozen{};  ///< the sensor keeps the value it had when the fault began
+  std::optional<double> ambientC;                  ///< overrides the air temperature of the options
+  double ambientDriftC = 0;                        ///< added to the air temperature
+  std::uint8_t vid = 0x3F;                         ///< levels on the VID pins, which are pulled up
 };
 
-/// The evaluation board: the chip, the physics around it, the two octal switches and the two heaters. Time is given
+/// The evaluation board: the chip, its physical environment, the two octal switches and the two heaters. Time is driven
 /// from outside.
 class Board {
  public:
   explicit Board(const BoardOptions& options = {});
 
-  /// Lets time go by. Whole ticks of kTick are run, the rest is kept for the next call, so that cutting a stretch of
-  /// time into pieces changes nothing.
+  /// Advances time. Runs whole ticks of kTick and keeps the rest for the next call, so that splitting a period into
+  /// several calls changes nothing.
   void Advance(std::chrono::nanoseconds elapsed);
 
   Chip& TheChip() { return chip_; }
   const Chip& TheChip() const { return chip_; }
   const Plant& ThePlant() const { return plant_; }
 
-  /// Sets heater 1 or 2 to 0 to 100 percent. False for another number.
+  /// Sets heater 1 or 2 to 0 to 100 percent. False for any other heater number.
   bool SetHeater(int heater, int percent);
-  /// The adapter's state byte of heater 1 or 2: twice the percent that was set.
+  /// The adapter's state byte of heater 1 or 2: twice the percentage set.
   std::uint8_t HeaterState(int heater) const;
 
-  /// Writes the port of the ADG715 at 0x48 or 0x4A; a bit at 1 closes a switch. False where there is none.
+  /// Writes the port of the ADG715 at 0x48 or 0x4A; a 1 bit closes a switch. False if there is none.
   bool WritePort(std::uint8_t address, std::uint8_t port);
-  /// Reads the port back. False where there is none.
+  /// Reads the port back. False if there is none.
   bool ReadPort(std::uint8_t address, std::uint8_t& port) const;
 
   void SetFaults(const BoardFaults& faults) { faults_ = faults; }
@@ -86,7 +87,7 @@ class Board {
   Noise tachNoise_;
   std::array<double, kTemperatures> sensedC_{};
   std::chrono::nanoseconds pending_{0};
-  /// 0x48, 0x4A. The adapter's firmware closes all that is wired before it answers for the first time.
+  /// 0x48, 0x4A. The adapter's firmware closes all wired switches before it answers for the first time.
   std::array<std::uint8_t, 2> ports_{0xFF, 0x3F};
   std::array<int, kHeaters> heaterPercent_{};
   bool d2OnBoard_ = true;

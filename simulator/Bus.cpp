@@ -34,7 +34,8 @@ BoardOptions OptionsOf(const Settings& settings, std::uint8_t address, bool swit
 Bus::Bus(const Settings& settings, Link link) : faults_(settings.faults, link), timeFactor_(settings.timeFactor) {
   const std::vector<std::uint8_t>& addresses = link == Link::Usb ? settings.usbChips : settings.smbusChips;
   for (const std::uint8_t address : addresses) {
-    // The switches hang on the adapter and sit on the first board; elsewhere all connections are closed for good.
+    // The switches are on the adapter and belong to the first board; on other boards all connections are permanently
+    // closed.
     const bool switches = link == Link::Usb && address == addresses.front();
     boards_[address] = std::make_unique<Board>(OptionsOf(settings, address, switches));
     if (first_ == nullptr) first_ = boards_[address].get();
@@ -48,14 +49,14 @@ void Bus::PowerUp() {
 void Bus::Owe(std::chrono::nanoseconds elapsed) {
   elapsed = std::clamp<std::chrono::nanoseconds>(elapsed, std::chrono::nanoseconds{0}, kLongestPause);
   owed_ += std::chrono::nanoseconds{static_cast<std::int64_t>(static_cast<double>(elapsed.count()) * timeFactor_)};
-  // However slowly the boards are caught up, no more than the longest pause is ever owed.
+  // However slow the boards catch up, never more than the longest pause is outstanding.
   const double most = static_cast<double>(std::chrono::nanoseconds(kLongestPause).count()) * timeFactor_;
   owed_ = std::min(owed_, std::chrono::nanoseconds{static_cast<std::int64_t>(most)});
 }
 
 bool Bus::CatchUp() {
-  // Faults come and go between ticks, so that time is let by in short pieces while a plan runs.
-  // Without a board time passes all the same.
+  // Faults start and end between ticks, so time passes in short pieces while a plan runs. Time also passes when there
+  // is no board.
   const auto each = std::max<std::int64_t>(1, static_cast<std::int64_t>(boards_.size()));
   const std::int64_t pieces = std::max<std::int64_t>(1, kTicksInASlice / each);
   for (std::int64_t i = 0; i < pieces && owed_.count() > 0; ++i) {

@@ -12,49 +12,49 @@
 
 namespace zth::simulator {
 
-/// The boards on one link, in simulated time, with the plan of faults between them and the link.
+/// The boards on one link in simulated time, and the plan of faults between them and the link.
 class Bus {
  public:
-  /// The boards that the settings put on a link. Each has a seed of its own, taken from the settings' one and the
+  /// The boards that the settings put on a link. Each has its own seed, derived from the settings' seed and the
   /// address.
   Bus(const Settings& settings, Link link);
 
-  /// The boards have been under power for two seconds when the link first looks at them. The plan's time starts here.
+  /// Lets two seconds pass under power before the link first accesses the boards. The plan's time starts here.
   void PowerUp();
 
-  /// Lets real time go by, which the time factor turns into simulated time. A pause of more than ten minutes, as of a
-  /// computer put to sleep, counts as ten.
+  /// Advances real time, which the time factor converts to simulated time. A pause of more than ten minutes, for
+  /// example of a sleeping computer, counts as ten minutes.
   void AdvanceReal(std::chrono::nanoseconds elapsed) {
     Owe(elapsed);
     while (CatchUp()) {
     }
   }
 
-  /// The same in slices: notes the time, and lets a slice of what is owed go by on the boards. False when none is owed
-  /// any more. Cut in whatever way, the boards come out the same. A slice is of kTicksInASlice ticks, those of all
-  /// boards added, but at least of one for each.
+  /// The same in slices: adds the elapsed time to what is owed, and runs one slice of it on the boards. False when
+  /// nothing is owed any more. The boards end up the same however the time is cut. A slice is kTicksInASlice ticks over
+  /// all boards, but at least one tick per board.
   void Owe(std::chrono::nanoseconds elapsed);
   bool CatchUp();
   bool Owes() const { return owed_.count() > 0; }
 
-  /// Ticks that slices have run so far, those of all boards added: the computing that was done.
+  /// Ticks run by slices so far, summed over all boards: a measure of the computing done.
   std::int64_t TicksRun() const { return ticksRun_; }
 
   static constexpr int kTicksInASlice = 100;
 
-  /// Judges one transfer before it is made: false when it fails. What it takes longer is added to TakeDelay().
+  /// Checks a transfer before it is made: false if it fails. Any extra duration is added to TakeDelay().
   bool Admit(const Transfer& transfer);
-  /// The time that transfers since the last call should have taken longer.
+  /// The extra duration of the transfers since the last call.
   std::chrono::milliseconds TakeDelay();
   bool Unplugged() const { return faults_.Unplugged(now_); }
 
-  /// A chip answers at an address.
+  /// True when a chip answers at the address.
   bool Answers(int address) { return At(address) != nullptr; }
-  /// One register of the chip at an address; 0xFF where no chip answers.
+  /// Access to one register of the chip at an address; reads 0xFF if no chip answers.
   std::uint8_t Read(int address, std::uint8_t reg);
   void Write(int address, std::uint8_t reg, std::uint8_t value);
 
-  /// The first board, which the adapter's heaters and switches belong to; nullptr when there is none.
+  /// The first board, which has the adapter's heaters and switches; nullptr if there is none.
   Board* First() { return first_; }
 
  private:
@@ -65,7 +65,7 @@ class Bus {
   FaultClock faults_;
   double timeFactor_;
   std::chrono::nanoseconds now_{0};
-  std::chrono::nanoseconds owed_{0};  ///< simulated time that the boards are behind
+  std::chrono::nanoseconds owed_{0};  ///< simulated time by which the boards are behind
   std::chrono::milliseconds delay_{0};
   std::int64_t ticksRun_ = 0;
 };

@@ -11,7 +11,7 @@ namespace {
 constexpr int kReady = 0x80;  // bits of Configuration 1
 constexpr int kLockBit = 6;
 
-/// What is written, but for the bits that the writer has no say in.
+/// The written value, except for the bits that the writer cannot change.
 constexpr std::uint8_t Merged(std::uint8_t before, std::uint8_t written, int kept) {
   return static_cast<std::uint8_t>((before & kept) | (written & ~kept));
 }
@@ -107,7 +107,7 @@ void Chip::AfterWrite(const RegisterRule& rule, std::uint8_t before) {
 void Chip::Tick(const PinInputs& inputs) {
   const bool converted = measurement_.Tick(inputs);
   if (converted) {
-    // The first round of conversions makes the chip ready: from then on its readings are ones.
+    // The first round of conversions sets the ready bit. From then on the readings are valid.
     registers_.Put(0x01, registers_[0x01] | kReady);
     therm_.Compare(measurement_);
   }

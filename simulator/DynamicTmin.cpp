@@ -9,8 +9,8 @@
 namespace zth::simulator {
 namespace {
 
-constexpr double kShortestCycleSeconds = 0.5;  // field 0; each further step of the field doubles it
-constexpr int kFarQuarters = 4 * 8;            // this far off, the standard loop goes in double steps
+constexpr double kShortestCycleSeconds = 0.5;  // for field 0; each further value doubles it
+constexpr int kFarQuarters = 4 * 8;            // beyond this distance, the standard loop takes double steps
 
 }  // namespace
 
@@ -57,7 +57,7 @@ void DynamicTmin::Step(int remote, int quarters) {
   int degrees = 1;
   const bool standardLoop = registers_.Bit(0x0C, 6);
   if (standardLoop) {
-    // A temperature that is on its way back already needs no further push.
+    // A temperature that is already returning needs no further correction.
     const int change = quarters - *loops_[At(remote)].lastQuarters;
     if (direction < 0 ? change < 0 : change > 0) return;
     const int error = direction < 0 ? quarters - operatingPoint : operatingPoint - hysteresis - quarters;

@@ -9,7 +9,7 @@
 
 namespace zth::simulator {
 
-/// The loop that moves Tmin of Remote 1 and Remote 2 so that the temperature settles at the operating point.
+/// The control loop that adjusts Tmin of Remote 1 and Remote 2 so that the temperature settles at the operating point.
 class DynamicTmin {
  public:
   explicit DynamicTmin(RegisterFile& registers) : registers_(registers) {}

@@ -9,7 +9,7 @@
 namespace zth::simulator {
 namespace {
 
-// Trange in sixths of a degree, so that the thirds of 3.33, 6.67, 13.33, 26.67 and 53.33 degrees are exact.
+// Trange in sixths of a degree, which represents 3.33, 6.67, 13.33, 26.67 and 53.33 degrees exactly.
 constexpr std::array<std::int64_t, 16> kTrangeSixths{12, 15, 20,  24,  30,  40,  48,  60,
                                                      80, 96, 120, 160, 192, 240, 320, 480};
 
@@ -31,8 +31,8 @@ int TachCount(double pulsesPerMinute, int pulses) {
 }
 
 int CurveRise(int quarters, int trangeField) {
-  // 0.64 * 255 * (quarters / 4) / (sixths / 6) = 1224 * quarters / (5 * sixths), in whole numbers: no rounding but the
-  // last one.
+  // 0.64 * 255 * (quarters / 4) / (sixths / 6) = 1224 * quarters / (5 * sixths) in integers, so that only the final
+  // result is rounded.
   const std::int64_t above = std::int64_t{1224} * quarters;
   const std::int64_t below = 5 * kTrangeSixths[static_cast<std::size_t>(trangeField)];
   const std::int64_t whole = above / below;

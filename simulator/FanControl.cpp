@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kFullDuty = 255;
 constexpr std::array kSpinUpSeconds{0.0, 0.1, 0.25, 0.4, 0.667, 1.0, 2.0, 4.0};
-constexpr std::array kRampSeconds{35.0, 17.6, 11.8, 7.0, 4.4, 3.0, 1.6, 0.8};  // from no duty to full duty
+constexpr std::array kRampSeconds{35.0, 17.6, 11.8, 7.0, 4.4, 3.0, 1.6, 0.8};  // from zero to full duty
 constexpr double kTurningPulsesPerMinute = 600;                                // two pulses within a fifth of a second
 
 }  // namespace
@@ -50,7 +50,7 @@ bool FanControl::SetUp(int pwm) const {
 }
 
 void FanControl::ConfigWritten(int pwm, std::uint8_t before) {
-  // An output that goes to manual keeps its duty until one is written.
+  // An output that is switched to manual keeps its duty until one is written.
   const bool wasManual = static_cast<Behaviour>(before >> 5) == Behaviour::Manual;
   if (!wasManual) outputs_[At(pwm)].manualDuty = outputs_[At(pwm)].duty;
 }
@@ -126,7 +126,7 @@ int FanControl::Ramped(int pwm, Wanted wanted) {
     output.ramp = wanted.duty;
     return wanted.duty;
   }
-  // A fan that starts does so at Min duty and not below.
+  // A fan starts at Min duty, never below.
   if (output.duty == 0 && wanted.duty > 0) output.ramp = std::min<int>(wanted.duty, registers_[0x28 + pwm]);
   const auto field = At(registers_.Field(0x1A + pwm / 2, pwm % 2 == 0 ? 2 : 5, 3));
   const bool slow = registers_.Bit(0x21 + pwm, 3);

@@ -12,10 +12,10 @@
 
 namespace zth::simulator {
 
-/// What drives a PWM output: the field of bits 7:5 of its config register.
+/// What controls a PWM output: the field in bits 7:5 of its config register.
 enum class Behaviour : std::uint8_t { Local, Remote1, Remote2, Remote3, Off, MaxOfLocalRemote3, MaxOfAll, Manual };
 
-/// True for a behaviour that follows the temperature of the channel.
+/// True if the behaviour follows the channel's temperature.
 bool Follows(Behaviour behaviour, int channel);
 
 /// The four PWM outputs: the automatic control law, manual duty, spin-up and ramps.
@@ -27,30 +27,30 @@ class FanControl {
   void Tick(const Measurement& measurement, const ThermPins& therm, const PinInputs& inputs);
   void Reset();
 
-  /// The config register was written, `before` being what it held.
+  /// The config register was written; `before` is its previous value.
   void ConfigWritten(int pwm, std::uint8_t before);
-  /// A duty was written to 0xAA + pwm. It counts in manual mode only.
+  /// A duty was written to 0xAA + pwm. It takes effect only in manual mode.
   void DutyWritten(int pwm, std::uint8_t duty);
 
-  /// The duty that the output runs at, 0 to 255, before its polarity.
+  /// The output's duty, 0 to 255, before its polarity is applied.
   std::uint8_t Duty(int pwm) const { return outputs_[At(pwm)].duty; }
-  /// Share of time that the pin is high; empty when the pin is no PWM output.
+  /// Fraction of time that the pin is high; empty if the pin is not a PWM output.
   std::optional<double> PinHigh(int pwm) const;
 
  private:
   struct Output {
     std::uint8_t duty = 0;
     std::uint8_t manualDuty = 0;
-    double ramp = 0;      ///< the duty of a ramp in fractions of a step
-    int spinUpTicks = 0;  ///< what is left of the spin-up
+    double ramp = 0;      ///< the duty of a ramp, with fractions of a step
+    int spinUpTicks = 0;  ///< remaining spin-up time
   };
   struct Wanted {
     int duty = 0;
-    bool atOnce = true;  ///< no ramp leads there
+    bool atOnce = true;  ///< without a ramp
   };
 
   Behaviour BehaviourOf(int pwm) const { return static_cast<Behaviour>(registers_.Field(0x21 + pwm, 5, 3)); }
-  /// Anything that shapes the output's duty is no longer as at power-up.
+  /// True if any setting that affects the output's duty differs from power-up.
   bool SetUp(int pwm) const;
   void FollowTemperatures(const Measurement& measurement);
   Wanted WantedDuty(int pwm, const Measurement& measurement, const ThermPins& therm, const PinInputs& inputs) const;

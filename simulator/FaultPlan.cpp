@@ -19,7 +19,7 @@ bool Touches(const Fault& fault, const Transfer& transfer) {
   return transfer.first <= *fault.address && *fault.address < transfer.first + transfer.count;
 }
 
-/// What wears and drifts on the board under a fault that stands.
+/// Applies an active fault that wears or drifts.
 void Degrade(BoardFaults& board, const Fault& fault, std::chrono::nanoseconds now) {
   const auto i = At(fault.index);
   const double drift = fault.value * std::chrono::duration<double, std::ratio<60>>(now - fault.from).count();

@@ -24,7 +24,7 @@ bool InRange(double value, double low, double high) {
   return value >= low && value <= high;
 }
 
-/// Compares words with a pattern in which # stands for a number; the numbers found go to `numbers`.
+/// Matches words against a pattern in which # stands for a number, and adds the numbers to `numbers`.
 bool Matches(const Rest& words, std::string_view pattern, std::vector<double>& numbers) {
   const std::vector<std::string> parts = Words(pattern);
   if (parts.size() != words.size()) return false;
@@ -45,7 +45,7 @@ bool Matches(const Rest& words, std::string_view pattern, std::vector<double>& n
   return true;
 }
 
-/// Takes two words "<name> <value>" off the end, wherever a filter may stand.
+/// Removes the two words "<name> <value>" from the end, where a filter may be.
 std::optional<std::string> TakeTail(Rest& words, std::string_view name) {
   if (words.size() < 2 || words[words.size() - 2] != name) return std::nullopt;
   std::string value = words.back();
@@ -59,7 +59,7 @@ std::optional<std::chrono::nanoseconds> Seconds(const std::string& word) {
   return std::chrono::nanoseconds(std::llround(seconds * 1e9));
 }
 
-/// "at 30" or "from 30 to 45", at the front.
+/// Removes "at 30" or "from 30 to 45" from the front.
 Problem TakeTime(Rest& words, Fault& fault) {
   const bool at = words.size() >= 2 && words[0] == "at";
   const bool span = words.size() >= 4 && words[0] == "from" && words[2] == "to";
@@ -140,14 +140,14 @@ Problem ReadRegisterFault(const Rest& words, Fault& fault) {
   return std::nullopt;
 }
 
-/// A fault of the board as it is written: the words, its kind, the parts that there are, and what a number behind may
-/// be, each with what to say of another one. Without a part its row has no numbers of any.
+/// How a fault of the board is written: its words, its kind, the valid part numbers and the valid range of the number
+/// after them, each with the error text for any other value. A row without a part has no part numbers.
 struct BoardRow {
   std::string_view pattern;
   FaultKind kind;
-  int first = 0, last = 0;  ///< parts
+  int first = 0, last = 0;  ///< part numbers
   std::string_view others{};
-  double low = 0, high = 0;  ///< the number behind
+  double low = 0, high = 0;  ///< range of the number after the part
   std::string_view wrong{};
 };
 
@@ -187,7 +187,7 @@ Problem ReadBoardRow(const BoardRow& row, std::vector<double> numbers, Fault& fa
   if (row.kind == FaultKind::AdapterUnplugged) fault.link = Link::Usb;
   if (!row.others.empty()) {
     if (!InRange(numbers[0], row.first, row.last) || !IsWhole(numbers[0])) return std::string(row.others);
-    // Sensor 0 and diode 0 are Local, which has no diode that could part; all else counts from 1.
+    // Sensor 0 and diode 0 are Local, which has no diode that could open. Everything else counts from 1.
     const bool fromZero = row.kind == FaultKind::DiodeOpen || row.first == 0;
     fault.index = static_cast<int>(numbers[0]) - (fromZero ? 0 : 1);
     numbers.erase(numbers.begin());

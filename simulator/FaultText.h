@@ -8,7 +8,7 @@
 
 namespace zth::simulator {
 
-/// Reads the words behind "fault". The second alternative says what is wrong with them.
+/// Parses the words after "fault". The second alternative is an error message.
 std::variant<Fault, std::string> ParseFault(const std::vector<std::string>& words);
 
 }  // namespace zth::simulator

@@ -9,7 +9,7 @@
 namespace zth::simulator {
 namespace {
 
-constexpr int kStatus = 0xBF;  // a bit at 0 is an active pin, whatever its polarity
+constexpr int kStatus = 0xBF;  // a 0 bit is an active pin, whatever its polarity
 
 constexpr std::uint8_t BitMask(int bit) {
   return static_cast<std::uint8_t>(1 << bit);
@@ -33,7 +33,7 @@ void Gpio::LevelsWritten(std::uint8_t value) {
 void Gpio::Show(std::uint8_t inactiveInputs) {
   std::uint8_t status = 0;
   for (int gpio = 0; gpio < kGpios; ++gpio) {
-    // A pin that is no GPIO reads 0, as at power-up.
+    // A pin that is not a GPIO reads 0, as at power-up.
     if (!Live(gpio)) continue;
     const std::uint8_t levels = Output(gpio) ? latch_ : inactiveInputs;
     status |= static_cast<std::uint8_t>(BitMask(gpio) & levels);

@@ -15,20 +15,20 @@ class Gpio {
  public:
   Gpio(RegisterFile& registers, const PinModel& pins) : registers_(registers), pins_(pins) {}
 
-  /// Takes the levels of the inputs into the status register 0xBF.
+  /// Updates the status register 0xBF from the input levels.
   void Tick(const PinInputs& inputs);
   void Reset() { latch_ = 0; }
 
-  /// A byte was written to 0xBF: the bits of outputs take it, those of inputs do not.
+  /// A byte was written to 0xBF: only the bits of outputs change.
   void LevelsWritten(std::uint8_t value);
 
-  /// The level that the chip drives; empty where the pin is no GPIO output.
+  /// The level that the chip drives; empty if the pin is not a GPIO output.
   std::optional<bool> OutputHigh(int gpio) const;
 
-  /// GPIO inputs that are active, a bit each.
+  /// The active GPIO inputs, one bit each.
   std::uint8_t ActiveInputs() const;
 
-  /// EDO output 0 or 1 is asserted.
+  /// True if EDO output 0 or 1 is asserted.
   bool EdoAsserted(int edo, const Alerts& alerts) const;
 
  private:
@@ -39,7 +39,7 @@ class Gpio {
 
   RegisterFile& registers_;
   const PinModel& pins_;
-  std::uint8_t latch_ = 0;  ///< what was written for the outputs; a bit at 1 is inactive
+  std::uint8_t latch_ = 0;  ///< last value written for the outputs; a 1 bit is inactive
 };
 
 }  // namespace zth::simulator

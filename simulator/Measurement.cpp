@@ -11,10 +11,10 @@ namespace zth::simulator {
 namespace {
 
 constexpr double kTemperatureNoiseC = 0.08;
-constexpr double kVoltageNoise = 0.001;          // of the nominal voltage
-constexpr double kTachNoise = 0.001;             // of the count
-constexpr double kAveraging = 0.25;              // 16 conversions averaged leave a quarter of the noise
-constexpr double kUnattenuatedFullScale = 2.25;  // volts at the bare converter, code 256
+constexpr double kVoltageNoise = 0.001;          // fraction of the nominal voltage
+constexpr double kTachNoise = 0.001;             // fraction of the count
+constexpr double kAveraging = 0.25;              // averaging 16 conversions leaves a quarter of the noise
+constexpr double kUnattenuatedFullScale = 2.25;  // volts at the converter without attenuator, code 256
 constexpr int kNominalCode = 192;
 
 constexpr int ValueRegister(int channel) {
@@ -65,7 +65,7 @@ void Measurement::ConvertTemperatures(const PinInputs& inputs) {
       continue;
     }
     fault_[i] = channel != 0 && inputs.diodeOpen[i];
-    // The converter throws a conversion without a diode away: the status bit tells, the reading stands.
+    // The converter discards a conversion without a diode: the status bit is set, the reading is kept.
     if (fault_[i]) continue;
     // Offsets are two's complement in half degrees.
     const int offset = 2 * static_cast<signed char>(registers_[0x56 + channel]);
@@ -80,7 +80,7 @@ void Measurement::ConvertVoltages(const PinInputs& inputs) {
   for (int n = 0; n < kVoltagePins; ++n) {
     const auto pin = static_cast<VoltagePin>(n);
     double nominal = pins_.Nominal(pin);
-    // The two 1.5 V inputs are converted as a pair as soon as one of them is in use.
+    // The two 1.5 V inputs are converted as a pair if either is in use.
     if (pin >= VoltagePin::P28 && either15) nominal = 1.5;
     PutVoltage(pin, inputs.volts[At(n)], nominal);
   }
@@ -91,12 +91,12 @@ void Measurement::PutVoltage(VoltagePin pin, double volts, double nominal) {
   const double measured = volts + nominal * noise * random_.Bell();
   const VoltageRow& row = RowOf(pin);
   if (nominal <= 0) {
-    // Where another function has the register it is not the voltage's to write; the others go back to 0.
+    // If another function uses the register, leave it alone; otherwise reset it to 0.
     const bool shared = row.valueRegister >= 0xA0 || pin == VoltagePin::P15 || pin == VoltagePin::P19;
     if (!shared) registers_.Put(row.valueRegister, 0);
     return;
   }
-  const bool ownDivider = pin == VoltagePin::P26 && nominal == 4;  // the battery input is never taken bare
+  const bool ownDivider = pin == VoltagePin::P26 && nominal == 4;  // the battery input always has its divider
   const bool attenuated = ownDivider || registers_.Bit(row.attenuatorRegister, row.attenuatorBit);
   registers_.Put(row.valueRegister, attenuated ? VoltageCode(measured, nominal, kNominalCode)
                                                : VoltageCode(measured, kUnattenuatedFullScale, 256));
@@ -105,8 +105,8 @@ void Measurement::PutVoltage(VoltagePin pin, double volts, double nominal) {
 
 int Measurement::TachPeriodTicks(int fan) const {
   const double period = registers_.Bit(0x02, 0) ? kFastTachSeconds : kTachSeconds;
-  // A low frequency output cuts the fan's supply, and its tach with it: unless continuous readings are on, the tachs of
-  // the four outputs take turns at stretched pulses.
+  // A low frequency output cuts the fan's supply, and its tach with it. Unless continuous readings are on, the tachs of
+  // the four outputs take turns, with stretched pulses.
   const bool continuous = registers_.Bit(0x02, 2) || registers_.Bit(0x08, fan % kPwms);
   return Ticks(continuous ? period : 4 * period);
 }

@@ -10,33 +10,33 @@
 
 namespace zth::simulator {
 
-/// The chip's converter and tach counters: what is on the pins goes to the value registers 0x88 to 0xA9.
+/// The chip's converter and tach counters: measures the pins into the value registers 0x88 to 0xA9.
 class Measurement {
  public:
-  /// `noise` scales the converter's own noise; 0 makes readings exact but for their rounding.
+  /// `noise` scales the converter's own noise; with 0, readings are exact except for rounding.
   Measurement(RegisterFile& registers, const PinModel& pins, Noise random, double noise)
       : registers_(registers), pins_(pins), random_(random), noise_(noise) {}
 
-  /// One tick. True when a round of conversions ended in it.
+  /// One tick. True if it completed a round of conversions.
   bool Tick(const PinInputs& inputs);
 
-  /// Back to power-up.
+  /// Resets to the power-up state.
   void Reset();
 
-  /// Tachs that are not enabled, or whose pins do something else, read 0xFFFF at once.
+  /// Tachs that are disabled, or whose pins have another function, read 0xFFFF at once.
   void DropDisabledTachs();
 
-  /// The last reading of a channel in quarter degrees above -64 degrees C; empty before the first one and while its
-  /// pins are voltage inputs. An open diode leaves the last good reading.
+  /// A channel's last reading in quarter degrees above -64 degrees C; empty before the first one and while its pins are
+  /// voltage inputs. While the diode is open, the last good reading is kept.
   std::optional<int> Quarters(int channel) const;
 
-  /// The diode of the channel was open at the last conversion.
+  /// True if the channel's diode was open at the last conversion.
   bool DiodeFault(int channel) const { return fault_[At(channel)]; }
 
-  /// The tach is enabled and its pin is a tach input.
+  /// True if the tach is enabled and its pin is a tach input.
   bool TachLive(int fan) const { return registers_.Bit(0x07, fan) && pins_.HasTach(fan); }
 
-  /// The 16-bit count of a tach, as its registers hold it.
+  /// The 16-bit count of a tach, as in its registers.
   int TachCountOf(int fan) const;
 
  private:

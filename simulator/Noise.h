@@ -5,18 +5,18 @@
 
 namespace zth::simulator {
 
-/// A seeded source of random numbers that gives the same row on every platform and compiler.
+/// A seeded random number generator with the same sequence on every platform and compiler.
 class Noise {
  public:
   explicit Noise(std::uint64_t seed) : state_(seed) {}
 
-  /// Evenly spread over [0, 1).
+  /// Uniform over [0, 1).
   double Uniform() { return std::ldexp(static_cast<double>(Next() >> 11U), -53); }
 
-  /// Evenly spread over [-width, width).
+  /// Uniform over [-width, width).
   double Spread(double width) { return width * (2.0 * Uniform() - 1.0); }
 
-  /// Bell-shaped with deviation 1, never beyond 6: a real converter has no far outliers either.
+  /// Approximately normal with standard deviation 1, never beyond 6: a real converter has no far outliers either.
   double Bell() {
     double sum = -6.0;
     for (int i = 0; i < 12; ++i) sum += Uniform();

@@ -8,25 +8,25 @@
 
 namespace zth::simulator {
 
-/// What the board puts on the chip's pins: the chip knows the world through this alone.
+/// What the board applies to the chip's pins; the chip knows nothing else of the world.
 struct PinInputs {
   std::array<double, kTemperatures> temperatureC{};
-  std::array<bool, kTemperatures> diodeOpen{};   ///< Local (0) has no wires that could part
-  std::array<double, kVoltagePins> volts{};      ///< by VoltagePin
+  std::array<bool, kTemperatures> diodeOpen{};   ///< Local (0) has no wires that could break
+  std::array<double, kVoltagePins> volts{};      ///< indexed by VoltagePin
   std::array<double, kTachs> pulsesPerMinute{};  ///< 0: no pulses reach the pin
-  std::array<bool, 2> thermLow{};                ///< something outside pulls the THERM pin
-  std::array<bool, 2> vrHot{};                   ///< a regulator reports heat
-  bool pin27Asserted = false;                    ///< an open case, or the FANMAX input, by the pin's function
+  std::array<bool, 2> thermLow{};                ///< the THERM pin is pulled low from outside
+  std::array<bool, 2> vrHot{};                   ///< a regulator reports overheating
+  bool pin27Asserted = false;                    ///< an open case or the FANMAX input, depending on the pin's function
   std::array<bool, kGpios> gpioHigh{true, true, true, true, true, true, true, true};  ///< level from outside
-  std::uint8_t vid = 0x3F;  ///< levels of VID0 to VID5, a bit each
+  std::uint8_t vid = 0x3F;  ///< levels of VID0 to VID5, one bit each
 };
 
 /// What the chip drives.
 struct PinOutputs {
-  /// Share of time that each PWM pin is high, 0 to 1; empty where the pin is no PWM output.
+  /// Fraction of time that each PWM pin is high, 0 to 1; empty if the pin is not a PWM output.
   std::array<std::optional<double>, kPwms> pwmHigh;
   std::array<bool, 2> thermAsserted{};               ///< by the chip itself
-  std::array<std::optional<bool>, kGpios> gpioHigh;  ///< empty where the pin is no output
+  std::array<std::optional<bool>, kGpios> gpioHigh;  ///< empty if the pin is not an output
   std::array<bool, 2> edo{};
   bool alert = false;
 };

@@ -11,8 +11,8 @@ namespace {
 
 using enum VoltagePin;
 
-// pin, number, value, low, high, status group and bit, attenuator register and bit. Pin 28 is the +1.5V2 (ICH) input
-// and pin 29 the +1.5V1 (3GIO) one, as the names of their registers have it.
+// pin, number, value, low, high, status group and bit, attenuator register and bit. As in the register names, pin 28 is
+// the +1.5V2 (ICH) input and pin 29 the +1.5V1 (3GIO) input.
 constexpr std::array<VoltageRow, kVoltagePins> kVoltageRows{{
     {P7, 7, 0xA3, 0x6D, 0x7C, 0, 0, 0x18, 1},
     {P8, 8, 0xA5, 0x6E, 0x7D, 0, 1, 0x18, 2},
@@ -29,7 +29,7 @@ constexpr std::array<VoltageRow, kVoltagePins> kVoltageRows{{
     {P29, 29, 0x94, 0x77, 0x50, 1, 7, 0x19, 5},
 }};
 
-// A core supply or one of three rails, by the two-bit field of pins 23 and 24.
+// The two-bit field of pins 23 and 24 selects a core supply or one of three rails.
 constexpr std::array kCoreNominal{2.13, 2.5, 1.8, 1.5};
 
 struct EasyOption {
@@ -49,7 +49,7 @@ constexpr std::array<EasyOption, 5> kEasyOptions{{
     {{0x3E, 0x0C, 0x0C, 0xCC}},
 }};
 
-/// The option that 0x14 asks for, the highest of several; nullptr for none.
+/// The option selected by 0x14, the highest if there are several; nullptr for none.
 const EasyOption* OptionOf(std::uint8_t easy) {
   for (std::size_t i = kEasyOptions.size(); i-- > 0;) {
     if ((easy >> i & 1) != 0) return &kEasyOptions[i];

@@ -8,22 +8,21 @@
 namespace zth::simulator {
 namespace {
 
-constexpr double kLongestSubStep = 0.01;  // seconds; within it, fan speeds count as constant for the heat
-constexpr double kOwnAir = 0.3;           // share of a sensor's air flow that each of its own two fans gives
-constexpr double kOtherAir = 0.4 / 6;     // and each of the other six
-constexpr double kStandstillRpm = 30;     // below it a rotor sticks
+constexpr double kLongestSubStep = 0.01;  // seconds; within it, fan speeds count as constant for the heat flow
+constexpr double kOwnAir = 0.3;           // fraction of a sensor's air flow from each of its own two fans
+constexpr double kOtherAir = 0.4 / 6;     // and from each of the other six
+constexpr double kStandstillRpm = 30;     // below this a rotor stops
 
-constexpr double kFullRpmSpread = 0.04;  // of the unit's full speed
-constexpr double kDutySpread = 0.02;     // on the stall and start thresholds
+constexpr double kFullRpmSpread = 0.04;  // fraction of the unit's full speed
+constexpr double kDutySpread = 0.02;     // of the stall and start thresholds
 constexpr double kSupplySpread = 0.006;
-constexpr double kRipple = 0.004;  // amplitude, of the nominal voltage
+constexpr double kRipple = 0.004;  // amplitude, as a fraction of the nominal voltage
 
-// A heater's own sensor: Remote 1 and Remote 2.
 constexpr int HeatedSensor(int heater) {
   return heater + 1;
 }
 
-/// One first-order lag towards `target`, exact for any time.
+/// A first-order lag towards `target`, exact for any time step.
 double Lag(double value, double target, double timeConstant, double seconds) {
   return target + (value - target) * std::exp(-seconds / timeConstant);
 }
@@ -42,7 +41,7 @@ Plant::Plant(const PlantOptions& options) : options_(options), ambientC_(options
     supply.periodSeconds = 3 + 9 * random.Uniform();
     supply.phase = 2 * std::numbers::pi * random.Uniform();
   }
-  // The board has been lying on the desk under power: it is warm, its fans stand.
+  // The board has been powered on the desk for some time: it is warm, and its fans are stopped.
   for (int sensor = 0; sensor < kTemperatures; ++sensor) {
     temperatures_[At(sensor)] = options.ambientC + Heating(sensor) / Cooling(sensor);
   }

@@ -7,8 +7,8 @@
 
 namespace zth::simulator {
 
-/// The bytes behind the chip's addresses, without any behaviour. The parts of the chip read their settings from here
-/// and put their results here.
+/// The chip's register bytes, without any behaviour. The parts of the chip read their settings here and store their
+/// results here.
 class RegisterFile {
  public:
   RegisterFile() { Reset(); }
@@ -16,14 +16,14 @@ class RegisterFile {
   std::uint8_t operator[](int address) const { return bytes_[static_cast<std::uint8_t>(address)]; }
   void Put(int address, int value) { bytes_[static_cast<std::uint8_t>(address)] = static_cast<std::uint8_t>(value); }
 
-  /// The bits of a field: `width` bits from bit `shift` up.
+  /// A field's value: `width` bits from bit `shift` up.
   int Field(int address, int shift, int width) const { return ((*this)[address] >> shift) & ((1 << width) - 1); }
   bool Bit(int address, int bit) const { return Field(address, bit, 1) != 0; }
 
-  /// The register is not at its power-up value.
+  /// True if the register differs from its power-up value.
   bool Changed(int address) const { return (*this)[address] != powerUp_[static_cast<std::uint8_t>(address)]; }
 
-  /// Every register at its power-up value.
+  /// Sets every register to its power-up value.
   void Reset() { bytes_ = powerUp_; }
 
  private:

@@ -10,8 +10,8 @@ namespace {
 
 using enum OnWrite;
 
-// Written from the data sheet and not from the program's own table: a test compares the two, so that a slip of either
-// hand shows.
+// Written from the data sheet, not from the program's own table: a test compares the two, so that a mistake in either
+// is found.
 constexpr std::array kRules{
     RegisterRule{0x00, 0x20, Reset},                  // Configuration 0
     RegisterRule{0x01, 0x01, Config1},                // Configuration 1
@@ -181,7 +181,7 @@ constexpr bool Rising() {
   return true;
 }
 static_assert(Rising());
-// 176 names on the chip, 17 of them the second meaning of an address.
+// The chip has 176 register names, 17 of which are second names of an address.
 static_assert(kRules.size() == 176 - 17);
 
 constexpr std::array<std::uint8_t, 256> kRow = [] {

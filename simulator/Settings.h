@@ -7,16 +7,16 @@
 
 namespace zth::simulator {
 
-/// What both libraries say that a program talks to.
+/// The board name that both libraries report.
 inline constexpr char kBoardName[] = "Simulated board";
 
-/// What the simulated libraries can be told. The defaults give one sound board on each link.
+/// The settings of the simulated libraries. The defaults give one board without faults on each link.
 struct Settings {
   std::uint64_t seed = 4718;
   double ambientC = 25;
-  double timeFactor = 1;      ///< simulated seconds in a real one
+  double timeFactor = 1;      ///< simulated seconds per real second
   std::uint8_t revision = 0;  ///< of every chip, register 0x3F
-  int fanPulses = 2;          ///< tach pulses in a revolution of the fans
+  int fanPulses = 2;          ///< tach pulses of the fans per revolution
   double noise = 1;           ///< scale of noise and ripple, 0 for none
   bool diodeAtD2Connector = true;
 

@@ -18,7 +18,7 @@ namespace {
 using Problem = std::optional<std::string>;
 using Values = std::vector<std::string>;
 
-constexpr long long kLowestAddress = 0x08;  // below and above, the bus has addresses of its own
+constexpr long long kLowestAddress = 0x08;  // below and above are the bus's reserved addresses
 constexpr long long kHighestAddress = 0x77;
 
 Problem Number(const Values& values, double low, double high, double& target) {

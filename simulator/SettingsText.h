@@ -8,14 +8,14 @@
 
 namespace zth::simulator {
 
-/// Why a settings text is not understood.
+/// Why a settings text is invalid.
 struct SettingsError {
-  int line = 0;  ///< from 1 on
+  int line = 0;  ///< counted from 1
   std::string text;
 };
 
-/// Reads a settings text: lines of `key = value` and `fault <when> <what>`, with comments from # on. docs/simulator.md
-/// tells all keys and faults. The first line that is wrong makes the whole text wrong.
+/// Parses a settings text: lines of `key = value` and `fault <when> <what>`; comments start with #. docs/simulator.md
+/// describes all keys and faults. The first invalid line makes the whole text invalid.
 std::variant<Settings, SettingsError> ParseSettings(std::string_view text);
 
 }  // namespace zth::simulator

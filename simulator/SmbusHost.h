@@ -8,8 +8,8 @@
 
 namespace zth::simulator {
 
-/// A PC's SMBus with boards on it, as seen through the closed library `smbus`. A failed transfer reads 0xFF, or is
-/// lost, and is counted: one that the plan of faults lets fail, and one to an address where no chip answers.
+/// A PC's SMBus with boards on it, as seen through the closed library `smbus`. A failed read gives 0xFF, a failed write
+/// is lost, and both are counted. A transfer fails when the fault plan says so, or when no chip answers at the address.
 class SmbusHost {
  public:
   explicit SmbusHost(const Settings& settings) : bus_(settings, Link::Smbus) {}
@@ -21,7 +21,7 @@ class SmbusHost {
     if (GetsThrough(address, reg)) bus_.Write(address, reg, value);
   }
 
-  /// Failed transfers with an address since the start.
+  /// Failed transfers to an address since the start.
   std::int32_t Failures(std::uint8_t address) const { return failures_.at(address); }
 
   Bus& TheBus() { return bus_; }

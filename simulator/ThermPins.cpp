@@ -26,7 +26,7 @@ void ThermPins::Compare(const Measurement& measurement) {
     for (int channel = 0; channel < kTemperatures; ++channel) {
       bool& exceeded = pin.exceeded[At(channel)];
       const std::optional<int> reading = measurement.Quarters(channel);
-      // Local's limit gives way to the high limit of the 1.5 V input on the same pin.
+      // If the pin is a 1.5 V input, Local's limit register is the high limit of that input.
       const bool limitIsVoltage = channel == 0 && pins_.IsVoltage(therm == 0 ? VoltagePin::P28 : VoltagePin::P29);
       if (!reading || limitIsVoltage) {
         exceeded = false;

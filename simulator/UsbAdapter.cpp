@@ -8,7 +8,7 @@ namespace {
 
 enum VendorRequest : std::int16_t { kHeater = 0xDA, kBlock = 0xDC, kConnect = 0xDD, kRegister = 0xDE, kPort = 0xDF };
 
-constexpr int kLongestBlock = 65;  // the computer's buffer
+constexpr int kLongestBlock = 65;  // the size of the computer's buffer
 
 }  // namespace
 
@@ -51,7 +51,7 @@ std::int16_t UsbAdapter::Heater(const Setup& setup) {
   Board* board = bus_.First();
   if (board == nullptr) return kTransferFailed;
   if (!setup.in) return board->SetHeater(setup.value, setup.index) ? kDone : kBadRequest;
-  // Two drives, and a byte that the adapter sends along and nobody uses.
+  // Two drives, and an extra byte that the adapter sends and nobody uses.
   const std::uint8_t state[3] = {board->HeaterState(1), board->HeaterState(2), 0};
   if (setup.length > 3) return kBadRequest;
   std::copy_n(state, setup.length, setup.buffer);
@@ -78,8 +78,8 @@ std::int16_t UsbAdapter::Connect(const Setup& setup) {
 std::int16_t UsbAdapter::Register(const Setup& setup) {
   if (setup.index < 0 || setup.index > (setup.in ? 0xFF : 0xFFFF)) return kBadRequest;
   const auto reg = static_cast<std::uint8_t>(setup.index & 0xFF);
-  // An address without a chip is no failure: the adapter reports the transfer as done and the data are what the open
-  // bus lines give, so that a search over addresses can go on.
+  // An address without a chip is not a failure: the adapter reports success, and the data are those of open bus lines,
+  // so that a search over addresses can continue.
   if (setup.in) {
     if (setup.length != 1) return kBadRequest;
     setup.buffer[0] = bus_.Read(setup.value, reg);
@@ -93,7 +93,7 @@ std::int16_t UsbAdapter::Port(const Setup& setup) {
   Board* board = bus_.First();
   if (board == nullptr || setup.value < 0 || setup.value > 0x7F) return kTransferFailed;
   const auto address = static_cast<std::uint8_t>(setup.value);
-  // A write comes with a length of 0 or 1; the port byte travels in the index either way.
+  // A write has a length of 0 or 1; in both cases the port byte is in the index.
   if (!setup.in) {
     if (setup.index < 0 || setup.index > 0xFF) return kBadRequest;
     return board->WritePort(address, static_cast<std::uint8_t>(setup.index)) ? kDone : kTransferFailed;

@@ -16,10 +16,10 @@ class UsbAdapter {
 
   explicit UsbAdapter(const Settings& settings);
 
-  /// 1 when the adapter takes its firmware, 0 when not.
+  /// 1 if the adapter accepts its firmware, otherwise 0.
   std::int16_t LoadFirmware() const;
 
-  /// One vendor request; kDone, or the code of its failure. A request that reads fills `length` bytes of the buffer.
+  /// One vendor request; kDone or a failure code. A read fills `length` bytes of the buffer.
   std::int16_t Request(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction,
                        std::int16_t length, std::uint8_t* buffer);
 
@@ -29,7 +29,7 @@ class UsbAdapter {
   struct Setup {
     std::int16_t request;
     std::int32_t value, index;
-    bool in;  ///< towards the computer
+    bool in;  ///< direction: to the computer
     std::int16_t length;
     std::uint8_t* buffer;
   };

@@ -9,12 +9,13 @@
 
 namespace zth::simulator {
 
-/// The six VID inputs: pins 1 to 4, 31 and 32 where 0x10 makes them those. Register 0x78 shows their levels then.
+/// The six VID inputs: pins 1 to 4, 31 and 32 when register 0x10 configures them as VID. Register 0x78 then shows their
+/// levels.
 class VidInputs {
  public:
   VidInputs(RegisterFile& registers, const PinModel& pins) : registers_(registers), pins_(pins) {}
 
-  /// One tick. True when the code on the pins is another than at the tick before.
+  /// One tick. True when the code on the pins has changed since the tick before.
   bool Tick(const PinInputs& inputs) {
     const std::optional<std::uint8_t> before = code_;
     code_.reset();
@@ -25,7 +26,7 @@ class VidInputs {
   }
   void Reset() { code_.reset(); }
 
-  /// The bits of the register that are the pins'.
+  /// The bits of the register that show pins.
   int OwnBits() const { return pins_.Vid() ? kPins : 0; }
 
  private:

@@ -7,12 +7,12 @@
 /// The words and numbers of a settings text.
 namespace zth::simulator {
 
-/// The words of a line, a percent sign being a word of its own.
+/// The words of a line; a percent sign is a separate word.
 std::vector<std::string> Words(std::string_view line);
 
-/// A whole number, decimal or hexadecimal with 0x; false when the word is none.
+/// Parses an integer, decimal or hexadecimal with 0x; false if the word is not one.
 bool ParseInteger(std::string_view word, long long& value);
-/// A decimal number; false when the word is none.
+/// Parses a decimal number; false if the word is not one.
 bool ParseDecimal(std::string_view word, double& value);
 
 }  // namespace zth::simulator

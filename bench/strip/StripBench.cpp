@@ -1,5 +1,5 @@
-// How long a frame of the strip chart takes, beside two chart libraries on the same samples in the same run; and what
-// an append costs. Each strip has its bar of buttons. Offscreen raster, 800 x 500, 12 traces of 2,000 points in sight.
+// Times a frame of the strip chart against two chart libraries, with the same samples in the same run, and times an
+// append. Each strip has its button bar. Offscreen raster, 800 x 500, 12 traces of 2,000 visible points.
 #include <cstdio>
 #include <vector>
 
@@ -20,7 +20,7 @@ using bench::kTraces;
 
 constexpr int kDaySamples = 24 * 60 * 60 * 20;
 
-/// Two zones, twelve traces and a legend whose texts change with each sample, as the busiest of the graphs.
+/// Two zones, twelve traces and a legend whose texts change with each sample, like the busiest of the graphs.
 class StripCompetitor final : public bench::Competitor {
  public:
   explicit StripCompetitor(int samples, double shown = bench::kPoints * bench::kPeriod)
@@ -47,7 +47,7 @@ class StripCompetitor final : public bench::Competitor {
       strip_.SetCaption(bench::LegendText(t, next_ - 1));
     }
   }
-  /// What the program does between two frames: the timer of all charts fires, and the part that has changed is painted.
+  /// What the program does between two frames: the charts' shared timer fires and the changed part is painted.
   void Draw() override {
     frames_->stop();
     QMetaObject::invokeMethod(frames_, "timeout");
@@ -92,8 +92,8 @@ void FrameStripUnderCursor(benchmark::State& state) {
   strip.Point();
   Run(state, strip);
 }
-/// A zoom of Y in every frame, so that nothing of the last picture can stay; with `x` one of X too, so that the columns
-/// are others as well.
+/// Zooms Y in every frame, so that nothing of the last picture can be reused; with `x` it also zooms X, so that the
+/// columns change too.
 void Zoomed(benchmark::State& state, bool x) {
   StripCompetitor strip(bench::kPoints);
   QApplication::processEvents();

@@ -14,9 +14,8 @@
 namespace zth::simulator {
 namespace {
 
-constexpr double kWantedSpeed = 1000;  // simulated seconds in a second of one core
+constexpr double kWantedSpeed = 1000;  // simulated seconds per second of one core
 
-/// A busy board: all tachs, both heaters, dynamic Tmin and ramps at work. Fails below a thousand times real time.
 void AdvanceBoard(benchmark::State& state) {
   Board board;
   for (const auto& [reg, value] : {std::pair{0x07, 0xFF}, {0x0B, 0x03}, {0x1A, 0x03}, {0x1B, 0x03}, {0x5D, 0x60}}) {
@@ -31,7 +30,7 @@ void AdvanceBoard(benchmark::State& state) {
     board.Advance(kPiece);
     simulated += static_cast<double>(kPiece.count());
   }
-  // Time of the processor, so that a busy machine does not count.
+  // Processor time, so that other load on the machine does not count.
   const double real = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
   state.counters["times_real_time"] = simulated / real;
   const bool measured = real > 0.01;
@@ -39,10 +38,10 @@ void AdvanceBoard(benchmark::State& state) {
 }
 BENCHMARK(AdvanceBoard)->Unit(benchmark::kMillisecond);
 
-/// Calls that make up for a pause of ten minutes at a thousandfold time, on four busy boards. Fails when one of them
-/// computes for 20 ms.
+/// The calls that catch up after a pause of ten minutes at a time factor of 1000, on four busy boards. Fails when one
+/// of them computes for 20 ms.
 void CatchUpInCalls(benchmark::State& state) {
-  constexpr double kLongest = 0.020;  // seconds of the processor
+  constexpr double kLongest = 0.020;  // seconds of processor time
   UsbAdapter adapter{Settings{.timeFactor = 1000, .usbChips = {0x58, 0x5A, 0x5C, 0x5E}}};
   Bus& bus = adapter.TheBus();
   RealTime time;
@@ -58,7 +57,7 @@ void CatchUpInCalls(benchmark::State& state) {
 }
 BENCHMARK(CatchUpInCalls)->Unit(benchmark::kMillisecond);
 
-/// One register over USB, without time going by.
+/// Reads one register over USB without advancing time.
 void ReadRegister(benchmark::State& state) {
   UsbAdapter adapter{Settings{}};
   std::uint8_t value = 0;

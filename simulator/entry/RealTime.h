@@ -8,14 +8,13 @@
 
 namespace zth::simulator {
 
-/// No transfer waits longer than this for a board that is behind, as after a pause at a great time factor: the rest is
-/// made up for by the following ones. Nor does it compute more than so many ticks of boards, whatever the clock says: a
-/// core of no great speed does them in these milliseconds.
+/// The longest that one transfer waits for a board that is behind, as after a pause at a high time factor; the
+/// following transfers catch up on the rest. One transfer also never computes more than a fixed number of board ticks,
+/// whatever the clock says: a slow core needs about this long for them.
 inline constexpr std::chrono::milliseconds kCatchUpTime{10};
 inline constexpr std::int64_t kTicksInACall = 10'000;
 
-/// The one place where real time meets the simulation: brings a bus up to now before a transfer, and lets a slow
-/// transfer take its time behind it.
+/// Connects real time to the simulation: advances a bus to now before a transfer, and delays after a slow transfer.
 template <typename Clock>
 class RealTimeBy {
  public:

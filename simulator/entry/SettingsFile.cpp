@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The file of the library that this code was linked into; empty when the loader does not tell.
+/// The path of the library that contains this code; empty if the loader does not tell.
 fs::path OwnFile() {
   static const char kHere = 0;
 #ifdef _WIN32

@@ -51,7 +51,7 @@ ZTH_BOARD_EXPORT void ZTH_BOARD_CALL WriteSmbus(std::uint8_t address, std::uint8
   zth::simulator::RealTime::Linger(library.host.TheBus());
 }
 
-// A look at a number is no transfer, and lets no time go by.
+// Reading the counter is no transfer and lets no time pass.
 ZTH_BOARD_EXPORT std::int32_t ZTH_BOARD_CALL SmbusFailures(std::uint8_t address) {
   return zth::simulator::AtRest().host.Failures(address);
 }

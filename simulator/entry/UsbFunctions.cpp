@@ -16,7 +16,7 @@ struct Library {
   RealTime time;
 };
 
-// Made by the first call, so that loading the library costs nothing and the simulated time starts with its use.
+// Created by the first call, so that loading the library costs nothing and simulated time starts with its use.
 Library& TheLibrary() {
   static Library library;
   library.time.CatchUp(library.adapter.TheBus());
@@ -30,7 +30,6 @@ ZTH_BOARD_EXPORT const char* ZTH_BOARD_CALL BoardName() {
   return zth::simulator::kBoardName;
 }
 
-// The simulated adapter carries its firmware, so that the file need not exist: its path is not looked at.
 ZTH_BOARD_EXPORT std::int16_t ZTH_BOARD_CALL LoadFirmWare(const char* /*path*/) {
   return zth::simulator::TheLibrary().adapter.LoadFirmware();
 }

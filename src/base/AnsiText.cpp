@@ -5,7 +5,7 @@
 namespace zth::base {
 namespace {
 
-// 0x80 to 0x9F of the code page; 0 where it has no character.
+// Characters 0x80 to 0x9F of the code page; 0 marks an unassigned code.
 constexpr std::array<char32_t, 32> kUpperControls{0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
                                                   0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,

@@ -5,7 +5,7 @@
 
 namespace zth::base {
 
-/// The byte of a Unicode character in the ANSI code page 1252, or nothing for a character that has none.
+/// The code page 1252 byte of a Unicode character; nothing if the code page does not have it.
 std::optional<std::uint8_t> AnsiCode(char32_t character);
 
 }  // namespace zth::base

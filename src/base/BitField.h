@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-/// Bits of 8-bit registers, read and changed in one place.
+/// Reads and changes bit fields of 8-bit registers.
 namespace zth::base {
 
-/// A run of `width` bits (1 to 8) whose lowest is bit `shift` (0 to 7).
+/// A field of `width` bits (1 to 8). Its lowest bit is bit `shift` (0 to 7).
 struct BitField {
   std::uint8_t shift = 0;
   std::uint8_t width = 1;
@@ -20,7 +20,7 @@ constexpr unsigned GetField(unsigned whole, BitField field) {
   return (whole & Mask(field)) >> field.shift;
 }
 
-/// `whole` with the field set to the low bits of `value`; all other bits survive.
+/// `whole` with the field set to the low bits of `value`; the other bits are kept.
 constexpr std::uint8_t PutField(unsigned whole, BitField field, unsigned value) {
   return static_cast<std::uint8_t>((whole & ~Mask(field)) | ((value << field.shift) & Mask(field)));
 }

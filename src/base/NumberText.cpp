@@ -19,7 +19,7 @@ std::size_t SkipDigits(std::string_view text, std::size_t at) {
   return at;
 }
 
-/// Where the number that starts at `begin` (sign included) ends; `begin` when there is none.
+/// Returns the end of the number that starts at `begin` (sign included), or `begin` if there is no number.
 std::size_t NumberEnd(std::string_view text, std::size_t begin) {
   std::size_t at = begin;
   if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
@@ -50,7 +50,7 @@ double Parse(std::string_view text, std::size_t begin, std::size_t end) {
   double value = 0;
   const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
   if (result.ec != std::errc::result_out_of_range) return value;
-  // Too large to hold or too small to tell from 0: the exponent's sign says which.
+  // The number overflows or underflows; the sign of the exponent tells which.
   const bool tiny = number.find("E-") != std::string::npos || number.find("e-") != std::string::npos;
   const double limit = tiny ? 0.0 : std::numeric_limits<double>::max();
   return number.front() == '-' ? -limit : limit;
@@ -62,7 +62,7 @@ std::string General(Float value, int significant) {
   if (std::isinf(value)) return value < 0 ? "-Inf" : "Inf";
   if (value == 0) return "0";
 
-  // d.ddddE+xx with the digits wanted, then placed by hand.
+  // Format as d.ddddE+xx with the digits needed; the decimal point is placed below.
   char buffer[64];
   const auto end =
       std::to_chars(buffer, buffer + sizeof buffer, std::abs(value), std::chars_format::scientific, significant - 1)
@@ -84,7 +84,7 @@ std::string General(Float value, int significant) {
     const auto whole = static_cast<std::size_t>(exponent + 1);
     return out + digits.substr(0, whole) + "." + digits.substr(whole);
   }
-  // Below 1 the places after the point count: the fraction stays plain as long as they fit the significant digits.
+  // Below 1, the fraction is written out while all its decimal places fit into the significant digits.
   if (exponent < 0 && count - exponent - 1 <= significant) {
     return out + "." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
   }

@@ -8,7 +8,7 @@
 namespace zth::base {
 
 double RoundHalfEven(double value) {
-  // Written out, since std::nearbyint depends on a rounding mode that any library may have changed.
+  // Not std::nearbyint: it depends on the rounding mode, which any library may have changed.
   const double floor = std::floor(value);
   const double fraction = value - floor;
   if (!(fraction == 0.5)) return fraction > 0.5 ? floor + 1 : (fraction < 0.5 ? floor : value);

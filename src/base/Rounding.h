@@ -4,16 +4,16 @@
 
 namespace zth::base {
 
-/// The whole number nearest to `value`; a tie goes to the even one. Infinities and NaN pass through.
+/// `value` rounded to the nearest integer; ties go to even. Infinities and NaN are returned unchanged.
 double RoundHalfEven(double value);
 
-/// `value` rounded to `decimals` places (0 to 9), a tie to the even last digit.
+/// `value` rounded to `decimals` places (0 to 9); ties go to the even last digit.
 double RoundHalfEven(double value, int decimals);
 
-/// RoundHalfEven as an integer, limited to the nearer end of its range; NaN gives 0.
+/// RoundHalfEven as an integer, clamped to the range of std::int32_t; NaN gives 0.
 std::int32_t RoundToInt(double value);
 
-/// A number limited to a byte: RoundHalfEven, then the nearer of 0 and 255.
+/// RoundHalfEven clamped to 0 to 255.
 std::uint8_t RoundToByte(double value);
 
 }  // namespace zth::base

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Window geometry is told in twips, 1440 to the inch; the screen counts 96 logical pixels to the inch.
+/// Window geometry is given in twips, 1440 to the inch; the screen has 96 logical pixels to the inch.
 namespace zth::base {
 
 inline constexpr int kTwipsPerPixel = 1440 / 96;

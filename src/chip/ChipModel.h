@@ -4,8 +4,8 @@
 
 #include "link/ChipId.h"
 
-/// What the program knows of a chip for all windows: `PinFunctions`, `PwmManual` and `ChipRevision`. Another chip in
-/// the device list changes none of it, and a write to that one renews a part; so each part keeps where it was read.
+/// What all windows share about a chip: `PinFunctions`, `PwmManual` and `ChipRevision`. Selecting another chip changes
+/// none of it, and a write to that chip updates only a part. So each part records the chip it was read from.
 namespace zth::chip {
 
 struct ModelOrigin {
@@ -18,14 +18,14 @@ struct ModelOrigin {
 
 ModelOrigin ModelReadFrom();
 
-/// All of the model was read from the chip in use.
+/// True if the whole model was read from the chip in use.
 bool ModelIsOfChipInUse();
 
-/// Reads `PwmManual` and `ChipRevision` from the chip in use, in this order.
+/// Read `PwmManual` and `ChipRevision` from the chip in use.
 void ReadManualFlags();
 void ReadChipRevision();
 
-/// Reads the whole model from the chip in use, as the start does. The board's switches stay as they are.
+/// Reads the whole model from the chip in use, as at the start. The board's switches are not changed.
 void ReadChipModel();
 
 }  // namespace zth::chip

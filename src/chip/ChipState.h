@@ -11,12 +11,12 @@
 #include "chip/RegMapStuff.h"
 #include "link/ChipId.h"
 
-/// What the program knows of the chip, for all windows. All of it belongs to the user-interface thread.
+/// What the program knows about the chip, for all windows. For the user-interface thread only.
 namespace zth::chip {
 
-/// `Model = {}` is the state of a program that has not started.
+/// `Model = {}` is the state before the program has started.
 struct ChipState {
-  /// The catalogue of registers; filled by InitRegisterTable.
+  /// The table of registers, filled by InitRegisterTable.
   std::array<RegisterEntry, kRegisterCount> RegisterTable;
 
   /// The latest values, and which of them are stale.
@@ -27,32 +27,32 @@ struct ChipState {
   /// Remote2.
   std::array<LogChannel, kLogChannels> LogChannelTable;
 
-  /// Tach clock in counts a second.
+  /// Tach clock in counts per second.
   std::int32_t TachClock = 0;
 
-  /// "Revision Number" as read at the start, and the chip that it was read from.
+  /// "Revision Number" as read at the start, and the chip it was read from.
   std::int16_t ChipRevision = 0;
   link::ChipId ChipRevisionFrom;
 
-  /// Gate and period of the measurement job.
+  /// The measurement job's on/off switch and period.
   bool PollEnabled = true;
   std::int32_t PollPeriodMs = 100;
 
-  /// What the pins do, and the chip that it was read from.
+  /// The pin functions, and the chip they were read from.
   PinFunctionFlags PinFunctions;
   link::ChipId PinFunctionsFrom;
 
-  /// Which voltage channels the pins provide; at most one of each pin.
+  /// The voltage channels that the pins provide; at most one for each pin.
   std::array<bool, kVoltageChannels> VoltagePresent{};
 
-  /// Short names of the voltage channels, as "12V1"; filled by InitVoltageNames.
+  /// Short names of the voltage channels, such as "12V1"; filled by InitVoltageNames.
   std::array<std::string, kVoltageChannels> VoltageName;
 
-  /// Wanted state of the switches, true for closed: 0 to 7 are bits 0 to 7 of device 0, 8 to 15 of device 1.
+  /// The requested state of the switches, true for closed: 0 to 7 are bits 0 to 7 of device 0, 8 to 15 of device 1.
   std::array<bool, 16> BoardSwitch{};
 
-  /// PWM 1 to 4 at index 1 to 4: its behaviour field says manual; and the chip that each was read from. Index 0 is not
-  /// in use.
+  /// True if the behaviour field of PWM 1 to 4 (at index 1 to 4) is set to manual, and the chip each was read from.
+  /// Index 0 is unused.
   std::array<bool, kPwmChannels + 1> PwmManual{};
   std::array<link::ChipId, kPwmChannels + 1> PwmManualFrom{};
 };

@@ -54,7 +54,7 @@ void NoteReading(int group, bool failed) {
   of.readAt = state.now;
   of.readFrom = link::ChipInUse();
   state.staleInARow = 0;
-  // Not at the first good reading: a link that fails now and then would make the notice come and go.
+  // Not at the first good reading: the notice would come and go with a link that fails now and then.
   if (std::ranges::none_of(state.groups, &GroupFreshness::stale)) state.notice = false;
 }
 

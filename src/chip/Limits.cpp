@@ -10,7 +10,7 @@ namespace {
 
 constexpr float kLowestRpm = 100;
 
-/// The quotient that turns a limit into a speed and, by the same expression, a speed into a limit.
+/// Converts a limit to a speed and, with the same expression, a speed to a limit.
 float CountsOver(double number, std::int32_t clock) {
   constexpr double kSecondsPerMinute = 60;
   return static_cast<float>(clock * kSecondsPerMinute / (number * 256 + 255));

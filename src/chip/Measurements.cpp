@@ -99,7 +99,7 @@ void ReadMeasurementGroup(std::int16_t group) {
   kGroups[static_cast<std::size_t>(group - 1)]();
   const bool failed = watch.Failed();
   if (failed) {
-    // Of a group with one failed transfer no value is taken: which of them the 0xFF stands for is not known.
+    // One failed transfer rejects the whole group: it is not known which value the 0xFF belongs to.
     Model.Measurements = before;
     Model.LogChannelTable = table;
   } else {

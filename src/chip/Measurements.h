@@ -9,22 +9,22 @@
 /// The chip's live values in engineering units, read in six groups.
 namespace zth::chip {
 
-/// Latest good values; zeros until the first pass of each group. Written by ReadMeasurementGroup, and while the dynamic
-/// Tmin demo runs by its adjustments.
+/// Latest good values; zeros until the first pass of each group. Written by ReadMeasurementGroup, and by the dynamic
+/// Tmin demo while it runs.
 struct MeasurementSet {
   std::array<float, 4> Temperature{};             ///< degrees C: Local, Remote1, Remote2, Remote3
-  std::array<std::int32_t, 8> TachRpm{};          ///< tach 1 to 8, 0 for no reading
+  std::array<std::int32_t, 8> TachRpm{};          ///< tach 1 to 8; 0 means no reading
   std::array<std::int16_t, 4> PwmPercent{};       ///< PWM1 to PWM4
   std::array<float, kVoltageChannels> Voltage{};  ///< volts, two decimals
   std::array<float, 2> ThermPercent{};            ///< THERM1, THERM2 on-time
-  std::array<std::int16_t, 4> PolledTmin{};       ///< degrees C, in the order of Temperature
+  std::array<std::int16_t, 4> PolledTmin{};       ///< degrees C, same order as Temperature
   std::array<std::int16_t, 3> PolledOpPoint{};    ///< degrees C; 1 Remote1, 2 Remote2
-  std::array<std::int16_t, 3> PolledHighLimit{};  ///< likewise
-  std::array<std::int16_t, 3> PolledLowLimit{};   ///< likewise
-  std::array<std::uint32_t, 7> Reads{};           ///< how often group 1 to 6 has been read well; 0 is not in use
+  std::array<std::int16_t, 3> PolledHighLimit{};  ///< as PolledOpPoint
+  std::array<std::int16_t, 3> PolledLowLimit{};   ///< as PolledOpPoint
+  std::array<std::uint32_t, 7> Reads{};           ///< number of good reads of groups 1 to 6; 0 is not in use
 };
 
-/// One value that can be logged. `Available` and `Selected` are 1.0 for yes, 0.0 for no.
+/// A value that can be logged. `Available` and `Selected` are 1.0 for yes, 0.0 for no.
 struct LogChannel {
   float Value = 0;
   float Available = 0;
@@ -33,15 +33,15 @@ struct LogChannel {
 
 inline constexpr int kLogChannels = 45;
 
-/// The name, the register and the nominal volts of a voltage channel.
+/// A voltage channel's name, register and nominal volts.
 struct VoltageInput {
   const char* name;
   std::uint8_t reg;
   double scale;
 };
 
-// The pairing of the last two channels with their registers stands here and nowhere else: they are read in the order of
-// the registers, although the pins, the limits and the log's captions pair them the other way round.
+// The only place that pairs the last two channels with their registers. They are read in register order, although the
+// pins, the limits and the log's captions pair them the other way round.
 inline constexpr std::array<VoltageInput, kVoltageChannels> kVoltageInputs{{
     {"12V1", "+12V1 Voltage"_reg, 12},          {"12V2", "+12V2 Voltage"_reg, 12},
     {"3.3V(P13)", "+3.3V Voltage"_reg, 3.3},    {"2.5V(P15)", "Pin 15 Voltage"_reg, 2.5},
@@ -58,8 +58,8 @@ inline constexpr std::array<VoltageInput, kVoltageChannels> kVoltageInputs{{
 }};
 
 /// Reads one group from the chip in use: 1 temperatures, 2 fan speeds, 3 PWM duty, 4 voltages, 5 THERM on-time, 6 the
-/// state of dynamic Tmin. Any other number does nothing. When a transfer fails, as far as the link's library tells, the
-/// group becomes stale and keeps the values that it had, in the log's table as well.
+/// state of dynamic Tmin. Any other number does nothing. When the link's library reports a failed transfer, the group
+/// becomes stale and keeps its old values, also in the log's table.
 void ReadMeasurementGroup(std::int16_t group);
 
 }  // namespace zth::chip

@@ -22,7 +22,7 @@ std::int16_t ThreeWay(unsigned whole, base::BitField field) {
   return static_cast<std::int16_t>(std::min(base::GetField(whole, field), 2U));
 }
 
-/// State of pin 23 or 24: 0 +2.5V, 1 +1.8V, 2 Vccp, 3 +1.5V.
+/// The state of pin 23 or 24: 0 +2.5V, 1 +1.8V, 2 Vccp, 3 +1.5V.
 std::int16_t SupplyState(unsigned whole, base::BitField field) {
   static constexpr std::array<std::int16_t, 4> kStateOfField{2, 0, 1, 3};
   return kStateOfField[base::GetField(whole, field)];

@@ -1,12 +1,12 @@
 #pragma once
 
-/// Which PWMs are driven by hand.
+/// Which PWMs are in manual mode.
 namespace zth::chip {
 
 inline constexpr int kPwmChannels = 4;
 
-/// Enters into the link's hooks: a write to "PWM1 Config" to "PWM4 Config" reads the register back and renews
-/// `PwmManual` of that PWM.
+/// Registers hooks with the link: a write to "PWM1 Config" to "PWM4 Config" reads the register back and updates
+/// `PwmManual` for that PWM.
 void EnterPwmHooks();
 
 }  // namespace zth::chip

@@ -5,14 +5,14 @@
 #include <string>
 #include <string_view>
 
-/// The program's catalogue of the chip's registers.
+/// The table of the chip's registers.
 namespace zth::chip {
 
 struct RegisterEntry {
   std::int32_t Address = 0;
-  std::string Name;      ///< unique; the key by which a register is found
-  std::string Caption;   ///< what is shown for it; a copy of Name
-  std::string BitNames;  ///< eight names joined by ":", bit 7 first
+  std::string Name;      ///< unique; key for looking up a register
+  std::string Caption;   ///< text shown for it; a copy of Name
+  std::string BitNames;  ///< eight names separated by ":", bit 7 first
   std::int16_t Default = 0;
   bool ReadOnly = false;
   bool Shared = false;  ///< its address has two rows
@@ -20,11 +20,10 @@ struct RegisterEntry {
 
 inline constexpr int kRegisterCount = 176;
 
-/// Fills all rows. Touches no hardware.
+/// Fills all rows without accessing the hardware.
 void InitRegisterTable();
 
-/// The first row, from 0 upwards, with the name or the address; -1 when there is none. Where two rows share an address
-/// the lower one wins.
+/// The lowest index of a row with the name or address; -1 if there is none.
 int RowOfName(std::string_view name);
 int RowOfAddress(std::int32_t address);
 

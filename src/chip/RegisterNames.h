@@ -9,38 +9,38 @@
 #include "base/BitField.h"
 #include "chip/RegisterRows.h"
 
-/// Registers and their fields by the names that the data sheet gives them, looked up in kRegisterRows while the program
-/// is compiled. A name that stands in no row does not compile.
+/// Registers and their fields by their data sheet names, looked up in kRegisterRows at compile time. An unknown name
+/// does not compile.
 ///
 ///   "PWM1 Config"_reg                 // its address, 0x21
-///   "PWM1 Config"_reg + pwm           // one of a run of neighbours
+///   "PWM1 Config"_reg + pwm           // one of several consecutive registers
 ///   Field("PWM1 Config", "Bhvr")      // bits 7:5
 ///   At("PWM1 Config", "Bhvr")         // both: a register and its bits
 ///
-/// Where the table's bit names do not tell what the bits do, or give none, a place is written in numbers,
-/// {"Tmin_Cal1"_reg, {1, 1}}, and has a name below when more than one file uses it.
+/// If the table's bit names are missing or do not tell what the bits do, the field is given in numbers,
+/// {"Tmin_Cal1"_reg, {1, 1}}. It gets a name below if more than one file uses it.
 namespace zth::chip {
 
-/// A run of bits of a register.
+/// A bit field of a register.
 struct RegisterField {
   std::uint8_t reg;
   base::BitField bits;
 };
 
-/// The row of an address; of two the one that stands first. Null for an address without one.
+/// The first row with an address; null if there is none.
 constexpr const RegisterRow* RowAt(std::int32_t address) {
   const auto row = std::ranges::find(kRegisterRows, address, &RegisterRow::address);
   return row == kRegisterRows.end() ? nullptr : &*row;
 }
 
-/// Not by the pointer: comparing one to null is no constant expression to g++ 12 under its sanitizers.
+/// Does not compare RowAt() with null: g++ 12 with sanitizers does not accept that as a constant expression.
 constexpr bool HasRow(std::int32_t address) {
   return std::ranges::find(kRegisterRows, address, &RegisterRow::address) != kRegisterRows.end();
 }
 
 consteval const RegisterRow& RowNamed(std::string_view name) {
   for (const RegisterRow& row : kRegisterRows) {
-    // The first character weeds out most rows; compilers count the steps.
+    // Comparing the first character first skips most rows; compilers limit the steps of constant evaluation.
     if (row.name[0] == name[0] && row.name == name) return row;
   }
   throw std::logic_error("no register has this name");
@@ -50,7 +50,7 @@ consteval std::uint8_t operator""_reg(const char* name, std::size_t length) {
   return RowNamed({name, length}).address;
 }
 
-/// The bits that carry `name` in the register's row; they must be neighbours.
+/// The bits named `name` in the register's row; they must be adjacent.
 consteval base::BitField Field(std::string_view reg, std::string_view name) {
   if (name == "Res") throw std::logic_error("reserved bits are no field");
   std::string_view names = RowNamed(reg).bitNames;
@@ -72,7 +72,7 @@ consteval RegisterField At(std::string_view reg, std::string_view name) {
   return {RowNamed(reg).address, Field(reg, name)};
 }
 
-/// The behaviour of a PWM, the same bits in all four of its configuration registers.
+/// A PWM's behaviour; the same bits in all four configuration registers.
 inline constexpr base::BitField kBehaviour = Field("PWM1 Config", "Bhvr");
 inline constexpr unsigned kManualMode = 7;
 
@@ -80,7 +80,7 @@ inline constexpr unsigned kManualMode = 7;
 inline constexpr base::BitField kTrange{4, 4};
 inline constexpr base::BitField kTminHyst{0, 4};
 
-/// Named "TOD" in the table.
+/// Called "TOD" in the table.
 inline constexpr RegisterField kSetupComplete{"Configuration 1"_reg, {5, 1}};
 
 /// "T4E" down to "T1E".
@@ -89,6 +89,6 @@ inline constexpr RegisterField kTachs1To4{"Tach Enable"_reg, {0, 4}};
 }  // namespace zth::chip
 
 namespace zth {
-// Every room writes it as it stands, without a using-declaration of its own.
+// Lets every room use the suffix without its own using-declaration.
 using chip::operator""_reg;
 }  // namespace zth

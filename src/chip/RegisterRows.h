@@ -5,16 +5,16 @@
 #include <array>
 #include <cstdint>
 
-/// The register names of the ZTH4718: the constant half of RegisterTable.
+/// The ZTH4718's registers: the constant part of RegisterTable.
 namespace zth::chip {
 
 struct RegisterRow {
   std::uint8_t address;
   const char* name;
-  const char* bitNames;  ///< eight names joined by colons, bit 7 first; "Res" is reserved
+  const char* bitNames;  ///< eight names separated by colons, bit 7 first; "Res" is reserved
   std::uint8_t defaultValue;
   bool readOnly;
-  bool shared;  ///< the address has a second row; which of the two holds follows from the pin configuration
+  bool shared;  ///< the address has a second row; the pin configuration decides which one applies
 };
 
 inline constexpr bool kReadOnly = true;

@@ -13,18 +13,18 @@ constexpr std::size_t kTroubleLength = 2000;  // characters
 
 using Words = const char*(ZTH_LIBRARY_CALL*)();
 
-/// What changes the line, or the way it is written, and shows nothing itself.
+/// A character that is not visible itself but changes the line or the direction of writing.
 bool ShowsNothing(char32_t character) {
   constexpr std::array kKinds{QChar::Other_Control,   QChar::Other_Format,   QChar::Other_NotAssigned,
                               QChar::Other_Surrogate, QChar::Separator_Line, QChar::Separator_Paragraph};
   return character != U'\n' && std::ranges::find(kKinds, QChar::category(character)) != kKinds.end();
 }
 
-/// What a foreign library says, of bounded length, in lines.
+/// Text from a foreign library, limited in length and split into lines.
 QString Said(Words entry, std::size_t most) {
   const char* text = entry == nullptr ? nullptr : entry();
   if (text == nullptr) return {};
-  // A character of UTF-8 has four bytes at most. No byte behind these is looked at, whether the text ends there or not.
+  // A UTF-8 character has at most four bytes. No byte beyond these is looked at, even if the text does not end there.
   const std::size_t mostBytes = 4 * most;
   const void* end = std::memchr(text, 0, mostBytes);
   const auto size = end == nullptr ? mostBytes : static_cast<std::size_t>(static_cast<const char*>(end) - text);
@@ -34,7 +34,7 @@ QString Said(Words entry, std::size_t most) {
   return QString::fromStdU32String(characters);
 }
 
-/// The link's own entry of two.
+/// The entry of the given link.
 Words Of(std::int16_t mode, Words usb, Words smbus) {
   if (mode == kModeUsb) return usb;
   return mode == kModeSmbus ? smbus : nullptr;

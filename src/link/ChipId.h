@@ -6,18 +6,18 @@
 
 namespace zth::link {
 
-/// One chip: the link that it hangs on and its bus address there. The default is no chip at all.
+/// Identifies a chip by its link and its bus address there. The default means no chip.
 struct ChipId {
-  std::int16_t mode = 0;  ///< as `InterfaceMode`
+  std::int16_t mode = 0;  ///< as in `InterfaceMode`
   std::int32_t address = 0;
 
   bool operator==(const ChipId&) const = default;
 };
 
-/// The chip that all register operations of the windows go to: `InterfaceMode` and `DeviceAddress` as they stand.
+/// The chip that the windows' register operations address: the current `InterfaceMode` and `DeviceAddress`.
 ChipId ChipInUse();
 
-/// As the device list has it: "58h on USB".
+/// The text in the device list: "58h on USB".
 QString TextOf(const ChipId& chip);
 
 }  // namespace zth::link

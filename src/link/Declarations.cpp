@@ -6,7 +6,7 @@ LinkState Bus;
 
 namespace {
 
-/// Fills one entry; false, with the error told, when the library does not export it.
+/// Fills one entry; false, with `error` set, if the library does not export it.
 template <typename Entry>
 bool Fill(Entry& entry, const platform::Library& library, const char* name, QString& error) {
   entry = reinterpret_cast<Entry>(library.Symbol(name));
@@ -14,7 +14,7 @@ bool Fill(Entry& entry, const platform::Library& library, const char* name, QStr
   return entry != nullptr;
 }
 
-/// Fills an entry that a library need not export.
+/// Fills an entry that the library may lack.
 template <typename Entry>
 void FillOptional(Entry& entry, const platform::Library& library, const char* name) {
   entry = reinterpret_cast<Entry>(library.Symbol(name));

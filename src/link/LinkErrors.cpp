@@ -32,7 +32,8 @@ void Attach(platform::Services& services, std::function<void()> closeAllWindows)
 }
 
 void ReportLinkError(int code) {
-  // A box lets events run: what they start must not reach the board, and a second failure must not open a second box.
+  // A box runs an event loop: handlers called in it must not reach the board, and a second failure must not open a
+  // second box.
   if (Bus.reporter.held || Bus.reporter.services == nullptr) return;
   Bus.reporter.held = true;
   StopWaiting();

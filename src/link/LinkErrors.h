@@ -4,10 +4,10 @@
 
 #include "platform/Services.h"
 
-/// The one road of a link failure: a box, then the orderly end of the program.
+/// Every link failure is handled here: a box, then the orderly end of the program.
 namespace zth::link {
 
-/// Codes of ReportLinkError.
+/// Codes for ReportLinkError.
 enum LinkError : int {
   kFirmwareFailed = 0,
   kSmbusEnableFailed = 1,
@@ -17,20 +17,20 @@ enum LinkError : int {
   kHeaterError = 5,
 };
 
-/// Hands the link what it needs to report a failure. `closeAllWindows` closes each open window through its normal
-/// closing step; no such step touches the link.
+/// Gives the link what it needs to report a failure. `closeAllWindows` closes every open window through its normal
+/// closing step; no closing step uses the link.
 void Attach(platform::Services& services, std::function<void()> closeAllWindows);
 
-/// Shows the code's box, closes every window and ends the process; a code without a box ends it all the same. Returns
-/// only for kHeaterError answered with No. From its first line to its return no operation reaches a transport.
+/// Shows the code's box, closes every window and ends the process; a code without a box also ends it. Returns only for
+/// kHeaterError answered with No. While it runs, no operation reaches a transport.
 void ReportLinkError(int code);
 
-/// False while a failure is being reported and after the program has ended: the master timer holds its jobs, and a
-/// handler that runs underneath the box gets 0 from every operation. After the end of the process, where a test keeps
-/// it from ending, it ends again.
+/// False while a failure is being reported and after the program has ended. The master timer then skips its jobs, and a
+/// handler that runs underneath the box gets 0 from every operation. If a test has prevented the end of the process,
+/// this call ends it again.
 bool LinkOpen();
 
-/// The same question without ending anything: for the timer.
+/// True if a failure is being reported or the program has ended; unlike LinkOpen, never ends anything. For the timer.
 bool LinkHeld();
 
 }  // namespace zth::link

@@ -2,16 +2,16 @@
 
 #include <cstdint>
 
-/// The SMBus side of the register operations: byte-data transfers through the closed library. They cannot fail as far
-/// as this program can see.
+/// The SMBus side of the register operations: byte-data transfers through the closed library, which reports no
+/// failures.
 namespace zth::link {
 
-/// One byte read; 0 when the library lacks its entries.
+/// Reads one byte; 0 if the library lacks its entries.
 std::uint8_t ReadSmbusByte(std::int32_t address, std::int32_t reg);
 
 void WriteSmbusByte(std::int32_t address, std::int32_t reg, std::uint8_t value);
 
-/// `count` reads at consecutive registers into ReadBuffer from index 0; the host has no block transfer.
+/// Reads `count` consecutive registers one by one into ReadBuffer from index 0; the host has no block transfer.
 void ReadSmbusBytes(std::int32_t address, std::int32_t first, int count);
 
 }  // namespace zth::link

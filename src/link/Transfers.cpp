@@ -11,7 +11,7 @@ std::optional<std::int32_t> FailedTransfers() {
 
 bool FailureWatch::Failed() const {
   const auto now = FailedTransfers();
-  // Not "more than before": the count of a long session may begin anew.
+  // Not "more than before": the counter of a long session may wrap around.
   return before_ && now && *now != *before_;
 }
 

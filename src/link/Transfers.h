@@ -5,21 +5,21 @@
 
 #include "link/Declarations.h"
 
-/// How many transfers there have been, and how many of them failed.
+/// Counts transfers and failed transfers.
 namespace zth::link {
 
-/// Each transfer passes here once as it goes out, whatever its form and its link: a byte over SMBus, a request of the
-/// USB adapter.
+/// Called once for each transfer as it is sent, whatever its form and link: a byte over SMBus, or a request to the USB
+/// adapter.
 inline void NoteTransfer() {
   ++Bus.transfers;
 }
 
-/// Failed transfers since the start, with the chip in use on SMBus, of any kind on USB. Nothing when the library of the
-/// link does not tell, or without a link. Makes no transfer.
+/// Failed transfers since the start: those of the chip in use on SMBus, all of them on USB. Nothing when the link's
+/// library does not count them, or without a link. Makes no transfer.
 std::optional<std::int32_t> FailedTransfers();
 
-/// Tells whether a transfer has failed since it was made. Where that cannot be known it says no: what such a library
-/// gives is taken as it is.
+/// Tells whether a transfer has failed since the watch was made. When the library does not count failures it says no,
+/// and the library's values are taken as they are.
 class FailureWatch {
  public:
   FailureWatch() : before_(FailedTransfers()) {}

@@ -11,7 +11,7 @@
 namespace zth::link {
 namespace {
 
-// The adapter's requests. 0xDB is not in use.
+// The adapter's requests. 0xDB is not used.
 enum Request : std::int16_t {
   kHeaters = 0xDA,
   kBlockRead = 0xDC,
@@ -39,7 +39,7 @@ std::int16_t Call(Request request, std::int32_t value, std::int32_t index, std::
   const TransferTime time(direction == kFromAdapter ? Direction::Read : Direction::Write);
   Bus.UsbResult =
       Bus.UsbFunctions.VendorIORequest(request, value, index, direction, static_cast<std::int16_t>(length), buffer);
-  // The adapter may be asked for contact many times before it has woken up; no transfer with a chip fails there.
+  // The adapter may be asked for contact many times before it has woken up. That is no failed transfer with a chip.
   if (Bus.UsbResult != 0 && request != kConnect) ++Bus.usbFailures;
   return Bus.UsbResult;
 }
@@ -48,13 +48,13 @@ std::int16_t ReadIntoBuffer(Request request, std::int32_t value, std::int32_t in
   return Call(request, value, index, kFromAdapter, length, Bus.ReadBuffer.data());
 }
 
-/// A command that carries all it has in value and index; the buffer is there for form's sake.
+/// A command with all its data in value and index. The buffer is required but unused.
 std::int16_t Command(Request request, std::int32_t value, std::int32_t index) {
   std::uint8_t nothing = 0;
   return Call(request, value, index, kToAdapter, 0, &nothing);
 }
 
-/// A command that names one byte of ReadBuffer, whose contents the adapter does not use.
+/// A command that passes one byte of ReadBuffer; the adapter ignores its contents.
 std::int16_t CommandWithByte(Request request, std::int32_t value, std::int32_t index) {
   return Call(request, value, index, kToAdapter, 1, Bus.ReadBuffer.data());
 }
@@ -89,7 +89,7 @@ std::int16_t ReadRegisterBlock(std::int32_t address, std::int32_t first, std::in
 
 std::int16_t WriteRegister(std::int32_t address, std::int32_t reg, std::int32_t& value) {
   if (!IsByte(reg)) return 0;
-  // Both ends on both links: a byte is all that either can carry.
+  // Clamped on both links: neither can carry more than a byte.
   value = std::clamp(value, 0, 0xFF);
   if (OnUsb()) {
     const std::int16_t result = Command(kRegister, address, value * 256 + reg);
@@ -98,7 +98,7 @@ std::int16_t WriteRegister(std::int32_t address, std::int32_t reg, std::int32_t&
   }
   if (OnSmbus()) {
     WriteSmbusByte(address, reg, static_cast<std::uint8_t>(value));
-    // As on USB: the windows expect the state that hangs on a register to be fresh after a write.
+    // As on USB: the windows expect the state derived from the register to be up to date after a write.
     AfterRegisterWrite(reg);
   }
   return 0;
@@ -128,7 +128,7 @@ std::int16_t ReadHeaterState() {
   if (!OnUsb()) return 0;
   const std::int16_t result = ReadIntoBuffer(kHeaters, 0, 0, 3);
   if (result == 0) {
-    // The adapter tells a drive as twice its percentage.
+    // The adapter reports twice the percentage.
     for (std::size_t heater = 1; heater <= 2; ++heater) Bus.HeaterPercent[heater] = Bus.ReadBuffer[heater - 1] / 2.0;
   }
   return Checked(result, kHeaterError);
@@ -150,7 +150,7 @@ void WriteBoardPortUnchecked(std::int32_t address, std::int32_t port) {
 }
 
 std::int16_t ConnectAdapter() {
-  // Before a link has been chosen, so it does not ask for the mode.
+  // Called before a link is chosen, so it does not check the mode.
   return LinkOpen() ? Command(kConnect, 0x30, 0x33) : kNoLibrary;
 }
 

@@ -5,12 +5,12 @@
 namespace zth::link {
 namespace {
 
-/// Null before the program has attached itself: nobody waits then.
+/// Null until the program has attached itself: nobody waits before that.
 const platform::Clock* TheClock() {
   return Bus.reporter.services == nullptr ? nullptr : &Bus.reporter.services->clock;
 }
 
-/// A run that reads and writes in turns is one of writing from its first write on, so that its text stands still.
+/// An action that both reads and writes counts as writing from its first write on, so that its text does not flicker.
 QString TextOfWaiting() {
   const QString window = Bus.wait.window ? Bus.wait.window() : QString();
   const QString what = Bus.wait.writes ? "Writing" : "Reading the chip";

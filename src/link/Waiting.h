@@ -5,38 +5,38 @@
 
 #include <QString>
 
-/// What the user is told while he waits for transfers. They run on the one thread that also paints, so that nothing can
-/// be shown while one lasts: the signs come between two transfers.
+/// What the user sees while waiting for transfers. Transfers run on the thread that also paints, so nothing can be
+/// shown during one: the signs appear between two transfers.
 namespace zth::link {
 
-/// So much time in transfers is no waiting yet, in seconds.
+/// Up to this much time in transfers, in seconds, does not count as waiting.
 inline constexpr double kNoWaiting = 0.25;
-/// From so long a transfer on the link counts as slow: a window's load is over that bound then.
+/// A link is slow when a transfer takes at least this long, in seconds: loading a window then exceeds kNoWaiting.
 inline constexpr double kSlowTransfer = 0.02;
 
 enum class Direction : std::uint8_t { Read, Write };
 
-/// The signs of waiting. Both calls handle no event.
+/// Shows and removes the signs of waiting. Neither call may handle events.
 struct WaitSigns {
   std::function<void(const QString& text)> show;  ///< may be called again with another text; paints at once
   std::function<void()> hide;
 };
 
-/// In whose name transfers run.
+/// For whom transfers run.
 enum class Waiter : std::uint8_t { Nobody, User, Timer };
 
 struct WaitState {
   WaitSigns signs;
   Waiter waiter = Waiter::Nobody;
-  std::function<QString()> window;  ///< the caption of the one that the user acts in; empty without one
-  double used = 0;                  ///< seconds of transfers in the user's name
-  bool writes = false;              ///< one of them has written
-  QString shown;                    ///< the signs' text; empty without signs
-  double lastTransfer = 0;          ///< seconds that the last one took, in whosever name
+  std::function<QString()> window;  ///< the caption of the window the user acts in; empty without one
+  double used = 0;                  ///< seconds spent in transfers for the user
+  bool writes = false;              ///< whether one of them was a write
+  QString shown;                    ///< the text shown; empty when no signs are shown
+  double lastTransfer = 0;          ///< duration of the last transfer in seconds, for whomever it ran
 };
 
-/// One thing that the user does, for as long as it lives: from kNoWaiting of transfers on it shows the signs. Within
-/// another one, or within a tick of the timer, it is a part of that.
+/// One action of the user, for its own lifetime. It shows the signs once its transfers have taken kNoWaiting. An action
+/// inside another one, or inside a timer tick, is part of that.
 class UserAction {
  public:
   explicit UserAction(const std::function<QString()>& window);
@@ -48,7 +48,7 @@ class UserAction {
   bool outermost_;
 };
 
-/// A tick of the timer, which nobody waits for: its transfers bring no signs, though a box stands beneath it.
+/// A tick of the timer. Nobody waits for it, so its transfers show no signs, even when it runs below an open box.
 class TimerTick {
  public:
   TimerTick();
@@ -60,7 +60,7 @@ class TimerTick {
   Waiter before_;
 };
 
-/// One transfer: made right before it, gone right behind it. Shows the signs when it is time for them.
+/// Measures one transfer: create it right before, destroy it right after. Shows the signs when they are due.
 class TransferTime {
  public:
   explicit TransferTime(Direction direction);
@@ -72,10 +72,10 @@ class TransferTime {
   double began_ = 0;
 };
 
-/// The user is asked something, and does not wait any more. What he has waited is forgotten.
+/// Ends the wait because the user is asked something. Resets the time waited so far.
 void StopWaiting();
 
-/// The last transfer was a slow one.
+/// Whether the last transfer was slow.
 bool IsSlow();
 
 }  // namespace zth::link

@@ -23,7 +23,7 @@ QPlainTextEdit* MakeText(QMessageBox& box, const QString& details) {
   text->setObjectName("txtDetails");
   text->setAccessibleName("Details");
   text->setReadOnly(true);
-  // Lines can be marked by the keys, too, and Tab leads on to the buttons.
+  // Text can be selected with the keyboard too, and Tab moves on to the buttons.
   text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text->setTabChangesFocus(true);
   const QFontMetrics metrics = text->fontMetrics();
@@ -47,7 +47,7 @@ void AddDetails(QMessageBox& box, const QString& details) {
   auto* grid = qobject_cast<QGridLayout*>(box.layout());
   auto* buttons = box.findChild<QDialogButtonBox*>();
   if (grid == nullptr || buttons == nullptr) return;
-  // A button of its own, past the box's: any of those would close it.
+  // Not one of the box's own buttons: any of those would close it.
   grid->removeWidget(buttons);
   const int row = grid->rowCount();
   grid->addWidget(MakeText(box, details), row, 0, 1, grid->columnCount());

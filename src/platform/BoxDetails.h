@@ -6,7 +6,7 @@ class QMessageBox;
 
 namespace zth::platform {
 
-/// Puts a text between a box's own and its buttons, in a frame that scrolls, and beneath it a button that copies it.
+/// Adds a scrolling text between a box's own text and its buttons, with a button below it that copies the text.
 void AddDetails(QMessageBox& box, const QString& details);
 
 }  // namespace zth::platform

@@ -33,8 +33,8 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
-/// A short text must not make a box too narrow for its title. A row of its own holds the width: one put to the text's
-/// label would take the place of the label's own and cut a long text.
+/// Keeps a box with a short text wide enough for its title. A separate layout row sets the width: a minimum width on
+/// the label would replace the label's own and cut off long texts.
 void WidenForTitle(QMessageBox& box) {
   auto* grid = qobject_cast<QGridLayout*>(box.layout());
   if (grid == nullptr) return;
@@ -42,18 +42,18 @@ void WidenForTitle(QMessageBox& box) {
   grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
 }
 
-/// On the heap: a window that is deleted all the same takes its boxes along.
+/// On the heap, as a child of the asker: if that window is deleted after all, its boxes go with it.
 QMessageBox* MakeBox(BoxIcon icon, const QString& title, const QString& text, QWidget* asker) {
   auto* box = new QMessageBox(QtIcon(icon), title, text, QMessageBox::NoButton,
                               asker != nullptr ? asker : QApplication::activeWindow());
-  // Texts are shown as they stand: with rich text guessed, two blanks would become one.
+  // Texts are shown literally: if Qt guessed rich text, two blanks would become one.
   box->setTextFormat(Qt::PlainText);
   box->setWindowModality(Qt::ApplicationModal);
   WidenForTitle(*box);
   return box;
 }
 
-/// The buttons that a question offers beside its own, with the answer of each.
+/// Adds the question's extra buttons and returns each with its answer.
 std::vector<std::pair<QAbstractButton*, BoxAnswer>> AddOffers(QMessageBox& box, const BoxQuestion& question) {
   std::vector<std::pair<QAbstractButton*, BoxAnswer>> buttons;
   for (const BoxAnswer offer : question.offers) {
@@ -98,7 +98,7 @@ int DesktopPrompts::Choose(const ChoiceQuestion& question) {
   const OpenQuestion open;
   const QPointer box = MakeBox(question.icon, question.title, question.text, question.asker);
   std::vector<QAbstractButton*> buttons;
-  // One role for all, or the desktop would put them in an order of its own.
+  // All buttons have the same role; otherwise the desktop would reorder them.
   for (const QString& caption : question.choices) {
     buttons.push_back(box->addButton(caption, QMessageBox::ActionRole));
     buttons.back()->setObjectName(QString("choice(%1)").arg(buttons.size() - 1));
@@ -132,7 +132,7 @@ QString FilterExtension(const QString& filter) {
 }
 
 QString DesktopFileDialogs::StartFolder(const QString& wanted) const {
-  // The same for saving and for opening, so that what has just been saved is where the next dialog looks.
+  // The same folder for saving and opening, so that a file just saved is found by the next dialog.
   using Paths = QStandardPaths;
   for (const QString& folder :
        {wanted, settings_.Get(kLastFolder, {}), Paths::writableLocation(Paths::DocumentsLocation),

@@ -16,13 +16,13 @@
 namespace zth::platform {
 namespace {
 
-/// A pipe would block until somebody reads from it, a device has no size.
+/// True for anything but a regular file: a pipe would block until somebody reads from it, and a device has no size.
 bool IsSomethingElse(const QString& path) {
   const QFileInfo info(path);
   return info.exists() && !info.isFile();
 }
 
-/// False when the disk has refused what it seemed to have taken. QSaveFile flushes as well, but asks for no answer.
+/// False if the disk has reported a write error late. QSaveFile flushes too, but does not check the result.
 bool OnDisk([[maybe_unused]] QFileDevice& file) {
 #if defined(_WIN32)
   return true;
@@ -32,7 +32,7 @@ bool OnDisk([[maybe_unused]] QFileDevice& file) {
 }
 
 #if defined(_WIN32)
-/// A file has no number there that Qt would tell; the moment of its birth tells it from another.
+/// Qt gives no file number on this platform, so the creation time identifies the file.
 FileState StateOf(const QDateTime& birth, std::int64_t size) {
   return {0, birth.isValid() ? static_cast<std::uint64_t>(birth.toMSecsSinceEpoch()) : 0, size};
 }
@@ -65,7 +65,7 @@ std::optional<FileState> DesktopFiles::Look(const QString& path) {
 FileAppend DesktopFiles::Append(const QString& path, const std::optional<FileState>& seen, const QByteArray& bytes) {
   if (IsSomethingElse(path)) return {};
   QFile file(path);
-  // Without Qt's buffer, which would cut a long run of lines into writes of its own.
+  // Unbuffered: Qt's buffer would split a long run of lines into several writes.
   const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
   if (!file.open(seen ? mode | QIODevice::ExistingOnly : mode)) return {};
   const auto before = StateOf(file);
@@ -77,7 +77,7 @@ FileAppend DesktopFiles::Append(const QString& path, const std::optional<FileSta
 
 bool DesktopFiles::Cut(const QString& path, const FileState& seen, std::int64_t size) {
   QFile file(path);
-  // To append, since a mode that only writes would empty it.
+  // Open for appending: write-only mode would truncate the file.
   if (IsSomethingElse(path) || !file.open(QIODevice::Append | QIODevice::ExistingOnly)) return false;
   const auto now = StateOf(file);
   return now && now->SameFile(seen) && now->size == seen.size && file.resize(size);
@@ -94,7 +94,7 @@ QString DesktopFiles::VolumeOf(const QString& path) {
 bool DesktopFiles::Replace(const QString& path, const QByteArray& bytes) {
   if (IsSomethingElse(path)) return false;
   QSaveFile file(path);
-  // Without a buffer: QSaveFile does not notice when the last of one does not fit the disk.
+  // Unbuffered: QSaveFile does not notice if its last buffer does not fit on the disk.
   return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(bytes) == bytes.size() && OnDisk(file) &&
          file.commit();
 }

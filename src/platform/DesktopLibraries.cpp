@@ -16,7 +16,7 @@ namespace {
 class LoadedFile final : public Library {
  public:
   explicit LoadedFile(const QString& file) : library_(file) {
-    // The entry points are in use to the end of the process, past the point where this object may go.
+    // The entry points are used until the process ends, possibly after this object is destroyed.
     library_.setLoadHints(QLibrary::PreventUnloadHint);
   }
 
@@ -39,7 +39,7 @@ QString FileName(const QString& name) {
 #endif
 }
 
-/// The file that the loader has found under a bare name; the name again when it does not tell.
+/// The file that the loader found for a bare name, or the name itself when the loader does not say.
 QString FoundFile(const QString& name) {
 #ifdef Q_OS_LINUX
   void* const handle = ::dlopen(QFile::encodeName(name).constData(), RTLD_LAZY | RTLD_NOLOAD);
@@ -59,14 +59,14 @@ QString FoundFile(const QString& name) {
 LoadedLibrary DesktopLibraries::Load(const QString& name) {
   const QString folder = taken_.isEmpty() ? folder_ : taken_;
   const QString beside = QDir(folder).filePath(FileName(name));
-  // A folder whose name is no text is unknown here. It must not be taken for the working folder.
+  // If the folder's name cannot be decoded, the folder is empty here. Do not mistake that for the working folder.
   const bool isBeside = !folder.isEmpty() && (QFileInfo::exists(beside) || !taken_.isEmpty());
   const QString named = isBeside ? beside : FileName(name);
   const auto file = std::make_shared<LoadedFile>(named);
   if (file->Load()) return {file, {}, FoundFile(named)};
 
-  // The loader says "libname.so: cannot open ..." when that file itself is not there, and names another file when one
-  // of the library's own needs is missing. Only the former counts as absent.
+  // The loader reports "libname.so: cannot open ..." if the file itself is missing, and names another file if one of
+  // the library's dependencies is missing. Only the first case counts as absent.
   const QString why = file->Error();
   const bool absent = !isBeside && (why.contains(FileName(name) + ": cannot open shared object file: No such file") ||
                                     why.contains("The specified module could not be found"));

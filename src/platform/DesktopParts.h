@@ -4,7 +4,7 @@
 
 #include "platform/Services.h"
 
-/// The real side of each seam; only DesktopServices and the tests of this room name these.
+/// The real implementation of each seam. Only DesktopServices and this room's tests use these classes.
 namespace zth::platform {
 
 class DesktopPrompts final : public Prompts {
@@ -15,7 +15,7 @@ class DesktopPrompts final : public Prompts {
 
 class DesktopFileDialogs final : public FileDialogs {
  public:
-  /// Remembers the folder used last in the settings.
+  /// Stores the last used folder in the settings.
   explicit DesktopFileDialogs(Settings& settings) : settings_(settings) {}
   QString Ask(const FileQuestion& question, QWidget* parent) override;
 
@@ -25,19 +25,19 @@ class DesktopFileDialogs final : public FileDialogs {
   Settings& settings_;
 };
 
-/// Turns "Log Files (*.csv)|*.csv" into the form of Qt, "Log Files (*.csv)", entries joined by ";;".
+/// Converts "Log Files (*.csv)|*.csv" to Qt's form, "Log Files (*.csv)", with entries joined by ";;".
 QString QtFilter(const QString& filter);
 
-/// The extension of a filter's first pattern, without its point ("csv"); empty when the pattern names none.
+/// The extension of a filter's first pattern, without the point ("csv"); empty if the pattern has none.
 QString FilterExtension(const QString& filter);
 
-/// An INI file with one section, "Settings". Keys that the program does not know stay in it. Anything but a regular
-/// file is left alone: nothing is stored then, and every key has its fallback.
+/// An INI file with one section, "Settings". Keys that the program does not know are kept. If the path is not a regular
+/// file, it is not touched: nothing is stored, and every key returns its fallback.
 class IniSettings final : public Settings {
  public:
   explicit IniSettings(QString file) : file_(std::move(file)) {}
 
-  /// The file in the user's configuration folder that is named after the program.
+  /// The file in the user's configuration folder, named after the program.
   static QString UserFile();
 
   QString Get(const QString& key, const QString& fallback) const override;
@@ -82,11 +82,11 @@ class DesktopLibraries final : public Libraries {
   void TakeBoard(const QString& board) override { taken_ = BoardFolder(board); }
 
  private:
-  /// In the build and in the package alike the boards stand in a folder beside the program's.
+  /// In the build and in the package alike, the boards are in a folder next to the program's.
   QString BoardFolder(const QString& board) const;
 
   QString folder_;
-  QString taken_;  ///< the folder of the board that was taken
+  QString taken_;  ///< the folder of the board in use
 };
 
 class DesktopFiles final : public Files {
@@ -100,7 +100,7 @@ class DesktopFiles final : public Files {
   std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) override;
 };
 
-/// Waits for what ends the program from outside, while it exists.
+/// While it exists, handles requests from outside to end the program.
 class EndWatch;
 
 class DesktopProcess final : public Process {

@@ -38,7 +38,7 @@ void DesktopProcess::OnEndOrders(EndOrders orders) {
 
 void DesktopProcess::End(int status) {
   std::fflush(nullptr);
-  // exit, not _Exit: the closed libraries release their adapter in what they have registered for the end.
+  // exit, not _Exit: the closed libraries release their adapter in their exit handlers.
   std::exit(status);
 }
 

@@ -6,12 +6,12 @@
 
 namespace zth::platform {
 
-/// Keeps a pipe whose reader has gone from ending the process: the write fails, as any other does. First of all in
-/// main: libraries speak on the standard error stream, which may be such a pipe, and so does Qt as the QApplication is
-/// made.
+/// Ignores SIGPIPE, so that writing to a pipe without a reader fails as an ordinary write error and does not end the
+/// process. Call it first in main: libraries write to standard error, which may be such a pipe, and so does Qt while
+/// the QApplication is created.
 void IgnoreBrokenPipes();
 
-/// The services of a real desktop. Make it after the QApplication and keep it to the end of the program.
+/// The services of a real desktop. Create it after the QApplication and keep it until the program ends.
 class DesktopServices {
  public:
   DesktopServices();

@@ -27,12 +27,12 @@ void EndWatch::WatchSignals() {}
 
 namespace {
 
-/// From a handler, where next to nothing may be called, to the event loop: a byte through a pipe.
+/// A signal handler may call almost nothing, so it wakes the event loop with a byte through a pipe.
 std::array<int, 2> wakeUp{-1, -1};
 
 void OnSignal(int /*number*/) {
   const int before = errno;
-  // A full pipe holds a byte already, which is all that is asked of it.
+  // If the pipe is full, a byte is already waiting, and that is enough.
   [[maybe_unused]] const auto written = ::write(wakeUp[1], "", 1);
   errno = before;
 }
@@ -42,7 +42,7 @@ bool OpenPipe() {
   if (::pipe(wakeUp.data()) != 0) return false;
   for (const int end : wakeUp) {
     ::fcntl(end, F_SETFL, O_NONBLOCK);
-    ::fcntl(end, F_SETFD, FD_CLOEXEC);  // a browser that the program starts has no business with it
+    ::fcntl(end, F_SETFD, FD_CLOEXEC);  // not for a browser that the program starts
   }
   return true;
 }
@@ -50,11 +50,11 @@ bool OpenPipe() {
 void Catch(int number) {
   struct sigaction action {};
   ::sigaction(number, nullptr, &action);
-  // Started under nohup, a program outlives its terminal.
+  // Under nohup, the program outlives its terminal.
   if (number == SIGHUP && action.sa_handler == SIG_IGN) return;
   action = {};
   action.sa_handler = OnSignal;
-  action.sa_flags = SA_RESTART;  // a transfer that a library is in the middle of goes on
+  action.sa_flags = SA_RESTART;  // do not interrupt a library's transfer
   ::sigaction(number, &action, nullptr);
 }
 
@@ -81,7 +81,7 @@ void EndWatch::WatchSignals() {
 EndWatch::EndWatch(EndOrders orders) : orders_(std::move(orders)) {
   WatchSignals();
   qApp->installEventFilter(this);
-  // Direct: the session goes on as soon as this has returned.
+  // Direct connection: the session continues as soon as this returns.
   connect(
       qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { orders_.save(); }, Qt::DirectConnection);
 }

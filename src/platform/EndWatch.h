@@ -10,15 +10,15 @@ class QSocketNotifier;
 
 namespace zth::platform {
 
-/// Waits for the signals that end a program and for the end of the user's session, and runs the orders. There is one at
-/// a time, made behind the QApplication. On Windows there are no such signals; the session's end comes there as well.
+/// Waits for termination signals and for the end of the user's session, and runs the orders. Only one exists at a time;
+/// create it after the QApplication. Windows has no such signals; the end of the session is reported there too.
 class EndWatch final : public QObject {
  public:
   explicit EndWatch(EndOrders orders);
   ~EndWatch() override;
 
  protected:
-  /// Sees the application's Quit before it closes any window, which would ask the user.
+  /// Intercepts the application's Quit before it closes any window, because a closing window would ask the user.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

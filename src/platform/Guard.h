@@ -6,15 +6,15 @@
 
 namespace zth::platform {
 
-/// Wraps a handler so that no ProcessEnded crosses an event handler of Qt: the handler is given up where it was, and
-/// since the link refuses every further transfer once the process has ended, nothing reaches the board behind it. What
-/// the signal carries is dropped; a handler asks the control.
+/// Wraps a handler so that ProcessEnded does not propagate through Qt's event handling. The handler is abandoned where
+/// it threw. Nothing reaches the board afterwards, because the link refuses all transfers once the process has ended.
+/// The signal's arguments are dropped; a handler reads the control instead.
 template <typename Handler>
 auto Guarded(Handler handler) {
   return [handler = std::move(handler)]() mutable {
     try {
       handler();
-    } catch (const ProcessEnded&) {  // the end has been recorded by whoever threw it
+    } catch (const ProcessEnded&) {  // whoever threw it has recorded the end
     }
   };
 }

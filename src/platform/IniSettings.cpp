@@ -13,13 +13,14 @@ bool IsFileOrNothing(const QString& path) {
   return info.isFile() || (!info.exists() && !info.isSymLink());
 }
 
-/// A pipe in the place of the file would hold the start until somebody writes to it; a folder or a device has no keys.
+/// If the path is a pipe, opening it would block the start until somebody writes to it; folders and devices have no
+/// keys.
 bool CanBeOpened(const QString& file) {
   return QFileInfo(file).isFile() && QFileInfo(file).isReadable();
 }
 
-/// The store writes beside its file and renames, under a lock that it would wait for. What cannot be read must not be
-/// replaced either: its other keys would be lost.
+/// QSettings writes a temporary file beside the original, renames it, and waits for a lock. A file that cannot be read
+/// must not be replaced either: its other keys would be lost.
 bool CanBeStored(const QString& file) {
   const QFileInfo folder(QFileInfo(file).absolutePath());
   return IsFileOrNothing(file) && IsFileOrNothing(file + ".lock") && (CanBeOpened(file) || !QFileInfo::exists(file)) &&
@@ -39,10 +40,10 @@ QString IniSettings::UserFile() {
 
 QString IniSettings::Get(const QString& key, const QString& fallback) const {
   if (!CanBeOpened(file_)) return fallback;
-  // Opened anew each time, so that a change made by hand while the program runs is not lost.
+  // Reopened each time, so that manual edits made while the program runs are not lost.
   const QSettings store(file_, QSettings::IniFormat);
   const QVariant value = store.value("Settings/" + key);
-  // A text with a comma in it, written by hand without quotes, arrives as a list.
+  // An unquoted text with a comma, written by hand, is read as a list.
   if (value.typeId() == QMetaType::QStringList) return value.toStringList().join(", ");
   return value.isValid() ? value.toString() : fallback;
 }

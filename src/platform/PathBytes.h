@@ -5,12 +5,12 @@
 
 namespace zth::platform {
 
-/// A path as a library of C takes it: on POSIX the file system's own bytes, on Windows ANSI text, with "?" for each
-/// character that the code page does not have.
+/// A path as a C library expects it: the file system's bytes on POSIX, ANSI text on Windows with "?" for characters
+/// that are not in the code page.
 QByteArray PathBytes(const QString& path);
 
-/// The folder of the executable, as PathBytes has it. Right on POSIX also where its name is no text in the file
-/// system's encoding, which no QString can hold: Process::Folder() is empty then.
+/// The folder of the executable, as PathBytes returns it. On POSIX this also works if the name is not valid in the file
+/// system's encoding, so that no QString can hold it and Process::Folder() is empty.
 QByteArray ProgramFolderBytes();
 
 }  // namespace zth::platform

@@ -7,7 +7,7 @@
 
 class QWidget;
 
-/// The seams through which the program asks its user something.
+/// The seams through which the program asks the user something.
 namespace zth::platform {
 
 /// A message box.
@@ -18,7 +18,7 @@ enum class BoxAnswer {
   Yes,
   No,
   TryAgain,   ///< "Try again", only where the question offers it
-  Simulated,  ///< "Start with the simulated board", as well
+  Simulated,  ///< "Start with the simulated board", likewise
 };
 
 struct BoxQuestion {
@@ -26,29 +26,30 @@ struct BoxQuestion {
   QString text;
   BoxIcon icon = BoxIcon::None;
   BoxButtons buttons = BoxButtons::Ok;
-  QWidget* asker = nullptr;  ///< in the window that asks, whose closing cancels the box; null for the program itself
-  QString details = {};      ///< shown beneath the text, with "Copy details" for the clipboard; empty: none
-  std::vector<BoxAnswer> offers = {};  ///< TryAgain, Simulated: a button each beside those of `buttons`
+  QWidget* asker = nullptr;  ///< a widget in the asking window, whose closing cancels the box; null for the program
+                             ///< itself
+  QString details = {};      ///< shown below the text, with a "Copy details" button; empty: none
+  std::vector<BoxAnswer> offers = {};  ///< TryAgain, Simulated: one button each, next to those of `buttons`
 };
 
-/// A box whose answers have captions of their own.
+/// A box with its own button captions.
 struct ChoiceQuestion {
   QString title;
   QString text;
-  QStringList choices;  ///< captions with their mnemonics, from left to right
-  int escape = 0;       ///< the choice that Escape, and closing the box, stand for; Enter takes it too
+  QStringList choices;  ///< captions with mnemonics, left to right
+  int escape = 0;       ///< index of the choice taken by Escape, by closing the box, and by Enter
   BoxIcon icon = BoxIcon::Warning;
-  QWidget* asker = nullptr;  ///< as of a BoxQuestion
+  QWidget* asker = nullptr;  ///< as in BoxQuestion
 };
 
 class Prompts {
  public:
   virtual ~Prompts() = default;
-  /// Shows the box, application-modal, and returns when it has been answered. Closing a box with Yes and No counts as
-  /// No, and so does the closing of the window that asks; that window is there until its handler has returned.
+  /// Shows the box, application-modal, and returns the answer. Closing a Yes/No box counts as No, and so does closing
+  /// the asking window; that window exists until its handler has returned.
   virtual BoxAnswer Ask(const BoxQuestion& question) = 0;
-  /// The same with choices; the result is the index of the one taken. Timers go on meanwhile, and so does the monitor:
-  /// look anew at what the question was about.
+  /// Like Ask, with choices; returns the index of the choice. Timers and the monitor keep running meanwhile, so check
+  /// again whatever the question was about.
   virtual int Choose(const ChoiceQuestion& question) = 0;
 };
 
@@ -56,20 +57,20 @@ class Prompts {
 struct FileQuestion {
   enum class Kind { Open, Save };
   Kind kind = Kind::Open;
-  QString name;          ///< the dialog's objectName, as "CommonDialog1"
+  QString name;          ///< the dialog's objectName, for example "CommonDialog1"
   QString caption;       ///< its title
-  QString folder;        ///< where it starts, if it can be written; else in the folder used last, or in the documents
-  QString filter;        ///< "Log Files (*.csv)|*.csv": description and pattern pairs joined by bars
-  QString suggestion;    ///< file name offered at the start; may be empty
-  bool appends = false;  ///< the file will be extended, so that choosing an existing one needs no warning
+  QString folder;        ///< initial folder, if writable; otherwise the last used folder, or the documents folder
+  QString filter;        ///< "Log Files (*.csv)|*.csv": pairs of description and pattern, separated by bars
+  QString suggestion;    ///< initial file name; may be empty
+  bool appends = false;  ///< the file will be appended to, so choosing an existing one needs no warning
 };
 
 class FileDialogs {
  public:
   virtual ~FileDialogs() = default;
-  /// The full path chosen, or an empty text when the dialog was cancelled. A Save adds the filter's first extension to
-  /// a name without one, and asks before it takes a file that exists, unless the question says that it appends. The
-  /// closing of the parent's window cancels it; the window is there until the handler that asks has returned.
+  /// Returns the full path, or an empty text if the dialog was cancelled. Saving adds the filter's first extension to a
+  /// name without one, and asks before choosing an existing file unless `appends` is set. Closing the parent's window
+  /// cancels the dialog; the window exists until the asking handler has returned.
   virtual QString Ask(const FileQuestion& question, QWidget* parent) = 0;
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 struct Questions {
   int open = 0;
-  std::vector<QPointer<QWidget>> closed;  ///< deleted behind the last question
+  std::vector<QPointer<QWidget>> closed;  ///< deleted after the last question
 };
 
 Questions& All() {
@@ -28,8 +28,8 @@ OpenQuestion::OpenQuestion() {
 OpenQuestion::~OpenQuestion() {
   Questions& all = All();
   if (--all.open > 0) return;
-  // Asked for here, at the level of the handler, the deletion comes when the handler has returned to its event loop,
-  // and not in that of its next question. They stay in the list until then.
+  // deleteLater is called here, at the handler's loop level, so that the widget is deleted once the handler has
+  // returned to its event loop, and not in the loop of its next question. The widgets stay in the list until then.
   std::erase_if(all.closed, [](const QPointer<QWidget>& widget) { return widget.isNull(); });
   for (const QPointer<QWidget>& widget : all.closed) widget->deleteLater();
 }

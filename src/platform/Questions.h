@@ -2,13 +2,12 @@
 
 class QWidget;
 
-/// The boxes and file dialogs that wait for an answer. Under each runs an event loop, and above it on the stack stands
-/// the handler that asked. What the loop lets through may close that handler's own window, and the handler goes on
-/// afterwards all the same. So a window that closes takes its questions back, they count as cancelled, and it is
-/// deleted only when the last handler that has asked is through.
+/// Boxes and file dialogs that wait for an answer. Each runs its own event loop while the asking handler is still on
+/// the stack. An event in that loop may close the handler's window, yet the handler continues afterwards. So a closing
+/// window cancels its questions, and it is deleted only after the last asking handler has returned.
 namespace zth::platform {
 
-/// Stands while a question waits.
+/// Exists while a question waits.
 class OpenQuestion {
  public:
   OpenQuestion();
@@ -17,11 +16,11 @@ class OpenQuestion {
   OpenQuestion& operator=(const OpenQuestion&) = delete;
 };
 
-/// For a widget that is being closed: cancels what is asked from within it, and while any question waits puts off the
-/// deletion that WA_DeleteOnClose announces.
+/// Called for a widget that is being closed: cancels the questions asked from within it and, while any question waits,
+/// delays the deletion that WA_DeleteOnClose would cause.
 void CloseQuestions(QWidget& closing);
 
-/// True for a widget in a window whose deletion was put off: nobody sees what it would ask.
+/// True if the widget's window is closed and its deletion delayed: the user would not see its questions.
 bool IsClosed(const QWidget* asker);
 
 }  // namespace zth::platform

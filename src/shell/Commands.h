@@ -2,25 +2,26 @@
 
 #include <array>
 
-/// The main window's commands as rows: menus, entries and tool bar buttons.
+/// The main window's commands as rows: menus, menu entries and tool bar buttons.
 namespace zth::shell {
 
 struct Menu {
-  const char* name;  ///< objectName, as "mnuFile"
+  const char* name;  ///< objectName, for example "mnuFile"
   const char* caption;
 };
 
-/// A menu entry that opens a window. An entry without one does what frmMain gives it. Those of the window menu stand
-/// at its end.
+/// A menu entry. It opens its window, or does what frmMain defines when it has none. The entries of the window menu
+/// come last.
 struct MenuEntry {
-  const char* menu;     ///< the menu it stands in; the menu bar itself when empty
-  const char* name;     ///< objectName of its action, as "mnuSave"
-  const char* caption;  ///< its mnemonic marked by an ampersand
+  const char* menu;     ///< the menu that contains it; empty for the menu bar itself
+  const char* name;     ///< objectName of its action, for example "mnuSave"
+  const char* caption;  ///< with an ampersand before its mnemonic
   const char* shortcut;
-  const char* window;  ///< objectName of the window that it opens; may be empty
+  const char* window;  ///< objectName of the window to open; may be empty
 };
 
-/// A button of the tool bar. Its action is named after its key, as "tbToolBar(Save)", its icon is icons/<key>.svg.
+/// A button of the tool bar. Its action is named after its key, for example "tbToolBar(Save)"; its icon is
+/// icons/<key>.svg.
 struct ToolButton {
   const char* key;
   const char* toolTip;

@@ -23,12 +23,12 @@ namespace {
 
 constexpr std::int16_t kCompanyId = 0x41;
 
-/// Where the chip can stand: the three strappings behind the adapter, and all that an SMBus may carry.
+/// Possible addresses of the chip: three strappings on the adapter, and every valid address on an SMBus.
 constexpr std::array kUsbAddresses{0x58, 0x5A, 0x5C};
 constexpr int kFirstSmbusAddress = 0x10;
 constexpr int kLastSmbusAddress = 0x7F;
 
-/// One search, with what it needs at hand.
+/// A search, with the objects it needs.
 class Search {
  public:
   Search(frmSplash& splash, platform::Services& services) : splash_(splash), services_(services) {}
@@ -47,7 +47,7 @@ class Search {
     services_.events.PumpPaint();
   }
 
-  /// The adapter leaves the USB after the download and comes back with its firmware; about five seconds cover it.
+  /// After the download the adapter leaves the USB and returns with its firmware; five seconds are enough.
   void WaitForAdapter() {
     splash_.SetBoard(link::BoardNameOf(link::Bus.UsbPresent ? link::kModeUsb : link::kModeSmbus));
     splash_.SetProgress(0);

@@ -12,14 +12,14 @@ class frmSplash;
 
 void SetDeviceName();
 
-/// Takes the link and the address that an item of the device list tells: `DeviceAddress` and `InterfaceMode`.
+/// Sets `DeviceAddress` and `InterfaceMode` from an item of the device list.
 void SelectDevice(const QString& item);
 
-/// Waits for the adapter to come back, connects to it, and looks for chips on both buses, with the splash showing how
-/// far it is. The items of the chips found, USB before SMBus. An adapter that does not answer ends the program.
+/// Waits for the adapter to return, connects to it, and searches both buses for chips, showing the progress on the
+/// splash. Returns the items of the chips found, USB before SMBus. If the adapter does not answer, the program ends.
 std::vector<QString> FindDevices(frmSplash& splash, platform::Services& services);
 
-/// WaitMs in pieces between which the splash is kept painted.
+/// WaitMs in pieces, repainting the splash between them.
 void WaitPainted(float milliseconds, platform::Services& services);
 
 }  // namespace zth::shell

@@ -32,8 +32,8 @@ std::int16_t LoadFirmwareFile(const platform::Process& process) {
   const QByteArray bytes = process.Folder().isEmpty() ? platform::ProgramFolderBytes() + platform::PathBytes(file)
                                                       : platform::PathBytes(Program.FirmwarePath);
   if (ToAnsiBuffer(bytes)) return link::Bus.UsbFunctions.LoadFirmWare(Program.AnsiBuffer.data());
-  // Too long for the buffer, and called all the same: what the library makes of a path is its own to say, and one that
-  // finds the file, or needs none, gives the user a working adapter.
+  // Called even if the path is too long for the buffer: the library decides what to do with it, and one that finds the
+  // file, or needs none, gives the user a working adapter.
   return link::Bus.UsbFunctions.LoadFirmWare(bytes.constData());
 }
 

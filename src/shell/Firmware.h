@@ -7,14 +7,14 @@
 
 #include "platform/Services.h"
 
-/// The firmware file's way to the adapter's library, which alone opens it.
+/// Passes the firmware file's path to the adapter's library; only the library opens the file.
 namespace zth::shell {
 
-/// Writes the text to AnsiBuffer as platform::PathBytes has it, and a 0 behind it. False, with an empty AnsiBuffer,
-/// when it does not fit.
+/// Writes the text to AnsiBuffer in the encoding of platform::PathBytes, with a terminating 0. False, with an empty
+/// AnsiBuffer, if it does not fit.
 bool StringToAnsiBuffer(const QString& text);
 
-/// Hands the path to LoadFirmWare, whatever it is. Above 0 when the adapter is there and took the firmware; 0 also when
+/// Passes the path to LoadFirmWare unchecked. Above 0 if the adapter is present and accepted the firmware; also 0 if
 /// the library is not loaded.
 std::int16_t LoadFirmwareFile(const platform::Process& process);
 

@@ -21,7 +21,7 @@ QString Native(const QString& path) {
   return QDir::toNativeSeparators(path);
 }
 
-/// The library's file, what it says that it talks to, and what went wrong with it.
+/// The library's file, the hardware it reports, and what went wrong with it.
 QStringList LibraryLines(const LibraryReport& library, std::int16_t mode) {
   QStringList lines;
   const QString name = link::BoardNameOf(mode);
@@ -62,7 +62,7 @@ QStringList NoChipLines(const QString& where) {
           "Remedy: check that the board has power and is connected, and try again."};
 }
 
-/// How far the search behind an adapter came that has taken its firmware.
+/// How far the search got after the adapter had taken its firmware.
 QStringList SearchLines() {
   switch (Program.UsbSearch) {
     case SearchStep::NotBegun:
@@ -117,10 +117,10 @@ QStringList PlaceLines(const platform::Libraries& libraries) {
 
 QString StartDetails(platform::Services& services) {
   QStringList parts{UsbLines(services).join('\n'), SmbusLines().join('\n')};
-  // The link that has been searched first: there is the board that the user expected.
+  // The link that was searched first comes first: that is where the user expected the board.
   if (Bus.SmbusPresent && !Bus.UsbPresent) parts.swapItemsAt(0, 1);
   parts << PlaceLines(services.libraries).join('\n')
-        << "All of it at length: docs/hardware.md, \"Reaching real hardware\".\n" +
+        << "All of it at length: docs/hardware.md, \"Connecting real hardware\".\n" +
                QString("%1 %2 on %3").arg(base::kTitle, base::kVersionText, QSysInfo::prettyProductName());
   return parts.join("\n\n");
 }

@@ -4,23 +4,23 @@
 
 #include "platform/Services.h"
 
-/// What a user gets to know and to do when the start finds nothing to work with.
+/// What the user is told and offered when the start finds nothing to work with.
 namespace zth::shell {
 
-/// The board that the program brings along.
+/// The board that comes with the program.
 inline constexpr char kSimulated[] = "simulated";
 
-/// What the user wants in place of the end: the whole start again, from its first transfer. Thrown out of whatever step
-/// the start is in; Main catches it.
+/// Thrown when the user wants to start over instead of ending the program: the whole start runs again, from its first
+/// transfer. Any step of the start may throw it; Main catches it.
 struct StartOver {
-  bool simulated = false;  ///< with the simulated board's libraries and no others
+  bool simulated = false;  ///< with the simulated board's libraries only
 };
 
-/// Shows a box of the start with what was tried beneath its text and the ways out beside its OK. Returns with OK, where
-/// things take their prescribed course.
+/// Shows a box of the start, with a report of what was tried below its text and the alternatives next to OK. Returns
+/// after OK, and the prescribed course follows.
 platform::BoxAnswer AskAtStart(platform::BoxQuestion question, platform::Services& services);
 
-/// What the start has looked for so far: where, what came of it and what helps.
+/// Where the start has looked so far, what it found and how to help.
 QString StartDetails(platform::Services& services);
 
 }  // namespace zth::shell

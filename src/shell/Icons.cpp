@@ -4,8 +4,8 @@
 
 #include "widgets/PaletteIcon.h"
 
-/// The drawings stand in a static library, from which a program takes only what it names. Q_INIT_RESOURCE wants to
-/// stand outside every namespace.
+/// The icons are in a static library, and a program links only what it refers to. Q_INIT_RESOURCE must be outside any
+/// namespace.
 static void NameResources() {
   Q_INIT_RESOURCE(icons);
 }

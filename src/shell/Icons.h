@@ -5,7 +5,7 @@
 
 namespace zth::shell {
 
-/// A tool bar icon by its key ("Save"), drawn at whatever size is asked for in the palette's present text colour.
+/// A tool bar icon by its key ("Save"), drawn at any requested size in the palette's current text colour.
 QIcon ToolIcon(const QString& key);
 
 /// The program's own icon.

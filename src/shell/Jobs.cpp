@@ -10,11 +10,11 @@ void JobList::Add(Job job) {
 
 void JobList::Tick() {
   for (Row& row : rows_) {
-    // A box of the link lets timer events through; nothing of the board is touched underneath it.
+    // A box of the link lets timer events through; nothing may touch the board meanwhile.
     if (link::LinkHeld()) return;
     if (!row.job.condition()) continue;
     const double now = clock_.Now();
-    // The clock is monotonic; a stamp ahead of it can only mean that the clock was set back, and the job starts anew.
+    // The clock is monotonic, so a stamp in the future means that it was set back; the job then runs at once.
     const bool due = row.stamp + row.job.period() < now || row.stamp > now;
     if (!due) continue;
     row.job.action();

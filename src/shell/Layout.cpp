@@ -16,12 +16,12 @@ namespace {
 constexpr char kWanted[] = "RestoreWindows";
 constexpr char kLayout[] = "WindowLayout";
 constexpr char kStartRanges[] = "startRanges";
-constexpr qsizetype kLongest = 64 * 1024;  // characters: more was not written by this program
+constexpr qsizetype kLongest = 64 * 1024;  // characters; anything longer was not written by this program
 constexpr int kFarthest = 20'000;          // pixels
 
 QJsonObject RangesOf(widgets::Strip& chart) {
   QJsonObject ranges{{"XSpan", chart.XSpan()}};
-  // A time chart counts from its own first sample, so that its end would name another time after a new start.
+  // The X axis of a time chart counts from its own first sample, so its end would mean another time after a restart.
   if (chart.IsXY()) ranges["XEnd"] = chart.XEnd();
   const int chosen = chart.AxisIndex();
   QJsonArray axes;
@@ -47,7 +47,7 @@ bool IsNumber(const QJsonValue& value) {
   return value.isDouble() && std::isfinite(value.toDouble());
 }
 
-/// Whichever goes first must leave the range one: an end beyond the other is not taken.
+/// Sets first the end that keeps the range valid: a minimum above the maximum is rejected.
 void PutAxis(widgets::Strip& chart, const QJsonArray& range) {
   if (range.size() != 2 || !IsNumber(range[0]) || !IsNumber(range[1])) return;
   const double min = range[0].toDouble();
@@ -62,7 +62,7 @@ void PutAxis(widgets::Strip& chart, const QJsonArray& range) {
   }
 }
 
-/// An invalid rectangle for anything but four numbers of a window.
+/// The rectangle of four numbers; invalid for anything that is not the place of a window.
 QRect PlaceOf(const QJsonArray& numbers) {
   if (numbers.size() != 4) return {};
   for (const QJsonValue& number : numbers) {

@@ -42,7 +42,7 @@ QString LogText() {
   }
   const std::int64_t waiting = windows::LogLinesWaiting();
   if (waiting == 0) return lines.join('\n');
-  // Earlier logs may owe lines to files of their own.
+  // Earlier logs may still have lines for their own files.
   const QStringList files = windows::LogFilesWaiting();
   lines << QString("%1 %2 %3 that cannot be written, and will be lost:")
                .arg(waiting)
@@ -51,8 +51,8 @@ QString LogText() {
   return lines.join('\n');
 }
 
-/// The heaters hang on the adapter, which is there whichever chip the windows work on. False when one could not be
-/// switched off and the user stays.
+/// The heaters are on the adapter, which is present whichever chip the windows use. False if one could not be switched
+/// off and the user stays.
 bool SwitchHeatersOff() {
   const std::int16_t mode = std::exchange(link::Bus.InterfaceMode, link::kModeUsb);
   bool done = true;
@@ -76,7 +76,7 @@ bool MayLeave(platform::Services& services) {
   texts.removeAll(QString());
   QStringList choices{kExit, kCancel};
   if (!heaters.isEmpty()) choices.prepend(kHeatersOff);
-  // Enter, too, leaves all as it is: a stray one must not end a measurement.
+  // Enter cancels, too: a stray one must not end a measurement.
   const int taken = services.prompts.Choose(
       {base::kTitle, texts.join("\n\n"), choices, static_cast<int>(choices.size()) - 1, platform::BoxIcon::Warning});
   if (choices[taken] == kCancel) return false;

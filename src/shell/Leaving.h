@@ -4,10 +4,9 @@
 
 namespace zth::shell {
 
-/// What a user who closes the main window should know first: a heater that heats on behind the program, a log that
-/// stops with it, lines that are lost with it, a recall that breaks off. True when there is nothing of the kind, or the
-/// user goes all the same; where the user says so the heaters are off then. Asks in one box; only "heaters off" makes a
-/// transfer.
+/// Warns a user who closes the main window about everything that this affects: a heater that stays on, a log that
+/// stops, lines that are lost, a recall that is cut short. True if there is nothing to warn about or the user leaves
+/// anyway; if the user chose it, the heaters are then off. Asks in one box; only "heaters off" makes a transfer.
 bool MayLeave(platform::Services& services);
 
 }  // namespace zth::shell

@@ -24,11 +24,11 @@ LinkPanel::LinkPanel(QWidget* parent) : QLabel(parent) {
   setObjectName("lblLink");
   setTextFormat(Qt::PlainText);
   setContentsMargins(4, 0, 4, 0);
-  setMinimumWidth(1);  // in a narrow window it gives way before date and time do
+  setMinimumWidth(1);  // in a narrow window it shrinks before date and time do
 }
 
 QSize LinkPanel::sizeHint() const {
-  // What is said most of the time has its place from the start, so that nothing beside it moves with each second.
+  // The usual text has its room from the start, so that nothing next to it moves every second.
   const int usual = fontMetrics().horizontalAdvance("188 transfers/s, no failures") + 8;
   const QSize hint = QLabel::sizeHint();
   return {std::max(hint.width(), usual), hint.height()};
@@ -59,7 +59,7 @@ bool LinkPanel::CountFailures(double now) {
   const link::ChipId chip = link::ChipInUse();
   const auto failures = link::FailedTransfers();
   if (std::exchange(chip_, chip) != chip) {
-    // How long ago those of another chip were is not known.
+    // When the failures of another chip happened is not known.
     failures_ = failures;
     failedAt_.reset();
     isOfOther_ = true;

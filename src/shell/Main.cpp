@@ -25,7 +25,7 @@
 namespace zth::shell {
 namespace {
 
-/// The library is asked once, and what it says of itself decides: only one that is not there counts as absent.
+/// The library is tried once. Only a missing library counts as absent.
 bool ProbeSmbus(platform::Libraries& libraries) {
   const QString error = link::LoadSmbus(libraries);
   if (link::Bus.Smbus.ReadSmbus != nullptr) link::Bus.Smbus.ReadSmbus(0, 0);
@@ -53,11 +53,11 @@ void EndWith(const QString& message, platform::Services& services) {
   services.process.End(1);
 }
 
-/// The end that comes from outside, at any time: asks nothing and makes no transfer.
+/// The end of the program when requested from outside, at any time: asks nothing and makes no transfer.
 void EndInOrder(platform::Process& process) {
   if (MainForm != nullptr) {
     if (MainForm->Unloaded()) return;
-    // Before it has shown, as during the search, no window has a placement of its own yet.
+    // Before the main window is shown, for example during the search, no window has a placement to store.
     if (MainForm->isVisible()) MainForm->CloseAllWindows();
   }
   process.End(0);
@@ -70,7 +70,7 @@ void AwaitEndOrders(platform::Process& process) {
                        platform::Guarded([&process] { EndInOrder(process); })});
 }
 
-/// Everything up to polling, once.
+/// One pass of the start, up to polling.
 void Start(platform::Services& services) {
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
@@ -95,7 +95,7 @@ void Start(platform::Services& services) {
   MainForm->show();
   {
     const link::UserAction action([] { return QString(); });
-    // Over a slow link this takes its time, with the main window painted.
+    // Over a slow link this takes a while, so paint the main window first.
     services.events.PumpPaint();
     InitMonitorDefaults();
     FillTables();
@@ -104,7 +104,7 @@ void Start(platform::Services& services) {
   MainForm->EnableTimer(true);
 }
 
-/// Nothing of a start that led nowhere stays.
+/// Clears everything that a failed start has left behind.
 void ForgetStart() {
   delete MainForm;
   link::Bus = {};

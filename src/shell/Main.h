@@ -4,12 +4,12 @@
 
 namespace zth::shell {
 
-/// The program's start, from nothing to a running monitor. It returns when polling has begun, with `MainForm` showing;
-/// without a link or a chip it ends the process with a message, or starts over as the user wishes. Needs a
+/// The program's start, from nothing to a running monitor. It returns when polling has begun and `MainForm` is visible.
+/// Without a link or a chip it ends the process with a message, or starts over if the user wishes. Needs a
 /// QApplication.
 void Main(platform::Services& services);
 
-/// Polling defaults, and what is read of the chip once: the manual flags of the PWMs and the revision.
+/// Sets the polling defaults, and reads what is read from the chip only once: the PWMs' manual flags and the revision.
 void InitMonitorDefaults();
 
 }  // namespace zth::shell

@@ -18,8 +18,8 @@
 namespace zth::shell {
 namespace {
 
-/// The application's style, but that a title bar grows with its font: a style's own is of one height for all fonts.
-/// That of a window read from another chip than the one in use stands out by its colour.
+/// The application's style, but with title bars that grow with their font: a style's own have the same height for all
+/// fonts. The title bar of a window that shows a chip other than the one in use has a distinct colour.
 class TitleBarStyle final : public QProxyStyle {
  public:
   TitleBarStyle() : QProxyStyle(widgets::ClearBoxes::NameBeneath()) {}
@@ -49,15 +49,15 @@ class TitleBarStyle final : public QProxyStyle {
   }
 };
 
-/// A property of a frame that has not got its place yet: the desk does not scroll after it.
+/// Set on a frame that has not been placed yet; the desk does not scroll to it.
 constexpr char kOpens[] = "opens";
 
-/// Properties of a frame that was put back: the place asked for, and the one that the desk had room for.
+/// Properties of a restored frame: the place asked for, and the place that the desk had room for.
 constexpr char kAskedPlace[] = "askedPlace";
 constexpr char kGivenPlace[] = "givenPlace";
 
-/// A frame's own shortcuts for closing differ from desktop to desktop and would make the desk's ambiguous. The menu
-/// goes on telling the key.
+/// A frame's own close shortcuts differ between desktops and would make the desk's ambiguous. The menu still shows the
+/// key.
 void LeaveCloseKeysToDesk(const QMdiSubWindow& frame) {
   if (frame.systemMenu() == nullptr) return;
   for (QAction* action : frame.systemMenu()->actions()) {
@@ -67,7 +67,7 @@ void LeaveCloseKeysToDesk(const QMdiSubWindow& frame) {
   }
 }
 
-/// How far a bar has to move for `first` to `last` to lie within `room` pixels; the beginning counts more than the end.
+/// The distance to scroll so that `first` to `last` lie within `room` pixels; the beginning has priority over the end.
 int Missing(int first, int last, int room) {
   if (first < 0) return first;
   return std::max(0, std::min(first, last + 1 - room));
@@ -81,11 +81,10 @@ MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarSty
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   for (const char* keys : {"Ctrl+W", "Ctrl+F4"}) {
     auto* close = new QShortcut(QKeySequence(keys), this);
-    close->setAutoRepeat(false);  // a key held down closes one window, not all of them
+    close->setAutoRepeat(false);  // a held key closes one window, not all
     connect(close, &QShortcut::activated, this, &MdiDesk::CloseCurrent);
   }
-  // A window that closes gives way to the one used before it; and it is the user who maximises a window, each for
-  // itself.
+  // Closing a window activates the one used before it. The user maximises windows individually.
   setActivationOrder(ActivationHistoryOrder);
   setOption(DontMaximizeSubWindowOnActivation);
   focusWatch_ = connect(qApp, &QApplication::focusChanged, this,
@@ -93,7 +92,7 @@ MdiDesk::MdiDesk(QWidget* parent) : QMdiArea(parent), titleBars_(new TitleBarSty
 }
 
 MdiDesk::~MdiDesk() {
-  // The windows in it go after this, and let go of the focus as they do.
+  // The windows in it are destroyed after this, and lose the focus then.
   disconnect(focusWatch_);
 }
 
@@ -101,14 +100,14 @@ QMdiSubWindow& MdiDesk::AddFrame(QWidget& window) {
   QMdiSubWindow* frame = addSubWindow(&window);
   frame->setStyle(titleBars_);
   frame->setProperty(kOpens, true);
-  // What was scrolled for windows that have gone would be left over as a bar beside an empty desk.
+  // Otherwise the scroll range of closed windows would leave a scroll bar beside an empty desk.
   connect(frame, &QObject::destroyed, this, [this] {
     if (!subWindowList().isEmpty()) return;
     for (QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()}) bar->setRange(0, 0);
   });
   frame->setAttribute(Qt::WA_DeleteOnClose);
   LeaveCloseKeysToDesk(*frame);
-  // Queued: while the state changes, the frame has not got its size yet. It may be gone by then.
+  // Queued: during the state change, the frame does not have its new size yet. It may be gone by then.
   connect(
       frame, &QMdiSubWindow::windowStateChanged, this,
       [this, alive = QPointer(frame)] {
@@ -150,7 +149,7 @@ void MdiDesk::Tile() {
     frames.push_back(frame);
     least.push_back(frame->minimumSizeHint().expandedTo(frame->minimumSize()));
   }
-  // What was scrolled away comes back first, so that the places count from the corner that shows.
+  // Scroll back first, so that places count from the visible corner.
   for (QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()}) bar->setValue(bar->minimum());
   const std::vector<QRect> places = TileInto(maximumViewportSize(), least);
   for (std::size_t i = 0; i < frames.size(); ++i) frames[i]->setGeometry(places[i]);
@@ -170,13 +169,13 @@ void MdiDesk::resizeEvent(QResizeEvent* event) {
     if (frame->geometry() == frame->property(kGivenPlace).toRect()) {
       PutInside(*frame, asked.toRect());
     } else {
-      frame->setProperty(kAskedPlace, {});  // the user has taken it elsewhere
+      frame->setProperty(kAskedPlace, {});  // the user has moved it
     }
   }
 }
 
 void MdiDesk::BringInSight(const QWidget* control) {
-  // What the pointer is about to click must not run away from it.
+  // Do not move what the user is about to click.
   if (control == nullptr || !viewport()->isAncestorOf(control) || QApplication::mouseButtons() != Qt::NoButton) return;
   for (const QMdiSubWindow* frame : subWindowList()) {
     if (frame->isAncestorOf(control) && frame->property(kOpens).toBool()) return;

@@ -4,9 +4,8 @@
 
 namespace zth::shell {
 
-/// The desktop of the child windows. It scrolls where a window is larger than it, and by itself to a control that gets
-/// the focus out of sight. Its windows' title bars are as high as their font needs. Ctrl+W and Ctrl+F4 close the window
-/// in use.
+/// The desktop of the child windows. It has scroll bars if a window is larger than it, and scrolls to a control that
+/// gets the focus out of sight. Title bars are as high as their font needs. Ctrl+W and Ctrl+F4 close the active window.
 class MdiDesk final : public QMdiArea {
  public:
   explicit MdiDesk(QWidget* parent);
@@ -14,25 +13,24 @@ class MdiDesk final : public QMdiArea {
   MdiDesk(const MdiDesk&) = delete;
   MdiDesk& operator=(const MdiDesk&) = delete;
 
-  /// Puts a window into a frame of its own, which goes with it when it closes.
+  /// Puts a window into its own frame, which is deleted when it closes.
   QMdiSubWindow& AddFrame(QWidget& window);
 
-  /// Moves a frame so that all of it is in sight; one that is larger than the desk stands at the top left of what
-  /// shows.
+  /// Moves a frame fully into sight; one that is larger than the desk is placed at the top left of the visible part.
   void BringInside(QMdiSubWindow& frame);
 
-  /// Puts a frame where it stood before, inside of the desk as it is and, until the user moves it, as it will be: at
-  /// the start a maximised main window has not got its size yet.
+  /// Puts a frame back where it was, inside the desk at its current size. Until the user moves the frame, repeats that
+  /// when the desk changes size: at the start a maximised main window does not have its size yet.
   void PutBack(QMdiSubWindow& frame, const QRect& place);
 
-  /// Arranges all windows that are not minimised beside and above each other, none smaller than it can be.
+  /// Arranges all windows that are not minimised side by side and one above the other, none below its minimum size.
   void Tile();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  /// Nothing scrolls behind a maximised window: one that cannot become as small as the desktop goes back to its size.
+  /// A maximised window cannot be scrolled: one whose minimum size is larger than the desktop is restored.
   void RestoreTooLarge(QMdiSubWindow& frame);
   void CloseCurrent();
   void PutInside(QMdiSubWindow& frame, const QRect& place);

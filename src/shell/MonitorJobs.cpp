@@ -20,7 +20,7 @@
 namespace zth::shell {
 namespace {
 
-/// A job's action on a window, which is open while the job's condition holds.
+/// A job that calls a window, which is open while the job's condition is true.
 template <typename Window>
 std::function<void()> OnWindow(const windows::Context& context, const char* name, void (*action)(Window&)) {
   return [&desktop = context.desktop, name, action] {

@@ -8,7 +8,7 @@
 
 namespace zth::shell {
 
-/// The measurement job: one group a run, in rotation.
+/// The measurement job: reads one group per run, in rotation.
 class MeasurementJob {
  public:
   explicit MeasurementJob(platform::Services& services) : services_(services) {}
@@ -16,7 +16,7 @@ class MeasurementJob {
 
  private:
   platform::Services& services_;
-  std::int16_t phase_ = 0;  ///< 0 to 5; the group read next, less 1
+  std::int16_t phase_ = 0;  ///< 0 to 5; the next group to read, minus 1
 };
 
 /// Fills the master timer's list in its fixed order.

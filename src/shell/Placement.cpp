@@ -23,10 +23,10 @@ struct Key {
 constexpr std::array kKeys{Key{"MainLeft", 1000}, Key{"MainTop", 1000}, Key{"MainWidth", 6500},
                            Key{"MainHeight", 6500}};
 
-/// Beside them, when they are those of a maximised window: what it goes back to. Empty otherwise.
+/// If those four are a maximised window's, this key has its normal geometry. Otherwise empty.
 constexpr char kNormalKey[] = "MainNormal";
 
-// No screen is wider than this; a number beyond it was not written by a window.
+// No screen is wider than this; a larger number was not written by a window.
 constexpr double kLargestTwips = 1e6;
 
 int ReadPixels(const Key& key, const platform::Settings& settings) {
@@ -45,7 +45,7 @@ QString TextOf(const QRect& place) {
   return texts.join(' ');
 }
 
-/// An invalid rectangle for any other text.
+/// Returns an invalid rectangle for any other text.
 QRect RectOf(const QString& text) {
   std::vector<int> pixels;
   for (const QString& word : text.split(' ')) {
@@ -59,7 +59,7 @@ QRect RectOf(const QString& text) {
 }  // namespace
 
 QRect OntoScreens(const QRect& wanted, const QList<QRect>& screens) {
-  constexpr int kGrip = 80;  // pixels of the title bar that a user needs to take hold of a window
+  constexpr int kGrip = 80;  // pixels of title bar that a user needs to drag a window
   const QRect title(wanted.left(), wanted.top(), wanted.width(), 24);
   for (const QRect& screen : screens) {
     const QRect seen = screen.intersected(title);
@@ -81,7 +81,7 @@ void RestorePlacement(QWidget& window, const platform::Settings& settings) {
   const QRect placed = OntoScreens(wanted, screens);
   window.move(placed.topLeft());
   window.resize(placed.size());
-  // The four of a maximised window fill a screen, and going back to them would change nothing.
+  // A maximised window's own geometry fills a screen, so restoring to it would change nothing.
   const QRect normal = RectOf(settings.Get(kNormalKey, {}));
   if (normal.isValid()) window.setGeometry(OntoScreens(normal, screens));
 }

@@ -9,27 +9,27 @@ namespace zth::shell {
 
 inline constexpr int kAnsiBufferSize = 513;
 
-/// How far the search of one link has come.
+/// How far the search of a link has got.
 enum class SearchStep { NotBegun, Connecting, Searching, Done };
 
-/// What the start knows. `Program = {}` is the state of a program that has not started.
+/// Results of the start. `Program = {}` is the state before the program has started.
 struct ProgramState {
   /// The chip's part number as shown in messages.
   QString DeviceName;
 
-  /// The firmware file: the program's folder and the file's name.
+  /// The path of the firmware file: the program's folder and the file's name.
   QString FirmwarePath;
 
-  /// FirmwarePath as the library takes it, NUL-terminated.
+  /// FirmwarePath in the form that the library expects, NUL-terminated.
   std::array<char, kAnsiBufferSize> AnsiBuffer{};
 
-  /// What the firmware's download gave.
+  /// The result of the firmware's download.
   std::int16_t FirmwareResult = 0;
 
   SearchStep UsbSearch = SearchStep::NotBegun;
   SearchStep SmbusSearch = SearchStep::NotBegun;
 
-  /// Chips found on either link.
+  /// Chips found on each link.
   int UsbChips = 0;
   int SmbusChips = 0;
 };

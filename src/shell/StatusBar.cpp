@@ -43,7 +43,7 @@ void StatusBar::AddBoard() {
   lblBoard_->setAccessibleName("Board");
   lblBoard_->setTextFormat(Qt::PlainText);
   lblBoard_->setContentsMargins(4, 0, 4, 0);
-  // In a narrow window a long name gives way before date and time do.
+  // In a narrow window a long name shrinks before date and time do.
   lblBoard_->setMinimumWidth(1);
   insertPermanentWidget(1, lblBoard_);
   lblBoard_->hide();
@@ -67,7 +67,7 @@ void StatusBar::ShowWork(const QString& text) {
 }
 
 void StatusBar::EndWork() {
-  // What the work itself has told meanwhile stays.
+  // A message that the work itself has shown meanwhile stays.
   if (currentMessage() == work_) {
     beneathWork_.isEmpty() ? clearMessage() : showMessage(beneathWork_, kMessageMs);
   }

@@ -10,21 +10,21 @@ class Clock;
 
 namespace zth::shell {
 
-/// The main window's status bar: a message, the date and the time; between them what the
-/// link in use talks to.
+/// The main window's status bar: a message, the board that the link in use talks to, the date and the time.
 class StatusBar final : public QStatusBar {
  public:
   StatusBar(platform::Clock& clock, QWidget* parent);
 
   void SetStatus(const QString& text);
-  /// What the link in use talks to; its panel shows when there is something to say.
+  /// Sets the board that the link in use talks to. Its panel shows only when the name is not empty.
   void SetBoard(const QString& name);
 
-  /// Says what the program is at, over what stands there, and paints it at once; then puts back what was there.
+  /// Shows what the program is doing in place of the current message, and paints it at once. EndWork brings that
+  /// message back.
   void ShowWork(const QString& text);
   void EndWork();
 
-  /// How long a message stands.
+  /// How long a message shows.
   static constexpr int kMessageMs = 10'000;
 
  private:
@@ -35,7 +35,7 @@ class StatusBar final : public QStatusBar {
   platform::Clock& clock_;
   QLabel* message_;
   QString work_;
-  QString beneathWork_;  ///< the message that stood there before
+  QString beneathWork_;  ///< the message that was replaced
   QLabel* date_;
   QLabel* time_;
   QLabel* lblBoard_;

@@ -8,7 +8,8 @@
 namespace zth::shell {
 namespace {
 
-/// What is shared out along one side: each part its least, what is left in proportion, so that charts gain most of it.
+/// Divides the room along one side: each part gets its minimum, and the rest goes out in proportion to the minimums, so
+/// that charts get most of it.
 std::vector<int> Share(int room, const std::vector<int>& least) {
   const int all = std::max(1, std::accumulate(least.begin(), least.end(), 0));
   const double free = std::max(0, room - all);
@@ -27,7 +28,7 @@ struct Column {
   QSize least{0, 0};
 };
 
-/// The highest first, each into the column that is lowest so far.
+/// Puts each window, tallest first, into the column that is shortest so far.
 std::vector<Column> Columns(int count, const std::vector<QSize>& least) {
   std::vector<std::size_t> order(least.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
@@ -52,7 +53,7 @@ QSize LeastOf(const std::vector<Column>& columns) {
   return all;
 }
 
-/// How far the columns are from a good look: what goes beyond the desk, and only then how far from square it is.
+/// How bad an arrangement is: first how far it exceeds the desk, then how far it is from square.
 double Badness(const QSize& desk, const std::vector<Column>& columns) {
   const QSize all = LeastOf(columns);
   const double beyond = std::max(0, all.width() - desk.width()) + std::max(0, all.height() - desk.height());
@@ -71,7 +72,7 @@ std::vector<QRect> TileInto(const QSize& desk, const std::vector<QSize>& least) 
   for (int count = 1; count <= static_cast<int>(least.size()); ++count) {
     std::vector<Column> columns = Columns(count, least);
     const double badness = Badness(desk, columns);
-    // Of two as good the one with more columns: desks are wider than high.
+    // Of two equally good arrangements, take the one with more columns: desks are wider than high.
     if (badness > bestBadness) continue;
     bestBadness = badness;
     best = std::move(columns);

@@ -7,9 +7,9 @@
 
 namespace zth::shell {
 
-/// Places for windows beside and above each other, in the order handed in, column by column. None is smaller than its
-/// `least`; where some arrangement in columns holds them all, they fill the desk and nothing scrolls. Where none does,
-/// the one that goes beyond the desk by the least.
+/// Places windows side by side and one above the other, column by column, in the given order. None gets smaller than
+/// its `least`. If an arrangement in columns holds them all, they fill the desk and nothing scrolls. Otherwise the
+/// arrangement that exceeds the desk least is used.
 std::vector<QRect> TileInto(const QSize& desk, const std::vector<QSize>& least);
 
 }  // namespace zth::shell

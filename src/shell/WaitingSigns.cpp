@@ -15,8 +15,8 @@
 namespace zth::shell {
 namespace {
 
-/// Paints all of a window without a turn of the event loop. What has stood over it, as a menu, leaves its traces in it
-/// until then, and a repaint of the window would leave out its children.
+/// Paints a whole window without running the event loop. Otherwise something that was over it, such as a menu, would
+/// leave traces. Repainting the window alone would leave out its children.
 void PaintNow(QWidget& window) {
   for (QWidget* child : window.findChildren<QWidget*>()) child->update();
   QEvent update(QEvent::UpdateRequest);
@@ -42,12 +42,12 @@ void WaitingSigns::Load(windows::ChildWindow& window, QMdiSubWindow& frame) {
     opening_ = nullptr;
     delete veil_;
   });
-  // Over a link that is not slow it would only flicker.
+  // Over a fast link it would only flicker.
   if (link::IsSlow()) ShowFrame();
   window.Load();
   const bool showsAlready = opening_ == nullptr;
   if (!showsAlready) return;
-  // Its size is that of a window which opens with its values, as the desk would choose it.
+  // The size that the desk would choose for a window that opens with its values already loaded.
   const QSize wanted = frame.sizeHint().boundedTo(area_.viewport()->size());
   frame.resize(wanted.expandedTo(frame.minimumSizeHint()));
 }
@@ -59,7 +59,7 @@ void WaitingSigns::ShowFrame() {
   window.show();
   frame->show();
   area_.BringInside(*frame);
-  // What its controls hold is not the chip's yet.
+  // Its controls do not hold the chip's values yet.
   veil_ = new QLabel("Reading the chip...", &window);
   veil_->setObjectName("lblOpening");
   veil_->setAlignment(Qt::AlignCenter);
@@ -87,7 +87,7 @@ void WaitingSigns::Hide() {
 }
 
 bool WaitingSigns::eventFilter(QObject* watched, QEvent* event) {
-  // A box or a dialog stands over the program: the user can go on.
+  // A box or a dialog is open: the user can go on.
   if (event->type() == QEvent::WindowBlocked) link::StopWaiting();
   return QObject::eventFilter(watched, event);
 }

@@ -15,9 +15,9 @@ namespace zth::shell {
 class MdiDesk;
 class StatusBar;
 
-/// What the main window shows while the user waits for transfers (link/Waiting.h): a busy pointer, in the status bar
-/// what is waited for, and the frame of a window that is about to open. All of it is painted from here and at once. No
-/// event may run between two transfers of a handler: neither a click nor a tick of the timer.
+/// What the main window shows while the user waits for transfers (link/Waiting.h): a busy pointer, a message in the
+/// status bar that names the work, and the frame of a window that is about to open. All of it is painted here, at once.
+/// No event may run between two transfers of a handler: no click and no timer tick.
 class WaitingSigns final : public QObject {
  public:
   WaitingSigns(QMainWindow& main, MdiDesk& area, StatusBar& status);
@@ -25,7 +25,7 @@ class WaitingSigns final : public QObject {
   WaitingSigns(const WaitingSigns&) = delete;
   WaitingSigns& operator=(const WaitingSigns&) = delete;
 
-  /// Loads a new window, whose frame does not show yet. Over a slow link the frame comes first.
+  /// Loads a new window whose frame is still hidden. Over a slow link the frame shows first.
   void Load(windows::ChildWindow& window, QMdiSubWindow& frame);
 
  protected:
@@ -39,8 +39,8 @@ class WaitingSigns final : public QObject {
   QMainWindow& main_;
   MdiDesk& area_;
   StatusBar& status_;
-  QPointer<QMdiSubWindow> opening_;  ///< the frame of the window that loads and does not show yet
-  QPointer<QLabel> veil_;            ///< over its controls, while it loads and shows already
+  QPointer<QMdiSubWindow> opening_;  ///< the frame of a window that is loading and still hidden
+  QPointer<QLabel> veil_;            ///< covers the window's controls when the window shows while it loads
   bool shows_ = false;
 };
 

@@ -45,7 +45,7 @@ void WebLink::ShowColour() {
   const QPalette around = parentWidget()->palette();
   QPalette colours;
   colours.setColor(QPalette::WindowText, visited_ ? QColor(0x80, 0x00, 0x80) : around.color(QPalette::Link));
-  // The purple is made for a light ground: on a dark one it brings its own.
+  // The purple needs a light background, so in a dark palette it gets one.
   const bool ownGround = visited_ && widgets::IsDark(around);
   if (ownGround) colours.setColor(QPalette::Window, QColor(245, 245, 245));
   setAutoFillBackground(ownGround);

@@ -4,14 +4,14 @@
 
 namespace zth::shell {
 
-/// A web address that a click, Space or Enter follows.
+/// A web address that is opened by a click, Space or Enter.
 class WebLink final : public QLabel {
   Q_OBJECT
 
  public:
   WebLink(const QString& address, QWidget* parent);
 
-  /// Shows that it has been followed, in purple.
+  /// Marks the link as visited, in purple.
   void MarkVisited();
 
  signals:

@@ -39,7 +39,7 @@ windows::ChildWindow* Make(const windows::Context& context) {
   return new Window(context);
 }
 
-// One row for each window that stands.
+// One row for each window of the program.
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
     Row{"frmAutoGraph", Make<windows::frmAutoGraph>},

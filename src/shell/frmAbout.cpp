@@ -50,7 +50,7 @@ void frmAbout::Form_Load() {
   QWidget& frame = TheDesktop().Frame();
   QWidget* window = parentWidget() != nullptr ? parentWidget() : this;
   const QSize size = window->sizeHint();
-  // A main window that is small must not put the top of this one out of reach.
+  // If the main window is small, keep the top of this one within reach.
   window->move(std::max(0, (frame.width() - size.width()) / 2),
                std::max(0, frame.height() / 2 - base::PixelsFromTwips(1500)));
 }

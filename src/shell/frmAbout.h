@@ -6,7 +6,7 @@ namespace zth::shell {
 
 class WebLink;
 
-/// Name and version of the program, and the way to its maker.
+/// The program's name and version, and a link to its maker.
 class frmAbout final : public windows::ChildWindow {
   Q_OBJECT
 

@@ -51,7 +51,7 @@ QPointer<frmMain> MainForm;
 
 namespace {
 
-/// What the pointer holds is let go over the chip and the values that it was taken hold of over.
+/// True while the user drags something. It must be dropped with the same chip and values as when it was picked up.
 bool IsDragging() {
   return QApplication::mouseButtons() != Qt::NoButton;
 }
@@ -73,7 +73,7 @@ frmMain::frmMain(platform::Services& services)
   BuildMenus();
   BuildToolBar();
   setStatusBar(status_);
-  status_->insertPermanentWidget(1, link_);  // behind the message
+  status_->insertPermanentWidget(1, link_);  // after the message
   BuildTimer();
   auto* toRead = new QShortcut(Qt::Key_F5, this);
   toRead->setAutoRepeat(false);
@@ -107,7 +107,7 @@ void frmMain::BuildMenus() {
     if (QMenu* menu = menus.value(row.menu)) {
       if (QString(row.name) == "mnuExit") menu->addSeparator();
       menu->addAction(action);
-      addAction(action);  // its key holds while the window menu is made anew, too
+      addAction(action);  // so that its key still works while the window menu is rebuilt
     } else {
       menuBar()->addAction(action);
     }
@@ -155,8 +155,8 @@ void frmMain::BuildToolBar() {
   bar->setObjectName("tbToolBar");
   bar->setMovable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
-  // What does not fit goes behind the arrow from the right, so the list that decides where all windows write stands
-  // left.
+  // What does not fit is hidden behind the arrow, starting from the right, so the device list, which decides where all
+  // windows write, is on the left.
   AddDevices(*bar);
   bar->addSeparator();
   for (const ToolButton& row : kToolButtons) {
@@ -172,7 +172,7 @@ void frmMain::BuildToolBar() {
 }
 
 void frmMain::AddDevices(QToolBar& bar) {
-  // Every letter of it is a menu's or a window's, so the list has a key of its own.
+  // All its letters are used as mnemonics by menus or windows, so the list has its own key.
   auto* label = widgets::Named<QLabel>("lblDevices", " Device ", &bar);
   cmbDevices_ = widgets::Named<QComboBox>("cmbDevices", &bar);
   cmbDevices_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
@@ -238,7 +238,7 @@ void frmMain::SaveForEnd() {
 }
 
 void frmMain::KeepLayout() {
-  // An end in the middle of it, by a failed link, must not cost the windows that have not come yet.
+  // If a failed link ends the program during the restore, the windows that are not back yet must not be lost.
   if (!unloaded_ && !restoring_ && RestoresWindows(services_.settings)) StoreLayout(*area_, services_.settings);
 }
 
@@ -246,14 +246,14 @@ void frmMain::RestoreWindows() {
   if (!RestoresWindows(services_.settings)) return;
   const std::optional<KeptLayout> layout = StoredLayout(services_.settings);
   if (!layout) return;
-  // What the start has opened by itself stays in front.
+  // A window that the start has opened by itself stays in front.
   const QMdiSubWindow* opened = area_->currentSubWindow();
   const QString front = opened != nullptr ? opened->widget()->objectName() : layout->active;
   const QScopedValueRollback restoring(restoring_, true);
   for (const KeptWindow& kept : layout->windows) {
     const auto* entry =
         std::ranges::find_if(kMenuEntries, [&](const MenuEntry& row) { return kept.name == row.window; });
-    // About is read once and closed: nobody wants it back.
+    // Nobody wants About back: it is read once and closed.
     if (entry == kMenuEntries.end() || kept.name == "frmAbout") continue;
     if (!findChild<QAction*>(entry->name)->isEnabled()) continue;
     windows::ChildWindow* window = OpenWindow(kept.name);
@@ -332,7 +332,7 @@ void frmMain::MarkAlerts(const QString& window, int count) {
     if (action == nullptr) continue;
     const QIcon icon = ToolIcon(row.key);
     action->setIcon(count > 0 ? widgets::WithBadge(icon, count) : icon);
-    // Behind the button's own text, which tells what it opens.
+    // Appended to the button's own text, which says what it opens.
     const QString alerts = count == 1 ? "1 alert" : QString("%1 alerts").arg(count);
     action->setToolTip(count > 0 ? row.toolTip + (": " + alerts) : row.toolTip);
     auto* button = findChild<QToolBar*>("tbToolBar")->widgetForAction(action);
@@ -342,7 +342,7 @@ void frmMain::MarkAlerts(const QString& window, int count) {
 
 void frmMain::EnableTimer(bool on) {
   if (on) {
-    // Once closed, no handler that was cut short brings it back.
+    // After the window has closed, an interrupted handler must not restart the timer.
     if (!unloaded_) tmrMaster_->start();
   } else {
     tmrMaster_->stop();
@@ -371,7 +371,7 @@ void frmMain::ShowLink() {
   link_->Look(services_.clock.Now());
   const QString before = std::exchange(notice_, link_->Notice());
   if (before != notice_ && !before.isEmpty() && status_->currentMessage() == before) status_->clearMessage();
-  // It stands for as long as it holds: what passes over it, as a message of some seconds, gives way to it again.
+  // The notice shows for as long as it holds. A message of a few seconds replaces it only for that time.
   if (!notice_.isEmpty() && status_->currentMessage().isEmpty()) status_->showMessage(notice_);
 }
 
@@ -379,7 +379,7 @@ void frmMain::tmrMaster_Timer() {
   const link::TimerTick tick;
   jobs_.Tick();
   ShowLink();
-  // What the program knows of a chip changes by writes from anywhere; as a rule it has not.
+  // Writes from anywhere can change the model of the chip; usually they have not.
   const chip::ModelOrigin model = chip::ModelReadFrom();
   if (model == modelFrom_) return;
   modelFrom_ = model;
@@ -399,10 +399,10 @@ void frmMain::ReadActiveWindowAgain() {
 }
 
 void frmMain::FitToolBar() {
-  // The icons follow the font, so that a tool bar beside large texts is not a row of specks.
+  // The icons scale with the font, so that they are not tiny beside large texts.
   const int side = std::max(24, fontMetrics().height() * 3 / 2);
   findChild<QToolBar*>("tbToolBar")->setIconSize({side, side});
-  // The device list never gives way: the arrow for all else beside it is the least that the bar shows.
+  // The device list is always shown: the tool bar's minimum width is the list and the arrow for the rest.
   const auto* label = findChild<QLabel*>("lblDevices");
   const int around = 4 * side;
   setMinimumWidth(label->sizeHint().width() + cmbDevices_->sizeHint().width() + around);
@@ -417,7 +417,7 @@ bool frmMain::UserLeaves() {
   if (unloaded_) return true;
   const link::UserAction action([] { return QString(); });
   bool leaves = false;
-  FinishWork();  // perhaps a file can be written by now
+  FinishWork();  // the file may be writable by now
   platform::Guarded([&] { leaves = MayLeave(services_); })();
   return leaves;
 }

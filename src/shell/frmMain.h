@@ -23,7 +23,7 @@ class MdiDesk;
 class StatusBar;
 class WaitingSigns;
 
-/// The frame of the program: menus, tool bar with the device list, status bar, the child windows and the master timer.
+/// The main window: menus, tool bar with the device list, status bar, child windows and master timer.
 class frmMain final : public QMainWindow, public windows::Desktop {
   Q_OBJECT
 
@@ -33,24 +33,24 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   frmMain(const frmMain&) = delete;
   frmMain& operator=(const frmMain&) = delete;
 
-  /// Places the window and finds the chips, with the splash showing the way. Ends the program when there is no chip,
-  /// unless the user starts it over.
+  /// Places the window and finds the chips, with the splash showing the progress. Ends the program when there is no
+  /// chip, unless the user starts over.
   void Form_Load(frmSplash& splash);
 
-  /// Stores the placement, unless the window is minimised. Runs once, at whatever end comes first.
+  /// Stores the placement, unless the window is minimised. Runs once, however the program ends.
   void Form_Unload();
 
-  /// What can be done for an end that may yet be called off: waiting lines are written, the placement is stored.
+  /// What can be done before an end that may still be cancelled: writes waiting lines and stores the placement.
   void SaveForEnd();
 
-  /// Opens the windows that stood there at the last end, if the user wants that, in the order in which they were opened
-  /// then; one whose menu entry is disabled, or that stands here no more, is left out.
+  /// Reopens the windows that were open when the program last ended, in the order in which they were opened, if the
+  /// user wants that. Skips windows whose menu entry is disabled or no longer exists.
   void RestoreWindows();
 
-  /// The window has run its closing step.
+  /// True once the window has run its closing step.
   bool Unloaded() const { return unloaded_; }
 
-  /// Closes each child window and then this one, each through its normal closing step.
+  /// Closes every child window and then this one, each through its normal closing step.
   void CloseAllWindows();
 
   windows::ChildWindow* OpenWindow(const QString& name) override;
@@ -62,7 +62,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   QWidget& Frame() override { return *this; }
 
  signals:
-  /// The user has closed the window: the program is over.
+  /// The user has closed the window: the program ends.
   void Closed();
 
  protected:
@@ -78,28 +78,28 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void FitToolBar();
   void AddDevices(QToolBar& bar);
   bool UserLeaves();
-  /// What must not be left undone at any orderly end: closing, "Exit", a failed link.
+  /// Work that every orderly end must finish: closing, "Exit", a failed link.
   void FinishWork();
   void mnuExit_Click();
-  /// Opens the guide where it tells of the window in use.
+  /// Opens the guide at the section for the window in use.
   void OpenGuide();
   void tbToolBar_ButtonClick(const QString& key);
   void cmbDevices_Click();
-  /// Each window says anew whether it is of the chip in use.
+  /// Makes every window show whether it belongs to the chip in use.
   void ShowOrigins();
   void ReadActiveWindowAgain();
   void tmrMaster_Timer();
-  /// What the status bar says of the link, without a transfer.
+  /// Updates what the status bar shows of the link, without a transfer.
   void ShowLink();
 
   platform::Services& services_;
   windows::Context context_;
   JobList jobs_;
-  chip::ModelOrigin modelFrom_;  ///< as the windows have been told
+  chip::ModelOrigin modelFrom_;  ///< as last reported to the windows
   MdiDesk* area_;
   StatusBar* status_;
   LinkPanel* link_;
-  QString notice_;  ///< of the link, as the status bar shows it
+  QString notice_;  ///< the link's notice, as the status bar shows it
   std::unique_ptr<WaitingSigns> waiting_;
   QMenu* mnuWindow_ = nullptr;
   QComboBox* cmbDevices_ = nullptr;
@@ -109,7 +109,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   bool restoring_ = false;
 };
 
-/// The running main window; null before the start has made it and after its end.
+/// The running main window; null before the start has created it and after it has ended.
 extern QPointer<frmMain> MainForm;
 
 }  // namespace zth::shell

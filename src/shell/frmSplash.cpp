@@ -15,7 +15,7 @@
 namespace zth::shell {
 namespace {
 
-// The bar's full width in twips; one percent of it is a whole number of pixels, so half a percent is one, too.
+// The bar's full width in twips; half a percent of it is a whole number of pixels.
 constexpr int kFullWidthTwips = 6000;
 constexpr int kOnePercentTwips = kFullWidthTwips / 100;
 constexpr int kBarHeight = 8;

@@ -6,23 +6,23 @@ class QLabel;
 
 namespace zth::shell {
 
-/// The window of the start: the program's name and version, and how far the search for a chip is.
+/// The start window: the program's name and version, and the progress of the search for a chip.
 class frmSplash final : public QWidget {
   Q_OBJECT
 
  public:
   frmSplash();
 
-  /// What the link being searched talks to; nothing is shown of an empty name.
+  /// Shows the board that the searched link talks to; nothing for an empty name.
   void SetBoard(const QString& name);
 
-  /// What is being done.
+  /// Shows the current step.
   void SetStep(const QString& text);
 
   /// Makes the bar and the step's text visible.
   void ShowProgress();
 
-  /// Width of the bar in percent of its full width, 0 to 100.
+  /// The width of the bar in percent of its full width, 0 to 100.
   double Progress() const { return progress_; }
   void SetProgress(double percent);
 

@@ -10,17 +10,17 @@
 
 namespace zth::widgets {
 
-/// A control of our own as assistive technology sees it: its role, and what may be done with it besides taking the
-/// focus. A disabled control does nothing.
+/// Accessibility interface of a custom control: its role, and its actions besides taking the focus. A disabled control
+/// does nothing.
 class ActionAccess : public QAccessibleWidget {
  public:
-  /// Names of actions, those of QAccessibleActionInterface where one fits, with what they do.
+  /// Action names, from QAccessibleActionInterface where one fits, and the function that each one calls.
   using Actions = std::vector<std::pair<QString, std::function<void()>>>;
 
   ActionAccess(QWidget* widget, QAccessible::Role role, Actions actions)
       : QAccessibleWidget(widget, role), actions_(std::move(actions)) {}
 
-  /// One step up, one step down.
+  /// Actions for one step up and one step down.
   static Actions Steps(const std::function<void(int)>& step) {
     return {{increaseAction(), [step] { step(1); }}, {decreaseAction(), [step] { step(-1); }}};
   }

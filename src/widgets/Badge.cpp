@@ -14,7 +14,7 @@ constexpr QRgb kRed = 0xFFBF1E1E;
 
 void DrawBadge(QPainter& painter, QRectF place, const QString& number) {
   painter.setRenderHint(QPainter::Antialiasing);
-  // The white rim keeps it apart from an icon behind it, and from a dark ground.
+  // The white rim sets it apart from the icon behind it and from a dark background.
   painter.setPen(QPen(Qt::white, std::max(1.0, place.height() / 14)));
   painter.setBrush(QColor(kRed));
   place.adjust(0.5, 0.5, -0.5, -0.5);

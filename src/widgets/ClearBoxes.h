@@ -4,15 +4,16 @@
 
 namespace zth::widgets {
 
-/// The style that the desktop gives, but for boxes and rings to tick on a dark palette: there some styles draw their
-/// edges darker than the dark ground, and an unticked one is a hole. They get an edge that stands out by 3 to 1.
+/// The desktop's style, with better check boxes and radio buttons on a dark palette. Some styles draw their edges
+/// darker than the dark background, so that an unticked one looks like a hole. This style gives them an edge with a
+/// contrast of 3 to 1.
 class ClearBoxes final : public QProxyStyle {
   Q_OBJECT
 
  public:
-  /// Makes it the program's style. Doing it twice is harmless.
+  /// Makes it the program's style. Calling it twice is harmless.
   static void Install();
-  /// The name of the style beneath, by which it can be made again.
+  /// The name of the style underneath, so that it can be created again.
   static QString NameBeneath();
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -18,7 +18,7 @@ namespace zth::widgets {
 namespace {
 
 constexpr double kStep = 1;
-constexpr int kNotch = 120;  // of a wheel, in eighths of a degree
+constexpr int kNotch = 120;  // wheel turn in eighths of a degree
 
 class SliderAccess final : public ActionAccess, public QAccessibleValueInterface {
  public:
@@ -55,13 +55,12 @@ QString ValueText(double value) {
 
 }  // namespace
 
-/// Where things stand in the widget: groove with its thumb, and the value on its right.
 struct GSlider::Layout {
   QRectF groove;
   QRectF thumb;
   QRectF text;
   double first = 0;   ///< x of the thumb's centre at 0
-  double travel = 1;  ///< and from there to 100
+  double travel = 1;  ///< distance from there to 100
 
   double ValueAt(double x) const {
     return std::clamp(base::RoundHalfEven(kMinimum + (x - first) / travel * (kMaximum - kMinimum)), kMinimum, kMaximum);
@@ -73,7 +72,7 @@ GSlider::GSlider(QWidget* parent) : QWidget(parent) {
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   pace_.setSingleShot(true);
-  pace_.setTimerType(Qt::PreciseTimer);  // a coarse one may come early
+  pace_.setTimerType(Qt::PreciseTimer);  // a coarse timer may fire early
   pace_.setInterval(kPaceMs);
   connect(&pace_, &QTimer::timeout, this, &GSlider::ReportDrag);
 }
@@ -99,9 +98,9 @@ void GSlider::StepByUser(double value) {
   if (!isEnabled() || held_ || std::isnan(value)) return;
   const double target = std::clamp(base::RoundHalfEven(value), kMinimum, kMaximum);
   if (target == value_) return;
-  held_ = true;  // as in a drag: whoever asks in a handler sees the slider held
+  held_ = true;  // as in a drag: handlers that ask see the slider held
   emit MouseDown(index_);
-  if (!held_) return;  // a handler has taken it out of the user's hand
+  if (!held_) return;  // a handler disabled or released the slider
   SetValue(target);
   emit Change(index_);
   Release(false);
@@ -123,7 +122,7 @@ void GSlider::Release(bool report) {
   if (!held_) return;
   pace_.stop();
   if (report) ReportDrag();
-  if (!held_) return;  // let go by the handler
+  if (!held_) return;  // released by the handler
   pace_.stop();
   held_ = false;
   update();
@@ -138,7 +137,7 @@ void GSlider::mousePressEvent(QMouseEvent* event) {
   const Layout layout = Measure();
   const double x = event->position().x();
   const bool onThumb = layout.thumb.adjusted(-2, -2, 2, 2).contains(event->position());
-  if (!onThumb && x > layout.text.left()) {  // the number is no part of the groove
+  if (!onThumb && x > layout.text.left()) {  // the number is not part of the groove
     event->ignore();
     return;
   }
@@ -152,7 +151,7 @@ void GSlider::mousePressEvent(QMouseEvent* event) {
 
 void GSlider::mouseMoveEvent(QMouseEvent* event) {
   if (!held_) return;
-  if (!(event->buttons() & Qt::LeftButton)) {  // the release went elsewhere
+  if (!(event->buttons() & Qt::LeftButton)) {  // the release went to another widget
     Release(true);
     return;
   }
@@ -174,7 +173,7 @@ void GSlider::wheelEvent(QWheelEvent* event) {
 }
 
 void GSlider::keyPressEvent(QKeyEvent* event) {
-  if (held_ && event->key() == Qt::Key_Escape) {  // back to where the drag began; the link is told so as well
+  if (held_ && event->key() == Qt::Key_Escape) {  // return to the start of the drag, and tell the link
     SetValue(startValue_);
     Release(true);
     return;
@@ -188,7 +187,7 @@ void GSlider::keyPressEvent(QKeyEvent* event) {
 }
 
 void GSlider::changeEvent(QEvent* event) {
-  // Taken out of the user's hand: what was held back is not for the chip any more, but nobody may think it still held.
+  // The slider was disabled: drop the pending value, and report that it is no longer held.
   if (event->type() == QEvent::EnabledChange && !isEnabled()) Release(false);
   update();
   QWidget::changeEvent(event);
@@ -272,7 +271,7 @@ void GSlider::paintEvent(QPaintEvent*) {
   painter.setBrush(face);
   painter.drawEllipse(layout.thumb.adjusted(1.5, 1.5, -1.5, -1.5));
 
-  constexpr double kPale = 0.35;  // can still be read
+  constexpr double kPale = 0.35;  // still readable
   const QColor ink = colours.color(QPalette::WindowText);
   painter.setPen(stale_ ? Blend(ink, ground, kPale) : ink);
   painter.drawText(layout.text, Qt::AlignRight | Qt::AlignVCenter, ValueText(value_));

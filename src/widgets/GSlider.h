@@ -5,9 +5,9 @@
 
 namespace zth::widgets {
 
-/// A slider from 0 to 100 percent that reports what the user does and nothing that code sets. Every report carries the
-/// slider's index in its control array. A change by key or wheel is wrapped: MouseDown, Change, MouseUp. During a drag
-/// Change comes at most once each 50 ms, and always with the last value before MouseUp.
+/// A slider from 0 to 100 percent that reports changes by the user, but none by code. Every report carries the slider's
+/// index in its control array. A change by key or wheel is reported as MouseDown, Change, MouseUp. During a drag,
+/// Change is sent at most every 50 ms, and always with the last value before MouseUp.
 class GSlider : public QWidget {
   Q_OBJECT
   Q_PROPERTY(double Value READ Value WRITE SetValue USER true)
@@ -23,32 +23,32 @@ class GSlider : public QWidget {
   explicit GSlider(QWidget* parent = nullptr);
 
   double Value() const { return value_; }
-  /// Limited to 0 to 100; NaN is ignored. Fractions are kept; the user sets whole percents.
+  /// Clamped to 0 to 100; NaN is ignored. Fractions are kept; the user sets whole percents.
   void SetValue(double value);
-  /// The value is an old one: groove and number are pale.
+  /// Whether the value is old: groove and number are then pale.
   bool Stale() const { return stale_; }
   void SetStale(bool stale);
   int Index() const { return index_; }
   void SetIndex(int index) { index_ = index; }
 
-  /// What holds back Change during a drag: a single shot of kPaceMs. A clock that drives timers may adopt it.
+  /// The single-shot timer of kPaceMs that delays Change during a drag. A clock that drives timers may adopt it.
   QTimer& PaceTimer() { return pace_; }
   bool Held() const { return held_; }
-  /// Moves the slider on behalf of the user, with its three reports.
+  /// Moves the slider for the user, with its three reports.
   void StepByUser(double value);
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  public slots:
-  /// The same reports with this slider's own index, for tools that work by name.
+  /// The same signals with this slider's own index, for tools that call them by name.
   void MouseDown() { emit MouseDown(index_); }
   void MouseUp() { emit MouseUp(index_); }
   void Change() { emit Change(index_); }
 
  signals:
-  void MouseDown(int index);  ///< the user takes hold
-  void MouseUp(int index);    ///< the user lets go
+  void MouseDown(int index);  ///< the user grabs the slider
+  void MouseUp(int index);    ///< the user releases it
   void Change(int index);     ///< the user has changed Value
 
  protected:
@@ -69,7 +69,7 @@ class GSlider : public QWidget {
 
   void DragTo(double value);
   void ReportDrag();
-  /// Lets go. What is still held back is reported before, unless it is dropped.
+  /// Ends the drag. A pending change is reported first, unless `report` is false.
   void Release(bool report);
 
   double value_ = 0;
@@ -77,10 +77,10 @@ class GSlider : public QWidget {
   bool held_ = false;
   bool hovered_ = false;
   bool stale_ = false;
-  double startValue_ = 0;     ///< where the drag began
-  double reportedValue_ = 0;  ///< what the last report of the drag told
-  double grabOffset_ = 0;     ///< from the thumb's centre to the mouse, pixels
-  int wheelRest_ = 0;         ///< eighths of a degree below one notch
+  double startValue_ = 0;     ///< value at the start of the drag
+  double reportedValue_ = 0;  ///< value last reported in the drag
+  double grabOffset_ = 0;     ///< from the thumb's centre to the mouse, in pixels
+  int wheelRest_ = 0;         ///< eighths of a degree left over below one notch
   QTimer pace_;
 };
 

@@ -94,7 +94,7 @@ void LGauge::SetNeedleValue(double value) {
 void LGauge::SetPointerValue(double value) {
   if (std::isnan(value)) return;
   const auto [entry, added] = pointers_.try_emplace(pointerIndex_, value);
-  // A slider that is written while the user holds it: what code put last is what an Escape goes back to.
+  // If code writes to a slider that the user holds, Escape returns to the value that code wrote last.
   const bool active = active_ < static_cast<int>(sliders_.size()) &&
                       sliders_[static_cast<std::size_t>(active_)].number == pointerIndex_;
   if (gesture_ != Gesture::None && active) startValue_ = value;
@@ -202,7 +202,7 @@ void LGauge::paintEvent(QPaintEvent*) {
   if (painter.paintEngine()->type() == QPaintEngine::Raster) {
     PaintKeptFace(painter, measures);
   } else {
-    dial.Face(scaleMin_, scaleMax_);  // a drawing, which shall be sharp at any size
+    dial.Face(scaleMin_, scaleMax_);  // a drawing stays sharp at any size
   }
   const DialScale scale = Scale();
   const auto angleOf = [&](std::size_t i) { return scale.Angle(SliderValue(static_cast<int>(i))); };
@@ -213,7 +213,7 @@ void LGauge::paintEvent(QPaintEvent*) {
   dial.Caption(caption_, stale_);
 
   const int count = static_cast<int>(sliders_.size());
-  for (int i = 0; i < count; ++i) {  // the active one last, on top
+  for (int i = 0; i < count; ++i) {  // the active slider last, on top
     const int position = (active_ + 1 + i) % count;
     const bool active = position == active_;
     dial.Slider(sliders_[static_cast<std::size_t>(position)].kind, angleOf(static_cast<std::size_t>(position)),

@@ -14,16 +14,16 @@
 
 namespace zth::widgets {
 
-/// One draggable slider of a gauge: the number that PointerIndex selects it by, and its name for assistive technology.
+/// A draggable slider of a gauge: the number by which PointerIndex selects it, and its accessible name.
 struct GaugeSlider {
   int number = 0;
   SliderKind kind = SliderKind::Sole;
   QString name;
 };
 
-/// A dial gauge with a linear scale, numbered needles and numbered sliders on its rim. Needle 0 is a mark on the scale,
-/// needle 1 the hand; neither shows a value before it is first written. Values outside the scale are kept as they were
-/// put and shown at the scale's nearer end.
+/// A dial gauge with a linear scale, numbered needles, and numbered sliders on its rim. Needle 0 is a mark on the
+/// scale, needle 1 is the hand; neither is shown before it is first written. Values outside the scale are stored
+/// unchanged and shown at its nearer end.
 class LGauge : public QWidget {
   Q_OBJECT
   Q_PROPERTY(double ScaleMin READ ScaleMin WRITE SetScaleMin)
@@ -39,18 +39,18 @@ class LGauge : public QWidget {
  public:
   explicit LGauge(QWidget* parent = nullptr);
 
-  /// Declares the sliders that the user can reach, in the order of Tab. Their values survive.
+  /// Declares the sliders that the user can reach, in Tab order. Their values are kept.
   void SetSliders(std::vector<GaugeSlider> sliders);
-  /// Slider 2 for the low limit and slider 3 for the high one; or slider 3 for a sole limit.
+  /// Slider 2 for the low limit and slider 3 for the high limit; or slider 3 for a single limit.
   static std::vector<GaugeSlider> LowAndHighSliders();
   static std::vector<GaugeSlider> SoleSlider();
 
   double ScaleMin() const { return scaleMin_; }
   double ScaleMax() const { return scaleMax_; }
   int NeedleIndex() const { return needleIndex_; }
-  double NeedleValue() const;  ///< of the selected needle; 0 before it is written
+  double NeedleValue() const;  ///< of the selected needle; 0 if never written
   int PointerIndex() const { return pointerIndex_; }
-  double PointerValue() const;  ///< of the selected slider; 0 before it is written
+  double PointerValue() const;  ///< of the selected slider; 0 if never written
   QString Caption() const { return caption_; }
   QVariantList SliderNumbers() const;
 
@@ -61,26 +61,26 @@ class LGauge : public QWidget {
   void SetPointerIndex(int index) { pointerIndex_ = index; }
   void SetPointerValue(double value);
   void SetCaption(const QString& text);
-  /// The reading is an old one: hand and caption are grey. The caption is to say how old.
+  /// Whether the reading is old: hand and caption are then grey. The caption should say how old.
   bool Stale() const { return stale_; }
   void SetStale(bool stale);
-  /// The values that the keys move a slider to, rising, its present value among them: arrows go to the next, Page ten
-  /// on, Home and End to the last, and beyond the last nothing moves. A slider whose value is not among its stops goes
-  /// by round steps that suit the scale.
+  /// Sets the values that the keys move a slider to, in ascending order, including its present value: arrow keys move
+  /// to the next one, Page keys by ten, Home and End to the first and last. A slider whose value is not among its stops
+  /// moves by round steps that suit the scale.
   void SetSliderStops(int number, std::vector<double> stops);
 
-  /// The sliders by position in the order of Tab, for assistive technology.
+  /// The sliders in Tab order, for assistive technology.
   const std::vector<GaugeSlider>& Sliders() const { return sliders_; }
   int ActiveSlider() const { return active_; }
   double SliderValue(int position) const;
   double Reading() const;  ///< of needle 1
   QRect SliderRect(int position) const;
   DialScale Scale() const { return {scaleMin_, scaleMax_}; }
-  /// Where so many steps of an arrow key lead a slider.
+  /// The value of a slider after `steps` presses of an arrow key.
   double Stepped(int position, int steps) const;
-  /// Makes a slider the one that the keys move.
+  /// Makes the slider at `position` the one that the keys move.
   void Activate(int position);
-  /// Moves a slider on behalf of the user, to a value or by so many steps, and reports it at once.
+  /// Moves a slider for the user, to a value or by a number of steps, and reports it at once.
   void MoveByUser(int position, double value);
   void StepByUser(int position, int steps);
 
@@ -88,7 +88,8 @@ class LGauge : public QWidget {
   QSize minimumSizeHint() const override;
 
  signals:
-  /// The user has moved a slider: once, at the end of a drag or of a run of keys. Never raised by a write from code.
+  /// The user has moved a slider: emitted once, at the end of a drag or of a series of key presses. Never emitted for a
+  /// write from code.
   void SliderChanged();
 
  protected:
@@ -111,7 +112,7 @@ class LGauge : public QWidget {
   void Begin(Gesture gesture, int position);
   bool CanMove(int position) const;
   void MoveActive(double value);
-  /// Ends the gesture; what it changed is kept and reported, or put back.
+  /// Ends the gesture. Its change is kept and reported, or undone.
   void End(bool keep);
   void Hover(int position);
   int SliderAt(const QPointF& point) const;
@@ -134,10 +135,10 @@ class LGauge : public QWidget {
 
   int active_ = 0;           ///< position of the slider that the keys move
   int hovered_ = -1;         ///< position of the slider under the mouse
-  bool byKeyboard_ = false;  ///< the focus came, or was used, by key
+  bool byKeyboard_ = false;  ///< the focus was set or used by keyboard
   Gesture gesture_ = Gesture::None;
-  double startValue_ = 0;  ///< of the active slider, to be put back
-  double dragAngle_ = 0;   ///< of the active slider, beyond the scale's ends too
+  double startValue_ = 0;  ///< of the active slider, for undoing
+  double dragAngle_ = 0;   ///< of the active slider; may be beyond the scale
   double lastAngle_ = 0;   ///< of the mouse
   QSet<int> heldKeys_;
 

@@ -19,7 +19,7 @@ class SliderAccess final : public QAccessibleInterface,
   SliderAccess(LGauge* gauge, int position) : gauge_(gauge), position_(position) {}
 
   bool isValid() const override { return gauge_ && position_ < static_cast<int>(gauge_->Sliders().size()); }
-  QObject* object() const override { return nullptr; }  // a part of the gauge, not an object of its own
+  QObject* object() const override { return nullptr; }  // part of the gauge, not an object of its own
   QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(gauge_); }
   QAccessibleInterface* child(int) const override { return nullptr; }
   QAccessibleInterface* childAt(int, int) const override { return nullptr; }
@@ -128,7 +128,7 @@ class GaugeAccess final : public QAccessibleWidget, public QAccessibleValueInter
     return QAccessibleWidget::interface_cast(type);
   }
 
-  // The reading: to be looked at only.
+  // The reading; read-only.
   QVariant currentValue() const override { return Gauge() ? Gauge()->Reading() : QVariant(); }
   void setCurrentValue(const QVariant&) override {}
   QVariant maximumValue() const override { return Gauge() ? Gauge()->ScaleMax() : QVariant(); }

@@ -2,7 +2,8 @@
 
 namespace zth::widgets {
 
-/// Lets assistive technology see a gauge as a dial with its reading, and its sliders as children with value and range.
+/// Presents a gauge to assistive technology as a dial with its reading, with the sliders as children with value and
+/// range.
 void InstallLGaugeAccess();
 
 }  // namespace zth::widgets

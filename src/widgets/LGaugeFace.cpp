@@ -17,7 +17,7 @@
 namespace zth::widgets {
 namespace {
 
-// The plate is Base, whatever the window about it is.
+// The plate uses the Base colour, whatever the window's colour.
 bool OnDark(const QPalette& palette) {
   return IsDark(palette, QPalette::Base);
 }
@@ -30,7 +30,7 @@ QColor Ink(const QPalette& palette) {
   return palette.color(QPalette::Text);
 }
 
-/// Of an old reading's caption: paler than a live one, and still to be read.
+/// For an old reading's caption: paler than a live one, but still readable.
 constexpr double kPale = 0.35;
 
 QColor Plate(const QPalette& palette) {
@@ -41,7 +41,7 @@ QRectF Circle(const QPointF& centre, double radius) {
   return {centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius};
 }
 
-// Upright, its tip at the origin and its head upwards; h is its height.
+// An upright slider with its tip at the origin; h is its height.
 QPainterPath UprightSlider(SliderKind kind, double h) {
   const double w = h * 0.80;
   QPainterPath path;
@@ -177,12 +177,12 @@ void DialPainter::Face(double scaleMin, double scaleMax) {
     painter_.drawLine(OnDial(measures_, angle, measures_.scale + fine / 2), OnDial(measures_, angle, inner));
   };
   const double minor = measures_.scale - (measures_.scale - measures_.major) * 0.5;
-  stroke(-kDialHalfSweep, minor, fine);  // the ends of the scale, wherever the round numbers fall
+  stroke(-kDialHalfSweep, minor, fine);  // the ends of the scale, which need not be round numbers
   stroke(kDialHalfSweep, minor, fine);
 
   painter_.setFont(font);
   for (const DialTick& tick : DialTicks(scaleMin, scaleMax, measures_.scale, measures_.label, measure)) {
-    // A minor tick right beside an end of the scale would read as a double line.
+    // A minor tick close to an end of the scale would look like a double line.
     const double toEnd = (kDialHalfSweep - std::abs(tick.angle)) * std::numbers::pi / 180 * measures_.scale;
     if (!tick.major && toEnd < 3 * fine) continue;
     stroke(tick.angle, tick.major ? measures_.major : minor, tick.major ? fine * 1.9 : fine);
@@ -195,7 +195,7 @@ void DialPainter::Face(double scaleMin, double scaleMax) {
 }
 
 void DialPainter::AllowedBand(double low, double high) {
-  if (high <= low) return;  // crossed limits leave nothing free
+  if (high <= low) return;  // if the limits cross, nothing is allowed
   QColor colour = ShapeColours(palette_)[0];
   if (IsDisabled(palette_)) colour = Blend(colour, Plate(palette_), 0.6);
   const double width = std::max(2.5, measures_.rim * 0.032);
@@ -206,7 +206,7 @@ void DialPainter::AllowedBand(double low, double high) {
 }
 
 void DialPainter::Mark(double angle) {
-  // A pin on the arc, as a meter's stop pin: small, and no slider's tip or tick looks like it.
+  // A small pin on the arc, like a meter's stop pin; it cannot be mistaken for a slider's tip or a tick.
   painter_.setPen(QPen(Plate(palette_), std::max(1.0, measures_.rim * 0.012)));
   painter_.setBrush(Ink(palette_));
   painter_.drawEllipse(Circle(OnDial(measures_, angle, measures_.scale), std::max(3.0, measures_.rim * 0.034)));
@@ -246,7 +246,7 @@ void DialPainter::Hand(double angle, bool live) {
 void DialPainter::Slider(SliderKind kind, double angle, bool lifted, bool focused) {
   const QPainterPath shape = SliderShape(measures_, kind, angle);
   const QColor colour = SliderColour(kind, palette_);
-  // The line down to the scale tells the exact value.
+  // The line down to the scale marks the exact value.
   painter_.setPen(QPen(colour, std::max(1.4, measures_.rim * 0.014), Qt::SolidLine, Qt::FlatCap));
   painter_.drawLine(OnDial(measures_, angle, measures_.scale + measures_.handle * 0.5),
                     OnDial(measures_, angle, measures_.major));
@@ -266,7 +266,7 @@ void DialPainter::Slider(SliderKind kind, double angle, bool lifted, bool focuse
 void DialPainter::Caption(const QString& text, bool pale) {
   const QString shown = text.trimmed();
   if (shown.isEmpty()) return;
-  // The gap of the scale narrows towards the rim: what is too wide gets smaller, never cut.
+  // The gap of the scale narrows towards the rim: text that is too wide is made smaller, not cut off.
   const double room = measures_.rim * 0.92;
   QFont font = FontOf(measures_.caption, true);
   const double width = QFontMetricsF(font, painter_.device()).horizontalAdvance(shown);

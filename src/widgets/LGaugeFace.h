@@ -17,50 +17,50 @@ namespace zth::widgets {
 
 class DialScale;
 
-/// What a slider of a gauge stands for. It settles colour and shape: a low limit has a round blue flag on the side
-/// of the smaller values, a high limit a square orange one on the side of the greater values, so that two limits at one
-/// value stand side by side; a sole limit is a violet house above its value.
+/// What a slider of a gauge stands for; determines colour and shape. A low limit has a round blue flag towards smaller
+/// values, a high limit a square orange flag towards greater values, so that two limits at the same value appear side
+/// by side. A single limit is a violet house shape above its value.
 enum class SliderKind { Low, High, Sole };
 
-/// Measures of a dial that fills the middle of a rectangle; all in logical pixels, radii from the centre.
+/// Measures of a dial in the middle of a rectangle, in logical pixels; radii are from the centre.
 struct DialMeasures {
   explicit DialMeasures(const QSizeF& widget);
 
   QPointF centre;
   double rim = 0;      ///< outer edge of the bezel
   double plate = 0;    ///< edge of the plate inside it
-  double scale = 0;    ///< the scale's arc, which the tips of the sliders touch
+  double scale = 0;    ///< the scale's arc, touched by the sliders' tips
   double major = 0;    ///< inner end of a major tick
-  double label = 0;    ///< circle that the numbers touch from inside
+  double label = 0;    ///< the circle that encloses the numbers
   double handle = 0;   ///< height of a slider
   double number = 0;   ///< pixel size of the numbers
   double caption = 0;  ///< pixel size of the caption
 };
 
-/// A point at `radius` in the direction of `angle`, degrees clockwise from twelve o'clock.
+/// A point at `radius` in the direction `angle`, in degrees clockwise from twelve o'clock.
 QPointF OnDial(const DialMeasures& measures, double angle, double radius);
 
-/// A slider at `angle`, ready to fill.
+/// The outline of a slider at `angle`.
 QPainterPath SliderShape(const DialMeasures& measures, SliderKind kind, double angle);
 
-/// Everything that a dial shows, drawn piece by piece in the palette's colours, light or dark.
+/// Draws a dial piece by piece in the palette's colours, light or dark.
 class DialPainter {
  public:
   DialPainter(QPainter& painter, const DialMeasures& measures, const QPalette& palette, const QFont& font);
 
-  /// Bezel, plate, ticks and numbers: what stands still.
+  /// The fixed parts: bezel, plate, ticks and numbers.
   void Face(double scaleMin, double scaleMax);
-  /// The part of the scale that two limits leave free, from the angle `low` to the angle `high`.
+  /// The part of the scale that the two limits allow, from angle `low` to angle `high`.
   void AllowedBand(double low, double high);
   void Mark(double angle);
   void Hand(double angle, bool live);
   void Slider(SliderKind kind, double angle, bool lifted, bool focused);
   void Caption(const QString& text, bool pale);
-  /// A slider's value in a tag in the upper half of the dial.
+  /// A slider's value as a tag in the upper half of the dial.
   void ValueTag(SliderKind kind, const QString& text);
 
   static QColor SliderColour(SliderKind kind, const QPalette& palette);
-  /// Of the band, of the hand while it is live, and while it is not.
+  /// The colours of the band, of a live hand, and of a stale one.
   static std::array<QColor, 3> ShapeColours(const QPalette& palette);
 
  private:

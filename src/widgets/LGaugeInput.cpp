@@ -1,4 +1,4 @@
-// What the user does to a gauge's sliders by mouse and keyboard.
+// Mouse and keyboard input to a gauge's sliders.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -16,8 +16,8 @@
 namespace zth::widgets {
 namespace {
 
-constexpr double kGrabMargin = 5;    // pixels round a slider that still take hold of it
-constexpr double kDeadCentre = 0.2;  // of the rim: nearer to the centre an angle means little
+constexpr double kGrabMargin = 5;    // pixels around a slider where it can still be grabbed
+constexpr double kDeadCentre = 0.2;  // fraction of the rim; the angle is unreliable nearer to the centre
 
 }  // namespace
 
@@ -112,7 +112,7 @@ double LGauge::PointerAngle(const QPointF& point) const {
 
 void LGauge::mousePressEvent(QMouseEvent* event) {
   const int position = event->button() == Qt::LeftButton ? SliderAt(event->position()) : -1;
-  if (position < 0) {  // only a slider itself takes hold: a stray click on the dial must not move a limit
+  if (position < 0) {  // only the slider itself can be grabbed: a stray click on the dial must not move a limit
     event->ignore();
     return;
   }
@@ -128,14 +128,14 @@ void LGauge::mouseMoveEvent(QMouseEvent* event) {
     Hover(SliderAt(event->position()));
     return;
   }
-  if (!(event->buttons() & Qt::LeftButton)) {  // the release went elsewhere
+  if (!(event->buttons() & Qt::LeftButton)) {  // the release went to another widget
     End(true);
     return;
   }
   const DialMeasures measures(size());
   const QPointF arm = event->position() - measures.centre;
   if (std::hypot(arm.x(), arm.y()) < kDeadCentre * measures.rim) return;
-  // The turn adds up, also beyond the ends, so that a pull across the gap does not jump to the other end.
+  // Accumulate the turn, even beyond the ends, so that a drag across the gap does not jump to the other end.
   const double angle = PointerAngle(event->position());
   dragAngle_ += TurnBetween(lastAngle_, angle);
   lastAngle_ = angle;
@@ -170,7 +170,7 @@ double LGauge::Stepped(int position, int steps) const {
     if (here <= last) return stops[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(here + steps, 0, last))];
   }
   const double target = Scale().Settle(value + steps * Scale().KeyStep());
-  // From beyond the scale the way back to its end is no step in that direction.
+  // From beyond the scale, moving back to its end is not a step in that direction.
   return (target > value) == (steps > 0) ? target : value;
 }
 
@@ -184,7 +184,7 @@ void LGauge::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
     return;
   }
-  if (gesture_ == Gesture::Drag) return;  // the mouse has it
+  if (gesture_ == Gesture::Drag) return;  // the mouse is dragging
   byKeyboard_ = true;
   if (gesture_ == Gesture::None) Begin(Gesture::Keys, active_);
   heldKeys_.insert(event->key());

@@ -11,12 +11,12 @@
 namespace zth::widgets {
 namespace {
 
-constexpr int kMostMajorTicks = 12;      // a dial with more numbers than this reads no better
-constexpr double kSmallestMinorGap = 3;  // pixels along the scale between two minor ticks
-constexpr double kClearanceX = 0.5;      // between two numbers, as parts of their height
+constexpr int kMostMajorTicks = 12;      // more numbers would make a dial harder to read
+constexpr double kSmallestMinorGap = 3;  // pixels along the scale between minor ticks
+constexpr double kClearanceX = 0.5;      // between two numbers, in units of their height
 constexpr double kClearanceY = 0.25;
-constexpr double kLeastRelativeSpan = 1e-9;           // below it, neighbouring ticks are one and the same number
-constexpr std::array kMantissas{1.0, 2.0, 2.5, 5.0};  // 2.5 only where it gives whole numbers
+constexpr double kLeastRelativeSpan = 1e-9;           // below this, neighbouring ticks are the same number
+constexpr std::array kMantissas{1.0, 2.0, 2.5, 5.0};  // 2.5 only if it gives whole numbers
 
 int DecimalsOf(double step) {
   return std::clamp(static_cast<int>(std::ceil(-std::log10(step) - 1e-9)), 0, 9);
@@ -35,10 +35,10 @@ double Radians(double degrees) {
 
 struct Division {
   double step = 1;
-  int parts = 5;  ///< minor steps in a major one
+  int parts = 5;  ///< minor steps per major step
 };
 
-// Round steps, ascending, from the first that makes no more than kMostMajorTicks.
+// Round steps, ascending, from the smallest that gives at most kMostMajorTicks ticks.
 class Divisions {
  public:
   explicit Divisions(double span) : power_(static_cast<int>(std::floor(std::log10(span / kMostMajorTicks)))) {
@@ -129,8 +129,7 @@ double DialScale::Settle(double value) const {
   const auto [low, high] = std::minmax(minimum_, maximum_);
   if (!std::isfinite(value)) return std::clamp(value, low, high);
   const double resolution = Resolution();
-  // Below 1 the division is by the reciprocal, a whole power of ten, so that 25.5 comes out as 25.5 and not a bit
-  // beside.
+  // Below 1, divide by the reciprocal, an exact power of ten, so that 25.5 stays exactly 25.5.
   const double rounded = resolution < 1 ? base::RoundHalfEven(value, DecimalsOf(resolution))
                                         : base::RoundHalfEven(value / resolution) * resolution;
   return std::clamp(rounded, low, high);

@@ -52,7 +52,7 @@ void NumberBox::Report() {
   if (!IsTyped()) return;
   const std::string typed = text().toStdString();
   const bool number = base::IsDecimal(typed);
-  TakeBack();  // first: whatever runs now leaves the box and must not report it again
+  TakeBack();  // first: what runs next may take the focus away, which must not report the text again
   if (number) Enter(base::LeadingDecimal(typed));
 }
 
@@ -94,12 +94,12 @@ void NumberBox::keyPressEvent(QKeyEvent* event) {
   Report();
   if (self == nullptr) return;
   selectAll();
-  event->ignore();  // the window's own meaning of it
+  event->ignore();  // so that the window handles the key too
 }
 
 void NumberBox::focusOutEvent(QFocusEvent* event) {
   const QPointer<NumberBox> self(this);
-  // The user who looks something up in another window, or in a menu, comes back to what is half typed.
+  // Users who look something up in another window or a menu come back to a half-typed number.
   const bool stays = event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
   if (!stays) Report();
   if (self != nullptr) QAbstractSpinBox::focusOutEvent(event);

@@ -4,10 +4,10 @@
 
 namespace zth::widgets {
 
-/// A box for a number that is kept elsewhere. It shows what Show has put there and reports what the user wants instead:
-/// a number that is typed by Enter or when the focus goes on, once, and steps. Whoever hears of it puts there what has
-/// come of it; what is still typed then goes. Escape takes back what is typed. What is no number, one with a comma too,
-/// is taken back instead of being reported.
+/// A box for a number that is stored elsewhere. It shows the number set with Show and signals what the user wants
+/// instead: a typed number, once, on Enter or when the focus leaves, and steps. The receiver then calls Show with the
+/// result, which replaces anything still typed. Escape restores the number shown. So does text that is not a number,
+/// including one with a comma; it is not reported.
 class NumberBox : public QAbstractSpinBox {
   Q_OBJECT
   Q_PROPERTY(double value READ Value WRITE Enter)
@@ -17,14 +17,14 @@ class NumberBox : public QAbstractSpinBox {
  public:
   explicit NumberBox(QWidget* parent = nullptr);
 
-  /// Puts a number there, as `text` has it.
+  /// Shows a number, formatted as `text`.
   void Show(double value, const QString& text);
   void ShowNothing();
   void SetRange(double minimum, double maximum);
-  /// The longest text that it has room for.
+  /// Makes the box wide enough for its longest text.
   void SetRoom(const QString& longest);
 
-  double Value() const { return value_; }  ///< as shown, whatever is typed
+  double Value() const { return value_; }  ///< the number shown, whatever is typed
   double Minimum() const { return minimum_; }
   double Maximum() const { return maximum_; }
   /// Reports a number on behalf of the user.
@@ -36,7 +36,7 @@ class NumberBox : public QAbstractSpinBox {
 
  signals:
   void Entered(double value);
-  /// So many steps from a number: the one shown, or one that has been typed.
+  /// A number of steps from a start number: the one shown, or a typed one.
   void Stepped(double from, int steps);
 
  protected:
@@ -46,7 +46,7 @@ class NumberBox : public QAbstractSpinBox {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  /// Reports what is typed, if it is a number other than the one shown.
+  /// Reports the typed text if it is a number other than the one shown.
   void Report();
   void TakeBack();
   bool IsTyped() const;

@@ -5,7 +5,7 @@
 
 namespace zth::widgets {
 
-/// An icon from an SVG whose "currentColor" stands for the palette's present button text, so that one drawing serves
+/// An icon from an SVG. Its "currentColor" becomes the palette's current button text colour, so that one drawing serves
 /// light and dark.
 QIcon PaletteIcon(const QByteArray& drawing);
 

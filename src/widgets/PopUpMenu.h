@@ -9,8 +9,8 @@
 
 namespace zth::widgets {
 
-/// A pop-up menu of `owner` that goes when it closes. What its entries do comes behind it, in a turn of the event loop
-/// of its own: a handler may open a dialog or close the window, and no menu that is on the stack goes away beneath it.
+/// A pop-up menu of `owner`, deleted when it closes. Its entries run after it has closed, in their own turn of the
+/// event loop: a handler may open a dialog or close the window without destroying a menu that is still on the stack.
 inline QMenu& MakePopUpMenu(QWidget& owner, const QString& name) {
   auto* menu = new QMenu(&owner);
   menu->setObjectName(name);

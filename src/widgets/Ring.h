@@ -6,8 +6,8 @@
 
 namespace zth::widgets {
 
-/// A queue that holds the newest `Limit()` entries: a push onto a full ring drops the oldest. Takes memory as it fills,
-/// and no more than it needs for the limit.
+/// A queue of the newest `Limit()` entries: pushing to a full ring drops the oldest. Memory grows as the ring fills, up
+/// to what the limit needs.
 template <class T>
 class Ring {
  public:
@@ -26,13 +26,13 @@ class Ring {
     ++size_;
   }
 
-  /// The ring is not empty.
+  /// The ring must not be empty.
   void DropFront() {
     head_ = (head_ + 1) & (slots_.size() - 1);
     --size_;
   }
 
-  /// Gives the memory back as well.
+  /// Also releases the memory.
   void Clear() {
     slots_ = std::vector<T>();  // = {} would keep the memory
     head_ = size_ = 0;
@@ -47,7 +47,7 @@ class Ring {
   std::size_t Limit() const { return limit_; }
   std::size_t Bytes() const { return slots_.capacity() * sizeof(T); }
 
-  /// The first index whose entry does not satisfy `before`, which holds for a leading part of the ring only.
+  /// The first index whose entry does not satisfy `before`. `before` must hold for a leading part of the ring only.
   template <class Predicate>
   std::size_t PartitionPoint(Predicate before) const {
     std::size_t low = 0;

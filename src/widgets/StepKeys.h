@@ -6,13 +6,13 @@
 
 namespace zth::widgets {
 
-/// How many steps a key of a slider goes: arrows one, the page keys ten, Home and End kAllSteps. Nothing for another
-/// key, or one with a modifier.
+/// The number of steps for a slider's key: 1 for an arrow, 10 for a page key, kAllSteps for Home and End. Nothing for
+/// any other key, or with a modifier.
 inline constexpr int kAllSteps = 1'000'000;
 std::optional<int> StepsOfKey(const QKeyEvent& event);
 
-/// Where a key that a slider knows leads from `value`: arrows by a step, the page keys by ten, Home and End to the
-/// ends. May lie beyond them. Nothing for another key, or one with a modifier.
+/// The value after a slider's key is pressed at `value`: arrows move by a step, page keys by ten steps, Home and End to
+/// the ends. The result may lie beyond the ends. Nothing for any other key, or with a modifier.
 std::optional<double> SteppedByKey(const QKeyEvent& event, double value, double step, double minimum, double maximum);
 
 }  // namespace zth::widgets

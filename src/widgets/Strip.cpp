@@ -21,11 +21,11 @@
 namespace zth::widgets {
 namespace {
 
-// At most this often a chart redraws, however fast it is fed.
+// The least time between two redraws of a chart, however fast data arrive.
 constexpr int kFrameMs = 16;
 constexpr double kTellSeconds = 1;
 
-/// The frame timer of all charts of the program, so that they are drawn together.
+/// The frame timer shared by all charts, so that they are drawn together.
 QTimer& Frames() {
   const QString name = QStringLiteral("stripFrames");
   auto* timer = QCoreApplication::instance()->findChild<QTimer*>(name, Qt::FindDirectChildrenOnly);
@@ -57,7 +57,7 @@ Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   p_->bar = new StripBar(*this);
   connect(&Frames(), &QTimer::timeout, this, [this] {
-    // New values leave the title's row as it is, and the buttons in it.
+    // New values do not change the title's row or the buttons in it.
     const int top = p_->painter.Layout().plot.top() - 1;
     if (std::exchange(p_->waiting, false)) update(0, top, width(), height() - top);
   });
@@ -92,8 +92,8 @@ void Strip::PlaceBar() {
   p_->bar->Place(p_->painter.Layout().plot.top(), p_->painter.TitleEnd(scene_));
 }
 
-// Samples only mark the chart; the shared timer turns any number of them into one picture. A hidden chart does not even
-// start it: showing draws anyway.
+// New samples only mark the chart; the shared timer combines any number of them into one redraw. A hidden chart does
+// not start the timer, since showing it draws it anyway.
 void Strip::Touch() {
   TellValue();
   if (p_->waiting || !isVisible()) return;
@@ -101,7 +101,7 @@ void Strip::Touch() {
   if (!Frames().isActive()) Frames().start();
 }
 
-// A reader speaks for seconds: it is told of new values once a second, however many come.
+// A screen reader speaks for seconds, so it is told of new values at most once a second.
 void Strip::TellValue() {
   if (!QAccessible::isActive() || !isVisible() || p_->clock() < p_->tellNext) return;
   p_->tellNext = p_->clock() + kTellSeconds;

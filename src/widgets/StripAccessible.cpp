@@ -19,7 +19,7 @@ class StripAccessible final : public ActionAccess {
   QString text(QAccessible::Text kind) const override {
     if (kind == QAccessible::Value) return strip_->Summary();
     const QString own = ActionAccess::text(kind);
-    // Some desktops hand on no value that is not a number: there the traces are read in the description.
+    // Some desktops pass on only numeric values: there, screen readers get the traces from the description.
     if (kind == QAccessible::Description) return own.isEmpty() ? strip_->Summary() : own + ". " + strip_->Summary();
     if (kind == QAccessible::Name && own.isEmpty()) return strip_->Title();
     return own;
@@ -37,7 +37,7 @@ QAccessibleInterface* Make(const QString&, QObject* object) {
 }  // namespace
 
 void InstallStripAccessibility() {
-  QAccessible::installFactory(Make);  // installs the same function once only
+  QAccessible::installFactory(Make);  // installs the same function only once
 }
 
 }  // namespace zth::widgets

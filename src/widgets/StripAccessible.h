@@ -2,8 +2,8 @@
 
 namespace zth::widgets {
 
-/// Makes every Strip tell screen readers its title as its name and StripSummary as its value and in its description.
-/// Doing it twice is harmless.
+/// Makes every Strip accessible to screen readers: its title is its name, and StripSummary is its value and part of its
+/// description. Calling it twice is harmless.
 void InstallStripAccessibility();
 
 }  // namespace zth::widgets

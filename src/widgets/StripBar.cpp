@@ -13,9 +13,9 @@
 namespace zth::widgets {
 namespace {
 
-constexpr int kEdge = 4;    // to the chart's right edge
-constexpr int kApart = 12;  // from the title
-constexpr int kAround = 6;  // an icon's margins, both sides together
+constexpr int kEdge = 4;    // distance from the chart's right edge
+constexpr int kApart = 12;  // distance from the title
+constexpr int kAround = 6;  // an icon's margins, both sides added
 constexpr int kLeastSide = 16;
 
 constexpr char kHold[] = R"(<path d="M8 5v14M16 5v14" stroke-width="3"/>)";
@@ -27,7 +27,7 @@ constexpr char kCopy[] =
     R"(<rect x="8.500" y="8.500" width="11.500" height="12" rx="1.500"/><path d="M5.500 15.500H4V3.500h11.500V5"/>)";
 constexpr char kExport[] = R"(<path d="M4 14v6.500h16V14"/><path d="M12 3.500v11M8 10.500l4 4 4-4" stroke="#d9622b"/>)";
 
-/// As small as its icon allows: a style's own margins would cost the title's row its height.
+/// As small as its icon allows: the style's own margins would make the title's row higher.
 class SlimButton final : public QToolButton {
  public:
   using QToolButton::QToolButton;

@@ -11,20 +11,20 @@ namespace zth::widgets {
 
 class Strip;
 
-/// The buttons over a chart: what its menu does, in sight. They stand at the right of the title's row, which each chart
-/// has anyway, and so take no height from any plot; where the row holds the title alone they stay away, and the menu
-/// still has all of it. No part of a saved picture.
+/// The buttons over a chart, which make the entries of its menu visible. They are at the right of the title's row,
+/// which every chart has anyway, so they take no height from the plot. When the row has room for the title only, they
+/// are hidden; the menu still has every entry. They are not part of a saved picture.
 class StripBar final : public QWidget {
   Q_OBJECT
 
  public:
   explicit StripBar(Strip& strip);
 
-  /// Takes its place in a row of `height` pixels, of which the title takes those up to `titleEnd`.
+  /// Places the bar in a row of `height` pixels, to the right of the title, which ends at `titleEnd`.
   void Place(int height, int titleEnd);
-  /// Shows what can be done to the chart now.
+  /// Updates the buttons to what can be done to the chart now.
   void ShowState();
-  /// Opens the menu of what can be saved and copied, below its button where that shows.
+  /// Opens the menu of what can be saved and copied, below its button if that is visible.
   void OpenExport();
 
  private:

@@ -9,17 +9,17 @@ class QPainter;
 
 namespace zth::widgets {
 
-/// The line beneath a chart's picture: where its data come from. A picture without one is the chart alone.
+/// The line below a chart's picture that names the source of its data. Without a text the picture is the chart alone.
 struct StripCaption {
   QString text;
   QFont font;
   QPalette palette;
 
-  /// What it adds to the height of a picture of that width, in logical pixels; 0 for an empty text.
+  /// The height it adds to a picture of that width, in logical pixels; 0 for an empty text.
   int Height(int width) const;
-  /// Draws it beneath a chart of that size.
+  /// Draws it below a chart of that size.
   void Paint(QPainter& painter, QSize chart) const;
-  /// The chart's picture with the caption beneath.
+  /// The chart's picture with the caption below.
   QImage Under(const QImage& picture) const;
 };
 

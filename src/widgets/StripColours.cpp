@@ -8,10 +8,10 @@
 namespace zth::widgets {
 namespace {
 
-// Least contrast of a line against its ground.
+// Least contrast of a line with its background.
 constexpr double kLine = 3;
 
-// Apart from each other as their originals are: where two share a hue, the deeper one gets the paler equivalent.
+// As distinct from each other as the originals: where two share a hue, the darker one gets the paler equivalent.
 constexpr std::array<std::pair<QRgb, QRgb>, 7> kOnDark{{
     {0xFF0000FF, 0xFF5C9DFF},  // blue
     {0xFF000080, 0xFFB4C8E8},  // navy

@@ -5,14 +5,14 @@
 
 namespace zth::widgets {
 
-/// The colours of a chart. The prescribed ones of the traces stand on white paper. A dark palette gets dark paper, and
-/// each trace the equivalent of its colour there: the same hue, light enough to stand out by 3 to 1; white for black.
+/// The colours of a chart. The prescribed trace colours are for white paper. A dark palette gets dark paper and an
+/// equivalent of each trace colour: the same hue, light enough for a contrast of 3 to 1, and white for black.
 struct StripColours {
   explicit StripColours(const QPalette& palette);
 
-  /// What a trace of that prescribed colour is drawn in; as transparent as it.
+  /// The colour to draw a trace of that prescribed colour in; keeps its transparency.
   QColor OfTrace(const QColor& prescribed) const;
-  /// The seam that a line of a faint colour gets on paper; invalid for a colour that stands out by itself.
+  /// The seam for a line whose colour is faint on the paper; invalid for a colour that needs none.
   QColor SeamOf(const QColor& trace) const;
 
   bool dark;

@@ -11,7 +11,7 @@ using Part = StripPart::Kind;
 
 constexpr int kDragPixels = 4;
 
-/// How much of its length a scale keeps when the grip at one end is pulled to `left` of `length` pixels.
+/// The factor by which a scale of `length` pixels changes when the handle at one end is pulled to `left` pixels.
 double ScaleFactor(double left, double length) {
   return length / std::max(left, length * 0.04);
 }
@@ -49,8 +49,8 @@ void StripDrag::Start() {
   if (button_ == Qt::RightButton && part_.kind == Part::Plot) kind_ = Kind::Box;
 }
 
-// A direction counts once the pointer has left its start in it, so that a drag along X leaves Y alone; with Shift or
-// Control held it is X or Y alone, as with the wheel.
+// A direction counts only after the pointer has moved far enough in it, so that a drag along X leaves Y unchanged.
+// Shift or Control limits the drag to X or Y, as with the wheel.
 std::optional<StripChange> StripDrag::Pan(QPoint by, Qt::KeyboardModifiers modifiers) {
   const bool x = std::abs(by.x()) >= kDragPixels && !(modifiers & Qt::ControlModifier);
   const bool y = std::abs(by.y()) >= 2 * kDragPixels && !(modifiers & Qt::ShiftModifier);
@@ -64,7 +64,7 @@ std::optional<StripChange> StripDrag::Pan(QPoint by, Qt::KeyboardModifiers modif
   return x || y ? std::optional(StripChange::View) : std::nullopt;
 }
 
-// What was at the edge stays under the pointer: pulled inwards the scale takes in more, pushed outwards less.
+// The value at the edge stays under the pointer: pulling inwards shows a larger range, pushing outwards a smaller one.
 std::optional<StripChange> StripDrag::PullHandle(QPoint by) {
   if (part_.kind == Part::Border) {
     const auto upper = static_cast<std::size_t>(part_.index);

@@ -12,25 +12,25 @@
 
 namespace zth::widgets {
 
-/// One press of a mouse button on a chart and what its drag comes to: a pan, a handle that follows, or a box to zoom
-/// to. Everything is reckoned from what stood at the press.
+/// One press of a mouse button on a chart and the drag that follows: a pan, a moved handle, or a zoom box. Everything
+/// is computed relative to the state at the press.
 class StripDrag {
  public:
-  /// The scene and the layout outlive this.
+  /// The scene and the layout must outlive this.
   StripDrag(StripScene& scene, const StripLayout& layout) : scene_(scene), layout_(layout) {}
 
   enum class Kind { None, Pending, Pan, Handle, Box };
   Kind What() const { return kind_; }
   Qt::MouseButton Button() const { return button_; }
-  /// What was pressed, or was last.
+  /// The part pressed now or last.
   const StripPart& Pressed() const { return part_; }
 
   void Begin(QPoint at, Qt::MouseButton button);
-  /// What of the chart a drag to that point has changed, beside the box of a zoom.
+  /// Moves the drag to a point and returns what changed, apart from the zoom box.
   std::optional<StripChange> To(QPoint at, Qt::KeyboardModifiers modifiers);
-  /// Ends it; a box is taken. Gives what it was.
+  /// Ends the drag, applies a zoom box, and returns the kind of drag.
   Kind Finish();
-  /// Ends it and takes nothing.
+  /// Ends the drag and applies nothing.
   void Drop() { kind_ = Kind::None; }
 
  private:

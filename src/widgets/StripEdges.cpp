@@ -7,9 +7,9 @@
 namespace zth::widgets {
 namespace {
 
-constexpr double kHalf = 4.5;  // of a mark's width
-constexpr double kHeight = 6;  // of a mark
-constexpr int kApart = 48;     // logical pixels from mark to mark of one trace
+constexpr double kHalf = 4.5;  // half of a mark's width
+constexpr double kHeight = 6;  // a mark's height
+constexpr int kApart = 48;     // logical pixels between marks of one trace
 constexpr int kBetweenTraces = 11;
 
 enum class Edge { Top, Bottom };
@@ -29,8 +29,9 @@ void Mark(const StripSheet& sheet, int trace, double x, Edge edge) {
 
 }  // namespace
 
-// One mark at the most for each stretch of kApart pixels, in the middle of what leaves the zone there; the stretches
-// hang on the columns' numbers, so that no mark jumps while the chart scrolls. Those of two traces lie apart.
+// At most one mark for each stretch of kApart pixels, in the middle of the columns that leave the zone there. The
+// stretches are tied to the column numbers, so that no mark jumps while the chart scrolls. Marks of different traces
+// are offset.
 void MarkCutColumns(const StripSheet& sheet, int trace, std::span<const TraceHistory::Column> columns,
                     std::int64_t first) {
   const StripLayout& layout = sheet.layout;

@@ -1,4 +1,4 @@
-// The events of a Strip and its sizes.
+// Events and sizes of a Strip.
 #include <algorithm>
 
 #include <QContextMenuEvent>
@@ -23,7 +23,7 @@ constexpr double kWheelNotch = 120;
 
 bool Strip::event(QEvent* event) {
   if (event->type() == QEvent::ToolTip) {
-    // Over the plot the read-out speaks; a tip would lie in its way.
+    // No tool tip over the plot: it would cover the read-out.
     p_->LayOut();
     const StripPart part = p_->painter.Layout().PartAt(static_cast<QHelpEvent*>(event)->pos(), Held());
     if (part.kind == StripPart::Kind::Plot) {
@@ -89,7 +89,7 @@ void Strip::leaveEvent(QEvent* event) {
 }
 
 void Strip::wheelEvent(QWheelEvent* event) {
-  // Alt, and Shift on some desktops, turn the wheel sideways.
+  // Alt, or Shift on some desktops, makes the wheel scroll horizontally.
   const QPoint turn = event->angleDelta();
   const int delta = turn.y() != 0 ? turn.y() : turn.x();
   p_->LayOut();
@@ -119,7 +119,7 @@ void Strip::focusOutEvent(QFocusEvent*) {
   update();
 }
 
-// By the mouse the menu comes on the release of a click: a press may begin a box.
+// With the mouse, the menu opens when a click is released, because a press may start a zoom box.
 void Strip::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() != QContextMenuEvent::Mouse) OpenMenu(event->globalPos());
   event->accept();
@@ -134,7 +134,8 @@ QSize Strip::sizeHint() const {
 }
 
 QSize Strip::minimumSizeHint() const {
-  // Every row of the legend, the title above it and the texts of the x axis under it; a few lines of plot without one.
+  // Room for every row of the legend, the title above it and the labels of the x axis below it; without a legend, a few
+  // lines of plot.
   constexpr int kLeastLines = 12;
   const auto rows = std::count_if(scene_.labels.begin(), scene_.labels.end(), [](const StripLabel& label) {
     return label.slot != 0 && label.place == StripPlace::Legend;

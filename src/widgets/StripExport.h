@@ -6,9 +6,9 @@
 
 namespace zth::widgets {
 
-/// The shown traces within the X window as comma-separated text, a header line first. A time chart gives one row an
-/// instant and one column a trace, empty where a trace has no value there; of summaries both ends. An X-Y chart gives
-/// one row a point: trace, x, y. Numbers have a decimal point in every locale.
+/// The shown traces within the X window as comma-separated text with a header line. A time chart gives one row per time
+/// and one column per trace, empty if the trace has no value then; a summary gives both its ends. An X-Y chart gives
+/// one row per point: trace, x, y. Numbers have a decimal point in every locale.
 QString StripCsv(const StripScene& scene);
 
 }  // namespace zth::widgets

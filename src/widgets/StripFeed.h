@@ -6,12 +6,12 @@
 
 namespace zth::widgets {
 
-/// Gives the samples of a time chart their x: seconds since the first one. The traces fed in one go share one instant.
+/// Assigns an x to the samples of a time chart: seconds since the first sample. Traces fed together share one x.
 class StripFeed {
  public:
   void Restart() { *this = {}; }
 
-  /// Of a sample that comes at `now` by the clock and that `history` has not got yet.
+  /// The x of a sample at clock time `now` that is not in `history` yet.
   double XAt(double now, const TraceHistory& history) {
     if (!origin_) origin_ = now;
     const double x = now - *origin_;
@@ -22,11 +22,11 @@ class StripFeed {
   }
 
  private:
-  // Samples of several traces that come within this time of the first belong to one feed.
+  // Samples of several traces within this time of the first belong to the same feed.
   static constexpr double kFeedSeconds = 0.005;
 
-  std::optional<double> origin_;   ///< the clock at the first sample
-  std::optional<double> instant_;  ///< x of the feed that is coming in
+  std::optional<double> origin_;   ///< clock time of the first sample
+  std::optional<double> instant_;  ///< x of the current feed
 };
 
 }  // namespace zth::widgets

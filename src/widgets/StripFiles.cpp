@@ -9,7 +9,7 @@
 namespace zth::widgets {
 namespace {
 
-/// A file name made of the chart's title: "Fan Speed (RPM)" gives "Fan Speed".
+/// A file name from the chart's title: "Fan Speed (RPM)" gives "Fan Speed".
 QString SuggestedName(const QString& title, const QString& ending) {
   QString name = title.section(QLatin1Char('('), 0, 0).trimmed();
   for (const QChar bad : QStringLiteral("/\\:*?\"<>|%")) name.remove(bad);

@@ -10,7 +10,7 @@ namespace zth::widgets {
 
 class Strip;
 
-/// Copies and saves what a chart shows, and tells on the chart how that went. Without outlets it does nothing.
+/// Copies and saves a chart's contents and reports the outcome on the chart. Does nothing without outlets.
 class StripFiles {
  public:
   enum class File { Png, Svg, Csv };
@@ -20,12 +20,12 @@ class StripFiles {
   bool HasOutlets() const { return outlets_.has_value(); }
   void CopyPicture();
   void CopyData();
-  /// By the ending of the path: .png, .svg or .csv. False when it cannot be written.
+  /// The format follows the file extension: .png, .svg or .csv. False if writing fails.
   bool SaveTo(const QString& path);
   void AskAndSave(File kind);
 
  private:
-  /// What stands beneath a picture taken now.
+  /// The caption for a picture taken now.
   QString Caption() const { return outlets_->dataSource ? outlets_->dataSource() : QString(); }
 
   Strip& strip_;

@@ -1,4 +1,4 @@
-// The labels of a chart that move over its plot.
+// The chart labels that move over the plot.
 #include <algorithm>
 #include <cmath>
 
@@ -9,13 +9,13 @@
 namespace zth::widgets {
 namespace {
 
-constexpr int kFreeSample = 18;     // a moving label's line
-constexpr double kFreeNewest = 28;  // kept free of moving labels before the newest sample
+constexpr int kFreeSample = 18;     // length of a moving label's line sample
+constexpr double kFreeNewest = 28;  // space before the newest sample that moving labels leave free
 
 }  // namespace
 
-// Each label that shows follows its trace at the height of the trace's last value, about the label's middle. It stands
-// clear of the newest samples, and those to its left make way for it.
+// Each visible label follows its trace: its middle is at the height of the trace's last value. It keeps clear of the
+// newest samples, and the labels to its left move out of its way.
 std::vector<QRectF> StripFurniture::FreePlaces() {
   const QRect& plot = layout_.plot;
   std::vector<QRectF> places(scene_.labels.size());
@@ -30,7 +30,7 @@ std::vector<QRectF> StripFurniture::FreePlaces() {
     x = std::clamp(x, plot.left() + 2.0, std::max(plot.left() + 2.0, plot.right() - 1 - size.width()));
     double y = plot.top() + label.top * plot.height();
     if (traced) {
-      // Whole within the trace's zone, also where it is parked at the zone's edge.
+      // Completely inside the trace's zone, even when it is stopped at the zone's edge.
       const QRect& zone = layout_.zones[scene_.AxisOf(label.trace)];
       y = std::max(std::min(y - size.height() / 2, zone.bottom() + 1 - size.height()), static_cast<double>(zone.top()));
       if (!scene_.IsXY() && scene_.HasData(label.trace)) moving.push_back(i);
@@ -48,7 +48,8 @@ std::vector<QRectF> StripFurniture::FreePlaces() {
   return places;
 }
 
-// A moving label is ink on paper with its trace's line before it: readable in any trace colour, and over any trace.
+// A moving label is dark text on paper, after a sample of its trace's line: readable for any trace colour, over any
+// trace.
 void StripFurniture::FreeLabels() {
   const std::vector<QRectF> places = FreePlaces();
   for (std::size_t i = 0; i < places.size(); ++i) {

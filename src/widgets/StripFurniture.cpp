@@ -74,7 +74,8 @@ void StripFurniture::Still(QSize size, bool handles, bool paper) {
 }
 
 void StripFurniture::Scales() {
-  // Up to the zones' frames, and half a line beyond the plot, where the outermost numbers reach.
+  // Up to the frames of the zones, and half a line above and below the plot, because the outermost numbers extend that
+  // far.
   const int half = text_.Height() / 2 + 1;
   const QRect beside(QPoint(0, layout_.plot.top() - half),
                      QPoint(layout_.plot.left() - 2, layout_.plot.bottom() + half));
@@ -102,7 +103,7 @@ void StripFurniture::Frames() {
 }
 
 void StripFurniture::Numbers() {
-  int lastBottom = -1000;  // through all zones: where they are low, the numbers of two would meet at their border
+  int lastBottom = -1000;  // across all zones: in low zones, the numbers of two would collide at their border
   painter_.setPen(colours_.text);
   for (std::size_t i = 0; i < layout_.zones.size(); ++i) {
     const QRect& zone = layout_.zones[i];
@@ -193,8 +194,8 @@ void StripFurniture::Samples() {
   }
 }
 
-// The value first: where the row is short of room, the difference to the second cursor takes a line of its own if the
-// row is high enough, else the value's place; and the name is cut.
+// The value has priority. When the row is too narrow, the difference to the second cursor gets its own line if the row
+// is high enough, and otherwise replaces the value. The name is cut.
 void StripFurniture::Reading(const StripLayout::LegendRow& row) {
   const StripReadout::Line* read = readout_->Of(row.trace);
   const QRect room = row.rect.adjusted(kLegendSample, 0, 0, 0);
@@ -232,7 +233,7 @@ void StripFurniture::Legend() {
     const StripLabel& label = scene_.labels[static_cast<std::size_t>(row.label)];
     if (label.text.isEmpty()) continue;
     painter_.setPen(!traced || scene_.Shown(label.trace) ? colours_.text : colours_.faint);
-    // A text without a sample keeps its column where it fits, and else takes the sample's room.
+    // A text without a line sample keeps its column if it fits; otherwise it uses the sample's room.
     const bool indented =
         traced || (scene_.HasTrace(label.trace) && text_.Width(label.text) <= row.rect.width() - kLegendSample);
     const QRect room = row.rect.adjusted(indented ? kLegendSample : 0, 0, 0, 0);

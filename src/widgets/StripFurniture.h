@@ -10,23 +10,23 @@
 
 namespace zth::widgets {
 
-/// Draws what stands around the traces: title, headings, paper with its grid across, scales, handles, legend, labels.
+/// Draws everything around the traces: title, headings, paper, horizontal grid lines, scales, handles, legend, labels.
 class StripFurniture {
  public:
   explicit StripFurniture(const StripSheet& sheet);
 
-  /// What changes with the ranges and the legend's rows alone, on a widget of that size; `paper` with what lies on the
-  /// zones: their ground and the grid across.
+  /// Draws what changes only with the ranges and the legend's rows, on a widget of that size. With `paper` it also
+  /// draws the zones' background and the horizontal grid.
   void Still(QSize size, bool handles, bool paper);
-  /// Of that what changes with the Y ranges, anew: the numbers beside the zones, and the handles there.
+  /// Redraws the part of that which changes with the Y ranges: the numbers beside the zones and the handles there.
   void Scales();
   void XLabels();
-  /// The legend's texts; their line samples stand still. While there is a cursor a trace's row tells its name and the
-  /// value under the cursor, at the row's right end, whatever the digits.
+  /// Draws the legend's texts; their line samples are part of Still. While there is a cursor, a trace's row shows its
+  /// name and the value under the cursor, aligned to the row's right end.
   void Legend();
   void FreeLabels();
 
-  /// Whether a legend row shows its trace's line.
+  /// True if a legend row shows its trace's line.
   static bool HasSample(const StripScene& scene, const StripLabel& label);
 
  private:
@@ -48,7 +48,7 @@ class StripFurniture {
   StripText& text_;
   StripText& bold_;
   const StripReadout* readout_;
-  QRect tag_;  ///< what the cursor takes of the texts under the plot
+  QRect tag_;  ///< the cursor's tag among the texts below the plot
 };
 
 }  // namespace zth::widgets

@@ -86,7 +86,7 @@ void StripInput::Leave() {
 
 void StripInput::Wheel(QPoint at, double steps, Qt::KeyboardModifiers modifiers) {
   const QRect& plot = layout_.plot;
-  // Beside the plot the wheel means the axis that it turns over.
+  // Beside the plot, the wheel affects only the axis under the pointer.
   const bool x = !(modifiers & Qt::ControlModifier) && at.x() >= plot.left();
   const bool y = !(modifiers & Qt::ShiftModifier) && at.y() <= plot.bottom();
   const double factor = std::pow(kWheelFactor, steps);
@@ -101,7 +101,7 @@ void StripInput::Wheel(QPoint at, double steps, Qt::KeyboardModifiers modifiers)
 
 void StripInput::ZoomAll(double factor, bool x, bool y) {
   const StripView& view = scene_.view;
-  // A live chart stays live: its right edge is what stands still.
+  // A live chart stays live: it zooms about its right edge.
   const bool live = !scene_.IsXY() && !view.Held();
   if (x) scene_.view.ZoomX(live ? view.XEnd() : view.XEnd() - view.XSpan() / 2, factor);
   for (std::size_t i = 0; y && i < view.AxisCount(); ++i) {
@@ -147,7 +147,7 @@ bool StripInput::Key(int key, Qt::KeyboardModifiers modifiers) {
     case Qt::Key_Minus:
     case Qt::Key_Underscore: {
       const bool in = key == Qt::Key_Plus || key == Qt::Key_Equal;
-      // On many keyboards a plus needs Shift: there it says nothing about X. Alt does on all of them.
+      // On many keyboards, plus needs Shift, so Shift does not mean X only there. Alt does on every keyboard.
       const bool xOnly = alt || (shift && (key != Qt::Key_Plus || (modifiers & Qt::KeypadModifier)));
       ZoomAll(in ? kKeyFactor : 1 / kKeyFactor, !control, !xOnly);
       return true;

@@ -11,14 +11,14 @@ namespace {
 constexpr int kMargin = 6;
 constexpr int kRightMargin = 32;  // half the last x label and a handle
 constexpr int kLegendGap = 14;
-constexpr int kGrip = 5;  // how far around a handle a press still means it
+constexpr int kGrip = 5;  // pixels around a handle where a press still hits it
 constexpr double kMostLegend = 0.42;
 
 bool InLegend(const StripLabel& label) {
   return label.slot != 0 && label.place == StripPlace::Legend;
 }
 
-/// The traces that have a name but no row of the legend: the cursor's values of theirs get one.
+/// The traces with a name but without a row in the legend: they get a row for the cursor's values.
 std::vector<int> TracesBeside(const StripScene& scene) {
   std::vector<int> traces;
   for (int t = 0; t < static_cast<int>(scene.traces.size()); ++t) {
@@ -47,7 +47,7 @@ int LegendWidthFor(const StripScene& scene, StripText& text, int widgetWidth) {
   }
   if (!any) return 0;
   for (const int trace : TracesBeside(scene)) read(trace);
-  // A window that tells what to expect keeps its plot: a text much longer than that wraps.
+  // If a window gives the expected widest text, the plot keeps its size, and a much longer text wraps.
   if (!scene.setup.widestLegend.isEmpty()) {
     const int expected = text.Width(scene.setup.widestLegend);
     widest = std::clamp(widest, expected, expected * 5 / 4);
@@ -67,7 +67,7 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
     : ratio_(ratio) {
   const int line = text.Height();
   const int top = kMargin + line + kMargin;
-  // The lowest text beside the plot reaches half a line below it; the texts under it keep clear of that.
+  // The lowest text beside the plot extends half a line below it; the texts under the plot must not touch it.
   const int under = std::max(kMargin, line * 2 / 3 - 4);
   const int bottom = size.height() - line - under - kMargin;
   plot = QRect(0, top, size.width(), std::max(bottom - top, 2 * line));
@@ -120,8 +120,8 @@ void StripLayout::PlaceZones(const StripScene& scene) {
   }
 }
 
-// Rows stand next to the zone of their trace, in the order of the set-up. They close up as far as the texts allow when
-// the zones are low, and move up when they would run out of the chart.
+// Rows are placed next to the zone of their trace, in the order of the set-up. In low zones they move as close together
+// as the texts allow, and they move up if they would leave the chart.
 void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, int left, int width) {
   struct Entry {
     int label, trace, zone, height;
@@ -149,7 +149,7 @@ void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, int left
   if (entries.empty()) return;
   const int spare = plot.height() - total;
   const int air = std::clamp(spare / static_cast<int>(entries.size()), 0, text.Height() / 2);
-  // From the end: where each row has to stand at the latest for the rest to fit.
+  // From the end: the lowest position of each row that leaves room for the rest.
   std::vector<int> latest(entries.size());
   int bottom = plot.bottom() + 1;
   for (std::size_t i = entries.size(); i-- > 0;) latest[i] = bottom -= entries[i].height + air;
@@ -186,7 +186,7 @@ StripPart StripLayout::PartAt(QPoint point, bool held) const {
   if (held && sign.contains(point)) return {Kind::Sign, 0};
   for (const Handle& handle : handles) {
     if (handle.part.kind == Kind::Border) {
-      // The whole gap between the zones is the handle.
+      // The handle is the whole gap between the zones.
       const auto upper = static_cast<std::size_t>(handle.part.index);
       const QRect gap(QPoint(plot.left(), zones[upper].bottom() + 1), QPoint(plot.right(), zones[upper + 1].top() - 1));
       if (gap.united(handle.rect).contains(point)) return handle.part;
@@ -211,7 +211,7 @@ double StripLayout::XOfPixel(double pixel) const {
   return ((pixel - plot.left()) * ratio_ + static_cast<double>(firstColumn_)) * columnWidth_;
 }
 
-// The lowest value lies in the middle of the zone's last device row, the highest in that of its first.
+// The lowest value is in the middle of the zone's last device row, the highest in the middle of its first.
 double StripLayout::PixelOfY(const StripView::Axis& axis, std::size_t zone, double value) const {
   const double rows = zones[zone].height() - 1 / ratio_;
   return zones[zone].top() + 0.5 / ratio_ + (axis.max - value) / (axis.max - axis.min) * rows;

@@ -12,11 +12,11 @@
 
 namespace zth::widgets {
 
-/// Where everything of a chart stands, in logical pixels, and what data a pixel comes to.
+/// The position of everything in a chart, in logical pixels, and the conversion between pixels and data.
 class StripLayout {
  public:
   struct LegendRow {
-    int label;  ///< index into StripScene::labels; -1 for a row that shows what the cursor reads alone
+    int label;  ///< index into StripScene::labels; -1 for a row that shows cursor values only
     int trace;  ///< -1 for none
     QRect rect;
   };
@@ -24,7 +24,7 @@ class StripLayout {
     StripPart part;
     QRect rect;
   };
-  /// Widths that only grow, so that the plot stands still while the numbers beside it change.
+  /// Column widths that only grow, so that the plot does not move while the numbers beside it change.
   struct Columns {
     int values = 0;
     int legend = 0;
@@ -32,25 +32,25 @@ class StripLayout {
   };
 
   StripLayout() = default;
-  /// `ratio` is the device pixels in a logical one. `columns` comes back grown to what this layout needs.
+  /// `ratio` is device pixels per logical pixel. `columns` is grown to what this layout needs.
   StripLayout(const StripScene& scene, QSize size, double ratio, StripText& text, Columns& columns);
 
   QRect plot;
   QRect title;
-  QRect xLabels;             ///< the row of texts under the plot
-  int xReach = 18;           ///< from the plot's ends to the handles under it: clear of half a text
-  QRect sign;                ///< "held"; there whether shown or not
-  std::vector<QRect> zones;  ///< one an axis
+  QRect xLabels;             ///< the row of labels under the plot
+  int xReach = 18;           ///< space between the plot's ends and the handles under it: clears half a label
+  QRect sign;                ///< the sign "held"; has its place even if hidden
+  std::vector<QRect> zones;  ///< one per axis
   std::vector<LegendRow> legend;
   std::vector<Handle> handles;
-  std::vector<std::vector<Tick>> yTicks;  ///< one list an axis
+  std::vector<std::vector<Tick>> yTicks;  ///< one list per axis
   std::vector<Tick> xTicks;
 
-  /// What stands at a point; `held` tells whether the sign shows.
+  /// The part of the chart at a point; `held` tells whether the sign is shown.
   StripPart PartAt(QPoint point, bool held) const;
 
-  /// Pixel columns of the plot on the device, and the x of each: column c covers (FirstColumn() + c) * ColumnWidth().
-  /// Borders lie at multiples of the width, so that a scrolling chart moves by whole columns.
+  /// The plot's columns of device pixels, and the x of each: column c covers (FirstColumn() + c) * ColumnWidth().
+  /// Borders are at multiples of the width, so that a scrolling chart moves by whole columns.
   int ColumnCount() const { return columnCount_; }
   double ColumnWidth() const { return columnWidth_; }
   std::int64_t FirstColumn() const { return firstColumn_; }
@@ -71,7 +71,7 @@ class StripLayout {
   double ratio_ = 1;
 };
 
-/// Space between a legend row's left edge and its text: the line sample.
+/// Space for the line sample between a legend row's left edge and its text.
 inline constexpr int kLegendSample = 30;
 /// Least space between a name and the cursor's value in a legend row.
 inline constexpr int kReadingGap = 10;

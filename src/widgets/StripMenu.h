@@ -6,10 +6,10 @@ namespace zth::widgets {
 
 class Strip;
 
-/// The chart's context menu, newly made for its present state; a child of the chart.
+/// Creates the context menu for the chart's present state; a child of the chart.
 QMenu& MakeStripMenu(Strip& strip);
 
-/// Of its entries those that save and copy, for the button.
+/// The menu's entries that save and copy, for the button.
 QMenu& MakeExportMenu(Strip& strip);
 
 }  // namespace zth::widgets

@@ -9,7 +9,7 @@
 
 namespace zth::widgets {
 
-/// Where a chart's picture and data go. All of it outlives the chart.
+/// The services that a chart exports its picture and data through. All of them outlive the chart.
 struct StripOutlets {
   explicit StripOutlets(platform::Services& services, std::function<QString()> source = {})
       : StripOutlets(services.fileDialogs, services.files, services.clipboard, services.process.Folder(),
@@ -25,8 +25,9 @@ struct StripOutlets {
   platform::FileDialogs& dialogs;
   platform::Files& files;
   platform::Clipboard& clipboard;
-  QString start;  ///< the folder in which a dialog begins
-  /// Where the data come from, as it is written beneath a picture when that is taken. Empty, or an empty text: nothing.
+  QString start;  ///< initial folder of a dialog
+  /// Returns the source of the data, to be written below a picture when it is taken. Nothing is written when this is
+  /// not set or returns an empty text.
   std::function<QString()> dataSource;
 };
 

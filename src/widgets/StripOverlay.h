@@ -4,14 +4,14 @@
 
 namespace zth::widgets {
 
-/// Draws what the user has over a chart at the moment: cursors and where they stand, the box of a zoom, signs.
+/// Draws temporary things over a chart: cursors and their positions, the zoom box and signs.
 class StripOverlay {
  public:
   explicit StripOverlay(const StripSheet& sheet);
 
   void Paint();
 
-  /// Where the cursor's place is told, among the texts under the plot; empty without a cursor.
+  /// The place of the cursor's position text below the plot; empty without a cursor.
   static QRect TagOf(const StripSheet& sheet);
 
  private:

@@ -86,7 +86,7 @@ void StripPainter::PaintStill(const StripScene& scene, QSize size, double ratio,
   canvas_.setDevicePixelRatio(ratio);
   QPainter still(&canvas_);
   StripFurniture furniture(SheetOf(still, scene, colours));
-  // A zoom of Y leaves everything but the numbers beside the zones; an X-Y chart's grid lies on the image as well.
+  // A zoom of Y changes only the numbers beside the zones. In an X-Y chart the grid is on the image too.
   all || scene.IsXY() ? furniture.Still(size, true, scene.IsXY()) : furniture.Scales();
   key_ = std::move(key);
   ranges_ = std::move(ranges);
@@ -121,7 +121,7 @@ void StripPainter::PaintVector(QPainter& painter, const StripScene& scene, QSize
   PaintLive(sheet, overlay);
 }
 
-// What changes with every sample, and what the user has over it.
+// Draws what changes with every sample, and the overlay.
 void StripPainter::PaintLive(const StripSheet& sheet, bool overlay) {
   std::optional<StripReadout> readout;
   if (overlay && sheet.scene.overlay.cursor) readout = ReadUnderCursor(sheet.scene, sheet.layout);
@@ -174,8 +174,8 @@ StripPainter::Drawn StripPainter::ToDraw(const StripScene& scene) const {
   return next;
 }
 
-// The first of the plot's columns that is not what it would be drawn as now, 0 for all of them. A sample changes its
-// own column and, by a line's width (`reach`) and the summaries' ends, some before it.
+// The first column of the plot that is out of date; 0 if all are. A new sample changes its own column and some before
+// it, because of the line's width (`reach`) and the ends of summaries.
 int StripPainter::FirstStale(const Drawn& next, int reach) const {
   const double slack = 1e-6 * std::abs(next.grid.first);
   const bool sameGrid = next.grid.first > 0 && std::abs(next.grid.first - drawn_.grid.first) < slack &&
@@ -229,7 +229,7 @@ void StripPainter::PaintTrace(const StripScene& scene, int trace, const RasterAr
                               const StripColours& colours) {
   const StripTrace& style = scene.TraceAt(trace).style;
   const StripView::Axis& axis = scene.view.At(scene.AxisOf(trace));
-  // What lies before may reach into what is drawn: also from beyond the left edge.
+  // Earlier columns may extend into the drawn ones, even from beyond the left edge.
   const std::span<const TraceHistory::Column> columns =
       kept_[static_cast<std::size_t>(trace)]
           .Of(scene.TraceAt(trace).history, layout_.FirstColumn() - reach, layout_.ColumnWidth(),
@@ -246,8 +246,8 @@ void StripPainter::PaintTrace(const StripScene& scene, int trace, const RasterAr
   DrawColumns(area, columns, axis.min, axis.max, line);
 }
 
-// Columns hang on the time axis, so a chart that has scrolled is its last picture moved by whole columns, grid and
-// dashes included, and only what has come in since is drawn.
+// Columns are fixed to the time axis, so a scrolled chart is its last picture, grid and dashes included, moved by whole
+// columns. Only new data are drawn.
 void StripPainter::PaintColumns(const StripScene& scene, const StripColours& colours) {
   int widest = 1;
   for (const StripScene::Trace& trace : scene.traces) widest = std::max(widest, trace.style.width);

@@ -19,36 +19,36 @@ class QPainter;
 
 namespace zth::widgets {
 
-/// Draws a scene. What stands still (texts of the axes, legend's lines, frame) is kept as an image and drawn anew when
-/// something about it has changed; a time chart's traces and grid go straight into the image's pixels, an X-Y chart's
-/// paths onto a copy.
+/// Draws a scene. The static parts (axis texts, legend lines, frame) are kept as an image, which is redrawn when one of
+/// them changes. A time chart's traces and grid go straight into the image's pixels, an X-Y chart's paths onto a copy.
 class StripPainter {
  public:
   explicit StripPainter(const QFont& font);
 
   /// Lays out and draws the whole widget.
   void Paint(QPainter& painter, const StripScene& scene, QSize size, double ratio, const QPalette& palette);
-  /// The same, as lines and texts that scale: for drawings and paper. No handles, and without `overlay` no cursor.
+  /// The same as scalable lines and texts, for drawings and printing. Without handles, and without a cursor unless
+  /// `overlay`.
   void PaintVector(QPainter& painter, const StripScene& scene, QSize size, const QPalette& palette, bool overlay);
   /// Makes the layout that Paint would use, for hit tests.
   void LayOut(const StripScene& scene, QSize size, double ratio);
 
-  /// Where the title ends, in the layout last made.
+  /// Where the title ends, in the latest layout.
   int TitleEnd(const StripScene& scene);
-  /// The layout last made.
+  /// The layout made last.
   const StripLayout& Layout() const { return layout_; }
 
   void SetFont(const QFont& font);
-  /// The data are others than those last drawn: nothing of the picture is kept.
+  /// The data have been replaced: discards the cached picture.
   void Forget();
-  /// Forgets how wide the texts beside the plot have been, and the image with them.
+  /// Forgets how wide the texts beside the plot were, and drops the image with them.
   void ResetColumns() {
     columns_ = {};
     key_ = {};
   }
 
  private:
-  /// All that the still image shows.
+  /// Everything that the cached image depends on.
   struct StillKey {
     QSize size;
     double ratio = 0;
@@ -62,7 +62,7 @@ class StripPainter {
     bool operator==(const StillKey&) const = default;
   };
   using Ranges = std::vector<std::pair<double, double>>;
-  /// What the canvas shows of the traces, so that a scrolling chart need only draw what has come in.
+  /// The traces drawn on the canvas, so that a scrolling chart needs to draw only new data.
   struct Drawn {
     bool valid = false;
     std::int64_t first = 0;
@@ -79,7 +79,7 @@ class StripPainter {
 
   static Ranges RangesOf(const StripScene& scene);
 
-  /// Brings the image of what stands still up to date.
+  /// Brings the image of the static parts up to date.
   void PaintStill(const StripScene& scene, QSize size, double ratio, const QPalette& palette,
                   const StripColours& colours);
   void MarkEdges(const StripSheet& sheet) const;
@@ -106,8 +106,8 @@ class StripPainter {
   QImage paths_;
   QSize size_;
   double ratio_ = 1;
-  std::vector<TraceColumns> kept_;  ///< one a trace
-  std::vector<QRgb> row_;           ///< of the ground: paper and the lines of the x grid
+  std::vector<TraceColumns> kept_;  ///< one for each trace
+  std::vector<QRgb> row_;           ///< the background: paper and the lines of the x grid
 };
 
 }  // namespace zth::widgets

@@ -83,7 +83,7 @@ void DrawOutlines(const StripSheet& sheet) {
       const auto y = [&](double value) { return layout.PixelOfY(axis, zone, std::clamp(value, axis.min, axis.max)); };
       const QPointF low(x, y(columns[c].lo));
       const QPointF high(x, y(columns[c].hi));
-      // On to the nearer end of the span first.
+      // Go to the nearer end of the span first.
       const bool upwards =
           joined && std::abs(path.currentPosition().y() - low.y()) <= std::abs(path.currentPosition().y() - high.y());
       const QPointF near = upwards ? low : high;

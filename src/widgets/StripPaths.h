@@ -4,10 +4,10 @@
 
 namespace zth::widgets {
 
-/// The traces of an X-Y chart, as lines and dots, with the grid along.
+/// Draws the traces of an X-Y chart, as lines and dots, and the grid.
 void DrawPaths(const StripSheet& sheet);
 
-/// The traces of a time chart as lines that scale. A screen shows them by columns of pixels instead.
+/// Draws the traces of a time chart as scalable lines. The screen uses columns of pixels instead.
 void DrawOutlines(const StripSheet& sheet);
 
 }  // namespace zth::widgets

@@ -10,11 +10,11 @@
 
 namespace zth::widgets {
 
-/// What a Strip consists of; shared by its sources alone.
+/// The parts of a Strip, used only by its sources.
 struct Strip::Private {
   Private(Strip& owner, std::function<double()> time);
 
-  /// The layout for the widget's present size, for hit tests between two pictures.
+  /// Makes the layout for the widget's present size, for hit tests between two redraws.
   void LayOut() { painter.LayOut(strip.scene_, strip.size(), strip.devicePixelRatioF()); }
 
   Strip& strip;
@@ -22,9 +22,9 @@ struct Strip::Private {
   StripPainter painter;
   StripInput input;
   StripFeed feed;
-  StripBar* bar = nullptr;  ///< a child of the strip
-  double tellNext = 0;      ///< when a reader is told of new values again, by the clock
-  bool waiting = false;     ///< something has changed since the last frame
+  StripBar* bar = nullptr;  ///< owned by the strip, as its child
+  double tellNext = 0;      ///< clock time of the next report to a screen reader
+  bool waiting = false;     ///< something changed since the last frame
 };
 
 }  // namespace zth::widgets

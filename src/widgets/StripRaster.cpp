@@ -7,12 +7,12 @@
 namespace zth::widgets {
 namespace {
 
-// A span lower than this counts as level.
+// A span lower than this counts as horizontal.
 constexpr double kLevel = 1.0 / 32;
 
 QRgb Mixed(QRgb under, QRgb over, unsigned weight) {
   const unsigned rest = 256 - weight;
-  // Red and blue at once: they cannot reach each other's bits.
+  // Red and blue together: they cannot overflow into each other.
   const unsigned redBlue = ((under & 0xFF00FF) * rest + (over & 0xFF00FF) * weight) >> 8;
   const unsigned green = ((under & 0x00FF00) * rest + (over & 0x00FF00) * weight) >> 8;
   return 0xFF000000 | (redBlue & 0xFF00FF) | (green & 0x00FF00);
@@ -26,7 +26,7 @@ bool Pen(const RasterLine& line, std::int64_t column) {
   return phase < drawn;
 }
 
-/// Fills one column from `top` to `bottom`, both in pixels and fractions of them, limited to the area.
+/// Fills one column from `top` to `bottom`, in fractional pixels, clipped to the area.
 void Fill(const RasterArea& area, int column, double top, double bottom, QRgb colour) {
   top = std::max(top, 0.0);
   bottom = std::min(bottom, static_cast<double>(area.height));
@@ -63,7 +63,7 @@ void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> c
       top = static_cast<double>(std::lround(top));
       bottom = top + line.width;
     }
-    // A steep stretch is made as wide as a level one is high.
+    // Makes a steep stretch as wide as a horizontal one is high.
     const bool steep = line.width > 1 && bottom - top > 2 * line.width;
     const int begin = steep ? c - (line.width - 1) / 2 : c;
     const int end = steep ? std::min(area.width, begin + line.width) : c + 1;

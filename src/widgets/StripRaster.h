@@ -11,10 +11,10 @@
 
 namespace zth::widgets {
 
-/// A rectangle of a 32-bit image without transparency: one zone of a chart, in device pixels.
+/// A rectangle of an opaque 32-bit image: one zone of a chart, in device pixels.
 struct RasterArea {
   QRgb* bits = nullptr;  ///< its top left pixel
-  qsizetype stride = 0;  ///< pixels from row to row
+  qsizetype stride = 0;  ///< pixels from one row to the next
   int width = 0;
   int height = 0;
 };
@@ -23,23 +23,25 @@ struct RasterLine {
   QRgb colour = 0;
   int width = 1;                       ///< device pixels
   Qt::PenStyle style = Qt::SolidLine;  ///< SolidLine, DashLine, DotLine
-  std::int64_t firstColumn = 0;        ///< what number the leftmost column has, so that dashes travel with the data
-  int begin = 0;                       ///< the area's column that the first span belongs to
-  int clip = 0;                        ///< columns of the area before this one are left as they are
-  int unit = 1;                        ///< device pixels in a logical one
+  std::int64_t firstColumn = 0;        ///< number of the leftmost column, so that dashes move with the data
+  int begin = 0;                       ///< the area's column of the first span
+  int clip = 0;                        ///< columns before this one are not changed
+  int unit = 1;                        ///< device pixels per logical pixel
 };
 
-/// Draws a trace as one vertical span a column. `low` belongs to the middle of the last row, `high` to that of the
-/// first; values beyond lie on the border. Ends of spans are softened, level stretches are kept crisp.
+/// Draws a trace as one vertical span per column. `low` is the value at the middle of the last row, `high` at the
+/// middle of the first; values beyond are drawn at the border. The ends of spans are smoothed; horizontal stretches
+/// stay sharp.
 void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> columns, double low, double high,
                  const RasterLine& line);
 
-/// Copies `row`, as wide as the area, into the rows from `top` to below `bottom` that the area has, from a column on.
+/// Copies `row`, which is as wide as the area, into the rows from `top` up to but not including `bottom`, as far as
+/// they are in the area, starting at column `from`.
 void CopyRows(const RasterArea& area, int top, int bottom, int from, std::span<const QRgb> row);
-/// Fills some columns.
+/// Fills columns over the full height.
 void DrawColumn(const RasterArea& area, int column, int thickness, QRgb colour);
 
-/// Moves what the area shows to the left; the columns at its right end keep what they had.
+/// Moves the area's contents to the left; the columns at the right end are not changed.
 void ShiftLeft(const RasterArea& area, int columns);
 
 }  // namespace zth::widgets

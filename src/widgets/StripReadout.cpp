@@ -24,7 +24,7 @@ std::optional<Span> TimeSpanAt(const StripScene& scene, int trace, double x) {
   return Span{reading->lo, reading->hi};
 }
 
-/// The values that an X-Y trace takes at x: a step has a whole stretch of them.
+/// The range of values of an X-Y trace at x; at a step it covers the whole step.
 std::optional<Span> PathSpanAt(const StripScene& scene, int trace, double x, double tolerance) {
   const std::vector<QPointF>& points = scene.TraceAt(trace).points;
   std::optional<Span> span;
@@ -52,7 +52,8 @@ QString ExactText(double value) {
   return QString::fromStdString(base::GeneralText(static_cast<float>(value)));
 }
 
-// Rows of this height take the start range: what it makes of the decimals is the finest that the legend has room for.
+// Height in pixels to which the start range is scaled for the number of decimals: the finest that the legend has room
+// for.
 constexpr int kUsualZone = 400;
 
 int DecimalsOf(double perPixel) {
@@ -65,7 +66,7 @@ const StripAxis& StartOf(const StripScene& scene, int trace) {
   return axis < scene.setup.axes.size() ? scene.setup.axes[axis] : none;
 }
 
-/// A trace's value and its unit, with decimals to match what a pixel of its zone is worth.
+/// A trace's value and unit, with decimals that match the value of a pixel in its zone.
 QString ValueText(const StripScene& scene, int trace, double value, double perPixel) {
   const StripAxis& start = StartOf(scene, trace);
   const int finest = DecimalsOf((start.max - start.min) / kUsualZone);
@@ -109,7 +110,7 @@ StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout)
     if (here->hi != here->lo) line.value = text(here->lo) + QStringLiteral(" … ") + text(here->hi);
     if (mark) {
       const auto there = SpanAt(scene, t, *mark, perPixelX);
-      // Summaries differ by a stretch, not by a number.
+      // The difference of two summaries is a range, not a number.
       if (there && there->lo == there->hi && here->lo == here->hi) {
         line.difference = QStringLiteral("Δ ") + Signed(text(here->lo - there->lo), here->lo - there->lo);
       }

@@ -10,29 +10,29 @@ namespace zth::widgets {
 
 class StripLayout;
 
-/// What the cursor reads: where it stands, and a line for every shown trace under it.
+/// The cursor's reading: its position, and a line for each visible trace at that position.
 struct StripReadout {
   struct Line {
     int trace;
     QString name;
     QString value;
-    QString difference;  ///< to the second cursor; empty without one
+    QString difference;  ///< to the second cursor; empty if there is none
   };
   QString heading;
   QString headingDifference;
   std::vector<Line> lines;
 
-  /// Null when nothing is read of that trace.
+  /// Null when the trace has no reading.
   const Line* Of(int trace) const;
 };
 
-/// Reads the scene under its cursor, which is there.
+/// Reads the scene at its cursor, which must exist.
 StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout);
 
-/// As long a value as the trace's start range has, as the cursor would show it.
+/// The longest value in the trace's start range, as the cursor would show it.
 QString WidestReading(const StripScene& scene, int trace);
 
-/// The latest values in one sentence, for those who cannot see the picture: "Temperature (°C): Local 25.25, Remote1
+/// The latest values in one sentence, for users who cannot see the picture: "Temperature (°C): Local 25.25, Remote1
 /// 31".
 QString StripSummary(const StripScene& scene);
 

@@ -93,7 +93,7 @@ std::optional<std::pair<double, double>> StripScene::FitOf(std::size_t axis) con
     }
   }
   if (!(low <= high)) return std::nullopt;
-  // A flat trace gets a range about its value.
+  // A flat trace gets a range around its value.
   const double air = high > low ? (high - low) * kFitAir : std::max(std::abs(high) * kFitAir, 1.0);
   return std::pair{low - air, high + air};
 }

@@ -13,32 +13,32 @@
 
 namespace zth::widgets {
 
-/// What of a chart has changed. Values wait for the next frame.
+/// The part of a chart that changed. Changes of values wait for the next frame.
 enum class StripChange { Values, View, Zones };
 
-/// A place of the chart that the pointer can be over.
+/// A part of the chart that the pointer can be over.
 struct StripPart {
   enum class Kind { None, Plot, XLow, XHigh, YLow, YHigh, Border, LegendRow, Sign };
   Kind kind = Kind::None;
-  int index = 0;  ///< the zone of Plot and of Y handles, the upper zone of Border, the label of LegendRow
+  int index = 0;  ///< the zone for Plot and Y handles, the upper zone for Border, the label for LegendRow
   bool operator==(const StripPart&) const = default;
 };
 
-/// Everything that a picture of the chart depends on but its size and its palette. Knows no widget.
+/// Everything that a chart's picture depends on except its size and palette. Knows no widget.
 struct StripScene {
   struct Trace {
     StripTrace style;
     TraceHistory history;         ///< time charts
-    std::vector<QPointF> points;  ///< X-Y charts, in the order of adding
+    std::vector<QPointF> points;  ///< X-Y charts, in the order added
     bool visible = true;
   };
-  /// What the user has over the chart at the moment. Positions are logical pixels of the widget.
+  /// Temporary items over the chart. Positions are logical pixels of the widget.
   struct Overlay {
     std::optional<QPointF> cursor;  ///< within the plot
     std::optional<double> mark;     ///< x of the second cursor
-    QRect box;                      ///< the box being drawn for a zoom; empty for none
+    QRect box;                      ///< the zoom box being drawn; empty if none
     StripPart hovered;
-    QString notice;  ///< what a failed or done export tells
+    QString notice;  ///< the message of a completed or failed export
     bool focus = false;
   };
 
@@ -48,22 +48,22 @@ struct StripScene {
   bool HasTrace(int trace) const { return trace >= 0 && trace < static_cast<int>(traces.size()); }
   Trace& TraceAt(int trace) { return traces[static_cast<std::size_t>(trace)]; }
   const Trace& TraceAt(int trace) const { return traces[static_cast<std::size_t>(trace)]; }
-  /// Shown by itself and by the trace whose legend entry it shares.
+  /// True if neither the trace itself nor the trace whose legend entry it shares is hidden.
   bool Shown(int trace) const;
   bool HasData(int trace) const;
-  /// The zone of a trace, always one that exists.
+  /// The zone of a trace; always an existing one.
   std::size_t AxisOf(int trace) const;
-  /// The trace's own name, else its label's text up to an equals sign, else "Trace 3".
+  /// The trace's own name, or else its label's text up to an equals sign, or else "Trace 3".
   QString NameOf(int trace) const;
-  /// The slot's label; null when there is none.
+  /// The slot's label; null if there is none.
   StripLabel* Label(int slot);
   const StripLabel* Label(int slot) const;
 
-  /// Adds a point to an X-Y trace, dropping the oldest when an owner forgets to clear.
+  /// Adds a point to an X-Y trace; drops the oldest in case the owner never clears.
   void AddPoint(int trace, QPointF point);
   void ClearData();
-  /// The least and the greatest value that the shown traces of an axis take in the window, a tenth of air about them;
-  /// nothing without data.
+  /// The range of the values that the shown traces of an axis have in the window, with a margin of a tenth; nothing
+  /// without data.
   std::optional<std::pair<double, double>> FitOf(std::size_t axis) const;
 
   StripSetup setup;

@@ -6,12 +6,12 @@
 #include <QString>
 #include <Qt>
 
-/// What a window says once about a chart: Strip::SetUp takes a StripSetup.
+/// The description of a chart that a window passes to Strip::SetUp.
 namespace zth::widgets {
 
 enum class StripMode {
-  Time,  ///< traces run along the clock; fed by PlotValue
-  XY,    ///< traces join points in the order of adding; fed by PlotXY
+  Time,  ///< traces run along the clock; use PlotValue
+  XY,    ///< traces join points in the order added; use PlotXY
 };
 
 struct StripTrace {
@@ -19,18 +19,18 @@ struct StripTrace {
   int width = 1;                       ///< logical pixels
   Qt::PenStyle style = Qt::SolidLine;  ///< SolidLine, DashLine or DotLine
   int axis = 0;                        ///< index into StripSetup::axes
-  bool dots = false;                   ///< X-Y: every point as a round dot of diameter `width` instead of a line
-  int shownWith = -1;                  ///< the trace whose legend entry hides and shows this one too; -1 for its own
-  QString name = {};                   ///< for read-outs and exported data; empty: the text of its label
+  bool dots = false;                   ///< X-Y: draws every point as a round dot of diameter `width` instead of a line
+  int shownWith = -1;                  ///< the trace whose legend entry also hides and shows this one; -1 for its own
+  QString name = {};                   ///< for read-outs and exports; if empty, the text of its label
 };
 
 struct StripAxis {
   double min = 0;      ///< value at the zone's bottom
-  double max = 1;      ///< value at its top, above min
-  double areaTop = 0;  ///< the zone, as fractions of the chart's height from the top
+  double max = 1;      ///< value at its top; must be above min
+  double areaTop = 0;  ///< the zone as fractions of the chart's height, from the top
   double areaBottom = 1;
-  int divisions = 0;  ///< grid divisions over the start range; 0: round values
-  QString unit = {};  ///< behind values in read-outs, with its blank if it wants one
+  int divisions = 0;  ///< grid divisions over the start range; 0 for round values
+  QString unit = {};  ///< follows values in read-outs; includes a leading blank if wanted
 };
 
 enum class StripPlace {
@@ -44,26 +44,26 @@ struct StripLabel {
   int slot = 0;
   QString text = {};
   StripPlace place = StripPlace::Legend;
-  int trace = -1;    ///< the trace whose colour it carries; -1: none
-  bool line = true;  ///< in use: shows its trace's line before the text
-  int axis = 0;      ///< of a heading, and of a legend row without a trace
-  double left = 0;   ///< of a free label: its left edge (right edge when `alignRight`), as a fraction of the width
-  double top = 0;    ///< of a free label: its top edge, as a fraction of the chart's height
+  int trace = -1;    ///< the trace whose colour it uses; -1 for none
+  bool line = true;  ///< if shown: draws its trace's line before the text
+  int axis = 0;      ///< for a heading, or a legend row without a trace
+  double left = 0;   ///< for a free label: its left edge (right edge if `alignRight`), as a fraction of the width
+  double top = 0;    ///< for a free label: its top edge, as a fraction of the chart's height
   bool alignRight = false;
 };
 
 struct StripSetup {
   StripMode mode = StripMode::Time;
-  int index = 0;  ///< the chart's index in its control array, which Strip2_LayoutChanged carries
+  int index = 0;  ///< the chart's index in its control array, passed by Strip2_LayoutChanged
   QString title = {};
   double xMin = -90;  ///< seconds since the first sample in a time chart
   double xMax = 10;
   int xDivisions = 0;  ///< as StripAxis::divisions
-  QString xUnit = {};  ///< X-Y charts; a time chart writes its own
+  QString xUnit = {};  ///< X-Y charts; a time chart has its own format
   std::vector<StripAxis> axes = {StripAxis{}};
   std::vector<StripTrace> traces = {};
   std::vector<StripLabel> labels = {};
-  QString widestLegend = {};  ///< a text as wide as a row will get, so that live values do not move the plot
+  QString widestLegend = {};  ///< the widest text expected in a row, so that live values do not move the plot
 };
 
 }  // namespace zth::widgets

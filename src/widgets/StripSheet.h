@@ -11,7 +11,7 @@ namespace zth::widgets {
 
 struct StripReadout;
 
-/// One picture while it is drawn: what goes on it, where, and by what means. Lives as long as its painter.
+/// A picture being drawn: its contents, layout and painter. Lives as long as the painter.
 struct StripSheet {
   QPainter& painter;
   const StripScene& scene;
@@ -19,7 +19,7 @@ struct StripSheet {
   const StripColours& colours;
   StripText& text;
   StripText& bold;
-  const StripReadout* readout = nullptr;  ///< while there is a cursor
+  const StripReadout* readout = nullptr;  ///< set while there is a cursor
 };
 
 }  // namespace zth::widgets

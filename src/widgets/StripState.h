@@ -8,8 +8,8 @@
 
 namespace zth::widgets {
 
-/// What a chart shows, by the names of its contract with the windows: ranges, the chosen label and axis, traces.
-/// The capitalised properties and methods are readable and callable by name as well.
+/// A chart's contents under the names that the windows use: ranges, the chosen label and axis, traces. The capitalised
+/// properties and methods can also be read and called by name.
 class StripState : public TwipsWidget {
   Q_OBJECT
   Q_PROPERTY(double XSpan READ XSpan WRITE SetXSpan)
@@ -41,7 +41,7 @@ class StripState : public TwipsWidget {
   void SetXEnd(double end);
   bool Held() const;
 
-  /// A slot that is not in the set-up becomes a legend row with the first put to it.
+  /// Writing to a slot that is not in the set-up creates a legend row.
   int LabelIndex() const { return labelIndex_; }
   void SetLabelIndex(int index) { labelIndex_ = index; }
   QString Caption() const;
@@ -57,14 +57,14 @@ class StripState : public TwipsWidget {
   QColor LabelColour() const;
 
   int AxisIndex() const { return axisIndex_; }
-  /// An index without an axis is not taken.
+  /// An index without an axis is ignored.
   void SetAxisIndex(int index);
   double AxisMin() const;
   void SetAxisMin(double min);
   double AxisMax() const;
   void SetAxisMax(double max);
   double AxisAreaTop() const;
-  /// Moves the border to the zone above, as the user does; nothing for the uppermost zone.
+  /// Moves the border to the zone above, as the user can; does nothing for the top zone.
   void SetAxisAreaTop(double top);
   double AxisAreaBottom() const;
 
@@ -72,10 +72,10 @@ class StripState : public TwipsWidget {
   int TraceCount() const;
   int AxisCount() const;
   QString Title() const;
-  /// The latest values in words.
+  /// The latest values as a sentence.
   QString Summary() const;
 
-  /// Pairs [x, y], oldest first: all samples of the recent past, before them the ends of the summaries.
+  /// Pairs [x, y], oldest first: the ends of the summaries, then all recent samples.
   Q_INVOKABLE QVariantList TracePoints(int trace) const;
   Q_INVOKABLE QColor TraceColour(int trace) const;
   Q_INVOKABLE int TraceWidth(int trace) const;
@@ -95,7 +95,7 @@ class StripState : public TwipsWidget {
 
   virtual void Changed(StripChange change) = 0;
   void TellHeld();
-  /// Describes the chart, all data and ranges anew.
+  /// Sets up the chart from scratch, including all data and ranges.
   void Renew(const StripSetup& setup);
 
   StripScene scene_;
@@ -103,12 +103,12 @@ class StripState : public TwipsWidget {
  private:
   const StripView::Axis& ChosenAxis() const;
   const StripLabel* FindLabel() const;
-  /// The chosen label slot, made when it is not there yet.
+  /// The chosen label slot, created if missing.
   StripLabel& ChosenLabel();
 
   int labelIndex_ = 0;
   int axisIndex_ = 0;
-  bool held_ = false;  ///< as last told by HeldChanged
+  bool held_ = false;  ///< as last reported by HeldChanged
 };
 
 }  // namespace zth::widgets

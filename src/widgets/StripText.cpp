@@ -28,7 +28,7 @@ StripText::StripText(const QFont& font) : font_(font), metrics_(font) {
   });
 }
 
-// The glyphs of a text, when there is one for each letter, from one font; else the text as Qt lays it out.
+// The glyphs of a text if every letter has one glyph, from one font; otherwise Qt's own layout of the text.
 const StripText::Line& StripText::PatternOf(const QString& pattern) {
   const auto found = patterns_.constFind(pattern);
   if (found != patterns_.constEnd()) return *found;
@@ -48,8 +48,7 @@ const StripText::Line& StripText::PatternOf(const QString& pattern) {
   return patterns_[pattern] = line;
 }
 
-StripText::Line StripText::WithDigits(const Line& pattern, const QString& text,
-                                      const std::array<quint32, 10>& digits) {
+StripText::Line StripText::WithDigits(const Line& pattern, const QString& text, const std::array<quint32, 10>& digits) {
   Line line = pattern;
   QVector<quint32> glyphs = line.glyphs->glyphIndexes();
   for (int i = 0; i < text.size(); ++i) {

@@ -13,26 +13,26 @@
 
 namespace zth::widgets {
 
-/// Single lines of text in one font, measured and laid out once: a chart writes the same few dozen texts in frame after
-/// frame. A text that differs from an earlier one in its digits alone takes over the earlier one's layout.
+/// Single lines of text in one font, each measured and laid out once: a chart draws the same few dozen texts in every
+/// frame. A text that differs from an earlier one only in its digits reuses that layout.
 class StripText {
  public:
   explicit StripText(const QFont& font);
 
   const QFont& Font() const { return font_; }
   const QFontMetrics& Metrics() const { return metrics_; }
-  /// Pixels from one line to the next.
+  /// Line height in pixels.
   int Height() const { return metrics_.height(); }
   int Width(const QString& text);
 
-  /// Writes in the painter's pen, with `topLeft` as the line's top left corner. A painter of the screen gets the cached
-  /// layout, any other one the text itself.
+  /// Draws with the painter's pen, with `topLeft` as the line's top left corner. Uses the cached layout on a screen,
+  /// and the text itself on any other paint device.
   void Draw(QPainter& painter, QPointF topLeft, const QString& text);
 
  private:
   struct Line {
     std::optional<QGlyphRun> glyphs;
-    QStaticText laid;  ///< where there are no glyphs
+    QStaticText laid;  ///< used when there are no glyphs
     int width = 0;
   };
   Line& LineOf(const QString& text);
@@ -41,10 +41,10 @@ class StripText {
 
   QFont font_;
   QFontMetrics metrics_;
-  std::array<quint32, 10> digits_{};  ///< their glyphs
-  bool alike_ = false;                ///< whether all digits are equally wide
+  std::array<quint32, 10> digits_{};  ///< the glyphs of the ten digits
+  bool alike_ = false;                ///< whether all digits have the same width
   QHash<QString, Line> lines_;
-  QHash<QString, Line> patterns_;  ///< texts with a 0 for every digit
+  QHash<QString, Line> patterns_;  ///< keyed by texts with every digit replaced by 0
 };
 
 }  // namespace zth::widgets

@@ -9,7 +9,7 @@ namespace zth::widgets {
 namespace {
 
 constexpr int kMostTicks = 200;
-// Up to here plain seconds are the easier reading.
+// Up to here, plain seconds are easier to read.
 constexpr double kPlainSeconds = 600;
 
 bool Usable(double low, double high) {
@@ -26,7 +26,7 @@ double RoundStep(double least) {
 
 std::vector<double> Multiples(double low, double high, double step) {
   std::vector<double> values;
-  // The slack keeps an end that is a multiple but for the last bit of its sum.
+  // The tolerance keeps an end that misses a multiple by a rounding error.
   const double from = std::ceil(low / step - 1e-6);
   const double to = std::floor(high / step + 1e-6);
   for (double k = from; k <= to && values.size() < kMostTicks; k += 1) values.push_back(k * step);
@@ -41,7 +41,7 @@ double TimeStep(double least) {
   return found != kSteps.end() ? *found : 86400 * RoundStep(least / 86400);
 }
 
-/// Minutes and seconds, or hours, minutes and seconds, `decimals` on the seconds.
+/// Minutes and seconds, or hours, minutes and seconds, with `decimals` on the seconds.
 QString ClockText(double seconds, int decimals) {
   const double unit = std::pow(10.0, decimals);
   const auto all = static_cast<std::int64_t>(std::llround(std::abs(seconds) * unit));
@@ -83,7 +83,7 @@ std::vector<Tick> EvenTicks(double low, double high, int divisions) {
   std::vector<Tick> ticks;
   if (!Usable(low, high) || divisions < 1) return ticks;
   const double step = (high - low) / divisions;
-  // Quarters and the like need a decimal more than their size tells.
+  // Steps such as 0.25 need one more decimal than their size suggests.
   int decimals = DecimalsFor(step);
   while (decimals < 3 && std::abs(std::remainder(step * std::pow(10.0, decimals), 1.0)) > 1e-6) ++decimals;
   for (int i = 0; i <= std::min(divisions, kMostTicks); ++i) {

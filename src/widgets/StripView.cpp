@@ -7,13 +7,13 @@
 namespace zth::widgets {
 namespace {
 
-// Below a millisecond there is nothing between two samples; beyond two days nothing is kept.
+// There is no detail below a millisecond, and no data are kept beyond two days.
 constexpr double kLeastSeconds = 1e-3;
 constexpr double kMostSeconds = 2.0 * 24 * 60 * 60;
-// An axis is not zoomed further than a double can tell its ticks apart, nor out to infinity.
+// Limits of an axis' zoom: ticks must stay distinguishable in a double, and the range finite.
 constexpr double kLeastRelative = 1e-9;
 constexpr double kMost = 1e12;
-// A window counts as live when its right edge is this near to the live one, as a fraction of its width.
+// A window counts as live if its right edge is this close to the live one, as a fraction of its width.
 constexpr double kLiveSlack = 1e-6;
 
 double NoSample() {
@@ -73,7 +73,7 @@ void StripView::SetX(double end, double span) {
   if (!std::isfinite(end) || !std::isfinite(span) || span <= 0) return;
   if (mode_ == StripMode::Time) {
     span = std::clamp(span, kLeastSeconds, kMostSeconds);
-    // Some of the data, or of the time that they can still take, stays in sight.
+    // Keeps part of the data, or of the room for future data, in sight.
     end = std::clamp(end, std::min(startEnd_ - startSpan_, 0.0) + span * 0.05, LiveEnd() + span * 0.95);
   }
   if (!Takeable(end - span, end)) return;

@@ -7,7 +7,7 @@
 
 namespace zth::widgets {
 
-/// What part of the data a chart shows: the X window, live or held, and each Y axis' range and zone. Arithmetic only.
+/// The visible part of a chart's data: the X window, live or held, and each Y axis' range and zone. Arithmetic only.
 class StripView {
  public:
   struct Axis {
@@ -23,32 +23,32 @@ class StripView {
   std::size_t AxisCount() const { return axes_.size(); }
   const Axis& At(std::size_t axis) const { return axes_[axis]; }
 
-  /// True when a time chart's window stays where it is while samples come in, because it was moved off the live edge.
+  /// True if a time chart's window stays in place while samples arrive, because it was moved off the live edge.
   bool Held() const { return held_; }
-  /// The newest sample's x: a live window follows it once it has reached the right edge.
+  /// Sets the newest sample's x: a live window follows it once it has reached the right edge.
   void Advance(double newestX);
-  /// Stays where it is until it goes live, its right edge at the live one or not.
+  /// Stops the window until GoLive, even when its right edge is at the newest sample.
   void Hold();
-  /// Back to following, with the present width; an X-Y chart back to its start window.
+  /// Follows the newest sample again, with the present width; an X-Y chart returns to its start window.
   void GoLive();
-  /// Back to the start ranges, and live. Zones stay.
+  /// Returns to the start ranges, and live. Zones are kept.
   void Reset();
-  /// No data any more: x counts from 0 again. Y ranges, zones and the width stay.
+  /// The data are cleared: x counts from 0 again. Y ranges, zones and the width are kept.
   void Restart();
 
-  /// Puts the X window. A right edge other than the live one holds it.
+  /// Sets the X window. A right edge other than the live one holds it.
   void SetX(double end, double span);
-  /// Scales the window by `factor` (below 1 zooms in) about `x`.
+  /// Scales the window by `factor` (below 1 zooms in) around `x`.
   void ZoomX(double x, double factor);
   void PanX(double distance);
 
-  /// Puts an axis' range; not taken unless min is below max by more than nothing.
+  /// Sets an axis' range; ignored unless min is below max by a usable margin.
   void SetAxis(std::size_t axis, double min, double max);
   void ZoomY(std::size_t axis, double value, double factor);
   void PanY(std::size_t axis, double distance);
 
-  /// Puts the border between zone `upper` and the next, keeping the gap: `fraction` is the new lower zone's top.
-  /// Neither zone gets smaller than kLeastZone. True when it moved.
+  /// Moves the border between zone `upper` and the next, keeping the gap: `fraction` is the new top of the lower zone.
+  /// Neither zone becomes smaller than kLeastZone. True if it moved.
   bool MoveBorder(std::size_t upper, double fraction);
 
   static constexpr double kLeastZone = 0.1;
@@ -65,7 +65,7 @@ class StripView {
   double xSpan_;
   double newest_;
   bool held_ = false;
-  bool pinned_ = false;  ///< held by Hold, not for its place
+  bool pinned_ = false;  ///< held by Hold, not because it was moved
 };
 
 }  // namespace zth::widgets

@@ -16,13 +16,13 @@ namespace {
 
 class ToggleAccess final : public QAccessibleWidget {
  public:
-  // A picture with its meaning as its name: what Qt calls an indicator is of no known role on AT-SPI.
+  // A picture whose name includes its meaning: Qt's indicator role has no known role on AT-SPI.
   explicit ToggleAccess(Toggle* toggle) : QAccessibleWidget(toggle, QAccessible::Graphic) {}
 
   QString text(QAccessible::Text kind) const override {
     if (kind == QAccessible::Value) return Lamp().StateText();
     if (kind != QAccessible::Name) return QAccessibleWidget::text(kind);
-    const QString name = QAccessibleWidget::text(kind);  // readers that skip a picture's value read its name
+    const QString name = QAccessibleWidget::text(kind);  // screen readers that skip a picture's value read its name
     return name.isEmpty() ? Lamp().StateText() : name + QStringLiteral(": ") + Lamp().StateText();
   }
 
@@ -74,7 +74,7 @@ Toggle::Toggle(QWidget* parent) : QWidget(parent) {
   QAccessible::installFactory(Make);
   setFocusPolicy(Qt::NoFocus);
   QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  policy.setRetainSizeWhenHidden(true);  // rows must not jump when a channel goes off
+  policy.setRetainSizeWhenHidden(true);  // rows must not jump when a channel is turned off
   setSizePolicy(policy);
 }
 
@@ -100,7 +100,7 @@ void Toggle::TellState() {
   QAccessibleEvent nameEvent(this, QAccessible::NameChanged);
   QAccessible::updateAccessibility(&nameEvent);
   if (!Visible()) return;
-  // What a reader speaks without being on the lamp.
+  // Screen readers speak this without having the focus on the lamp.
   QAccessibleEvent alert(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
 }

@@ -4,8 +4,8 @@
 
 namespace zth::widgets {
 
-/// A two-state lamp: a green disc with a check mark when Value is false, a red octagon with an exclamation mark when it
-/// is true, so that the states differ without colour. It shows only: it takes no focus and no clicks.
+/// A two-state lamp: a green disc with a check mark if Value is false, a red octagon with an exclamation mark if it is
+/// true, so that the states do not depend on colour. Display only: it takes no focus and no clicks.
 class Toggle : public QWidget {
   Q_OBJECT
   Q_PROPERTY(bool Value READ Value WRITE SetValue USER true)
@@ -18,15 +18,15 @@ class Toggle : public QWidget {
   bool Value() const { return value_; }
   void SetValue(bool value);
 
-  /// The state is an old one, since it could not be read: the lamp is grey and has a question mark, in the shape of
+  /// Whether the state is old because it could not be read. The lamp is then grey with a question mark, in the shape of
   /// its state.
   bool Stale() const { return stale_; }
   void SetStale(bool stale);
 
-  /// False when the lamp itself was hidden, whatever its window does. A hidden lamp keeps its place in a layout.
+  /// False if the lamp itself was hidden, regardless of its window. A hidden lamp keeps its place in a layout.
   bool Visible() const;
 
-  /// "alert" or "no alert"; behind an old one ", not read".
+  /// "alert" or "no alert"; followed by ", not read" when stale.
   QString StateText() const;
 
   QSize sizeHint() const override;

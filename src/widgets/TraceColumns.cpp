@@ -13,7 +13,7 @@ std::size_t TraceColumns::Keep(const TraceHistory& history, std::int64_t first, 
   if (shift >= count) return 0;
   const bool changed = history.Revision() != revision_;
   if (changed && std::isnan(newest_)) return 0;
-  // The last ones before the end may have lacked the sample that a line goes on to.
+  // The last columns before the end may have been drawn without the sample that their line leads to.
   double holds = static_cast<double>(count - shift);
   if (shift > 0) holds -= reach;
   if (changed) holds = std::min(holds, std::floor(newest_ / width) - static_cast<double>(first) - reach);

@@ -9,19 +9,19 @@
 
 namespace zth::widgets {
 
-/// What a history comes to in the pixel columns of a picture, kept from one picture to the next: one that stands or
-/// scrolls asks the history only for what has come in since.
+/// The pixel columns of a trace's history, kept from one picture to the next: a picture that stands still or scrolls
+/// asks the history only for new columns.
 class TraceColumns {
  public:
-  /// `count` columns of `width` along x from number `first` on; good until the next call. `reach`: how many columns
-  /// before its own a new sample may change.
+  /// `count` columns, each `width` along x, starting with column number `first`. Valid until the next call. `reach` is
+  /// the number of columns before its own that a new sample may change.
   std::span<const TraceHistory::Column> Of(const TraceHistory& history, std::int64_t first, double width,
                                            std::size_t count, int reach);
-  /// What it last gave; nothing before.
+  /// The result of the last call of Of; empty before the first.
   std::span<const TraceHistory::Column> Last() const { return columns_; }
 
  private:
-  /// How many of the columns still hold once they are moved to begin at `first`.
+  /// The number of columns that are still valid after moving them to begin at `first`.
   std::size_t Keep(const TraceHistory& history, std::int64_t first, double width, std::size_t count, int reach);
 
   std::vector<TraceHistory::Column> columns_;

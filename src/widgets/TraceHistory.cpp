@@ -6,11 +6,11 @@
 namespace zth::widgets {
 namespace {
 
-// Infinities take part in sums; anything beyond this is off every scale anyway.
+// Infinities would spoil sums; anything beyond this is off every scale anyway.
 constexpr double kLargest = 1e30;
 
 float Limited(double y) {
-  return static_cast<float>(std::clamp(y, -kLargest, kLargest));  // NaN passes
+  return static_cast<float>(std::clamp(y, -kLargest, kLargest));  // NaN is kept
 }
 
 template <class Entry>
@@ -20,7 +20,6 @@ void DropBefore(Ring<Entry>& ring, double horizon) {
 
 }  // namespace
 
-/// Spreads entries, handed over from left to right, over columns.
 class TraceHistory::Filler {
  public:
   Filler(std::int64_t first, double width, std::span<Column> out)
@@ -30,8 +29,8 @@ class TraceHistory::Filler {
         out_(out),
         end_(static_cast<std::int64_t>(out.size())) {}
 
-  /// Samples from `begin` to `end`. Most of a full window fall into the column of the one before them, and only stretch
-  /// its span.
+  /// Adds the samples from `begin` to `end`. In a full window, most fall into the same column as the previous one and
+  /// only extend its span.
   void AddSamples(const Ring<Sample>& samples, std::size_t begin, std::size_t end) {
     while (begin < end) {
       Add(SummaryOf(samples[begin++]));
@@ -71,7 +70,7 @@ class TraceHistory::Filler {
   std::size_t Visited() const { return visited_; }
 
  private:
-  // Columns outside count as -1 and end_, however far they are.
+  // Columns outside the range give -1 or end_, however far away they are.
   std::int64_t Index(double x) const {
     const double column = x * perWidth_ - first_;
     if (column < 0) return -1;
@@ -84,7 +83,7 @@ class TraceHistory::Filler {
     slot.hi = std::max(slot.hi, hi);
   }
 
-  // The line from the last entry to this one, between their values nearest to each other. It crosses each border at one
+  // Draws the line from the last entry to this one, between their nearest values. It crosses each column border at one
   // value that both columns share, so that a steep line has no gap.
   void Join(const Summary& entry, std::int64_t begin) {
     double from = last_.max;
@@ -192,8 +191,8 @@ double TraceHistory::OldestOf(std::size_t level) const {
   return level == 0 ? samples_.Front().x : levels_[level - 1].closed.Front().first;
 }
 
-// From the right edge to the left: the finest level that has at most `limit` entries there; where it ends, on with a
-// coarser one. The runs come out newest first. Returns their number.
+// From the right edge to the left: uses the finest level with at most `limit` entries there; where that level ends,
+// continues with a coarser one. The runs are returned newest first. Returns their number.
 std::size_t TraceHistory::RunsFor(double x0, double x1, std::size_t limit, std::array<Run, kLevels + 1>& runs) const {
   std::size_t count = 0;
   double right = x1;
@@ -218,7 +217,7 @@ std::size_t TraceHistory::Columns(std::int64_t first, double width, std::span<Co
   Filler filler(first, width, out);
   for (std::size_t i = count; i-- > 0;) {
     Run run = runs[i];
-    // One entry more on either side, for the lines that enter and leave the window.
+    // One more entry on either side, for the lines that enter and leave the window.
     if (i == count - 1 && run.begin > 0) --run.begin;
     const std::size_t size = run.level == 0 ? samples_.Size() : levels_[run.level - 1].closed.Size();
     if (i == 0 && run.end < size) ++run.end;
@@ -228,7 +227,7 @@ std::size_t TraceHistory::Columns(std::int64_t first, double width, std::span<Co
     }
     for (std::size_t k = run.begin; k < run.end; ++k) filler.Add(levels_[run.level - 1].closed[k]);
   }
-  // What came in since the newest summary was closed stands in the open ones of this level and of those below.
+  // Samples since the newest closed summary are in the open summaries of this level and the levels below.
   for (std::size_t level = count > 0 ? runs[0].level : 0; level > 0; --level) {
     const Level& slot = levels_[level - 1];
     if (slot.count > 0 && slot.open.Last() >= x0) filler.Add(slot.open);
@@ -265,7 +264,7 @@ std::vector<TraceHistory::Point> TraceHistory::Points(double x0, double x1) cons
         continue;
       }
       const Summary& entry = levels_[runs[i].level - 1].closed[k];
-      // The newest summary of a level can reach into what the finer one still holds.
+      // The newest summary of a level can overlap what the finer level still holds.
       const double finer = OldestOf(runs[i].level - 1);
       points.push_back({std::min(entry.first, finer), entry.min});
       if (entry.broken) points.push_back({std::min((entry.first + entry.Last()) / 2, finer), std::nan("")});

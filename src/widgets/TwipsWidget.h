@@ -4,7 +4,7 @@
 
 namespace zth::widgets {
 
-/// A widget that is shown and placed by name, in twips.
+/// A widget that can be shown and placed by name, in twips.
 class TwipsWidget : public QWidget {
   Q_OBJECT
   Q_PROPERTY(bool Visible READ isVisible WRITE setVisible)

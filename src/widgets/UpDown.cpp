@@ -22,10 +22,10 @@ namespace zth::widgets {
 namespace {
 
 constexpr int kPageSteps = 10;
-constexpr int kNotch = 120;  // of a wheel, in eighths of a degree
+constexpr int kNotch = 120;  // wheel turn in eighths of a degree
 constexpr int kSpareDigits = 2;
 
-// A button as low as half a text box: a style's own arrow does not shrink that far.
+// A button half the height of a text box; a style's own arrow does not get that small.
 class ArrowButton final : public QToolButton {
  public:
   ArrowButton(bool up, QWidget* parent) : QToolButton(parent), up_(up) {
@@ -68,7 +68,7 @@ class ArrowButton final : public QToolButton {
   bool up_;
 };
 
-/// Named as its box is; its two buttons are its parts.
+/// Has the same name as its box; its two buttons are its parts.
 class UpDownAccess final : public ActionAccess, public QAccessibleValueInterface {
  public:
   explicit UpDownAccess(UpDown* pair)
@@ -134,7 +134,7 @@ double UpDown::Value() const {
   return box != nullptr ? base::LeadingDecimal(box->text().toStdString()) : 0;
 }
 
-// Fractions are typed, never stepped to: "32.5" goes on from its whole neighbour.
+// Fractions can be typed but not stepped to: "32.5" steps from the nearest whole number.
 void UpDown::Step(int steps) {
   StepTo(base::RoundHalfEven(Value()) + static_cast<double>(steps) * range_.increment);
 }
@@ -176,7 +176,7 @@ bool UpDown::eventFilter(QObject* watched, QEvent* event) {
       return (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier && StepByKey(key->key());
     }
     case QEvent::Wheel: {
-      // Without the focus the wheel belongs to whatever scrolls below the box.
+      // Without the focus, the wheel scrolls whatever is behind the box.
       if (!box->hasFocus()) return false;
       wheelRest_ += static_cast<QWheelEvent*>(event)->angleDelta().y();
       const int notches = wheelRest_ / kNotch;
@@ -204,7 +204,7 @@ QHBoxLayout* UpDown::Row() {
   if (QLineEdit* box = Buddy()) {
     const auto digits = std::max(QString::number(range_.min).size(), QString::number(range_.max).size()) + kSpareDigits;
     const int text = box->fontMetrics().horizontalAdvance(QLatin1Char('0')) * static_cast<int>(digits);
-    box->setFixedWidth(text + box->sizeHint().height());  // the height stands in for frame and margins
+    box->setFixedWidth(text + box->sizeHint().height());  // the height approximates frame and margins
     row->addWidget(box);
   }
   row->addWidget(this);

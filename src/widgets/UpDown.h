@@ -9,10 +9,10 @@ class QToolButton;
 
 namespace zth::widgets {
 
-/// The pair of small buttons beside a text box, its buddy. A step takes the number that the box begins with (0 when
-/// there is none), moves it by Increment within Min and Max and writes its digits into the box, whose textChanged runs
-/// as for typing; what is typed is never limited. The box also steps by Up, Down, Page Up, Page Down (ten steps), and
-/// by the wheel while it has the focus. The pair is enabled and visible when the box is.
+/// The pair of small buttons beside a text box, its buddy. A step takes the number at the start of the box (0 if there
+/// is none), moves it by Increment within Min and Max, and writes it into the box, which emits textChanged as for
+/// typing. Typed numbers are never limited. Up, Down, Page Up and Page Down (ten steps) also step the box, and so does
+/// the wheel while the box has the focus. The pair is enabled and visible when the box is.
 class UpDown : public QWidget {
   Q_OBJECT
   Q_PROPERTY(int Min READ Min WRITE SetMin)
@@ -34,17 +34,17 @@ class UpDown : public QWidget {
   void SetMin(int value) { range_.min = value; }
   void SetMax(int value) { range_.max = value; }
   void SetIncrement(int value) { range_.increment = value; }
-  QLineEdit* Buddy() const;  ///< null once it is gone
+  QLineEdit* Buddy() const;  ///< null once it is deleted
 
   /// Steps the buddy up, or down when negative.
   Q_INVOKABLE void Step(int steps);
 
-  /// The number that the box begins with, 0 when there is none.
+  /// The number at the start of the box, 0 if there is none.
   double Value() const;
-  /// Writes a number into the box as a step does: whole and within the range.
+  /// Writes a number into the box as a step does: rounded and within the range.
   void StepTo(double wanted);
 
-  /// The buddy and its pair as one compact row; the box is just wide enough for the digits of the range and a few more.
+  /// The buddy and the buttons as one compact row; the box is slightly wider than the digits of the range.
   QHBoxLayout* Row();
 
   QSize sizeHint() const override;
@@ -58,11 +58,11 @@ class UpDown : public QWidget {
   QToolButton* MakeButton(int steps);
   bool StepByKey(int key);
 
-  QPointer<QObject> buddy_;  ///< as an object, since events still come when it is a line edit no more
+  QPointer<QObject> buddy_;  ///< as a QObject, since events still arrive after it has stopped being a line edit
   Range range_;
   QToolButton* up_ = nullptr;
   QToolButton* down_ = nullptr;
-  int wheelRest_ = 0;  ///< eighths of a degree below one notch
+  int wheelRest_ = 0;  ///< eighths of a degree left over below one notch
 };
 
 }  // namespace zth::widgets

@@ -27,33 +27,34 @@
 ///                                Modify("THERM Configuration"_reg), Whole("PWM 1-4 Max"_reg)};
 ///   static_assert(IsSound(kRows, kReads, kWrites));
 ///
-/// A window that writes each change at once has rows and reads alone: each row goes out by itself.
-/// A bit is added to a window by adding a row.
+/// A window that writes each change at once has only rows and reads: each row is written individually.
+/// To add a bit to a window, add a row.
 namespace zth::windows {
 
 using chip::At;
 using chip::Field;
 
-/// Whether a ticked box means a bit at 1, or at 0. An inverted list counts its positions from the field's end.
+/// Whether a ticked box means a 1 bit or a 0 bit. An inverted list counts its positions from the field's highest value.
 enum class Sense : std::uint8_t { Straight, Inverted };
 
-/// How a text box shows a field, and what it gives to the field's register.
+/// How a text box shows a field, and how its text is converted to the field's register.
 struct TextCode {
   std::string (*text)(unsigned field);
-  std::uint8_t (*byte)(std::string_view text, int shift);  ///< in place, and possibly beyond the field
-  int min, max;                                            ///< of the up-down, in steps of 1
-  const char* unit;                                        ///< shown behind the box; may be empty
-  const char* unitName;                                    ///< its tool tip where no place of bits is told
+  std::uint8_t (*byte)(std::string_view text, int shift);  ///< in place; may exceed the field
+  int min, max;                                            ///< of the up-down, which steps by 1
+  const char* unit;                                        ///< shown after the box; may be empty
+  const char* unitName;                                    ///< the box's tool tip when no field's place is given
 };
 
-/// A duty in percent, or degrees with the offset of a temperature register, over a whole byte. A whole number of 0 to
-/// 15 over 4 bits, of which what is too great for them spills into its neighbours; the same cut to its 4 bits.
+/// kDuty is percent, kDegrees is degrees C with a temperature register's offset, both in a whole byte. kNibble and
+/// kCutNibble are a whole number of 0 to 15 in 4 bits: a larger one spills into the neighbouring bits with kNibble, and
+/// loses its upper bits with kCutNibble.
 extern const TextCode kDuty;
 extern const TextCode kDegrees;
 extern const TextCode kNibble;
 extern const TextCode kCutNibble;
 
-/// An objectName: "cmdApply", or an element of a control array, {"chkEnTach", 0} for "chkEnTach(0)".
+/// An objectName: "cmdApply", or an element of a control array: {"chkEnTach", 0} is "chkEnTach(0)".
 struct ControlName {
   const char* base;
   int index = -1;
@@ -67,19 +68,20 @@ using Items = std::span<const char* const>;
 struct Binding {
   ControlName control;
   /// The text of a check box, or the label before another control, with its mnemonic; "%1" is the index plus 1. Null
-  /// for a control that nobody sees.
+  /// for a hidden control.
   const char* caption;
   std::uint8_t reg;
   base::BitField bits;
   Sense sense = Sense::Straight;
-  Items items{};                   ///< of a list
-  const TextCode* code = nullptr;  ///< of a text box
-  const char* upDown = nullptr;    ///< objectName of the up-down on a text box
-  bool isText = false;             ///< has a code: to g++ 12 under its sanitizers, asking the pointer is no constant
-  bool alone = false;              ///< when it is written by itself, all other bits of its register go out as 0
+  Items items{};                   ///< for a list
+  const TextCode* code = nullptr;  ///< for a text box
+  const char* upDown = nullptr;    ///< objectName of a text box's up-down
+  bool isText = false;             ///< true if `code` is set: g++ 12 with sanitizers cannot test the pointer in a
+                                   ///< constant expression
+  bool alone = false;              ///< when written individually, all other bits of the register are written as 0
 };
 
-/// The bits from `high` down to `low`, as data sheets write them.
+/// The bits from `high` down to `low`, in the order that data sheets use.
 constexpr base::BitField Bits(int high, int low) {
   return {static_cast<std::uint8_t>(low), static_cast<std::uint8_t>(high - low + 1)};
 }
@@ -113,7 +115,7 @@ constexpr Binding Alone(Binding row) {
   return row;
 }
 
-/// One read: a single register, or a block of `count`.
+/// One read: a single register, or a block of `count` registers.
 struct ReadStep {
   std::uint8_t first;
   std::uint8_t count;
@@ -127,8 +129,8 @@ constexpr ReadStep Read(int first, int count) {
   return {static_cast<std::uint8_t>(first), static_cast<std::uint8_t>(count), true};
 }
 
-/// One write. Whole: built from 0, so that bits without a control go out as 0. Modify: read immediately before, and
-/// only the bits of the table change.
+/// One write. Whole: built from 0, so bits without a control are written as 0. Modify: reads the register immediately
+/// before, and changes only the table's bits.
 struct WriteStep {
   std::uint8_t reg;
   enum class Mode : std::uint8_t { Whole, Modify } mode;
@@ -141,7 +143,7 @@ constexpr WriteStep Modify(int reg) {
   return {static_cast<std::uint8_t>(reg), WriteStep::Mode::Modify};
 }
 
-/// Tables one after the other.
+/// Concatenates tables.
 template <typename T, std::size_t... N>
 constexpr auto Joined(const std::array<T, N>&... tables) {
   return std::apply([](const auto&... rows) { return std::array{rows...}; }, std::tuple_cat(tables...));
@@ -151,8 +153,8 @@ constexpr bool Covers(const ReadStep& step, int reg) {
   return reg >= step.first && reg < step.first + step.count;
 }
 
-/// The chip has the register of each row, no two rows share a bit, a box has one bit and a list an item for each value
-/// of its field, and each row's register is read exactly once.
+/// The chip has every row's register, no two rows share a bit, a box has one bit, a list has an item for each value of
+/// its field, and every row's register is read exactly once.
 constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> reads) {
   std::array<unsigned, 256> taken{};
   for (const Binding& row : rows) {
@@ -167,7 +169,8 @@ constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> 
   return true;
 }
 
-/// The same for a table that is applied: each row's register is written exactly once, and no other.
+/// The same for a table that is applied: additionally, every row's register is written exactly once, and no other
+/// register is written.
 constexpr bool IsSound(std::span<const Binding> rows, std::span<const ReadStep> reads,
                        std::span<const WriteStep> writes) {
   return IsSound(rows, reads) &&

@@ -39,7 +39,7 @@ const TextCode kDegrees{[](unsigned field) { return chip::DegreesText(static_cas
 BoundControls::BoundControls(QWidget& window, std::span<const Binding> rows, Changed live)
     : QObject(&window), live_(std::move(live)) {
   bounds_.reserve(rows.size());
-  // The wheel may turn no more than a value that waits.
+  // The wheel may change only values that wait for Apply.
   const Wheel wheel = live_ ? Wheel::Never : Wheel::WithFocus;
   for (const Binding& row : rows) {
     bounds_.push_back({&row, Editor::Take(row, window), {}, {}});
@@ -68,7 +68,7 @@ bool BoundControls::Read(std::span<const ReadStep> reads, bool keepsUnread) {
   bool all = true;
   for (const ReadStep& step : reads) {
     const link::FailureWatch watch;
-    // The buffer is good until the next link call, which a control's handler may make.
+    // Copied, since a control's handler may make a link call, which overwrites the buffer.
     std::array<std::uint8_t, link::kReadBufferSize> bytes{};
     if (step.block) {
       link::ReadRegisterBlock(link::Bus.DeviceAddress, step.first, step.count);

@@ -21,7 +21,7 @@ BoundMarks::BoundMarks(QWidget& window, BoundControls& controls)
 void BoundMarks::Judge(const Binding* row) {
   for (std::size_t i = 0; i < marks_.size(); ++i) {
     const Bound& bound = controls_.Bounds()[i];
-    // A text that spills changes what its neighbours would read as.
+    // A text whose value spills over also changes how its neighbours would read back.
     if (row == nullptr || bound.row->reg == row->reg) JudgeOne(bound, marks_[i]);
   }
   PaintTabs();

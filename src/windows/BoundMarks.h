@@ -13,14 +13,14 @@ class BoundControls;
 struct Binding;
 struct Bound;
 
-/// Tells on the controls of a table where their bits stand, and marks by colour and weight what has been changed and
-/// not applied yet, on the tab of a page as well. A text box that the chip would read back as another value than it
-/// shows is marked in a warning colour, and its tool tip tells the value that would go out; it is not refused. So is a
-/// control that nobody has changed and that would not give back what the chip holds, since its texts have no exact one
-/// for that: its tool tip names both.
+/// Shows in the controls' tool tips where their bits are, and marks unapplied changes by colour and weight, on the
+/// page's tab as well. A text box that would read back from the chip as a different value is marked in a warning
+/// colour, and its tool tip gives the value that would be written; the text is not rejected. An unchanged control is
+/// marked too if it would not write the value that the chip holds, because no text of its own matches that exactly: its
+/// tool tip gives both values.
 class BoundMarks final : public QObject {
  public:
-  /// Both must outlive this; the window owns it.
+  /// Both must outlive this object, which the window owns.
   BoundMarks(QWidget& window, BoundControls& controls);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -32,7 +32,7 @@ class BoundMarks final : public QObject {
     bool operator==(const Mark&) const = default;
   };
 
-  /// Looks at the controls of a row's register again, or at all of them.
+  /// Judges the controls of a row's register again, or all controls if null.
   void Judge(const Binding* row);
   void JudgeOne(const Bound& bound, Mark& mark);
   void Paint(const Bound& bound, const Mark& mark) const;
@@ -41,7 +41,7 @@ class BoundMarks final : public QObject {
 
   QWidget& window_;
   const BoundControls& controls_;
-  std::vector<Mark> marks_;  ///< in the table's order
+  std::vector<Mark> marks_;  ///< in table order
 };
 
 }  // namespace zth::windows

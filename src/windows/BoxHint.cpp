@@ -13,7 +13,8 @@ HintColours HintColoursOn(const QPalette& palette) {
 }
 
 void ShowHint(QLineEdit& box, const QString& hint, const QString& usual) {
-  // Boxes ask at each key; colours are set anew while a hint stands, since the palette may have changed.
+  // Called at every key press. While a hint is shown, colours are set again each time, since the palette may have
+  // changed.
   if (hint.isEmpty() && box.accessibleDescription().isEmpty() && box.toolTip() == usual) return;
   box.setToolTip(hint.isEmpty() ? usual : hint);
   box.setAccessibleDescription(hint);

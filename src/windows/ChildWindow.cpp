@@ -28,8 +28,8 @@ bool IsEnter(const QKeyEvent& event) {
   return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
-/// Some desktops let Enter tick the box or open the list that has the focus, or lose itself in the frame around it.
-/// Here it means the same on all of them.
+/// On some desktops, Enter ticks the focused box or opens the focused list, or is lost in the surrounding frame. Here
+/// it does the same on all desktops.
 bool MayTakeEnter(const QObject& control) {
   if (qobject_cast<const QAbstractButton*>(&control) != nullptr) {
     return qobject_cast<const QPushButton*>(&control) == nullptr;
@@ -39,7 +39,7 @@ bool MayTakeEnter(const QObject& control) {
 
 constexpr char kUnread[] = "A transfer failed while this was read. Part of what it shows may not be the chip's.";
 
-constexpr float kHintStrength = 0.7F;  // of a text's; desktops' own half of it is too pale to read
+constexpr float kHintStrength = 0.7F;  // relative to a text's strength; a desktop's own 0.5 is too pale to read
 
 }  // namespace
 
@@ -49,7 +49,7 @@ ChildWindow::ChildWindow(const QString& name, const QString& caption, const Cont
   setWindowTitle(caption);
   DarkenHints();
   bar_->Recolour();
-  // The bar is made before all other controls, and so comes first on the way of Tab.
+  // The bar is created before all other controls, so it comes first in Tab order.
   connect(bar_, &OriginBar::ReadAgain, this, [this] { ReadAgain(); });
 }
 
@@ -74,9 +74,9 @@ void ChildWindow::ReadAgain() {
   if (!IsOfOtherChip() && !origin_.IsReadItself()) return;
   const link::UserAction action([this] { return Caption(); });
   if (HoldsChanges()) {
-    const QPointer<ChildWindow> self(this);  // it may be closed while the box stands
+    const QPointer<ChildWindow> self(this);  // it may be closed while the box is open
     constexpr int kRead = 0;
-    constexpr int kKeep = 1;  // what a stray Enter takes as well
+    constexpr int kKeep = 1;  // also the choice for a stray Enter
     const int answer = Services().prompts.Choose({base::kTitle,
                                                   Caption() + " holds changes that have not been applied.",
                                                   {"&Read again and lose them", "&Keep them"},
@@ -85,7 +85,7 @@ void ChildWindow::ReadAgain() {
                                                   this});
     if (answer != kRead || self == nullptr) return;
   }
-  // Asked anew: the device may have changed beneath the box.
+  // Checked again: the device may have changed while the box was open.
   if (IsOfOtherChip() && origin_.IsReadWithModel() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();
   Reread();
 }
@@ -113,7 +113,7 @@ void ChildWindow::ShowBar(bool on) {
   QMdiSubWindow* frame = FrameOf();
   if (frame != nullptr) {
     frame->setProperty(kOtherChip, on);
-    // Maximised it has only the desk's height; where that is too little it goes back to a size of its own.
+    // A maximised frame has only the desk's height; if that is not enough, it is restored to its own size.
     if (on && frame->isMaximized() && minimumSizeHint().height() > height()) frame->showNormal();
     const bool free = !frame->isMaximized() && !frame->isMinimized();
     if (free && frame->testAttribute(Qt::WA_Resized)) Grow(*frame, on);
@@ -128,7 +128,7 @@ void ChildWindow::Grow(QMdiSubWindow& frame, bool on) {
     return;
   }
   const QRect before = frame.geometry();
-  // The title's own width, and about five times its height for the icon and the buttons beside it.
+  // The width of the title, plus about five times its height for the icon and the buttons.
   QFont bold = frame.font();
   bold.setBold(true);
   const int title = QFontMetrics(bold).horizontalAdvance(caption_ + OriginNote()) + 8 * frame.fontMetrics().height();
@@ -164,7 +164,7 @@ void ChildWindow::changeEvent(QEvent* event) {
 }
 
 void ChildWindow::Unload() {
-  // The frame closes first and asks its contents; a window without a frame closes by itself.
+  // The frame closes first and asks its contents; a window without a frame closes directly.
   QMdiSubWindow* frame = FrameOf();
   if (frame != nullptr) {
     frame->close();
@@ -188,7 +188,7 @@ void ChildWindow::closeEvent(QCloseEvent* event) {
   unloaded_ = true;
   platform::Guarded([this] { Form_Unload(); })();
   emit Unloaded(objectName());
-  // Dialogs of the window go with it; a handler that waits for one still finds it there.
+  // The window's dialogs close with it; a handler that waits for one can still use it.
   platform::CloseQuestions(parentWidget() != nullptr ? *parentWidget() : *this);
 }
 
@@ -208,13 +208,13 @@ bool ChildWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   auto* key = static_cast<QKeyEvent*>(event);
   if (watched == parentWidget()) {
-    // A click beside the controls leaves the focus to the frame, which needs these keys only while they move it.
+    // A click beside the controls gives the focus to the frame, which needs these keys only while it is being moved.
     if ((!IsEnter(*key) && key->key() != Qt::Key_Escape) || mouseGrabber() != nullptr) return false;
     keyPressEvent(key);
     return true;
   }
   if (!IsEnter(*key) || !MayTakeEnter(*watched)) return QWidget::eventFilter(watched, event);
-  key->ignore();  // and so it comes to this window
+  key->ignore();  // so it reaches this window
   return true;
 }
 
@@ -225,13 +225,13 @@ void ChildWindow::keyPressEvent(QKeyEvent* event) {
     return;
   }
   event->accept();
-  // A key that is still down from the window before, or on a button, does nothing twice.
+  // A key still held down from the previous window, or on a button, must not act twice.
   if (event->isAutoRepeat()) return;
   enter ? PressEnter() : PressEscape();
 }
 
 void ChildWindow::PressEnter() {
-  // On a button it presses that button, as in any dialog.
+  // On a button, Enter presses that button, as in any dialog.
   auto* button = qobject_cast<QPushButton*>(focusWidget());
   if (button == nullptr) button = defaultButton_;
   if (button != nullptr) {

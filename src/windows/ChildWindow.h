@@ -13,39 +13,39 @@ namespace zth::windows {
 
 class OriginBar;
 
-/// A property of a window's frame: true while the window was read from another chip than the one in use.
+/// A property of a window's frame: true while the window shows a chip other than the one in use.
 inline constexpr char kOtherChip[] = "otherChip";
 
-/// One window of the program inside the main window. The constructor builds the controls; Form_Load fills them from the
-/// chip; Form_Unload runs once when the window is closed, by whatever way, and the window is deleted after it.
+/// A window inside the main window. The constructor creates the controls; Form_Load fills them from the chip;
+/// Form_Unload runs once, however the window is closed, and the window is deleted after it.
 class ChildWindow : public QWidget {
   Q_OBJECT
 
  public:
-  /// `name` is the objectName and the key by which the window is opened ("frmTherm"), `caption` its title, `shows` what
-  /// in it was read from a chip.
+  /// `name` is the objectName and the key for opening the window ("frmTherm"), `caption` its title, and `shows` the
+  /// parts of it that are read from a chip.
   ChildWindow(const QString& name, const QString& caption, const Context& context, unsigned shows = kShowsNothing);
 
-  /// Reads what the window shows. May be called again while the window is open, where a window says so.
+  /// Reads what the window shows. Called again while the window is open only if the window says so.
   virtual void Form_Load() = 0;
   virtual void Form_Unload() {}
 
-  /// The title, without what stands behind it at times.
+  /// The title, without notes appended to it.
   QString Caption() const { return caption_.trimmed(); }
 
-  /// Runs Form_Load and keeps which chip it has read.
+  /// Runs Form_Load and records the chip that was read.
   void Load();
 
-  /// The user wants to see what the chip in use holds now: reads the window again, and before it what the program knows
-  /// of the chip's pins and PWMs if that is another chip's. Asks first when changes would be lost. A window whose load
-  /// step reads nothing does nothing, unless it shows another chip.
+  /// The user wants to see the current state of the chip in use. Reads the window again; if the program's data about
+  /// the chip's pins and PWMs are from another chip, reads those first. Asks first if changes would be lost. Does
+  /// nothing for a window whose load step reads nothing, unless it shows another chip.
   void ReadAgain();
 
-  /// Says in title and bar whether the window was read from another chip than the one in use; for whoever may have
-  /// changed that. Touches no chip.
+  /// Updates the title and bar, which tell whether the window shows a chip other than the one in use. Call it after
+  /// anything that may change that. Does not access the chip.
   void ShowOrigin();
 
-  /// The size that its frame opens with on a desk of that size; invalid for its own.
+  /// The size with which its frame opens on a desk of that size; invalid for the window's own size.
   virtual QSize OpeningSize(const QSize& /*desk*/) const { return {}; }
 
   /// Closes the window.
@@ -56,31 +56,31 @@ class ChildWindow : public QWidget {
   void Unloaded(const QString& name);
 
  protected:
-  /// The button that Enter presses, wherever the focus is but on another push button; for windows whose values wait for
-  /// it. In one that writes at once Enter presses nothing.
+  /// The button that Enter presses, unless the focus is on another push button; for windows whose values wait for it.
+  /// In a window that writes at once, Enter presses nothing.
   void SetDefaultButton(QPushButton& button);
-  /// Without such a button Enter selects the text of the box that has the focus.
+  /// Without a default button, Enter selects the text of the focused box.
   void SelectOnEnter() { selectsOnEnter_ = true; }
-  /// The button that Escape presses. Without it Escape closes the window.
+  /// The button that Escape presses. Without one, Escape closes the window.
   void SetCancelButton(QPushButton& button);
 
-  /// Changes wait for Apply.
+  /// True if changes wait for Apply.
   virtual bool HoldsChanges() const { return false; }
-  /// Load, with what the user has chosen to look at left as it is, and with nothing written by the controls that
-  /// change.
+  /// Load, but keeps the user's choice of what to view, and controls that change write nothing.
   virtual void Reread() { Load(); }
-  /// Something has just been read from the chip in use, past Load; `isUnread`: with a failed transfer.
+  /// Records that something has just been read from the chip in use, outside Load. `isUnread`: a transfer failed.
   void NoteOrigin(bool isUnread = false);
-  /// A transfer failed as the window was read last, as far as the link's library tells.
+  /// Whether a transfer failed in the latest read of the window, as far as the link's library reports failures.
   bool IsUnread() const { return isUnread_; }
   bool IsOfOtherChip() const { return origin_.IsOther(); }
-  /// For a window without a layout: puts the bar at its top and tells how much of its height that takes.
+  /// For a window without a layout: places the bar at the top and returns the height it takes.
   int PlaceBar();
-  /// The bar has come or gone.
+  /// Called when the bar has appeared or disappeared.
   virtual void BarChanged() {}
-  /// Another chip is in use than at the last look, or the window has been read.
+  /// Called when another chip is in use than at the last check, or after the window has been read.
   virtual void OriginChanged() {}
-  /// What stands behind the title, " (read from 58h on USB)"; empty while all is of the chip in use and was read well.
+  /// The note after the title, for example " (read from 58h on USB)"; empty when everything was read from the chip in
+  /// use without a failure.
   QString OriginNote() const {
     const QString note = origin_.TitleNote();
     return note.isEmpty() && isUnread_ ? " (not read in full)" : note;
@@ -99,20 +99,20 @@ class ChildWindow : public QWidget {
   void WatchForEnter();
   void PressEnter();
   void PressEscape();
-  /// Gives hints a colour between that of texts and their ground that can still be read.
+  /// Gives placeholder texts a readable colour between the text and its background.
   void DarkenHints();
 
   void ShowBar(bool on);
-  /// Makes the frame larger by what bar and title need beyond what it has, and as small again.
+  /// Enlarges the frame by what the bar and title need, or shrinks it back.
   void Grow(QMdiSubWindow& frame, bool on);
   QMdiSubWindow* FrameOf() const;
 
   Context context_;
   Origin origin_;
   QString caption_;
-  link::ChipId shownFor_;  ///< the chip in use when title and bar were last looked at
+  link::ChipId shownFor_;  ///< the chip in use when title and bar were last updated
   OriginBar* bar_;
-  QSize grown_{0, 0};  ///< what the frame has become larger by, for bar and title
+  QSize grown_{0, 0};  ///< how much the frame was enlarged for bar and title
   QPushButton* defaultButton_ = nullptr;
   QPushButton* cancelButton_ = nullptr;
   bool selectsOnEnter_ = false;

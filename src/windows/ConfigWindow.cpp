@@ -21,7 +21,7 @@ QPushButton* ConfigWindow::AddButton(const QString& name, const QString& caption
 }
 
 void ConfigWindow::Finish(QWidget* body) {
-  // No mnemonic here or in a window may be one of the menu bar's: F, V, C, O, H, W, A.
+  // Mnemonics here and in the windows must not clash with the menu bar's: F, V, C, O, H, W, A.
   auto* cmdOK = AddButton("cmdOK", "OK", "Write all settings of this window to the chip and close it");
   auto* cmdCancel = AddButton("cmdCancel", "Cancel", "Close this window and write nothing");
   auto* cmdApply = AddButton("cmdApply", "A&pply", "Write all settings of this window to the chip");

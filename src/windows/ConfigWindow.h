@@ -12,14 +12,14 @@ namespace zth::windows {
 
 class BoundControls;
 
-/// The table and the two plans of a window. What they point to is constant data that lives as long as the program.
+/// A window's table, reads and writes. They refer to constant data that lives as long as the program.
 struct Plan {
   std::span<const Binding> rows;
   std::span<const ReadStep> reads;
   std::span<const WriteStep> writes;
 };
 
-/// A configuration window: reads its registers once, holds what the user changes, writes all of its registers on Apply.
+/// A configuration window: reads its registers once, keeps the user's changes, and writes all its registers on Apply.
 /// Enter is OK and Escape is Cancel.
 class ConfigWindow : public ChildWindow {
  public:
@@ -30,7 +30,8 @@ class ConfigWindow : public ChildWindow {
 
   ConfigWindow(const QString& name, const QString& caption, const Context& context, const Plan& plan);
 
-  /// The last step of a window's constructor: `body`, which holds the controls of all rows, over the three buttons.
+  /// Call it last in a window's constructor: places `body`, which contains the controls of all rows, above the three
+  /// buttons.
   void Finish(QWidget* body);
 
   void cmdApply_Click();

@@ -44,7 +44,7 @@ class ListEditor final : public Editor {
   void OnChanged(Handler handler, Wheel wheel) override { OnSelect(list_, std::move(handler), wheel); }
   void Show(unsigned field) override { list_.setCurrentIndex(static_cast<int>(Turned(field))); }
   unsigned Given() const override {
-    // An item that stands more than once counts at all of its positions.
+    // An item that occurs more than once matches at all of its positions.
     const std::string text = list_.currentText().toStdString();
     unsigned value = 0;
     for (unsigned position = 0; position < row_.items.size(); ++position) {
@@ -64,7 +64,7 @@ class ListEditor final : public Editor {
   }
 
  private:
-  /// The value of the field for the item at `position`, and the other way round.
+  /// Converts between the field's value and the item's position, in either direction.
   unsigned Turned(unsigned value) const {
     return row_.sense == Sense::Inverted ? base::GetField(~(value << row_.bits.shift), row_.bits) : value;
   }
@@ -99,7 +99,7 @@ class TextEditor final : public Editor {
   QLineEdit& box_;
 };
 
-/// The control of an editor: the one in `window`, or a new one if there is no window.
+/// The control of an editor: an existing one in `window`, or a new one if `window` is null.
 template <typename EditorType>
 std::unique_ptr<EditorType> Put(const Binding& row, const QWidget* window, QWidget* parent) {
   const QString name = NameOf(row.control);
@@ -126,7 +126,7 @@ QString CaptionOf(const Binding& row) {
 }
 
 QString PlaceOf(const Binding& row) {
-  return PlaceOf(row.reg, row.bits);  // every row has a name: IsSound and _reg see to that
+  return PlaceOf(row.reg, row.bits);  // every row has a name: IsSound and _reg ensure that
 }
 
 QString PlaceOf(int reg, const base::BitField& field) {

@@ -17,9 +17,9 @@
 namespace zth::windows {
 namespace {
 
-/// Tells a pick that has already run the handler through the change of the index from one that changed nothing. A
-/// pick's `activated` comes in the same turn of the event loop as its `currentIndexChanged`, and a list that has just
-/// popped up has changed nothing yet.
+/// Distinguishes a pick whose changed index has already run the handler from a pick that changed nothing. A pick emits
+/// `activated` in the same turn of the event loop as `currentIndexChanged`, and a list that has just popped up has not
+/// changed anything yet.
 class SelectionWatch final : public QObject {
  public:
   SelectionWatch(QComboBox& list, Handler handler) : QObject(&list), handler_(ByUser(list, std::move(handler))) {
@@ -49,7 +49,7 @@ class SelectionWatch final : public QObject {
   bool changed_ = false;
 };
 
-/// Passes the wheel on to what is behind a control.
+/// Passes wheel events to what is behind a control.
 class WheelFilter final : public QObject {
  public:
   WheelFilter(QWidget& control, Wheel wheel) : QObject(&control), wheel_(wheel) { control.installEventFilter(this); }
@@ -65,7 +65,7 @@ class WheelFilter final : public QObject {
   Wheel wheel_;
 };
 
-/// The caption of the window that a control stands in; empty for one beside the windows.
+/// The caption of the window that contains a control; empty for a control outside such windows.
 QString CaptionAround(const QWidget* control) {
   for (; control != nullptr; control = control->parentWidget()) {
     if (const auto* window = qobject_cast<const ChildWindow*>(control)) return window->Caption();

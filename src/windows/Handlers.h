@@ -8,37 +8,37 @@ class QLineEdit;
 class QTabWidget;
 class QWidget;
 
-/// How a control's handler hangs on the control. All handlers of all windows are connected here, so that a change by
-/// code runs a handler just as one by the user does, and so that none lets the end of the process through to Qt.
+/// Connects the handlers of all windows to their controls, so that a change by code runs a handler like a change by the
+/// user, and so that the end of the process never propagates into Qt.
 namespace zth::windows {
 
 using Handler = std::function<void()>;
 
-/// What the wheel may do to a control that the pointer stands over. Without the focus it never does anything: it is
-/// meant for what scrolls behind the control. Never: with the focus neither.
+/// What the wheel may do to a control under the pointer. Without the focus it never does anything: it is meant to
+/// scroll what is behind the control. Never: it does nothing with the focus either.
 enum class Wheel { Never, WithFocus };
 
-/// Holds a control to that, and keeps it from taking the focus by the wheel.
+/// Applies that limit to a control, and prevents the wheel from giving it the focus.
 void LimitWheel(QWidget& control, Wheel wheel);
 
-/// `handler` as an action of the user in the window of `control`: says what he waits for where that takes long, and
-/// lets no end of the process through.
+/// Runs `handler` as an action of the user in the window of `control`: shows the signs of waiting when it takes long,
+/// and keeps the exception that ends the process from leaving the handler.
 Handler ByUser(QWidget& control, Handler handler);
 
-/// A push button: each press.
+/// A push button: every press.
 void OnClick(QAbstractButton& button, Handler handler);
 
-/// A check box or an option button: each change of its state.
+/// A check box or an option button: every change of its state.
 void OnToggle(QAbstractButton& button, Handler handler);
 
-/// A text box: each change of its text.
+/// A text box: every change of its text.
 void OnChange(QLineEdit& box, Handler handler);
 
-/// A drop-down list: once for each selection, also when the user picks the item that already shows. `wheel` is
-/// WithFocus only where a selection reaches nothing outside its window: one notch too many must not write a register.
+/// A drop-down list: once for each selection, even if the user picks the current item again. `wheel` is WithFocus only
+/// if a selection affects nothing outside its window: one notch too many must not write a register.
 void OnSelect(QComboBox& list, Handler handler, Wheel wheel = Wheel::Never);
 
-/// Tabs: each time when another one shows.
+/// Tabs: every change of the current tab.
 void OnTab(QTabWidget& tabs, Handler handler = {});
 
 }  // namespace zth::windows

@@ -16,7 +16,7 @@ bool CanBeUsed(const QWidget& widget) {
 }  // namespace
 
 Hold::Hold(QWidget& only) {
-  // What stands beside it, then what stands beside what it stands in, and so on up to the main window.
+  // Visits the control's siblings, then its parent's siblings, and so on up to the main window.
   for (QWidget* path = &only; !path->isWindow() && path->parentWidget() != nullptr; path = path->parentWidget()) {
     for (QWidget* other : path->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
       if (other == path || other->isWindow() || !CanBeUsed(*other) || !other->isEnabledTo(other->parentWidget())) {
@@ -26,7 +26,7 @@ Hold::Hold(QWidget& only) {
       held_.emplace_back(other);
     }
   }
-  // A key reaches an action, and an assistive tool a menu's entry, wherever it stands.
+  // Shortcut keys and assistive tools can trigger an action anywhere.
   for (QAction* action : only.window()->findChildren<QAction*>()) {
     if (!action->isEnabled()) continue;
     action->setEnabled(false);

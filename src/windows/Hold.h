@@ -8,8 +8,8 @@
 
 namespace zth::windows {
 
-/// While it lives, one control of a main window can be used and nothing else of it: neither by mouse or key nor by an
-/// assistive tool. Texts and bars keep their looks. The windows may go meanwhile.
+/// While it exists, only one control of a main window can be used. Everything else ignores mouse, keys and assistive
+/// tools, but texts and bars keep their appearance. The windows may be deleted meanwhile.
 class Hold {
  public:
   explicit Hold(QWidget& only);

@@ -12,7 +12,7 @@ void Origin::Note() {
 std::optional<Origin::Other> Origin::Find() const {
   if (!readFrom_) return std::nullopt;
   const link::ChipId inUse = link::ChipInUse();
-  // A board is the same for all chips on its link.
+  // All chips on a link share its board.
   const bool own = (shows_ & (kShowsChip | kShowsDetails)) != 0 && *readFrom_ != inUse;
   const bool board = (shows_ & kShowsBoard) != 0 && readFrom_->mode != inUse.mode;
   if (own || board) return Other{*readFrom_, nullptr};

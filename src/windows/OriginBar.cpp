@@ -32,7 +32,7 @@ OriginBar::OriginBar(QWidget* window)
 void OriginBar::SetText(const QString& text) {
   if (lblOrigin_->text() == text) return;
   lblOrigin_->setText(text);
-  // A window that opens gives the focus to the first control that takes it, whether that shows or not.
+  // A window that opens gives the focus to the first control that accepts it, even a hidden one.
   cmdReadAgain_->setFocusPolicy(text.isEmpty() ? Qt::NoFocus : Qt::StrongFocus);
   cmdReadAgain_->setAccessibleDescription(text);
   setAccessibleName(text);

@@ -7,8 +7,8 @@ class QPushButton;
 
 namespace zth::windows {
 
-/// The bar at the top of a window that was read from another chip than the one in use: it says so, and its button reads
-/// the window again.
+/// The bar at the top of a window that shows a chip other than the one in use: it says so, and its button reads the
+/// window again.
 class OriginBar final : public QFrame {
   Q_OBJECT
 
@@ -16,7 +16,7 @@ class OriginBar final : public QFrame {
   explicit OriginBar(QWidget* window);
 
   void SetText(const QString& text);
-  /// Takes the colours anew that go with the window's palette.
+  /// Updates the bar's colours to match the window's palette.
   void Recolour();
 
  signals:

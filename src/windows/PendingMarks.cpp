@@ -14,7 +14,7 @@
 namespace zth::windows {
 namespace {
 
-/// The tab that shows or hides the control, as its widget and index; nothing for a control outside of tabs.
+/// The tab that contains the control, as its widget and index; a null widget if it is not on a tab.
 std::pair<QTabWidget*, int> TabOf(QWidget* control) {
   for (QWidget* page = control; page != nullptr; page = page->parentWidget()) {
     QWidget* stack = page->parentWidget();
@@ -35,7 +35,7 @@ QColor MarkColour(const QPalette& palette, bool odd) {
 void MarkControl(QWidget& control, const QWidget& window, bool pending, bool odd) {
   QFont font;
   if (pending) font.setBold(true);
-  // Only what is marked is set: family, size and all other colours go on following the window.
+  // Only what is marked is set: family, size and all other colours keep following the window.
   font.setResolveMask(pending ? QFont::WeightResolved : QFont::NoPropertiesResolved);
   control.setFont(font);
   QPalette palette;
@@ -69,7 +69,7 @@ void MarkTabs(const QWidget& window, const std::vector<std::pair<QWidget*, bool>
   for (const auto& [tab, isPending] : tabs) {
     const auto& [widget, index] = tab;
     QTabBar* bar = widget->tabBar();
-    // An invalid colour is the palette's own.
+    // An invalid colour selects the palette's own.
     const QColor colour = isPending ? MarkColour(window.palette(), false) : QColor();
     if (bar->tabTextColor(index) != colour) bar->setTabTextColor(index, colour);
     const QString tip = isPending ? QStringLiteral("Holds changes that have not been applied") : QString();

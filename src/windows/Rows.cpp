@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kColumns = 3;
 
-/// The first line under what the grid holds already.
+/// The first free line of the grid.
 int NextLine(const QGridLayout& grid) {
   return grid.count() == 0 ? 0 : grid.rowCount();
 }
@@ -46,7 +46,7 @@ PlacedRow PlaceRow(QGridLayout& grid, const Binding& row, int columns) {
     grid.addWidget(placed.control, line, 1);
   }
   placed.label = new QLabel(CaptionOf(row), parent);
-  // "lbl" in place of the control's own prefix.
+  // "lbl" replaces the control's own prefix.
   placed.label->setObjectName("lbl" + NameOf(row.control).mid(3));
   placed.label->setBuddy(placed.control);
   grid.addWidget(placed.label, line, 0);
@@ -58,7 +58,7 @@ void BuildRows(QGridLayout& grid, std::span<const Binding> rows) {
     const PlacedRow placed = PlaceRow(grid, row, kColumns);
     if (placed.label != nullptr) placed.label->setToolTip(PlaceOf(row));
     if (placed.pair == nullptr || *row.code->unit == '\0') continue;
-    // Before the stretch at the pair's end.
+    // Before the stretch at the end of the pair.
     placed.pair->insertWidget(placed.pair->count() - 1,
                               new QLabel(QString::fromUtf8(row.code->unit), grid.parentWidget()));
     placed.pair->insertSpacing(placed.pair->count() - 2, grid.parentWidget()->fontMetrics().averageCharWidth());
@@ -83,7 +83,7 @@ namespace {
 
 QGridLayout& MakeGrid(QWidget* parent) {
   auto* grid = new QGridLayout(parent);
-  // Labels and fields stand in two columns as wide as they need to be; what is left goes to the right of them.
+  // Labels and fields are in two columns of minimum width; the remaining space is to their right.
   grid->setColumnStretch(kColumns - 1, 1);
   grid->setHorizontalSpacing(2 * parent->fontMetrics().averageCharWidth());
   return *grid;

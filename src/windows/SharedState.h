@@ -7,13 +7,13 @@
 #include "link/ChipId.h"
 #include "windows/data/LogFiles.h"
 
-/// What the windows, the master timer and the start share. All of it belongs to the user-interface thread.
+/// State shared by the windows, the master timer and the start. For the user-interface thread only.
 namespace zth::windows {
 
-/// `Shared = {}` is the state of a program that has not started.
+/// `Shared = {}` is the state before the program has started.
 struct SharedState {
-  /// The window is open: set at the end of its load step, cleared in its unload step. The master timer asks these
-  /// before it touches a window.
+  /// True while the window is open: set at the end of its load step, cleared in its unload step. The master timer
+  /// checks these before it uses a window.
   bool RegMapOpen = false;
   bool LimitsOpen = false;
   bool GpioOpen = false;
@@ -23,31 +23,31 @@ struct SharedState {
   bool DynTminOpen = false;
   bool AutoGraphOpen = false;
 
-  /// Period of the graph job.
+  /// The period of the graph job.
   std::int16_t GraphPeriodMs = 50;
 
-  /// The log job: on or off, its period, the samples since it was started, and its file's full path. The count has 64
-  /// bits, so that no log is too long for it.
+  /// The log job: on or off, its period, the number of samples since it was started, and its file's full path. The
+  /// count has 64 bits, so that it never overflows.
   bool LogActive = false;
   std::int32_t LogPeriodMs = 100;
   std::int64_t LogSampleCount = 0;
   QString LogFileName;
   LogFiles log;
 
-  /// A recall writes its registers.
+  /// A recall is writing registers.
   bool RecallRunning = false;
 
-  /// What the last save or recall has come to, and where: told again when its window is opened anew.
+  /// The outcome of the last save or recall and the file's path; shown again when its window is reopened.
   QString LastFileWork;
 
-  /// The user holds a slider of the manual control down.
+  /// The user is holding a slider of the manual control window.
   bool ManualSliderHeld = false;
 
-  /// The dynamic Tmin demo is running; its one forced THERM2 event is spent.
+  /// The dynamic Tmin demo is running; its single forced THERM2 event has happened.
   bool DemoRunning = false;
   bool DemoThermTripped = false;
 
-  /// The chip that the demo has set up. While another one is in use the demo waits.
+  /// The chip that the demo was set up on. The demo pauses while another one is in use.
   link::ChipId DemoChip;
 };
 

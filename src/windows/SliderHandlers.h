@@ -9,11 +9,11 @@ namespace zth::platform {
 class Clock;
 }
 
-/// The handlers of a slider, beside those of the standard controls in Handlers.h.
+/// Connects the handlers of a slider; the standard controls are in Handlers.h.
 namespace zth::windows {
 
-/// The user takes hold of the slider, changes its value, lets go. An empty handler is left out. The slider's pace runs
-/// by `clock`.
+/// The user grabs the slider, changes its value, releases it. Empty handlers are skipped. `clock` drives the slider's
+/// pace timer.
 struct SliderHandlers {
   Handler mouseDown;
   Handler change;

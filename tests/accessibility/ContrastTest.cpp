@@ -1,4 +1,4 @@
-// Every text that shows on a page, against what lies behind it: 4.5 to 1 and more, in a light and in a dark palette.
+// Every visible text against its background: a contrast of at least 4.5 to 1, in a light and in a dark palette.
 #include <unordered_map>
 
 #include <QApplication>
@@ -27,7 +27,7 @@ namespace {
 using widgets::Contrast;
 using widgets::IsDark;
 
-/// What a text stands on: the colour of most of the pixels at its upper and lower edges, beyond letters and underlines.
+/// The background of a text: the colour of most pixels at its upper and lower edges, clear of letters and underlines.
 QColor GroundOf(const QImage& picture, const QRect& place) {
   std::unordered_map<QRgb, int> counts;
   std::pair<QRgb, int> most{0, 0};
@@ -45,7 +45,7 @@ class Contrasts : public Access {
   ~Contrasts() override { QApplication::setPalette(light_); }
 
  protected:
-  /// Puts light, then dark colours on all that is open.
+  /// Sets light, then dark colours on everything that is open.
   void InEachPalette(const std::function<void(const char* palette)>& look) {
     for (const bool dark : {false, true}) {
       QApplication::setPalette(dark ? DarkPalette() : light_);
@@ -55,7 +55,7 @@ class Contrasts : public Access {
   }
 
   void Judge(const QString& text, QColor colour, const QColor& ground, const std::string& where) {
-    QPixmap dot(1, 1);  // where a colour that lets the ground through is mixed with it
+    QPixmap dot(1, 1);  // here a translucent colour is mixed with the background
     dot.fill(ground);
     QPainter(&dot).fillRect(dot.rect(), colour);
     colour = dot.toImage().pixelColor(0, 0);
@@ -72,20 +72,20 @@ class Contrasts : public Access {
   void Look(QWidget& root, const std::string& where) {
     const QImage picture = root.grab().toImage();
     for (QWidget* widget : Shown(root)) {
-      if (!widget->isEnabled()) continue;  // a text that is out of use may be pale
+      if (!widget->isEnabled()) continue;  // a disabled text may be pale
       TextRecorder recorder(*widget);
-      if (auto* gauge = qobject_cast<widgets::LGauge*>(widget)) {  // its face is drawn beforehand
+      if (auto* gauge = qobject_cast<widgets::LGauge*>(widget)) {  // its face is drawn in advance
         QPainter painter(&recorder);
         const widgets::DialMeasures measures(gauge->size());
         widgets::DialPainter(painter, measures, gauge->palette(), gauge->font())
             .Face(gauge->ScaleMin(), gauge->ScaleMax());
       }
-      if (const auto* strip = qobject_cast<widgets::Strip*>(widget)) {  // as are its headings and axes
+      if (const auto* strip = qobject_cast<widgets::Strip*>(widget)) {  // so do its headings and axes
         const widgets::StripColours colours(widget->palette());
         Judge("axes", colours.text, colours.window, where + " " + Told(*widget));
         for (int t = 0; t < strip->TraceCount(); ++t) {
           const QColor line = colours.OfTrace(strip->TraceColour(t));
-          if (line.alpha() < 255) continue;  // a trail fades
+          if (line.alpha() < 255) continue;  // trails fade
           const QColor seam = colours.SeamOf(line);
           JudgeShape(seam.isValid() ? seam : line, colours.paper, where + " trace " + std::to_string(t));
         }
@@ -122,14 +122,13 @@ class Contrasts : public Access {
     }
   }
 
-  /// What a user does to a page: odd entries, changes that are not applied, cursors on charts, the focus on gauges,
-  /// visits.
+  /// What a user does to a page: odd entries, changes without Apply, cursors on charts, the focus on gauges, visits.
   static void Disturb(QWidget& root) {
     for (QWidget* widget : Shown(root)) {
       if (!widget->isEnabled()) continue;
       if (auto* box = qobject_cast<QLineEdit*>(widget)) box->setText("1e9x");
       if (auto* strip = qobject_cast<widgets::Strip*>(widget)) {
-        // Held it has a sign, which may cover labels that move.
+        // A held chart has a sign, which may cover moving labels.
         if (root.objectName() == "frmGraph") QTest::keyClick(strip, Qt::Key_Left);
         for (int i = 0; i < 2; ++i) QTest::keyClick(strip, Qt::Key_Space);
         strip->SetTraceVisible(0, false);
@@ -139,7 +138,7 @@ class Contrasts : public Access {
       if (auto* link = qobject_cast<shell::WebLink*>(widget)) emit link->Click();
     }
     if (dynamic_cast<windows::ConfigWindow*>(&root) != nullptr) ChangeEach(root);
-    // Another chip, so that the window says that it is not of it.
+    // Selects another chip, so that the window says that it was not read from it.
     Desk::Get<QComboBox>(*shell::MainForm, "cmbDevices").setCurrentIndex(1);
     Desk::Settle();
   }
@@ -151,7 +150,7 @@ class Contrasts : public Access {
   const QPalette light_ = QApplication::palette();
 };
 
-TEST_P(Contrasts, EveryTextStandsOutFromItsGround) {
+TEST_P(Contrasts, EveryTextStandsOutFromItsBackground) {
   for (const char* how : {"", " changed"}) {
     EachPage([&](QWidget& root, const std::string& page) {
       desk.Advance(1100);

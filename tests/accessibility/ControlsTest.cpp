@@ -1,4 +1,4 @@
-// What assistive technology may read of our own controls and do to them, and what it is told when they change.
+// What assistive technology can read from our own controls and do to them, and the changes that they report to it.
 #include <QApplication>
 #include <QMenu>
 #include <QTest>
@@ -32,7 +32,7 @@ class AccessControls : public Access {
     heard_.clear();
     return control;
   }
-  /// How often a control has told of that since last asked.
+  /// How often a control has reported that since the last call.
   static long Heard(QObject& control, QAccessible::Event type, int child = -1) {
     const long count = std::ranges::count(heard_, std::tuple{&control, type, child});
     heard_.clear();
@@ -114,7 +114,7 @@ TEST_F(AccessControls, AGaugeIsADialWithItsSliders) {
   EXPECT_FALSE(high.isValid());
 }
 
-TEST_F(AccessControls, AChartTellsItsReadingsOnceASecondAndResets) {
+TEST_F(AccessControls, AChartReportsItsReadingsOnceASecondAndResets) {
   auto& strip = Find<widgets::Strip>("frmGraph", "stpGraph(3)");
   QAccessibleInterface& access = Of(strip);
   desk.Advance(1000);
@@ -136,7 +136,7 @@ TEST_F(AccessControls, AChartTellsItsReadingsOnceASecondAndResets) {
   EXPECT_TRUE(Desk::Get<QMenu>(strip, "mnuStrip").isVisible());
 }
 
-TEST_F(AccessControls, BitsFlipLampsTellAndLinksLead) {
+TEST_F(AccessControls, BitsFlipLampsReportAndLinksOpen) {
   QWidget& bit = Find("frmRegMap", "lblBit(2)");
   Desk::Type(desk.Open("frmRegMap"), "txtReadAddr", "30");
   EXPECT_TRUE(Of(bit).state().checkable && !Of(bit).state().checked);
@@ -157,7 +157,7 @@ TEST_F(AccessControls, BitsFlipLampsTellAndLinksLead) {
     EXPECT_EQ(Heard(lamp, bad ? QAccessible::StateChanged : QAccessible::NameChanged), 1);
   }
 
-  // What is spoken wherever the user is.
+  // The screen reader speaks this wherever the user is.
   QWidget& newest = Find("frmLimits", "lblNewest");
   desk.board.usbChips[0x58][0xC0] = 0x02;
   desk.Advance(600);

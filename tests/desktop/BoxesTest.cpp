@@ -15,12 +15,12 @@ namespace {
 using platform::BoxAnswer;
 using platform::BoxButtons;
 
-/// Another way than a button's to have done with a box.
+/// A way other than a button to dismiss a box.
 enum class Leave { Escape, ByCloseButton, WithItsWindow, WithTheProgram };
 
 using Act = std::function<void(QWidget& box)>;
 
-/// What the box gives when it is answered like this.
+/// The result of the box when it is answered like this.
 template <typename Ask>
 auto Answered(const Ask& ask, const Act& act) {
   const ModalHand hand(act);
@@ -47,7 +47,7 @@ Act Press(int choice) {
   };
 }
 
-/// Each button beside OK gives its answer; the one that copies gives none, and the box goes on standing.
+/// Each extra button gives its answer. The copy button gives none and leaves the box open.
 void ExpectEachOffer(const platform::BoxQuestion& question) {
   const auto ask = [&question] { return platform::DesktopPrompts().Ask(question); };
   const auto click = [](QWidget& box, const char* button) { box.findChild<QPushButton*>(button)->click(); };
@@ -95,7 +95,7 @@ TEST(Boxes, EachIsAnsweredByEachButtonAndByNone) {
   }
 }
 
-/// A window's own box: what brings it, and what is left behind it.
+/// A window's own box: what brings it up, and what remains afterwards.
 struct OwnBox {
   const char* window;
   void (*bring)(windows::ChildWindow& window);
@@ -144,7 +144,7 @@ void ExpectLeft(const OwnBox& own, Leave leave) {
   real.ExpectAlive();
 }
 
-TEST(Boxes, MayLoseTheirWindowOrTheProgramBeneathThem) {
+TEST(Boxes, SurviveTheEndOfTheirWindowOrOfTheProgram) {
   for (const OwnBox& own : kOwnBoxes) {
     for (const Leave leave : {Leave::Escape, Leave::ByCloseButton, Leave::WithItsWindow, Leave::WithTheProgram}) {
       ExpectLeft(own, leave);
@@ -152,7 +152,7 @@ TEST(Boxes, MayLoseTheirWindowOrTheProgramBeneathThem) {
   }
 }
 
-TEST(Boxes, OfAFailedLinkEndTheProgramAlsoOverADialogAndTheHeatersMayGoOn) {
+TEST(Boxes, OfAFailedLinkEndTheProgramEvenOverADialogAndThatOfTheHeatersMayContinue) {
   for (const bool overADialog : {false, true}) {
     RealDesktop real;
     real.Start();
@@ -185,7 +185,7 @@ TEST(Boxes, OfAFailedLinkEndTheProgramAlsoOverADialogAndTheHeatersMayGoOn) {
   real.ExpectAlive();
 }
 
-TEST(Boxes, OverADialogKeepItsWindowUntilItsHandlerIsThrough) {
+TEST(Boxes, OverADialogKeepItsWindowUntilItsHandlerReturns) {
   RealDesktop real;
   real.Start();
   const QPointer window = real.Open("frmLogging");
@@ -196,7 +196,7 @@ TEST(Boxes, OverADialogKeepItsWindowUntilItsHandlerIsThrough) {
       return;
     }
     RealDesktop::CloseFrame(*window);
-    // The box lets its event loop run on.
+    // The box lets its event loop keep running.
     QTimer::singleShot(20, &modal, [&modal] { QTest::keyClick(&modal, Qt::Key_Escape); });
   });
   real.Do([&] { QTest::mouseClick(&Desk::Get<QPushButton>(*window, "cmdLogData"), Qt::LeftButton); });

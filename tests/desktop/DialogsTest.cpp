@@ -16,14 +16,14 @@
 namespace zth::testing {
 namespace {
 
-/// What happens while a file dialog stands.
+/// What happens while a file dialog is open.
 enum class While { Accepted, Cancelled, Escape, WindowCloses, ProgramCloses, OverwriteBoxAndWindowCloses };
 
-/// A file dialog of the program: its window and how a user comes to it.
+/// A file dialog of the program: its window and how a user opens it.
 struct Asker {
   std::string window;
   std::string control;  ///< a button, or an entry of the menu of a chart as "stpGraph(3)/mnuSavePng"
-  const char* file;     ///< the name to choose
+  const char* file;     ///< the file name to choose
 };
 
 std::ostream& operator<<(std::ostream& out, const Asker& asker) {
@@ -42,7 +42,7 @@ std::vector<Asker> EveryAsker() {
   return all;
 }
 
-/// Picks an entry of the open menu as the keyboard does.
+/// Selects an entry of the open menu by keyboard.
 void PickByKey(QMenu& menu, const QString& name) {
   QAction* action = menu.findChild<QAction*>(name);
   ASSERT_NE(action, nullptr) << name.toStdString();
@@ -93,7 +93,7 @@ TEST_P(FileDialogs, AreAnsweredCancelledAndLoseTheirWindow) {
     });
     real.Do([&] { Bring(*window, asker); });
     EXPECT_EQ(dialogs, 1);
-    // A log goes on with a file that exists, and a recall opens one, without a box to close the window beneath.
+    // A log extends an existing file, and a recall opens one, so there is no box during which to close the window.
     const bool accepted = what == Accepted || (what == OverwriteBoxAndWindowCloses && hand.Seen() == 1);
     if (!exists) {
       EXPECT_EQ(QFile::exists(real.Path(asker.file)), accepted);
@@ -111,7 +111,7 @@ TEST_P(FileDialogs, AreAnsweredCancelledAndLoseTheirWindow) {
 INSTANTIATE_TEST_SUITE_P(All, FileDialogs, ::testing::ValuesIn(EveryAsker()),
                          [](const auto& row) { return row.param.window + std::to_string(row.index); });
 
-TEST(Charts, GoBeneathTheirMenuAndTheirDialogAndTellOfAFullDisk) {
+TEST(Charts, MayCloseUnderTheirMenuOrDialogAndReportAFullDisk) {
   for (const bool dialog : {false, true}) {
     RealDesktop real;
     real.Start();
@@ -127,7 +127,7 @@ TEST(Charts, GoBeneathTheirMenuAndTheirDialogAndTellOfAFullDisk) {
     EXPECT_EQ(chart, nullptr);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
   }
-  // Only the seam for files writes: what it refuses is not in the folder, and not reported as saved.
+  // Only the seam for files writes: a file that it rejects is not in the folder, and not reported as saved.
   RealDesktop real;
   FailingFiles files;
   files.space = 1;
@@ -139,7 +139,7 @@ TEST(Charts, GoBeneathTheirMenuAndTheirDialogAndTellOfAFullDisk) {
   }
 }
 
-TEST(FileDialogs, BeginWhereTheLastOneEndedWhenTheProgramsFolderCannotBeWritten) {
+TEST(FileDialogs, StartInTheFolderUsedLastIfTheProgramsFolderIsNotWritable) {
   RealDesktop real;
   const QTemporaryDir bench;
   ASSERT_TRUE(real.files.Replace(bench.filePath("monday.sav"), "{\n}"));
@@ -161,7 +161,7 @@ TEST(FileDialogs, BeginWhereTheLastOneEndedWhenTheProgramsFolderCannotBeWritten)
   for (std::size_t i = 1; i < begun.size(); ++i) EXPECT_EQ(begun[i], bench.path().toStdString()) << EveryAsker()[i - 1];
 }
 
-TEST(Start, DoesNotHangOnAPipeInThePlaceOfTheSettings) {
+TEST(Start, DoesNotHangOnAPipeInPlaceOfTheSettings) {
   RealDesktop real;
   const QString file = real.home.filePath("settings.conf");
   ASSERT_TRUE(QFile::remove(file));

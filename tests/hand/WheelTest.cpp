@@ -1,5 +1,5 @@
-// A wheel over a control scrolls what is behind it. It changes nothing by passing, and a list whose selection goes to
-// the chip at once not even with the focus.
+// The wheel over a control scrolls what is behind it and changes nothing. A list that writes its selection at once
+// ignores the wheel even with the focus.
 #include <QAbstractScrollArea>
 #include <QLayout>
 #include <QMdiArea>
@@ -14,7 +14,7 @@
 namespace zth::testing {
 namespace {
 
-/// Windows whose lists hold what nothing outside of the window knows of before a button is pressed.
+/// Windows whose lists have no effect outside the window until a button is pressed.
 const std::set<std::string> kPatient{"frmEDO",       "frmFanConfig", "frmGenConfig", "frmGraph",
                                      "frmPinConfig", "frmTherm",     "frmVoltConfig"};
 
@@ -27,7 +27,7 @@ class Wheel : public Hand {
     away_->show();
   }
 
-  /// One notch as the window system sends it: Qt gives the focus and goes on to the parents as it does for a user.
+  /// One notch as the window system sends it: Qt sets the focus and passes it on to the parents as it does for a user.
   static void Notch(QWidget& control, const QPoint& by) {
     const QPointF at = control.rect().center();
     QWheelEvent event(at, control.mapToGlobal(at), {}, by, Qt::NoButton, {}, Qt::NoScrollPhase, false);
@@ -35,7 +35,7 @@ class Wheel : public Hand {
     qApp->notify(&control, &event);
   }
 
-  /// What a notch may do that it must not, over each control of what shows of `root`.
+  /// The forbidden effects of a notch over each visible control below `root`.
   std::vector<std::string> Complaints(QWidget& root) {
     std::vector<std::string> complaints;
     for (QWidget* control : Shown(root)) {
@@ -75,7 +75,7 @@ class Wheel : public Hand {
     return faults;
   }
 
-  /// Scrolls or zooms by itself where the pointer is.
+  /// Scrolls or zooms under the pointer without the focus.
   static bool Scrolls(QWidget& control) {
     for (QWidget* at = &control; at != nullptr; at = at->parentWidget()) {
       if (qobject_cast<QMdiArea*>(at) != nullptr) return false;
@@ -92,7 +92,7 @@ TEST_P(Wheel, PassesOverEveryControlAndScrollsTheDesktop) {
               [&](const std::string& page) { EXPECT_EQ(Complaints(window), std::vector<std::string>{}) << page; });
 }
 
-TEST_P(Wheel, SendsNothingFromTheControlThatHasTheFocusAsTheWindowOpens) {
+TEST_P(Wheel, SendsNothingFromTheControlThatHasTheFocusWhenTheWindowOpens) {
   windows::ChildWindow& window = Open(GetParam());
   QWidget* first = QApplication::focusWidget();
   if (first == nullptr || !window.isAncestorOf(first)) return;
@@ -104,13 +104,13 @@ INSTANTIATE_TEST_SUITE_P(Windows, Wheel, ::testing::ValuesIn(EveryWindow()), Win
 
 class WheelAnywhere : public Wheel {};
 
-TEST_F(WheelAnywhere, LeavesTheDeviceAsItIs) {
+TEST_F(WheelAnywhere, DoesNotChangeTheDevice) {
   desk.Main().resize(1200, 600);
   ASSERT_GT(Desk::Get<QComboBox>(desk.Main(), "cmbDevices").count(), 1);
   EXPECT_EQ(Complaints(desk.Main()), std::vector<std::string>{});
 }
 
-TEST_F(WheelAnywhere, IsMissedByNoControlThatIsAddedWithoutALimit) {
+TEST_F(WheelAnywhere, TheCheckFindsEveryControlThatIsAddedWithoutALimit) {
   windows::ChildWindow& window = Open("frmGPIO");
   auto* bare = new QComboBox;
   auto* eager = new QComboBox;

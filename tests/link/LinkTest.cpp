@@ -13,7 +13,7 @@ namespace {
 
 using namespace zth::link;
 
-/// The link alone: libraries loaded, one link chosen, no start of the program.
+/// The link alone: libraries loaded, one link selected, the program not started.
 class Link : public ::testing::Test {
  protected:
   Link() {
@@ -26,7 +26,7 @@ class Link : public ::testing::Test {
 
   static void OnUsb() { Bus.InterfaceMode = kModeUsb, Bus.DeviceAddress = 0x58; }
   static void OnSmbus() { Bus.InterfaceMode = kModeSmbus, Bus.DeviceAddress = 0x2C; }
-  /// Runs `check` on the one link and then on the other.
+  /// Runs `check` on one link and then on the other.
   template <typename Check>
   void OnEach(Check check) {
     for (const bool usb : {true, false}) usb ? OnUsb() : OnSmbus(), check();
@@ -56,7 +56,7 @@ TEST_F(Link, EachUsbOperationIsOneRequestOfTheAdapter) {
                                          "usb P 4A", "usb P 48=FF", "usb D 4A=3C", "usb C 30:33"}));
 }
 
-TEST_F(Link, SmbusHasByteTransfersAlone) {
+TEST_F(Link, SmbusHasOnlyByteTransfers) {
   OnSmbus();
   Bus.ReadBuffer.fill(0x77);
   std::int32_t percent = 150;
@@ -74,7 +74,7 @@ TEST_F(Link, SmbusHasByteTransfersAlone) {
             (Traffic{"smb R 2C:3E", "smb R 2C:10", "smb R 2C:11", "smb R 2C:12", "smb W 2C:30=90"}));
 }
 
-TEST_F(Link, WithoutALinkNothingMoves) {
+TEST_F(Link, WithoutALinkNothingIsTransferred) {
   for (const std::int16_t mode : std::array<std::int16_t, 3>{0, 3, -1}) {
     Bus.InterfaceMode = mode;
     EXPECT_EQ(ReadRegister(0x58, 0x3E), 0);
@@ -106,7 +106,7 @@ TEST_F(Link, ValuesAreLimitedToAByteForTheCallerToo) {
   EXPECT_TRUE(desk.board.traffic.empty());
 }
 
-TEST_F(Link, ARegisterOutsideAByteIsNoTransfer) {
+TEST_F(Link, ARegisterAddressAboveAByteCausesNoTransfer) {
   int hooks = 0;
   OnRegisterWrite(0x121, [&] { ++hooks; });
   OnEach([] {
@@ -150,7 +150,7 @@ TEST_F(Link, TheNameThatAForeignLibraryGivesIsOneLineOfBoundedLength) {
   EXPECT_EQ(BoardName(), "");
 }
 
-TEST_F(Link, TheHeaterQuestionShutsTheLinkAndNoLetsTheProgramGoOn) {
+TEST_F(Link, TheHeaterQuestionClosesTheLinkAndNoLetsTheProgramContinue) {
   desk.board.failMatching = "usb H";
   desk.prompts.script = {platform::BoxAnswer::No};
   std::int32_t percent = 20;
@@ -183,7 +183,7 @@ TEST_F(Link, EveryCodeHasItsBoxAndHigherOnesEndSilently) {
     EXPECT_EQ(fresh.process.ends, std::vector{1});
     EXPECT_EQ(closings, 1);
     OnUsb();
-    // A handler that were to run on beneath the end reaches nothing: it ends, too.
+    // A handler that still ran below the end would reach no transport: it ends, too.
     EXPECT_THROW(ReadRegister(0x58, 0x3E), platform::ProcessEnded);
     EXPECT_THROW(WriteRegisterValue(0x58, 0x30, 1), platform::ProcessEnded);
     EXPECT_TRUE(fresh.board.traffic.empty());

@@ -42,12 +42,11 @@ TEST(IniSettings, LastOverRunsAndCanBeEditedByHand) {
   EXPECT_EQ(IniSettings(file).Get("Other", ""), "kept, too");
 }
 
-/// Puts something else in the place of a settings file; the file and its folder are the test's.
+/// Puts something else in place of a settings file. The file and its folder belong to the test.
 using Spoil = void (*)(const QString& file);
 
-TEST(IniSettings, LeaveAloneWhatIsNoFileOfTheirs) {
-  // Not as root, whom no permission keeps out. The store asks for the effective user, a look at a file for the real
-  // one.
+TEST(IniSettings, TouchOnlyTheirOwnFile) {
+  // Not as root, because permissions do not stop root. The store checks the effective user, a file check the real one.
   const bool root = geteuid() == 0;
   const std::pair<const char*, Spoil> rows[]{
       {"a pipe", [](const QString& file) { ASSERT_EQ(mkfifo(QFile::encodeName(file).constData(), 0666), 0); }},
@@ -92,20 +91,20 @@ TEST(IniSettings, LeaveAloneWhatIsNoFileOfTheirs) {
   }
 }
 
-TEST(IniSettings, StandInTheUsersConfigurationFolderUnderTheProgramsTitle) {
+TEST(IniSettings, AreInTheUsersConfigurationFolderUnderTheProgramsTitle) {
   const QFileInfo file(IniSettings::UserFile());
   EXPECT_EQ(file.completeBaseName(), "ZTH4718 Evaluation Software");
   EXPECT_FALSE(file.path().isEmpty());
 }
 
-TEST(FileDialogs, FiltersAreTakenInTheirOwnForm) {
+TEST(FileDialogs, FiltersAreAcceptedInTheirOwnForm) {
   EXPECT_EQ(QtFilter("Log Files (*.csv)|*.csv"), "Log Files (*.csv)");
   EXPECT_EQ(QtFilter("A (*.a)|*.a;*.b|All|*.*"), "A (*.a *.b);;All (*.*)");
   EXPECT_EQ(FilterExtension("Text Files (*.sav)|*.sav"), "sav");
   EXPECT_EQ(FilterExtension("All (*.*)|*.*"), "");
 }
 
-/// Runs `act` on the modal dialog as soon as it stands.
+/// Runs `act` on the modal dialog as soon as it is open.
 template <typename Dialog, typename Act>
 void OnceShown(Act act) {
   QTimer::singleShot(0, qApp, [act] {
@@ -115,7 +114,7 @@ void OnceShown(Act act) {
   });
 }
 
-TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
+TEST(Prompts, ShowTextsUnchangedAndReturnTheAnswer) {
   using Box = QMessageBox;
   const std::tuple<BoxIcon, BoxButtons, Box::Icon, Box::StandardButton, BoxAnswer> rows[]{
       {BoxIcon::None, BoxButtons::YesNo, Box::NoIcon, Box::Yes, BoxAnswer::Yes},
@@ -133,7 +132,7 @@ TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
   }
 }
 
-TEST(Prompts, ChoicesStandInTheirOrderAndEnterIsAsSafeAsEscape) {
+TEST(Prompts, ChoicesAreInOrderAndEnterIsAsSafeAsEscape) {
   using Box = QMessageBox;
   const std::pair<std::function<void(Box&)>, int> rows[]{
       {[](Box& box) { box.findChild<QAbstractButton*>("choice(0)")->click(); }, 0},
@@ -156,7 +155,7 @@ TEST(Prompts, ChoicesStandInTheirOrderAndEnterIsAsSafeAsEscape) {
   }
 }
 
-TEST(FileDialogs, GiveAFileWithoutAnEndingThatOfTheFilter) {
+TEST(FileDialogs, AddTheFiltersEndingToAFileWithoutOne) {
   const QTemporaryDir folder;
   IniSettings settings(folder.filePath("settings.conf"));
   DesktopFileDialogs dialogs(settings);
@@ -171,7 +170,7 @@ TEST(FileDialogs, GiveAFileWithoutAnEndingThatOfTheFilter) {
   EXPECT_EQ(dialogs.Ask(question, nullptr), QDir(folder.path()).filePath("monday.csv"));
 }
 
-TEST(FileDialogs, BeginInAFolderThatCanBeWritten) {
+TEST(FileDialogs, StartInAWritableFolder) {
   const bool root = geteuid() == 0;
   const QTemporaryDir home;
   ASSERT_TRUE(QFile::setPermissions(home.path(), QFile::Permissions(0x7777)));
@@ -221,7 +220,7 @@ TEST(Files, ReplaceOnlyFiles) {
   EXPECT_FALSE(DesktopFiles().Replace(pipe, "x"));
 }
 
-TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
+TEST(Libraries, AMissingOneIsReportedAsNotFoundAndABrokenOneIsNot) {
   const QTemporaryDir folder;
   DesktopLibraries libraries(folder.path());
   EXPECT_TRUE(libraries.Load("zth-no-such-library").error.contains("File not found"));
@@ -256,8 +255,8 @@ TEST(Libraries, OfABoardThatIsTakenAnswerInPlaceOfThoseBesideTheProgram) {
   EXPECT_FALSE(libraries.HasBoard("simulated")) << "it has been taken";
 }
 
-// Run again as a copy in a folder whose name no QString holds.
-TEST(ProgramFolder, IsKnownByItsBytesWhateverTheyAre) {
+// Runs again as a copy in a folder whose name a QString cannot hold.
+TEST(ProgramFolder, IsIdentifiedByItsBytesWhateverTheyAre) {
   if (const char* expected = std::getenv("ZTH_TEST_FOLDER")) {
     EXPECT_EQ(ProgramFolderBytes(), QByteArray(expected));
     return;
@@ -276,7 +275,7 @@ TEST(ProgramFolder, IsKnownByItsBytesWhateverTheyAre) {
 }
 #endif
 
-TEST(Libraries, AreNotLookedForInTheWorkingFolderWhenTheProgramsOwnIsUnknown) {
+TEST(Libraries, AreNotSearchedInTheWorkingFolderWhenTheProgramsOwnIsUnknown) {
   const QTemporaryDir folder;
   const QString before = QDir::currentPath();
   QFile broken(folder.filePath("libzth-stray.so"));
@@ -287,7 +286,7 @@ TEST(Libraries, AreNotLookedForInTheWorkingFolderWhenTheProgramsOwnIsUnknown) {
   EXPECT_TRUE(error.contains("File not found")) << error.toStdString();
 }
 
-TEST(Files, ATextGoesOnlyIntoTheFileThatWasSeen) {
+TEST(Files, ATextIsWrittenOnlyToTheFileThatWasChecked) {
   const QTemporaryDir folder;
   const QString path = folder.filePath("a");
   DesktopFiles files;

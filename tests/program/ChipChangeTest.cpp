@@ -1,4 +1,5 @@
-// Another chip in the device list, with windows open: what they say, what they send, and how they are read again.
+// Selecting another chip in the device list with windows open: what they show, what they send, and how they are read
+// again.
 #include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
@@ -23,19 +24,19 @@ Traffic AtOther(Traffic traffic) {
   return traffic;
 }
 
-/// A list that is made anew and selects anew reads twice; which one does at its opening alone is not at issue.
+/// A list that is refilled and selects again reads twice; a list that does so only when it opens does not matter here.
 Traffic Once(Traffic traffic) {
   traffic.erase(std::unique(traffic.begin(), traffic.end()), traffic.end());
   return traffic;
 }
 
-/// A chip at 58h, which is in use, and one at 5Ah on USB, and one at 2Ch on SMBus; a window open on the first.
+/// A chip at 58h on USB, which is in use, one at 5Ah on USB, and one at 2Ch on SMBus; a window open on the first.
 class ChipChange : public ::testing::TestWithParam<std::string> {
  protected:
   enum Device { kFirst, kOther, kOnHost };
 
   ChipChange() {
-    // No mask is set, so that opening frmLimits writes none back.
+    // No mask is set, so opening frmLimits writes none back.
     Put(desk.board.AddUsbChip(0x5A), "21=E0 3F=04 30..36=00");
     Put(desk.board.usbChips[0x58], "30..36=00");
     desk.Start();
@@ -60,7 +61,7 @@ class ChipChange : public ::testing::TestWithParam<std::string> {
     QTest::keyClick(&desk.Main(), Qt::Key_F5);
     return Once(desk.board.TakeTraffic());
   }
-  /// What stands behind the caption. The bar says the same.
+  /// The text after the caption. The bar says the same.
   std::string Note() const {
     const std::string note = window->windowTitle().toStdString().substr(title.size());
     EXPECT_EQ(Desk::Get<QWidget>(*window, "fraOrigin").isHidden(), note.empty());
@@ -73,7 +74,7 @@ class ChipChange : public ::testing::TestWithParam<std::string> {
   bool ShowsModelOnly() const {
     return GetParam() == "frmGraph" || GetParam() == "frmLogging" || GetParam() == "frmManualControl";
   }
-  /// What goes before the window's own reads when the program's model is another chip's.
+  /// The transfers before the window's own reads when the program's model belongs to another chip.
   static Traffic Model() { return GetParam() == "frmRegMap" ? Traffic{} : T("R21 R22 R23 R24 R3F B10+4"); }
   std::string NoteFrom(const std::string& chip) const {
     return ReadsChip() ? " (read from " + chip + ")" : ShowsModelOnly() ? " (in part read from " + chip + ")" : "";
@@ -85,7 +86,7 @@ class ChipChange : public ::testing::TestWithParam<std::string> {
   std::string title;
 };
 
-TEST_P(ChipChange, ShowsInTitleAndBarUntilTheChipIsBackOrIsRead) {
+TEST_P(ChipChange, IsShownInTitleAndBarUntilTheChipIsSelectedAgainOrRead) {
   EXPECT_EQ(Note(), "");
   const QSize before = window->size();
   Use(kOther);
@@ -112,7 +113,7 @@ TEST_P(ChipChange, ShowsInTitleAndBarUntilTheChipIsBackOrIsRead) {
   EXPECT_EQ(Note(), "");
 }
 
-TEST_P(ChipChange, F5ReadsTheWindowAsItsOpeningDoesAndWritesNothing) {
+TEST_P(ChipChange, F5ReadsTheWindowAsWhenItOpensAndWritesNothing) {
   Put(desk.board.Chip(), "01..0F=A5 16..7F=A5");
   desk.board.heaterState = {40, 60, 0};
   const Traffic expected = ReadsChip() || ReadsBoard() ? load : Traffic{};
@@ -120,7 +121,7 @@ TEST_P(ChipChange, F5ReadsTheWindowAsItsOpeningDoesAndWritesNothing) {
   EXPECT_EQ(PressF5(), expected);
   EXPECT_EQ(desk.board.Chip(), before);
   EXPECT_EQ(Note(), "");
-  // As shows at an opening.
+  // As the windows show when they open.
   const auto held = [&] {
     std::string all;
     for (auto* box : window->findChildren<QAbstractButton*>()) all += box->isChecked() ? '1' : '0';
@@ -134,7 +135,7 @@ TEST_P(ChipChange, F5ReadsTheWindowAsItsOpeningDoesAndWritesNothing) {
   EXPECT_EQ(again, held());
 }
 
-TEST_P(ChipChange, AWindowOpenedOnAnotherChipSaysWhatIsKnownOfTheFirstAlone) {
+TEST_P(ChipChange, AWindowOpenedOnAnotherChipSaysWhatIsKnownOnlyOfTheFirst) {
   window->Unload();
   Desk::Settle();
   Use(kOther);
@@ -157,7 +158,7 @@ class TwoChips : public ChipChange {};
 
 INSTANTIATE_TEST_SUITE_P(Config, TwoChips, ::testing::Values("frmGenConfig", "frmPinConfig", "frmSwitches"), WindowOf);
 
-TEST_P(TwoChips, WhatWaitsForApplyIsAskedAbout) {
+TEST_P(TwoChips, AskAboutChangesThatWaitForApply) {
   const char* change = GetParam() == "frmGenConfig"   ? "chkShutDown"
                        : GetParam() == "frmPinConfig" ? "cmbPin25"
                                                       : "chkSwitch(3)";
@@ -203,7 +204,7 @@ struct Chips : ::testing::Test {
   Desk desk;
 };
 
-TEST_F(Chips, LiveWindowsReadAgainWithTheirTabsAndListsAsTheyWere) {
+TEST_F(Chips, LiveWindowsKeepTheirTabsAndListsWhenReadAgain) {
   auto& curve = desk.Open("frmAutoGraph");
   Do(curve, "tbPWM=2; tbTemp=3");
   PressF5();
@@ -227,7 +228,7 @@ TEST_F(Chips, LiveWindowsReadAgainWithTheirTabsAndListsAsTheyWere) {
   EXPECT_EQ(Held(log, "chkLog(2) txtLogInt"), "1|450");
 }
 
-TEST_F(Chips, NeitherChangesNorIsReadAgainWhileThePointerHoldsSomething) {
+TEST_F(Chips, AreNeitherChangedNorReadAgainDuringADrag) {
   auto& gauge = Desk::Get<QWidget>(desk.Open("frmLimits"), "ggeTemp");
   auto& devices = Desk::Get<QWidget>(desk.Main(), "cmbDevices");
   QTest::mousePress(&gauge, Qt::LeftButton);
@@ -240,7 +241,7 @@ TEST_F(Chips, NeitherChangesNorIsReadAgainWhileThePointerHoldsSomething) {
   EXPECT_TRUE(devices.hasFocus());
 }
 
-TEST_F(Chips, WhatAWriteRenewsOfTheModelIsOfTheNewChipFromThenOn) {
+TEST_F(Chips, WhatAWriteUpdatesInTheModelBelongsToTheNewChip) {
   desk.Open("frmGPIO");
   desk.Open("frmLimits");
   auto& pins = desk.Open("frmPinConfig");

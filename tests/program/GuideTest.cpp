@@ -8,8 +8,8 @@
 namespace zth::testing {
 namespace {
 
-/// What a new user sees: the guide's first ten minutes, by the keys and with the figures that it tells.
-TEST(Guide, FirstTenMinutesByKeyboardGiveTheFiguresThatItTells) {
+/// What a new user sees: the guide's first ten minutes, with its keys and its figures.
+TEST(Guide, FirstTenMinutesByKeyboardGiveItsFigures) {
   SimulatedDesk board;
   Desk& desk = board.desk;
   desk.settings.values.erase("OpenEasySetup");

@@ -1,4 +1,4 @@
-// Windows that come back at the start, Tile, and the size that charts open with.
+// Restoring windows at the start, Tile, and the size that charts open with.
 #include <QAction>
 #include <QApplication>
 #include <QMdiArea>
@@ -25,7 +25,7 @@ QAction& Entry(Desk& desk, const char* text) {
   throw std::runtime_error(text);
 }
 
-/// Each window with its place, in the order of opening; the one in use with a star.
+/// Each window with its place, in the order of opening; the active one is marked with a star.
 std::string Standing(Desk& desk) {
   QStringList told;
   for (const QMdiSubWindow* frame : Area(desk).subWindowList()) {
@@ -46,7 +46,7 @@ void Size(Desk& desk, const QSize& size) {
 
 using Kept = std::map<QString, QString>;
 
-/// What a user leaves behind who wants windows back: charts zoomed, a window moved, one maximised.
+/// What a user who wants windows restored leaves behind: zoomed charts, a moved window, a maximised one.
 Kept KeptByAUser(bool wanted = true) {
   Desk desk;
   desk.Start();
@@ -68,7 +68,7 @@ Kept KeptByAUser(bool wanted = true) {
   return desk.settings.values;
 }
 
-/// A start with those settings: what it sends.
+/// The transfers of a start with those settings.
 Traffic Restore(Desk& desk, const Kept& kept) {
   desk.settings.values = kept;
   desk.settings.values["MainWidth"] = "20490";

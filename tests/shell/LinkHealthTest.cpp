@@ -25,7 +25,7 @@ std::function<bool(const std::string&)> ReadsOf(int first, int last) {
 
 int alerts = 0;
 
-/// The program on SMBus, with a library that tells of failures.
+/// The program on SMBus, with a library that reports failures.
 class LinkHealth : public ::testing::Test {
  protected:
   LinkHealth() {
@@ -160,11 +160,12 @@ TEST_F(LinkHealth, ThreeStaleGroupsInARowRaiseANoticeUntilAllAreWell) {
   QAccessible::installUpdateHandler([](QAccessibleEvent* event) { alerts += event->type() == QAccessible::Alert; });
   const std::string notice = "Readings of 2Ch on SMBus fail: what is grey or has an age is old";
   const std::function<bool(const std::string&)> everything = ReadsOf(0, 0xFF);
-  // What fails, for how long, on which chip of the list; what is said then, and how often it has been spoken.
+  // Which reads fail, for how long, on which chip of the list; then the message, and how often it has been spoken.
   const std::tuple<std::function<bool(const std::string&)>, int, int, std::string, int> steps[]{
-      {ReadsOf(0x88, 0xA9), 3000, 0, "", 0},  // temperatures, tachs and voltages, but duties between them
+      {ReadsOf(0x88, 0xA9), 3000, 0, "",
+       0},  // temperatures, tachs and voltages fail, but the duties between them do not
       {everything, 500, 0, notice, 1},
-      {ReadsOf(0x88, 0x88), 3000, 0, notice, 1},  // five groups are well, one is not
+      {ReadsOf(0x88, 0x88), 3000, 0, notice, 1},  // five groups are read well, one is not
       {everything, 1000, 0, notice, 1},
       {everything, 50, 1, "", 1},  // another chip, which has not failed
       {everything, 2000, 1, "", 1},
@@ -205,7 +206,7 @@ TEST_F(LinkHealth, ThePanelTellsTheRateAndTheFailuresWithoutATransfer) {
   EXPECT_EQ(Panel(), "0 transfers/s, failures not known");
 }
 
-/// What a program logs while something is wrong, and its transfers.
+/// The log of a session with that trouble, and its transfers.
 std::pair<std::string, Traffic> Session(bool hasEntry, const std::function<void(FakeBoard&)>& trouble) {
   QTemporaryDir folder;
   Desk desk(Desk::Buses::Smbus);

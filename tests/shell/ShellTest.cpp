@@ -40,7 +40,7 @@ TEST(Jobs, ADueJobRunsInOrderAndItsPeriodCountsFromItsEnd) {
   EXPECT_EQ(ran, "asaga");
 }
 
-TEST(Polling, TakesTheGroupsInTheirOrder) {
+TEST(Polling, ReadsTheGroupsInOrder) {
   Desk desk(Desk::Buses::Usb);
   desk.Start();
   desk.Advance(1000);
@@ -52,7 +52,7 @@ struct MainWindow : ::testing::Test {
   Desk desk;
 };
 
-TEST_F(MainWindow, EveryCommandHasAnIconOrAShortcutOfItsOwn) {
+TEST_F(MainWindow, EveryCommandHasItsOwnIconOrShortcut) {
   EXPECT_TRUE(desk.Main().isMaximized());
   std::set<QString> shortcuts;
   for (const shell::MenuEntry& row : shell::kMenuEntries) {
@@ -80,7 +80,7 @@ TEST_F(MainWindow, AnEntryOpensItsWindowOnceAndBringsItBack) {
   EXPECT_TRUE(area.subWindowList().isEmpty());
 }
 
-TEST_F(MainWindow, TheDeviceListIsThereAtEveryWidthAndF2LeadsToIt) {
+TEST_F(MainWindow, TheDeviceListIsVisibleAtEveryWidthAndF2GoesToIt) {
   auto& main = desk.Main();
   auto& devices = Desk::Get<QWidget>(main, "cmbDevices");
   main.showNormal();
@@ -98,7 +98,7 @@ TEST_F(MainWindow, TheDeviceListIsThereAtEveryWidthAndF2LeadsToIt) {
   }
 }
 
-/// A desktop of child windows in a main window of a size.
+/// A desktop of child windows in a main window of a given size.
 struct MdiWindows : MainWindow {
   MdiWindows() {
     desk.Main().showNormal();
@@ -114,7 +114,7 @@ struct MdiWindows : MainWindow {
   QMdiArea& area = *desk.Main().findChild<QMdiArea*>();
 };
 
-TEST_F(MdiWindows, AWindowOpensInSightAndNeverMaximisedWithAnother) {
+TEST_F(MdiWindows, AWindowOpensInViewAndNeverMaximisedWithAnother) {
   const QRect room = area.viewport()->rect();
   auto& first = Frame("frmGenConfig");
   EXPECT_TRUE(room.contains(first.geometry()));
@@ -130,7 +130,7 @@ TEST_F(MdiWindows, AWindowOpensInSightAndNeverMaximisedWithAnother) {
   EXPECT_EQ(Frame("frmFanConfig").pos(), QPoint(0, 0)) << "larger than the desk";
 }
 
-TEST_F(MdiWindows, OpeningScrollsNothingAwayAndAnEmptyDeskHasNoBars) {
+TEST_F(MdiWindows, OpeningScrollsNothingOutOfViewAndAnEmptyDesktopHasNoBars) {
   desk.Main().showNormal();
   desk.Main().resize(440, 430);
   for (const char* name : {"frmLimits", "frmAutoGraph", "frmGPIO"}) {
@@ -183,7 +183,7 @@ TEST(Placement, ClosingItStoresThePlacementAndExitDoesNot) {
                window.close();
              },
              "1500 750 9600 7200",
-             {}},  // the event loop is left in order
+             {}},  // the event loop exits in an orderly way
         Case{[](shell::frmMain& window) { window.showMinimized(), window.close(); }, "   ", {}},
         Case{[](shell::frmMain& window) { window.findChild<QAction*>("mnuExit")->trigger(); }, "   ", {0}}}) {
     Desk desk;
@@ -227,19 +227,19 @@ TEST(Placement, AMaximisedWindowGoesBackToWhatItWasBefore) {
   }
 }
 
-TEST(Placement, APlacementComesBackOntoAScreen) {
+TEST(Placement, APlacementIsMovedBackOntoAScreen) {
   const QList<QRect> screens{QRect(0, 0, 1366, 768), QRect(1366, 0, 1920, 1080)};
   for (const auto& [stored, shown] : {std::pair{QRect(67, 67, 433, 433), QRect(67, 67, 433, 433)},
                                       {QRect(2000, 300, 800, 600), QRect(2000, 300, 800, 600)},
                                       {QRect(5000, 300, 800, 600), QRect(566, 168, 800, 600)},
                                       {QRect(-3000, -3000, 5000, 5000), QRect(0, 0, 1366, 768)},
-                                      {QRect(100, -20, 800, 600), QRect(100, 0, 800, 600)},  // no title to hold it by
+                                      {QRect(100, -20, 800, 600), QRect(100, 0, 800, 600)},  // title bar off screen
                                       {QRect(-100, -4, 800, 600), QRect(-100, -4, 800, 600)}}) {
     EXPECT_EQ(shell::OntoScreens(stored, screens), shown) << stored.x();
   }
 }
 
-TEST(Placement, ASpoiltPlacementCountsAsItsDefault) {
+TEST(Placement, AnInvalidPlacementCountsAsTheDefault) {
   Desk desk;
   desk.settings.values = {
       {"OpenEasySetup", "False"}, {"MainLeft", "left"}, {"MainTop", "750"}, {"MainWidth", ""}, {"MainHeight", "1e99"}};

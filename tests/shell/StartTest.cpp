@@ -17,7 +17,7 @@
 namespace zth::testing {
 namespace {
 
-/// What the start does on the chip in use once it has been found.
+/// What the start does with the chip in use once it has been found.
 constexpr char kTables[] = "R21 R22 R23 R24 R3F P4A=03 P48=F0 B10+4 P4A=3F P48=FF";
 
 Traffic SmbusScan() {
@@ -55,7 +55,7 @@ TEST(Start, TransfersOnEitherBusAndUsbComesFirst) {
   }
 }
 
-TEST(Start, PickingAnotherChipOnlyChangesWhereTheNextTransferGoes) {
+TEST(Start, SelectingAnotherChipOnlyChangesWhereTheNextTransferGoes) {
   Desk desk;
   desk.board.AddUsbChip(0x5C)[0x10] = 0;
   desk.Start();
@@ -84,7 +84,7 @@ TEST(Start, FillsTheSharedTables) {
   EXPECT_TRUE(chip::Model.PinFunctions.D1);
 }
 
-/// The splash screen while it stands.
+/// The splash screen while it is shown.
 const shell::frmSplash* Splash() {
   for (const QWidget* window : QApplication::topLevelWidgets()) {
     if (const auto* splash = qobject_cast<const shell::frmSplash*>(window)) return splash;
@@ -92,12 +92,12 @@ const shell::frmSplash* Splash() {
   return nullptr;
 }
 
-/// How far its bar has come, in percent of the way.
+/// The progress of its bar, in percent.
 double Filled(const shell::frmSplash& splash) {
   return 100.0 * Desk::Get<QWidget>(splash, "lblProgress").width() / Desk::Get<QWidget>(splash, "fraProgress").width();
 }
 
-/// What the panel or the label shows of the board.
+/// The board as the panel or the label shows it.
 std::string ShownBoard(const QWidget& window) {
   return Desk::Get<QWidget>(window, "lblBoard").isHidden() ? "" : Held(window, "lblBoard");
 }
@@ -127,7 +127,7 @@ TEST(Start, SaysWhatTheLinkInUseTalksToFromTheSplashToThePicturesAndNothingOfAMa
   }
 }
 
-TEST(Start, TheSplashTellsWhereTheSearchIs) {
+TEST(Start, TheSplashShowsTheProgressOfTheSearch) {
   Desk desk(Desk::Buses::Smbus);
   desk.board.smbusChips.clear();
   desk.prompts.script = {platform::BoxAnswer::Ok};
@@ -149,7 +149,7 @@ TEST(Start, TheSplashTellsWhereTheSearchIs) {
   EXPECT_EQ(desk.prompts.shown.back().text, "Failed to find the ZTH4718");
 }
 
-/// Ways to find nothing, and what the box tells of it beside its text.
+/// The ways to find nothing, and what the box says of each below its text.
 TEST(Start, ThatFindsNothingTellsWhatWasTriedAndEndsOrStartsOverAsTheUserSays) {
   using enum platform::BoxAnswer;
   using enum Desk::Buses;
@@ -218,7 +218,7 @@ TEST(Start, ThatFindsNothingTellsWhatWasTriedAndEndsOrStartsOverAsTheUserSays) {
         for (const QString& line : told) EXPECT_TRUE(box.details.contains(line)) << line.toStdString();
       }
       if (ends || link::Bus.InterfaceMode != link::kModeUsb) continue;
-      // What fails from now on is no box of the start.
+      // A failure from now on is not a failed start: its box has no details and no extra buttons.
       desk.prompts.script = {Ok};
       desk.board.failFrom = 0;
       desk.clock.Advance(1000);
@@ -233,7 +233,7 @@ TEST(Start, AConnectionOnTheTwentiethTryCounts) {
     return std::count(traffic.begin(), traffic.end(), "usb C 30:33");
   };
   desk.board.failMatching = "usb C";
-  // The adapter comes back while the program lets events run, between two tries.
+  // The adapter returns while the program processes events between two tries.
   desk.events.onPump = [&] {
     if (connects() == 19) desk.board.failMatching.clear();
   };
@@ -254,7 +254,7 @@ TEST(Start, TheLibraryIsCalledWithTheBytesOfWhateverFolderTheProgramIsIn) {
   }
 }
 
-TEST(Start, AFolderWhoseNameIsNoTextIsHandedOverByItsBytes) {
+TEST(Start, AFolderWhoseNameIsNotTextIsPassedByItsBytes) {
   Desk desk(Desk::Buses::Usb);
   desk.process.folder = "";
   EXPECT_EQ(desk.RunMain(), std::nullopt);

@@ -9,19 +9,19 @@
 #include "tests/support/ModalHand.h"
 #include "tests/support/Steps.h"
 
-/// What a user sees while he waits for transfers that take their time.
+/// What users see while they wait for slow transfers.
 namespace zth::testing {
 namespace {
 
 using Signs = std::vector<std::string>;
 
-/// The status bar's message, behind a * when the pointer is busy.
+/// The status bar's message, with a * in front while the pointer is busy.
 std::string SignsNow() {
   const QString message = shell::MainForm->statusBar()->currentMessage();
   return (QApplication::overrideCursor() != nullptr ? "*" : "") + message.toStdString();
 }
 
-/// The program whose transfers take so long each from its start on, and what the user sees during each of them.
+/// The started program with transfers of that duration, and what the user sees during each of them.
 struct SlowDesk : Desk {
   explicit SlowDesk(float milliseconds, Buses buses = Buses::Usb) : Desk(buses) {
     Start();
@@ -68,7 +68,7 @@ TEST(Waiting, TheMonitorBringsNoSignsThoughABoxOfTheUsersStandsAndADialogEndsThe
   EXPECT_EQ(beneath, "");
 }
 
-/// Counts the paintings of the veil over a window that is being read.
+/// Counts how often the veil over a window that is being read is painted.
 struct VeilPaints final : QObject {
   VeilPaints() { qApp->installEventFilter(this); }
   bool eventFilter(QObject* object, QEvent* event) override {
@@ -102,7 +102,7 @@ TEST(Waiting, AWindowOverASlowLinkIsPaintedBeforeItIsReadAndComesOutAsOverAQuick
       const QImage now = desk.Main().centralWidget()->grab().toImage();
       if (milliseconds == 0) sent = desk.board.traffic, picture = now;
       EXPECT_EQ(desk.board.traffic, sent);
-      EXPECT_EQ(now, picture);
+      EXPECT_EQ(now, picture); if(now!=picture){now.save(("/tmp/w-"+name+"-now.png").c_str());picture.save(("/tmp/w-"+name+"-pic.png").c_str());}
     }
   }
 }

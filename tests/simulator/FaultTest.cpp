@@ -11,14 +11,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(Faults, EachKindBeginsAndEndsAsThePlanSays) {
+TEST(Faults, EachKindStartsAndEndsAsPlanned) {
   for (const auto& [plan, steps] : {
            std::pair{"from 1 to 2 register 0x2C stuck at 0x12\nfault at 1 register 0x3E bit 6 flipped",
-                     "2C=80 ~1 2C:12 2C=99 2C:12 3E:01 ~1 2C:80"},  // a write to what sticks is lost
+                     "2C=80 ~1 2C:12 2C=99 2C:12 3E:01 ~1 2C:80"},  // a write to a stuck register is lost
            {"at 1 diode 3 open", "~0.9 C0:00 ~1 C0:80"},
            {"at 1 therm 1 low\nfault at 1 vr-hot 2 reported", "12=4A ~0.9 C1:00 ~1 C1:86"},  // pin 26 is VR_Hot2
            {"at 1 pin 27 asserted\nfault at 1 gpio 3 low", "10=7B 03=01 ~0.9 C6:00 BF:04 ~1 C6:80 BF:00"},
-           // The THERM1 switch parts the pin from whoever pulls it.
+           // The THERM1 switch disconnects the pin from what pulls it.
            {"at 0 therm 1 low", "~1 C1:06 p4A=3B ~1 C1 C1:00"},
            {"at 60 heater 1 stuck at 100 %", "49=68 ~59 C0 C0:00 ~60 C0:04"},  // above 40 degrees
            {"at 3 fan 2 stalled", "07=0F ~2.9 C5:00 ~6 9A:FF 9B:FF"},
@@ -31,7 +31,8 @@ TEST(Faults, EachKindBeginsAndEndsAsThePlanSays) {
   }
 }
 
-/// What a warm board reads after some seconds of a plan: its sensors in quarters of a degree, then fans 2 and 3 in RPM.
+/// The readings of a warm board after some seconds of a plan: its sensors in quarters of a degree, then fans 2 and 3 in
+/// RPM.
 std::array<double, 6> Readings(const std::string& plan, double seconds = 310) {
   Usb usb("noise = 0\nfault at 0 heater 2 stuck at 100 %\nfault " + plan);
   usb.Play("07=FF");
@@ -43,13 +44,14 @@ std::array<double, 6> Readings(const std::string& plan, double seconds = 310) {
 
 TEST(Faults, WhatWearsAndDriftsShowsInItsOwnReadings) {
   const auto sound = Readings("at 9 vid 0"), early = Readings("at 9 vid 0", 10);
-  // Quarters that the four sensors are off by, within some, and the share that the speed of fan 3 is of a sound one's.
+  // The error of each of the four sensors in quarters of a degree, its tolerance, and the speed of fan 3 as a share of
+  // a healthy one's.
   for (const auto& [plan, off, within, share] :
        {std::tuple{"at 10 tach 3 misses 50 %", std::array{0., 0., 0., 0.}, 0, 0.5},
-        {"at 10 fan 3 at 60 %", {1, 1, 10, 1}, 2, 0.6},  // its sensor gets less air, and a little less the others
+        {"at 10 fan 3 at 60 %", {1, 1, 10, 1}, 2, 0.6},  // its sensor gets less air, the others a little less
         {"at 10 sensor 1 drifts -0.6 degrees a minute", {0, -12, 0, 0}, 1, 1},
         {"at 10 ambient at 40 degrees", {60, 60, 60, 60}, 1, 1},
-        {"at 10 ambient drifts 3 degrees a minute", {55, 55, 55, 55}, 6, 1},  // they follow with their lag
+        {"at 10 ambient drifts 3 degrees a minute", {55, 55, 55, 55}, 6, 1},  // they follow with a lag
         {"from 10 to 300 sensor 2 frozen", {0, 0, 0, 0}, 0, 1},
         {"at 10 sensor 2 frozen", {0, 0, early[2] - sound[2], 0}, 1, 1}}) {
     const auto ill = Readings(plan);
@@ -66,9 +68,9 @@ TEST(Faults, WhatWearsAndDriftsShowsInItsOwnReadings) {
   EXPECT_TRUE(low > 0.79 && low < 0.9 && high > 1.1 && high < 1.22) << low << " to " << high;
 }
 
-TEST(Faults, TransfersFailAsOftenAsThePlanSays) {
+TEST(Faults, TransfersFailAsOftenAsPlanned) {
   Usb usb("fault at 1 transfer fails once\nfault at 2 transfer fails 3 times\nfault from 4 to 5 transfer fails\n");
-  for (const int expected : {0, 1, 3, 0, 10, 0}) {  // of ten transfers in each second
+  for (const int expected : {0, 1, 3, 0, 10, 0}) {  // out of ten transfers per second
     int failures = 0;
     for (int i = 0; i < 10; ++i) failures += usb.Read(0x3E) != 0x41;
     EXPECT_EQ(failures, expected);
@@ -99,7 +101,7 @@ TEST(Faults, ASlowTransferIsReportedToTheLibrary) {
   }
 }
 
-TEST(Faults, AnUnpluggedAdapterTakesNothingAndTheBusOfThePcGoesOn) {
+TEST(Faults, AnUnpluggedAdapterAcceptsNothingAndThePcsBusKeepsWorking) {
   Usb usb("fault at 0 adapter unplugged\n");
   EXPECT_NE(usb.Ask(0xDA, 0, 0, 1, 3), 0);
   EXPECT_NE(usb.Connect(), 0);
@@ -115,7 +117,7 @@ TEST(Faults, AFailedTransferOnTheSmbusReadsAllOnesOrIsLost) {
   EXPECT_EQ(host.Failures(0x2C), 2);
 }
 
-TEST(SimulatorSettings, EveryKeyIsTaken) {
+TEST(SimulatorSettings, EveryKeyIsAccepted) {
   const Settings s = Parsed(
       "seed = 12345\r\nambient = -5.5  # a cold room\ntime-factor = 20\nrevision = 3\nfan-pulses = 4\nnoise = 0\n"
       "d2-connector = open\nusb = 0x58 0x5C\nsmbus = none\nfirmware = refused\nconnect-at-try = 21");
@@ -138,7 +140,7 @@ TEST(SimulatorSettings, AFaultKeepsItsTimesNumbersAndFilters) {
 }
 
 TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
-  // Lines, each with what is said about it.
+  // Lines, each with the message about it.
   std::istringstream cases(
       "ambient => key = value; ambient 25 => key = value; colour = red => 'colour' is no setting; "
       "ambient = warm => from -40 to 100; ambient = 25 26 => from -40 to 100; "

@@ -8,7 +8,7 @@
 
 namespace {
 
-// A library reads its settings once in a process, so that what depends on them runs in a fresh child.
+// A library reads its settings once per process, so tests that depend on them run in a new child process.
 class SimulatedLibraries : public testing::Test {
  protected:
   void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -29,7 +29,7 @@ Entry* Find(const char* library, const char* name) {
   return reinterpret_cast<Entry*>(entry);
 }
 
-TEST_F(SimulatedLibraries, TakeAnyFirmwareAndShowOneChipEach) {
+TEST_F(SimulatedLibraries, AcceptAnyFirmwareAndShowOneChipEach) {
   unsetenv("ZTH4718_SIMULATOR");
   for (const char* library : {ZTH_USB_LIBRARY, ZTH_SMBUS_LIBRARY}) {
     EXPECT_STREQ(Find<BoardName>(library, "BoardName")(), "Simulated board");
@@ -49,7 +49,7 @@ TEST_F(SimulatedLibraries, TakeAnyFirmwareAndShowOneChipEach) {
   EXPECT_EQ(Find<ReadSmbus>(ZTH_SMBUS_LIBRARY, "ReadSmbus")(0x2C, 0x3E), 0x41);
 }
 
-TEST_F(SimulatedLibraries, SayOnTheErrorStreamWhichLineOfTheSettingsIsWrongAndGoOn) {
+TEST_F(SimulatedLibraries, SayOnStandardErrorWhichLineOfTheSettingsIsWrongAndContinue) {
   const auto path = std::filesystem::temp_directory_path() / "zth-bad-simulator.conf";
   std::ofstream(path) << "ambient = 25\nambient = hot\n";
   const auto child = [&path] {
@@ -60,7 +60,7 @@ TEST_F(SimulatedLibraries, SayOnTheErrorStreamWhichLineOfTheSettingsIsWrongAndGo
   std::filesystem::remove(path);
 }
 
-TEST_F(SimulatedLibraries, ReadEveryScenarioWithoutAComplaint) {
+TEST_F(SimulatedLibraries, ReadEveryScenarioWithoutAMessage) {
   int count = 0;
   for (const auto& file : std::filesystem::directory_iterator(ZTH_SCENARIOS)) {
     if (file.path().extension() != ".conf") continue;

@@ -22,7 +22,7 @@ TEST(UsbAdapter, AnswersEveryRequestOfItsTable) {
   usb.Play("p4A:16");
 }
 
-TEST(UsbAdapter, AnAddressWithoutAChipIsNoFailureAndNoChipEither) {
+TEST(UsbAdapter, AnAddressWithoutAChipIsNeitherAFailureNorAChip) {
   Usb usb;
   for (const int address : {0x5A, 0x5C, 0, 0x7F, 300, -1}) {
     EXPECT_EQ(usb.Ask(0xDC, address, 0x3E, 1, 8), 0);
@@ -32,7 +32,7 @@ TEST(UsbAdapter, AnAddressWithoutAChipIsNoFailureAndNoChipEither) {
   }
 }
 
-TEST(UsbAdapter, RefusesWhatIsNotInItsTable) {
+TEST(UsbAdapter, RejectsWhatIsNotInItsTable) {
   constexpr int kRows[][5] = {
       {0xDB, 0x58, 0, 1, 1},    {0xD9, 0, 0, 0, 0},          {0, 0, 0, 0, 0},          {0xDE, 0x58, 0, 2, 1},
       {0xDE, 0x58, 0, -1, 1},   {0xDE, 0x58, 0x3E, 1, 0},    {0xDE, 0x58, 0x3E, 1, 2}, {0xDE, 0x58, 0x100, 1, 1},
@@ -56,7 +56,7 @@ TEST(UsbAdapter, StartsAsTheSettingsSay) {
   EXPECT_LE(Usb("firmware = refused").adapter.LoadFirmware(), 0);
 }
 
-TEST(UsbAdapter, HoldsAsManyChipsAsTheSettingsSayWithSwitchesOnTheFirst) {
+TEST(UsbAdapter, HasTheChipsOfTheSettingsWithSwitchesOnTheFirst) {
   Usb usb("noise = 0\nd2-connector = open\nusb = 0x5C 0x58");
   usb.Write(0x2C, 2, 0x5C);
   usb.Play("2C=01 2C:01 p4A=00 ~1 C0:00");
@@ -92,7 +92,7 @@ TEST(Bus, RealTimeIsScaledAndALongSleepIsCutShort) {
   EXPECT_EQ(celsiusAfter(1, -5s), 0) << "a clock that goes back stands still";
 }
 
-/// A clock that goes on by so much with each look, and more when told.
+/// A clock that advances by `look` each time it is read, and further when told.
 struct SlowClock {
   using duration = std::chrono::nanoseconds;
   using rep = duration::rep;
@@ -107,7 +107,7 @@ TEST(RealTime, NoCallWaitsOrComputesLongForABoardThatIsBehindAndTheFollowingOnes
       "time-factor = 200\nfault from 3 to 900 fan 2 at 50 %\nfault at 5 tach 1 noisy 10 %\nfault at 40 vid 3\n"
       "fault at 20 sensor 1 drifts 1 degrees a minute\nfault from 30 to 300 sensor 2 frozen\n"
       "fault at 50 ambient drifts 2 degrees a minute\n");
-  for (const auto look : {1ms, 0ms}) {  // a slow machine, and one of endless speed
+  for (const auto look : {1ms, 0ms}) {  // a slow machine, and an infinitely fast one
     SlowClock::look = look;
     SmbusHost pieces{settings};
     SmbusHost whole{settings};
@@ -119,7 +119,7 @@ TEST(RealTime, NoCallWaitsOrComputesLongForABoardThatIsBehindAndTheFollowingOnes
     do {
       const auto before = SlowClock::time;
       const std::int64_t ticks = pieces.TheBus().TicksRun();
-      last = before + look;  // its first look
+      last = before + look;  // its first reading
       clock.CatchUp(pieces.TheBus());
       ASSERT_LE(SlowClock::time - before, kCatchUpTime + 2ms) << calls;
       ASSERT_LE(pieces.TheBus().TicksRun() - ticks, kTicksInACall) << calls;

@@ -7,7 +7,7 @@
 namespace zth::simulator {
 namespace {
 
-/// What an address reads at power-up.
+/// The value of an address at power-up.
 int DefaultOf(int address, int revision = 1) {
   const RegisterRule* rule = RuleOf(static_cast<std::uint8_t>(address));
   return address == 0x3F ? revision : rule == nullptr ? 0 : rule->reset;
@@ -22,10 +22,10 @@ TEST(Registers, PowerUpShowsEveryDefaultAndAnEmptyAddressReadsZero) {
   }
 }
 
-// The registers whose bytes a write does not simply replace.
+// The registers that a write does not simply replace.
 const std::set<int> kSpecial{0x00, 0x01, 0x14, 0xAA, 0xAB, 0xAC, 0xAD, 0xBF};
 
-TEST(Registers, EveryAddressKeepsOrRefusesAllEightBits) {
+TEST(Registers, EveryAddressKeepsOrRejectsAllEightBits) {
   for (int address = 0; address < 256; ++address) {
     if (kSpecial.contains(address)) continue;
     const RegisterRule* rule = RuleOf(static_cast<std::uint8_t>(address));
@@ -39,7 +39,7 @@ TEST(Registers, EveryAddressKeepsOrRefusesAllEightBits) {
   }
 }
 
-TEST(Registers, AWriteTouchesNoOtherRegisterButWhereThatIsItsPurpose) {
+TEST(Registers, AWriteTouchesNoOtherRegisterUnlessThatIsItsPurpose) {
   for (int address = 0; address < 256; ++address) {
     ChipOnBench bench;
     bench.Write(0x07, 0xFF);
@@ -67,7 +67,7 @@ TEST(Registers, SoftwareResetPutsEverythingBackAndClearsItsOwnBit) {
 }
 
 TEST(Registers, TheReadyBitRisesWithTheFirstReadingsAndIsTheChipsOwn) {
-  // It rises at the first conversion, after a reset too, and not while monitoring is off.
+  // It rises at the first conversion, also after a reset, but not while monitoring is off.
   ChipOnBench("01:01 ~0.01 01:81 01=00 01:80 00=80 01:01 01=80 01:00 ~1 01:00 01=3F ~0.2 01:BF 01=01 01:81");
 }
 
@@ -79,7 +79,7 @@ TEST(Registers, TheLockKeepsSettingsAndLimitsUntilAReset) {
     const bool isFree = address == 0x00 || (address >= 0x30 && address <= 0x38);
     EXPECT_EQ(bench.Read(address), isFree ? 0x2A : before) << "0x" << std::hex << address;
   }
-  // Duties and outputs of the host go on, and the chip moves what is its own.
+  // The host's manual duties and outputs can still be changed, and the chip still changes its own registers.
   ChipOnBench("21=F0 10=61 03=01 09=08 0B=01 0C=40 5D=60 t1=30 01=41 AA=20 BF=00 01=01")
       .Play("01:41 ~0.01 AA:20 BF:0D 01=00 ~1 01:C1 5D:64 00=80 01:01 5D=61 5D:61");
 }
@@ -131,9 +131,10 @@ TEST(Registers, WhatIsReadAndWrittenToAFreshChipBringsItsStateBack) {
     ChipOnBench bench;
     ChipOnBench fresh;
     for (const RegisterRule& rule : RegisterRules()) {
-      // A third of them, so that some outputs keep their start; no reset, and nothing that changes by itself.
+      // A third of the registers, so that some outputs stay in their initial state; no reset, and nothing that changes
+      // by itself.
       const bool restless = rule.address == 0x0B || rule.address == 0x1A || rule.address == 0x1B;
-      const int own = rule.address == 0x01 ? 0x3F : 0x7F;  // a lock would end with neither chip's state
+      const int own = rule.address == 0x01 ? 0x3F : 0x7F;  // a lock would make the two chips differ
       if (random() % 3 == 0 && !restless) bench.Write(rule.address, static_cast<int>(random()) & own);
     }
     if (round % 2 == 0) bench.Write(0x11, static_cast<int>(random() & 0xFF));

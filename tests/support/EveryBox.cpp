@@ -19,19 +19,19 @@ namespace {
 
 using platform::BoxAnswer;
 
-/// Questions outlive the windows that asked them.
+/// Questions outlive the windows that ask them, so these name no window.
 template <typename Question>
 std::vector<Question> Free(std::vector<Question> questions) {
   for (Question& question : questions) question.asker = nullptr;
   return questions;
 }
 
-/// The box of a program that `desk` starts and `bring` brings.
+/// The boxes that `bring` makes the program on `desk` show.
 std::vector<platform::BoxQuestion> AskedOn(Desk& desk, const std::function<void(Desk&)>& bring) {
   desk.prompts.script = {BoxAnswer::Ok};
   try {
     bring(desk);
-  } catch (const platform::ProcessEnded&) {  // most of them end it
+  } catch (const platform::ProcessEnded&) {  // most of the boxes end the program
   }
   return Free(std::exchange(desk.prompts.shown, {}));
 }
@@ -42,7 +42,7 @@ std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring
   return AskedOn(desk, bring);
 }
 
-/// With nothing there but what a loader has to say at length, and with boards that no chip is on.
+/// Once with no library, where the loader has a long text, and once with boards that have no chip.
 std::vector<platform::BoxQuestion> AskedAtTheStart() {
   std::vector<platform::BoxQuestion> all;
   for (const auto buses : {Desk::Buses::Smbus, Desk::Buses::Both}) {
@@ -57,7 +57,7 @@ std::vector<platform::BoxQuestion> AskedAtTheStart() {
   return all;
 }
 
-/// The longest that it can be: with both heaters on and lines of a log, far down in folders, that wait.
+/// The longest version of the question: both heaters on, and waiting lines of a log deep down in folders.
 std::vector<platform::ChoiceQuestion> AskedAtTheEnd() {
   Desk desk;
   desk.Start();

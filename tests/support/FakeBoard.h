@@ -40,22 +40,22 @@ class BoardEntries {
   virtual void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = 0;
   virtual std::int32_t SmbusFailures(std::uint8_t address) = 0;
 
-  /// What a library says that it talks to, and what keeps it from that, by the name of the library. One that is not
-  /// here does not export BoardName or BoardTrouble, as a maker's.
+  /// The board name and the trouble that a library reports, by the name of the library. A library that is not listed
+  /// does not export BoardName or BoardTrouble, as a maker's library.
   std::map<QString, std::string> boardNames;
   std::map<QString, std::string> boardTroubles;
 };
 
-/// A library ("USBFunctions", "smbus") whose entries land on `board` until the next one is made, and which does not
-/// export those `missing`.
+/// A library ("USBFunctions", "smbus") whose calls go to `board` until the next library is made. It does not export the
+/// entries in `missing`.
 std::shared_ptr<platform::Library> LibraryOf(BoardEntries& board, const QString& name,
                                              const std::set<std::string>& missing = {});
 
 /// The default registers of the chip, with a Company ID and a revision that does not invert duties.
 std::array<std::uint8_t, 256> DefaultRegisters();
 
-/// A board with a register file for each chip address, behind both closed libraries, that writes every call down.
-/// Registers are plain memory: what is written is read back.
+/// A board with a register file for each chip address, behind both closed libraries, that records every call. Registers
+/// are plain memory: what is written is read back.
 class FakeBoard final : public BoardEntries {
  public:
   using Registers = std::array<std::uint8_t, 256>;
@@ -68,32 +68,32 @@ class FakeBoard final : public BoardEntries {
   Registers& AddUsbChip(int address) { return usbChips[address] = DefaultRegisters(); }
   Registers& AddSmbusChip(int address) { return smbusChips[address] = DefaultRegisters(); }
 
-  /// What a library's loading gives: its entries, or an error. The two names are "USBFunctions" and "smbus".
+  /// The result of loading a library: its entries, or an error. The two names are "USBFunctions" and "smbus".
   platform::LoadedLibrary Load(const QString& name);
   std::map<QString, QString> loadErrors;
 
-  /// Entry points that the libraries do not export: as a rule that of failures, which a maker's has not.
+  /// Entries that the libraries do not export. By default the failure count, which a maker's library does not have.
   std::set<std::string> missingEntries{"SmbusFailures"};
 
-  /// SMBus transfers, as Traffic has them, that fail: a read gives 0xFF, a write is lost. So does every one to an
-  /// address without a chip.
+  /// Which SMBus transfers fail, given as in Traffic: a read gives 0xFF, a write is lost. Every transfer to an address
+  /// without a chip fails as well.
   std::function<bool(const std::string& transfer)> smbusFails;
-  /// What the library tells of them; -1 throughout when it does not know.
+  /// The failures that the library reports, by address; it reports -1 when `knowsFailures` is false.
   std::map<int, std::int32_t> smbusFailures;
   bool knowsFailures = true;
 
   /// Result of the firmware download.
   std::int16_t firmwareResult = 1;
 
-  /// USB calls fail, with this result, from the n-th on (counted over all VendorIORequest calls, first is 0).
+  /// From the n-th VendorIORequest call on (the first is 0), USB calls fail with this result.
   std::optional<int> failFrom;
   /// Only that one call fails.
   std::optional<int> failOnly;
-  /// Each call fails whose text begins with this.
+  /// Every call whose text begins with this fails.
   std::string failMatching;
   std::int16_t failure = -5;
 
-  /// What goes on while a transfer lasts, behind its line in `traffic`.
+  /// Runs during each transfer, after its line has been added to `traffic`.
   std::function<void()> onTransfer;
 
   /// VendorIORequest calls so far.
@@ -105,10 +105,9 @@ class FakeBoard final : public BoardEntries {
   std::map<int, std::uint8_t> ports;          ///< switch devices on USB
   std::array<std::uint8_t, 3> heaterState{};  ///< the state block, as it is read
 
-  /// Takes the traffic so far and begins a new list.
   Traffic TakeTraffic() { return std::exchange(traffic, {}); }
 
-  /// The chip that the program works on now.
+  /// The chip that the program is using now.
   Registers& Chip();
 
   std::int16_t LoadFirmWare(const char* path) override;
@@ -120,14 +119,14 @@ class FakeBoard final : public BoardEntries {
   std::int32_t SmbusFailures(std::uint8_t address) override { return knowsFailures ? smbusFailures[address] : -1; }
 
  private:
-  /// The chip that takes a transfer over SMBus; null when it fails.
+  /// The chip that receives an SMBus transfer; null when the transfer fails.
   Registers* Taker(int address, const std::string& transfer);
   void Note(std::string transfer);
   void Carry(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction, std::int16_t length,
              std::uint8_t* buffer);
 };
 
-/// Texts of transfers to the chip in use on the link in use, as they stand in Traffic.
+/// Texts of transfers to the chip in use on the link in use, as in Traffic.
 std::string R(int reg);
 std::string W(int reg, int value);
 Traffic B(int first, int count);

@@ -21,7 +21,7 @@ using testing::Not;
 
 class HostBusTest : public testing::Test {
  protected:
-  /// Buses from 0 on, each with a chip at 0x2C whose register 0x3E reads so, or without one at -1.
+  /// Buses from 0 on, each with a chip at 0x2C whose register 0x3E has this value; -1 means no chip.
   void AddBuses(std::initializer_list<int> companyIds) {
     for (int number = 0; const int id : companyIds) {
       FakeI2c::Bus& added = system.buses[number++];
@@ -29,15 +29,15 @@ class HostBusTest : public testing::Test {
     }
   }
   FakeI2c::Bus& Bus(int number) { return system.buses[number]; }
-  /// How many lines on the standard error stream hold the text.
+  /// The number of lines on standard error that contain the text.
   int Told(const std::string& text) const {
     std::istringstream lines(errors.str());
     int count = 0;
     for (std::string line; std::getline(lines, line);) count += line.find(text) != std::string::npos ? 1 : 0;
     return count;
   }
-  /// Reads and writes "2C r 3E" and "2C w 20=5A"; what the reads gave and, behind "on", what reached a bus since the
-  /// last time: "41 on 0:2C r 3E, 1:2C r 3E".
+  /// Reads and writes "2C r 3E" and "2C w 20=5A". Returns the values read and, after "on", what has reached a bus since
+  /// the last call: "41 on 0:2C r 3E, 1:2C r 3E".
   std::string Run(const std::string& text) {
     std::istringstream words(text);
     std::string seen;
@@ -93,7 +93,7 @@ TEST_F(HostBusTest, AWriteFindsItsChipWithoutAReadBefore) {
             "5A A5 on 0:2C w 20, 1:2C w 20, 1:2C w 21, 1:2C r 20, 1:2C r 21,");
 }
 
-TEST_F(HostBusTest, AnAddressThatADriverHoldsIsLeftAlone) {
+TEST_F(HostBusTest, AnAddressHeldByADriverIsNotTouched) {
   AddBuses({0x41, 0x41});
   Bus(0).held = {0x2C};
   EXPECT_EQ(Run("2C r 3E 2C w 20=01"), "FF on") << "the address is the driver's, on the adapters behind it too";
@@ -111,12 +111,12 @@ TEST_F(HostBusTest, ABusyBusIsNoDriverAndATransferNeverFollowsAFailedSelection) 
   EXPECT_EQ(Run("2C r 3E"), "41 on 0:2C r 3E, 1:2C r 3E,");
   EXPECT_EQ(Told("held by"), 0);
   EXPECT_EQ(Told("i2c-0, address 0x2C: read of register 0x3E failed, Device or resource busy (errno 16)"), 1);
-  // The descriptors still point at the address before.
+  // The descriptors are still set to the previous address.
   for (auto& [number, each] : system.buses) each.selectError = EINVAL;
   EXPECT_EQ(Run("2D r 3E 2D w 3E=07"), "FF on");
 }
 
-TEST_F(HostBusTest, AFailureIsToldOnceForAnAdapterAnAddressAndAnErrno) {
+TEST_F(HostBusTest, AFailureIsReportedOncePerAdapterAddressAndErrno) {
   AddBuses({0x41, -1});
   for (int poll = 0; poll < 50; ++poll) {
     Run("2D r 3E 2C r 3E");
@@ -142,7 +142,7 @@ TEST_F(HostBusTest, ASearchMakesOneLineOfTheLogForAllThatIsAbsent) {
       HostBus each(system, logged, Settings{});
       for (int address = 0x10; address <= 0x7F; ++address) each.Read(static_cast<std::uint8_t>(address), 0x3E);
       EXPECT_EQ(errors.str(), "");
-      if (!behind.empty()) each.Read(0x60, 0x3E), each.Read(0x60, 0x3E);  // asked again it has failed
+      if (!behind.empty()) each.Read(0x60, 0x3E), each.Read(0x60, 0x3E);  // the second request counts as a failure
     }
     std::ifstream log(file);
     EXPECT_THAT(
@@ -173,7 +173,7 @@ TEST_F(HostBusTest, AfterThreeTimeOutsInARowABusIsLeftAloneForASecondAndThatIsTo
   EXPECT_EQ(Told(""), 2) << "that, and the first of them:\n" << errors.str();
 }
 
-TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
+TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsReleasedAndNotUsedAgain) {
   AddBuses({0x41, -1});
   Bus(1).chips[0x58][0x3E] = 0x41;
   EXPECT_EQ(bus.Name(), "") << "before detection";
@@ -192,7 +192,7 @@ TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
   EXPECT_EQ(bus.Failures(0x58), 0) << "an adapter that the search went past is no failure";
 }
 
-TEST_F(HostBusTest, AnAdapterThatGoesWhileItsChipAnswersIsLetGoWithinSeconds) {
+TEST_F(HostBusTest, AnAdapterThatDisappearsWhileItsChipAnswersIsReleasedWithinSeconds) {
   AddBuses({0x41});
   bus.Read(0x2C, 0x3E);
   system.looks = 0;
@@ -213,7 +213,7 @@ TEST_F(HostBusTest, AnAdapterWithoutByteDataTransfersIsNotUsed) {
   EXPECT_EQ(Told("cannot do byte-data transfers"), 2);
 }
 
-TEST_F(HostBusTest, WhatCannotBeOpenedIsToldWithItsRemedyAndTriedAgainByTheNextDetection) {
+TEST_F(HostBusTest, WhatCannotBeOpenedIsReportedWithItsRemedyAndRetriedByTheNextDetection) {
   for (const auto& [error, cause, remedy] :
        {std::tuple{ENOENT, "No such file or directory (errno 2)", "sudo modprobe i2c-dev"},
         {EACCES, "Permission denied (errno 13)", "sudo usermod -aG i2c $USER"},
@@ -245,7 +245,7 @@ TEST_F(HostBusTest, IsInReachWithAnAdapterThatTheSettingsChooseAndThisUserMayOpe
   EXPECT_EQ(system.closed, 2);
 }
 
-TEST_F(HostBusTest, AMachineWithoutABusOrWithoutAHostIsTold) {
+TEST_F(HostBusTest, AMachineWithoutABusOrHostIsReported) {
   bus.Detect();
   EXPECT_THAT(errors.str(), AllOf(HasSubstr("knows no SMBus or I2C adapter"), HasSubstr("sudo modprobe i2c-i801")));
   errors.str("");

@@ -6,12 +6,12 @@
 
 namespace zth::smbus {
 
-/// The addresses that were asked for the first time and no chip was at, until they are told together: a search over all
-/// addresses finds most of them empty, and a line for each would bury what matters.
+/// Collects addresses where the first transfer found no chip, to report them together: a search over all addresses
+/// finds most of them empty, and one line for each would bury what matters.
 class AbsentChips {
  public:
-  /// An address is about to be asked. True when it was before, which a search does not do: what has come together is
-  /// due.
+  /// Call before a transfer to an address. True when the address had a transfer before: that is no search, so report
+  /// what has been collected.
   bool Asks(std::uint8_t address) {
     const bool again = asked_.test(address);
     asked_.set(address);
@@ -19,7 +19,7 @@ class AbsentChips {
   }
   void Add(std::uint8_t address) { absent_.set(address); }
 
-  /// "0x10 to 0x2B, 0x2D", and forgets them; empty when there are none.
+  /// Returns the collected addresses as "0x10 to 0x2B, 0x2D" and forgets them; empty when there are none.
   std::string Take();
 
  private:

@@ -9,16 +9,16 @@
 namespace zth::smbus {
 
 struct AdapterChoice {
-  std::vector<Adapter> chosen;       ///< in the order to search them
-  std::vector<std::string> remarks;  ///< settings that could not be followed, each a sentence
+  std::vector<Adapter> chosen;       ///< in search order
+  std::vector<std::string> remarks;  ///< settings that could not be applied, one sentence each
 };
 
-/// Whether an adapter is a PC's SMBus host by its device or by its name.
+/// True if an adapter's device or name identifies it as a PC's SMBus host.
 bool IsSmbusHost(const Adapter& adapter);
 
-/// Which adapters to use. Without a setting: every SMBus host, by rising number. With one: those it names, in its
-/// order, whatever they are called. A display's bus is never among them: writing there can leave a monitor without a
-/// picture.
+/// Which adapters to use. Without a setting: every SMBus host, by ascending number. With a setting: the adapters that
+/// it names, in its order, whatever their names. A display's bus is never used: writing to it can leave a monitor
+/// without a picture.
 AdapterChoice ChooseAdapters(const std::vector<Adapter>& present, const Settings& settings);
 
 }  // namespace zth::smbus

@@ -18,14 +18,14 @@ std::string Variable(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-/// Everything behind the functions, made at the first call.
+/// Everything behind the functions, created by the first call.
 struct Session {
-  std::mutex oneAtATime;  ///< a descriptor's address and its transfer are two calls of the kernel
+  std::mutex oneAtATime;  ///< setting a descriptor's address and its transfer are two kernel calls
   UserPlaces places = PlacesOf(Variable);
   Journal journal{std::cerr, places.logFile, UtcStamp};
   LinuxI2c system;
   HostBus bus{system, journal, LoadSettings(places, Variable)};
-  std::string name, trouble;  ///< as said last
+  std::string name, trouble;  ///< as last returned
 };
 
 Session& TheSession() {
@@ -33,7 +33,7 @@ Session& TheSession() {
   return session;
 }
 
-/// Runs `action` on the bus. Nothing may be thrown into a caller that knows C only.
+/// Runs `action` on the bus. Must not throw: the caller is C code.
 template <typename Action>
 void WithBus(Action action) noexcept {
   try {
@@ -45,7 +45,7 @@ void WithBus(Action action) noexcept {
   }
 }
 
-/// A text of the bus, kept where the caller may read it until it asks again.
+/// A text of the bus, kept valid until the caller asks for it again.
 template <typename Text>
 const char* Say(std::string Session::*kept, Text text) noexcept {
   const char* said = "";

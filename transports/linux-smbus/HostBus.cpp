@@ -11,14 +11,14 @@ namespace zth::smbus {
 
 namespace {
 
-// An adapter can go while its chips still answer: a kernel driver is waiting to be unbound, and waits for our
-// descriptor. Looking after so many transfers lets it go within seconds of the program's usual polling.
+// An adapter can be removed while its chips still answer: unbinding its kernel driver waits until our descriptor is
+// closed. Checking every so many transfers releases it within seconds of the program's usual polling.
 constexpr unsigned kTransfersBetweenLooks = 256;
 
 constexpr int kTimeOutsInARow = 3;
 constexpr std::chrono::seconds kRest{1};
 
-/// Nobody has acknowledged the address: the ways in which the kernel's drivers say so.
+/// Whether the error means that nothing acknowledged the address. The kernel's drivers have several codes for that.
 bool IsAbsent(int error) {
   return error == ENXIO || error == EREMOTEIO || error == ENODEV;
 }
@@ -109,8 +109,8 @@ std::optional<std::uint8_t> HostBus::Run(Transfer transfer) {
   if (!transfer.isFirst) NoteAbsent();
 
   std::optional<std::size_t>& owner = owner_.at(transfer.address);
-  // A write to an address that nobody has read yet looks for its chip by the write itself: where no chip is, nothing
-  // takes the byte, and a read beforehand could clear a register that clears on reading.
+  // A write to an address that nobody has read yet finds the chip by the write itself: without a chip nothing accepts
+  // the byte, and reading first could clear a register that clears on reading.
   const std::size_t first = owner.value_or(0);
   const std::size_t end = owner ? first + 1 : ports_.size();
   bool isAbsent = transfer.isFirst && !ports_.empty();
@@ -137,7 +137,7 @@ int HostBus::RunOn(Port& port, const Transfer& transfer, bool& isHeld) {
   if (port.isGone) return -ENODEV;
   if (Rests(port)) return -ETIMEDOUT;
 
-  // Selected anew for each transfer: only then does the kernel say that a driver has taken the address meanwhile.
+  // Selected again for each transfer: only then does the kernel report that a driver has claimed the address meanwhile.
   int result = system_.Select(port.descriptor, transfer.address);
   isHeld = result == -EBUSY;
   if (result >= 0) {
@@ -173,7 +173,7 @@ void HostBus::NoteAbsent() {
   if (!addresses.empty()) journal_.Note("no chip answers at " + addresses);
 }
 
-/// Lets go of an adapter that the kernel no longer has. What it last read is not asked for elsewhere.
+/// Closes an adapter that the kernel no longer has. Its chips are not searched for on other adapters.
 void HostBus::LookAfter(Port& port) {
   if (port.isGone || system_.IsThere(port.adapter.number)) return;
   port.isGone = true;

@@ -5,8 +5,8 @@
 
 namespace zth::smbus {
 
-/// Whether one of the adapters that the settings choose is there with a node that this user may open. Opens and closes
-/// nodes; makes no transfer.
+/// Whether one of the adapters chosen by the settings exists and has a device node that this user may open. Opens and
+/// closes device nodes; makes no transfer.
 bool IsInReach(I2cSystem& system, const Settings& settings);
 
 }  // namespace zth::smbus

@@ -5,8 +5,8 @@
 #include "linux-smbus/InReach.h"
 #include "linux-smbus/LinuxI2c.h"
 
-// in-reach: ends with 0 when this board's library would find an SMBus host that this user may open, else with 1. The
-// start script asks it, so that the choice of adapters stands in one place.
+// in-reach: exits with 0 when this board's library would find an SMBus host that this user may open, otherwise with 1.
+// The start script calls it, so that only one place decides on the adapters.
 int main() {
   try {
     const auto variable = [](const char* name) {

@@ -14,7 +14,7 @@ Journal::Journal(std::ostream& errors, fs::path file, std::function<std::string(
     : errors_(errors), file_(std::move(file)), stamp_(std::move(stamp)) {}
 
 void Journal::Tell(const std::string& text) {
-  // One write a line: the stream is shared with the program and, unbuffered, would cut it in pieces.
+  // One write per line: the stream is shared with the program and, being unbuffered, would otherwise split lines.
   errors_ << "smbus: " + text + "\n" << std::flush;
   Note(text);
 }
@@ -33,7 +33,7 @@ bool Journal::Append(const std::string& line) {
     fs::create_directories(file_.parent_path(), error);
   } else if (size + line.size() > kMaxBytes) {
     fs::rename(file_, file_.string() + ".1", error);
-    // The bound holds even where a file can be written but not moved.
+    // Keeps the size limit even if the file can be written but not renamed.
     if (error) std::ofstream(file_, std::ios::trunc);
   }
   std::ofstream log(file_, std::ios::app);

@@ -8,18 +8,18 @@
 
 namespace zth::smbus {
 
-/// Where this library says what went wrong: the standard error stream, and a log of its own that stays small. When the
-/// log would outgrow its bound it becomes "<name>.1", in place of an older one, and a new one begins.
+/// Reports this library's problems on standard error and in its own small log. When the log would exceed its size
+/// limit, it is renamed to "<name>.1", replacing an older one, and a new log is started.
 class Journal {
  public:
   static constexpr std::uintmax_t kMaxBytes = 256 * 1024;
 
-  /// No log is kept when `file` is empty. `stamp` gives the time that stands before each line of the log.
+  /// No log is kept if `file` is empty. `stamp` returns the time at the start of each line in the log.
   Journal(std::ostream& errors, std::filesystem::path file, std::function<std::string()> stamp);
 
-  /// To the standard error stream and to the log.
+  /// Writes to standard error and to the log.
   void Tell(const std::string& text);
-  /// To the log alone.
+  /// Writes only to the log.
   void Note(const std::string& text);
 
  private:
@@ -30,7 +30,7 @@ class Journal {
   std::function<std::string()> stamp_;
 };
 
-/// The date and time in UTC, as "2004-11-30T09:15:00Z".
+/// The date and time in UTC, for example "2004-11-30T09:15:00Z".
 std::string UtcStamp();
 
 }  // namespace zth::smbus

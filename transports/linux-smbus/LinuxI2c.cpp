@@ -7,7 +7,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-// libi2c's header has no guard for C++.
+// libi2c's header has no extern "C".
 extern "C" {
 #include <i2c/smbus.h>
 }
@@ -52,7 +52,7 @@ int LinuxI2c::QueryAbilities(int descriptor, Abilities& abilities) {
 }
 
 int LinuxI2c::Select(int descriptor, std::uint8_t address) {
-  // I2C_SLAVE and nothing stronger: an address that a driver works with is not ours to take.
+  // I2C_SLAVE and not the forced variant: an address used by a kernel driver must not be taken over.
   return ioctl(descriptor, I2C_SLAVE, static_cast<long>(address)) < 0 ? -errno : 0;
 }
 

@@ -10,7 +10,7 @@
 
 namespace zth::smbus {
 
-/// The kernel itself: adapters from /sys, transfers over /dev/i2c-N.
+/// The real kernel: adapters from /sys, transfers over /dev/i2c-N.
 class LinuxI2c final : public I2cSystem {
  public:
   std::vector<Adapter> Adapters() override;

@@ -8,8 +8,7 @@
 
 namespace zth::smbus {
 
-/// The texts that tell a user what stands in the way of the bus and what helps. docs/hardware.md tells the same at
-/// length.
+/// Texts that tell the user why the bus cannot be used and what helps. docs/hardware.md explains the same at length.
 
 /// "i2c-0 (SMBus I801 adapter at f040)".
 std::string Describe(const Adapter& adapter);
@@ -18,11 +17,11 @@ std::string NameOf(const Adapter& adapter);
 /// "Permission denied (errno 13)".
 std::string ErrorText(int error);
 
-/// The kernel knows no bus at all.
+/// The kernel has no buses at all.
 std::string NoAdapterText();
-/// There are buses, and none of them is taken.
+/// There are buses, but none of them is used.
 std::string NoneChosenText(const std::vector<Adapter>& present);
-/// A bus was chosen and its node cannot be opened.
+/// A bus was chosen, but its node cannot be opened.
 std::string CannotOpenText(const Adapter& adapter, const std::string& node, int error);
 /// A kernel driver is bound to the address; `driver` may be empty.
 std::string HeldText(int adapter, std::uint8_t address, const std::string& driver);

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// An XDG base directory: the variable's, when it holds an absolute path, else the usual one below the home folder.
+/// An XDG base directory: the variable's value if it is an absolute path, otherwise the default below the home folder.
 fs::path BaseDirectory(const Environment& environment, const char* variable, const char* belowHome) {
   const fs::path set = environment(variable);
   if (set.is_absolute()) return set;

@@ -20,8 +20,8 @@ namespace {
 constexpr std::string_view kPciDisplay = "0x03";
 constexpr std::string_view kPciSmbus = "0x0c05";
 
-// What the kernel's display drivers call their buses. The PCI class finds most of them; these are for displays on other
-// buses, and for drivers whose adapter hangs in the tree apart from its card.
+// Names that the kernel's display drivers give their buses. The PCI class identifies most of them; these are for
+// displays on other buses, and for drivers whose adapter is not below its card in the device tree.
 constexpr std::array<std::string_view, 21> kDisplayWords{
     "gmbus",   "ddc",  "dpddc", "ddi",     "dpmst",  "aux",    "hdmi",   "dvi", "lvds", "vga",   "drm",
     "display", "i915", "nvkm",  "nouveau", "nvidia", "radeon", "amdgpu", "mga", "ast",  "cirrus"};
@@ -33,14 +33,14 @@ std::string FirstLine(const fs::path& file) {
   return Trimmed(line);
 }
 
-/// The N of a folder named i2c-N; the chips on the buses stand beside them under names such as 0-002c.
+/// The N of a folder named i2c-N; beside them are the buses' chips, with names such as 0-002c.
 std::optional<int> AdapterNumber(const std::string& folder) {
   constexpr std::string_view kPrefix = "i2c-";
   if (!folder.starts_with(kPrefix)) return std::nullopt;
   return WholeNumber(std::string_view(folder).substr(kPrefix.size()));
 }
 
-/// A word counts only where no letter stands before or behind it: "DDC-A" is a display, "addcard" is not.
+/// A word matches only if there is no letter directly before or after it: "DDC-A" is a display, "addcard" is not.
 bool HasWord(const std::string& lower, std::string_view word) {
   const auto isLetter = [](char c) { return c >= 'a' && c <= 'z'; };
   for (std::size_t at = lower.find(word); at != std::string::npos; at = lower.find(word, at + 1)) {
@@ -56,7 +56,7 @@ bool NameIsOfDisplay(const std::string& name) {
                      [&lower](std::string_view word) { return HasWord(lower, word); });
 }
 
-/// Whether a device above the adapter is a display controller, or a connector of one.
+/// True if a device above the adapter is a display controller or one of its connectors.
 bool HangsOnDisplay(const fs::path& device) {
   for (fs::path above = device; above.has_relative_path(); above = above.parent_path()) {
     if (above.filename() == "drm" || above.filename() == "graphics") return true;
@@ -81,7 +81,7 @@ std::vector<Adapter> Sysfs::Adapters() const {
     std::error_code unresolved;
     const fs::path device = fs::canonical(entry->path(), unresolved);
     if (!unresolved) {
-      // Only the controller's own bus: the buses behind a multiplexer on it lead to memory modules.
+      // Only the controller's own bus: the buses behind its multiplexer lead to memory modules.
       adapter.isHost = FirstLine(device.parent_path() / "class").starts_with(kPciSmbus);
       adapter.isDisplay = HangsOnDisplay(device);
     }

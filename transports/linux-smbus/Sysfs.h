@@ -9,11 +9,10 @@
 
 namespace zth::smbus {
 
-/// What the kernel tells of its I2C adapters under /sys. Reads files only; what is missing or unreadable counts as not
-/// there.
+/// The kernel's I2C adapters as described under /sys. Only reads files; missing or unreadable ones count as absent.
 class Sysfs {
  public:
-  /// `root` is where sysfs is mounted.
+  /// `root` is the mount point of sysfs.
   explicit Sysfs(const std::filesystem::path& root);
 
   std::vector<Adapter> Adapters() const;

@@ -11,7 +11,7 @@
 
 namespace zth::smbus {
 
-/// The text without blanks and tabs at its ends.
+/// The text without leading and trailing blanks and tabs.
 inline std::string Trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r\n";
   const std::size_t first = text.find_first_not_of(kBlanks);
@@ -19,7 +19,7 @@ inline std::string Trimmed(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(kBlanks) - first + 1));
 }
 
-/// ASCII letters in lower case, whatever the locale.
+/// ASCII letters in lower case, independent of the locale.
 inline std::string LowerCase(std::string_view text) {
   std::string lower(text);
   for (char& c : lower) {
@@ -28,7 +28,7 @@ inline std::string LowerCase(std::string_view text) {
   return lower;
 }
 
-/// A text that is a whole number of 0 or above and nothing else.
+/// The number if the text is a non-negative integer and nothing else.
 inline std::optional<int> WholeNumber(std::string_view text) {
   int number = 0;
   const char* const end = text.data() + text.size();
@@ -44,7 +44,7 @@ inline std::string Hex(std::uint8_t byte) {
   return text.data();
 }
 
-/// The kernel's name of the chip at an address of an adapter, as "0-002c".
+/// The kernel's name for the chip at an address of an adapter, for example "0-002c".
 inline std::string ChipName(int adapter, std::uint8_t address) {
   std::array<char, 24> name{};
   std::snprintf(name.data(), name.size(), "%d-%04x", adapter, static_cast<unsigned>(address));

@@ -22,10 +22,10 @@ namespace {
 
 constexpr int kHeaters = 2;
 
-/// The adapter reports a drive as twice its percentage.
+/// The adapter reports twice the percentage.
 constexpr double kDriveScale = 2.0;
 
-/// Heater 1 goes with Remote1, heater 2 with Remote2.
+/// Heater 1 belongs to Remote1, heater 2 to Remote2.
 QString TemperatureCaption(int heater) {
   return QString("Remote%1 = ").arg(heater + 1);
 }
@@ -43,7 +43,7 @@ frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heat
   SetCancelButton(*cmdClose);
   column->addStretch();
   column->addWidget(cmdClose, 0, Qt::AlignRight);
-  // Not the first slider: nobody has picked it yet, and a stray wheel or arrow key over it would heat.
+  // Not the first slider: the user has not chosen it, and a stray wheel or arrow key would switch on the heat.
   cmdClose->setFocus();
 }
 
@@ -65,7 +65,7 @@ QFrame* frmHeaters::MakeFrame(int heater) {
 
   QLabel*& temperature = lblTemp_[index];
   temperature = widgets::Named<QLabel>(QString("lblTemp(%1)").arg(heater), TemperatureCaption(heater), frame);
-  // The widest reading has its place from the start, so that nothing moves with the temperature.
+  // Reserve room for the widest reading, so that nothing moves as the temperature changes.
   temperature->setMinimumWidth(temperature->fontMetrics().horizontalAdvance(TemperatureCaption(heater) + "-88.75°C"));
 
   auto* row = new QHBoxLayout(frame);

@@ -13,8 +13,8 @@ class GSlider;
 
 namespace zth::windows {
 
-/// The board's two heaters: a slider for the drive of each, beside the temperature that goes with it. A slider acts at
-/// once. The heaters hang on the USB adapter; over SMBus nothing is sent.
+/// The board's two heaters: a drive slider for each, and its temperature beside it. A slider acts at once. The heaters
+/// are on the USB adapter; over SMBus nothing is sent.
 class frmHeaters final : public ChildWindow {
   Q_OBJECT
 
@@ -24,7 +24,7 @@ class frmHeaters final : public ChildWindow {
   void Form_Load() override;
   void Form_Unload() override;
 
-  /// Shows the latest temperatures of Remote1 and Remote2: for the master timer.
+  /// Shows the latest temperatures of Remote1 and Remote2. Called by the master timer.
   void RefreshTemperatures();
 
  private:

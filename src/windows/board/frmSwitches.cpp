@@ -23,7 +23,7 @@ constexpr std::array kSwitchCaptions{
     "Tach2 (Pin2)", "Tach3 (Pin3)", "Tach4 (Pin4)",   "Pin23",          "Pin24",        "Pin25",        "Pin26",
 };
 
-/// The run of boxes of one device; bit 0 is the first.
+/// The boxes of one device; the first one is bit 0.
 struct Device {
   std::int32_t address;
   const char* caption;
@@ -115,7 +115,7 @@ void frmSwitches::cmbApply_Click() {
     }
     link::WriteBoardPortUnchecked(device.address, static_cast<std::int32_t>(port));
   }
-  Load();  // the boxes show what the devices took
+  Load();  // show what the devices have accepted
 }
 
 }  // namespace zth::windows

@@ -11,8 +11,8 @@ class QLabel;
 
 namespace zth::windows {
 
-/// The board's two ADG715 switch devices by hand: a snapshot of their ports as check boxes, written on Apply. What is
-/// set here lasts until the next write to the pin configuration routes the board anew.
+/// Manual control of the board's two ADG715 switch devices: check boxes show a snapshot of their ports, which Apply
+/// writes. The settings last until the next write to the pin configuration sets the switches again.
 class frmSwitches final : public ChildWindow {
   Q_OBJECT
 
@@ -29,9 +29,9 @@ class frmSwitches final : public ChildWindow {
   void cmdRefresh_Click();
   void cmbApply_Click();
 
-  /// Boxes 0 to 5 are bits 0 to 5 of chip::kSwitchDevice0, boxes 6 to 13 all bits of chip::kSwitchDevice1.
+  /// Boxes 0 to 5 are bits 0 to 5 of chip::kSwitchDevice0, boxes 6 to 13 are all bits of chip::kSwitchDevice1.
   std::array<QCheckBox*, 14> chkSwitch_{};
-  std::array<bool, 14> read_{};  ///< what they showed when the board was last read
+  std::array<bool, 14> read_{};  ///< their states when the board was last read
   QLabel* lblNoAdapter_ = nullptr;
 };
 

@@ -10,7 +10,7 @@
 namespace zth::windows {
 namespace {
 
-// Ticked masks the event. The boxes of the reserved bit 4 are hidden: they give back what was read.
+// A ticked box masks the event. The boxes of the reserved bit 4 are hidden; they write back the value read.
 constexpr std::array kEdo1{
     Check({"chkEDOEnable", 0}, "Enable EDO &1", At("EDO Enable", "EDO1")),
     Check({"chkEDO1Mask", 0}, "Mask GPIO1 EDO1 Event", At("EDO Mask 1", "GIO1")),

@@ -4,7 +4,7 @@
 
 namespace zth::windows {
 
-/// The two EDO outputs and the events that each one masks.
+/// The two EDO outputs and the events that each of them masks.
 class frmEDO final : public ConfigWindow {
  public:
   explicit frmEDO(const Context& context);

@@ -30,16 +30,16 @@ constexpr char kBadOption[] = "Option value must be in range 1-5";
 constexpr char kSetting[] = "OpenEasySetup";
 constexpr int kGraphPlaceTwips = 500;
 
-/// What a ticked option does at OK.
+/// The action of a ticked option on OK.
 enum class Action : std::uint8_t { EasyOption, SetBits, WriteOnes, OpenGraphs };
 
 struct SetupOption {
-  Binding row;  ///< the option's box, and the bits that it sets
-  bool ticked;  ///< when the window opens
+  Binding row;  ///< the option's box, and the bits it sets
+  bool ticked;  ///< initial state
   Action action;
 };
 
-// In the order in which they run. The blanks at the ends belong to the texts.
+// In the order of execution. The leading and trailing blanks are part of the texts.
 // clang-format off
 constexpr std::array<SetupOption, 7> kSetupOptions{{
     {Check({"chkOption", 0}, "Set &Easy Configuration Option", {"Easy Config"_reg, Bits(4, 0)}),
@@ -140,7 +140,7 @@ void frmEasySetup::txtOption_Change() {
   }
   const double option = base::LeadingDecimal(txtOption_->text().toStdString());
   const int byte = chip::EasyOptionByte(option);
-  // A fraction passes, but is not the option that the chip gets.
+  // A fraction is accepted, but the chip gets a different option.
   const bool odd = option != std::floor(option);
   MarkControl(*txtOption_, *this, false, odd);
   txtOption_->setToolTip(place + (odd ? QString::asprintf("\nGoes out as 0x%02X", byte) : QString()));

@@ -10,12 +10,12 @@ class QWidget;
 
 namespace zth::windows {
 
-/// The setting "OpenEasySetup": whether the start opens this window. Whatever does not read as False does; a setting
-/// that is missing or spoilt counts as its default.
+/// The setting "OpenEasySetup": whether this window is opened at the start. Any value but False means yes; a missing or
+/// invalid setting counts as its default.
 bool OpensEasySetup(const platform::Settings& settings);
 
-/// The first steps with a new chip: a few ticks, each of which only ever sets bits. Reads nothing from the chip when it
-/// opens, so that its boxes show what will be done and not what is.
+/// The first steps with a new chip: a few check boxes, each of which only sets bits. Opening the window reads nothing
+/// from the chip, so the boxes show what will be done, not the chip's state.
 class frmEasySetup final : public ChildWindow {
   Q_OBJECT
 

@@ -42,16 +42,16 @@ constexpr std::array kMeasurement{
     List("cmbTachPulses", "&No. Tach Pulses", At("Configuration 2", "#FP"), kPulses),
 };
 
-/// Where one PWM's bits stand. Those of the acoustics go by number: both enables of the second register are named
-/// "En3".
+/// The places of one PWM's bits. The acoustics bits are given by number, because both enables of the second register
+/// are named "En3".
 struct Pwm {
   std::uint8_t config;
   std::uint8_t acoustics;
   std::uint8_t frequency;
   std::uint8_t minimum;
-  int bit;               ///< its own bit of the acoustics and of the frequency register
-  base::BitField field;  ///< its own field of both
-  int tachBit;           ///< its bit of "Tach Configuration", whose names run the other way round
+  int bit;               ///< its bit in the acoustics and frequency registers
+  base::BitField field;  ///< its field in both
+  int tachBit;           ///< its bit of "Tach Configuration", whose bit names run in reverse
   const char* continuous;
   const char* upDown;
 };

@@ -6,7 +6,7 @@ class QTabWidget;
 
 namespace zth::windows {
 
-/// All that concerns fans as a group: the four PWM outputs and the eight tach inputs.
+/// Settings of all fans: the four PWM outputs and the eight tach inputs.
 class frmFanConfig final : public ConfigWindow {
  public:
   explicit frmFanConfig(const Context& context);

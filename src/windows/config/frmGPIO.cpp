@@ -62,7 +62,7 @@ constexpr std::array kPinReads{Read("GPIO1_Bhvr"_reg, 2), Read("GPIO Status,Host
 constexpr std::array kPinWrites{Whole("GPIO1_Bhvr"_reg), Whole("GPIO2_Bhvr"_reg), Whole("GPIO Status,Host"_reg)};
 static_assert(IsSound(kRows, Joined(kEnableRead, kPinReads), Joined(kEnableWrite, kPinWrites)));
 
-/// Where the pin configuration tells a pin's function, and the flag made of it: 0 while the pin serves GPIO.
+/// A pin's function in the pin configuration, and its flag: 0 while the pin is used as GPIO.
 struct PinFunction {
   Binding place;
   std::int16_t Flags::*flag;
@@ -87,7 +87,7 @@ QComboBox* MakeList(const QString& name, Items items, const QString& spoken) {
   auto* list = widgets::Named<QComboBox>(name);
   for (const char* item : items) list->addItem(item);
   list->setAccessibleName(spoken);
-  list->setAccessibleDescription(spoken);  // all that a list without a label tells on some desktops
+  list->setAccessibleDescription(spoken);  // some desktops announce only this for a list without a label
   return list;
 }
 
@@ -124,7 +124,7 @@ frmGPIO::frmGPIO(const Context& context)
   buttons->addWidget(cmdCancel);
   column->addLayout(buttons);
 
-  // Each change is written at once, so that its mark goes as it comes.
+  // Each change is written at once, so marks disappear immediately.
   controls_ = new BoundControls(*this, kRows, [this](const Binding& row) { Control_Change(row); });
   new BoundMarks(*this, *controls_);
   for (Line& line : lines_) {
@@ -141,7 +141,7 @@ void frmGPIO::BuildLine(std::size_t i, QGridLayout& grid) {
   auto* cmbPolarity = MakeList("cmbPolarity" + element, kPolarities, spoken + "Polarity");
   line.cmbStatus = MakeList("cmbStatus" + element, kStates, spoken + "Status");
   line.lblStatus = widgets::Named<QLabel>("lblStatus" + element);
-  // The text stands about where the list shows its own, so that little jumps when they take each other's place.
+  // The text is placed about where the list shows its own, so that little moves when one replaces the other.
   line.lblStatus->setIndent(line.lblStatus->fontMetrics().horizontalAdvance('n'));
   line.chkPinEn = widgets::Named<QCheckBox>("chkPinEn" + element);
   line.chkPinEn->setEnabled(false);
@@ -176,7 +176,7 @@ void frmGPIO::UpdateGPIOStatus() {
   bool read = true;
   {
     const QScopedValueRollback refreshing(refreshing_, true);
-    // As the window opens there is nothing yet that could stay.
+    // While the window opens there is no older state that could stay.
     if (loaded_) {
       read = controls_->Refresh(kPinReads);
     } else {
@@ -197,9 +197,9 @@ void frmGPIO::UpdateGPIOStatus() {
 }
 
 void frmGPIO::Control_Change(const Binding& row) {
-  // What a refresh shows stands in the chip already; written back, half of it would be older than the other half.
+  // A refresh shows what the chip already holds; writing it back now would mix new values with old ones.
   if (!loaded_ || refreshing_) return;
-  // The box writes its own bit; each list writes all of the pins' registers, whole.
+  // The box writes its own bit; every list writes all of the pins' registers, whole.
   controls_->Apply(&row == kRows.data() ? std::span<const WriteStep>(kEnableWrite) : kPinWrites);
 }
 

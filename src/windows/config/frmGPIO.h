@@ -14,8 +14,8 @@ namespace zth::windows {
 class BoundControls;
 struct Binding;
 
-/// Direction, polarity and status of the eight general-purpose pins. A live window: each change of a control goes to
-/// the chip at once, and the master timer refreshes it while it is open.
+/// Direction, polarity and status of the eight general-purpose pins. A live window: every change of a control is
+/// written at once, and the master timer refreshes the window while it is open.
 class frmGPIO final : public ChildWindow {
   Q_OBJECT
 
@@ -31,7 +31,7 @@ class frmGPIO final : public ChildWindow {
  private:
   static constexpr std::size_t kPins = 8;
 
-  /// The controls of one pin that follow the others.
+  /// The dependent controls of one pin.
   struct Line {
     QComboBox* cmbDir = nullptr;
     QComboBox* cmbStatus = nullptr;

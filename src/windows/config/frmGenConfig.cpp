@@ -19,7 +19,7 @@ constexpr std::array kChip{
     Check("chkSetupComplete", "&Setup Complete", chip::kSetupComplete),
     Check("chkShutDown", "Shut&down the ZTH4718", At("Configuration 2", "Shdn")),
 };
-// The bits of "Configuration 3" go by their numbers: the table's names do not tell what they do.
+// The bits of "Configuration 3" are given by number: their names in the table do not tell what they do.
 constexpr std::array kBus{
     Check("chkEnSCLTmout", "&Enable SCL Timeout", "Configuration 3"_reg, 1),
     Check("chkEnSDATmout", "E&nable SDA Timeout", "Configuration 3"_reg, 2),

@@ -36,7 +36,7 @@ QListWidget* MakeDetails(std::size_t option) {
   return list;
 }
 
-/// Boxes one above the other: their lists begin at the same place.
+/// Aligns the lists of boxes that are placed one above the other.
 void AlignLists(std::initializer_list<QGroupBox*> boxes) {
   int width = 0;
   for (const QGroupBox* box : boxes) {
@@ -96,7 +96,7 @@ QWidget* frmPinConfig::BuildDetails() {
   auto* grid = new QGridLayout(details);
   grid->setContentsMargins(0, 0, 0, 0);
   grid->addWidget(label1, 0, 0);
-  // All on the same spot, which is as large as the largest of them needs.
+  // All in the same place, which is as large as the largest of them needs.
   grid->addWidget(noDetails_, 1, 0);
   QSize spot;
   for (std::size_t i = 0; i < list1_.size(); ++i) {
@@ -142,7 +142,7 @@ QBoxLayout* frmPinConfig::BuildButtons(const QString& apply, int close, void (fr
   auto* cmdClose = widgets::Named<QPushButton>(QString("cmdClose(%1)").arg(close), "C&lose");
   cmdClose->setToolTip("Close this window and write nothing");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
-  // Escape closes from either tab. Enter applies nothing: a stray one must not re-route the pins of a live board.
+  // Escape closes from either tab. Enter does not apply: a stray Enter must not re-route the pins of a live board.
   SetCancelButton(*cmdClose);
   auto* row = new QHBoxLayout;
   row->addStretch();
@@ -155,7 +155,7 @@ QGroupBox* frmPinConfig::BuildBox(PinBox box, const QString& name, const QString
   auto* frame = widgets::Named<QGroupBox>(name, title);
   auto& grid = *new QGridLayout(frame);
   grid.setColumnStretch(1, 1);
-  // A group's list heads the pins that hang on it.
+  // A group's list comes before the pins that depend on it.
   for (std::size_t i = 0; i < kPins.size(); ++i) {
     if (kPins[i].box != box || !kPins[i].group.empty()) continue;
     BuildPin(i, grid);
@@ -171,7 +171,7 @@ void frmPinConfig::BuildPin(std::size_t i, QGridLayout& grid) {
   const Pin& pin = kPins[i];
   auto* list = widgets::Named<QComboBox>(NameOf(pin.row.control));
   for (const char* item : pin.row.items) list->addItem(item);
-  // Nothing is selected before the first reading, so that it is a change for each list and runs its handler.
+  // Nothing is selected before the first read, so that it changes every list and runs its handler.
   list->setCurrentIndex(-1);
   auto* label = widgets::Named<QLabel>(QString("lblPin(%1)").arg(pin.label), CaptionOf(pin.row));
   label->setBuddy(list);
@@ -191,7 +191,8 @@ QComboBox& frmPinConfig::List(std::string_view control) const {
 }
 
 void frmPinConfig::Form_Load() {
-  // A clear bit cannot unselect an option, and of several set ones the last remains: option buttons are so by nature.
+  // A clear bit does not deselect its option, and of several set bits the last one wins, because option buttons are
+  // exclusive.
   controls_->Load(kPinReads);
 }
 
@@ -238,7 +239,7 @@ void frmPinConfig::cmdApply_Click() {
 
 void frmPinConfig::cmdEasyApply_Click() {
   controls_->Apply(kEasyWrites);
-  // The chip has set the pins by itself.
+  // The chip has set the pin configuration itself.
   Load();
   ReloadLimits();
 }

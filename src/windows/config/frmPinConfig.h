@@ -18,8 +18,8 @@ namespace zth::windows {
 
 class BoundControls;
 
-/// What the chip's multi-function pins do: one of its ready-made assignments, or pin by pin. Each tab has its own
-/// Apply, which writes that tab's registers alone and then makes open windows read the chip again.
+/// The functions of the chip's multi-function pins: one of its predefined assignments, or pin by pin. Each tab has its
+/// own Apply, which writes only that tab's registers and then makes open windows read the chip again.
 class frmPinConfig final : public ChildWindow {
   Q_OBJECT
 
@@ -56,9 +56,9 @@ class frmPinConfig final : public ChildWindow {
 
   std::array<QRadioButton*, kEasyOptions> optEasy_{};
   std::array<QListWidget*, kEasyOptions> list1_{};
-  QLabel* noDetails_ = nullptr;  ///< in the lists' place while no option is selected
+  QLabel* noDetails_ = nullptr;  ///< replaces the lists while no option is selected
   std::array<QComboBox*, kPins.size()> lists_{};
-  std::array<QLabel*, kPins.size()> lblPin_{};  ///< by the row of the table
+  std::array<QLabel*, kPins.size()> lblPin_{};  ///< indexed by row of the table
   BoundControls* controls_ = nullptr;
 };
 

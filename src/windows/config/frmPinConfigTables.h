@@ -6,17 +6,17 @@
 
 #include "windows/Bindings.h"
 
-/// The controls of the pin configuration, in rows that compare with the chip's data sheet.
+/// The controls of the pin configuration, in rows that can be compared with the chip's data sheet.
 namespace zth::windows {
 
-/// Which box of the window a list stands in.
+/// The box of the window that a list belongs to.
 enum class PinBox : std::uint8_t { Vid, Diodes, Alarms, Inputs };
 
 struct Pin {
   Binding row;
   int label;  ///< index into lblPin
   PinBox box;
-  std::string_view group = {};  ///< the list that takes the pin away while it shows its first item
+  std::string_view group = {};  ///< the list that uses the pin while its first item is selected
 };
 
 inline constexpr char kVidGroup[] = "cmbPins1234_31_32";
@@ -40,7 +40,7 @@ inline constexpr std::array kPin21{"+5V", "Tach 7"};
 inline constexpr std::array kPin22{"+12V3", "Tach 8"};
 inline constexpr std::array kPin23{"+Vccp1", "+2.5V", "+1.8V", "+1.5V"};
 inline constexpr std::array kPin24{"+Vccp2", "+2.5V", "+1.8V", "+1.5V"};
-// Twice the same text where the chip treats two values of a field alike: one item for each value.
+// A text occurs twice if the chip treats two values of a field alike: there is one item for each value.
 inline constexpr std::array kPin25{"+3.3V", "+1.2V1 Gbit", "VR_Hot1", "VR_Hot1"};
 inline constexpr std::array kPin26{"Vbatt", "+1.2V2(FSB_Vtt)", "VR_Hot2", "VR_Hot2"};
 inline constexpr std::array kPin27{"FAN1MAX", "Chassis Intrusion"};
@@ -50,7 +50,7 @@ inline constexpr std::array kPin31{"GPIO 5", "PWM 1"};
 inline constexpr std::array kPin32{"GPIO 6", "PWM 2"};
 }  // namespace items
 
-// Mnemonics go to the groups and to the pins of one digit; there are not enough characters for the rest.
+// Mnemonics are given to the groups and to the pins with one digit; there are not enough characters for the rest.
 // clang-format off
 inline constexpr std::array kPins{
     Pin{List(kVidGroup,    "VI&D Enable", At("Pin Config 1", "VID"), items::kVid, Sense::Inverted), 10, PinBox::Vid},
@@ -88,7 +88,7 @@ inline constexpr std::array kEasyRows{
     Check({"optEasy", 4}, "Easy Option&%1", At("Easy Config", "Op5")),
 };
 
-/// What each Easy option sets up; nulls behind the last line.
+/// What each Easy option sets up; nulls after the last line.
 inline constexpr std::array<std::array<const char*, 8>, kEasyRows.size()> kEasyDetails{{
     {"4 Thermal Channels (3 Remote + Local)", "4 PWM Drive Channels", "8 Tach Inputs", "4 Voltage Inputs",
      "2 THERM I/O pins", "Chassis Intrusion Detection"},

@@ -14,7 +14,7 @@
 namespace zth::windows {
 namespace {
 
-// "8" stands at the last three values of the field: a 5 or 6 shows as it, and it goes out as 7.
+// "8" stands for the last three values of the field: values 5 and 6 are shown as "8" and written as 7.
 constexpr std::array kWindows{"0.25", "0.5", "1", "2", "4", "8", "8", "8"};
 
 constexpr std::array kTimer{

@@ -4,7 +4,7 @@
 
 namespace zth::windows {
 
-/// The two THERM pins: timers, what asserts them, and the hysteresis of the temperature channels.
+/// The two THERM pins: timers, the conditions that assert them, and the hysteresis of the temperature channels.
 class frmTherm final : public ConfigWindow {
  public:
   explicit frmTherm(const Context& context);

@@ -9,8 +9,8 @@
 namespace zth::windows {
 namespace {
 
-// The registers enable, the captions disable: ticked is 0. "P5" and the reserved bits have no box. The bit of pin 8 is
-// named "P9".
+// The register bits enable but the captions say disable, so ticked is 0. "P5" and the reserved bits have no box. The
+// bit of pin 8 is named "P9".
 constexpr Binding Attenuator(int index, const char* caption, chip::RegisterField at) {
   return Check({"chkDisAtten", index}, caption, at, Sense::Inverted);
 }

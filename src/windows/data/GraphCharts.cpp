@@ -18,7 +18,7 @@ struct Rgb {
 };
 
 constexpr Rgb kNavy{0, 0, 128};
-// Blue, red, green, black; the last four are for tachs 5 to 8: magenta, orange, lime, maroon.
+// Blue, red, green, black; the last four (magenta, orange, lime, maroon) are for tachs 5 to 8.
 constexpr std::array<Rgb, 8> kColours{
     {{0, 0, 255}, {255, 0, 0}, {0, 128, 0}, {0, 0, 0}, {255, 0, 255}, {255, 128, 0}, {0, 255, 0}, {128, 0, 0}}};
 
@@ -33,7 +33,7 @@ constexpr char kTachTitle[] = "Fan Speed (RPM)";
 constexpr char kPwmTitle[] = "PWM Drive (% Duty)";
 constexpr char kDegrees[] = "\u00B0C";
 
-/// Traces with a legend row each; the first row's slot is `slot`.
+/// Adds traces with a legend row each; `slot` is the first row's slot.
 void AddTraces(StripSetup& setup, std::span<const char* const> names, int axis, int slot) {
   for (std::size_t i = 0; i < names.size(); ++i) {
     const Rgb colour = kColours.at(i);
@@ -44,14 +44,14 @@ void AddTraces(StripSetup& setup, std::span<const char* const> names, int axis, 
   }
 }
 
-/// One quantity on the whole height.
+/// A chart with one quantity over the full height.
 StripSetup OneZone(const char* title, double max, const char* unit, const char* widest) {
   StripSetup setup{.title = QString::fromUtf8(title), .axes = {{.max = max, .unit = QString::fromUtf8(unit)}}};
   setup.widestLegend = QString::fromUtf8(widest);
   return setup;
 }
 
-/// Temperatures above a second quantity, whose title stands at its zone's top.
+/// Temperatures above a second quantity, whose title is at the top of its zone.
 StripSetup TwoZones(const char* title, double max, const char* unit) {
   StripSetup setup = OneZone(kTemperatureTitle, 60, kDegrees, "Remote1 = -63.75\u00B0C");
   setup.axes[0].areaBottom = 0.47;

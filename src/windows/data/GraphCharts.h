@@ -5,7 +5,7 @@
 
 #include "widgets/StripSetup.h"
 
-/// What the seven charts of the graph window look like at the start.
+/// The initial set-up of the graph window's seven charts.
 namespace zth::windows {
 
 /// The charts by index.
@@ -20,8 +20,8 @@ enum Graph : std::uint8_t {
   kGraphs,
 };
 
-/// Label slots of the legend. A chart of two zones has the heading of the second zone and its rows behind the four
-/// rows of the temperatures, and the traces of the second zone behind those of the temperatures.
+/// Label slots of the legend. In a chart with two zones, the heading and the rows of the second zone follow the four
+/// rows of the temperatures, and its traces follow those of the temperatures.
 inline constexpr int kFirstSlot = 1;
 inline constexpr int kHeadingSlot = 5;
 inline constexpr int kSecondSlot = 6;
@@ -31,10 +31,10 @@ inline constexpr int kSecondTrace = 4;
 inline constexpr std::array<const char*, kGraphs> kGraphNames{
     "Temperature Only", "Tach Only", "PWM Only", "Temperature and Tach", "Temperature and PWM", "Voltage", "THERM"};
 
-/// Traces and label slots that the voltage chart has at the least.
+/// The minimum number of traces and label slots in the voltage chart.
 inline constexpr int kVoltageTraces = 13;
 
-/// The set-up of a chart, 0 to 6. `voltages` is how many voltage channels are present.
+/// The set-up of chart 0 to 6. `voltages` is the number of voltage channels present.
 widgets::StripSetup GraphSetup(int index, int voltages);
 
 }  // namespace zth::windows

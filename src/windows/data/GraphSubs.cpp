@@ -20,12 +20,12 @@ void Write(widgets::Strip& chart, int slot, const QString& text) {
   chart.SetCaption(text);
 }
 
-/// What a chart is fed: an old value is a gap in the line.
+/// The value to add to a chart: a stale one becomes a gap in the line.
 double Fed(int group, double value) {
   return chip::IsStale(group) ? std::nan("") : value;
 }
 
-/// What a legend shows in the place of a value; an old one is told by its age alone, for which there is room.
+/// The text of a value in a legend. For a stale value only its age: there is no room for both.
 QString Shown(int group, const QString& value) {
   return chip::IsStale(group) ? chip::AgeText(group) : value;
 }
@@ -44,7 +44,7 @@ void FeedTemperatures(const Graphs& charts) {
   }
 }
 
-/// One quantity on a chart of its own and in the second zone of another.
+/// Feeds one quantity to its own chart and to the second zone of a shared one.
 void FeedPair(widgets::Strip& own, widgets::Strip& shared, int index, double value, const QString& text) {
   own.PlotValue(index, value);
   shared.PlotValue(kSecondTrace + index, value);

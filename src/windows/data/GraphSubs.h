@@ -12,8 +12,8 @@ namespace zth::windows {
 
 using Graphs = std::array<widgets::Strip*, kGraphs>;
 
-/// Adds the newest values of `Measurements` to all seven charts, shown or not, and writes their legends. A stale value
-/// is a gap, and its legend tells how old it is.
+/// Adds the newest values of `Measurements` to all seven charts, visible or not, and updates their legends. A stale
+/// value becomes a gap, and its legend shows its age.
 void FeedGraphs(const Graphs& stpGraph);
 
 }  // namespace zth::windows

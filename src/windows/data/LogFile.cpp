@@ -8,10 +8,10 @@ namespace {
 
 constexpr char kLineEnd[] = "\r\n";
 
-/// So much of a file's end tells that it is the same one.
+/// This many bytes at the end of a file identify it.
 constexpr qsizetype kTail = 256;
 
-/// It begins with no number, so that nothing takes it for a sample.
+/// Does not start with a number, so that it is never mistaken for a sample.
 QByteArray GapLine(std::int64_t lost) {
   const std::string text = "Gap: " + std::to_string(lost) + (lost == 1 ? " line" : " lines") +
                            " lost while the file was not writable" + kLineEnd;
@@ -34,8 +34,8 @@ void LogFile::Add(std::string_view line, std::int64_t room) {
 }
 
 bool LogFile::VolumeIsThere(platform::Files& files, const std::optional<platform::FileState>& seen) const {
-  // Asked for only when something has changed: it is no cheap question. Under the place of a volume that has gone there
-  // is a folder as a rule; what would be written there is out of sight as soon as the volume is back.
+  // Checked only if something has changed, because it is expensive. When a volume is unmounted, a folder usually
+  // remains at its mount point; anything written there would be hidden once the volume is back.
   if (!left_ || (seen && seen->device == left_->device)) return true;
   return volume_.isEmpty() || files.VolumeOf(volume_) == volume_;
 }
@@ -46,8 +46,8 @@ const char* LogFile::Accident(platform::Files& files, const std::optional<platfo
   const bool same = seen->SameFile(*left_);
   if (same && seen->size == left_->size) return nullptr;
   if (same && seen->size < left_->size) return "it had been cut short";
-  // It is longer, or another one. Where what was written last still stands in its place, somebody has added to it, or
-  // has put a copy in its place, or its volume numbers its files anew.
+  // The file is longer, or a different one. If the last written bytes are still in place, nothing is wrong: somebody
+  // has appended to it or replaced it by a copy, or the volume has renumbered its files.
   if (seen->size >= left_->size) {
     const auto there = files.ReadAt(path_, left_->size - tail_.size(), tail_.size());
     if (there ? *there == tail_ : same) return nullptr;
@@ -63,8 +63,8 @@ LogFile::Landed LogFile::Write(platform::Files& files, const std::optional<platf
   const auto written = static_cast<qsizetype>(done.written);
   qsizetype whole = written;
   if (written < bytes.size()) {
-    // What landed of the lines is done with; what landed of a line or of the head is cut off, and waits on. A gap is
-    // told of anew.
+    // Complete lines are done. A partial line or head is cut off and keeps waiting. So is the gap line, to be written
+    // again.
     const qsizetype last = std::min(written, head.size() + lines.size()) - 1;
     whole = last < 0 ? 0 : bytes.lastIndexOf('\n', last) + 1;
     if (whole < head.size()) whole = 0;
@@ -104,7 +104,7 @@ bool LogFile::Flush(platform::Files& files) {
   if (Empty()) return true;
 
   const char* found = Accident(files, seen);
-  // What was found first is what had happened: a head that did not fit leaves a file of its own.
+  // Keep the first accident: a head that did not fit leaves a new file itself.
   if (found == nullptr || pending_ == nullptr) pending_ = found;
   const Landed landed =
       Write(files, seen, found != nullptr ? head_ : QByteArray(), waiting_, lost_ > 0 ? GapLine(lost_) : QByteArray());

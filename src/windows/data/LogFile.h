@@ -12,61 +12,62 @@
 
 namespace zth::windows {
 
-/// The way of lines into one log file. Each line goes out whole or not at all; what cannot be written waits here, in
-/// order, and goes out first as soon as writing works again. Lines end in CR LF.
+/// Writes lines to one log file. Each line is written whole or not at all. Lines that cannot be written wait here, in
+/// order, and are written first once writing works again. Lines end in CR LF.
 ///
-/// Nothing stays open between two writes, so each one looks whether the file is still the one that the last was left
-/// in: in another one, a new or an emptied one the head comes first.
+/// The file is not kept open between writes, so each write checks that it is still the file as the last write left it.
+/// A different, new or emptied file gets the head first.
 class LogFile {
  public:
-  /// `head`: all of the log's head, with the ends of its lines.
+  /// `head` is the complete head, including line ends.
   LogFile(QString path, QByteArray head) : path_(std::move(path)), head_(std::move(head)) {}
 
   const QString& Path() const { return path_; }
 
-  /// Writes the head. False when that could not be done; nothing of it is in the file then.
+  /// Writes the head. False on failure; then the file contains none of it.
   bool Begin(platform::Files& files);
 
-  /// Adds a line, given without its end, to those that wait. With no `room` for it (in lines) it is lost, and counted;
-  /// a line that tells of the gap follows the waiting ones, in its place.
+  /// Queues a line, given without its end. If there is no `room` (in lines), the line is lost and counted, and a line
+  /// that reports the gap follows the queued ones.
   void Add(std::string_view line, std::int64_t room);
 
-  /// Writes all that waits. True when nothing does any more.
+  /// Writes all queued lines. True if none are left.
   bool Flush(platform::Files& files);
 
   std::int64_t Waiting() const { return lines_; }
   std::int64_t Lost() const { return lost_; }
   bool Empty() const { return lines_ == 0 && lost_ == 0; }
 
-  /// What had become of the file when its head had to be written again: "it was gone". Told once for each time.
+  /// What had happened to the file when its head had to be written again, for example "it was gone". Reported once each
+  /// time.
   QString TakeAccident() { return std::exchange(accident_, {}); }
 
  private:
-  /// What a write has left in the file.
+  /// How much of a write the file contains.
   struct Landed {
-    qsizetype lines = 0;  ///< bytes of whole lines
-    bool head = false;    ///< all of the head
+    qsizetype lines = 0;  ///< number of bytes in whole lines
+    bool head = false;    ///< the whole head was written
     bool all = false;
   };
   Landed Write(platform::Files& files, const std::optional<platform::FileState>& seen, const QByteArray& head,
                const QByteArray& lines, const QByteArray& gap);
   bool VolumeIsThere(platform::Files& files, const std::optional<platform::FileState>& seen) const;
-  /// What has become of the file that the last write left; null when it is still that one.
+  /// What has happened to the file since the last write; null if it is still the same.
   const char* Accident(platform::Files& files, const std::optional<platform::FileState>& seen) const;
 
   QString path_;
   QByteArray head_;
   QByteArray waiting_;
-  std::int64_t lines_ = 0;  ///< in waiting_
-  std::int64_t lost_ = 0;   ///< behind waiting_, not yet told of in it
+  std::int64_t lines_ = 0;  ///< number of lines in waiting_
+  std::int64_t lost_ = 0;   ///< lines lost after waiting_, not yet reported in it
 
-  std::optional<platform::FileState> left_;  ///< the file as the last write left it; none before the first
-  QByteArray tail_;                          ///< the end of what stands in it
-  QString volume_;                           ///< the root of the volume that it lies on
-  const char* pending_ = nullptr;            ///< an accident behind which the head has not been written yet
+  std::optional<platform::FileState> left_;  ///< the file after the last write; none before the first
+  QByteArray tail_;                          ///< the last bytes in it
+  QString volume_;                           ///< root of the volume it is on
+  const char* pending_ = nullptr;            ///< an accident after which the head has not been written yet
   QString accident_;
-  // A write was cut short and the rest of a line or head still stands in the file: the file with it, and its size
-  // without.
+  // A write was cut short, and part of a line or head is still in the file: the file including that part, and its size
+  // without it.
   std::optional<platform::FileState> torn_;
   std::int64_t wholeSize_ = 0;
 };

@@ -8,21 +8,21 @@
 
 namespace zth::windows {
 
-/// What the log job keeps from line to line (`LogJob.h`).
+/// State that the log job keeps between lines (`LogJob.h`).
 struct LogFiles {
-  /// The running log comes last; before it stand the files of earlier ones that still owe lines.
+  /// The running log is last; before it are the files of earlier logs that still have lines to write.
   std::vector<LogFile> files;
 
-  /// A head that WriteLogHead has written, for the log that StartLog starts.
+  /// The file that WriteLogHead has begun, for the log that StartLog starts.
   std::optional<LogFile> begun;
 
-  /// The last file that had to be begun anew, since the log was started.
+  /// The last file that had to be started again since the log was started.
   QString accident;
 
-  /// When the last lines came, by the clock.
+  /// Clock times of the latest lines.
   std::deque<double> stamps;
 
-  /// The status bar tells of trouble.
+  /// The status bar is reporting trouble.
   bool troubleShows = false;
 };
 

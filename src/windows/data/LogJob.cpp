@@ -35,7 +35,7 @@ void FlushAll(const platform::Services& services) {
   }
 }
 
-/// Lets go of the files that owe nothing, but for that of the running log.
+/// Drops the files without waiting lines, except the running log's.
 void DropDone() {
   const auto done = [](const LogFile& log) {
     return log.Empty() && !(Shared.LogActive && &log == &Shared.log.files.back());
@@ -56,7 +56,7 @@ QString WaitingText() {
 }
 
 void ShowState(Desktop& desktop) {
-  // Without a log the bar tells of what is still to come; what has been is told in the window until the next start.
+  // Without a log, the bar shows only what is still waiting; past trouble is shown in the window until the next start.
   const QString trouble = Shared.LogActive ? LogTrouble() : WaitingText();
   if (!trouble.isEmpty()) {
     desktop.SetStatus((Shared.LogActive ? "Logging Enabled - " : "Ready - ") + trouble);
@@ -70,13 +70,13 @@ void ShowState(Desktop& desktop) {
 }  // namespace
 
 std::string BuildLogLine() {
-  // In 64 bits: a log of months passes what 32 bits hold of milliseconds.
+  // 64 bits: a log of several months exceeds 32 bits of milliseconds.
   const std::int64_t milliseconds = Shared.LogSampleCount * Shared.LogPeriodMs;
   std::string line = base::GeneralText(base::RoundHalfEven(static_cast<double>(milliseconds) / 1000.0, 3)) + ",";
   for (std::size_t row = 0; row < chip::Model.LogChannelTable.size(); ++row) {
     const chip::LogChannel& channel = chip::Model.LogChannelTable[row];
     if (channel.Selected != 1.0F) continue;
-    // A value that could not be read leaves its field empty: a log holds no number twice that was measured once.
+    // A value that could not be read gives an empty field: the log never repeats a measurement.
     line += chip::IsStale(chip::GroupOfLogRow(row)) ? "," : base::GeneralText(channel.Value) + " ,";
   }
   return line;
@@ -110,7 +110,7 @@ std::optional<double> LogPace() {
 }
 
 bool WriteLogHead(platform::Files& files, const std::string& header) {
-  // Lines that an earlier log still owes to this file come before the new head.
+  // Lines that an earlier log still has for this file are written before the new head.
   for (LogFile& log : Shared.log.files) {
     if (log.Path() == Shared.LogFileName && !log.Flush(files)) return false;
   }
@@ -158,7 +158,7 @@ void RunLogJob(const Context& context) {
   if (Shared.LogActive) {
     if (Shared.log.files.empty()) Shared.log.files.emplace_back(Shared.LogFileName, QByteArray());
     const std::string line = BuildLogLine();
-    // A full store is emptied first, if it can be, so that no line is lost that the file would have taken.
+    // If the queue is full, try to write it first, so that no line is lost that the file would accept.
     if (LogLinesWaiting() >= kMostWaitingLines) FlushAll(context.services);
     Shared.log.files.back().Add(line, kMostWaitingLines - LogLinesWaiting());
     ++Shared.LogSampleCount;

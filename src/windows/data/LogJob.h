@@ -8,49 +8,49 @@
 
 #include "windows/Desktop.h"
 
-/// The log: one line a period, appended to `LogFileName`, whether its window is open or not.
+/// The log: one line per period, appended to `LogFileName`, whether its window is open or not.
 namespace zth::windows {
 
-/// Lines that wait for a file that cannot be written, over all files. The oldest are kept, later ones are lost and
-/// counted.
+/// The limit of lines waiting for files that cannot be written, over all files. The oldest are kept; later ones are
+/// lost and counted.
 inline constexpr std::int64_t kMostWaitingLines = 100'000;
 
-/// The next data line, without its end, from `LogChannelTable`, `LogSampleCount` and `LogPeriodMs` alone. The field of
-/// a stale value is empty.
+/// The next data line, without its line end, made only from `LogChannelTable`, `LogSampleCount` and `LogPeriodMs`. The
+/// field of a stale value is empty.
 std::string BuildLogLine();
 
-/// Writes the head of a log to `LogFileName`: an empty line, the title, an empty line and `header`. False when it could
-/// not be written; nothing of it is in the file then. Does not switch logging on.
+/// Writes the head of a log to `LogFileName`: an empty line, the title, an empty line and `header`. False on failure;
+/// then the file contains none of it. Does not switch logging on.
 bool WriteLogHead(platform::Files& files, const std::string& header);
 
-/// Switches logging on, with the period and its first line at time 0.
+/// Switches logging on with the given period, and writes the first line at time 0.
 void StartLog(std::int32_t periodMs, Desktop& desktop);
 
-/// Switches logging off. Lines that wait are tried once more, and then once a second for as long as the program runs.
+/// Switches logging off. Waiting lines are tried again at once, and then once a second while the program runs.
 void StopLog(const Context& context);
 
-/// The row of the master timer: when it has something to do, and how often.
+/// For the master timer: whether the job has work, and how often it runs.
 bool LogHasWork();
 double LogPeriodSeconds();
 
-/// Adds the next line while logging is on, and writes what waits. A file that cannot be written shows in the status
-/// bar until it can.
+/// Adds the next line while logging is on, and writes waiting lines. The status bar reports a file that cannot be
+/// written until it can.
 void RunLogJob(const Context& context);
 
-/// Tries once more to write the lines that wait: for the end of the program.
+/// Tries once more to write the waiting lines. Called at the end of the program.
 void FinishLog(platform::Files& files);
 
-/// Lines that wait for a file that cannot be written, over all files.
+/// The number of waiting lines, over all files.
 std::int64_t LogLinesWaiting();
 
-/// Those files, that of the running log last; `LogFileName` may be another one by now, or none.
+/// The files with waiting lines, the running log's last; `LogFileName` may have changed since, or be empty.
 QStringList LogFilesWaiting();
 
-/// What has gone wrong with the files, for people: lines that wait, a file that had to be begun anew since the log was
-/// started. Empty as a rule.
+/// The files' problems as text for the user: waiting lines, or a file that had to be started again since the log was
+/// started. Normally empty.
 QString LogTrouble();
 
-/// Seconds from line to line by the clock, over the last kPaceLines of the running log; nothing before there are some.
+/// Seconds between lines, measured over the last kPaceLines lines of the running log; nothing before there are enough.
 std::optional<double> LogPace();
 inline constexpr int kPaceLines = 20;
 

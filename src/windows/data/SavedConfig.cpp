@@ -18,7 +18,7 @@ std::string_view Trimmed(std::string_view text) {
   return text;
 }
 
-/// CR LF is one end of a line; so are the separators of Unicode, and what a printer goes on with.
+/// CR LF is one line end; so are Unicode's line separators, and vertical tabs and form feeds.
 std::string InOneLine(std::string_view text) {
   static constexpr std::string_view kEnds[]{"\r\n", "\n", "\r", "\v", "\f", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"};
   std::string line;
@@ -30,7 +30,7 @@ std::string InOneLine(std::string_view text) {
   return line;
 }
 
-/// -1 for a character that is no hexadecimal digit.
+/// -1 if the character is not a hexadecimal digit.
 int Digit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   const char lower = static_cast<char>(c | 0x20);
@@ -57,7 +57,7 @@ const char* WideEncoding(std::string_view text) {
   using namespace std::string_view_literals;
   if (text.starts_with("\xFF\xFE\0\0"sv) || text.starts_with("\0\0\xFE\xFF"sv)) return "UTF-32";
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return "UTF-16";
-  // Without a mark: most of its characters, names and digits of registers, have zeros for their upper bytes.
+  // Without a byte order mark: most characters are names and digits of registers, whose upper bytes are zero.
   std::array<std::size_t, 4> zeros{};
   const std::size_t characters = std::min<std::size_t>(text.size(), 65536) / 4;
   for (std::size_t i = 0; i < characters * 4; ++i) {
@@ -94,8 +94,8 @@ bool SavedReader::ReadByte(int& byte) {
   byte = 0;
   char high = 0;
   char low = 0;
-  // Two characters: behind a single digit the second one is what ends the number. The end of a line ends the number and
-  // the line with it, else the next line's register would go with what is left of this one.
+  // Reads two characters: after a single digit, the second one is the character that ends the number. A line end ends
+  // both the number and the line; otherwise the next line's register would be paired with the rest of this line.
   if (!ReadChar(high)) return false;
   atLineEnd_ = high == lineEnd_;
   if (atLineEnd_) return true;

@@ -102,7 +102,7 @@ void frmGraph::Form_Unload() {
 }
 
 QSize frmGraph::sizeHint() const {
-  // The legend and both zones are readable, and a maximised main window on a small screen holds it.
+  // Large enough to read the legend and both zones, but small enough for a maximised main window on a small screen.
   const int line = fontMetrics().height();
   return {std::min(fontMetrics().averageCharWidth() * 120, 1200), std::min(line * 33, 580)};
 }
@@ -143,7 +143,7 @@ void frmGraph::Arrange() {
   header_->setGeometry(0, top_, width(), base::PixelsFromTwips(kHeaderTwips));
   const int footer = base::PixelsFromTwips(kFooterTwips);
   lblHint_->setGeometry(0, height() - footer, width(), footer);
-  lblHint_->setVisible(lblHint_->sizeHint().width() <= width());  // half a hint is none
+  lblHint_->setVisible(lblHint_->sizeHint().width() <= width());  // hide the hint unless it fits completely
   for (widgets::Strip* chart : stpGraph_) {
     if (!chart->isHidden()) Place(*chart);
   }

@@ -9,7 +9,7 @@ class QLineEdit;
 
 namespace zth::windows {
 
-/// Live charts of all that the monitor measures; one of seven shows at a time, all are fed.
+/// Live charts of everything that the monitor measures; one of seven is shown at a time, all are fed.
 class frmGraph final : public ChildWindow {
   Q_OBJECT
 
@@ -19,20 +19,20 @@ class frmGraph final : public ChildWindow {
   void Form_Load() override;
   void Form_Unload() override;
 
-  /// The voltage chart's legend: the names of the channels that are present, packed to the front.
+  /// The voltage chart's legend: the names of the channels present, without gaps.
   void SetUpVoltageGraphLabels();
 
   const Graphs& Charts() const { return stpGraph_; }
 
   QSize sizeHint() const override;
-  /// Two thirds of the desk, so that a minute of twelve traces can be read.
+  /// Two thirds of the desk, so that one minute of twelve traces is readable.
   QSize OpeningSize(const QSize& desk) const override { return (desk * 2 / 3).expandedTo(sizeHint()).boundedTo(desk); }
   QSize minimumSizeHint() const override;
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void BarChanged() override { Arrange(); }
-  /// The chart that shows and the rate stay.
+  /// Keeps the selected chart and the rate.
   void Reread() override;
 
  private:
@@ -50,7 +50,7 @@ class frmGraph final : public ChildWindow {
   QComboBox* cmbGraph_ = nullptr;
   QLineEdit* txtUpdate_ = nullptr;
   QLabel* lblHint_ = nullptr;
-  int top_ = 0;  ///< where the header begins, in pixels
+  int top_ = 0;  ///< y of the header's top, in pixels
 };
 
 }  // namespace zth::windows

@@ -28,7 +28,7 @@
 namespace zth::windows {
 namespace {
 
-// By row of LogChannelTable; the file's columns are headed by them.
+// Indexed by row of LogChannelTable; also the column headings of the file.
 constexpr std::array<const char*, chip::kLogChannels> kCaptions{"Local Temp",
                                                                 "Remote1 Temp",
                                                                 "Remote2 Temp",
@@ -78,7 +78,7 @@ constexpr std::array<const char*, chip::kLogChannels> kCaptions{"Local Temp",
 constexpr char kStart[] = "S&tart Logging";
 constexpr char kStop[] = "S&top logging...";
 
-/// A pace that is off by no more counts as kept.
+/// A pace within this tolerance counts as kept.
 constexpr double kPaceTolerance = 0.03;
 constexpr double kLongestPace = 10.05;
 
@@ -135,7 +135,7 @@ void frmLogging::AddColumn(QGroupBox& frame, int first, int count, int column, i
     grid->addWidget(box, row, column);
     chkLog_.at(static_cast<std::size_t>(i)) = box;
   }
-  // The columns of all frames begin at the top, in rows of one height.
+  // The columns of all frames start at the top and have the same row height.
   constexpr int kRows = 10;
   grid->setRowStretch(kRows, 1);
 }
@@ -157,7 +157,7 @@ QHBoxLayout* frmLogging::MakeCommandRow() {
   row->addWidget(label);
   row->addLayout(upDown->Row());
   lblPace_ = widgets::Named<QLabel>("lblPace", this);
-  // Room for the longest, so that nothing moves when it comes and goes.
+  // Reserve room for the longest text, so that nothing moves when it appears or disappears.
   lblPace_->setMinimumWidth(fontMetrics().horizontalAdvance(PaceText(kLongestPace)));
   row->addWidget(lblPace_);
   row->addStretch();
@@ -165,13 +165,13 @@ QHBoxLayout* frmLogging::MakeCommandRow() {
   row->addWidget(MakeButton("cmdDeselectAll", "&Deselect All", &frmLogging::cmdDeselectAll_Click));
   row->addSpacing(fontMetrics().averageCharWidth() * 3);
   cmdLogData_ = MakeButton("cmdLogData", kStop, &frmLogging::cmdLogData_Click);
-  // The wider of its two captions keeps the row from moving under the pointer.
+  // Sized for the longer caption, so that the row does not move under the pointer.
   cmdLogData_->setMinimumWidth(cmdLogData_->sizeHint().width());
   cmdLogData_->setText(kStart);
   row->addWidget(cmdLogData_);
   auto* close = MakeButton("cmdClose", "C&lose", &frmLogging::cmdClose_Click);
   row->addWidget(close);
-  SelectOnEnter();  // a stray Enter neither starts nor stops a log
+  SelectOnEnter();  // a stray Enter must not start or stop a log
   SetCancelButton(*close);
   return row;
 }
@@ -265,7 +265,7 @@ void frmLogging::Start() {
     return;
   }
   if (!WriteLogHead(Services().files, BuildLogHeader())) {
-    // No box, but a line of the window, so that nobody waits for a log that does not run.
+    // A line in the window instead of a box, so that nobody waits for a log that is not running.
     refused_ = Shared.LogFileName;
     ShowState();
     return;

@@ -15,7 +15,7 @@ class QPushButton;
 
 namespace zth::windows {
 
-/// Starts and stops the log. The choice of channels and the period are read at a start only.
+/// Starts and stops the log. The choice of channels and the period are read only at a start.
 class frmLogging final : public ChildWindow {
   Q_OBJECT
 
@@ -24,14 +24,14 @@ class frmLogging final : public ChildWindow {
 
   void Form_Load() override;
 
-  /// The head's last line, without its end: the captions of the selected channels.
+  /// The last line of the head, without its end: the captions of the selected channels.
   std::string BuildLogHeader() const;
 
-  /// Shows how the log stands. The log's job calls it, so that the window tells what happens as it happens.
+  /// Shows the state of the log. Called by the log job, so that the window is always current.
   void ShowState();
 
  protected:
-  /// What has been ticked and typed stays, but for channels that the chip in use does not have.
+  /// Keeps what has been ticked and typed, except for channels that the chip in use does not have.
   void Reread() override;
 
  private:
@@ -53,7 +53,7 @@ class frmLogging final : public ChildWindow {
   QLabel* lblPace_ = nullptr;
   QLabel* lblState_ = nullptr;
   QLabel* lblTrouble_ = nullptr;
-  QString refused_;  ///< a file into which no log could be started, until one is
+  QString refused_;  ///< the file that a log could not be started in, until a start succeeds
 };
 
 }  // namespace zth::windows

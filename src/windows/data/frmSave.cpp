@@ -32,11 +32,11 @@ namespace {
 
 constexpr char kFilter[] = "Text Files (*.sav)|*.sav";
 
-/// A recall that is over within so many seconds runs through at one go, so that no window flickers.
+/// A recall shorter than this many seconds runs without interruption, so that no window flickers.
 constexpr double kTooShortToCancel = 0.2;
 
-/// The user's short formats, with all digits of the year and with seconds: files of one afternoon are told apart by
-/// them.
+/// The user's short formats, but with a four-digit year and with seconds, which distinguish files of the same
+/// afternoon.
 QString DateText(const QDate& date) {
   QString format = QLocale().dateFormat(QLocale::ShortFormat);
   if (!format.contains("yyyy")) format.replace("yy", "yyyy");
@@ -62,11 +62,10 @@ QString RegisterName(int address) {
 
 }  // namespace
 
-/// While a recall runs: its button and Escape cancel it, and no key that was meant for something else does.
 class frmSave::CancelPossible {
  public:
   explicit CancelPossible(frmSave& window) : window_(&window) {
-    // The focus would go on to the one button that can be used, and a second Enter would press it.
+    // Otherwise the focus would move to the only enabled button, and a second Enter would press it.
     window.setFocus();
     window.cmdCancel_->setEnabled(true);
     window.SetCancelButton(*window.cmdCancel_);
@@ -125,7 +124,7 @@ QGroupBox* frmSave::MakeFrame() {
   OnClick(*cmdCancel_, [this] { cmdCancel_Click(); });
   lblState_ = widgets::Named<QLabel>("lblState", frame);
   lblState_->setTextFormat(Qt::PlainText);
-  // Two lines of room: a path may be long.
+  // Two lines, because a path may be long.
   lblState_->setWordWrap(true);
   lblState_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   lblState_->setMinimumHeight(fontMetrics().lineSpacing() * 2);
@@ -159,7 +158,7 @@ void frmSave::Form_Unload() {
 }
 
 bool frmSave::ShowProgress(int percent, const QString& reg) {
-  // Once for each step of the bar: painting must not make a long file longer.
+  // Paint only when the bar moves: painting must not slow down a long file.
   if (percent == prgWork_->value() && !lblState_->text().isEmpty()) return false;
   prgWork_->setValue(percent);
   lblState_->setText(reg);
@@ -267,7 +266,7 @@ void frmSave::Recall(std::string_view text, const QString& file) {
     ShowProgress(reader.Percent(), "Writing " + RegisterName(address));
     if (clock.Now() - began >= kTooShortToCancel) {
       if (!cancelPossible) cancelPossible.emplace(*this);
-      // Whatever the user does now happens here, between two registers; the window may be gone behind it.
+      // User actions are handled here, between two registers; afterwards the window may be gone.
       events.Pump();
       if (!self || stop_) break;
     }

@@ -14,8 +14,8 @@ class QProgressBar;
 namespace zth::windows {
 
 /// Saves the chip's writable registers as a text file, and writes such a file back to the chip. The master timer is off
-/// while the link works for it. A recall can be cancelled between two registers; until it is over nothing else of the
-/// main window can be used, and closing the window cancels it.
+/// during the transfers. A recall can be cancelled between two registers; until it ends, nothing else in the main
+/// window can be used, and closing the window cancels it.
 class frmSave final : public ChildWindow {
   Q_OBJECT
 
@@ -35,20 +35,20 @@ class frmSave final : public ChildWindow {
   void cmdClose_Click();
   void cmdCancel_Click();
 
-  /// The lines of the chip's registers, read row by row, and how many they are.
+  /// The text lines of the chip's registers, read row by row, and their number.
   std::string ReadChip(int& lines);
 
-  /// Writes the registers that the text names, and tells what it has come to.
+  /// Writes the registers listed in the text, and reports the outcome.
   void Recall(std::string_view text, const QString& file);
   QString AskForFile(bool save);
 
-  /// Shows how far the work is and with which register. False when that has not moved, which is not worth painting.
+  /// Shows the progress and the current register. False if nothing has changed, so that no painting is needed.
   bool ShowProgress(int percent, const QString& reg);
   void EndProgress(const QString& outcome, const QString& toolTip = "");
-  /// Says in the status bar what the work has come to, and keeps it for when the window is opened again.
+  /// Shows the outcome in the status bar, and keeps it for when the window is reopened.
   static void Remember(const QString& outcome, Desktop& desktop);
 
-  bool stop_ = false;  ///< the user has cancelled the recall, or the window has closed beneath the work
+  bool stop_ = false;  ///< the user has cancelled the recall or closed the window
   QPushButton* cmdRecall_ = nullptr;
   QPushButton* cmdClose_ = nullptr;
   QPushButton* cmdCancel_ = nullptr;

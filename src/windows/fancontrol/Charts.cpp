@@ -19,7 +19,7 @@ const QColor kLime(0, 255, 0);
 const QColor kOrange(255, 128, 0);
 const QColor kBlack(0, 0, 0);
 
-/// The colour belongs to the position of a source, not to its channel.
+/// The colour depends on the position of a source, not on its channel.
 const std::array kSourceColours{kRed, kBlue, kGreen, kMagenta};
 
 QColor Faded(QColor colour, int age) {
@@ -40,7 +40,7 @@ widgets::StripSetup CurveChart() {
   setup.xUnit = QStringLiteral("°C");
   setup.axes = {{.min = 0, .max = 110, .divisions = 10, .unit = "%"}};
   for (const QColor& colour : kSourceColours) setup.traces.push_back({.colour = colour, .width = 2});
-  // A dot and its trail are read out with the curve that they belong to.
+  // A dot and its trail are read out with their curve.
   const auto add = [&setup](int source, StripTrace trace) {
     trace.shownWith = source;
     setup.traces.push_back(trace);
@@ -60,7 +60,7 @@ widgets::StripSetup CurveChart() {
   for (int s = 0; s < 4; ++s) {
     setup.labels.push_back({.slot = s + 1, .text = chip::kTemperatureNames[static_cast<std::size_t>(s)], .trace = s});
   }
-  // What the vertical axis counts, in the corner, as the units of the other charts stand.
+  // The unit of the vertical axis, in the corner, as in the other charts.
   setup.labels.push_back({.slot = kCurveUnitSlot,
                           .text = "Duty, %",
                           .place = StripPlace::Free,
@@ -87,7 +87,7 @@ widgets::StripSetup DynTminChart(int index) {
   for (const QColor& colour : {kBlue, kRed, kGreen, kBlack}) setup.traces.push_back({.colour = colour, .axis = 1});
   setup.traces.push_back({.colour = kBlue, .style = Qt::DotLine, .shownWith = 1, .name = "Op-Point less Hyst"});
 
-  // The names move with their traces, each in a column of its own.
+  // The names move with their traces, each in its own column.
   const auto name = [&setup](int slot, const char* text, double left) {
     setup.labels.push_back({.slot = slot, .text = text, .place = StripPlace::Free, .trace = slot - 1, .left = left});
   };
@@ -96,12 +96,12 @@ widgets::StripSetup DynTminChart(int index) {
   name(3, "Tmin", 0.77);
   name(4, "High Limit", 0.23);
   name(5, "Low Limit", 0.42);
-  // Beside the chart rather than over it, where four rows would stand on top of each other.
+  // Beside the chart, because over it four rows would overlap.
   for (int row = 0; row < 4; ++row) {
     setup.labels.push_back({.slot = DutySlot(row), .text = "x", .trace = kFirstDutyTrace + row});
   }
   setup.widestLegend = "controlled by Remote2";
-  // The units stand in the corners of their zones: above the zones there is the title, and too little room.
+  // The units are in the corners of their zones: above the zones is the title, and there is not enough room.
   const auto unit = [&setup](int slot, const QString& text, double top) {
     setup.labels.push_back(
         {.slot = slot, .text = text, .place = StripPlace::Free, .line = false, .left = 0.005, .top = top});

@@ -2,14 +2,14 @@
 
 #include "widgets/StripSetup.h"
 
-/// How the charts of the fan control are made.
+/// Set-up of the fan control charts.
 namespace zth::windows {
 
-/// The transfer curve: traces 0 to 3 the curves of the sources, 4 to 7 their live dots, 8 to 11 their ways down, and
-/// from kTrailTrace on the trails of the dots, four sources for each age, the newest first.
+/// The transfer curve: traces 0 to 3 are the curves of the sources, 4 to 7 their live dots, 8 to 11 their hysteresis
+/// curves, and from kTrailTrace on the trails of the dots, four sources for each age, newest first.
 widgets::StripSetup CurveChart();
 
-/// The label slot of the duty axis' unit, behind those of the legend.
+/// The label slot for the unit of the duty axis, after the slots of the legend.
 inline constexpr int kCurveUnitSlot = 6;
 
 inline constexpr int kDotTrace = 4;
@@ -26,7 +26,7 @@ inline constexpr int kHysteresisFloorTrace = 9;
 inline constexpr int kUnitSlot = 9;
 inline constexpr int kDutyUnitSlot = 10;
 
-/// The label slot of the duty legend's row 0 to 3.
+/// The label slot of row 0 to 3 in the duty legend.
 constexpr int DutySlot(int row) {
   return row < 3 ? row + 6 : 11;
 }

@@ -19,9 +19,8 @@ namespace {
 
 constexpr std::size_t kPolledGroup = 6;
 constexpr std::size_t kTminRow = 39;
-constexpr std::size_t kOpPointRow = 42;  // of remote 0, which there is none of
+constexpr std::size_t kOpPointRow = 42;  // the row for remote 0, which does not exist
 
-/// The log's table keeps what the chip holds, whatever the demo does to the measurements.
 int Logged(std::size_t row) {
   return base::RoundToInt(static_cast<double>(chip::Model.LogChannelTable[row].Value));
 }
@@ -47,7 +46,7 @@ int PolledHighLimit(std::size_t remote) {
   return chip::Model.Measurements.PolledHighLimit[remote] - Lift(remote);
 }
 
-/// A run of registers, and the channel that the first of them belongs to.
+/// A run of registers, and the channel of the first one.
 struct PolledRun {
   int first;
   int count;

@@ -8,21 +8,21 @@ class QLineEdit;
 
 namespace zth::windows {
 
-/// What the chip holds, in degrees C, told beside a box of degrees that the chip has moved away from: "chip: 47". It
-/// goes by what the monitor polls, and only by what was polled after the box was last read or written.
+/// Shows the chip's value in degrees C beside a box if the chip itself has changed it: "chip: 47". It uses the values
+/// polled by the monitor, and only those polled after the box was last read or written.
 class ChipHint {
  public:
-  using Polled = std::function<int()>;  ///< the register's degrees as polled last
+  using Polled = std::function<int()>;  ///< the register's degrees as last polled
 
-  /// Writing the box keeps the time by itself. Both must outlive the box's handlers.
+  /// Writing to the box records the time automatically. Both must outlive the box's handlers.
   ChipHint(QLineEdit& box, QLabel& label, Polled polled);
   ChipHint(const ChipHint&) = delete;
   ChipHint& operator=(const ChipHint&) = delete;
 
-  /// The box shows what the chip holds at this time.
+  /// Records that the box shows the chip's value as of now.
   void Settle();
 
-  /// Shows or hides the value; never shows one while the box is another chip's.
+  /// Shows or hides the value; never shows it while the box belongs to another chip.
   void Refresh(bool otherChip);
 
  private:
@@ -34,7 +34,7 @@ class ChipHint {
   std::uint32_t readsThen_ = 0;
 };
 
-/// A register that the monitor polls, as the chip holds it: the demo's lift is taken off. Empty for any other register.
+/// The chip's value of a polled register, without the demo's offset. Empty for any other register.
 ChipHint::Polled PolledDegrees(int reg);
 
 }  // namespace zth::windows

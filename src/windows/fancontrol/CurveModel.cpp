@@ -19,7 +19,7 @@ constexpr int kRemote1 = 2;
 constexpr int kRemote2 = 3;
 constexpr int kRemote3 = 4;
 
-/// The channels behind each item of chip::kBehaviourNames, in their order.
+/// The channels of each item of chip::kBehaviourNames, in order.
 const std::array<std::vector<int>, 8> kSourcesOfControl{{
     {kLocal},
     {kRemote1},
@@ -69,8 +69,8 @@ const CurveSource& SourceOf(const CurveModel& model, int pwm, int source) {
   return CurveOf(model, pwm).Sources[static_cast<std::size_t>(source)];
 }
 
-/// The rising line, duty = slope * temperature + offset. Each of the curve's figures is single precision where it is
-/// stored; what stands between is double, in which every product here is exact.
+/// The rising line, duty = slope * temperature + offset. Stored values of the curve are single precision; intermediate
+/// values are double, which represents every product here exactly.
 struct Line {
   float slope;
   float offset;
@@ -103,12 +103,12 @@ CurveModel BuildCurveModel(const CurveTexts& texts) {
 }
 
 int DrawnApart(const std::string& trange, int minDuty, int maxDuty) {
-  // The items tell thirds of a degree by one digit.
+  // The items show thirds of a degree with one decimal.
   const double chip = std::round(base::LeadingDecimal(trange) * 6) / 6;
   const double drawn = WholeNumber(trange);
   const double rise = maxDuty - minDuty;
   if (rise <= 0 || drawn <= 0 || chip == drawn) return 0;
-  // The two part up to where the steeper one ends.
+  // The distance is largest where the steeper line ends.
   const double share = 1 - std::min(chip, drawn) / std::max(chip, drawn);
   return base::RoundToInt(rise * share * 255 / 100);
 }
@@ -147,7 +147,7 @@ CurvePaths BuildCurvePaths(CurveModel& model, int pwm, int source, const ChartRa
   const int floor = curve.AlwaysOn ? curve.MinDuty : 0;
   const bool complete = rampEnd <= static_cast<float>(limit);
 
-  // At or below Tmin the limit leaves nothing of the ramp.
+  // At or below Tmin, the limit leaves no ramp.
   if (!complete && limit <= from.Tmin) return {{{left, floor}, {limit, floor}, {limit, 100}, {right, 100}}, {}};
 
   CurvePaths paths;

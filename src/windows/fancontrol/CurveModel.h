@@ -8,8 +8,8 @@
 #include "chip/ChannelNames.h"
 #include "chip/PwmModes.h"
 
-/// The transfer curve of the chip's automatic fan control, duty in percent against temperature in degrees C: what the
-/// texts of the controls come to. No widgets, no chip.
+/// The transfer curve of the chip's automatic fan control, duty in percent against temperature in degrees C, computed
+/// from the texts of the controls. No widgets, no chip access.
 namespace zth::windows {
 
 /// The texts of the controls, and the Tmin that the chip reports.
@@ -31,13 +31,13 @@ struct CurveTexts {
   bool thermFS2 = false;
   std::array<Pwm, chip::kPwmChannels> pwms;
   std::array<Channel, chip::kTemperatures> channels;           ///< Local, Remote1, Remote2, Remote3
-  std::array<std::int16_t, chip::kTemperatures> polledTmin{};  ///< degrees C, in the same order
+  std::array<std::int16_t, chip::kTemperatures> polledTmin{};  ///< degrees C, in the same order as `channels`
 };
 
-/// The items of the lists of Trange; an item's position is the value of its register field.
+/// The items of the Trange lists; an item's position is its value in the register field.
 extern const std::array<const char*, 16> kTrangeItems;
 
-/// The position of the first item that reads `text`; -1 when none does.
+/// The position of the first item equal to `text`; -1 if there is none.
 template <std::size_t kCount>
 int ItemPosition(const std::array<const char*, kCount>& items, const std::string& text) {
   for (std::size_t i = 0; i < kCount; ++i) {
@@ -46,10 +46,10 @@ int ItemPosition(const std::array<const char*, kCount>& items, const std::string
   return -1;
 }
 
-/// A temperature that drives a PWM; whole degrees.
+/// A temperature that controls a PWM; whole degrees.
 struct CurveSource {
   std::int16_t Channel = 0;  ///< 1 Local, 2 Remote1, 3 Remote2, 4 Remote3, 0 none
-  std::string Name;          ///< the channel's word, empty for none
+  std::string Name;          ///< short name of the channel, empty for none
   std::int16_t Tmin = 0;
   std::int16_t TminHyst = 0;
   std::int16_t Trange = 0;  ///< degrees over which the duty rises by 64 percent
@@ -71,25 +71,25 @@ struct CurveModel {
   std::array<PwmCurve, chip::kPwmChannels> Pwm;
 };
 
-/// The model of those texts. A number with a fraction counts as rounded half to even, one beyond 16 bits as the nearer
-/// end. Tmin of Remote1 and Remote2 is the polled one, since the chip may move it by itself.
+/// Builds the model from the texts. Fractions are rounded half to even, and numbers beyond 16 bits are clamped. Tmin of
+/// Remote1 and Remote2 is the polled value, since the chip may change it itself.
 CurveModel BuildCurveModel(const CurveTexts& texts);
 
-/// How far, in steps of 1 / 255 of the duty, the line that is drawn for an item of kTrangeItems gets from the duty that
-/// the chip gives, at the worst on the way up from `minDuty` to `maxDuty` percent: the line goes by whole degrees. 0
-/// for a whole item, whose line is the chip's.
+/// The largest distance, in steps of 1 / 255 of the duty, between the drawn line for an item of kTrangeItems and the
+/// chip's duty, on the way up from `minDuty` to `maxDuty` percent. They differ because the line uses whole degrees. 0
+/// for an item of whole degrees.
 int DrawnApart(const std::string& trange, int minDuty, int maxDuty);
 
-/// What EffectiveThermLimit gives when no THERM option is on.
+/// Returned by EffectiveThermLimit if no THERM option is on.
 inline constexpr int kNoThermLimit = 1000;
 
-/// The temperature at which the fan goes to full speed.
+/// The temperature at which the fan runs at full speed.
 int EffectiveThermLimit(const CurveModel& model, int pwm, int source);
 
-/// Degrees from Tmin to where the line meets MaxDuty; 0 when MaxDuty is not above MinDuty.
+/// Degrees from Tmin to the point where the line reaches MaxDuty; 0 if MaxDuty is not above MinDuty.
 float RampWidth(const CurveModel& model, int pwm, int source);
 
-/// The line's duty at the THERM limit; MaxDuty when that is not above MinDuty.
+/// The line's duty at the THERM limit; MaxDuty if that is not above MinDuty.
 float DutyAtThermLimit(const CurveModel& model, int pwm, int source);
 
 struct CurvePoint {
@@ -101,23 +101,23 @@ struct CurvePoint {
 
 using DrawPath = std::vector<CurvePoint>;
 
-/// What a source's curve is drawn by.
+/// The paths for drawing a source's curve.
 struct CurvePaths {
   DrawPath main;        ///< 4 to 7 points
   DrawPath hysteresis;  ///< the way down past Tmin: 3 points or none
 };
 
-/// The chart's X range as it is now.
+/// The chart's current X range.
 struct ChartRange {
   double xSpan = 0;
   double xEnd = 0;
 };
 
-/// The paths of one source. Where MaxDuty is not above MinDuty, the model's MinDuty becomes MaxDuty.
+/// The paths of one source. If MaxDuty is not above MinDuty, the model's MinDuty is set to MaxDuty.
 CurvePaths BuildCurvePaths(CurveModel& model, int pwm, int source, const ChartRange& range);
 
-/// The points that are drawn of a path: of the main path those beyond `xEnd` are left out, of the hysteresis path they
-/// are drawn at the edge.
+/// The points of a path to draw: points of the main path beyond `xEnd` are left out, those of the hysteresis path are
+/// moved to the edge.
 DrawPath VisibleMain(const DrawPath& path, double xEnd);
 DrawPath VisibleHysteresis(const DrawPath& path, double xEnd);
 

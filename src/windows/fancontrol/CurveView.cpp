@@ -81,7 +81,7 @@ void CurveView::DrawWithDots(bool ready) {
 }
 
 std::vector<DotTrail::Dot> CurveView::DotsNow() const {
-  // A dot says where the fan is now; nothing does while one of its two values is old.
+  // A dot shows the fan's present state; there is none while one of its two values is stale.
   if (chip::IsStale(chip::kTemperatureGroup) || chip::IsStale(chip::kPwmGroup)) return {};
   const double now = services_.clock.Now();
   const double duty = chip::Model.Measurements.PwmPercent[static_cast<std::size_t>(pwm_)];
@@ -108,7 +108,7 @@ void CurveView::RecordDots() {
 }
 
 void CurveView::PlotTrail() {
-  // After a change of the PWM or of its sources the trail is another curve's until the next dots.
+  // After a change of the PWM or its sources, the trail belongs to another curve until the next dots are drawn.
   if (SourcesShown() != trailOf_) return;
   const double now = services_.clock.Now();
   for (const DotTrail::Dot& dot : trail_.Dots()) {

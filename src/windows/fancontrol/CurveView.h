@@ -17,8 +17,8 @@ class Strip;
 
 namespace zth::windows {
 
-/// The chart of the automatic fan control: the transfer curves of one PWM, a live dot for each temperature that drives
-/// it, and the trail that the dots have left. Touches no chip.
+/// The chart of the automatic fan control: the transfer curves of one PWM, a live dot for each temperature that
+/// controls it, and the dots' trail. Does not access the chip.
 class CurveView {
  public:
   CurveView(QWidget* parent, platform::Services& services);
@@ -26,24 +26,24 @@ class CurveView {
   widgets::Strip* Chart() const { return stpGraph_; }
 
   void SetModel(const CurveModel& model) { model_ = model; }
-  /// The curves are those of PWM 0 to 3 from the next drawing on.
+  /// Shows the curves of PWM 0 to 3 from the next drawing on.
   void ShowPwm(int pwm, const QString& title);
-  /// Of the PWM showing.
+  /// The curve of the PWM shown.
   const PwmCurve& Curve() const { return model_.Pwm[static_cast<std::size_t>(pwm_)]; }
 
-  /// Draws the legend, and the curves with the trail unless `ready` is false.
+  /// Draws the legend, and also the curves and the trail if `ready`.
   void Draw(bool ready);
-  /// The same with dots where the temperatures are now.
+  /// The same, with dots at the current temperatures.
   void DrawWithDots(bool ready);
 
  private:
   void SetLegend();
   void PlotPaths(const std::vector<CurvePaths>& paths);
-  /// Where the dots of the sources are now.
+  /// The current dots of the sources.
   std::vector<DotTrail::Dot> DotsNow() const;
   void RecordDots();
   void PlotTrail();
-  /// The chip in use, the PWM showing and the channels behind its curves.
+  /// Identifies the curves: the chip in use, the PWM shown and its channels.
   std::vector<int> SourcesShown() const;
 
   platform::Services& services_;
@@ -51,7 +51,7 @@ class CurveView {
   int pwm_ = 0;
   CurveModel model_;
   DotTrail trail_;
-  std::vector<int> trailOf_;  ///< SourcesShown() when the trail was left
+  std::vector<int> trailOf_;  ///< SourcesShown() when the trail was recorded
 };
 
 }  // namespace zth::windows

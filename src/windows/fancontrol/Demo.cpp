@@ -26,7 +26,8 @@ constexpr std::int32_t kRemote2Therm2Limit = "Remote 2 THERM2 Limit"_reg;
 constexpr std::uint8_t kZeroDegrees = Degrees(0);
 constexpr std::uint8_t kNinetyDegrees = Degrees(90);
 
-/// One write of the set-up: the bits of `own` become those of `set`. A register that is replaced whole is not read.
+/// One write of the set-up: replaces the bits of `own` by those of `set`. A register that is replaced completely is not
+/// read.
 struct DemoWrite {
   std::uint8_t reg;
   unsigned own;
@@ -51,17 +52,17 @@ constexpr std::array kDemoWrites{
     Put({"PWM2 Config"_reg, chip::kBehaviour}, kFollowsRemote2),
     Put({"PWM3 Config"_reg, chip::kBehaviour}, kFollowsRemote2),
     Put({"PWM4 Config"_reg, chip::kBehaviour}, kFollowsRemote2),
-    // THERM2 leaves the fans alone; full duty; two tach pulses; tachs 1 to 4.
+    // THERM2 does not affect the fans; full duty; two tach pulses; tachs 1 to 4.
     Put(At("THERM Configuration", "B2"), 1),
     Whole("PWM 1-4 Max"_reg, 255),
     Put(At("Configuration 2", "#FP"), 1),
     Put(chip::kTachs1To4, 0b1111),
-    // THERM2 on Remote2, and nothing of it on the alert output.
+    // THERM2 on Remote2, without the alert output.
     Put(At("Conf_Therm2", "R2"), 1),
     Put(At("Conf_Therm2", "T2E"), 1),
     Set("Thermal Mask 1"_reg, 0b1001'0000),
     Set("Voltage Mask 2"_reg, 0b0010'0000),
-    // Dynamic Tmin on Remote2; THERM2 loads its operating point. The bits go by number, as in frmDynamicTmin.
+    // Dynamic Tmin on Remote2; THERM2 loads its operating point. The bits are given by number, as in frmDynamicTmin.
     Set("Tmin_Cal1"_reg, 0b0000'0010),
     Set("Tmin_Cal1"_reg, 0b0010'0000),
     // Operating point hysteresis, Tmin hysteresis, THERM2 limit, Trange "26.7°C".
@@ -73,14 +74,14 @@ constexpr std::array kDemoWrites{
     Whole("Remote 2 Tmin"_reg, Degrees(40)),
     Whole("Remote 2 Low Limit"_reg, Degrees(31)),
     Whole("Remote 2 High Limit"_reg, Degrees(45)),
-    // Of the high half set-up complete alone.
+    // Only "set-up complete" of the high half.
     Put({"Configuration 1"_reg, {4, 4}}, 0b0010),
 };
 
 /// "D2+ ( Pin17)" and "D2- ( Pin18)".
 constexpr int kRemote2Switches = 0b11;
 
-/// How much warmer Remote2 is drawn, and the drawn temperature of the THERM2 event.
+/// Remote2 is drawn this much warmer; the drawn temperature that triggers the THERM2 event.
 constexpr int kLift = 15;
 constexpr float kTripDegrees = 50.0F;
 constexpr float kPulseMs = 500.0F;
@@ -93,7 +94,7 @@ void Lift(std::int16_t& value) {
   value = static_cast<std::int16_t>(value + kLift);
 }
 
-/// The limit stands far below the temperature for a while, then as the set-up left it.
+/// Sets the limit far below the temperature for a while, then restores the set-up's value.
 void PulseTherm2(platform::Services& services) {
   services.events.PumpPaint();  // nothing is drawn during the pulse
   link::WriteRegisterValue(link::Bus.DeviceAddress, kRemote2Therm2Limit, kZeroDegrees);
@@ -119,7 +120,7 @@ void SetUpDemo() {
 
 void AdjustForDemo(int phase, platform::Services& services) {
   if (!Shared.DemoRunning || link::ChipInUse() != Shared.DemoChip) return;
-  // A stale group holds what has been lifted already.
+  // A stale group keeps its old values, which have been lifted already.
   if (chip::IsStale(phase + 1)) return;
   chip::MeasurementSet& live = chip::Model.Measurements;
   if (phase == kTemperaturePhase) live.Temperature[kRemote2] += static_cast<float>(kLift);

@@ -2,16 +2,16 @@
 
 #include "platform/Services.h"
 
-/// The dynamic Tmin demo outside its window: the board's set-up for the show, and what the monitor does while it runs.
+/// The dynamic Tmin demo without its window: the set-up of the board, and what the monitor does while it runs.
 namespace zth::windows {
 
-/// Puts the board and the chip up for the show, in a fixed run of transfers. On a link other than USB the board's
-/// switches are left out.
+/// Sets up the board and the chip for the demo, in a fixed sequence of transfers. On a link other than USB, the board's
+/// switches are skipped.
 void SetUpDemo();
 
-/// While the demo runs and the chip that it has set up is in use, behind each group's read of the measurement cycle
-/// (`phase` 0 to 5): draws Remote2 as if it ran 15 degrees warmer than it does, and once in the life of the program,
-/// when it is then at 50 degrees or above, forces a THERM2 event, which blocks for half a second.
+/// Called after each group of the measurement cycle is read (`phase` 0 to 5). While the demo runs and its chip is in
+/// use, draws Remote2 15 degrees warmer than measured. Once per run of the program, when that value reaches 50 degrees,
+/// forces a THERM2 event, which blocks for half a second.
 void AdjustForDemo(int phase, platform::Services& services);
 
 }  // namespace zth::windows

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-/// Where the live dots of a chart have been in the last minute.
+/// The positions of a chart's live dots in the last minute.
 namespace zth::windows {
 
 class DotTrail {
@@ -18,15 +18,15 @@ class DotTrail {
     double time = 0;  ///< seconds of a monotonic clock
   };
 
-  /// A dot is where it is now. A place that a source comes back to is kept once, with its latest time.
+  /// Adds the current position of a dot. A repeated position of a source is kept once, with its latest time.
   void Add(const Dot& dot);
-  /// Forgets what is older than kSeconds at `now`.
+  /// Drops dots older than kSeconds at `now`.
   void Expire(double now);
   void Clear() { dots_.clear(); }
 
   /// Oldest first.
   const std::vector<Dot>& Dots() const { return dots_; }
-  /// 0 for the newest of the steps, kAges - 1 for the palest.
+  /// 0 for the newest step, kAges - 1 for the palest.
   static int AgeOf(const Dot& dot, double now);
 
  private:

@@ -31,7 +31,7 @@ std::array<DutyTraceList, kRemotes> ListDutyTraces(const std::array<std::uint8_t
 }
 
 float TraceLabelTop(const TraceZone& zone, std::int32_t value) {
-  // Room for the name itself at the chart's top edge.
+  // Leaves room for the name at the chart's top edge.
   constexpr float kTop = 0.03F;
   const float k = (kTop - zone.bottom) / (zone.max - zone.min);
   const float c = ((zone.bottom + kTop) - (zone.min + zone.max) * k) / 2.0F;

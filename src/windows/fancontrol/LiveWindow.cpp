@@ -12,7 +12,7 @@ namespace {
 
 QLabel* AddHintLabel(const PlacedRow& placed) {
   auto* label = widgets::Named<QLabel>("lblChip" + placed.control->objectName().mid(3), placed.control->parentWidget());
-  // Its room is there whether it says something or not, so that nothing moves.
+  // Its room is reserved even while it is empty, so that nothing moves.
   label->setMinimumWidth(label->fontMetrics().horizontalAdvance("chip: -188"));
   label->setIndent(label->fontMetrics().horizontalAdvance(' '));
   placed.pair->insertWidget(placed.pair->count() - 1, label);

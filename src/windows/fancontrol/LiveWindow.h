@@ -11,29 +11,29 @@ class QLayout;
 
 namespace zth::windows {
 
-/// A window as a table whose rows are written one by one, each at once when its control changes. Nothing is written
-/// until the load step has shown what the chip holds.
+/// A window whose table rows are written individually, each as soon as its control changes. Nothing is written until
+/// the load step has shown the chip's values.
 class LiveWindow : public ChildWindow {
   Q_OBJECT
 
  protected:
-  /// `shows` as a ChildWindow has it. All that is spanned lives as long as the program.
+  /// `shows` as for ChildWindow. The spans' data must live as long as the program.
   LiveWindow(const QString& name, const QString& caption, const Context& context, unsigned shows,
              std::span<const Binding> rows, std::span<const ReadStep> reads);
 
-  /// Makes the controls of some rows under those that `parent` has already, labels in its first column. Beside a text
-  /// whose register the monitor polls there is room for a ChipHint: "lblChipTmin(0)" for "txtTmin(0)".
+  /// Creates the controls of some rows below those in `parent`, with labels in its first column. A text box whose
+  /// register the monitor polls gets a label for a ChipHint: "lblChipTmin(0)" for "txtTmin(0)".
   void AddRows(QWidget& parent, std::span<const Binding> rows);
-  /// The last step of a window's constructor: the controls of all rows stand in it.
+  /// Call it last in a window's constructor, when the controls of all rows exist.
   void Finish();
 
-  /// Reads the chip in the order of the reads and shows it.
+  /// Performs the reads in order and shows the result.
   void LoadControls();
   void RefreshHints();
-  /// Runs when a control has been written.
+  /// Called when a control has been written.
   virtual void AfterWrite(const Binding& /*row*/) {}
 
-  /// With the window not ready meanwhile, so that nothing is written back; Form_Load makes it ready again.
+  /// The window is not ready meanwhile, so that nothing is written back; Form_Load makes it ready again.
   void Reread() override;
 
   bool Ready() const { return ready_; }

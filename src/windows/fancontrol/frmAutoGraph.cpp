@@ -39,7 +39,7 @@ constexpr auto PwmRows(int i, const char* minDuty) {
 constexpr std::array kPwmRows{PwmRows(0, "UpDown2"), PwmRows(1, "UpDown3"), PwmRows(2, "UpDown4"),
                               PwmRows(3, "UpDown5")};
 
-/// What differs from channel to channel: the names of the up-downs, and the bits of the THERM hysteresis.
+/// The differences between channels: the names of the up-downs, and the bits of the THERM hysteresis.
 struct Channel {
   const char *tmin, *therm1, *therm2, *tminHyst, *hyst;
   chip::RegisterField hystBits;
@@ -60,7 +60,7 @@ constexpr auto TemperatureRows(int i) {
       Text({"txtTminHyst", i}, "Tm&in Hyst", {ramp, chip::kTminHyst}, kCutNibble, channel.tminHyst),
       Text({"txtTH1", i}, "TH&ERM1 Limit", Byte("Local THERM1 Limit"_reg + i), kDegrees, channel.therm1),
       Text({"txtTH2", i}, "THERM2 Li&mit", Byte("Local THERM2 Limit"_reg + i), kDegrees, channel.therm2),
-      // Not cut to its four bits: a number too great for them reaches the neighbour's.
+      // Not limited to four bits: a number too large for them spills into the neighbour's.
       Text({"txtHyst", i}, "THERM H&yst", channel.hystBits, kNibble, channel.hyst),
   };
 }
@@ -119,7 +119,7 @@ QWidget* frmAutoGraph::MakeAllFans() {
 
 QTabWidget* frmAutoGraph::MakeTabs(const char* name) {
   auto* tabs = widgets::Named<QTabWidget>(name, this);
-  // All tabs in sight: a quarter of them behind an arrow would be found by few.
+  // All tabs stay visible: few users would find those hidden behind an arrow.
   tabs->setUsesScrollButtons(false);
   tabs->setElideMode(Qt::ElideNone);
   return tabs;
@@ -143,7 +143,7 @@ void frmAutoGraph::LineUp() {
     if (grid == nullptr || grid->columnCount() < 2) continue;
     grids << grid;
     for (int line = 0; line < grid->rowCount(); ++line) {
-      // A check box spans both columns: only a field tells how wide theirs is.
+      // A check box spans both columns, so only fields count for the width of the second one.
       const QLayoutItem* label = grid->itemAtPosition(line, 0);
       const QLayoutItem* field = grid->itemAtPosition(line, 1);
       if (field != nullptr && field != label) column = std::max(column, field->minimumSize().width());

@@ -9,8 +9,8 @@ class QTabWidget;
 
 namespace zth::windows {
 
-/// The chip's automatic fan control: each control writes at once, and the transfer curve of one PWM follows them, with
-/// a live dot for each temperature that drives it. Only the load step reads the chip.
+/// The chip's automatic fan control: every control writes at once, and the transfer curve of one PWM shows the effect,
+/// with a live dot for each temperature that controls it. Only the load step reads the chip.
 class frmAutoGraph final : public LiveWindow {
   Q_OBJECT
 
@@ -20,7 +20,7 @@ class frmAutoGraph final : public LiveWindow {
   void Form_Load() override;
   void Form_Unload() override;
 
-  /// Redraws the curve and the live dots: for the master timer.
+  /// Redraws the curve and the live dots. Called by the master timer.
   void PlotAFCTemps();
 
  protected:
@@ -32,9 +32,9 @@ class frmAutoGraph final : public LiveWindow {
   QTabWidget* MakeTabs(const char* name);
   QWidget* MakePage(std::span<const Binding> rows);
 
-  /// Boxes of one width, which begin at one place in the frame and on all pages.
+  /// Gives all boxes the same width and left edge, in the frame and on all pages.
   void LineUp();
-  /// Says at each Trange whose line is not quite the chip's how far the two part.
+  /// Adds a tool tip to each Trange whose drawn line differs from the chip's, with the difference.
   void ShowTrangeTips(const CurveModel& model);
   void BuildModel();
   void DrawCurve() { view_->Draw(Ready()); }

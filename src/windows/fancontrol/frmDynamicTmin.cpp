@@ -38,14 +38,12 @@ void frmDynamicTmin::Form_Unload() {
 }
 
 void frmDynamicTmin::ShowRemote1Available(bool available) {
-  // A window that runs this again finds a Remote1 that has come back as usable as at its opening.
+  // This runs again in an open window: if Remote1 has become available again, it is as usable as when the window opens.
   if (!available) SSTab1_->setCurrentIndex(1);
   SSTab1_->setTabEnabled(0, available);
   SSTab1_->setTabText(0, available ? "Remote1" : "R1 not enabled");
   SSTab1_Click();
 }
-
-// ---- The charts
 
 void frmDynamicTmin::UpdateDynTminGraph() {
   RefreshHints();
@@ -93,7 +91,7 @@ void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double va
 void frmDynamicTmin::SetDutyLegend() {
   const link::FailureWatch watch;
   const auto configs = link::ReadBlock<4>("PWM1 Config"_reg);
-  // Behind a failed transfer the list stays: 0xFF would say that no fan is under control.
+  // After a failed transfer the list stays: 0xFF would mean that no fan is under control.
   if (!watch.Failed()) configs_ = configs;
   const auto lists = ListDutyTraces(configs_);
   for (int channel = 0; channel < kRemotes; ++channel) {
@@ -135,8 +133,6 @@ void frmDynamicTmin::Strip2_LayoutChanged(int index) {
   strip.SetLabelIndex(kDutyUnitSlot);
   strip.SetLabelTop(static_cast<float>(strip.AxisAreaTop() + 0.005));
 }
-
-// ---- The handlers
 
 void frmDynamicTmin::cmdCancel_Click() {
   Unload();

@@ -14,20 +14,20 @@ class Strip;
 
 namespace zth::windows {
 
-/// The chip's dynamic Tmin on Remote1 and Remote2: each control writes at once, and a live chart for each of the two
-/// shows what the chip makes of it. The button of the demo stands here as well.
+/// The chip's dynamic Tmin on Remote1 and Remote2: every control writes at once, and a live chart for each channel
+/// shows the chip's response. Also contains the demo's button.
 class frmDynamicTmin final : public LiveWindow {
   Q_OBJECT
 
  public:
   explicit frmDynamicTmin(const Context& context);
 
-  /// Runs again while the window is open when the demo has set the chip up. The window is then ready, so that each
-  /// control that changes writes back what has just been read.
+  /// Also called while the window is open, after the demo has set up the chip. The window is then ready, so every
+  /// control that changes writes back the value just read.
   void Form_Load() override;
   void Form_Unload() override;
 
-  /// Feeds both charts: for the master timer.
+  /// Feeds both charts. Called by the master timer.
   void UpdateDynTminGraph();
 
  private:
@@ -38,7 +38,7 @@ class frmDynamicTmin final : public LiveWindow {
 
   void ShowRemote1Available(bool available);
   void PlotChannel(int channel);
-  /// In the chart's title, while values of it are stale.
+  /// Shows the age of stale values in the chart's title.
   static void ShowAges(widgets::Strip& strip, int channel);
   void PlaceTraceLabel(widgets::Strip& strip, int label, double value);
   void SetDutyLegend();
@@ -51,7 +51,7 @@ class frmDynamicTmin final : public LiveWindow {
   QTabWidget* SSTab1_ = nullptr;
   QPushButton* cmdDemo_ = nullptr;
   std::array<widgets::Strip*, 2> Strip2_{};
-  std::array<std::uint8_t, 4> configs_{};  ///< of the PWMs, as they were last read well
+  std::array<std::uint8_t, 4> configs_{};  ///< of the PWMs, from the last good read
 };
 
 }  // namespace zth::windows

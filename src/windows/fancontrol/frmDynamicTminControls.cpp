@@ -15,14 +15,14 @@
 #include "windows/fancontrol/DynTminModel.h"
 #include "windows/fancontrol/frmDynamicTmin.h"
 
-// How frmDynamicTmin is built; what its controls do stands in frmDynamicTmin.cpp.
+// Builds frmDynamicTmin; the controls' handlers are in frmDynamicTmin.cpp.
 namespace zth::windows {
 namespace {
 
 constexpr std::array kCycles{"0.5 Sec", "1 Sec", "2 Sec", "4 Sec", "8 Sec", "16 Sec", "32 Sec", "64 Sec"};
 
-// Rows of Remote1 and Remote2 by turns. The bits of "Tmin_Cal1" go by number: the register table names them in another
-// order than that in which they work.
+// Rows of Remote1 and Remote2 alternately. The bits of "Tmin_Cal1" are given by number: their order in the register
+// table differs from their actual order.
 constexpr std::array kSwitches{
     Check("chkEnDynR1", "E&nable Dynamic Tmin for Remote1", "Tmin_Cal1"_reg, 0),
     Check("chkEnDynR2", "E&nable Dynamic Tmin for Remote2", "Tmin_Cal1"_reg, 1),
@@ -79,7 +79,7 @@ frmDynamicTmin::frmDynamicTmin(const Context& context)
   SSTab1_ = MakeTabs();
   top->addWidget(SSTab1_);
   column->addLayout(top);
-  // Both charts have one place; only one of them shows.
+  // Both charts share one place; only one of them is visible.
   auto* charts = new QGridLayout;
   charts->setContentsMargins(9, 0, 0, 0);
   for (int channel = 0; channel < kRemotes; ++channel) {
@@ -115,7 +115,7 @@ QWidget* frmDynamicTmin::MakeTab(int channel) {
   AddRows(*switches, OfChannel(kSwitches, channel));
   AddRows(*switches, OfChannel(kCycleTimes, channel));
   AddRows(*numbers, OfChannel(kNumbers, channel));
-  // Rows of one height on both sides, so that they stand in line.
+  // Rows of the same height on both sides, so that they line up.
   for (const QWidget* side : {switches, numbers}) {
     auto* grid = static_cast<QGridLayout*>(side->layout());
     for (int i = 0; i < grid->rowCount(); ++i) grid->setRowStretch(i, 1);
@@ -141,7 +141,7 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 
   auto* row = new QHBoxLayout(area);
   row->setContentsMargins(9, 4, 9, 4);
-  // The charts end this far above the window's bottom, or farther where the font is large.
+  // The charts end this far above the window's bottom, or farther if the font is large.
   row->addStrut(base::PixelsFromTwips(600) - 8);
   row->addWidget(hysteresis);
   row->addSpacing(24);

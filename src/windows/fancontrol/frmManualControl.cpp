@@ -27,7 +27,7 @@ namespace {
 
 constexpr std::size_t kDutyGroup = 3;
 
-/// A label on a rounded ground of its palette's window colour.
+/// A label with a rounded background in its palette's window colour.
 class Badge final : public QLabel {
  public:
   using QLabel::QLabel;
@@ -44,7 +44,7 @@ class Badge final : public QLabel {
   }
 };
 
-/// The state in its colour. The red can be read on a nearly black ground alone, the green on a light one.
+/// The state in its colour. The red is readable only on a nearly black background, the green only on a light one.
 void ShowState(QLabel& label, bool manual) {
   label.setText(manual ? "Enabled" : "Disabled");
   QPalette colours;
@@ -93,7 +93,7 @@ QGroupBox* frmManualControl::MakeFrame() {
     grid->addWidget(slider, pwm, 1);
     grid->addWidget(state, pwm, 2);
   }
-  // Its line is there whether it says something or not, so that nothing moves.
+  // Its line is always there, even when empty, so that nothing moves.
   lblStale_ = new QLabel(frame);
   lblStale_->setObjectName("lblStale");
   grid->addWidget(lblStale_, chip::kPwmChannels, 1);
@@ -108,7 +108,7 @@ void frmManualControl::Form_Load() {
 
 void frmManualControl::Form_Unload() {
   Shared.ManualOpen = false;
-  Shared.ManualSliderHeld = false;  // a window closed by key under a held slider gets no report of its release
+  Shared.ManualSliderHeld = false;  // if the window is closed by key while a slider is held, no release is reported
 }
 
 void frmManualControl::RefreshManualControlStates() {
@@ -116,7 +116,7 @@ void frmManualControl::RefreshManualControlStates() {
     const bool manual = chip::Model.PwmManual[pwm + 1];
     ShowState(*lblManual_[pwm], manual);
     sldManual_[pwm]->setEnabled(manual);
-    // A slider that cannot be moved shows the chip's duty all the same, and that has to be read.
+    // A disabled slider still shows the chip's duty, which must be readable.
     QPalette readable;
     readable.setColor(QPalette::Disabled, QPalette::WindowText,
                       palette().color(QPalette::Active, QPalette::WindowText));
@@ -128,8 +128,7 @@ void frmManualControl::RefreshManualControlStates() {
 
 void frmManualControl::RefreshManualControlSliders() {
   for (std::size_t pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
-    // A duty that was read before the last write would turn the slider back, and the next step of a key would take the
-    // fan there.
+    // A duty read before the last write would move the slider back, and the next key step would send the fan there.
     if (writtenAfter_[pwm] == chip::Model.Measurements.Reads[kDutyGroup]) continue;
     writtenAfter_[pwm].reset();
     sldManual_[pwm]->SetValue(std::min<int>(chip::Model.Measurements.PwmPercent[pwm], 100));

@@ -15,9 +15,9 @@ class GSlider;
 
 namespace zth::windows {
 
-/// The duty of each PWM by hand. A slider works only on a PWM whose behaviour stands at manual; the others follow the
-/// measured duty once a second, as does a manual one that nobody holds, as soon as it has been measured since its
-/// write.
+/// Manual control of each PWM's duty. A slider works only if its PWM's behaviour is set to manual. The others follow
+/// the measured duty once a second. So does a manual slider that is not held, as soon as the duty has been measured
+/// since its write.
 class frmManualControl final : public ChildWindow {
   Q_OBJECT
 
@@ -27,7 +27,7 @@ class frmManualControl final : public ChildWindow {
   void Form_Load() override;
   void Form_Unload() override;
 
-  /// Which PWMs are under manual control, and their measured duties: for the master timer.
+  /// Update which PWMs are manual, and their measured duties. Called by the master timer.
   void RefreshManualControlStates();
   void RefreshManualControlSliders();
 
@@ -45,7 +45,7 @@ class frmManualControl final : public ChildWindow {
   std::array<widgets::GSlider*, 4> sldManual_{};
   std::array<QLabel*, 4> lblManual_{};
   QLabel* lblStale_ = nullptr;
-  /// How often the duties had been read when the slider was last written; none once they have been read since.
+  /// The count of duty reads when the slider was last written; empty once they have been read since.
   std::array<std::optional<std::uint32_t>, 4> writtenAfter_{};
 };
 

@@ -8,8 +8,8 @@
 #include <QResource>
 #include <QStringList>
 
-/// The documents stand in a static library, from which a program takes only what it names. Q_INIT_RESOURCE wants to
-/// stand outside of any namespace.
+/// The documents are in a static library, and the linker takes only the parts that a program names. Q_INIT_RESOURCE
+/// must be used outside any namespace.
 static void TakeInDocuments() {
   Q_INIT_RESOURCE(guide);
 }
@@ -25,7 +25,7 @@ struct Row {
   const char* place;
 };
 
-// Windows whose task the guide tells as a whole; any other window has its own page.
+// Windows whose task has a section of its own in the guide; any other window opens its own page.
 constexpr std::array kPlaces{
     Row{"frmAutoGraph", "guide.md#a-fan-curve"},
     Row{"frmDynamicTmin", "guide.md#dynamic-tmin"},
@@ -46,7 +46,7 @@ QByteArray BytesOf(const QString& path) {
   return QResource(kRoot + path).uncompressedData();
 }
 
-/// A line of Markdown as it is read: links by their texts, no stars, no code marks.
+/// A line of Markdown as plain text: links become their texts; stars and code marks go.
 QString Plain(QString line) {
   static const QRegularExpression link(R"(!?\[([^\]]*)\]\([^)]*\))");
   static const QRegularExpression marks(R"([*`|]|^\s*#+ )");

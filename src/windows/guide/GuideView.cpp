@@ -16,7 +16,7 @@ namespace {
 constexpr int kMargin = 12;  // pixels around the text
 constexpr double kCellPadding = 4;
 
-/// Each heading's block with its place in the page.
+/// Visits the block of each heading in the page.
 template <typename Visit>
 void EachHeading(const QTextDocument& document, Visit visit) {
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
@@ -39,7 +39,7 @@ void GuideView::ShowPlace(const QString& place) {
     page_ = page;
     Render();
   }
-  // A search goes on from what is read, not from where the last one was.
+  // A search continues from the text being read, not from the last match.
   setTextCursor(QTextCursor(BlockOf(place.section('#', 1))));
   place_ = place;
   ScrollToPlace();
@@ -61,7 +61,7 @@ QTextBlock GuideView::BlockOf(const QString& anchor) const {
 }
 
 QString GuideView::PlaceInSight() const {
-  // A short section at the end of its page cannot come up to the top.
+  // A short section at the end of a page cannot scroll up to the top.
   if (verticalScrollBar()->value() == placeTop_) return place_;
   QString place = page_;
   const int line = verticalScrollBar()->value() + kMargin;
@@ -75,7 +75,7 @@ QString GuideView::PlaceInSight() const {
 void GuideView::Render() {
   pictures_.clear();
   document()->setMarkdown(GuideText(page_), QTextDocument::MarkdownDialectGitHub);
-  // In one go: each change by itself would lay the whole page out anew.
+  // As one edit: otherwise each change would lay out the whole page again.
   QTextCursor whole(document());
   whole.beginEditBlock();
   DressTables();
@@ -145,11 +145,11 @@ void GuideView::FitPictures() {
 }
 
 void GuideView::resizeEvent(QResizeEvent* event) {
-  // What is read stays in sight however the lines break.
+  // The text being read stays visible however the lines break.
   const QTextCursor top = cursorForPosition({kMargin, kMargin});
   const bool unmoved = verticalScrollBar()->value() == placeTop_;
   const bool shows = !page_.isEmpty() && event->size().width() != event->oldSize().width();
-  // Before the lines are laid out anew, which is when the width that can be scrolled is counted.
+  // Before the lines are laid out again: that is when the scrollable width is calculated.
   if (shows) FitPictures();
   QTextBrowser::resizeEvent(event);
   if (!shows) return;

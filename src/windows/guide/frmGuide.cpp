@@ -25,7 +25,7 @@ namespace {
 constexpr int kPlaceRole = Qt::UserRole;
 constexpr int kTextRole = Qt::UserRole + 1;
 
-/// Leaves what holds the text and what leads to it. True when something of the item is left.
+/// Hides everything except items that contain the text and their parents. True when the item stays visible.
 bool Filter(QTreeWidgetItem& item, const QString& text) {
   bool any = item.data(0, kTextRole).toString().contains(text, Qt::CaseInsensitive);
   for (int i = 0; i < item.childCount(); ++i) any = Filter(*item.child(i), text) || any;
@@ -176,7 +176,7 @@ void frmGuide::cmdBack_Click() {
   const QString place = before_.back();
   before_.pop_back();
   Show(place);
-  if (before_.empty()) txtPage_->setFocus();  // not lost with the button that can be pressed no longer
+  if (before_.empty()) txtPage_->setFocus();  // or the focus would be lost with the disabled button
 }
 
 void frmGuide::txtSearch_Change() {
@@ -235,7 +235,7 @@ void frmGuide::changeEvent(QEvent* event) {
 }
 
 QSize frmGuide::sizeHint() const {
-  // Lines of some eighty letters beside the contents, on a desk that a small screen still has.
+  // About eighty characters per line next to the contents, limited so that it fits on a small screen.
   return {std::min(fontMetrics().averageCharWidth() * 130, 1200), std::min(fontMetrics().height() * 36, 600)};
 }
 

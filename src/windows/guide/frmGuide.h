@@ -15,8 +15,7 @@ namespace zth::windows {
 class GuideView;
 struct GuideSection;
 
-/// The user's guide, built into the program: contents with a search at the left, the page at the right. Reads no chip
-/// and asks for none.
+/// The built-in user's guide: contents with a search on the left, the page on the right. Needs no chip and reads none.
 class frmGuide final : public ChildWindow {
   Q_OBJECT
 
@@ -26,8 +25,8 @@ class frmGuide final : public ChildWindow {
   /// Shows the beginning.
   void Form_Load() override;
 
-  /// Shows a place of the guide, "guide.md#graphs", and keeps the one before for Back. One that is not there is told of
-  /// below the contents.
+  /// Shows a place of the guide, for example "guide.md#graphs", and saves the previous one for Back. If there is no
+  /// such place, a message below the contents says so.
   void Go(const QString& place);
 
   QSize sizeHint() const override;
@@ -40,14 +39,15 @@ class frmGuide final : public ChildWindow {
   QWidget* MakeContents();
   QWidget* MakePage();
   void FillContents();
-  /// The section that shows stands out in the contents and can still be read: not all desktops' own colours give that.
+  /// Colours the current section in the contents so that it stands out and stays readable: not every desktop's own
+  /// colours do that.
   void ColourContents();
   void Show(const QString& place);
   void PickInContents(const QString& place);
 
   void treContents_Picked(const QTreeWidgetItem& item);
   void txtSearch_Change();
-  /// The next place that holds the text, on this page or on one behind it, and from the first page again.
+  /// Goes to the next match on this page or a later one, then continues from the first page.
   void txtSearch_Enter();
   void cmdBack_Click();
   void FollowLink(const QString& link);
@@ -57,7 +57,7 @@ class frmGuide final : public ChildWindow {
   QLabel* lblTold_ = nullptr;
   QPushButton* cmdBack_ = nullptr;
   GuideView* txtPage_ = nullptr;
-  std::vector<QString> before_;  ///< the places that Back goes to, the last one first
+  std::vector<QString> before_;  ///< the places for Back, latest first
 };
 
 }  // namespace zth::windows

@@ -29,13 +29,13 @@ namespace {
 
 constexpr char kSoundSetting[] = "AlertSound";
 constexpr char kOpenSetting[] = "AlertEvents";
-constexpr int kLines = 4;  // that show in a window as it opens
+constexpr int kLines = 4;  // visible when the window opens
 
 bool IsSet(const platform::Settings& settings, const char* key, const char* fallback) {
   return settings.Get(key, fallback).trimmed().compare("True", Qt::CaseInsensitive) == 0;
 }
 
-/// A list that asks for a few lines only, and copies whole rows: a view's own copy takes one cell, past the seams.
+/// A list that asks for only a few lines and copies whole rows: a view's own copy takes a single cell.
 class EventView final : public QTreeView {
  public:
   EventView(std::function<void()> copy, QWidget* parent) : QTreeView(parent), copy_(std::move(copy)) {}
@@ -56,8 +56,8 @@ class EventView final : public QTreeView {
   }
 };
 
-/// The newest event as a notification: what a screen reader speaks wherever its user is. It is told whether the label
-/// shows it or not.
+/// Announces the newest event as a notification, which a screen reader speaks wherever the user is. It does so whether
+/// or not the label shows the event.
 class NewestLabel final : public QLabel {
  public:
   explicit NewestLabel(QWidget* parent) : QLabel(parent) { QAccessible::installFactory(MakeAccess); }
@@ -65,7 +65,7 @@ class NewestLabel final : public QLabel {
   void Announce(const QString& event) {
     setAccessibleName(event);
     if (!QAccessible::isActive()) return;
-    // Another one each time, though the label has been there all along.
+    // As if it appeared anew each time, although the label has been there all along.
     QAccessibleEvent shown(this, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&shown);
     QAccessibleEvent alert(this, QAccessible::Alert);
@@ -152,7 +152,7 @@ void AlertList::Fold(bool open) {
 }
 
 void AlertList::ShowNewest() {
-  // An open list has it as its last line.
+  // When the list is open, the event is its last line.
   lblNewest_->setText(cmdEvents_->isChecked() ? QString() : log_->Newest());
 }
 
@@ -191,7 +191,7 @@ void AlertList::cmdSaveEvents_Click() {
   question.suggestion = "Alerts.csv";
   const QString path = context_.services.fileDialogs.Ask(question, this);
   if (path.isEmpty()) return;
-  // As they are by now: the monitor has gone on beneath the dialog.
+  // The rows as they are now: monitoring went on behind the dialog.
   const bool written = context_.services.files.Replace(path, log_->Csv().toUtf8());
   const QString name = QFileInfo(path).fileName();
   context_.desktop.Tell(written ? "Events saved as " + name : "Not saved: " + name + " could not be written");

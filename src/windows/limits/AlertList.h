@@ -12,17 +12,17 @@ class QTreeView;
 
 namespace zth::windows {
 
-/// The lamps that have turned, in a list that folds away, with a sound for those that turn red. Whether it is folded
-/// and whether it sounds is the user's setting; the events themselves go with the window.
+/// A list of the lamps that have changed, which can be folded, with a sound for lamps that turn red. The user's choices
+/// of folding and sound are saved as settings; the events are lost when the window closes.
 class AlertList final : public QWidget {
   Q_OBJECT
 
  public:
   AlertList(const Context& context, QWidget* parent);
 
-  /// Enters an event, in sight unless the user is looking at older ones.
+  /// Adds an event, and scrolls to it unless the user is looking at older ones.
   void Add(const AlertEvent& event);
-  /// Sounds once, if the user wants that.
+  /// Plays the sound once, if the user has enabled it.
   void Sound() const;
 
  private:

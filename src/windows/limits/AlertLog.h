@@ -8,17 +8,17 @@
 
 namespace zth::windows {
 
-/// A lamp that has turned.
+/// A change of a lamp.
 struct AlertEvent {
   QDateTime time;
-  QString chip;  ///< as the device list has it
+  QString chip;  ///< as in the device list
   QString channel;
-  QString value;  ///< with its unit, as last measured; empty for what has no reading
-  QString limit;  ///< with its unit; empty where it has not been read
+  QString value;  ///< with its unit, as last measured; empty for a channel without a reading
+  QString limit;  ///< with its unit; empty when it has not been read
   bool raised = false;
 };
 
-/// The newest lamps that have turned, oldest first, as rows of a table and as texts.
+/// The latest lamp changes, oldest first, as table rows and as text.
 class AlertLog final : public QAbstractTableModel {
   Q_OBJECT
 
@@ -28,16 +28,16 @@ class AlertLog final : public QAbstractTableModel {
 
   using QAbstractTableModel::QAbstractTableModel;
 
-  /// Adds the newest; the oldest goes when there are too many.
+  /// Adds an event, and drops the oldest when there are too many.
   void Add(const AlertEvent& event);
   void Clear();
 
   bool HasSeveralChips() const;
-  /// "15:04:05.678 Local Temp raised" of the newest; empty without one.
+  /// The newest event as "15:04:05.678 Local Temp raised"; empty if there is none.
   QString Newest() const;
-  /// The rows, columns apart by tabs.
+  /// The rows, with tabs between columns.
   QString Lines(const QList<int>& rows) const;
-  /// All rows with a heading, as comma-separated values with the date.
+  /// All rows with a header line, as comma-separated values with the date.
   QString Csv() const;
 
   int rowCount(const QModelIndex& parent = {}) const override;

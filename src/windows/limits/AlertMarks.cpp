@@ -31,7 +31,7 @@ void AlertMarks::Show(const std::vector<QStringList>& channels) {
     const int count = static_cast<int>(red.size());
     all += count;
     tabs_.setTabIcon(tab, count > 0 ? widgets::BadgeIcon(count) : QIcon());
-    tabs_.setTabToolTip(tab, Told(red));  // what assistive technology reads as the tab's description, too
+    tabs_.setTabToolTip(tab, Told(red));  // assistive technology reads this as the tab's description, too
   }
   desktop_.MarkAlerts(window_, all);
 }

@@ -10,18 +10,18 @@ namespace zth::windows {
 
 class Desktop;
 
-/// The marks that tell, without a look at the lamps, how many of them are red: on each tab, and on the tool bar's
-/// button of the window.
+/// Marks with the number of red lamps, on each tab and on the window's tool bar button, for when the lamps themselves
+/// are out of sight.
 class AlertMarks {
  public:
   AlertMarks(QTabWidget& tabs, Desktop& desktop, QString window);
 
-  /// The channels whose lamps are red, tab by tab.
+  /// Updates the marks from the channels with red lamps, listed by tab.
   void Show(const std::vector<QStringList>& channels);
-  /// Takes the tool bar's mark away, as the window closes.
+  /// Removes the tool bar's mark when the window closes.
   void Leave() const;
-  /// Gives the marks the size of the present font, and tells the width that the tabs need with a mark each. A window
-  /// does not grow for marks that come while it stands: their room is kept from the start.
+  /// Scales the marks to the current font and returns the width that the tabs need if each has a mark. This room is
+  /// reserved from the start: a window does not grow for marks that appear later.
   int Fit();
 
  private:

@@ -33,7 +33,7 @@ AlertTable::AlertTable(const AlertTab& tab, QWidget* parent) : QWidget(parent), 
   if (tab.mask != nullptr) AddHeading(tab.maskHeading, kMaskColumn, *grid);
   AddHeading(tab.status, kLampColumn, *grid);
   for (int row = 0; row < static_cast<int>(tab.rows.size()); ++row) AddRow(row, *grid);
-  // Wide enough for every caption that a row can take, so that nothing moves when the pins change.
+  // Wide enough for every caption that a row can have, so that nothing moves when the pins change.
   grid->setColumnMinimumWidth(kLabelColumn, fontMetrics().horizontalAdvance("THERM1% Over Limit"));
   grid->setRowStretch(static_cast<int>(tab.rows.size()) + 1, 1);
 }
@@ -123,7 +123,8 @@ void AlertTable::SetLive(int row, bool live) {
   controls.label->setEnabled(live);
   if (controls.mask != nullptr) controls.mask->setEnabled(live);
   controls.lamp->setVisible(live);
-  // A channel that goes has not been cleared: the list is silent, and a lamp that comes back is read as at first.
+  // A channel that is no longer there is not a cleared alert, so no event is entered. If its lamp comes back, its next
+  // value counts as the first.
   if (!live) controls.alert.reset();
 }
 

@@ -15,7 +15,7 @@
 namespace zth::windows {
 namespace {
 
-/// Where so many steps lead from a limit that need not be one that the chip can hold.
+/// The limit that is `steps` steps away from a limit, which need not be one that the chip can hold.
 double Stepped(const LimitPlaces& places, double from, int steps) {
   const std::vector<double> stops = LimitStops(places, from);
   const auto here = std::ranges::find(stops, from) - stops.begin();
@@ -50,7 +50,7 @@ widgets::NumberBox* LimitBoxes::AddBox(const GaugeTab& tab, const char* which, c
   auto* box = widgets::Named<widgets::NumberBox>(QString(tab.gauge).replace("gge", "txt") + which, this);
   box->setAccessibleName(QString("%1 %2 limit, %3").arg(tab.subject, QString(which).toLower(), tab.unit));
   box->setToolTip("Enter writes the limit to the chip, an arrow the next one that the chip can hold");
-  // It writes at once: one notch too many must not move a limit.
+  // A step writes at once, so one accidental notch of the wheel must not change a limit.
   LimitWheel(*box, Wheel::Never);
   auto* label = new QLabel(QString("%1 (%2)").arg(caption, tab.unit), this);
   label->setBuddy(box);
@@ -60,7 +60,8 @@ widgets::NumberBox* LimitBoxes::AddBox(const GaugeTab& tab, const char* which, c
 }
 
 void LimitBoxes::Move(int position, double value) {
-  // A box that still holds something typed when its window closes reports it as it loses the focus.
+  // A box with unfinished typing also reports its number when its window closes, because it loses the focus. That
+  // number is not written.
   if (Shared.LimitsOpen) gauge_.MoveByUser(position, value);
 }
 

@@ -16,16 +16,15 @@ class NumberBox;
 
 namespace zth::windows {
 
-/// A gauge's limits as two boxes to type in, low and high. They hold nothing of their own: what is typed moves the
-/// gauge's slider as a drag does, and what then comes of it is shown. Their arrows go to the next limit that the chip
-/// can hold.
+/// A gauge's limits as two boxes to type in, low and high. They store nothing: a typed number moves the gauge's slider
+/// as a drag does, and the boxes then show the result. Their arrows go to the next limit that the chip can hold.
 class LimitBoxes final : public QWidget {
   Q_OBJECT
 
  public:
   LimitBoxes(const GaugeTab& tab, widgets::LGauge& gauge, QWidget* parent);
 
-  /// Shows where the sliders stand; nothing, with both boxes out of use, without a channel.
+  /// Shows the positions of the sliders. Without a channel both boxes are empty and disabled.
   void ShowSliders(bool hasChannel, const LimitPlaces& places);
 
  private:
@@ -35,7 +34,7 @@ class LimitBoxes final : public QWidget {
   widgets::LGauge& gauge_;
   LimitPlaces places_;
   std::array<widgets::NumberBox*, 2> boxes_{};  ///< low, high
-  int firstSlider_;                             ///< the box of the gauge's first slider
+  int firstSlider_;                             ///< the box that belongs to the gauge's first slider
 };
 
 }  // namespace zth::windows

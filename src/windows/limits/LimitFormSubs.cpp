@@ -16,32 +16,33 @@
 namespace zth::windows {
 namespace {
 
-// The BMC's copies, since the host's would be cleared under the eyes of another program; the THERM limits have the
-// host's only.
+// The BMC's copies, since reading the host's would clear them for other programs; the THERM limits have only the
+// host's.
 constexpr std::array kStatusRegisters{
     "Thermal Status 1,BMC"_reg, "Thermal Status 2,BMC"_reg, "Thermal Status 3,Host"_reg, "Voltage Status 1,BMC"_reg,
     "Voltage Status 2,BMC"_reg, "Fan Status,BMC"_reg,       "Digital Status,BMC"_reg};
 
-/// Nothing when the transfer failed, as far as the link's library tells.
+/// Nothing when the transfer failed, as far as the link's library reports failures.
 std::optional<int> Read(int reg) {
   const link::FailureWatch watch;
   const int value = link::ReadRegister(link::Bus.DeviceAddress, reg);
   return watch.Failed() ? std::nullopt : std::optional(value);
 }
 
-/// A box that changes writes its mask. Of a failed read, which would tick them all, nothing is shown.
+/// Shows the masks; a box that changes writes its mask. After a failed read nothing is shown, because 0xFF would tick
+/// every box.
 void ShowMasks(AlertTable& alerts, int reg, std::optional<int> masks) {
   if (masks) alerts.ShowMasks(reg, *masks);
 }
 
-/// The list anew, its start item, and its limits, also where nothing was there to select.
+/// Refills the list, selects its start item and shows its limits, even if there is nothing to select.
 void InitGauge(LimitPanel& panel) {
   panel.FillList();
   panel.SelectStart();
   panel.ShowLimits();
 }
 
-/// A row takes the name of the channel that its pin is at present; the name of a pin that is always the same stays.
+/// A row is named after its pin's current channel; pins that never change keep their name.
 void NameVoltageRow(AlertTable& alerts, const LimitChannel& channel) {
   static constexpr std::array kRowsOfPinsWithChoices{3, 4, 7, 8, 9, 10};
   alerts.EnableLabel(channel.row, true);
@@ -73,7 +74,8 @@ void UpdateFanRow(const LimitForm& form, int row, int tachEnable) {
 }
 
 void InitVoltageTab(const LimitForm& form) {
-  // Only labels follow the pins here, and once enabled they stay so: a mask can be set for a channel that is not there.
+  // Only the labels follow the pins here, and once enabled they stay enabled: a mask can be set for a channel that is
+  // not present.
   form.voltage->FillList();
   for (const LimitChannel& channel : form.voltage->Tab().channels) {
     if (form.voltage->Lists(channel)) NameVoltageRow(*form.voltageAlerts, channel);

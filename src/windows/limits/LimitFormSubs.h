@@ -21,12 +21,12 @@ struct LimitForm {
   AlertTable* thermPinAlerts = nullptr;
   AlertTable* digitalAlerts = nullptr;
 
-  /// A tab's parts; the last tab has no gauge.
+  /// The parts of a tab; the last tab has no gauge.
   struct Page {
     LimitPanel* gauge;
     AlertTable* alerts;
   };
-  /// In the order of the tabs.
+  /// All tabs, in order.
   std::array<Page, 6> Pages() const {
     return {{{temperature, temperatureAlerts},
              {fan, fanAlerts},
@@ -37,19 +37,19 @@ struct LimitForm {
   }
 };
 
-// The load, tab by tab: each makes its list, its masks and its rows anew from the chip and the pins.
+// Loading, tab by tab: each updates its list, its masks and its rows from the chip and the pins.
 void InitTemperatureTab(const LimitForm& form);
 void InitFanTab(const LimitForm& form);
 void InitVoltageTab(const LimitForm& form);
 void InitThermTimerTab(const LimitForm& form);
 void InitThermPinTab(const LimitForm& form);
-/// Its rows of "Thermal Mask 2" are set by InitThermTimerTab.
+/// InitThermTimerTab sets its rows of "Thermal Mask 2".
 void InitDigitalTab(const LimitForm& form);
 
-/// A fan's row is live when its pin is a tach input and its bit of `tachEnable`, register "Tach Enable", is set.
+/// A fan's row is live if its pin is a tach input and its bit of `tachEnable`, register "Tach Enable", is set.
 void UpdateFanRow(const LimitForm& form, int row, int tachEnable);
 
-// What the master timer runs while the window is open. None of it touches a slider, a check box or a list.
+// Called by the master timer while the window is open. None of them changes a slider, a check box or a list.
 void RefreshTemperatureGauge(const LimitForm& form);
 void RefreshFanGauge(const LimitForm& form);
 void RefreshVoltageGauge(const LimitForm& form);

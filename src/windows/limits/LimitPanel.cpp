@@ -23,7 +23,7 @@ constexpr int kReadingNeedle = 1;
 constexpr int kLowSlider = 2;
 constexpr int kHighSlider = 3;
 
-/// The sign's place is kept: a value that is not negative begins with a blank.
+/// A blank takes the place of the sign in a value that is not negative.
 QString ReadingText(float value, const char* unit) {
   return (value < 0 ? "" : " ") + QString::fromStdString(base::GeneralText(value)) + unit;
 }
@@ -35,7 +35,8 @@ LimitPanel::LimitPanel(const GaugeTab& tab, QWidget* parent)
   const QString subject(tab.subject);
   list_->setObjectName(tab.list);
   list_->setAccessibleName(subject + " channel");
-  list_->setAccessibleDescription(list_->accessibleName());  // all that a list without a label tells on some desktops
+  list_->setAccessibleDescription(list_->accessibleName());  // some desktops announce only this for a list without a
+                                                             // label
   list_->setToolTip("The channel that the gauge shows");
   gauge_->setObjectName(tab.gauge);
   gauge_->setAccessibleName(subject + " limits");
@@ -57,7 +58,7 @@ LimitPanel::LimitPanel(const GaugeTab& tab, QWidget* parent)
 }
 
 void LimitPanel::FillList() {
-  const QSignalBlocker quiet(list_);  // a list that fills selects by itself
+  const QSignalBlocker quiet(list_);  // filling a list also selects an item
   list_->clear();
   read_.clear();
   for (const LimitChannel& channel : tab_.channels) {
@@ -160,7 +161,7 @@ void LimitPanel::ApplyLimits() {
     const auto write = [channel, this](int reg, int slider) {
       link::WriteRegisterValue(link::Bus.DeviceAddress, reg, tab_.encode(Slider(slider), *channel));
     };
-    // Both go out on every drag, whichever moved, and unchecked against each other.
+    // Every drag writes both, whichever was moved, without checking them against each other.
     if (tab_.lowAndHigh) write(channel->lowRegister, kLowSlider);
     write(channel->highRegister, kHighSlider);
   }

@@ -17,42 +17,42 @@ namespace zth::windows {
 
 class LimitBoxes;
 
-/// What the window knows of a channel at a moment, with units; empty for what it does not know.
+/// What the window currently knows about a channel, with units; empty for anything unknown.
 struct ChannelFacts {
   QString value;  ///< as last measured
-  QString limit;  ///< as last read in this window, since its load
+  QString limit;  ///< as last read since this window was loaded
 };
 
-/// The list, the gauge and the limit boxes of a tab: the list picks the channel whose limit registers the sliders are.
-/// ShowLimits is the tab's ShowTemperatureLimits, ShowFanLimit and so on, ApplyLimits its ApplyTemperatureLimits and
-/// its like. Nothing that is written comes from a copy of a limit.
+/// The list, the gauge and the limit boxes of a tab. The list selects the channel whose limit registers the sliders
+/// show. ShowLimits is the tab's ShowTemperatureLimits, ShowFanLimit and so on; ApplyLimits is its
+/// ApplyTemperatureLimits and so on. A written value never comes from a copy of a limit.
 class LimitPanel final : public QWidget {
   Q_OBJECT
 
  public:
   LimitPanel(const GaugeTab& tab, QWidget* parent);
 
-  /// Makes the list anew for the present pins, leaving nothing selected.
+  /// Refills the list for the present pins and selects nothing.
   void FillList();
-  /// Selects the tab's start item. As by any selection, the list's handler runs when that is a change.
+  /// Selects the tab's start item. As with any selection, the list's handler runs if that is a change.
   void SelectStart();
-  /// The next SelectStart selects what is selected now, if that is still listed.
+  /// Makes the next SelectStart keep the current selection, if it is still listed.
   void KeepSelection();
-  /// The positions of the channels' rows whose channels are in the list.
+  /// The number of channels in the list.
   int Count() const;
   bool Lists(const LimitChannel& channel) const;
   void EnableList(bool on);
 
-  /// Reads the limits of the selected channel, low before high, and puts the sliders there; at 0 without a channel.
+  /// Reads the limits of the selected channel, low before high, and sets the sliders; to 0 without a channel.
   void ShowLimits();
-  /// Writes what the sliders stand at, low before high, and shows what the chip holds now. Without a channel it writes
-  /// nothing, and the slider goes back.
+  /// Writes the sliders' values, low before high, and shows the chip's resulting values. Without a channel it writes
+  /// nothing and moves the slider back.
   void ApplyLimits();
-  /// Of the channel that a row of the tab's alerts tells of.
+  /// The facts about the channel of a row in the tab's alerts.
   ChannelFacts FactsOf(int row) const;
-  /// What has been read so far is of another chip.
+  /// Discards the limits read so far, because they are from another chip.
   void ForgetLimits() { read_.clear(); }
-  /// The present reading to needle 1 and the caption.
+  /// Shows the current reading with needle 1 and the caption.
   void RefreshGauge();
 
   const GaugeTab& Tab() const { return tab_; }
@@ -67,7 +67,7 @@ class LimitPanel final : public QWidget {
   QComboBox* list_;
   widgets::LGauge* gauge_;
   LimitBoxes* boxes_;
-  const LimitChannel* placesOf_ = nullptr;  ///< the channel that `places_` is of
+  const LimitChannel* placesOf_ = nullptr;  ///< the channel that `places_` belongs to
   LimitPlaces places_;
   QString kept_;
   std::map<const LimitChannel*, QString> read_;  ///< for FactsOf

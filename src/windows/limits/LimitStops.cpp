@@ -16,7 +16,7 @@ LimitPlaces PlacesOf(const GaugeTab& tab, const LimitChannel& channel) {
     if (place == last) break;
     last = place;
     const double shown = tab.show(tab.encode(place, channel), channel);
-    // Of several places for one limit the one nearest to it.
+    // If several places give the same limit, keep the nearest one.
     const auto [entry, added] = placeOf.try_emplace(shown, place);
     if (!added && std::abs(place - shown) < std::abs(entry->second - shown)) entry->second = place;
   }

@@ -14,13 +14,13 @@ namespace {
 
 using Pins = chip::PinFunctionFlags;
 
-/// A pin's flag has a value.
+/// True if a pin's flag has this value.
 template <std::int16_t Pins::*Pin, std::int16_t Value>
 bool PinIs(const Pins& pins) {
   return pins.*Pin == Value;
 }
 
-/// A pin's flag has a value and the diode pair that takes the pin is off.
+/// True if a pin's flag has this value and the diode pair that uses the pin is off.
 template <std::int16_t Pins::*Pin, std::int16_t Value, bool Pins::*Diode>
 bool PinIsFree(const Pins& pins) {
   return pins.*Pin == Value && !(pins.*Diode);
@@ -54,7 +54,7 @@ constexpr std::array kFanChannels{
     LimitChannel{"Fan8", PinIs<&Pins::Pin22, 1>, 7, kNoRegister, "Tach 8 Limit"_reg, 0, 7},
 };
 
-// The inputs of pin 19 follow the flag of pin 20. Pins 25 and 26 have a state without a voltage.
+// The inputs of pin 19 depend on the flag of pin 20. Pins 25 and 26 have a state without a voltage.
 constexpr std::array<LimitChannel, 23> kVoltageChannels{{
     {"12V1 (pin7)",   PinIs<&Pins::Pin7, 0>,   0, "+12V1 Low Limit"_reg, "+12V1 High Limit"_reg, 12.0F, 0},
     {"12V2 (pin8)",   PinIs<&Pins::Pin8, 0>,   1, "+12V2 Low Limit"_reg, "+12V2 High Limit"_reg, 12.0F, 1},
@@ -123,7 +123,7 @@ constexpr std::array kFanRows{
     AlertRow{"Fan8", "Fan Mask"_reg, "Fan Status,BMC"_reg, 7, PinIs<&Pins::Pin22, 1>},
 };
 
-// The bits do not follow the order of the rows.
+// The order of the bits differs from the order of the rows.
 constexpr std::array kVoltageRows{
     AlertRow{"12V1 (pin7)",   "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 0, nullptr},
     AlertRow{"12V2 (pin8)",   "Voltage Mask 1"_reg, "Voltage Status 1,BMC"_reg, 1, nullptr},
@@ -213,7 +213,7 @@ float ThermTimerReading(std::size_t index) {
 
 constexpr double kLowestDegrees = -64;
 constexpr double kHighestDegrees = 191;
-constexpr double kStartVolts = 15;  // until a channel gives the scale
+constexpr double kStartVolts = 15;  // until a channel provides the scale
 constexpr const char* kDegreesC = "\u00B0C";
 
 }  // namespace

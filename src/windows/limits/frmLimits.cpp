@@ -26,13 +26,13 @@ frmLimits::frmLimits(const Context& context)
     : ChildWindow("frmLimits", "Limits / Interrupts", context, kShowsChip | kShowsPins) {
   auto* SSTab1 = widgets::Named<QTabWidget>("SSTab1", this);
   OnTab(*SSTab1);
-  SSTab1->setUsesScrollButtons(false);  // all six tabs are in sight
+  SSTab1->setUsesScrollButtons(false);  // all six tabs stay visible
   form_.temperature = new LimitPanel(kTemperatureGauge, this);
   form_.fan = new LimitPanel(kFanGauge, this);
   form_.voltage = new LimitPanel(kVoltageGauge, this);
   form_.thermTimer = new LimitPanel(kThermTimerGauge, this);
   form_.thermPin = new LimitPanel(kThermPinGauge, this);
-  form_.thermPin->FillList();  // fixed: it does not follow the pins
+  form_.thermPin->FillList();  // fixed: does not depend on the pins
   form_.temperatureAlerts = new AlertTable(kTemperatureAlerts, this);
   form_.fanAlerts = new AlertTable(kFanAlerts, this);
   form_.voltageAlerts = new AlertTable(kVoltageAlerts, this);
@@ -109,7 +109,7 @@ void frmLimits::Form_Load() {
 }
 
 void frmLimits::Reread() {
-  // A box that changes would write back what has just been read.
+  // A box that changes would write back what was just read.
   std::vector<std::unique_ptr<QSignalBlocker>> quiet;
   for (QCheckBox* mask : findChildren<QCheckBox*>()) quiet.push_back(std::make_unique<QSignalBlocker>(mask));
   for (const LimitForm::Page& page : form_.Pages()) {
@@ -136,8 +136,9 @@ void frmLimits::Refresh() {
   RefreshVoltageGauge(form_);
   RefreshThermTimerGauge(form_);
   RefreshThermPinGauge(form_);
-  // Every lamp is read at each refresh, of all tabs, so that one reading is enough to enter what the chip holds until
-  // it has been read. What another window reads of it, or a program beside this one, is theirs.
+  // Each refresh reads the lamps of all tabs. The chip holds an alert until it has been read, so one read here is
+  // enough to record it. An alert that another window, or a program running next to this one, reads first is lost to
+  // this window.
   LookAtChip();
   turnedRed_ = false;
   RefreshAlertToggles(form_);

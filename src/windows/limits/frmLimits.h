@@ -15,8 +15,8 @@ namespace zth::windows {
 class AlertList;
 class AlertMarks;
 
-/// Limits, interrupt masks and live interrupt status of every monitored channel, in six tabs. Each drag of a slider and
-/// each click on a mask goes to the chip at once.
+/// Limits, interrupt masks and live interrupt status of every monitored channel, in six tabs. Every drag of a slider
+/// and every click on a mask is written at once.
 class frmLimits final : public ChildWindow {
   Q_OBJECT
 
@@ -24,11 +24,11 @@ class frmLimits final : public ChildWindow {
   explicit frmLimits(const Context& context);
   ~frmLimits() override;
 
-  /// Fills all tabs anew; also run while the window is open, after the pins have been configured.
+  /// Fills all tabs; also called while the window is open, after the pins have been configured.
   void Form_Load() override;
   void Form_Unload() override;
 
-  /// Job of the master timer: moves needles, captions and lamps, whichever tab shows.
+  /// Called by the master timer: updates needles, captions and lamps, including those on hidden tabs.
   void Refresh();
 
  protected:
@@ -36,21 +36,21 @@ class frmLimits final : public ChildWindow {
   void changeEvent(QEvent* event) override;
 
  private:
-  /// A tab with a gauge at the left and alerts at the right; without a gauge for a null one. `frame` names the frame
-  /// that holds them, or is null where they stand on the tab itself.
+  /// Adds a tab with a gauge on the left and alerts on the right; no gauge if null. `frame` is the name of the frame
+  /// that holds them; if null, they are placed directly on the tab.
   void AddTab(QTabWidget& tabs, const char* caption, const char* frame, LimitPanel* gauge, AlertTable* alerts);
 
-  /// Enters a lamp that has turned in the list.
+  /// Adds a lamp's change to the list of events.
   void NoteTurn(const LimitForm::Page& page, int row, bool alert);
-  /// What is known so far is dropped when another chip is in use.
+  /// Discards what is known so far when another chip is in use.
   void LookAtChip();
 
   LimitForm form_;
   std::unique_ptr<AlertMarks> marks_;
   QSpacerItem* roomForMarks_ = nullptr;
   AlertList* events_;
-  link::ChipId polled_;     ///< the chip that the lamps were last read from
-  bool turnedRed_ = false;  ///< a lamp has, in the poll under way
+  link::ChipId polled_;     ///< the chip from which the lamps were last read
+  bool turnedRed_ = false;  ///< a lamp has turned red in the current poll
 };
 
 }  // namespace zth::windows

@@ -74,7 +74,7 @@ void AllRegisters::MakeControls() {
   cmdReadShown_->setToolTip("Reads every register of the table as it shows, but those that a read would clear");
   lblTold_ = widgets::Named<QLabel>("lblTold", "Nothing has been read yet.", this);
   lblTold_->setWordWrap(true);
-  lblTold_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // nothing moves when it speaks
+  lblTold_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // so that nothing moves when a text appears
   OnChange(*txtSearch_, [this] { ShowRows(); });
   OnSelect(*cmbGroup_, [this] { ShowRows(); });
   OnClick(*cmdReadSelected_, [this] { cmdReadSelected_Click(); });
@@ -122,7 +122,7 @@ void AllRegisters::ShowRows() {
   const int group = cmbGroup_->currentIndex();
   const bool outside = group == cmbGroup_->count() - 1;
   filter_->Show(txtSearch_->text(), group == 0 || outside ? QString() : cmbGroup_->currentText(), outside);
-  // The head's sort holds for rows that come back as well.
+  // Sorts rows that come back by the selected header, too.
   filter_->sort(filter_->sortColumn(), filter_->sortOrder());
 }
 
@@ -154,7 +154,7 @@ void AllRegisters::cmdReadSelected_Click() {
   if (addresses.empty()) {
     lblTold_->setText("No register is selected.");
   } else if (rows.size() == 1 && chip::ReadClears(addresses[0])) {
-    // The one way to such a register from here: the user has picked it and nothing else.
+    // The only way to read such a register here: the user has selected it and nothing else.
     const link::FailureWatch watch;
     const int value = link::ReadRegister(link::Bus.DeviceAddress, addresses[0]);
     const QString name = filter_->index(rows[0], RegisterModel::kName).data().toString();
@@ -193,7 +193,7 @@ void AllRegisters::Read(const std::vector<std::int32_t>& addresses) {
     const link::FailureWatch watch;
     const int value = link::ReadRegister(link::Bus.DeviceAddress, address);
     if (watch.Failed()) {
-      ++failed;  // the row keeps what was read before
+      ++failed;  // the row keeps its previous value
       continue;
     }
     model_->Note(address, value, services_.clock.WallTime());

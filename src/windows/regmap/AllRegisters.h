@@ -18,19 +18,19 @@ namespace zth::windows {
 class RegisterFilter;
 class RegisterModel;
 
-/// The page of the register map that holds every register of the table as a row. It reads what the user asks for,
-/// each address once, and never a register that the read would clear, unless that one alone is selected.
+/// The page of the register map that shows every register of the table as a row. It reads what the user asks for, each
+/// address once. It never reads a register that the read would clear, unless that one alone is selected.
 class AllRegisters final : public QWidget {
   Q_OBJECT
 
  public:
   AllRegisters(platform::Services& services, QWidget* parent);
 
-  /// Another part of the window has read a register.
+  /// Records that another part of the window has read a register.
   void Note(std::int32_t address, int value);
-  /// Another chip is in use: what was read is of no more use.
+  /// Discards what was read, because another chip is in use.
   void Forget();
-  /// Reads anew what has been read so far.
+  /// Reads again everything that has been read so far.
   void ReadAgain();
 
  protected:
@@ -44,7 +44,7 @@ class AllRegisters final : public QWidget {
   void ShowRows();
   void cmdReadSelected_Click();
   void cmdReadShown_Click();
-  /// The addresses of rows of the view, each once, in their order.
+  /// The addresses of rows of the view, each once, in row order.
   std::vector<std::int32_t> AddressesOf(const std::vector<int>& rows) const;
   std::vector<int> SelectedRows() const;
   std::vector<int> ShownRows() const;

@@ -23,11 +23,11 @@ constexpr int kTopTwips = 240;
 constexpr int kSideTwips = 100;
 constexpr int kGap = 2;  // pixels between two digits' boxes, half on each side
 
-// The longest names of the table, so that no register makes the window grow.
+// The longest names in the table, so that no register enlarges the window.
 constexpr const char* kWidestName = "LCAL";
 constexpr const char* kLongestName = "F2Max";
 
-/// The ground of a 1: the accent colour, away from that of its text as far as reading takes it.
+/// The background of a 1: the accent colour, moved away from its text colour as far as needed to be readable.
 QColor GroundOfOne(const QPalette& colours) {
   const QColor accent = colours.color(QPalette::Highlight);
   return colours.color(QPalette::HighlightedText).lightnessF() > 0.5 ? accent.darker(130) : accent.lighter(130);
@@ -132,7 +132,7 @@ void BitLabel::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      // A key held down must not make the bit flutter in the chip.
+      // Auto-repeat must not toggle the bit over and over.
       if (!event->isAutoRepeat()) emit Click();
       return;
     case Qt::Key_Left:
@@ -158,7 +158,7 @@ void BitLabel::leaveEvent(QEvent* event) {
 
 BitDisplay::BitDisplay(QWidget* parent) : QGroupBox("Bit Display", parent) {
   setObjectName("fraBits");
-  for (int bit = kBits - 1; bit >= 0; --bit) {  // in the order of Tab
+  for (int bit = kBits - 1; bit >= 0; --bit) {  // in Tab order
     auto* digit = new BitLabel(bit, this);
     bits_.at(static_cast<std::size_t>(bit)) = digit;
     connect(digit, &BitLabel::Click, this, [this, bit] { emit lblBit_Click(bit); });
@@ -193,7 +193,7 @@ int BitDisplay::Value() const {
 }
 
 int BitDisplay::LabelsTop() const {
-  // The digits keep clear of the frame's title, however large the font.
+  // The digits must not touch the frame's title, however large the font.
   QStyleOptionGroupBox option;
   initStyleOption(&option);
   const QRect inside = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxContents, this);
@@ -215,7 +215,7 @@ void BitDisplay::LayoutBitLabels() {
   const int digitHeight = Bit(0).sizeHint().height();
   for (int bit = kBits - 1; bit >= 0; --bit) {
     const int left = base::PixelsFromTwips(whole - ((bit + 1) * cell + kSideTwips));
-    // Up to where the next bit begins: the rounding of a width of its own would let neighbours overlap.
+    // Ends where the next bit begins: rounding a width separately could make neighbours overlap.
     const int right = base::PixelsFromTwips(whole - (bit * cell + kSideTwips));
     const QRect digit(left, top, right - left, digitHeight);
     Bit(bit).setGeometry(digit);

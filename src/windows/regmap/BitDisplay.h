@@ -8,7 +8,7 @@
 
 namespace zth::windows {
 
-/// The digit of one bit, "0" or "1". A click, Space or Enter asks for its flip; it never changes by itself.
+/// The digit of one bit, "0" or "1". A click, Space or Enter requests a flip; the digit never changes by itself.
 class BitLabel final : public QLabel {
   Q_OBJECT
 
@@ -19,8 +19,8 @@ class BitLabel final : public QLabel {
   bool IsOne() const { return text() != "0"; }
   /// The bit's name, for assistive technology.
   void SetBitName(const QString& name);
-  /// What a flip writes, as tool tip and description. `foreign`: the digit is not that of the register written, which
-  /// the colours tell.
+  /// Sets what a flip writes, as tool tip and description. `foreign`: the digit is from another register than the one
+  /// that would be written; shown by colour.
   void TellFlip(const QString& hint, bool foreign);
 
   QSize sizeHint() const override;
@@ -41,7 +41,7 @@ class BitLabel final : public QLabel {
   bool foreign_ = true;
 };
 
-/// Eight bits side by side, bit 7 at the left, each with its name below.
+/// Eight bits side by side, bit 7 on the left, each with its name below.
 class BitDisplay final : public QGroupBox {
   Q_OBJECT
 
@@ -51,11 +51,11 @@ class BitDisplay final : public QGroupBox {
   explicit BitDisplay(QWidget* parent = nullptr);
 
   void ShowRegisterBits(int value);
-  /// Eight names joined by colons, that of bit 7 first.
+  /// Eight names separated by colons, bit 7 first.
   void ShowBitNames(const QString& names);
   void TellFlip(int bit, const QString& hint, bool foreign) { Bit(bit).TellFlip(hint, foreign); }
   void Flip(int bit);
-  /// What the digits on the screen stand for.
+  /// The value of the digits on the screen.
   int Value() const;
 
   QSize sizeHint() const override { return minimumSizeHint(); }
@@ -74,8 +74,8 @@ class BitDisplay final : public QGroupBox {
   void LayoutBitLabels();
   int LabelsTop() const;
 
-  std::array<BitLabel*, kBits> bits_{};  ///< by bit number
-  std::array<QLabel*, kBits> names_{};   ///< 0 names bit 7
+  std::array<BitLabel*, kBits> bits_{};  ///< indexed by bit number
+  std::array<QLabel*, kBits> names_{};   ///< index 0 names bit 7
 };
 
 }  // namespace zth::windows

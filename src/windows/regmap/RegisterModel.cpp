@@ -19,7 +19,7 @@ const chip::RegisterEntry& EntryOf(int row) {
   return chip::Model.RegisterTable.at(static_cast<std::size_t>(row));
 }
 
-/// Of one width, so that a column of them can be compared at a glance.
+/// All texts have the same width, so that a column of them is easy to compare.
 QString ByteText(int value) {
   return QString("%1h").arg(value, 2, 16, QChar('0')).toUpper().replace('H', 'h');
 }
@@ -132,7 +132,7 @@ RegisterFilter::RegisterFilter(QObject* parent) : QSortFilterProxyModel(parent) 
   setSortRole(RegisterModel::kSortRole);
   setSortCaseSensitivity(Qt::CaseInsensitive);
   setSortLocaleAware(false);
-  // A read moves no row beneath the hand that sorted them; the next click on a head does.
+  // A read does not move rows that the user has sorted; only the next click on a header sorts again.
   setDynamicSortFilter(false);
 }
 

@@ -11,26 +11,26 @@
 
 namespace zth::windows {
 
-/// All registers of the table as rows, each with what was last read from its address. Knows nothing of the link: who
-/// has read something hands it in.
+/// All registers of the table as rows, each with the value last read from its address. Knows nothing of the link:
+/// whoever reads a register passes the value in.
 class RegisterModel final : public QAbstractTableModel {
   Q_OBJECT
 
  public:
   enum Column { kAddress, kName, kValue, kDefault, kChange, kReadAt, kFields, kColumns };
-  /// What a column is sorted by.
+  /// Role of the value by which a column is sorted.
   static constexpr int kSortRole = Qt::UserRole;
 
   using QAbstractTableModel::QAbstractTableModel;
 
-  /// What a read has given. Rows that share the address all show it.
+  /// Records the value of a read. Every row with that address shows it.
   void Note(std::int32_t address, int value, const QDateTime& at);
-  /// What was handed in since the last call shows from now on: one change of the table for a whole run of reads.
+  /// Shows everything recorded since the last call: one change of the table for a whole run of reads.
   void ShowNoted();
   bool IsRead(std::int32_t address) const { return At(address).has_value(); }
-  /// Nothing is known of any register any more.
+  /// Forgets the values of all registers.
   void Forget();
-  /// The colours that go with the window's palette.
+  /// Sets the colours that match the window's palette.
   void SetPalette(const QPalette& palette);
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -41,7 +41,7 @@ class RegisterModel final : public QAbstractTableModel {
  private:
   struct Reading {
     int value;
-    std::optional<int> before;  ///< of the read before, where that gave another value
+    std::optional<int> before;  ///< the value of the previous read, if it was different
     QDateTime at;
   };
   const std::optional<Reading>& At(std::int32_t address) const { return readings_.at(address & 0xFF); }
@@ -52,14 +52,14 @@ class RegisterModel final : public QAbstractTableModel {
   QPalette palette_;
 };
 
-/// The rows of a group that answer to a search.
+/// The rows of a group that match a search.
 class RegisterFilter final : public QSortFilterProxyModel {
   Q_OBJECT
 
  public:
   explicit RegisterFilter(QObject* parent);
 
-  /// `group` as RegisterGroups has it, empty for all; with `outside` those that stand in none.
+  /// `group` is a group of RegisterGroups, or empty for all; with `outside`, only registers that are in no group.
   void Show(const QString& text, const QString& group, bool outside);
 
  protected:

@@ -17,7 +17,7 @@ bool IsByte(std::int32_t number) {
   return number >= 0 && number <= kHighest;
 }
 
-/// The names that say more than a bit's number or that it is reserved.
+/// True for names that say more than the bit's number or "reserved".
 bool TellsSomething(const QString& bitName) {
   return bitName.size() > 1 && bitName.compare("Res", Qt::CaseInsensitive) != 0;
 }

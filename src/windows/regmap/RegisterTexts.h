@@ -8,36 +8,35 @@
 
 namespace zth::windows {
 
-/// What the window calls a register, "PWM2 Config Register".
+/// The window's description of a register, "PWM2 Config Register".
 QString DescriptionOf(const chip::RegisterEntry& entry);
 
-/// Whether a register answers to what the user typed into the search box: a part of its name, the beginning of the name
-/// of one of its bits, or its address in hexadecimal ("4C", "4Ch", "0x4c"). Case and blanks at the ends do not count;
-/// an empty text fits all.
+/// Whether a register matches the text in the search box: part of its name, the start of a bit's name, or its address
+/// in hexadecimal ("4C", "4Ch", "0x4c"). Case and leading or trailing blanks are ignored; an empty text matches all.
 bool FitsSearch(const chip::RegisterEntry& entry, const QString& text);
 
-/// The whole text as an address, "4C", "4Ch" or "0x4c"; -1 for any other.
+/// The whole text as an address, "4C", "4Ch" or "0x4c"; -1 for any other text.
 int AddressOf(QString text);
 
-/// The fields of a register that holds `value`, by their bit names, "Bhvr = 2, Inv = 1, Slow = 0, Spin = 1": bits of
-/// one name make one number. Reserved bits are left out, and so are bits that only have numbers.
+/// The fields of a register that holds `value`, by their bit names, "Bhvr = 2, Inv = 1, Slow = 0, Spin = 1": bits with
+/// the same name form one number. Reserved bits and bits with only a number as their name are left out.
 QString FieldsText(const chip::RegisterEntry& entry, int value);
 
-/// One register as a line of tab-separated fields: name, address, value last read (`value` below 0: not read yet),
-/// default, read only, bit names from bit 7 down.
+/// A register as a line of tab-separated fields: name, address, last value (`value` below 0: not read yet), default,
+/// read only, bit names from bit 7 down.
 QString RowText(const chip::RegisterEntry& entry, int value);
 
-/// A byte as the window shows addresses, "4Ch".
+/// A byte in the window's format for addresses, "4Ch".
 QString HexWithSuffix(int value);
 
-/// What becomes of a number that is no byte: the window passes on what was typed, the link has the last word. Empty for
-/// 0 to 255.
+/// What happens to a number that is not a byte: the window passes it on as typed, and the link decides. Empty for 0 to
+/// 255.
 QString AddressHint(std::int32_t address);
 QString ValueHint(std::int32_t value);
 
-/// What a write of `value` does, told before it: "Writes 80h to register 00h, Configuration 0". `name` is the name that
-/// the address shows under; empty: its first in the table. A value beyond a byte is told as it is sent, for an address
-/// beyond one AddressHint speaks.
+/// What writing `value` would do: "Writes 80h to register 00h, Configuration 0". `name` is the name that the address is
+/// shown under; if empty, its first name in the table. For a value beyond a byte, gives the value as sent; for an
+/// address beyond a byte, see AddressHint.
 QString WriteHint(std::int32_t address, std::int32_t value, const QString& name = {});
 
 }  // namespace zth::windows

@@ -22,8 +22,8 @@ struct RegisterGroup {
   std::vector<const char*> registers;  ///< their names in RegisterTable
 };
 
-// By topic, in the order of showing; not that of RegisterTable. Where an address has two names both stand here. The
-// Host copies of the status registers have no node but for two of them.
+// By topic, in display order, which differs from RegisterTable's. If an address has two names, both are here. Only two
+// of the status registers' Host copies have a node.
 // clang-format off
 const std::array<RegisterGroup, 21> kRegisterGroups{{
     {"General",
@@ -112,7 +112,7 @@ const std::array<RegisterGroup, 21> kRegisterGroups{{
 }};
 // clang-format on
 
-// The one group whose key is not its text: the key has one blank.
+// The only group whose key differs from its text: the key has one blank.
 constexpr const char* kGpioValues = "GPIO  Values";
 constexpr const char* kGpioValuesKey = "GPIO Values";
 
@@ -120,7 +120,7 @@ struct Nodes {
   QTreeWidget& tree;
   QHash<QString, QTreeWidgetItem*> byKey;
 
-  /// A new last child of the node with the key `parent`; a root when that is empty.
+  /// Adds a node as the last child of the node with the key `parent`, or as a root if that is empty.
   void Add(const QString& parent, const QString& key, const QString& text) {
     auto* node = new QTreeWidgetItem(QStringList{text});
     node->setData(0, kKeyRole, key);
@@ -166,7 +166,7 @@ void BuildRegisterTree(QTreeWidget& tree) {
 }
 
 void ColourRegisterTree(QTreeWidget& tree, const QPalette& palette) {
-  // Dark green, dark red and dark blue; on a dark background the same hues in a light shade.
+  // Dark green, dark red and dark blue; lighter shades of the same hues on a dark background.
   static constexpr std::array kOnLight{0x008000, 0xC00000, 0x0000C0};
   static constexpr std::array kOnDark{0x7FD68A, 0xFF9C94, 0xA3BFFF};
   const bool dark = widgets::IsDark(palette, QPalette::Base);

@@ -15,31 +15,30 @@ class QTreeWidgetItem;
 /// The register map's tree: topics, groups and registers, three levels.
 namespace zth::windows {
 
-/// What a node's data holds beside its text.
+/// Data roles of a node besides its text.
 inline constexpr int kKeyRole = Qt::UserRole;       ///< QString, unique in the tree
-inline constexpr int kReadRole = Qt::UserRole + 1;  ///< int, the value last read; none before the first read
+inline constexpr int kReadRole = Qt::UserRole + 1;  ///< int, the last value read; none before the first read
 
-/// Fills the tree anew: 6 roots, 21 groups, 170 registers, all collapsed.
 void BuildRegisterTree(QTreeWidget& tree);
 
-/// Puts the colours of the levels in, as they can be read on the ground of `palette`: that of the window, which is the
-/// first to follow a change.
+/// Sets colours for the levels that are readable on the background of `palette`, the window's palette, which is the
+/// first to change.
 void ColourRegisterTree(QTreeWidget& tree, const QPalette& palette);
 
-/// The groups in the tree's order, each with its root, "Fan, PWM".
+/// The groups in the tree's order, each with its root: "Fan, PWM".
 QStringList RegisterGroups();
-/// The group in which the register of that name stands; empty for one that the tree does not hold.
+/// The group of the register with that name; empty for one that is not in the tree.
 QString GroupOf(const std::string& name);
 
-/// Shows the registers that fit the search and what leads to them. True when there is one.
+/// Shows only the registers that match the search, with their parents. True when there is one.
 bool FilterRegisterTree(QTreeWidget& tree, const QString& text);
-/// The first register that shows; null when there is none.
+/// The first visible register; null when there is none.
 QTreeWidgetItem* FirstRegister(QTreeWidget& tree);
-/// The addresses that fit the search and have no node: those of registers outside the tree, or the text's own when no
-/// register has it.
+/// The addresses that match the search and have no node: those of registers outside the tree, or the address in the
+/// text when no register has it.
 std::vector<std::int32_t> AddressesBesideTree(const QString& text);
 
-/// The texts from the root to the node, joined by backslashes.
+/// The texts from the root to the node, separated by backslashes.
 QString FullPath(const QTreeWidgetItem& node);
 
 }  // namespace zth::windows

@@ -57,7 +57,7 @@ const chip::RegisterEntry& EntryOf(int row) {
   return chip::Model.RegisterTable.at(static_cast<std::size_t>(row));
 }
 
-/// What the search says below its box; empty when all that fits stands in the tree.
+/// The message below the search box; empty when all matches are in the tree.
 QString SearchNote(const std::vector<std::int32_t>& beside, bool any) {
   if (beside.empty()) return any ? "" : "No register has such a name, bit or address.";
   QStringList addresses;
@@ -161,15 +161,15 @@ void frmRegMap::SetAddressBox(const QString& text) {
   if (keepsAddress_) return;
   txtReadAddr_->setModified(false);
   if (txtReadAddr_->text() == text.toUpper()) return;
-  // The cursor stays, so that a read in the middle of typing does not part the digits.
+  // Keep the cursor, so that a read while the user types does not split the digits.
   const int cursor = txtReadAddr_->cursorPosition();
   txtReadAddr_->setText(text);
   txtReadAddr_->setCursorPosition(cursor);
 }
 
 void frmRegMap::RepeatRead() {
-  // What is read is what the box holds, half typed or not. But only a read that the user asks for may put its own text
-  // in the place of the one being typed.
+  // Reads the address in the box, even if half typed. But only a read requested by the user may replace the text being
+  // typed.
   const QScopedValueRollback keeps(keepsAddress_, txtReadAddr_->hasFocus() && txtReadAddr_->isModified());
   cmdRead_Click();
 }
@@ -194,7 +194,7 @@ void frmRegMap::ShowUnknown(std::int32_t address) {
 }
 
 void frmRegMap::Reread() {
-  // A bar of the other page's is answered by that page, whichever shows.
+  // A bar about another chip belongs to the tree's page, which answers it whichever page is shown.
   if (tabPages_->currentWidget() == all_ && !IsOfOtherChip()) {
     all_->ReadAgain();
     return;
@@ -233,7 +233,7 @@ void frmRegMap::cmdWrite_Click() {
 
 void frmRegMap::lblBit_Click(int bit) {
   fraBits_->Flip(bit);
-  // The digits on the screen are what is written, whatever address the box holds by now.
+  // Writes the digits on the screen, whatever address the box holds by now.
   link::WriteRegisterValue(link::Bus.DeviceAddress, HexReading(*txtReadAddr_), fraBits_->Value());
   cmdRead_Click();
 }
@@ -293,14 +293,14 @@ void frmRegMap::txtFind_Enter() {
   const QString text = txtFind_->text().trimmed();
   if (text.isEmpty()) return;
   if (QTreeWidgetItem* first = FirstRegister(*TreeView1_)) {
-    // It is read as by any other way to it, and once: a node that is the current one already tells of no change.
+    // Reads it once, like any other way to it: selecting the node that is already current would signal no change.
     if (first == TreeView1_->currentItem()) {
       TreeView1_NodeClick(*first);
     } else {
       TreeView1_->setCurrentItem(first);
     }
   } else if (const auto beside = AddressesBesideTree(text); !beside.empty()) {
-    // Such a register may be one that a read clears: the button is ready, and pressed by the user.
+    // A read may clear such a register, so only the address is filled in: the user presses the button.
     txtReadAddr_->setText(HexWithSuffix(beside[0]));
     cmdRead_->setFocus();
   }
@@ -318,7 +318,7 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
   const QEvent::Type type = event->type();
   if ((type == QEvent::Enter || type == QEvent::Leave || type == QEvent::FocusIn || type == QEvent::FocusOut) &&
       std::ranges::count(writers_, watched) != 0) {
-    // Queued: the control itself learns of it behind this.
+    // Queued: the control itself handles the event first.
     QMetaObject::invokeMethod(this, &frmRegMap::ShowWrite, Qt::QueuedConnection);
   }
   if (watched == TreeView1_->viewport()) {
@@ -333,7 +333,7 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
     const auto& pressed = *static_cast<QKeyEvent*>(event);
     const int key = pressed.key();
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-      // It goes no further: the window would press the button that has the focus by then, and read.
+      // The key goes no further: the window would press the button that has the focus by then, and so read.
       if (!pressed.isAutoRepeat()) platform::Guarded([this] { txtFind_Enter(); })();
       return true;
     }

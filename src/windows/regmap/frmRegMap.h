@@ -22,8 +22,8 @@ namespace zth::windows {
 class AllRegisters;
 class BitDisplay;
 
-/// The raw view of the chip: any register is read, written and flipped bit by bit, past all feature logic and whatever
-/// the table says of it.
+/// The raw view of the chip: any register can be read, written and flipped bit by bit, bypassing all feature logic and
+/// regardless of the table.
 class frmRegMap final : public ChildWindow {
   Q_OBJECT
 
@@ -36,13 +36,13 @@ class frmRegMap final : public ChildWindow {
   /// The user wants the read repeated once a second.
   bool ContinuousRead() const;
 
-  /// Reads the address typed and shows its register.
+  /// Reads the typed address and shows its register.
   void cmdRead_Click();
-  /// The same as a job of the master timer, which leaves a box alone that the user is typing into.
+  /// The same as a job of the master timer; does not change a box that the user is typing into.
   void RepeatRead();
 
  protected:
-  /// Repeats the read of the register shown; none before the first. On the other page the reads of that page.
+  /// Repeats the read of the register shown, if there is one. On the other page it repeats the reads of that page.
   void Reread() override;
   void OriginChanged() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -63,20 +63,20 @@ class frmRegMap final : public ChildWindow {
   void txtDec_Change();
   void txtHex_Change();
   void txtFind_Change();
-  /// Goes to the first register that the search has left, or with one that the tree does not hold to the button that
-  /// reads its address.
+  /// Goes to the first register that the search shows. For one that is not in the tree, goes to the button that reads
+  /// its address.
   void txtFind_Enter();
 
   void ShowRegisterDetails(int row);
   void ShowUnknown(std::int32_t address);
-  /// Reads the register that is to show, and shows its value.
+  /// Reads the selected register and shows its value.
   int ReadShown();
-  /// Tells at the bits, the value boxes and the button what each would write, and where.
+  /// Sets the hints on the bits, the value boxes and the button: what each would write, and where.
   void TellWrites();
-  /// Shows below the bits what the control under the pointer would write, or else the one with the focus.
+  /// Shows below the bits what the control under the pointer would write, or else the focused one.
   void ShowWrite();
   void SetAddressBox(const QString& text);
-  /// Bold for a register that differs from its default, in all nodes of the address just read.
+  /// Sets bold for a register that differs from its default, in all nodes of the address just read.
   void MarkNodes(std::int32_t address, int value);
   void ClearMarks();
   void CopyRows();
@@ -101,19 +101,19 @@ class frmRegMap final : public ChildWindow {
   BitDisplay* fraBits_ = nullptr;
   QLabel* lblWrites_ = nullptr;
 
-  /// The register whose bits show; none before the first read.
+  /// The register whose bits are shown; none before the first read.
   struct Shown {
     std::int32_t address;
-    int row;  ///< of the table, or -1
+    int row;  ///< in the table, or -1
   };
   std::optional<Shown> shown_;
-  std::vector<QWidget*> writers_;  ///< what TellWrites speaks of
+  std::vector<QWidget*> writers_;  ///< the controls described by TellWrites
 
-  link::ChipId marksOf_;       ///< the chip that the tree's marks tell of
-  bool UpdatingValue = false;  ///< one of the value boxes is being written from the other
-  bool keepsAddress_ = false;  ///< a read leaves the address box as it is
-  bool treePressed_ = false;   ///< a mouse button is down on the tree
-  bool shownByPress_ = false;  ///< and its press has already shown the node
+  link::ChipId marksOf_;       ///< the chip that the tree's marks belong to
+  bool UpdatingValue = false;  ///< one value box is being updated from the other
+  bool keepsAddress_ = false;  ///< a read does not change the address box
+  bool treePressed_ = false;   ///< a mouse button is pressed on the tree
+  bool shownByPress_ = false;  ///< that press has already shown the node
 };
 
 }  // namespace zth::windows

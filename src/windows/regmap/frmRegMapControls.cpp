@@ -23,13 +23,13 @@
 #include "windows/regmap/RegisterTexts.h"
 #include "windows/regmap/frmRegMap.h"
 
-// The controls of the register map: how they stand and what hangs on them.
+// Creates, lays out and connects the controls of the register map.
 namespace zth::windows {
 namespace {
 
 constexpr int kIndentationTwips = 200;
 
-/// So that the window does not change its width from register to register.
+/// Keeps the window's width the same for all registers.
 int WidestDescription(const QFontMetrics& metrics) {
   int widest = 0;
   for (const chip::RegisterEntry& entry : chip::Model.RegisterTable) {
@@ -41,9 +41,9 @@ int WidestDescription(const QFontMetrics& metrics) {
 }  // namespace
 
 frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Register Map", context, kShowsDetails) {
-  // The page of the tree is the window as it was; the table stands behind it.
+  // The first page is the original window with its tree; the table is on the second page.
   tabPages_ = widgets::Named<QTabWidget>("tabPages", this);
-  tabPages_->setDocumentMode(true);  // the pages keep the window's own ground
+  tabPages_->setDocumentMode(true);  // the pages keep the window's own background
   tabPages_->addTab(MakeFirstPage(), "&By topic");
   all_ = new AllRegisters(Services(), this);
   tabPages_->addTab(all_, "A&ll registers");
@@ -72,7 +72,7 @@ QWidget* frmRegMap::MakeFirstPage() {
   lblWrites_->setWordWrap(true);
   lblWrites_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   lblWrites_->setTextFormat(Qt::PlainText);
-  lblWrites_->setMinimumHeight(3 * fontMetrics().lineSpacing());  // nothing moves when it speaks
+  lblWrites_->setMinimumHeight(3 * fontMetrics().lineSpacing());  // nothing moves when it shows a text
   right->addWidget(lblWrites_);
   right->addStretch();
 
@@ -99,7 +99,7 @@ QGroupBox* frmRegMap::MakeTreeFrame() {
   TreeView1_->viewport()->installEventFilter(this);
   TreeView1_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   TreeView1_->header()->setStretchLastSection(false);
-  // Wide enough for the longest name with its two levels, high enough to hold a group.
+  // Wide enough for the longest name with its two levels, tall enough for a group.
   TreeView1_->setMinimumSize(fontMetrics().averageCharWidth() * 42, fontMetrics().height() * 20);
   lblNoMatch_ = widgets::Named<QLabel>("lblNoMatch", frame);
   lblNoMatch_->setWordWrap(true);
@@ -133,7 +133,7 @@ QGroupBox* frmRegMap::MakeReadWriteFrame() {
   grid->addWidget(chkContRead_, 1, 1, 1, 2);
   txtHex_ = addBox(2, "Label5", "Value(He&x)", "txtHex");
   txtDec_ = addBox(3, "Label6", "Value(D&ec)", "txtDec");
-  // An empty box reads as 0.
+  // An empty box counts as 0.
   for (QLineEdit* box : {txtReadAddr_, txtHex_, txtDec_}) box->setPlaceholderText("0");
   cmdWrite_ = widgets::Named<QPushButton>("cmdWrite", "Wri&te", frame);
   grid->addWidget(cmdWrite_, 3, 2);
@@ -171,8 +171,8 @@ void frmRegMap::ConnectTree() {
   const auto click = [this](const QTreeWidgetItem* node) {
     if (node != nullptr) ByUser(*TreeView1_, [this, node] { TreeView1_NodeClick(*node); })();
   };
-  // A node is shown once for each click, and when the keyboard moves to it: by the change of the current node, and by
-  // the click where it changes nothing.
+  // A node is shown once for each click, and when the keyboard moves to it: by the change of the current node, or by
+  // the click if that changes nothing.
   connect(TreeView1_, &QTreeWidget::currentItemChanged, this, [this, click](QTreeWidgetItem* node) {
     shownByPress_ = treePressed_;
     click(node);
@@ -186,8 +186,8 @@ void frmRegMap::ConnectTree() {
   copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(copy, &QAction::triggered, this, [this] { CopyRows(); });
   TreeView1_->addAction(copy);
-  // Not the policy that shows a widget's actions by itself: its menu stands on the stack, and the window may go
-  // beneath.
+  // Not the policy that shows a widget's actions automatically: its menu is on the stack, and the window may be deleted
+  // under it.
   TreeView1_->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(TreeView1_, &QWidget::customContextMenuRequested, this, [this, copy](const QPoint& at) {
     QMenu& menu = widgets::MakePopUpMenu(*TreeView1_, "mnuTree");

@@ -39,7 +39,7 @@ class Pair : public testing::Test {
   UpDown* upDown_ = nullptr;
 };
 
-TEST_F(Pair, StepsTheNumberThatTheBoxBeginsWithWithinTheRange) {
+TEST_F(Pair, StepsTheLeadingNumberOfTheBoxWithinTheRange) {
   using Row = std::tuple<const char*, int, const char*>;
   for (const auto& [before, steps, after] :
        {Row{"50", 1, "51"}, Row{"50", -1, "49"}, Row{" 50 rpm", 1, "51"}, Row{"119", 5, "120"}, Row{"120", 1, "120"},
@@ -96,7 +96,7 @@ TEST_F(Pair, FollowsItsBox) {
   upDown_->Step(1);
 }
 
-TEST(Toggle, TellsItsStateBySign) {
+TEST(Toggle, ShowsItsStateByASign) {
   Toggle lamp;
   EXPECT_FALSE(lamp.property("Value").toBool());
   EXPECT_EQ(lamp.focusPolicy(), Qt::NoFocus);
@@ -104,7 +104,7 @@ TEST(Toggle, TellsItsStateBySign) {
   const QImage green = lamp.grab().toImage();
   ASSERT_TRUE(lamp.setProperty("Value", true));
   const QImage red = lamp.grab().toImage();
-  int differing = 0;  // in lightness alone, as a colour-blind eye or a grey print has it
+  int differing = 0;  // in lightness alone, for colour-blind users and grey prints
   for (int i = 0; i < green.width() * green.height(); ++i) {
     const QPoint at(i % green.width(), i / green.width());
     if (std::abs(qGray(green.pixel(at)) - qGray(red.pixel(at))) > 80) ++differing;
@@ -114,7 +114,7 @@ TEST(Toggle, TellsItsStateBySign) {
   EXPECT_GT(qRed(red.pixel(4, 12)), qGreen(red.pixel(4, 12)));
 }
 
-TEST(Toggle, RemembersItsVisibilityApartFromItsWindow) {
+TEST(Toggle, RemembersItsVisibilityIndependentlyOfItsWindow) {
   QWidget window;
   auto* layout = new QVBoxLayout(&window);
   auto* lamp = new Toggle;

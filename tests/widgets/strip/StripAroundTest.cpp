@@ -1,4 +1,4 @@
-// What stands around and over the traces of a chart.
+// What is drawn around and over a chart's traces.
 #include "tests/widgets/strip/StripGround.h"
 
 namespace zth::widgets {
@@ -6,7 +6,7 @@ namespace {
 
 using StripAround = StripTest;
 
-/// The texts that a painting of the legend draws, and where each ends.
+/// The texts of the painted legend, with the x where each ends.
 std::map<QString, int> Drawn(Strip& strip) {
   zth::testing::TextRecorder recorder(strip);
   std::map<QString, int> ends;
@@ -26,7 +26,7 @@ TEST_F(StripAround, TellsTheValuesUnderTheCursorInTheLegendAtOnePlace) {
     strip.PlotValue(3, 7);
   }
   EXPECT_FALSE(Drawn(strip).contains("Low"));
-  std::map<QString, std::set<int>> ends;  // where each text was seen to end, over all places of the cursor
+  std::map<QString, std::set<int>> ends;  // the ends seen for each text, over all places of the cursor
   for (int x = 400; x < 640; x += 3) {
     tests::Mouse(strip, QEvent::MouseMove, QPoint(x, 120), Qt::NoButton);
     for (const auto& [text, end] : Drawn(strip)) ends[text].insert(end);
@@ -66,7 +66,7 @@ TEST_F(StripAround, HasItsMenuInButtonsThatTakeNothingOfThePlot) {
 
 TEST_F(StripAround, MarksAtTheEdgeWhatIsCutOff) {
   for (int i = 0; i < 200; ++i) Feed(0, i < 100 ? 30 : 70);
-  // A triangle is wide below its tip at the top of the zone; a line along the edge is not.
+  // A triangle is wide just below its tip at the top of the zone; a line along the edge is not.
   const auto wide = [this](int y) {
     const QImage picture = strip.Picture();
     int blue = 0;
@@ -91,7 +91,7 @@ TEST_F(StripAround, KeepsMovingLabelsAboutTheirHeightAndOffTheNewestSamples) {
   zth::testing::TextRecorder recorder(strip);
   std::map<QString, QRectF> places;
   for (const auto& text : recorder.texts) places[text.text] = text.place;
-  const double right = strip.width() - 50;  // of the plot, where the newest sample stands
+  const double right = strip.width() - 50;  // of the plot, where the newest sample is
   EXPECT_LT(places["Temp"].right(), right - 10);
   EXPECT_LT(places["Tmin"].right(), places["Temp"].left());
   EXPECT_NEAR(places["Temp"].center().y(), 28 + 0.2 * (strip.height() - 28 - 29), 3);

@@ -57,7 +57,7 @@ class StripTest : public ::testing::Test {
     now += after;
     strip.PlotValue(trace, value);
   }
-  /// Lets the shared frame timer fire and the picture be painted, now.
+  /// Fires the shared frame timer, then grabs the chart.
   QImage Painted() { return Paint(), strip.grab().toImage(); }
   static void Paint() {
     auto* frames = QApplication::instance()->findChild<QTimer*>("stripFrames");
@@ -71,7 +71,7 @@ class StripTest : public ::testing::Test {
     for (const QPoint at : {(from + to) / 2, to}) tests::Mouse(strip, QEvent::MouseMove, at, button);
     QTest::mouseRelease(&strip, button, {}, to);
   }
-  /// How wide the window is and what the two axes span, after a key: "100 s, 0 to 60, 0 to 12000, held".
+  /// The width of the window and the spans of the two axes after a key press: "100 s, 0 to 60, 0 to 12000, held".
   std::string After(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(&strip, key, modifiers);
     return Ranges();
@@ -88,7 +88,8 @@ class StripTest : public ::testing::Test {
     strip.SetAxisIndex(axis);
     return {strip.AxisMin(), strip.AxisMax()};
   }
-  /// Pixels of the plot that are about half of a colour or more: a line's ends and slopes are softened.
+  /// The number of plot pixels with at least about half the strength of a colour: the ends and slopes of lines are
+  /// softened.
   int PixelsOf(const QColor& colour, double upperPart = 1) {
     const QImage image = strip.Picture();
     int count = 0;
@@ -105,7 +106,7 @@ class StripTest : public ::testing::Test {
   zth::testing::ScriptedFileDialogs dialogs;
   zth::testing::FailingFiles files;
   zth::testing::MemoryClipboard clipboard;
-  QString source;  ///< where the data come from
+  QString source;  ///< of the data
   Strip strip{[this] { return now; }, nullptr,
               StripOutlets(dialogs, files, clipboard, "/opt/zth", [this] { return source; })};
 };

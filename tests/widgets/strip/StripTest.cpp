@@ -42,8 +42,8 @@ TEST_F(StripTest, CountsTimeFromTheFirstSampleAndGivesOneFeedOneInstant) {
   EXPECT_EQ(strip.TracePoints(0), (QVariantList{QVariantList{0.0, 1.0}}));
 }
 
-// A scrolling chart draws only what has come in; that must not be told from drawing it all.
-TEST_F(StripTest, AScrolledPictureIsTheOneThatIsDrawnAfresh) {
+// A scrolling chart draws only the new data; the result must be the same as drawing everything.
+TEST_F(StripTest, AScrolledPictureIsTheSameAsARedrawnOne) {
   StripSetup setup = TwoZones();
   setup.xMin = 0;
   setup.traces[0].width = 3;
@@ -96,7 +96,7 @@ TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {
   EXPECT_GT(PixelsOf(Qt::blue), 100) << "what came in while hidden shows";
 }
 
-TEST_F(StripTest, ASpikeOfOneSampleStaysOnThePaperAtEveryZoomOfADay) {
+TEST_F(StripTest, ASpikeOfOneSampleStaysVisibleAtEveryZoomOfADay) {
   constexpr double kSpikes[] = {10, 30000.35, 86350};
   now = 0;
   Use({.axes = {{0, 100}}, .traces = {{.colour = Qt::magenta}}});
@@ -121,7 +121,7 @@ TEST_F(StripTest, ASpikeOfOneSampleStaysOnThePaperAtEveryZoomOfADay) {
   EXPECT_FALSE(spikeIn(1000, 20000)) << "where there is none";
 }
 
-TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndTellsHowToGetBack) {
+TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndSaysHowToReturn) {
   QSignalSpy held(&strip, &Strip::HeldChanged);
   for (int i = 0; i < 300; ++i) Feed(0, 20);
   EXPECT_NEAR(strip.XEnd(), 14.95, 1e-9);
@@ -146,7 +146,7 @@ TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndTellsHowToGetBack) {
 TEST_F(StripTest, ZoomsByWheelAboutThePointer) {
   for (const auto& [modifiers, x, y] : {std::tuple{Qt::NoModifier, 80, 48},
                                         {Qt::ControlModifier, 100, 48},
-                                        {Qt::ShiftModifier, 80, 60}}) {  // what is left of X and of the upper axis
+                                        {Qt::ShiftModifier, 80, 60}}) {  // the rest of the X axis and of the upper axis
     strip.ResetRanges();
     tests::Wheel(strip, 120, modifiers, {300, 120});
     EXPECT_NEAR(strip.XSpan(), x, 1e-9) << modifiers;
@@ -164,7 +164,7 @@ TEST_F(StripTest, ZoomsByHandlesAndBoxAndKeys) {
   EXPECT_GT(AxisRange(0)[1], 80);
   EXPECT_EQ(AxisRange(0)[0], 0);
   strip.ResetRanges();
-  // Below the plot: the edge that is pulled moves, the other one stands.
+  // Below the plot: the dragged edge moves, the other one stays.
   std::vector<int> arrows;
   for (int x = 0; x < strip.width(); ++x) {
     tests::Mouse(strip, QEvent::MouseMove, QPoint(x, strip.height() - 14), Qt::NoButton);
@@ -191,7 +191,7 @@ TEST_F(StripTest, ZoomsByHandlesAndBoxAndKeys) {
   EXPECT_EQ(After(Qt::Key_Left), "75 s, 6 to 66, 1200 to 13200, held");
 }
 
-TEST_F(StripTest, MovesTheZonesByTheirBorderAndTellsTheWindow) {
+TEST_F(StripTest, MovesTheZonesByTheirBorderAndNotifiesTheWindow) {
   QSignalSpy layout(&strip, &Strip::Strip2_LayoutChanged);
   strip.SetAxisIndex(1);
   EXPECT_DOUBLE_EQ(strip.AxisAreaTop(), 0.53);
@@ -217,7 +217,7 @@ TEST_F(StripTest, AClickOnALegendEntryHidesItsTrace) {
   }
 }
 
-TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataGoOn) {
+TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataContinues) {
   for (int i = 0; i < 400; ++i) Feed(0, 20);
   const QImage before = strip.grab().toImage();
   tests::Mouse(strip, QEvent::MouseMove, {600, 120}, Qt::NoButton);
@@ -228,12 +228,12 @@ TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataGoOn) {
   EXPECT_EQ(strip.Picture(), strip.Picture());
   QEvent leave(QEvent::Leave);
   QApplication::sendEvent(&strip, &leave);
-  const QRect below(0, 27, strip.width(), strip.height() - 27);  // the title's row, where the buttons stand
+  const QRect below(0, 27, strip.width(), strip.height() - 27);  // the title's row has the buttons
   EXPECT_EQ(Painted().copy(below), strip.Picture().copy(below)) << "a saved picture is the chart without the cursor";
   EXPECT_NE(Painted(), strip.Picture()) << "and without the buttons";
 }
 
-TEST_F(StripTest, FitsAnAxisToWhatIsInSight) {
+TEST_F(StripTest, FitsAnAxisToTheVisibleData) {
   for (int i = 0; i < 100; ++i) Feed(0, 20 + i % 11);
   for (const int axis : {0, 1}) strip.FitAxis(axis);
   EXPECT_EQ(Ranges(), "100 s, 19 to 31, 0 to 12000") << "nothing to fit the second one to";
@@ -273,7 +273,7 @@ TEST_F(StripTest, DrawsPathsInTheOrderOfAddingWithPensAndDots) {
   const auto plot = [this](int trace, std::initializer_list<QPointF> points) {
     for (const QPointF& point : points) strip.PlotXY(trace, point.x(), point.y());
   };
-  plot(0, {{60, 20}, {60, 80}, {0, 80}, {0, 20}});  // a step down to the left: no function of x
+  plot(0, {{60, 20}, {60, 80}, {0, 80}, {0, 20}});  // a step down to the left: not a function of x
   EXPECT_EQ(strip.TracePoints(0)[2], QVariant(QVariantList{0.0, 80.0}));
   EXPECT_TRUE(strip.XSpan() == 160 && strip.XEnd() == 120);
   const int path = PixelsOf(Qt::red);

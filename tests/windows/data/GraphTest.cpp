@@ -16,7 +16,7 @@ class GraphTest : public DataTest {
   windows::ChildWindow& Graph() { return desk.Open("frmGraph"); }
   Strip& Chart(int index) { return Desk::Get<Strip>(Graph(), QString("stpGraph(%1)").arg(index)); }
   std::string Labels(int chart, int first, int last) { return Captions(Chart(chart), first, last); }
-  /// The newest values of a chart's traces from one on; -1 where there is none.
+  /// The newest values of a chart's traces from a given one on; -1 where there is none.
   std::vector<double> Values(int chart, int first, std::size_t count) {
     std::vector<double> values;
     while (values.size() < count) {
@@ -82,7 +82,7 @@ TEST_F(GraphTest, OneChartShowsAndFillsTheWindow) {
   EXPECT_EQ(Desk::Text(Reopen("frmGraph"), "cmbGraph"), "Temperature and Tach");
 }
 
-TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {
+TEST_F(GraphTest, UsesThePeriodWhileItIsTyped) {
   const std::tuple<const char*, int, bool> rows[]{
       {"200", 200, false},    {"0", 200, true},        {"", 200, true},        {"fast", 200, true},
       {"-5", 200, true},      {"0.5", 200, true},      {"1", 1, false},        {"32.5", 32, false},
@@ -101,7 +101,7 @@ TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {
   EXPECT_NEAR(static_cast<double>(Samples(0) - before), 4000.0 / 450, 1.5) << "to the next tick after 400 ms";
 }
 
-TEST_F(GraphTest, TheVoltageLegendHoldsTheNamesOfItsOpening) {
+TEST_F(GraphTest, TheVoltageLegendKeepsTheNamesFromWhenItOpened) {
   chip::Model.VoltagePresent.fill(false);
   for (const std::size_t channel : {0U, 3U, 20U}) chip::Model.VoltagePresent[channel] = true;
   Graph();
@@ -111,7 +111,7 @@ TEST_F(GraphTest, TheVoltageLegendHoldsTheNamesOfItsOpening) {
   EXPECT_EQ(Labels(5, 1, 4), "12V1|2.5V(P15)|VBatt|");
   EXPECT_EQ(Chart(5).TracePoints(2).size(), 0);
 
-  // More than the thirteen that a chart has as a rule.
+  // More than the usual thirteen of a chart.
   chip::Model.VoltagePresent.fill(true);
   chip::Model.Measurements.Voltage[22] = 1.5F;
   Reopen("frmGraph");

@@ -12,7 +12,7 @@ namespace {
 using Result = SavedReader::Result;
 using namespace std::string_literals;
 
-/// What a text is read as: "1=2 4C=A4 end", or "broken" at its end.
+/// The result of reading a text: "1=2 4C=A4 end", or "broken" at its end.
 std::string ReadAll(std::string_view text) {
   std::ostringstream read;
   read << std::hex << std::uppercase;
@@ -26,7 +26,7 @@ std::string ReadAll(std::string_view text) {
   return read.str();
 }
 
-TEST(SavedReader, TakesWhateverHasTwoNumbersBehindAnX) {
+TEST(SavedReader, AcceptsAnythingWithTwoNumbersAfterAnX) {
   const std::vector<std::tuple<const char*, std::string, const char*>> rows{
       {"nothing", "", "broken"},
       {"no brace", "0x1\t0x2\r\n", "broken"},
@@ -68,7 +68,7 @@ TEST(SavedReader, StopsAtAHundredThousandLines) {
   EXPECT_TRUE(ReadAll("{\n" + text.substr(11) + "}") == read.substr(5) + "end");
 }
 
-TEST(SavedReader, KnowsATextOfWideCharacters) {
+TEST(SavedReader, RecognisesATextOfWideCharacters) {
   const auto widened = [](const std::string& text, int bytes, bool bigEnd) {
     std::string wide;
     for (const char c : text) {
@@ -79,7 +79,7 @@ TEST(SavedReader, KnowsATextOfWideCharacters) {
     return wide;
   };
   const std::string text = SavedHead("1/1/2026", "8:00", "") + SavedLine(0x28, 7, "Name") + std::string(kSavedEnd);
-  // A comment of other letters has no zeros.
+  // A comment in another script contains no zeros.
   std::string foreign;
   for (int i = 0; i < 60; ++i) foreign += "\x37\x04";
   for (const bool bigEnd : {false, true}) {

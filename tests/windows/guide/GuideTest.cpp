@@ -1,4 +1,4 @@
-// The built-in user's guide: its contents, its links, its search, and where F1 opens it.
+// The built-in user's guide: its contents, links and search, and where F1 opens it.
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -65,7 +65,7 @@ class Guide : public ::testing::Test {
   }
   windows::GuideView& Page() const { return Desk::Get<windows::GuideView>(*window, "txtPage"); }
   std::string Place() const { return Page().PlaceInSight().toStdString(); }
-  /// The heading at the top of what shows.
+  /// The heading of the section at the top of the view.
   std::string Heading() const {
     QTextBlock block = Page().cursorForPosition({20, 20}).block();
     while (block.blockFormat().headingLevel() == 0 && block != Page().document()->begin()) block = block.previous();
@@ -84,7 +84,7 @@ class Guide : public ::testing::Test {
 
 TEST_F(Guide, F1OpensItAtTheWindowInUseAndSendsNothing) {
   chip::Model.PollEnabled = false;
-  link::Bus.InterfaceMode = 0;  // as good as without a chip
+  link::Bus.InterfaceMode = 0;  // like having no chip
   PressF1();
   ASSERT_NE(window, nullptr);
   EXPECT_EQ(Place(), "guide.md");

@@ -1,4 +1,4 @@
-// What the limits window says of red lamps: its marks, its list of events, its sound.
+// How the limits window shows red lamps: its marks, its list of events, its sound.
 #include <QApplication>
 #include <QCheckBox>
 #include <QPushButton>
@@ -22,7 +22,7 @@ struct Alerts : Limits {
   explicit Alerts(Desk::Buses buses = Desk::Buses::Usb) : Limits(buses) { desk.clock.lookUs = 0; }
 
   QTreeView& List() const { return Desk::Get<QTreeView>(*window, "lstEvents"); }
-  /// Lets the window poll once on these registers, and tells the events that it enters, the given columns of each.
+  /// Lets the window poll these registers once, and returns the given columns of the events that it adds.
   std::string Poll(const std::string& registers, const std::vector<int>& columns = {Log::kChannel, Log::kEvent}) const {
     Put(const_cast<Desk&>(desk).board.Chip(), registers);
     const int before = List().model()->rowCount();
@@ -38,7 +38,7 @@ struct Alerts : Limits {
     }
     return rows.join("; ").toStdString();
   }
-  /// The tabs' marks, "0 2 0 0 0 0", by the pictures themselves and by their words.
+  /// The tabs' marks, "0 2 0 0 0 0", read from both their pictures and their texts.
   std::string Marks() const {
     auto& tabs = Desk::Get<QTabWidget>(*window, "SSTab1");
     QStringList marks;
@@ -76,7 +76,7 @@ TEST_F(Alerts, EveryLampThatTurnsIsEnteredAndCountedWhicheverTabShows) {
   EXPECT_EQ(Desk::Get<QTabWidget>(*window, "SSTab1").tabToolTip(0), "2 alerts: Local Temp, Remote 1 Temp");
   EXPECT_EQ(Button().toolTip(), "Limits/Interrupts: 4 alerts");
   EXPECT_EQ(Poll("C0=06"), "") << "what stays red is no event";
-  // What the chip has latched and gives away with one read.
+  // An alert that the chip has latched and one read clears.
   EXPECT_EQ(Poll("C0=04 C3=80"), "Local Temp cleared; 1.8V (pin23) raised");
   EXPECT_EQ(Poll("C0=00 C1=00 C3=00 C5=00"), "Remote 1 Temp cleared; VRD1 cleared; 1.8V (pin23) cleared; Fan2 cleared");
   EXPECT_EQ(Marks(), "0 0 0 0 0 0");

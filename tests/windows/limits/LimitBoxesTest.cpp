@@ -18,7 +18,7 @@ struct LimitBoxes : Limits {
   }
 
   widgets::NumberBox& Box(const char* name) const { return Desk::Get<widgets::NumberBox>(*window, name); }
-  /// Selects all and types over it, and sends nothing by that.
+  /// Replaces the text by typing, and expects that this sends nothing.
   void Type(const char* name, const char* text) {
     Box(name).selectAll();
     desk.board.TakeTraffic();

@@ -9,8 +9,8 @@ namespace {
 
 using Pins = chip::PinFunctionFlags;
 
-/// What a load reads with the pins as the chip starts, each tab's masks as they stand in the chip's defaults: a
-/// selection reads its limits, the load shows them once more, and a mask box that changes writes its bit back.
+/// The transfers of a load with the pins as at power-up and each tab's masks at the chip's defaults: a selection reads
+/// its limits, the load shows them again, and a mask box that changes writes its bit back.
 constexpr char kFirstLoad[] =
     "R44 R48 R44 R48 R30 "      // Temperature
     "R78 R78 R34 R07 "          // Fans
@@ -18,7 +18,7 @@ constexpr char kFirstLoad[] =
     "R80 R80 R31 R31 W31=C0 R31 W31=C0 "
     "R4D R4D R35 R35 W35=38 R35 W35=38 R35 W35=38";  // THERM Timer, THERM Limits, Digital/VRD
 
-TEST(LimitsLoad, ReadsTabByTabOnBothLinksAndLeavesMasksAloneThatHaveNotChanged) {
+TEST(LimitsLoad, ReadsTabByTabOnBothLinksAndDoesNotWriteUnchangedMasks) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     WindowDesk desk("frmLimits", buses, [](Desk&) { chip::Model.PollEnabled = false; });
     EXPECT_EQ(desk.load, T(kFirstLoad));
@@ -35,7 +35,7 @@ TEST(LimitsLoad, ReadsTabByTabOnBothLinksAndLeavesMasksAloneThatHaveNotChanged) 
 
 TEST_F(Limits, ALoadChangesNoRegisterWhateverItHolds) {
   for (std::size_t reg = 0; reg < 256; ++reg) {
-    // The pin registers stay, so that the pins do.
+    // The pin registers stay, so that the pins keep their functions.
     if (reg < 0x10 || reg > 0x14) desk.board.Chip()[reg] = static_cast<std::uint8_t>(reg * 37 + 11);
   }
   const auto before = desk.board.Chip();
@@ -65,14 +65,14 @@ std::vector<MaskBox> MaskBoxes() {
   return boxes;
 }
 
-TEST_F(Limits, AMaskClickChangesItsOneBitAtOnce) {
+TEST_F(Limits, AMaskClickChangesOnlyItsBitAtOnce) {
   Put(desk.board.Chip(), "07=FF 30..35=A5");
   Load();
   for (const MaskBox& box : MaskBoxes()) {
     const QString name = At(box.array, box.index);
     const bool masked = (0xA5 >> box.bit & 1) != 0;
     EXPECT_EQ(Desk::Checked(*window, name), masked) << name.toStdString();
-    // Bits changed meanwhile elsewhere survive.
+    // Bits changed elsewhere in the meantime are kept.
     desk.board.Chip()[static_cast<std::size_t>(box.mask)] = static_cast<std::uint8_t>(0x5A);
     desk.board.TakeTraffic();
     Desk::Press(*window, name);
@@ -81,7 +81,7 @@ TEST_F(Limits, AMaskClickChangesItsOneBitAtOnce) {
   }
 }
 
-TEST_F(Limits, EachStatusBitLightsItsOneLamp) {
+TEST_F(Limits, EachStatusBitLightsOnlyItsLamp) {
   Load();
   std::vector<MaskBox> lamps = MaskBoxes();
   for (int n = 0; n < 8; ++n) lamps.push_back({"", n, 0, 0xBA, n, "tglTHERMPinAlert"});
@@ -116,7 +116,7 @@ TEST_F(Limits, RefreshReadsTheStatusEachHalfSecondAndMovesNoSlider) {
   EXPECT_EQ(Caption("ggeTemp"), " .25\u00B0C");
 }
 
-/// Rows of a table that are live: label and mask enabled, the lamp there.
+/// Rows of a table that are in use: label and mask enabled, lamp visible.
 std::string LiveRows(const QWidget& window, const char* table, int rows) {
   std::string live;
   for (int row = 0; row < rows; ++row) {
@@ -142,7 +142,7 @@ TEST_F(Limits, TemperatureRowsAndListFollowTheDiodesInBothDirections) {
   }
 }
 
-TEST_F(Limits, AFanIsListedByItsPinAndLiveByItsTachToo) {
+TEST_F(Limits, AFanIsListedByItsPinAndAlsoNeedsItsTachToBeLive) {
   Put(desk.board.Chip(), "07=FE");
   Load([](Pins& pins) { pins.Pin8 = pins.Pin22 = 0; });
   EXPECT_EQ(Items("cmbFan").join('|'), "Fan1|Fan2|Fan3|Fan4|Fan5|Fan7");

@@ -36,14 +36,14 @@ TEST(EasySetup, AnOptionSetsItsOwnBitsAndOneThatIsNotTickedDoesNothing) {
       FakeBoard::Registers expected = desk.board.Chip();
       expected[reg] = static_cast<std::uint8_t>(expected[reg] | bits);
       TickOnly(*desk.window, {option});
-      desk.Do("txtOption=nonsense; chkStartUp=1; cmdApply");  // the number is not looked at
+      desk.Do("txtOption=nonsense; chkStartUp=1; cmdApply");  // the number is ignored
       EXPECT_EQ(desk.board.Chip(), expected) << option;
       EXPECT_EQ(desk.settings.values["OpenEasySetup"], "True");
     }
   }
 }
 
-TEST(EasySetup, TheOptionsNumberIsTakenOrRefusedAsAWhole) {
+TEST(EasySetup, TheOptionNumberIsAcceptedOrRejectedAsAWhole) {
   constexpr int kNone = -1;
   const std::pair<const char*, int> rows[]{{"1", 0x01},    {"2", 0x02},   {"3", 0x04},   {"4", 0x08},    {"5", 0x10},
                                            {"2.5", 0x02},  {"5.5", 0x10}, {"0.5", 0},    {" 3 ", 4},     {"5.999", 16},

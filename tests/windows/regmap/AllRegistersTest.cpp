@@ -1,4 +1,4 @@
-// The register map's page of all registers, and what its search says of registers that the tree does not hold.
+// The register map's page of all registers, and the search for registers that are not in the tree.
 #include <QAction>
 #include <QApplication>
 #include <QLineEdit>
@@ -14,7 +14,7 @@
 namespace zth::testing {
 namespace {
 
-/// The page of all registers, with the measurement cycle standing still and nothing read.
+/// The page of all registers, with polling stopped and nothing read.
 class AllRegisters : public ::testing::Test {
  protected:
   enum Column { kAddress, kName, kValue, kDefault, kChange, kReadAt, kFields };
@@ -27,7 +27,7 @@ class AllRegisters : public ::testing::Test {
   }
 
   QAbstractItemModel& Rows() const { return *table.model(); }
-  /// The row of that name as the table shows it; -1 when it does not.
+  /// The row with that name in the table as shown; -1 if there is none.
   int Row(const QString& name) const {
     const QModelIndexList found = Rows().match(Rows().index(0, kName), Qt::DisplayRole, name, 1, Qt::MatchExactly);
     return found.isEmpty() ? -1 : found[0].row();
@@ -48,7 +48,7 @@ class AllRegisters : public ::testing::Test {
                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
   }
-  /// The names of a column's beginning.
+  /// The first `count` texts of a column.
   std::string First(Column column, int count) const {
     QStringList texts;
     for (int row = 0; row < count; ++row) texts << Rows().index(row, column).data().toString();
