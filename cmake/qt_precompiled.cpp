@@ -1,1 +1,1 @@
-// Carries the precompiled header that the Qt rooms share; nothing else is built from it.
+// Exists only to build the precompiled header that the Qt rooms share.

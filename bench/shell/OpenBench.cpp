@@ -13,15 +13,16 @@
 #include "bench/shell/Running.h"
 #include "tests/support/EveryWindow.h"
 
-/// What a user waits for: a window from its menu entry to its first picture, the program from its first step to its
-/// main window's. Each figure stands beside an empty Qt window of the same kind, as the counter "empty".
+/// The times that a user waits: for a window from its menu entry to its first frame, for the program from its first
+/// step to the first frame of the main window. The counter "empty" compares each with an empty Qt window of the same
+/// kind.
 namespace zth {
 namespace {
 
-/// A window that takes longer than so many empty ones is felt, at some 0.8 ms for an empty one.
+/// A user notices a window that takes longer than this many empty ones; an empty one takes about 0.8 ms.
 constexpr double kMostEmptyWindows = 50;
 
-/// Least CPU seconds of thirty runs: the reference is one number, which noise may only raise.
+/// The lowest CPU time of thirty runs, in seconds: noise can only raise the reference.
 template <typename Work>
 double LeastSeconds(const Work& work) {
   double least = 1e9;
@@ -33,7 +34,7 @@ double LeastSeconds(const Work& work) {
   return least;
 }
 
-/// A main window with the rows of ours and nothing in them.
+/// A main window with the same bars as ours and nothing in them.
 class EmptyMain : public QMainWindow {
  public:
   EmptyMain() {
@@ -84,7 +85,7 @@ void OpenWindow(benchmark::State& state, const QString& name) {
   CompareTo(state, empty, seconds);
 }
 
-/// From the first step of Main to the main window's first picture, with the prescribed waits taken out.
+/// From the first step of Main to the first frame of the main window, without the prescribed waits.
 void StartToMainWindow(benchmark::State& state) {
   const double empty = LeastSeconds([] {
     EmptyMain main;

@@ -6,7 +6,7 @@
 
 namespace zth {
 
-/// The running program on a link at zero cost, so that what is left is the program's own time.
+/// The running program on a link that takes no time, so that only the program's own time is measured.
 class Running {
  public:
   Running();
@@ -14,7 +14,7 @@ class Running {
   testing::Desk desk{testing::Desk::Buses::Usb};
 };
 
-/// What this process has worked so far, whatever else the machine does.
+/// The CPU time of this process so far, whatever else the machine does.
 inline double CpuSeconds() {
   return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }

@@ -14,17 +14,17 @@
 namespace zth {
 namespace {
 
-/// A transfer that costs nothing.
+/// A transfer that takes no time.
 std::int16_t ZTH_LIBRARY_CALL FreeTransfer(std::int16_t /*request*/, std::int32_t /*value*/, std::int32_t /*index*/,
                                            std::int16_t direction, std::int16_t length, std::uint8_t* buffer) {
   if (direction == 1) std::fill_n(buffer, length, std::uint8_t{0x59});
   return 0;
 }
 
-/// What a tick with every window open may take beside its transfers, in seconds.
+/// The longest that a tick with every window open may take, not counting its transfers, in seconds.
 constexpr double kLongestTick = 1e-3;
 
-/// One tick at which every job is due: the clock moves on by more than the longest period in between.
+/// One tick at which every job is due: before it the clock advances by more than the longest period.
 void Tick(Running& running) {
   running.desk.clock.WaitMs(1100);
   QMetaObject::invokeMethod(running.desk.Main().findChild<QTimer*>("tmrMaster"), "timeout", Qt::DirectConnection);
@@ -36,13 +36,13 @@ void TickAlone(benchmark::State& state) {
 }
 BENCHMARK(TickAlone)->Unit(benchmark::kMicrosecond);
 
-/// With every window open, and the register map reading continuously. Ends with an error when it takes too long.
+/// With every window open and the register map reading continuously. Fails if it takes too long.
 void TickWithAllWindows(benchmark::State& state) {
   Running running;
   for (const std::string& name : testing::EveryWindow()) running.desk.Open(name.c_str());
   testing::Desk::Check(*running.desk.Main().FindWindow("frmRegMap"), "chkContRead", true);
   for (auto _ : state) Tick(running);
-  // Apart from the loop above, which may run once only, with all that a first tick sets up.
+  // Separate from the loop above, which may run only once and then includes the set-up of the first tick.
   constexpr int kTicks = 200;
   const double before = CpuSeconds();
   for (int tick = 0; tick < kTicks; ++tick) Tick(running);
@@ -67,7 +67,7 @@ Running::Running() {
 
 int main(int argc, char** argv) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  // The offscreen platform tells at each window that it has no size hints to pass on.
+  // For each window the offscreen platform warns that it cannot pass on size hints.
   qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
     if (type != QtWarningMsg || !text.contains("propagateSizeHints")) std::fprintf(stderr, "%s\n", qPrintable(text));
   });

@@ -13,7 +13,7 @@
 namespace bench {
 namespace {
 
-/// Two axis rectangles would slow it further: all traces share one.
+/// All traces share one axis rectangle; two would slow it down further.
 class PlotPeer final : public Competitor {
  public:
   PlotPeer() {
@@ -101,7 +101,7 @@ class ChartsPeer final : public Competitor {
 }  // namespace
 
 double ValueAt(int trace, int index) {
-  // A walk of random steps that has its own length of memory, folded back into the scale.
+  // A random walk with a memory of its own length, folded back into the scale.
   static const std::vector<double> kWalk = [] {
     std::vector<double> walk(1 << 16);
     std::mt19937 random(5);

@@ -6,7 +6,7 @@
 
 class QWidget;
 
-/// The chart libraries that a strip chart is measured against, each as its own documentation draws live data.
+/// The chart libraries that the strip chart is compared with, each drawing live data as its documentation recommends.
 namespace bench {
 
 inline constexpr int kTraces = 12;
@@ -17,14 +17,14 @@ inline constexpr int kHeight = 500;
 
 /// The value of a trace's sample `index`, 0 to 12000: a random walk, the same for all competitors.
 double ValueAt(int trace, int index);
-/// What a legend entry shows with it.
+/// The text of a legend entry for that value.
 QString LegendText(int trace, int index);
 
 class Competitor {
  public:
   virtual ~Competitor() = default;
   virtual QWidget& Widget() = 0;
-  /// Adds one sample to each trace, the window following.
+  /// Adds one sample to each trace and moves the window along.
   virtual void Feed() = 0;
   /// Draws now.
   virtual void Draw() = 0;

@@ -1,5 +1,5 @@
-// How long a frame of the strip chart takes, beside two chart libraries on the same samples in the same run; and what
-// an append costs. Offscreen raster, 800 x 500, 12 traces of 2,000 points in sight.
+// The time for a frame of the strip chart and of two other chart libraries, on the same samples in the same run, and
+// the time to append a sample. Offscreen raster, 800 x 500, 12 traces with 2,000 visible points each.
 #include <cstdio>
 #include <vector>
 
@@ -17,7 +17,7 @@ using bench::kTraces;
 
 constexpr int kDaySamples = 24 * 60 * 60 * 20;
 
-/// Two zones, twelve traces and a legend whose texts change with each sample, as the busiest of the graphs.
+/// Two zones, twelve traces and a legend whose texts change with each sample, like the busiest of the graphs.
 class StripCompetitor final : public bench::Competitor {
  public:
   explicit StripCompetitor(int samples, double shown = bench::kPoints * bench::kPeriod)
@@ -69,7 +69,7 @@ void FrameStrip(benchmark::State& state) {
   StripCompetitor strip(bench::kPoints);
   Run(state, strip);
 }
-/// A zoom in every frame, so that nothing of the last picture can stay.
+/// A zoom in every frame, so that nothing of the previous picture can be reused.
 void FrameStripRedrawn(benchmark::State& state) {
   StripCompetitor strip(bench::kPoints);
   QApplication::processEvents();

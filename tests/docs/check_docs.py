@@ -17,7 +17,7 @@ import pathlib
 import re
 import sys
 
-NO_PAGE = {"frmAbout"}  # it says all itself
+NO_PAGE = {"frmAbout"}  # it needs no explanation
 SKIPPED = re.compile(r"^(build.*|\..+)$")
 
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
@@ -26,7 +26,7 @@ QUOTE = re.compile(r'"((?:[^"|]|"}")+?)"(?!})')
 LITERAL = re.compile(r'(?:u8)?((?:"(?:[^"\\\n]|\\.)*"\s*)+)')
 MENU = re.compile(r'\{"(mnu\w+)", "([^"]+)"\}')
 ENTRY = re.compile(r'\{"(mnu\w*)", "(mnu\w+)", "([^"]+)", "([^"]*)", "(\w*)"\}')
-# They stand for themselves in a text of the program.
+# Names and addresses that are put into a text of the program.
 OWN_NAME = re.compile(r"[\w-]+\.(csv|sav)|^[0-9A-F]{2}(?=h on)")
 
 

@@ -23,7 +23,8 @@ extern "C" int Entry(int count, const char* text) {
 int main(int count, char** texts) { return Entry(count, texts[0]); }
 """
 
-# What is left out by these flags behind the others, and what is said of an executable; of a library unless it is None.
+# Flags that leave one piece out when added after the others, and the report for an executable and, unless None, for a
+# library.
 PLANTED = [
     ("", [], []),
     ("-Wl,-z,norelro", ["no RELRO"], ["no RELRO"]),

@@ -1,4 +1,4 @@
-// smbus-probe STEP...: loads the "smbus" library as the program does and drives it step by step. Numbers are hex.
+// smbus-probe STEP...: loads the "smbus" library as the program does and runs it step by step. Numbers are hex.
 //
 //   start             what the program does at its start: the probing read, DetectSmbus, the scan of 0x10 to 0x7F;
 //                     prints "found 2C" for each address whose register 3E reads 41, then "scan done"

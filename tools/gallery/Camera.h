@@ -11,8 +11,8 @@ class Camera {
  public:
   explicit Camera(const QString& folder) : folder_(folder) {}
 
-  /// Writes `name` ("pictures/main") as a PNG below the folder and names it on the standard output; throws
-  /// std::runtime_error when it cannot be written.
+  /// Writes `name` ("pictures/main") as a PNG below the folder and prints its name; throws std::runtime_error if it
+  /// cannot be written.
   void Take(QWidget& widget, const QString& name) const;
 
  private:

@@ -6,7 +6,7 @@
 
 namespace zth {
 
-/// A desktop's dark colours, for pictures and tests; the light ones are the style's own.
+/// A desktop's dark colours, for pictures and tests. The light colours are those of the style.
 inline QPalette DarkPalette() {
   QPalette palette;
   const auto set = [&palette](std::initializer_list<QPalette::ColorRole> roles, const char* colour) {

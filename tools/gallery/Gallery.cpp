@@ -17,7 +17,7 @@
 namespace zth::gallery {
 namespace {
 
-/// A window, and once more each of its tabs and charts.
+/// Takes a picture of a window, and one more of each of its tabs and charts.
 void TakeAllOf(const Camera& camera, windows::ChildWindow& window) {
   QWidget& frame = *window.parentWidget();
   camera.Take(frame, window.objectName());
@@ -73,9 +73,9 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   testing::InitGoogleTest();
   if (argc < 2) return 2;
-  // Outside of a test, what the tests' ground finds wrong ends the scene.
+  // Outside a test, a failure that the tests' support code finds ends the scene.
   GTEST_FLAG_SET(throw_on_failure, true);
-  // What a picture shows is the program's and the font's alone.
+  // A picture depends only on the program and the font.
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   QApplication::setCursorFlashTime(0);
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));

@@ -61,7 +61,7 @@ void TheCurve(const Camera& camera) {
   camera.Take(bench.Frame("frmAutoGraph"), "pictures/guide-curve");
 }
 
-/// The charts held, with a mark and the read-out beside the pointer.
+/// Held charts, with a mark and the read-out beside the pointer.
 void ReadingACurve(const Camera& camera) {
   Bench bench;
   SetUpEasily(bench);
@@ -72,7 +72,7 @@ void ReadingACurve(const Camera& camera) {
   bench.Do("frmHeaters", "sldHeater(0)=100; cmdClose");
   bench.Run(60);
   bench.Open("frmGraph", {0, 0, 800, 560});
-  // Held; a mark; the pointer somewhere else.
+  // Hold the chart, set a mark, move the pointer elsewhere.
   bench.Play("frmGraph", "stpGraph(3)", "Left press@0.42 drop@0.42 drag@0.6");
   camera.Take(bench.Frame("frmGraph"), "pictures/guide-reading");
 }

@@ -1,4 +1,4 @@
-// The pictures of docs/windows, one window at work each, and the one of the whole program.
+// The pictures of docs/windows, each of one window at work, and the one of the whole program.
 #include <array>
 
 #include "Scenes.h"
@@ -6,7 +6,7 @@
 namespace zth::gallery {
 namespace {
 
-/// One window of a board that has just been set up, page by page where it has pages.
+/// One window on a board that has just been set up, page by page if it has pages.
 struct Page {
   const char* window;
   const char* tabs;
@@ -84,7 +84,7 @@ void TakeConfigWindows(const Camera& camera) {
   bench.Do("frmPinConfig", "optEasy(2)");
   camera.Take(bench.Frame("frmPinConfig"), "windows/frmPinConfig-easy");
 
-  // GPIO 1 drives, GPIO 2 listens: both pins are taken from the tachs.
+  // GPIO 1 is an output, GPIO 2 an input; both use tach pins.
   bench.Do("frmPinConfig", "SSTab1=1");
   for (const char* pin : {"1", "2"}) bench.Pick("frmPinConfig", QString("cmbPin") + pin, QString("GPIO") + pin);
   bench.Do("frmPinConfig", "cmdApply");
@@ -147,7 +147,7 @@ void TakeDynamicTmin(const Camera& camera) {
   bench.Open("frmHeaters");
   bench.Do("frmHeaters", "sldHeater(0)=60");
   bench.Run(90);
-  // A new window begins with empty charts.
+  // A new window starts with empty charts.
   bench.Do("frmDynamicTmin", "cmdCancel");
   bench.Open("frmDynamicTmin");
   bench.Run(15);

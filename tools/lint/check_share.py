@@ -12,7 +12,7 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parents[2]
 FOLDERS = ("src", "simulator", "transports", "bench", "tools", "tests")
 SUFFIXES = {".h", ".cpp", ".c"}
-# Texts come first, so that a "//" in one is none; they stay, comments go.
+# String literals come first, so that a "//" in one is not a comment. Strings stay, comments go.
 TEXT_OR_COMMENT = re.compile(r'R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(//[^\n]*|/\*.*?\*/)', re.DOTALL)
 
 
