@@ -11,8 +11,8 @@
 #include "tests/support/Desk.h"
 #include "tests/support/EveryWindow.h"
 
-// Of Qt's own parts, as far as they are needed to switch accessibility on without a desktop that asks for it: there is
-// no public way, and while it is off no change is told.
+// Internal parts of Qt, needed to switch accessibility on without a desktop that requests it: there is no public way,
+// and while it is off no changes are reported.
 class QPlatformAccessibility {
  public:
   void setActive(bool active);
@@ -28,7 +28,7 @@ class QGuiApplicationPrivate {
 
 namespace zth::testing {
 
-/// Every window and frmMain, one a case, on a chip that keeps few controls disabled.
+/// Every window and frmMain, one per test case, on a chip that leaves few controls disabled.
 class Access : public ::testing::TestWithParam<std::string> {
  protected:
   void SetUp() override {
@@ -44,7 +44,7 @@ class Access : public ::testing::TestWithParam<std::string> {
     QApplication::setActiveWindow(&desk.Main());
   }
 
-  /// Calls `visit` on each page of the window as it shows. frmMain's page leaves out its child windows.
+  /// Shows each page of the window and calls `visit` on it. frmMain's page excludes its child windows.
   void EachPage(const std::function<void(QWidget& root, const std::string& page)>& visit) {
     if (GetParam() == "frmMain") {
       visit(desk.Main(), "frmMain");

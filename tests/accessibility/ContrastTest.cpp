@@ -1,4 +1,4 @@
-// Every text that shows on a page, against what lies behind it: 4.5 to 1 and more, in a light and in a dark palette.
+// Every visible text against its background: a contrast of at least 4.5 to 1, in a light and in a dark palette.
 #include <cmath>
 #include <unordered_map>
 
@@ -34,7 +34,7 @@ double Contrast(const QColor& a, const QColor& b) {
   return (more + 0.05) / (less + 0.05);
 }
 
-/// What a text stands on: the colour of most of the pixels at its upper and lower edges, beyond letters and underlines.
+/// The background of a text: the colour of most pixels at its upper and lower edges, clear of letters and underlines.
 QColor GroundOf(const QImage& picture, const QRect& place) {
   std::unordered_map<QRgb, int> counts;
   std::pair<QRgb, int> most{0, 0};
@@ -52,7 +52,7 @@ class Contrasts : public Access {
   ~Contrasts() override { QApplication::setPalette(light_); }
 
  protected:
-  /// Puts light, then dark colours on all that is open.
+  /// Sets light, then dark colours on everything that is open.
   void InEachPalette(const std::function<void(const char* palette)>& look) {
     for (const bool dark : {false, true}) {
       QApplication::setPalette(dark ? DarkPalette() : light_);
@@ -62,7 +62,7 @@ class Contrasts : public Access {
   }
 
   void Judge(const QString& text, QColor colour, const QColor& ground, const std::string& where) {
-    QPixmap dot(1, 1);  // where a colour that lets the ground through is mixed with it
+    QPixmap dot(1, 1);  // here a translucent colour is mixed with the background
     dot.fill(ground);
     QPainter(&dot).fillRect(dot.rect(), colour);
     colour = dot.toImage().pixelColor(0, 0);
@@ -74,9 +74,9 @@ class Contrasts : public Access {
   void Look(QWidget& root, const std::string& where) {
     const QImage picture = root.grab().toImage();
     for (QWidget* widget : Shown(root)) {
-      if (!widget->isEnabled()) continue;  // a text that is out of use may be pale
+      if (!widget->isEnabled()) continue;  // a disabled text may be pale
       TextRecorder recorder(*widget);
-      if (auto* gauge = qobject_cast<widgets::LGauge*>(widget)) {  // its face is drawn beforehand
+      if (auto* gauge = qobject_cast<widgets::LGauge*>(widget)) {  // its face is drawn in advance
         QPainter painter(&recorder);
         const widgets::DialMeasures measures(gauge->size());
         widgets::DialPainter(painter, measures, gauge->palette(), gauge->font())
@@ -101,14 +101,13 @@ class Contrasts : public Access {
     }
   }
 
-  /// What a user does to a page: odd entries, changes that are not applied, cursors on charts, the focus on gauges,
-  /// visits.
+  /// What a user does to a page: odd entries, changes without Apply, cursors on charts, the focus on gauges, visits.
   static void Disturb(QWidget& root) {
     for (QWidget* widget : Shown(root)) {
       if (!widget->isEnabled()) continue;
       if (auto* box = qobject_cast<QLineEdit*>(widget)) box->setText("1e9x");
       if (auto* strip = qobject_cast<widgets::Strip*>(widget)) {
-        // Held it has a sign, which may cover labels that move.
+        // A held chart has a sign, which may cover moving labels.
         if (root.objectName() == "frmGraph") QTest::keyClick(strip, Qt::Key_Left);
         for (int i = 0; i < 2; ++i) QTest::keyClick(strip, Qt::Key_Space);
         strip->SetTraceVisible(0, false);
@@ -118,7 +117,7 @@ class Contrasts : public Access {
       if (auto* link = qobject_cast<shell::WebLink*>(widget)) emit link->Click();
     }
     if (dynamic_cast<windows::ConfigWindow*>(&root) != nullptr) ChangeEach(root);
-    // Another chip, so that the window says that it is not of it.
+    // Selects another chip, so that the window says that it was not read from it.
     Desk::Get<QComboBox>(*shell::MainForm, "cmbDevices").setCurrentIndex(1);
     Desk::Settle();
   }

@@ -1,4 +1,4 @@
-// What assistive technology may read of our own controls and do to them, and what it is told when they change.
+// What assistive technology can read from our own controls and do to them, and the changes that they report to it.
 #include <QApplication>
 #include <QMenu>
 #include <QTest>
@@ -32,7 +32,7 @@ class AccessControls : public Access {
     heard_.clear();
     return control;
   }
-  /// How often a control has told of that since last asked.
+  /// How often a control has reported that since the last call.
   static long Heard(QObject& control, QAccessible::Event type, int child = -1) {
     const long count = std::ranges::count(heard_, std::tuple{&control, type, child});
     heard_.clear();

@@ -21,7 +21,7 @@ namespace {
 
 struct Node {
   QAccessibleInterface* access;
-  QString group;  ///< names of the groups that it stands in
+  QString group;  ///< names of the groups that contain it
 };
 
 void Collect(const QAccessibleInterface& within, const QString& group, std::vector<Node>& nodes) {
@@ -34,7 +34,7 @@ void Collect(const QAccessibleInterface& within, const QString& group, std::vect
   }
 }
 
-/// All that shows on a page.
+/// Everything visible on a page.
 std::vector<Node> Tree(QWidget& root) {
   std::vector<Node> nodes;
   Collect(*QAccessible::queryAccessibleInterface(&root), {}, nodes);
@@ -50,12 +50,12 @@ bool Operable(QAccessible::Role role) {
   return kRoles.contains(role);
 }
 
-/// Shown by itself, never operated.
+/// Shown only, never operated.
 bool Telling(QAccessible::Role role) {
   return role == QAccessible::Indicator || role == QAccessible::ProgressBar || role == QAccessible::Dial;
 }
 
-/// A list's own name is its present text on some desktops: there its label tells what it is for, or its description.
+/// On some desktops the name of a list is its present text: there its label or its description says what it is for.
 QString NameOf(const Node& node) {
   if (node.access->role() != QAccessible::ComboBox) return node.access->text(QAccessible::Name);
   for (const auto& [label, relation] : node.access->relations(QAccessible::Label)) {
@@ -102,7 +102,7 @@ TEST_P(AccessTree, EachControlHasANameOfItsOwnARoleAndItsStates) {
   EXPECT_GE(controls, 2);
 }
 
-/// Of two controls the branches below their common parent.
+/// For two controls, their branches below the common parent.
 std::pair<QWidget*, QWidget*> Branches(QWidget* a, QWidget* b) {
   const auto branch = [](QWidget* of, const QWidget* other) {
     while (!of->parentWidget()->isAncestorOf(other)) of = of->parentWidget();
@@ -111,8 +111,8 @@ std::pair<QWidget*, QWidget*> Branches(QWidget* a, QWidget* b) {
   return {branch(a, b), branch(b, a)};
 }
 
-/// Whether `a` is read before `b`: the window's own buttons last, what stands beside each other from the left, what
-/// stands above each other from the top. Rows go before columns, or columns before rows.
+/// Whether `a` is read before `b`: controls side by side from the left, controls above each other from the top, the
+/// window's own buttons last. Rows take precedence over columns, or columns over rows.
 bool ReadsBefore(QWidget* a, QWidget* b, bool rowsFirst) {
   const auto [first, second] = Branches(a, b);
   const auto own = [](QWidget* branch) {
@@ -128,7 +128,7 @@ bool ReadsBefore(QWidget* a, QWidget* b, bool rowsFirst) {
   return (rowsFirst ? beside : !above) ? p.left() < q.left() : p.top() < q.top();
 }
 
-/// What a key visits until it comes back to where it began.
+/// The controls that a key visits until it returns to the first one.
 std::vector<QWidget*> Visited(QWidget& from, Qt::Key key) {
   std::vector<QWidget*> visited{&from};
   from.setFocus(key == Qt::Key_Tab ? Qt::TabFocusReason : Qt::BacktabFocusReason);
@@ -143,7 +143,7 @@ std::vector<QWidget*> Visited(QWidget& from, Qt::Key key) {
   return visited;
 }
 
-/// What can be operated and is no stop of its own is a choice, reached by arrows, or part of a stop.
+/// A control that can be operated but is not a Tab stop is a choice, reached by the arrow keys, or part of a stop.
 void ExpectReached(const Node& node, const std::vector<QWidget*>& visited) {
   auto* widget = qobject_cast<QWidget*>(node.access->object());
   const QAccessible::Role role = node.access->role();
@@ -166,7 +166,7 @@ TEST_P(AccessTree, TabVisitsEachControlInReadingOrderAndBack) {
     std::vector<QWidget*> expected;
     for (QWidget* widget : Shown(root)) {
       const bool stop = (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr;
-      // Of options one is a stop, arrows reach the others.
+      // One option of a group is a stop, the arrow keys reach the others.
       const bool option = qobject_cast<QRadioButton*>(widget) != nullptr && !expected.empty() &&
                           qobject_cast<QRadioButton*>(expected.back()) != nullptr;
       if (stop && !option && widget->isEnabled()) expected.push_back(widget);
@@ -182,7 +182,7 @@ TEST_P(AccessTree, TabVisitsEachControlInReadingOrderAndBack) {
       EXPECT_EQ(std::ranges::count(visited, widget), 1) << Told(*widget) << " is not visited once";
     }
     EXPECT_EQ(visited.size(), expected.size());
-    // Each frame is read by rows throughout, or by columns throughout.
+    // Each frame is read entirely by rows or entirely by columns.
     std::map<QWidget*, std::pair<std::string, std::string>> wrong;
     for (std::size_t i = 1; i < visited.size(); ++i) {
       for (std::size_t j = 0; j < i; ++j) {

@@ -14,13 +14,12 @@ namespace zth::testing {
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool kMemoryIsTold = false;  // freed memory is kept for a while
+constexpr bool kMemoryIsTold = false;  // the sanitizer holds freed memory for a while
 #else
 constexpr bool kMemoryIsTold = true;
 #endif
 
-/// Two hours show a run or a line that is lost, or a leak in a tick; ZTH_DAY_HOURS asks for more, as `./test soak`
-/// does.
+/// Two hours reveal a lost run or line, or a leak in a tick. ZTH_DAY_HOURS sets more, as `./test soak` does.
 int Hours() {
   return std::max(2, qEnvironmentVariableIntValue("ZTH_DAY_HOURS"));
 }
@@ -28,20 +27,20 @@ int Hours() {
 constexpr int kTickMs = 50;
 constexpr int kTicksAnHour = 60 * 60 * 1000 / kTickMs;
 
-/// What the allocator has handed out, in bytes.
+/// The memory that is allocated, in bytes.
 std::int64_t MemoryInUse() {
   const auto info = mallinfo2();
   return static_cast<std::int64_t>(info.uordblks + info.hblkhd);
 }
 
-/// A job by the rule that it is due by, at ticks that take no time: more than its period has passed since it last ran.
+/// A job and the rule when it is due, at ticks that take no time: more than its period has passed since it last ran.
 struct Due {
   void Tick(double now) {
     if (last + period < now) last = now, ++runs;
   }
 
   double period;
-  std::array<int, 3> request;  ///< that each run begins with; of the measurement each sixth
+  std::array<int, 3> request;  ///< that each run starts with; every sixth run for the measurement
   std::int64_t runs = 0;
   double last = 0;
 };
@@ -52,7 +51,7 @@ class Day {
     desk.clock.lookUs = 0;
     desk.Start();
     for (const auto& [name, open] : OpenFlags()) desk.Open(name.c_str());
-    Do(Window("frmGraph"), "txtUpdate=250");  // the job that costs most
+    Do(Window("frmGraph"), "txtUpdate=250");  // the most expensive job
     Do(Window("frmRegMap"), "chkContRead=1; txtReadAddr=3E");
     windows::ChildWindow& logging = desk.Open("frmLogging");
     desk.fileDialogs.script = {LogPath()};
@@ -87,7 +86,7 @@ TEST(Day, WithEveryJobLosesNoRunNoLineAndNoMemory) {
     for (Due& job : others) job.Tick(day.desk.clock.Now());
     if (tick % kTicksAnHour == 0) Desk::Settle();
     if (tick == kTicksAnHour) {
-      // The charts may keep a day; all else of the program has what it needs by now.
+      // The charts may keep a day; everything else has allocated what it needs by now.
       day.ClearCharts();
       memory = MemoryInUse();
       objects = day.desk.Main().findChildren<QObject*>().size();

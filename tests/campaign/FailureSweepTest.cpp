@@ -14,7 +14,7 @@
 #include "tests/support/Steps.h"
 
 /// Whatever a user or a timer does, with each of its transfers failing in turn: one box, all windows closed in order,
-/// the end of the process, and nothing sent behind the failure.
+/// the end of the process, and nothing sent after the failure.
 namespace zth::testing {
 namespace {
 
@@ -23,10 +23,10 @@ using platform::BoxAnswer;
 constexpr char kInterrupted[] = "Communications Interrupted - Check USB connections";
 constexpr char kHeater[] = "Error in Heater Module -  Do you wish to close the application?";
 
-/// What a box may not let through to the board.
+/// What a box must keep from the board.
 constexpr int kWhileABoxStandsMs = 200;
 
-/// A saved configuration, for whatever asks for a file.
+/// A saved configuration, the answer for whatever asks for a file.
 constexpr char kSaved[] = "{\r\n0x21\t0xE2\t// \r\n0x10\t0x7F\t// \r\n0x44\t0x12\t// \r\n}\r\n";
 QString SavedPath() {
   static const QTemporaryDir folder;
@@ -39,14 +39,14 @@ std::string Content() {
 
 using Step = std::function<void(Desk& desk)>;
 
-/// A thing to sweep, and what takes a program to where it can be done.
+/// An action to sweep, and the steps to reach it.
 struct Action {
   std::string name;
   Step reach, act;
 };
 
-/// A fresh program that answers every question so that it goes on, with the chip's registers at their defaults or at a
-/// byte.
+/// A fresh program that answers every question so that it carries on, with the chip's registers at their defaults or
+/// all at one byte.
 class Program {
  public:
   explicit Program(std::optional<std::uint8_t> byte) {
@@ -65,7 +65,7 @@ class Program {
     desk.fileDialogs.script.clear();
   }
 
-  /// Lets the n-th call from here on fail alone, behind `act`; then holds what happened against the prescribed end.
+  /// Runs `act` with only the n-th call from here on failing; then compares what happened with the prescribed end.
   void ExpectTheEnd(int n, const Traffic& whole, const Step& act) {
     const std::size_t boxesBefore = desk.prompts.shown.size();
     desk.board.TakeTraffic();
@@ -85,7 +85,7 @@ class Program {
     act(desk);
     desk.process.onEnd = {};
     const std::string& transfer = whole.at(static_cast<std::size_t>(n));
-    if (transfer.rfind("usb D", 0) == 0) {  // the one request whose result nobody looks at
+    if (transfer.rfind("usb D", 0) == 0) {  // the one request whose result is not checked
       EXPECT_TRUE(desk.process.ends.empty());
       EXPECT_EQ(desk.prompts.shown.size(), boxesBefore);
       return;
@@ -95,7 +95,7 @@ class Program {
     EXPECT_EQ(desk.board.TakeTraffic(), Traffic(whole.begin(), whole.begin() + n + 1)) << "sent up to the failure";
     ASSERT_EQ(desk.prompts.shown.size(), boxesBefore + 1);
     EXPECT_EQ(desk.prompts.shown.back().text, transfer.rfind("usb H", 0) == 0 ? kHeater : kInterrupted);
-    // Where the end is played, what goes on behind an inner handler meets the shut link, which ends it again.
+    // In a simulated end, the code after an inner handler finds the link closed, which ends it again.
     ASSERT_FALSE(desk.process.ends.empty());
     EXPECT_EQ(std::count(desk.process.ends.begin(), desk.process.ends.end(), 1), std::ssize(desk.process.ends));
     EXPECT_TRUE(desk.Main().findChildren<windows::ChildWindow*>().isEmpty());
@@ -106,8 +106,8 @@ class Program {
   Desk desk{Desk::Buses::Usb};
 };
 
-/// Does an action whole, and then on fresh programs with each of its transfers failing in turn. Gives the transfers of
-/// the whole; what has been `swept` before ends there.
+/// Runs a complete action, then repeats it on fresh programs with each of its transfers failing in turn. Returns the
+/// transfers of the complete action; if they have been `swept` before, there are no repeats.
 Traffic Sweep(std::optional<std::uint8_t> byte, const Action& action,
               std::set<std::pair<std::string, Traffic>>* swept = nullptr) {
   Traffic whole;
@@ -137,15 +137,15 @@ windows::ChildWindow& OnPage(Desk& desk, const std::string& window, int page) {
   return opened;
 }
 
-/// For the time that every job needs to run twice, but for the register map's.
+/// The time in which every job runs twice, except that of the register map.
 void LetJobsRun(Desk& desk) {
   desk.Advance(1200);
 }
 
-/// What a single click cannot reach: steps that take the window there, and then steps or time.
+/// What a single click cannot reach: steps that lead there, then steps or time.
 struct Sequence {
   const char *window, *reach, *act;
-  void (*also)(Desk& desk) = [](Desk&) {};  ///< behind `reach`
+  void (*also)(Desk& desk) = [](Desk&) {};  ///< after `reach`
 };
 const Sequence kSequences[] = {
     {"frmRegMap", "chkContRead=1", ""},
@@ -163,7 +163,7 @@ const Sequence kSequences[] = {
      }},
 };
 
-/// A control of a window as it stands, in one of its ways.
+/// A control of a window in its present state, operated in one of its ways.
 Step Operate(const std::string& window, std::size_t control, std::size_t way) {
   return [window, control, way](Desk& desk) {
     const auto controls = OperableControls(*desk.Main().FindWindow(window.c_str()));
@@ -206,7 +206,7 @@ class FailureSweep : public ::testing::TestWithParam<std::tuple<std::string, int
 TEST_P(FailureSweep, EveryTransferOfEveryActionEndsTheProgramInOrder) {
   const auto& [window, board] = GetParam();
   const auto byte = board < 0 ? std::nullopt : std::optional(static_cast<std::uint8_t>(board));
-  std::set<std::pair<std::string, Traffic>> swept;  // a button beside the tabs is the same on each page
+  std::set<std::pair<std::string, Traffic>> swept;  // a button outside the tabs is the same on each page
   const std::vector<Action> actions = Actions(window, byte);
   for (const Action& action : actions) {
     if (!HasFailure()) Sweep(byte, action, &swept);
@@ -236,13 +236,13 @@ INSTANTIATE_TEST_SUITE_P(Windows, FailureSweep,
 TEST(FailureSweep, EveryCallOfTheStartAndOfPollingEndsTheProgramInOrder) {
   for (int call = 0;; ++call) {
     Desk desk(Desk::Buses::Usb);
-    // The connect request may fail nineteen times, so from it on everything does.
+    // The connect request may fail nineteen times, so everything fails from there on.
     const bool connect = call == 0;
     (connect ? desk.board.failFrom : desk.board.failOnly) = call;
     desk.prompts.whileShown = [&desk] { desk.clock.Advance(kWhileABoxStandsMs); };
     desk.prompts.script = {BoxAnswer::Ok};
     if (!desk.RunMain()) desk.Advance(10000);
-    if (desk.board.usbCalls <= call) {  // it takes no more of them
+    if (desk.board.usbCalls <= call) {  // it needs no more of them
       desk.prompts.script.clear();
       EXPECT_GT(call, 100);
       return;

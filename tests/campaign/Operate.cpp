@@ -17,7 +17,7 @@
 namespace zth::testing {
 namespace {
 
-/// Texts that a user may type, valid and not; the first few serve where each costs a run of its own.
+/// Texts that a user may type, valid and invalid. Only the first few are used if each costs a separate run.
 constexpr std::array kTexts{"",     "50",    "1e9",  "0",     "1",          "100",      "255",
                             "256",  "-1",    "-128", "--",    "2147483648", "\xC2\xB0", "127",
                             "3.14", "-1e30", "%n",   "inf",   "0xFF",       "ff",       "4C",
@@ -25,7 +25,7 @@ constexpr std::array kTexts{"",     "50",    "1e9",  "0",     "1",          "100
 constexpr std::size_t kFew = 3;
 
 bool IsPart(const QWidget& control) {
-  // What a control of Qt's is made of is operated through the control.
+  // The parts of a Qt control are operated through the control.
   return qobject_cast<const QComboBox*>(control.parentWidget()) != nullptr ||
          qobject_cast<const QLineEdit*>(control.parentWidget()) != nullptr || control.objectName().startsWith("qt_") ||
          control.inherits("QTabBar");

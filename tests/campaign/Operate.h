@@ -14,12 +14,13 @@ struct Way {
   std::function<void()> act;
 };
 
-/// The controls of a window that a user can operate as it stands: shown and enabled, in the order of their making.
+/// The controls of a window that a user can operate at present: visible and enabled, in the order of their creation.
 std::vector<QWidget*> OperableControls(const QWidget& window);
 
 enum class Extent { Few, All };
 
-/// What a user can do to a control, a few of a list's items and of texts or all of them; empty for what only shows.
+/// What a user can do to a control, with a few or all of a list's items and of the texts; empty if it is for display
+/// only.
 std::vector<Way> WaysToOperate(QWidget& control, Extent extent = Extent::Few);
 
 }  // namespace zth::testing

@@ -1,5 +1,5 @@
-// What must hold at all times, held against the program behind each action of a user without a plan.
-// The same seed walks the same way again: with ZTH_TELL_WALK set it tells each step, up to a failure or a crash.
+// Checks what must always be true after each action of a user who acts at random. The same seed repeats the same walk.
+// With ZTH_TELL_WALK set it prints each step, up to a failure or a crash.
 #include <cmath>
 #include <random>
 #include <set>
@@ -38,12 +38,12 @@ constexpr std::array kKeys{Qt::Key_Tab,    Qt::Key_Backtab, Qt::Key_Left,     Qt
 
 const std::set<QString> kBoxes{"At least one item must be selected for logging", "Option value must be in range 1-5"};
 
-/// A user without a plan: windows, keys, mouse, files and boxes at random on the simulated board. A seed gives the same
-/// user each time.
+/// A user who acts at random: windows, keys, mouse, files and boxes on the simulated board. The same seed gives the
+/// same user.
 class RandomUser {
  public:
   explicit RandomUser(unsigned seed) : random_(seed) {
-    // A walk runs no event loop. Some of Qt's menus do; this timer fires there alone.
+    // A walk runs no event loop, but some of Qt's menus do; this timer fires only there.
     QObject::connect(&innerLoop_, &QTimer::timeout, [] {
       if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
     });
@@ -57,9 +57,9 @@ class RandomUser {
     return *std::next(std::begin(list), Below(static_cast<int>(std::size(list))));
   }
 
-  /// One action. Whoever leaves the program starts it anew, with the settings that it kept.
+  /// One action. A user who exits the program starts it again, with the settings that it stored.
   void Act() {                                   // NOLINT(readability-function-size): a branch a kind
-    enum class On { Program, Window, Control };  // what there must be to act on
+    enum class On { Program, Window, Control };  // what the action needs to act on
     struct Kind {
       int weight;
       const char* name;
@@ -129,7 +129,7 @@ class RandomUser {
   shell::frmMain& Main() { return TheDesk().Main(); }
 
   std::unique_ptr<SimulatedDesk> sim;
-  bool switched = false;  ///< another device has been picked since this was last put back
+  bool switched = false;  ///< another device has been selected since this was last reset
   int restarts = -1, boxes = 0, files = 0;
 
  private:
@@ -148,7 +148,7 @@ class RandomUser {
     desk.process.folder = folder_.path();
     desk.Start();
     desk.prompts.whileShown = [this] { Answer(); };
-    // Windows that paint let timers through.
+    // Painting windows lets timers fire.
     desk.events.onPaint = [this] { TheDesk().clock.Advance(Below(120)); };
     QApplication::setActiveWindow(&Main());
     left_ = switched = false;
@@ -158,7 +158,7 @@ class RandomUser {
   void Answer() {
     using platform::BoxAnswer;
     if (TheDesk().prompts.choicesShown.size() > choices_) {
-      // Whether to leave, whether to read a window again.
+      // Whether to exit, whether to read a window again.
       ++choices_;
       const QStringList choices = TheDesk().prompts.choicesShown.back().choices;
       TheDesk().clock.Advance(Below(2000));
@@ -174,7 +174,7 @@ class RandomUser {
     TheDesk().prompts.script = {!yesNo ? BoxAnswer::Ok : Below(2) == 0 ? BoxAnswer::Yes : BoxAnswer::No};
   }
 
-  /// Mostly in the window that is in front; of its controls rather those that hold something.
+  /// Mostly in the front window, and preferably on controls with contents.
   void Choose() {
     window_ = nullptr;
     control_ = nullptr;
@@ -212,7 +212,7 @@ class RandomUser {
     static constexpr std::array kModifiers{Qt::NoModifier,    Qt::NoModifier,  Qt::NoModifier,
                                            Qt::ShiftModifier, Qt::AltModifier, Qt::ControlModifier};
     const Qt::KeyboardModifier modifier = OneOf(kModifiers);
-    if ((key == Qt::Key_Q || key == Qt::Key_F4) && modifier != Qt::NoModifier) return;  // exits have their own action
+    if ((key == Qt::Key_Q || key == Qt::Key_F4) && modifier != Qt::NoModifier) return;  // exiting is a separate action
     Tell("  " + QKeySequence(key | modifier).toString().toStdString() + " in " + Told(*control_));
     for (int i = Below(8) == 0 ? 5 : 1; i > 0 && control_; --i) QTest::keyPress(control_, key, modifier);
     if (control_) QTest::keyRelease(control_, key, modifier);
@@ -227,7 +227,7 @@ class RandomUser {
       QApplication::sendEvent(control_, &event);
       return;
     }
-    // Where Qt would drag text or windows in a loop of its own, nothing of ours is driven.
+    // Skips places where Qt would drag text or windows in its own loop, because our code would not run.
     if (control_->inherits("QLineEdit") || control_->inherits("QComboBox")) return;
     const auto button = Below(6) == 0 ? Qt::RightButton : Qt::LeftButton;
     const auto send = [&](QEvent::Type type, Qt::MouseButtons held) {
@@ -242,7 +242,7 @@ class RandomUser {
       send(QEvent::MouseMove, button);
       TheDesk().clock.Advance(Below(80));
       if (Below(40) == 0 && control_) QTest::keyClick(control_, Qt::Key_Escape);
-      // A window closed by key under the mouse takes its control away at the next turn of the loop.
+      // A window closed by a key under the mouse deletes its control when the event loop next runs.
       if (Below(40) == 0) Desk::Settle();
     }
     send(QEvent::MouseButtonRelease, Qt::NoButton);
@@ -255,7 +255,7 @@ class RandomUser {
     QApplication::sendEvent(control_, &event);
     const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     if (menu != nullptr && Below(4) > 0) Trigger(menu->findChildren<QAction*>());
-    QCoreApplication::sendPostedEvents();  // an entry's handler comes behind its menu
+    QCoreApplication::sendPostedEvents();  // an entry's handler runs after its menu
   }
 
   void Arrange() {
@@ -273,7 +273,7 @@ class RandomUser {
     byMenu ? Main().findChild<QAction*>("mnuExit")->trigger() : static_cast<void>(Main().close());
     EXPECT_EQ(TheDesk().process.ends, std::vector<int>(byMenu ? 1 : 0));
     left_ = byMenu || !Main().isVisible();
-    // Who stays has been asked.
+    // If the program is still running, it has asked.
     EXPECT_TRUE(left_ || !TheDesk().prompts.choicesShown.empty());
     EXPECT_TRUE(byMenu || !left_ || TheDesk().settings.values.contains("MainLeft"));
   }
@@ -288,7 +288,7 @@ class RandomUser {
 
 constexpr int kActions = 10'000;
 
-/// Qt tells of misuse by warnings; what the offscreen platform cannot do is none.
+/// Qt reports misuse by warnings; those about limits of the offscreen platform do not count.
 void FailOnWarning(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& text) {
   if (!text.startsWith("This plugin does not support")) ADD_FAILURE() << text.toStdString();
 }
@@ -349,10 +349,10 @@ class RandomWalk : public ::testing::TestWithParam<unsigned> {
  private:
   shell::frmMain& Main() { return user_.Main(); }
 
-  /// The chip has been changed where the program reads nothing anew: by another device or a reset. Until the model has
-  /// caught up, it is not held against the chip.
+  /// The chip has changed without the program reading it again: by another device or a reset. Until the model has
+  /// caught up, it is not compared with the chip.
   bool behind_ = false;
-  std::int64_t resets_ = 0;  ///< writes to 0x00, which holds the reset
+  std::int64_t resets_ = 0;  ///< writes to 0x00, which has the reset bit
 };
 
 TEST_P(RandomWalk, FindsNoWayToBreakTheProgram) {

@@ -17,7 +17,7 @@ namespace {
 
 using namespace zth::chip;
 
-// What the program's text names is looked up while it is compiled; a wrong name must stop the compiler.
+// Register names in the program are looked up at compile time; a wrong name must not compile.
 struct Edo {
   static constexpr std::string_view reg = "EDO Mask 1", bits = "Temp";
 };
@@ -62,7 +62,7 @@ TEST(Conversions, PercentsAndVoltagesRoundHalfToEven) {
                                                        {96, 4, 2.0F},
                                                        {2, 12, 0.12F},
                                                        {6, 12, 0.38F},  // 0.125, 0.375
-                                                       // Halves that the quotient's single precision decides.
+                                                       // Halves that depend on the single precision of the quotient.
                                                        {16, 3.3, 0.28F},
                                                        {144, 3.3, 2.47F},
                                                        {136, 1.8, 1.27F},
@@ -74,7 +74,7 @@ TEST(Conversions, PercentsAndVoltagesRoundHalfToEven) {
   for (const auto& [raw, nominal, volts] : rows) EXPECT_FLOAT_EQ(VoltageFromRaw(raw, nominal), volts);
 }
 
-/// A chip on the fake board whose four pin registers are at hand.
+/// A chip on the fake board with access to its four pin registers.
 class Pins : public ::testing::Test {
  protected:
   Pins() { desk.Start(); }
@@ -84,7 +84,7 @@ class Pins : public ::testing::Test {
     ReadPinConfiguration();
   }
 
-  /// The indices of what holds.
+  /// The indices of the true elements.
   template <typename List, typename Holds>
   static std::set<int> Indices(const List& list, Holds holds) {
     std::set<int> indices;
@@ -101,8 +101,8 @@ class Pins : public ::testing::Test {
   Desk desk;
 };
 
-// The pins once more, from the data sheet: each flag's register, its field's lowest bit, and its state for each value
-// of the field.
+// The pins again, from the data sheet: each flag's register, its field's lowest bit, and its state for each value of
+// the field.
 struct PinField {
   std::size_t config;  // 0 is register 0x10
   int low;
@@ -122,7 +122,7 @@ const std::map<std::string, PinField> kPins{
 };
 #undef PIN
 
-// When each voltage is there, by channel, and when each row of the log, those of the voltages left out.
+// The condition for each voltage, by channel, and for each row of the log except those of the voltages.
 constexpr std::array kVoltages{"Pin7=0",       "Pin8=0",  "Pin13=0", "D1=0 Pin15=0", "D1=0 Pin15=1", "D3=0 Pin20=0",
                                "D3=0 Pin20=1", "Pin21=0", "Pin22=0", "Pin23=2",      "Pin23=3",      "Pin23=1",
                                "Pin23=0",      "Pin24=2", "Pin24=3", "Pin24=1",      "Pin24=0",      "Pin25=1",
@@ -143,7 +143,7 @@ TEST_F(Pins, FollowEachValueOfTheirRegisters) {
     }
     return true;
   };
-  for (unsigned each = 0; each < 4 * 4 * 256; ++each) {  // over four grounds
+  for (unsigned each = 0; each < 4 * 4 * 256; ++each) {  // over four backgrounds
     for (std::size_t i = 0; i < 4; ++i) configs[i] = std::array<std::uint8_t, 4>{0x00, 0xFF, 0x5A, 0xA5}[each >> 10];
     configs[each >> 8 & 3] = static_cast<std::uint8_t>(each);
     Configure(configs);
@@ -169,7 +169,7 @@ TEST_F(Pins, TheSwitchesFollowThePins) {
   EXPECT_EQ(PackSwitchByte(0), 0x00);
 }
 
-/// What a group reads and where it puts it.
+/// What a group reads and where it stores it.
 class Groups : public Pins {};
 
 TEST_F(Groups, EachReadsItsOwnBlocksInOrder) {
@@ -181,7 +181,7 @@ TEST_F(Groups, EachReadsItsOwnBlocksInOrder) {
   }
 }
 
-/// Every measurement register holds a value of its own, so that a byte taken from the wrong place shows.
+/// Every measurement register holds a different value, so that a byte from the wrong register is noticed.
 TEST_F(Groups, ValuesComeFromTheirRegistersAndReachTheLogTable) {
   auto& chip = desk.board.Chip();
   const auto held = [](std::size_t reg) { return static_cast<std::uint8_t>(43 * reg); };
@@ -238,7 +238,7 @@ TEST(TemperatureLimits, HoldWholeDegreesAbove64BelowZero) {
 TEST(VoltageLimits, ShowTwoDecimalsOfTheNominalVoltageAt192) {
   for (const auto& [nominal, raw, volts] : std::initializer_list<std::tuple<float, int, double>>{
            {12, 0, 0},         {12, 1, 0.06},    {12, 192, 12},     {12, 254, 15.88},
-           {12, 255, 15.94},   {12, 2, 0.12},    {12, 6, 0.38},  // 0.125 and 0.375: to the even digit
+           {12, 255, 15.94},   {12, 2, 0.12},    {12, 6, 0.38},  // 0.125 and 0.375 round to the even digit
            {3.3F, 255, 4.38},  {3.3F, 192, 3.3}, {4, 192, 4},       {4, 255, 5.31},
            {2.13F, 192, 2.13}, {0.9F, 1, 0},     {0.9F, 255, 1.2},  {1.25F, 254, 1.65},
            {5, 24, 0.62},      {1.5F, 16, 0.12}, {1.2F, 255, 1.59}, {1.8F, 255, 2.39},
@@ -248,14 +248,14 @@ TEST(VoltageLimits, ShowTwoDecimalsOfTheNominalVoltageAt192) {
 }
 
 TEST(VoltageLimits, TakeTheNearestCodeOfAVoltage) {
-  // Half a code goes to the even one.
+  // Half a code rounds to the even one.
   for (const auto& [volts, raw] : {std::pair{15.94, 255}, {0.03125, 0}, {0.09375, 2}, {99.0, 255}, {-1.0, 0}}) {
     EXPECT_EQ(VoltsToVoltageRaw(volts, 12), raw) << volts;
   }
   for (const float nominal : {12.0F, 5.0F, 4.0F, 3.3F, 2.5F, 2.13F, 1.8F, 1.5F, 1.25F, 1.2F, 0.9F}) {
     for (int raw = 0; raw <= 255; ++raw) {
       const int back = VoltsToVoltageRaw(VoltageRawToVolts(static_cast<std::uint8_t>(raw), nominal), nominal);
-      // Two decimals hold each code of a channel whose codes lie more than a hundredth of a volt apart.
+      // Two decimals identify each code of a channel whose codes are more than a hundredth of a volt apart.
       EXPECT_LE(std::abs(back - raw), nominal > 1.92F ? 0 : 1) << nominal << " V, raw " << raw;
     }
   }
@@ -272,7 +272,7 @@ TEST(FanLimits, TakeTheSpeedThroughTheSameExpression) {
   for (const auto& [rpm, raw] : {std::pair{0, 255}, {1, 255}, {50, 255}, {82, 254}, {1000, 21}, {12000, 2}}) {
     EXPECT_EQ(RpmToTachLimit(rpm, kClock), raw) << rpm;
   }
-  // A limit that is shown and written back moves by one at most: up where fans are fast, down where they are slow.
+  // A limit that is shown and written back moves by one at most: up for fast fans, down for slow ones.
   for (int raw = 3; raw <= 208; ++raw) {
     const auto rpm = static_cast<double>(TachLimitToRpm(static_cast<std::uint8_t>(raw), kClock));
     const int moved = RpmToTachLimit(rpm, kClock) - raw;
@@ -284,7 +284,7 @@ TEST(ThermTimerLimits, HoldPercentsIn255ths) {
   for (const auto& [raw, percent] : {std::pair{0, 0}, {1, 0}, {2, 1}, {128, 50}, {192, 75}, {254, 100}, {255, 100}}) {
     EXPECT_EQ(ThermLimitToPercent(static_cast<std::uint8_t>(raw)), percent) << raw;
   }
-  // 25.5 goes to the even code, 50 percent are just below 127.5.
+  // 25.5 rounds to the even code; 50 percent is just below 127.5.
   for (const auto& [percent, raw] : {std::pair{100, 255}, {10, 26}, {50, 127}, {101, 255}}) {
     EXPECT_EQ(PercentToThermLimit(percent), raw) << percent;
   }

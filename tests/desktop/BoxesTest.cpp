@@ -14,12 +14,12 @@ namespace {
 using platform::BoxAnswer;
 using platform::BoxButtons;
 
-/// Another way than a button's to have done with a box.
+/// A way other than a button to dismiss a box.
 enum class Leave { Escape, ByCloseButton, WithItsWindow, WithTheProgram };
 
 using Act = std::function<void(QWidget& box)>;
 
-/// What the box gives when it is answered like this.
+/// The result of the box when it is answered like this.
 template <typename Ask>
 auto Answered(const Ask& ask, const Act& act) {
   const ModalHand hand(act);
@@ -76,7 +76,7 @@ TEST(Boxes, EachIsAnsweredByEachButtonAndByNone) {
   }
 }
 
-/// A window's own box: what brings it, and what is left behind it.
+/// A window's own box: what brings it up, and what remains afterwards.
 struct OwnBox {
   const char* window;
   void (*bring)(windows::ChildWindow& window);
@@ -177,7 +177,7 @@ TEST(Boxes, OverADialogKeepItsWindowUntilItsHandlerIsThrough) {
       return;
     }
     RealDesktop::CloseFrame(*window);
-    // The box lets its event loop run on.
+    // The box lets its event loop keep running.
     QTimer::singleShot(20, &modal, [&modal] { QTest::keyClick(&modal, Qt::Key_Escape); });
   });
   real.Do([&] { QTest::mouseClick(&Desk::Get<QPushButton>(*window, "cmdLogData"), Qt::LeftButton); });

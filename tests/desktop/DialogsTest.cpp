@@ -16,14 +16,14 @@
 namespace zth::testing {
 namespace {
 
-/// What happens while a file dialog stands.
+/// What happens while a file dialog is open.
 enum class While { Accepted, Cancelled, Escape, WindowCloses, ProgramCloses, OverwriteBoxAndWindowCloses };
 
-/// A file dialog of the program: its window and how a user comes to it.
+/// A file dialog of the program: its window and how a user opens it.
 struct Asker {
   std::string window;
   std::string control;  ///< a button, or an entry of the menu of a chart as "stpGraph(3)/mnuSavePng"
-  const char* file;     ///< the name to choose
+  const char* file;     ///< the file name to choose
 };
 
 std::ostream& operator<<(std::ostream& out, const Asker& asker) {
@@ -42,7 +42,7 @@ std::vector<Asker> EveryAsker() {
   return all;
 }
 
-/// Picks an entry of the open menu as the keyboard does.
+/// Selects an entry of the open menu by keyboard.
 void PickByKey(QMenu& menu, const QString& name) {
   QAction* action = menu.findChild<QAction*>(name);
   ASSERT_NE(action, nullptr) << name.toStdString();
@@ -93,7 +93,7 @@ TEST_P(FileDialogs, AreAnsweredCancelledAndLoseTheirWindow) {
     });
     real.Do([&] { Bring(*window, asker); });
     EXPECT_EQ(dialogs, 1);
-    // A log goes on with a file that exists, and a recall opens one, without a box to close the window beneath.
+    // A log extends an existing file, and a recall opens one, so there is no box during which to close the window.
     const bool accepted = what == Accepted || (what == OverwriteBoxAndWindowCloses && hand.Seen() == 1);
     if (!exists) {
       EXPECT_EQ(QFile::exists(real.Path(asker.file)), accepted);
@@ -127,7 +127,7 @@ TEST(Charts, GoBeneathTheirMenuAndTheirDialogAndTellOfAFullDisk) {
     EXPECT_EQ(chart, nullptr);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
   }
-  // Only the seam for files writes: what it refuses is not in the folder, and not reported as saved.
+  // Only the seam for files writes: a file that it rejects is not in the folder, and not reported as saved.
   RealDesktop real;
   FailingFiles files;
   files.space = 1;

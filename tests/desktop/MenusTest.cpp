@@ -17,7 +17,7 @@
 namespace zth::testing {
 namespace {
 
-/// The entries of a menu that can be picked, with those of its submenus, each as the way to it.
+/// The enabled entries of a menu and its submenus, each as the path to it.
 std::vector<std::vector<QAction*>> Entries(const QMenu& menu) {
   std::vector<std::vector<QAction*>> entries;
   for (QAction* action : menu.actions()) {
@@ -34,7 +34,7 @@ std::vector<std::vector<QAction*>> Entries(const QMenu& menu) {
   return entries;
 }
 
-/// Goes to the n-th entry by keys and takes it; its name, or nothing when the menu has not so many.
+/// Goes to the n-th entry by keys and selects it. Returns its name, or nothing if the menu has fewer entries.
 std::string TakeEntry(QMenu& menu, std::size_t n) {
   const auto entries = Entries(menu);
   if (n >= entries.size()) return menu.close(), std::string();
@@ -60,7 +60,7 @@ QMenu* OpenContextMenu(QWidget& control) {
 
 class Menus : public ::testing::TestWithParam<std::string> {};
 
-/// Takes each entry of a control's context menu, if it has one.
+/// Selects each entry of a control's context menu, if it has one.
 void TakeEach(RealDesktop& real, const QPointer<QWidget>& control, const std::string& page) {
   for (std::size_t n = 0; control != nullptr; ++n) {
     std::string name;
@@ -122,7 +122,7 @@ TEST(Menus, EveryEntryOfTheMenuBarWorks) {
         top->menu()->popup({});
         name = TakeEntry(*top->menu(), n);
       });
-      if (name.empty() || name == "E&xit") break;  // the last of its menu
+      if (name.empty() || name == "E&xit") break;  // the last entry of its menu
       EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << name;
       if (real.desk.process.ends.empty()) real.ExpectAlive();
     }

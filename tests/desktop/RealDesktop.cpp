@@ -21,7 +21,7 @@ void RealDesktop::Start() {
 
 void RealDesktop::Do(const std::function<void()>& act) {
   constexpr int kTurnsBehind = 3;
-  QObject here;  // what has not come by the end does not come at all
+  QObject here;  // anything that has not happened by then never will
   std::function<void(int)> leave = [&](int turns) {
     QTimer::singleShot(1, &here, [&leave, turns] { turns > 0 ? leave(turns - 1) : QCoreApplication::exit(); });
   };

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Shows that check_docs.py can fail: each row plants one fault in a copy of the documents, and it is named.
+"""Shows that check_docs.py can fail: each row plants one fault in a copy of the documents, which it must report.
 
 usage: check_can_fail.py ROOT
 """

@@ -1,5 +1,4 @@
-// Whatever a file holds, the reader of saved configurations gives the registers that a plain reading of it gives, and
-// nothing else.
+// Whatever a file contains, the reader of saved configurations gives the same registers as a simple reference reader.
 
 #include <algorithm>
 #include <cstdlib>
@@ -15,7 +14,7 @@ namespace {
 using Lines = std::vector<std::pair<int, int>>;
 using zth::windows::SavedReader;
 
-/// The plain reading: a stream that throws where it ends.
+/// The reference reader: a stream that throws at its end.
 class PlainReading {
  public:
   explicit PlainReading(const std::string& text) : in_(text), end_(text.find('\n') == std::string::npos ? '\r' : '\n') {

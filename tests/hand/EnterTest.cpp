@@ -1,5 +1,5 @@
-// Enter presses the default button of a window whose values wait for it, and nothing in one that writes at once: on
-// every desktop, also on those that let it press the check box or open the list that has the focus.
+// Enter presses the default button of a window whose values wait for it, and nothing in a window that writes at once:
+// on every desktop, even on those where Enter presses the check box or opens the list that has the focus.
 #include <QCheckBox>
 #include <QPushButton>
 
@@ -9,7 +9,7 @@
 namespace zth::testing {
 namespace {
 
-/// The button that stands for Enter; none where Enter does nothing but select the text of a box.
+/// The button that Enter presses; none if Enter only selects the text of a box.
 const std::map<std::string, const char*> kDefaults{
     {"frmAbout", "cmdOK"},     {"frmEDO", "cmdOK"},   {"frmEasySetup", "cmdApply"}, {"frmFanConfig", "cmdOK"},
     {"frmGenConfig", "cmdOK"}, {"frmTherm", "cmdOK"}, {"frmVoltConfig", "cmdOK"},   {"frmSwitches", "cmbApply"}};
@@ -17,7 +17,7 @@ const std::map<std::string, const char*> kDefaults{
 /// Windows in whose boxes Enter selects.
 const std::set<std::string> kSelecting{"frmAutoGraph", "frmDynamicTmin", "frmLogging"};
 
-/// These have a meaning of their own for Enter.
+/// In these controls Enter has its own meaning.
 bool TakesEnter(const QWidget& control) {
   return qobject_cast<const QPushButton*>(&control) != nullptr || control.inherits("zth::windows::BitLabel") ||
          control.inherits("zth::shell::WebLink") || control.inherits("zth::widgets::Strip");
@@ -25,7 +25,7 @@ bool TakesEnter(const QWidget& control) {
 
 class Enter : public Hand {
  protected:
-  /// What a key, or else the button, does: what is sent, and whether the window stays.
+  /// The effect of a key or of the button: what is sent, and whether the window stays open.
   using Effect = std::pair<Traffic, bool>;
   Effect Took() {
     Traffic sent = desk.board.TakeTraffic();

@@ -1,4 +1,4 @@
-// The keys that close a window, in all of them alike.
+// The keys that close a window, in every window.
 #include <QAbstractItemView>
 #include <QMdiSubWindow>
 
@@ -19,7 +19,7 @@ TEST_P(Escape, AndItsLikesCloseTheWindowFromEveryKindOfControl) {
     };
     WithEachKindOfControl(
         GetParam(), [&](windows::ChildWindow&, QWidget& control, const std::string& where) { press(control, where); });
-    // A click on the ground between the controls leaves the focus to the frame.
+    // A click between the controls leaves the focus to the frame.
     auto* frame = Open(GetParam()).parentWidget();
     frame->setFocus();
     press(*frame, GetParam() + ", its frame");

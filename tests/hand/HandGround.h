@@ -18,7 +18,7 @@
 
 namespace zth::testing {
 
-/// Every window, one a case, in use on a chip that keeps few controls disabled.
+/// Every window, one per test case, on a chip that leaves few controls disabled.
 class Hand : public ::testing::TestWithParam<std::string> {
  protected:
   Hand() {
@@ -31,7 +31,7 @@ class Hand : public ::testing::TestWithParam<std::string> {
     QApplication::setActiveWindow(&desk.Main());
   }
 
-  /// The window, opened if need be, with nothing sent so far.
+  /// The window, opened if necessary, with the traffic cleared.
   windows::ChildWindow& Open(const std::string& name) {
     windows::ChildWindow& window = desk.Open(name.c_str());
     Desk::Settle();
@@ -42,8 +42,8 @@ class Hand : public ::testing::TestWithParam<std::string> {
     Desk::Settle();
     return desk.Main().FindWindow(name.c_str()) != nullptr;
   }
-  /// What one of each kind of control of a page does with a key: `use` is called with the page shown, the control in
-  /// focus and its name, on a window opened anew where the last one was closed.
+  /// For one control of each kind on a page: calls `use` with the page shown, the control in focus and its name. If the
+  /// last call closed the window, it is opened again.
   template <typename Use>
   void WithEachKindOfControl(const std::string& name, const Use& use) {
     for (int page = 0; page < Pages(Open(name)); ++page) {
@@ -69,7 +69,7 @@ class Hand : public ::testing::TestWithParam<std::string> {
   Desk desk;
 };
 
-/// All that the controls of a window hold.
+/// The contents of all controls of a window.
 inline std::string Holding(const QWidget& root) {
   QStringList held;
   for (const QWidget* control : root.findChildren<QWidget*>()) {

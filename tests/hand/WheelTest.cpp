@@ -1,5 +1,5 @@
-// A wheel over a control scrolls what is behind it. It changes nothing by passing, and a list whose selection goes to
-// the chip at once not even with the focus.
+// The wheel over a control scrolls what is behind it and changes nothing. A list that writes its selection at once
+// ignores the wheel even with the focus.
 #include <QAbstractScrollArea>
 #include <QLayout>
 #include <QMdiArea>
@@ -14,7 +14,7 @@
 namespace zth::testing {
 namespace {
 
-/// Windows whose lists hold what nothing outside of the window knows of before a button is pressed.
+/// Windows whose lists have no effect outside the window until a button is pressed.
 const std::set<std::string> kPatient{"frmEDO",       "frmFanConfig", "frmGenConfig", "frmGraph",
                                      "frmPinConfig", "frmTherm",     "frmVoltConfig"};
 
@@ -27,7 +27,7 @@ class Wheel : public Hand {
     away_->show();
   }
 
-  /// One notch as the window system sends it: Qt gives the focus and goes on to the parents as it does for a user.
+  /// One notch as the window system sends it: Qt sets the focus and passes it on to the parents as it does for a user.
   static void Notch(QWidget& control, const QPoint& by) {
     const QPointF at = control.rect().center();
     QWheelEvent event(at, control.mapToGlobal(at), {}, by, Qt::NoButton, {}, Qt::NoScrollPhase, false);
@@ -35,7 +35,7 @@ class Wheel : public Hand {
     qApp->notify(&control, &event);
   }
 
-  /// What a notch may do that it must not, over each control of what shows of `root`.
+  /// The forbidden effects of a notch over each visible control below `root`.
   std::vector<std::string> Complaints(QWidget& root) {
     std::vector<std::string> complaints;
     for (QWidget* control : Shown(root)) {
@@ -75,7 +75,7 @@ class Wheel : public Hand {
     return faults;
   }
 
-  /// Scrolls or zooms by itself where the pointer is.
+  /// Scrolls or zooms under the pointer without the focus.
   static bool Scrolls(QWidget& control) {
     for (QWidget* at = &control; at != nullptr; at = at->parentWidget()) {
       if (qobject_cast<QMdiArea*>(at) != nullptr) return false;

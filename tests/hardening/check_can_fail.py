@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Builds a small executable and a library, with each piece of the hardening left out in turn, and sees that
-check_hardening.py names just that piece.
+"""Builds a small executable and a library with each piece of the hardening left out in turn, and checks that
+check_hardening.py reports just that piece.
 
 usage: check_can_fail.py COMPILER FLAGS LINKER_FLAGS
 """

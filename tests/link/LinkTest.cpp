@@ -11,7 +11,7 @@ namespace {
 
 using namespace zth::link;
 
-/// The link alone: libraries loaded, one link chosen, no start of the program.
+/// The link alone: libraries loaded, one link selected, the program not started.
 class Link : public ::testing::Test {
  protected:
   Link() {
@@ -24,7 +24,7 @@ class Link : public ::testing::Test {
 
   static void OnUsb() { Bus.InterfaceMode = kModeUsb, Bus.DeviceAddress = 0x58; }
   static void OnSmbus() { Bus.InterfaceMode = kModeSmbus, Bus.DeviceAddress = 0x2C; }
-  /// Runs `check` on the one link and then on the other.
+  /// Runs `check` on one link and then on the other.
   template <typename Check>
   void OnEach(Check check) {
     for (const bool usb : {true, false}) usb ? OnUsb() : OnSmbus(), check();
@@ -165,7 +165,7 @@ TEST_F(Link, EveryCodeHasItsBoxAndHigherOnesEndSilently) {
     EXPECT_EQ(fresh.process.ends, std::vector{1});
     EXPECT_EQ(closings, 1);
     OnUsb();
-    // A handler that were to run on beneath the end reaches nothing: it ends, too.
+    // A handler that still ran below the end would reach no transport: it ends, too.
     EXPECT_THROW(ReadRegister(0x58, 0x3E), platform::ProcessEnded);
     EXPECT_THROW(WriteRegisterValue(0x58, 0x30, 1), platform::ProcessEnded);
     EXPECT_TRUE(fresh.board.traffic.empty());

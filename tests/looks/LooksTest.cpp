@@ -34,19 +34,19 @@ namespace {
 
 const QSize kSmallScreen(1366, 768);
 
-/// Room for such a screen also at two pixels to the logical one; boxes and menus are bounded by the screen.
+/// Large enough for such a screen at two device pixels per logical pixel; the screen limits boxes and menus.
 [[maybe_unused]] const bool kScreen = qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" ZTH_SCREEN);
 
 constexpr double kSlack = 1.5;     ///< pixels: rounding of a text's measures
-constexpr double kSmallest = 0.6;  ///< of the application's font: the least that a text may be
+constexpr double kSmallest = 0.6;  ///< of the application's font: the smallest allowed text
 
-/// The scroll area whose contents stand on this widget.
+/// The scroll area whose contents are in this widget.
 const QAbstractScrollArea* ScrollsOn(const QWidget& widget) {
   const auto* area = qobject_cast<const QAbstractScrollArea*>(widget.parentWidget());
   return area != nullptr && area->viewport() == &widget ? area : nullptr;
 }
 
-/// Everything of the window's frame can be scrolled to, and what takes the focus comes in sight by itself.
+/// The user can scroll to every part of the window's frame, and a control that gets the focus scrolls into view.
 void ExpectReach(windows::ChildWindow& window, const QMdiArea& area, const std::string& where) {
   const QRect frame = window.parentWidget()->geometry();
   const QRect room = area.viewport()->rect();
@@ -66,17 +66,17 @@ void ExpectReach(windows::ChildWindow& window, const QMdiArea& area, const std::
   }
 }
 
-/// Looks at a widget and everything in it as a user does: each visible widget is drawn, and the texts that it draws are
-/// caught. It finds texts that are cut, elided, too small beside the application's font or drawn over one another,
-/// widgets that cover a neighbour, stick out of their parent or are smaller than they can be, and lists whose widest
-/// item is wider than they are. What scrolls may hold more than it shows.
+/// Checks what a user sees of a widget and everything in it: draws each visible widget and captures its texts. Finds
+/// texts that are cut, elided, much smaller than the application's font or drawn over one another; widgets that cover a
+/// neighbour, stick out of their parent or are below their minimum size; and lists that are narrower than their widest
+/// item. Contents that scroll may be larger than their area.
 class Looks : public ::testing::TestWithParam<std::string> {
  public:
   ~Looks() override {
     QApplication::setFont(font_);
     QApplication::setPalette(palette_);
     EXPECT_GT(texts_, 0);
-    // Each fault is told once, at the first place that showed it.
+    // Reports each fault once, at the first place that showed it.
     for (const auto& [fault, where] : faults_) ADD_FAILURE() << fault << " [" << where << "]";
   }
 
@@ -126,15 +126,15 @@ class Looks : public ::testing::TestWithParam<std::string> {
     window.parentWidget()->showNormal();
     window.parentWidget()->resize(window.parentWidget()->minimumSizeHint());
     ForEachPage(window, [&](const std::string& page) { Look(desk.Main(), page + how + ", smallest"); });
-    // Again with another chip in use, of which the window then says that it is not; that takes no room from what it
-    // has.
+    // Again with another chip selected: the window then says that it was not read from it, which takes no space from
+    // the rest.
     const auto& devices = Desk::Get<QComboBox>(desk.Main(), "cmbDevices");
     Do(desk.Main(), QString("cmbDevices=%1").arg(devices.count() - 1));
     Desk::Settle();
     QApplication::processEvents();
     ForEachPage(window, [&](const std::string& page) { Look(desk.Main(), page + how + ", of another chip"); });
     if (dynamic_cast<windows::ConfigWindow*>(&window) == nullptr) return;
-    // Again with every control marked as changed, in heavier type.
+    // Again with every control marked as changed, in bold type.
     ChangeEach(window);
     ForEachPage(window, look);
   }
@@ -171,7 +171,7 @@ class Looks : public ::testing::TestWithParam<std::string> {
       if (!room.contains(text.place)) Tell(widget, "cuts " + quoted);
       if (QFontInfo(text.font).pixelSize() < smallest) Tell(widget, "draws a tiny " + quoted);
       for (std::size_t j = 0; j < i; ++j) {
-        // A text drawn twice in one place has a shadow.
+        // A text drawn twice in one place is a text with a shadow.
         if (catcher.texts[j].text == text.text) continue;
         const QRectF inner = catcher.texts[j].place.adjusted(kSlack, kSlack, -kSlack, -kSlack);
         if (inner.intersects(text.place)) Tell(widget, quoted + " over \"" + catcher.texts[j].text.toStdString() + '"');
@@ -198,7 +198,7 @@ class Looks : public ::testing::TestWithParam<std::string> {
     if (widget.width() < least.width() || widget.height() < least.height()) Tell(widget, "is smaller than it can be");
     const bool forMore = qobject_cast<const QTabBar*>(parent) != nullptr || widget.objectName().endsWith("_ext_button");
     if (forMore && qobject_cast<const QToolButton*>(&widget) != nullptr) Tell(widget, "shows: not all finds room");
-    if (qobject_cast<const QTabWidget*>(parent) != nullptr) return;  // its bar stands on its pages' frame
+    if (qobject_cast<const QTabWidget*>(parent) != nullptr) return;  // its bar overlaps the frame of its pages
     for (const QObject* child : parent->children()) {
       const auto* other = qobject_cast<const QWidget*>(child);
       if (other == nullptr || !other->isVisible() || other->isWindow() || other == &widget) continue;
@@ -279,7 +279,7 @@ TEST_F(Looks, EveryBoxShowsItsWholeText) {  // NOLINT(readability-function-size)
   }
 }
 
-/// The menus of the bar, and the context menus of what stands in some windows, one for each kind of control.
+/// The menus of the menu bar, and the context menus of some windows, one for each kind of control.
 TEST_F(Looks, EveryMenuShowsItsWholeEntries) {  // NOLINT(readability-function-size): sizes, colours, menus
   for (const int percent : {100, 150, 200}) {
     for (const bool dark : {false, true}) {

@@ -42,12 +42,11 @@ TEST(IniSettings, LastOverRunsAndCanBeEditedByHand) {
   EXPECT_EQ(IniSettings(file).Get("Other", ""), "kept, too");
 }
 
-/// Puts something else in the place of a settings file; the file and its folder are the test's.
+/// Puts something else in place of a settings file. The file and its folder belong to the test.
 using Spoil = void (*)(const QString& file);
 
 TEST(IniSettings, LeaveAloneWhatIsNoFileOfTheirs) {
-  // Not as root, whom no permission keeps out. The store asks for the effective user, a look at a file for the real
-  // one.
+  // Not as root, because permissions do not stop root. The store checks the effective user, a file check the real one.
   const bool root = geteuid() == 0;
   const std::pair<const char*, Spoil> rows[]{
       {"a pipe", [](const QString& file) { ASSERT_EQ(mkfifo(QFile::encodeName(file).constData(), 0666), 0); }},
@@ -105,7 +104,7 @@ TEST(FileDialogs, FiltersAreTakenInTheirOwnForm) {
   EXPECT_EQ(FilterExtension("All (*.*)|*.*"), "");
 }
 
-/// Runs `act` on the modal dialog as soon as it stands.
+/// Runs `act` on the modal dialog as soon as it is open.
 template <typename Dialog, typename Act>
 void OnceShown(Act act) {
   QTimer::singleShot(0, qApp, [act] {
@@ -236,7 +235,7 @@ TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
 }
 
 #ifdef __linux__
-// Run again as a copy in a folder whose name no QString holds.
+// Runs again as a copy in a folder whose name a QString cannot hold.
 TEST(ProgramFolder, IsKnownByItsBytesWhateverTheyAre) {
   if (const char* expected = std::getenv("ZTH_TEST_FOLDER")) {
     EXPECT_EQ(ProgramFolderBytes(), QByteArray(expected));

@@ -1,4 +1,5 @@
-// Another chip in the device list, with windows open: what they say, what they send, and how they are read again.
+// Selecting another chip in the device list with windows open: what they show, what they send, and how they are read
+// again.
 #include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
@@ -23,19 +24,19 @@ Traffic AtOther(Traffic traffic) {
   return traffic;
 }
 
-/// A list that is made anew and selects anew reads twice; which one does at its opening alone is not at issue.
+/// A list that is refilled and selects again reads twice; a list that does so only when it opens does not matter here.
 Traffic Once(Traffic traffic) {
   traffic.erase(std::unique(traffic.begin(), traffic.end()), traffic.end());
   return traffic;
 }
 
-/// A chip at 58h, which is in use, and one at 5Ah on USB, and one at 2Ch on SMBus; a window open on the first.
+/// A chip at 58h on USB, which is in use, one at 5Ah on USB, and one at 2Ch on SMBus; a window open on the first.
 class ChipChange : public ::testing::TestWithParam<std::string> {
  protected:
   enum Device { kFirst, kOther, kOnHost };
 
   ChipChange() {
-    // No mask is set, so that opening frmLimits writes none back.
+    // No mask is set, so opening frmLimits writes none back.
     Put(desk.board.AddUsbChip(0x5A), "21=E0 3F=04 30..36=00");
     Put(desk.board.usbChips[0x58], "30..36=00");
     desk.Start();
@@ -60,7 +61,7 @@ class ChipChange : public ::testing::TestWithParam<std::string> {
     QTest::keyClick(&desk.Main(), Qt::Key_F5);
     return Once(desk.board.TakeTraffic());
   }
-  /// What stands behind the caption. The bar says the same.
+  /// The text after the caption. The bar says the same.
   std::string Note() const {
     const std::string note = window->windowTitle().toStdString().substr(title.size());
     EXPECT_EQ(Desk::Get<QWidget>(*window, "fraOrigin").isHidden(), note.empty());
@@ -73,7 +74,7 @@ class ChipChange : public ::testing::TestWithParam<std::string> {
   bool ShowsModelOnly() const {
     return GetParam() == "frmGraph" || GetParam() == "frmLogging" || GetParam() == "frmManualControl";
   }
-  /// What goes before the window's own reads when the program's model is another chip's.
+  /// The transfers before the window's own reads when the program's model belongs to another chip.
   static Traffic Model() { return GetParam() == "frmRegMap" ? Traffic{} : T("R21 R22 R23 R24 R3F B10+4"); }
   std::string NoteFrom(const std::string& chip) const {
     return ReadsChip() ? " (read from " + chip + ")" : ShowsModelOnly() ? " (in part read from " + chip + ")" : "";
@@ -120,7 +121,7 @@ TEST_P(ChipChange, F5ReadsTheWindowAsItsOpeningDoesAndWritesNothing) {
   EXPECT_EQ(PressF5(), expected);
   EXPECT_EQ(desk.board.Chip(), before);
   EXPECT_EQ(Note(), "");
-  // As shows at an opening.
+  // As the windows show when they open.
   const auto held = [&] {
     std::string all;
     for (auto* box : window->findChildren<QAbstractButton*>()) all += box->isChecked() ? '1' : '0';

@@ -8,7 +8,7 @@
 namespace zth::testing {
 namespace {
 
-/// What a new user sees: the guide's first ten minutes, by the keys and with the figures that it tells.
+/// What a new user sees: the guide's first ten minutes, with its keys and its figures.
 TEST(Guide, FirstTenMinutesByKeyboardGiveTheFiguresThatItTells) {
   SimulatedDesk board;
   Desk& desk = board.desk;

@@ -7,7 +7,7 @@
 namespace zth::testing {
 namespace {
 
-/// What opening a window sends, what closes it, and the flag by which the master timer knows of it.
+/// The transfers of opening a window, what closes it, and the flag that tells the master timer that it is open.
 struct Opening {
   QString window;
   const char* load;
@@ -52,7 +52,7 @@ void ExpectOpensAndCloses(const Opening& row, Desk::Buses buses, const char* reg
   EXPECT_EQ(desk.board.Chip(), before);
 }
 
-/// frmLimits writes masks back as it opens and has a test of its own.
+/// frmLimits writes masks back when it opens and has its own test.
 TEST(Opening, EachWindowReadsInItsOrderChangesNothingWhateverTheChipHoldsAndEndsWithItsClosing) {
   EXPECT_EQ(kOpenings.size() + 1, EveryWindow().size());
   for (const Opening& row : kOpenings) {

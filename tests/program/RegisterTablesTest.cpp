@@ -8,8 +8,8 @@
 namespace zth::testing {
 namespace {
 
-/// The program's catalogue says what may be asked of the chip, the simulator's how the chip behaves. They were written
-/// by two hands from the same chip; where they differ one of them is wrong.
+/// The program's catalogue lists what the chip can be asked, the simulator's how the chip behaves. They were written
+/// independently for the same chip; where they differ one of them is wrong.
 TEST(RegisterTables, OfTheProgramAndOfTheSimulatorAgree) {
   std::map<int, const chip::RegisterRow*> rows;
   for (const chip::RegisterRow& row : chip::kRegisterRows) rows.emplace(row.address, &row);

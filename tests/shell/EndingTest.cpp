@@ -21,14 +21,14 @@
 #include "windows/SharedState.h"
 #include "windows/data/LogJob.h"
 
-/// How the program ends: told from outside, by real signals to a real process, and by the user.
+/// How the program ends: by real signals to a real process, and by the user.
 namespace zth::testing {
 namespace {
 
 using platform::BoxIcon;
 
-/// The program with real boxes, dialogs, events and process, the rest as ever. At its end it tells on the standard
-/// error stream what came of it: transfers, windows that are still open, what is in the log, and where the window was.
+/// The program with real boxes, dialogs, events and process, otherwise as usual. At its end it prints the outcome on
+/// standard error: transfers, windows still open, the contents of the log, and the window's position.
 struct RealDesk : Desk {
   RealDesk() {
     self = this;
@@ -46,7 +46,7 @@ struct RealDesk : Desk {
     });
   }
 
-  /// A log whose file opens for writing again only now, with three lines waiting, and a window with a closing step.
+  /// A log with three waiting lines, whose file only now becomes writable again, and a window with a closing step.
   void StartWork() {
     RunMain();
     Main().showNormal();
@@ -127,7 +127,7 @@ TEST_F(Ending, AnEndOfTheSessionStoresFirstAndThenClosesInOrder) {
     RealDesk desk;
     desk.StartWork();
     Soon([quits] {
-      static QObject nobody;  // whom the program does not ask for anything
+      static QObject nobody;  // the program asks this user nothing
       emit qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(nobody));
       quits ? QCoreApplication::quit() : std::exit(8);
     });
@@ -152,7 +152,7 @@ TEST_F(Ending, ASignalDuringTheStartEndsItAndStoresNothing) {
   EXPECT_EXIT(start(), ::testing::ExitedWithCode(0), "transfers, lines 0, stored - - - - \\.\n$");
 }
 
-/// Waits until a process catches SIGTERM, and sends it one then.
+/// Waits until a process catches SIGTERM, then sends it one.
 void EndOnceItListens(pid_t process) {
   constexpr std::uint64_t kTerm = std::uint64_t{1} << (SIGTERM - 1);
   for (std::uint64_t caught = 0; (caught & kTerm) == 0; ::usleep(20'000)) {
@@ -167,7 +167,7 @@ void EndOnceItListens(pid_t process) {
 }
 
 TEST_F(Ending, MessagesThatNobodyReadsEndNothing) {
-  // The program itself: Qt speaks before there is anything of its own, and the simulated board as it is loaded.
+  // The program's own output: Qt prints before the program starts, and the simulated board when it is loaded.
   const auto run = [] {
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0 || ::close(ends[0]) != 0) std::_Exit(9);
@@ -184,13 +184,13 @@ TEST_F(Ending, MessagesThatNobodyReadsEndNothing) {
   EXPECT_EXIT(run(), ::testing::ExitedWithCode(0), "");
 }
 
-/// The program with the user's hand on the main window's X.
+/// The program when the user clicks the main window's X.
 struct Leaving : ::testing::Test {
   Leaving() {
     desk.Start();
     windows::Shared.LogFileName = folder.filePath("log.csv");
   }
-  /// Closes the main window, picking these; what was asked and sent, and whether the window stands.
+  /// Closes the main window with these answers. Returns what was asked and sent, and whether the window is still open.
   std::string Close(std::initializer_list<QString> picks) {
     for (const QString& pick : picks) desk.prompts.picks.push_back(pick);
     desk.prompts.choicesShown.clear();
@@ -232,7 +232,7 @@ TEST_F(Leaving, WithAHeaterOnAsksOnceAndSwitchesOffWhatIsOn) {
   desk.Advance(100);
   EXPECT_FALSE(desk.board.TakeTraffic().empty()) << "the monitor goes on";
   Heat(1, 50);
-  Do(desk.Main(), "cmbDevices=1");  // a chip on SMBus, whose heaters are on USB all the same
+  Do(desk.Main(), "cmbDevices=1");  // a chip on SMBus; the heaters are on USB nevertheless
   desk.board.TakeTraffic();
   EXPECT_EQ(Close({"&Heaters off and exit"}),
             "Heater1 is on at 50 %./Heater2 is on at 30.5 %.//A heater heats on when the program has ended. "
@@ -250,7 +250,7 @@ TEST_F(Leaving, WithALogTellsTheFileAndTheLinesThatWouldBeLost) {
                                     " <E&xit|&Cancel> stays");
   Log(2);
   windows::StopLog({desk.services, desk.Main()});
-  windows::Shared.LogFileName.clear();  // as behind the dialog of the next log, cancelled
+  windows::Shared.LogFileName.clear();  // as after the cancelled dialog of the next log
   EXPECT_EQ(Close({"&Cancel"}),
             "3 lines wait for a file that cannot be written, and will be lost:/" + file + " <E&xit|&Cancel> stays");
   windows::Shared.LogFileName = folder.filePath("other.csv");

@@ -1,4 +1,4 @@
-// The pace of each job of the master timer, as it shows outside over minutes.
+// The pace of each job of the master timer, observed from outside over minutes.
 
 #include <QTemporaryDir>
 
@@ -12,14 +12,14 @@
 namespace zth::testing {
 namespace {
 
-/// What changes with each run of a job: a number on the screen that follows a measurement, or a count of transfers.
+/// What changes with each run of a job: a displayed number that follows a measurement, or a number of transfers.
 using Look = std::function<double(Desk&)>;
 
 struct Pace {
   const char* job;
   const char* window;
-  int milliseconds;      ///< from run to run: the first tick by which more than the period has passed
-  const char* transfer;  ///< begins each run; or
+  int milliseconds;      ///< between runs: the first tick at which more than the period has passed
+  const char* transfer;  ///< starts each run; or
   Look look;
 };
 
@@ -53,7 +53,7 @@ const Pace kPaces[]{
     {"log that is stopped and owes a line", "", 1050, nullptr, [](Desk& desk) { return desk.files.appends * 1.0; }},
 };
 
-/// What is beside an open window before the job runs.
+/// What else must be set up before the job runs.
 void Prepare(Desk& desk, const std::string& job, const QString& path) {
   chip::Model.PollEnabled = job == "measurement";
   if (job == "register map") Do(*desk.Main().FindWindow("frmRegMap"), "chkContRead=1");

@@ -98,7 +98,7 @@ TEST_F(MainWindow, TheDeviceListIsThereAtEveryWidthAndF2LeadsToIt) {
   }
 }
 
-/// A desktop of child windows in a main window of a size.
+/// A desktop of child windows in a main window of a given size.
 struct MdiWindows : MainWindow {
   MdiWindows() {
     desk.Main().showNormal();
@@ -183,7 +183,7 @@ TEST(Placement, ClosingItStoresThePlacementAndExitDoesNot) {
                window.close();
              },
              "1500 750 9600 7200",
-             {}},  // the event loop is left in order
+             {}},  // the event loop exits in an orderly way
         Case{[](shell::frmMain& window) { window.showMinimized(), window.close(); }, "   ", {}},
         Case{[](shell::frmMain& window) { window.findChild<QAction*>("mnuExit")->trigger(); }, "   ", {0}}}) {
     Desk desk;
@@ -229,12 +229,13 @@ TEST(Placement, AMaximisedWindowGoesBackToWhatItWasBefore) {
 
 TEST(Placement, APlacementComesBackOntoAScreen) {
   const QList<QRect> screens{QRect(0, 0, 1366, 768), QRect(1366, 0, 1920, 1080)};
-  for (const auto& [stored, shown] : {std::pair{QRect(67, 67, 433, 433), QRect(67, 67, 433, 433)},
-                                      {QRect(2000, 300, 800, 600), QRect(2000, 300, 800, 600)},
-                                      {QRect(5000, 300, 800, 600), QRect(566, 168, 800, 600)},
-                                      {QRect(-3000, -3000, 5000, 5000), QRect(0, 0, 1366, 768)},
-                                      {QRect(100, -20, 800, 600), QRect(100, 0, 800, 600)},  // no title to hold it by
-                                      {QRect(-100, -4, 800, 600), QRect(-100, -4, 800, 600)}}) {
+  for (const auto& [stored, shown] :
+       {std::pair{QRect(67, 67, 433, 433), QRect(67, 67, 433, 433)},
+        {QRect(2000, 300, 800, 600), QRect(2000, 300, 800, 600)},
+        {QRect(5000, 300, 800, 600), QRect(566, 168, 800, 600)},
+        {QRect(-3000, -3000, 5000, 5000), QRect(0, 0, 1366, 768)},
+        {QRect(100, -20, 800, 600), QRect(100, 0, 800, 600)},  // no title bar to drag it by
+        {QRect(-100, -4, 800, 600), QRect(-100, -4, 800, 600)}}) {
     EXPECT_EQ(shell::OntoScreens(stored, screens), shown) << stored.x();
   }
 }

@@ -16,7 +16,7 @@
 namespace zth::testing {
 namespace {
 
-/// What the start does on the chip in use once it has been found.
+/// What the start does with the chip in use once it has been found.
 constexpr char kTables[] = "R21 R22 R23 R24 R3F P4A=03 P48=F0 B10+4 P4A=3F P48=FF";
 
 Traffic SmbusScan() {
@@ -83,7 +83,7 @@ TEST(Start, FillsTheSharedTables) {
   EXPECT_TRUE(chip::Model.PinFunctions.D1);
 }
 
-/// The splash screen while it stands.
+/// The splash screen while it is shown.
 const shell::frmSplash* Splash() {
   for (const QWidget* window : QApplication::topLevelWidgets()) {
     if (const auto* splash = qobject_cast<const shell::frmSplash*>(window)) return splash;
@@ -91,7 +91,7 @@ const shell::frmSplash* Splash() {
   return nullptr;
 }
 
-/// How far its bar has come, in percent of the way.
+/// The progress of its bar, in percent.
 double Filled(const shell::frmSplash& splash) {
   return 100.0 * Desk::Get<QWidget>(splash, "lblProgress").width() / Desk::Get<QWidget>(splash, "fraProgress").width();
 }
@@ -149,7 +149,7 @@ TEST(Start, AConnectionOnTheTwentiethTryCounts) {
     return std::count(traffic.begin(), traffic.end(), "usb C 30:33");
   };
   desk.board.failMatching = "usb C";
-  // The adapter comes back while the program lets events run, between two tries.
+  // The adapter returns while the program processes events between two tries.
   desk.events.onPump = [&] {
     if (connects() == 19) desk.board.failMatching.clear();
   };

@@ -40,7 +40,7 @@ struct BoardOnBench : Board {
 
 TEST(Board, IsSoundOutOfTheBox) {
   BoardOnBench board;
-  // What the first window does: option 1, tachs 1 to 4, setup complete, Max at 100 %.
+  // What Easy Setup does: option 1, tachs 1 to 4, setup complete, Max at 100 %.
   board.Play("14=01 07=0F 01=21 2C=FF ~10");
   for (int channel = 0; channel < 4; ++channel) EXPECT_NEAR(board.Celsius(channel), 37, 9);
   for (const int reg : {0x90, 0x91, 0x92}) EXPECT_NEAR(board.Peek(reg), 192, 3);
@@ -52,7 +52,7 @@ TEST(Board, IsSoundOutOfTheBox) {
 TEST(Board, TheSwitchesPartWhatHangsOnThem) {
   BoardOnBench board({.diodeAtD2Connector = false});
   board.Play("07=FF 21=90 22=90 ~30 r1:0 r2:0 r5:0 r6:0");  // PWM1 and PWM2 off
-  board.Play("p4A=0C p48=25 ~30");                          // D2 and both PWMs, tach 2 and 4, pins 23, 25 and 26 parted
+  board.Play("p4A=0C p48=25 ~30");  // D2 and both PWMs, tach 2 and 4, pins 23, 25 and 26 disconnected
   board.Play("C0:40 r2:0 r4:0 90:00 92:00 93:00 p4A:0C p49:-1");
   for (const int fan : {1, 6}) EXPECT_GT(board.Rpm(fan), 2500) << "a fan without a control signal runs at full speed";
   EXPECT_GT(board.Rpm(3), 2000);
@@ -66,7 +66,7 @@ TEST(Board, ADiodeAtTheConnectorTakesOverWhenD2IsParted) {
   board.Play("~1 p4A=3C");
   board.SetHeater(2, 100);
   const double before = board.ThePlant().TemperatureC(2);
-  board.Play("~20 C0:40 C0:00");  // the change-over is an open diode for a moment
+  board.Play("~20 C0:40 C0:00");  // during the change-over the diode is open for a moment
   EXPECT_GT(board.Celsius(2), before + 3);
 }
 
@@ -97,7 +97,7 @@ TEST(Plant, RestsAtTheClosedFormTemperaturesForEveryDriveOfFansAndHeaters) {
       plant.SetHeater(1, heater / 2);
       plant.Step(1000);
 
-      // All fans alike: the flow is the speed's share of full speed, and watts over watts a kelvin is what it lifts.
+      // With all fans alike, the flow is the fraction of full speed, and the rise is watts divided by watts per kelvin.
       const double flow = fanDrive == 0 ? 0 : 0.1 + 0.9 * fanDrive;
       const double watts[] = {0.55 + 0.12 * 6 * 1.5 * heater, 1.4 + 0.88 * 6 * heater, 1.6 + 0.88 * 3 * heater, 1.3};
       const double still[] = {0.09, 0.08, 0.08, 0.08};
@@ -121,7 +121,7 @@ TEST(Plant, WarmsAsTheExponentialOfItsHeatCapacityHoweverTheTimeIsCut) {
     still.SetHeater(0, 1);
     blown.SetFanDrive(7, 0.5);
     for (double left = 20; left > step / 2; left -= step) still.Step(step), blown.Step(step);
-    // 5.28 W more over 0.08 W/K, with 4 J/K behind it.
+    // 5.28 W more over 0.08 W/K, with a heat capacity of 4 J/K.
     EXPECT_NEAR(still.TemperatureC(1) - start, 66 * (1 - std::exp(-20 * 0.08 / 4)), 0.01) << step;
     EXPECT_NEAR(blown.TemperatureC(1), whole.TemperatureC(1), 0.01) << step;
     EXPECT_NEAR(blown.Rpm(7), whole.Rpm(7), 0.001 * whole.Rpm(7)) << step;

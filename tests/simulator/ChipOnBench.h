@@ -20,7 +20,7 @@ constexpr int Degrees(int celsius) {
   return celsius + 64;
 }
 
-/// A chip whose pins the test holds. All temperatures start at 30 degrees C.
+/// A chip whose pins the test controls. All temperatures start at 30 degrees C.
 struct ChipOnBench {
   explicit ChipOnBench(int revision = 1, double noise = 0)
       : chip({.revision = static_cast<std::uint8_t>(revision), .seed = 1, .noise = noise}) {
@@ -33,10 +33,10 @@ struct ChipOnBench {
     const long ticks = std::lround(seconds / kTickSeconds);
     for (long i = 0; i < ticks; ++i) chip.Tick(pins);
   }
-  /// Long enough for one round of conversions and what follows from it.
+  /// Long enough for one round of conversions and its effects.
   void Convert() { Run(2 * kConversionSeconds); }
-  /// Steps with t a temperature, f a fan's pulses a minute, g a GPIO's level, o an open diode, v the volts of all pins;
-  /// and with d a duty, a the ALERT pin, m a THERM pin, e an EDO pin.
+  /// Steps with t a temperature, f a fan's pulses per minute, g a GPIO's level, o an open diode, v the volts of all
+  /// pins; and with d a duty, a the ALERT pin, m a THERM pin, e an EDO pin.
   void Play(const std::string& steps) { simulator::Play(*this, steps); }
   void Set(char what, int n, double value) {
     const auto i = static_cast<std::size_t>(n);
@@ -55,7 +55,7 @@ struct ChipOnBench {
     if (what == 'e') return chip.Outputs().edo.at(i) ? 1 : 0;
     return Read(n);
   }
-  /// Runs until `done`, 60 seconds at the most; the seconds that it took.
+  /// Runs until `done`, for at most 60 seconds. Returns the seconds that it took.
   template <typename Done>
   double RunUntil(Done done) {
     double seconds = 0;
@@ -70,7 +70,7 @@ struct ChipOnBench {
     chip.Write(static_cast<std::uint8_t>(address), static_cast<std::uint8_t>(value));
   }
   int Read(int address) { return chip.Read(static_cast<std::uint8_t>(address)); }
-  /// What a status register holds now, that which was latched before aside.
+  /// The present contents of a status register, without bits latched earlier.
   int ReadAnew(int address) { return Read(address), Read(address); }
   int Duty(int pwm) const { return chip.Duty(pwm); }
   int Tach(int fan) {

@@ -18,7 +18,8 @@ TEST(ControlLaw, EachChannelsCurveRisesByItsRangeToMaxAndEndsByItsHysteresis) {
       EXPECT_EQ(bench.Duty(channel), duty) << "channel " << channel << " field " << field << " at " << celsius;
     };
     expect(39.75, 0);
-    for (const int quarters : {0, 1, 2, 3, 5, 15, 44, 171}) {  // 64 percent over the range, halves to the even code
+    for (const int quarters :
+         {0, 1, 2, 3, 5, 15, 44, 171}) {  // 64 percent over the range, halves round to the even code
       expect(40 + quarters / 4.0, std::min(230.0, 51 + std::nearbyint(40.8 * quarters / kRange[field])));
     }
     expect(40 - hysteresis, 51);
@@ -32,7 +33,7 @@ TEST(ControlLaw, AnOutputFollowsItsSourcesAndTheHottestOfSeveral) {
        {"21=10 ~ d0:72", "21=30 ~ d0:80", "21=50 ~ d0:97", "21=70 ~ d0:88", "21=90 ~ d0:0",
         "21=B0 ~ d0:88 t0=44 ~ d0:97", "21=D0 ~ d0:97 t1=45 ~ d0:105", "21=D0 t0=45 ~ d0:105", "21=D0 t3=45 ~ d0:105",
         "25=91 21=10 t0=30 ~ d0:64", "25=90 21=10 t0=30 ~ d0:0", "21=50 2C=50 ~ d0:80", "21=50 2C=20 ~ d0:32",
-        // Either THERM limit makes it full where it lets the channel through and may boost.
+        // Either THERM limit gives full duty if the channel is enabled for its pin and the boost is on.
         "21=50 4D=66 0D=02 ~ d0:255", "21=50 4D=66 0D=01 ~ d0:97", "21=50 51=66 0D=01 ~ d0:255",
         "21=50 51=66 0D=02 ~ d0:97", "21=50 4D=66 0E=1B 0D=02 ~ d0:97", "21=50 51=66 0F=1B 0D=01 ~ d0:97"}) {
     ChipOnBench{std::string(kChip) + steps};
@@ -48,8 +49,8 @@ TEST(ControlLaw, TheCurveGoesThroughThePointsThatTheWindowDraws) {
 }
 
 TEST(ControlLaw, AnOutputRunsAtMaxUntilWhateverShapesItsOwnDutySetsItUp) {
-  // Each write for itself; the outputs follow Local and Remote 1 to 3 in order. What is put back, by whatever way, and
-  // what is written as it was sets up nothing: a saved configuration brings the fans back as they were.
+  // Each write separately; the outputs follow Local and Remote 1 to 3 in order. Writing a value back or writing the
+  // present value does not set up an output: a saved configuration brings the fans back as they were.
   for (const auto& [writes, duties] :
        {std::pair{"21=10;28=81;5C=9B;60=C5", " d0:0 d1:192 d2:192 d3:192"},
         {"5D=9B;0B=01", " d0:192 d1:0 d2:192 d3:192"},
@@ -65,7 +66,7 @@ TEST(ControlLaw, AnOutputRunsAtMaxUntilWhateverShapesItsOwnDutySetsItUp) {
   }
 }
 
-/// Dynamic Tmin on one remote channel: operating point 60 with hysteresis 4, Tmin 50, free between 20 and 80.
+/// Dynamic Tmin on one remote channel: operating point 60 with hysteresis 4, Tmin 50, range 20 to 80.
 struct LoopOnBench : ChipOnBench {
   LoopOnBench(int channel, int cycleField, bool standardLoop, double celsius) : remote(channel) {
     Celsius(remote) = celsius;
@@ -126,9 +127,9 @@ TEST(DynamicTmin, AThermEventLoadsTheOperatingPointOfTheChannelThatAsksForIt) {
 TEST(Output, ManualDutyIsTakenInManualModeOnlyAndReadsInvertedAtRevisionZero) {
   for (const int revision : {0, 1}) {
     ChipOnBench bench(revision);
-    bench.Play("~1 d0:192 AA=20 ~1 d0:192 21=F0 ~1 d0:192 AA=20 ~1 d0:32");  // manual keeps the duty before
+    bench.Play("~1 d0:192 AA=20 ~1 d0:192 21=F0 ~1 d0:192 AA=20 ~1 d0:32");  // manual keeps the previous duty
     EXPECT_EQ(bench.Read(0xAA), revision == 0 ? 0xDF : 0x20);
-    bench.Play("AA=30 21=F1 ~1 d0:48");  // so does a write that stays in manual
+    bench.Play("AA=30 21=F1 ~1 d0:48");  // so does a write that keeps it in manual
   }
 }
 
@@ -149,7 +150,7 @@ TEST(Output, SpinUpLastsAsLongAsItsFieldSaysUnlessTheFanAnswersFirst) {
     EXPECT_NEAR(seconds, kSeconds[field] + kTickSeconds, 0.0051) << field;
     EXPECT_EQ(bench.Duty(0), 0x40);
   }
-  for (const char* steps : {"01=01 ~0.1 d0:64", "01=11 ~0.1 d0:255"}) {  // fast spin-up, and not
+  for (const char* steps : {"01=01 ~0.1 d0:64", "01=11 ~0.1 d0:255"}) {  // with and without fast spin-up
     ChipOnBench("21=F7 AA=40 f0=1200").Play(steps);
   }
 }
@@ -157,9 +158,9 @@ TEST(Output, SpinUpLastsAsLongAsItsFieldSaysUnlessTheFanAnswersFirst) {
 TEST(Output, EnhancedAcousticsRampsOverTheTimeOfItsField) {  // NOLINT(readability-function-size): each by each
   constexpr double kSeconds[] = {35.0, 17.6, 11.8, 7.0, 4.4, 3.0, 1.6, 0.8};
   for (int pwm = 0; pwm < 4; ++pwm) {
-    for (int row = 0; row < 12; ++row) {  // the last four slowed down
+    for (int row = 0; row < 12; ++row) {  // the last four are slow
       const int field = row < 8 ? row : row - 4, slow = row < 8 ? 0 : 1;
-      // Remote 2 drives the output from Min 50 to full duty in one leap of the temperature.
+      // Remote 2 drives the output from Min 50 to full duty in one temperature step.
       ChipOnBench bench({{0x21 + pwm, 0x50 | slow << 3}, {0x28 + pwm, 50}, {0x2C, 255}, {0x62, 0x00}});
       bench.Write({{0x5E, Degrees(40)}, {0x1A + pwm / 2, pwm % 2 == 0 ? field << 2 : field << 5}});
       bench.Celsius(2) = 40;
@@ -186,8 +187,8 @@ TEST(Output, WhatGoesBeforeTheCurveSparesOffAndManualUnlessItIsForAll) {
   // Off, manual at 40, and two that follow Remote 2 far below its Tmin.
   ChipOnBench bench("21=90 22=F0 23=50 24=50 AB=28 5E=9A ~ d0:0 d1:40 d2:0 d3:0");
   bench.pins.vrHot[0] = true;
-  bench.Play("t1=101 ~ d0:0 d1:40 d2:255 d3:255 0D=03 ~ d0:0 d1:40 d2:0 d3:0");   // THERM1 asserts at 100, may boost
-  bench.Play("12=62 ~ d0:0 d1:40 d2:255 d3:255 02=88 ~ d0:0 d1:40 d2:0 d3:0");    // so may VR_Hot1
+  bench.Play("t1=101 ~ d0:0 d1:40 d2:255 d3:255 0D=03 ~ d0:0 d1:40 d2:0 d3:0");   // THERM1 asserts at 100, boost on
+  bench.Play("12=62 ~ d0:0 d1:40 d2:255 d3:255 02=88 ~ d0:0 d1:40 d2:0 d3:0");    // VR_Hot1 boost on
   bench.Play("02=A0 ~ d0:255 d1:255 d2:255 d3:255 02=A2 ~ d0:0 d1:0 d2:0 d3:0");  // full speed, shutdown
 }
 

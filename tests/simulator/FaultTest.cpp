@@ -12,11 +12,11 @@ using namespace std::chrono_literals;
 TEST(Faults, EachKindBeginsAndEndsAsThePlanSays) {
   for (const auto& [plan, steps] : {
            std::pair{"from 1 to 2 register 0x2C stuck at 0x12\nfault at 1 register 0x3E bit 6 flipped",
-                     "2C=80 ~1 2C:12 2C=99 2C:12 3E:01 ~1 2C:80"},  // a write to what sticks is lost
+                     "2C=80 ~1 2C:12 2C=99 2C:12 3E:01 ~1 2C:80"},  // a write to a stuck register is lost
            {"at 1 diode 3 open", "~0.9 C0:00 ~1 C0:80"},
            {"at 1 therm 1 low\nfault at 1 vr-hot 2 reported", "12=4A ~0.9 C1:00 ~1 C1:86"},  // pin 26 is VR_Hot2
            {"at 1 pin 27 asserted\nfault at 1 gpio 3 low", "10=7B 03=01 ~0.9 C6:00 BF:04 ~1 C6:80 BF:00"},
-           // The THERM1 switch parts the pin from whoever pulls it.
+           // The THERM1 switch disconnects the pin from what pulls it.
            {"at 0 therm 1 low", "~1 C1:06 p4A=3B ~1 C1 C1:00"},
            {"at 60 heater 1 stuck at 100 %", "49=68 ~59 C0 C0:00 ~60 C0:04"},  // above 40 degrees
            {"at 3 fan 2 stalled", "07=0F ~2.9 C5:00 ~6 9A:FF 9B:FF"},
@@ -30,7 +30,7 @@ TEST(Faults, EachKindBeginsAndEndsAsThePlanSays) {
 
 TEST(Faults, TransfersFailAsOftenAsThePlanSays) {
   Usb usb("fault at 1 transfer fails once\nfault at 2 transfer fails 3 times\nfault from 4 to 5 transfer fails\n");
-  for (const int expected : {0, 1, 3, 0, 10, 0}) {  // of ten transfers in each second
+  for (const int expected : {0, 1, 3, 0, 10, 0}) {  // out of ten transfers per second
     int failures = 0;
     for (int i = 0; i < 10; ++i) failures += usb.Read(0x3E) != 0x41;
     EXPECT_EQ(failures, expected);
@@ -99,7 +99,7 @@ TEST(SimulatorSettings, AFaultKeepsItsTimesNumbersAndFilters) {
 }
 
 TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
-  // Lines, each with what is said about it.
+  // Lines, each with the message about it.
   std::istringstream cases(
       "ambient => key = value; ambient 25 => key = value; colour = red => 'colour' is no setting; "
       "ambient = warm => from -40 to 100; ambient = 25 26 => from -40 to 100; "

@@ -8,7 +8,7 @@
 
 namespace {
 
-// A library reads its settings once in a process, so that what depends on them runs in a fresh child.
+// A library reads its settings once per process, so tests that depend on them run in a new child process.
 class SimulatedLibraries : public testing::Test {
  protected:
   void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }

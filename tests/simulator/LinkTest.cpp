@@ -91,7 +91,7 @@ TEST(Bus, RealTimeIsScaledAndALongSleepIsCutShort) {
   EXPECT_EQ(celsiusAfter(1, -5s), 0) << "a clock that goes back stands still";
 }
 
-/// A clock that a millisecond passes on with each look, and more when told.
+/// A clock that advances by a millisecond at each reading, and by more when told to.
 struct SlowClock {
   using duration = std::chrono::nanoseconds;
   using rep = duration::rep;
@@ -112,7 +112,7 @@ TEST(RealTime, NoCallWaitsLongForABoardThatIsBehindAndTheFollowingOnesMakeUpForI
   int calls = 0;
   do {
     const auto before = SlowClock::time;
-    last = before + 1ms;  // its first look
+    last = before + 1ms;  // its first reading
     clock.CatchUp(pieces.TheBus());
     ASSERT_LE(SlowClock::time - before, kCatchUpTime + 2ms) << calls;
   } while (++calls < 200 && pieces.TheBus().Owes());

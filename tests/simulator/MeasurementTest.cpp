@@ -9,12 +9,12 @@ namespace {
 
 TEST(Measurement, ReadingsByStep) {
   for (const char* steps : {
-           // Quarters from -64 up, held at both ends.
+           // Quarter degrees from -64 up, limited at both ends.
            "t0=25 t1=25.75 t2=25.3 t3=-64 ~ 89:59 88:00 8B:59 8A:C0 8D:59 8C:40 8F:00 8E:00",
            "t0=-90 t1=191.75 t2=300 t3=0 ~ 89:00 88:00 8B:FF 8A:C0 8D:FF 8C:C0 8F:40 8E:00",
            "56=03 58=FE ~ 89:5F 88:80 8D:5D 8C:00",  // an offset counts half degrees
            "~ 01=00 t0=50 ~1 89:5E",
-           "~ 02=82 t0=50 ~1 89:5E",  // monitoring off, shutdown: the last value stands
+           "~ 02=82 t0=50 ~1 89:5E",  // monitoring off, shutdown: the last value stays
            // Local has no wires; an open diode keeps its reading and is latched until it has been read.
            "~ o0=1 o2=1 o3=1 t0=70 t2=70 ~ 89:86 8D:5E C0:C0 o2=0 o3=0 ~ C0:C0 C0:00 8D:86",
        }) {
@@ -35,7 +35,7 @@ TEST(Measurement, ATachThatIsOffOrStandsStillReadsAllOnes) {
   ChipOnBench bench({{0x07, 0x7F}, {0x10, 0x7E}});  // tach 8 not enabled, pin 7 a voltage
   bench.pins.pulsesPerMinute.fill(3000);
   bench.pins.pulsesPerMinute[2] = 0;
-  bench.pins.pulsesPerMinute[3] = 100;  // slower than the counter can tell
+  bench.pins.pulsesPerMinute[3] = 100;  // slower than the counter can measure
   bench.Volts(VoltagePin::P7) = 12;
   bench.Run(1.2);
   EXPECT_NE(bench.Tach(1), 0xFFFF);
@@ -70,7 +70,7 @@ TEST(Measurement, AveragingTakesMostOfTheNoiseAway) {
 
 using enum VoltagePin;
 
-/// A voltage input, and what has to be written to make its pin one: each function with its nominal voltage.
+/// A voltage input, and what to write so that its pin measures it: each function with its nominal voltage.
 const struct Input {
   VoltagePin pin;
   int value, attenuator, attenuatorBit, low, high, status, statusBit;
@@ -93,7 +93,7 @@ const struct Input {
     {P29, 0x94, 0x19, 5, 0x77, 0x50, 0xC4, 7, {{{{0x13, 0xDC}}, 1.5}}},
 };
 
-/// A chip with one of the input's functions. All pins lie at half a volt, with the low limit of pin 23 out of its way.
+/// A chip with one of the input's functions. All pins are at half a volt, and the low limit of pin 23 is below that.
 struct InputOnBench : ChipOnBench {
   explicit InputOnBench(const Input& input, std::size_t function = 0)
       : ChipOnBench({{0x19, 0x3F}, {0x72, 0}}), nominal(input.functions[function].second) {

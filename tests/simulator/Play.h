@@ -10,9 +10,9 @@
 
 namespace zth::simulator {
 
-/// Plays steps that stand apart by blanks: "2C=AB" writes a register, "2C:AB" expects that it reads so and "2C" reads
-/// it, in hexadecimal; "~0.5" lets seconds pass and "~" two conversions; "t2=90.5" sets and "d0:255" expects what the
-/// bench itself knows by a letter and a number.
+/// Plays steps separated by blanks. In hexadecimal, "2C=AB" writes a register, "2C" reads it, "2C:AB" expects this
+/// value. "~0.5" lets seconds pass, "~" two conversions. "t2=90.5" sets and "d0:255" expects a quantity of the bench,
+/// given by a letter and a number.
 template <typename Bench>
 void Play(Bench& bench, const std::string& steps) {
   std::istringstream words(steps);

@@ -7,7 +7,7 @@
 namespace zth::simulator {
 namespace {
 
-/// What an address reads at power-up.
+/// The value of an address at power-up.
 int DefaultOf(int address, int revision = 1) {
   const RegisterRule* rule = RuleOf(static_cast<std::uint8_t>(address));
   return address == 0x3F ? revision : rule == nullptr ? 0 : rule->reset;
@@ -22,7 +22,7 @@ TEST(Registers, PowerUpShowsEveryDefaultAndAnEmptyAddressReadsZero) {
   }
 }
 
-// The registers whose bytes a write does not simply replace.
+// The registers that a write does not simply replace.
 const std::set<int> kSpecial{0x00, 0x14, 0xAA, 0xAB, 0xAC, 0xAD, 0xBF};
 
 TEST(Registers, EveryAddressKeepsOrRefusesAllEightBits) {
@@ -105,7 +105,8 @@ TEST(Registers, WhatIsReadAndWrittenToAFreshChipBringsItsStateBack) {
     ChipOnBench bench;
     ChipOnBench fresh;
     for (const RegisterRule& rule : RegisterRules()) {
-      // A third of them, so that some outputs keep their start; no reset, and nothing that changes by itself.
+      // A third of the registers, so that some outputs stay in their initial state; no reset, and nothing that changes
+      // by itself.
       const bool restless = rule.address == 0x0B || rule.address == 0x1A || rule.address == 0x1B;
       if (random() % 3 == 0 && !restless) bench.Write(rule.address, static_cast<int>(random() & 0x7F));
     }

@@ -66,8 +66,8 @@ TEST(Status, TheOnTimeIsTheShareOfTheWindowAndHasItsLimit) {
 
 TEST(Status, AlertGoesByTheMasksAndItsMode) {
   ChipOnBench bench("v=2 ~ a:0 t1=90 ~ a:1");
-  bench.Play("30=04 a:0 C0:04 30=00");               // a mask holds back the pin, not the status
-  bench.Play("t1=30 ~ a:1 01=09 a:0 01=01 B8 a:0");  // held until the host has read, but in comparator mode
+  bench.Play("30=04 a:0 C0:04 30=00");               // a mask affects the pin, not the status
+  bench.Play("t1=30 ~ a:1 01=09 a:0 01=01 B8 a:0");  // held until the host has read it, except in comparator mode
 }
 
 TEST(Status, RegulatorHeatAndAnOpenCaseShowWherePinsReportThem) {
@@ -75,7 +75,7 @@ TEST(Status, RegulatorHeatAndAnOpenCaseShowWherePinsReportThem) {
   bench.pins.vrHot = {true, true};
   bench.pins.pin27Asserted = true;
   bench.Play("~ C1:00 C6:80");
-  // VR_Hot on pins 25 and 26, pin 27 FANMAX instead of chassis intrusion, which the host has not read so far.
+  // VR_Hot on pins 25 and 26; pin 27 is FANMAX instead of chassis intrusion, which the host has not read yet.
   bench.Play("14=02 ~ C1:C0 C6 C6:08 BE:80 BE:00");
 }
 
@@ -92,7 +92,7 @@ TEST(Gpio, EachPinReadsOrDrivesInItsPolarity) {  // NOLINT(readability-function-
         bench.Write(0x09 + gpio / 4, behaviour << 2 * (gpio % 4));
         bench.Set('g', gpio, level);
         bench.Run(0.02);
-        for (const bool inactive : {true, false}) {  // what is written; an input does not take it
+        for (const bool inactive : {true, false}) {  // an output takes what is written, an input does not
           bench.Write(0xBF, inactive << gpio);
           EXPECT_EQ((bench.Read(0xBF) >> gpio & 1) != 0, output ? inactive : level != activeHigh) << "0 is active";
           EXPECT_EQ(driven(gpio), output ? std::optional(inactive != activeHigh) : std::nullopt);

@@ -22,7 +22,7 @@ inline Settings Parsed(const std::string& text) {
   return error == nullptr ? std::get<Settings>(parsed) : Settings{};
 }
 
-/// The adapter as the program calls it, in time that the test lets by.
+/// The adapter as the program calls it; the test lets time pass.
 struct Usb {
   explicit Usb(const Settings& settings = {}) : adapter(settings) {}
   explicit Usb(const std::string& text) : Usb(Parsed(text)) {}

@@ -9,7 +9,7 @@
 
 namespace zth::testing {
 
-/// The whole program on a fake board, in virtual time: one Desk a test.
+/// The whole program on a fake board, in virtual time: one Desk per test.
 ///
 ///   Desk desk;                          // a chip at 58h on USB and one at 2Ch on SMBus
 ///   desk.Start();                       // Main, from its first step to polling; Easy Setup does not open
@@ -27,25 +27,24 @@ class Desk {
   Desk(const Desk&) = delete;
   Desk& operator=(const Desk&) = delete;
 
-  /// Runs Main and clears the traffic. `InterfaceMode` is USB where there is a chip on USB.
+  /// Runs Main and clears the traffic. `InterfaceMode` is USB if there is a chip on USB.
   void Start();
 
-  /// Runs Main and tells how it ended: the process's status, or nothing when it runs.
+  /// Runs Main. Returns the exit status of the process, or nothing if it is running.
   std::optional<int> RunMain();
 
-  /// Opens a window as its menu entry does. Fails the test when it does not open.
+  /// Opens a window as its menu entry does. Fails the test if it does not open.
   windows::ChildWindow& Open(const QString& name);
 
-  /// Lets time pass with the timers firing, then deletes what is to be deleted.
+  /// Lets time pass with the timers firing, then runs the deferred deletions.
   void Advance(int milliseconds);
 
-  /// Runs what waits for the next turn of the event loop: deferred deletes, posted events.
+  /// Runs what is pending in the event loop: deferred deletions, posted events.
   static void Settle();
 
   shell::frmMain& Main() { return *shell::MainForm; }
 
-  // The controls of a window, found by name. A control that is not there fails the test with the list of those that
-  // are.
+  // The controls of a window, found by name. A missing control fails the test with a list of the existing ones.
   template <typename Control>
   static Control& Get(const QWidget& window, const QString& name) {
     auto* control = window.findChild<Control*>(name);

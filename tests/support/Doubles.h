@@ -15,7 +15,7 @@
 #include "tests/support/FakeBoard.h"
 #include "tests/support/Scripted.h"
 
-/// Doubles of the seams; those of the user stand in Scripted.h.
+/// Doubles of the seams. Those that stand in for the user are in Scripted.h.
 namespace zth::testing {
 
 class MemorySettings final : public platform::Settings {
@@ -45,8 +45,8 @@ class RecordingShell final : public platform::Shell {
   std::vector<QString> opened;
 };
 
-/// Time that moves only when told to. Adopted timers fire as it passes, in the order of their times; the event loop's
-/// own firing of them is swallowed.
+/// Time that advances only when told to. Adopted timers fire as it passes, in the order of their times. When the event
+/// loop fires them itself, that is ignored.
 class VirtualClock final : public platform::Clock {
  public:
   double Now() const override;
@@ -54,15 +54,15 @@ class VirtualClock final : public platform::Clock {
   void WaitMs(float milliseconds) override;
   void Adopt(QTimer& timer) override;
 
-  /// Lets so much time pass, with the timers firing.
+  /// Lets that much time pass, with the timers firing.
   void Advance(int milliseconds);
 
-  /// Puts the wall clock; it goes on from there.
+  /// Sets the wall clock, which continues from there.
   void SetWallTime(const QDateTime& time) { wallOffsetMs_ = WallTime().msecsTo(time) + wallOffsetMs_; }
 
-  double waitedMs = 0;  ///< all that WaitMs was asked for
-  /// What a look at the clock takes: time passes while a program runs, and nothing hangs on two looks being equal. At 0
-  /// whatever runs takes no time.
+  double waitedMs = 0;  ///< the total time of all WaitMs calls
+  /// The time that passes at each reading of the clock, as in a running program: nothing may depend on two readings
+  /// being equal. At 0 the program's own work takes no time.
   std::int64_t lookUs = 1;
 
  private:
@@ -89,7 +89,7 @@ class QuietEvents final : public platform::Events {
 
   int paints = 0;
   std::function<void()> onPump;   ///< what the events do
-  std::function<void()> onPaint;  ///< what timers and the window system do while windows paint
+  std::function<void()> onPaint;  ///< what timers and the window system do while windows are painted
 };
 
 class FakeLibraries final : public platform::Libraries {
@@ -97,13 +97,13 @@ class FakeLibraries final : public platform::Libraries {
   explicit FakeLibraries(FakeBoard& board) : board_(board) {}
   platform::LoadedLibrary Load(const QString& name) override { return load ? load(name) : board_.Load(name); }
 
-  std::function<platform::LoadedLibrary(const QString& name)> load;  ///< other libraries than the fake board's
+  std::function<platform::LoadedLibrary(const QString& name)> load;  ///< libraries other than those of the fake board
 
  private:
   FakeBoard& board_;
 };
 
-/// Real files, on which writing fails as told.
+/// Real files, with write failures on demand.
 class FailingFiles final : public platform::Files {
  public:
   std::optional<platform::FileState> Look(const QString& path) override;
@@ -119,19 +119,19 @@ class FailingFiles final : public platform::Files {
   }
 
   bool locked = false;                ///< no file opens for writing
-  std::optional<std::int64_t> space;  ///< bytes that are left on the disk
+  std::optional<std::int64_t> space;  ///< free bytes on the disk
   bool cutFails = false;
-  bool unreadable = false;            ///< as a file is that may be extended and not looked into
-  std::function<void()> beforeWrite;  ///< what others do between a look at a file and the next write
+  bool unreadable = false;            ///< like a file that may be appended to but not read
+  std::function<void()> beforeWrite;  ///< what others do between a check of a file and the next write
   std::function<QString(const QString& path)> volumeOf;
-  std::uint64_t devices = 0;  ///< added to the number of each file's device: another volume is mounted there
+  std::uint64_t devices = 0;  ///< added to each file's device number: another volume is mounted there
   int appends = 0;
 
  private:
   platform::DesktopFiles real_;
 };
 
-/// Records the end and leaves by an exception.
+/// Records the end and throws an exception.
 class RecordedProcess final : public platform::Process {
  public:
   [[noreturn]] void End(int status) override {
@@ -142,9 +142,9 @@ class RecordedProcess final : public platform::Process {
   void OnEndOrders(platform::EndOrders given) override { orders = std::move(given); }
   QString Folder() const override { return folder; }
 
-  platform::EndOrders orders;  ///< what the program does when it is told to end
+  platform::EndOrders orders;  ///< what the program does when told to end
   std::vector<int> ends;
-  std::function<void()> onEnd;  ///< what is looked at in that moment, behind which a real process does nothing more
+  std::function<void()> onEnd;  ///< called at that moment, after which a real process does nothing more
   QString folder = "/opt/zth";
 };
 

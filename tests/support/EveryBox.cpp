@@ -19,7 +19,7 @@ namespace {
 
 using platform::BoxAnswer;
 
-/// Questions outlive the windows that asked them.
+/// Questions outlive the windows that ask them, so these name no window.
 template <typename Question>
 std::vector<Question> Free(std::vector<Question> questions) {
   for (Question& question : questions) question.asker = nullptr;
@@ -33,12 +33,12 @@ std::vector<platform::BoxQuestion> Asked(const std::function<void(Desk&)>& bring
   try {
     if (start) desk.Start();
     bring(desk);
-  } catch (const platform::ProcessEnded&) {  // most of them end it
+  } catch (const platform::ProcessEnded&) {  // most of the boxes end the program
   }
   return Free(std::exchange(desk.prompts.shown, {}));
 }
 
-/// The longest that it can be: with both heaters on and lines of a log, far down in folders, that wait.
+/// The longest version of the question: both heaters on, and waiting lines of a log deep down in folders.
 std::vector<platform::ChoiceQuestion> AskedAtTheEnd() {
   Desk desk;
   desk.Start();

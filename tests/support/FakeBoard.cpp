@@ -10,7 +10,7 @@
 namespace zth::testing {
 namespace {
 
-BoardEntries* board = nullptr;  // where the entries land
+BoardEntries* board = nullptr;  // the board that the entries call
 
 template <typename... Numbers>
 std::string Text(const char* format, Numbers... numbers) {
@@ -56,7 +56,7 @@ class BoardLibrary final : public platform::Library {
                                         {"WriteSmbus", reinterpret_cast<void*>(&WriteSmbus)}};
 };
 
-/// The request as the text of its form; empty when it is of none.
+/// The request as text; empty if it has none of the known forms.
 std::string Decode(std::int16_t request, std::int32_t value, std::int32_t index, std::int16_t direction,
                    std::int16_t length, const std::uint8_t* buffer) {
   const bool readBuffer = buffer == link::Bus.ReadBuffer.data();

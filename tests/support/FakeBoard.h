@@ -39,14 +39,14 @@ class BoardEntries {
   virtual void WriteSmbus(std::uint8_t address, std::uint8_t reg, std::uint8_t value) = 0;
 };
 
-/// A library whose entries land on `board` until the next one is made, and which does not export those `missing`.
+/// A library whose entries call `board` until the next one is made. It does not export those in `missing`.
 std::shared_ptr<platform::Library> LibraryOf(BoardEntries& board, const std::set<std::string>& missing = {});
 
 /// The default registers of the chip, with a Company ID and a revision that does not invert duties.
 std::array<std::uint8_t, 256> DefaultRegisters();
 
-/// A board with a register file for each chip address, behind both closed libraries, that writes every call down.
-/// Registers are plain memory: what is written is read back.
+/// A board with a register file for each chip address, behind both closed libraries, that records every call. Registers
+/// are plain memory: what is written is read back.
 class FakeBoard final : public BoardEntries {
  public:
   using Registers = std::array<std::uint8_t, 256>;
@@ -59,7 +59,7 @@ class FakeBoard final : public BoardEntries {
   Registers& AddUsbChip(int address) { return usbChips[address] = DefaultRegisters(); }
   Registers& AddSmbusChip(int address) { return smbusChips[address] = DefaultRegisters(); }
 
-  /// What a library's loading gives: its entries, or an error. The two names are "USBFunctions" and "smbus".
+  /// The result of loading a library: its entries, or an error. The two names are "USBFunctions" and "smbus".
   platform::LoadedLibrary Load(const QString& name);
   std::map<QString, QString> loadErrors;
 
@@ -69,11 +69,11 @@ class FakeBoard final : public BoardEntries {
   /// Result of the firmware download.
   std::int16_t firmwareResult = 1;
 
-  /// USB calls fail, with this result, from the n-th on (counted over all VendorIORequest calls, first is 0).
+  /// From the n-th VendorIORequest call on (the first is 0), USB calls fail with this result.
   std::optional<int> failFrom;
   /// Only that one call fails.
   std::optional<int> failOnly;
-  /// Each call fails whose text begins with this.
+  /// Every call whose text begins with this fails.
   std::string failMatching;
   std::int16_t failure = -5;
 
@@ -86,10 +86,10 @@ class FakeBoard final : public BoardEntries {
   std::map<int, std::uint8_t> ports;          ///< switch devices on USB
   std::array<std::uint8_t, 3> heaterState{};  ///< the state block, as it is read
 
-  /// Takes the traffic so far and begins a new list.
+  /// Returns the traffic so far and starts a new list.
   Traffic TakeTraffic() { return std::exchange(traffic, {}); }
 
-  /// The chip that the program works on now.
+  /// The chip that the program is using now.
   Registers& Chip();
 
   std::int16_t LoadFirmWare(const char* path) override;
@@ -104,7 +104,7 @@ class FakeBoard final : public BoardEntries {
              std::uint8_t* buffer);
 };
 
-/// Texts of transfers to the chip in use on the link in use, as they stand in Traffic.
+/// Texts of transfers to the chip in use on the link in use, as in Traffic.
 std::string R(int reg);
 std::string W(int reg, int value);
 Traffic B(int first, int count);

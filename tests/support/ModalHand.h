@@ -10,8 +10,8 @@
 
 namespace zth::testing {
 
-/// The user's hand on real boxes and dialogs: acts once on each that comes up, from within its own event loop, also on
-/// one that comes up over another.
+/// Acts as the user on real boxes and dialogs: once on each that opens, from within its own event loop, even on one
+/// that opens above another.
 class ModalHand final : public QObject {
  public:
   using Act = std::function<void(QWidget& modal)>;
@@ -21,7 +21,7 @@ class ModalHand final : public QObject {
 
  private:
   void Wait() {
-    // A timer a turn: one that repeats is not fired again from within its own handler.
+    // A new timer each time: a repeating one does not fire again from within its own handler.
     QTimer::singleShot(1, this, [this] {
       Wait();
       QWidget* modal = QApplication::activeModalWidget();

@@ -13,8 +13,8 @@
 /// Boxes and file dialogs that answer from a script.
 namespace zth::testing {
 
-/// A user's answers, in order. Strict: a question without one fails the test at once, an answer that nobody asked for
-/// fails it at the end.
+/// A user's answers, in order. Strict: a question without an answer fails the test at once, an unused answer fails it
+/// at the end.
 template <typename Answer>
 class Script : public std::deque<Answer> {
  public:
@@ -23,7 +23,7 @@ class Script : public std::deque<Answer> {
   Script(const Script&) = delete;
   Script& operator=(const Script&) = delete;
   ~Script() {
-    // What an exception has cut short asks for no more.
+    // After an exception, unused answers are not an error.
     EXPECT_TRUE(this->empty() || std::uncaught_exceptions() > 0) << this->size() << " answers nobody asked for";
   }
 
@@ -59,7 +59,7 @@ class ScriptedPrompts final : public platform::Prompts {
   std::vector<platform::BoxQuestion> shown;
   Script<QString> picks;  ///< captions of choices
   std::vector<platform::ChoiceQuestion> choicesShown;
-  /// Runs while a box stands: what events do that a modal box lets through.
+  /// Runs while a box is open: the events that a modal box lets through.
   std::function<void()> whileShown;
 };
 
@@ -70,7 +70,7 @@ class ScriptedFileDialogs final : public platform::FileDialogs {
     return script.Take(question.caption, {});
   }
 
-  Script<QString> script;  ///< paths; empty for a cancel
+  Script<QString> script;  ///< paths; empty means Cancel
   std::vector<platform::FileQuestion> shown;
 };
 

@@ -21,10 +21,10 @@ struct DrawnText {
   QFont font;
 };
 
-/// Takes down the texts of what is drawn on it, but blanks, and draws nothing.
+/// Records the texts drawn on it, except blank ones, and draws nothing.
 class TextRecorder final : public QPaintDevice, private QPaintEngine {
  public:
-  /// As the widget draws itself, without its children.
+  /// Renders the widget itself, without its children.
   explicit TextRecorder(QWidget& widget);
   QPaintEngine* paintEngine() const override { return const_cast<TextRecorder*>(this); }
 
@@ -45,13 +45,13 @@ class TextRecorder final : public QPaintDevice, private QPaintEngine {
   QSize size_;
 };
 
-/// The visible widgets of a page, without what stands in frmMain's area of child windows.
+/// The visible widgets of a page, without those in frmMain's area of child windows.
 std::vector<QWidget*> Shown(QWidget& root);
 
-/// For the messages: the class and objectName of a widget, or of the first of its parents that has one.
+/// For failure messages: the class and objectName of a widget, or of its nearest parent that has one.
 std::string Told(const QWidget& widget);
 
-/// Toggles each box and picks another item of each list that is in use.
+/// Toggles each check box and selects another item of each list that is enabled.
 void ChangeEach(const QWidget& window);
 
 using Points = std::vector<std::pair<double, double>>;
@@ -59,7 +59,7 @@ using Points = std::vector<std::pair<double, double>>;
 /// The points of a chart's trace.
 Points PointsOf(const widgets::Strip& chart, int trace);
 
-/// The captions of a chart's label slots from the first to the last, apart by "|".
+/// The captions of a chart's label slots from first to last, separated by "|".
 std::string Captions(widgets::Strip& chart, int first, int last);
 
 }  // namespace zth::testing

@@ -10,16 +10,16 @@
 
 namespace zth::testing {
 
-/// The whole program on the simulated board, both in virtual time: what passes between two transfers by the program's
-/// clock passes on the board before the second. `desk` starts and drives the program.
+/// The whole program on the simulated board, both in virtual time: the time that passes between two transfers on the
+/// program's clock passes on the board before the second. `desk` starts and operates the program.
 class SimulatedDesk : private BoardEntries {
  public:
-  /// `settings` is the text of a settings file of the simulated libraries, behind "noise = 0".
+  /// `settings` is the text of a settings file for the simulated libraries, added after "noise = 0".
   explicit SimulatedDesk(const std::string& settings = {});
   SimulatedDesk(const SimulatedDesk&) = delete;
   SimulatedDesk& operator=(const SimulatedDesk&) = delete;
 
-  /// A register of the chip at 0x58, past the link.
+  /// A register of the chip at 0x58, read without the link.
   std::uint8_t Register(std::uint8_t reg) { return usb.TheBus().Read(0x58, reg); }
 
   /// Lets the board catch up with the clock.
@@ -28,9 +28,9 @@ class SimulatedDesk : private BoardEntries {
   Desk desk;
   simulator::UsbAdapter usb;
   simulator::SmbusHost smbus;
-  int refused = 0;  ///< USB requests that the adapter answered with a failure
-  /// USB requests by their number, direction (1 reads) and register: {0xDE, 0, 0x52} are the writes to 0x52. Writes
-  /// over SMBus have the number 0.
+  int refused = 0;  ///< USB requests that the adapter failed
+  /// USB requests counted by number, direction (1 is a read) and register: {0xDE, 0, 0x52} are the writes to 0x52.
+  /// Writes over SMBus have the number 0.
   std::map<std::array<int, 3>, std::int64_t> requests;
 
  private:

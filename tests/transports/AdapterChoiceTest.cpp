@@ -89,7 +89,7 @@ class FilesTest : public testing::Test {
     std::ifstream text(file);
     return {std::istreambuf_iterator<char>(text), {}};
   }
-  /// An adapter below `device`, as the kernel shows it: a folder there, and a link among the devices of the bus.
+  /// An adapter below `device`, as the kernel presents it: a folder there, and a link among the devices of the bus.
   void PutAdapter(const std::string& device, int number, const std::string& name) const {
     const std::string folder = "i2c-" + std::to_string(number);
     Put(root / "devices" / device / folder / "name", name);

@@ -12,7 +12,7 @@
 
 namespace zth::smbus {
 
-/// A kernel with buses and chips in memory. Every transfer that reaches a bus is written down, as "0:2C r 3E".
+/// A kernel with buses and chips in memory. Records every transfer that reaches a bus, as "0:2C r 3E".
 class FakeI2c final : public I2cSystem {
  public:
   struct Bus {
@@ -23,7 +23,7 @@ class FakeI2c final : public I2cSystem {
     bool isDisplay = false;
     int openError = 0;
     int selectError = 0;
-    int transferError = 0;  ///< of every transfer; 0: ENXIO where no chip is
+    int transferError = 0;  ///< of every transfer; 0: ENXIO if there is no chip
     Abilities abilities{true, true};
   };
 

@@ -17,7 +17,7 @@ using testing::Not;
 
 class HostBusTest : public testing::Test {
  protected:
-  /// Buses from 0 on, each with a chip at 0x2C whose register 0x3E reads so, or without one at -1.
+  /// Buses from 0 on, each with a chip at 0x2C whose register 0x3E has this value; -1 means no chip.
   void AddBuses(std::initializer_list<int> companyIds) {
     for (int number = 0; const int id : companyIds) {
       FakeI2c::Bus& added = system.buses[number++];
@@ -25,15 +25,15 @@ class HostBusTest : public testing::Test {
     }
   }
   FakeI2c::Bus& Bus(int number) { return system.buses[number]; }
-  /// How many lines on the standard error stream hold the text.
+  /// The number of lines on standard error that contain the text.
   int Told(const std::string& text) const {
     std::istringstream lines(errors.str());
     int count = 0;
     for (std::string line; std::getline(lines, line);) count += line.find(text) != std::string::npos ? 1 : 0;
     return count;
   }
-  /// Reads and writes "2C r 3E" and "2C w 20=5A"; what the reads gave and, behind "on", what reached a bus since the
-  /// last time: "41 on 0:2C r 3E, 1:2C r 3E".
+  /// Reads and writes "2C r 3E" and "2C w 20=5A". Returns the values read and, after "on", what has reached a bus since
+  /// the last call: "41 on 0:2C r 3E, 1:2C r 3E".
   std::string Run(const std::string& text) {
     std::istringstream words(text);
     std::string seen;
@@ -107,7 +107,7 @@ TEST_F(HostBusTest, ABusyBusIsNoDriverAndATransferNeverFollowsAFailedSelection) 
   EXPECT_EQ(Run("2C r 3E"), "41 on 0:2C r 3E, 1:2C r 3E,");
   EXPECT_EQ(Told("held by"), 0);
   EXPECT_EQ(Told("i2c-0, address 0x2C: read of register 0x3E failed, Device or resource busy (errno 16)"), 1);
-  // The descriptors still point at the address before.
+  // The descriptors are still set to the previous address.
   for (auto& [number, each] : system.buses) each.selectError = EINVAL;
   EXPECT_EQ(Run("2D r 3E 2D w 3E=07"), "FF on");
 }

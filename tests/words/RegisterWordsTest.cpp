@@ -1,4 +1,4 @@
-// The register table and the tree of the register map, against registers.txt and tree.txt.
+// The register table and the tree of the register map, compared with registers.txt and tree.txt.
 #include <QTreeWidget>
 
 #include "chip/ChipState.h"
@@ -41,7 +41,7 @@ TEST(Words, OfTheRegisterTable) {
 }
 
 TEST(Words, OfTheRegisterTree) {
-  std::vector<QStringList> expected;  // the path of each node, by texts
+  std::vector<QStringList> expected;  // the path of each node, by text
   QStringList keys;
   for (const Entry& entry : ReadWords("tree.txt")) {
     const bool root = entry.kind == "root";

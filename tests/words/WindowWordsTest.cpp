@@ -1,4 +1,4 @@
-// Every window's words, against windows.txt: what is prescribed stands there, and nothing that is not written down.
+// Every window's texts, compared with windows.txt: everything prescribed is there, and nothing that is not listed.
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -23,7 +23,7 @@
 namespace zth::testing {
 namespace {
 
-/// A window of the list, as it is opened once, with its entries.
+/// A window of the list, opened once, with its entries.
 struct Opening {
   QString name, title, registers;
   std::vector<Entry> entries;
@@ -31,7 +31,7 @@ struct Opening {
 
 std::vector<Opening> Openings() {
   std::vector<Opening> openings;
-  std::vector<Entry> common;  // what stands before the first window is every window's
+  std::vector<Entry> common;  // entries before the first window apply to every window
   for (const Entry& entry : ReadWords("windows.txt")) {
     if (entry.kind == "window") {
       openings.push_back({entry.Word(0), entry.Text(), entry.words.mid(2).join(' '), common});
@@ -133,7 +133,7 @@ QWidget& Holder(const QWidget& window, const Entry& entry) {
   return holder;
 }
 
-/// What the program has for an entry: its texts and its items.
+/// The program's texts and items for an entry.
 QStringList Found(const QWidget& window, const Entry& entry) {
   const QString name = entry.Word(0);
   if (entry.kind == "tabs") {

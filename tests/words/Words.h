@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-/// The golden lists beside this file: words written down by hand, which the program is held against.
+/// The lists beside this file: the program's texts, written by hand, with which the program is compared.
 namespace zth::testing {
 
 /// One entry of a list: "kind word... "text"...: "item"...". An indented line belongs to the one above it.
@@ -14,7 +14,7 @@ struct Entry {
   QString kind;
   QStringList words;  ///< without quotes
   QStringList texts;  ///< in quotes, before the colon
-  QStringList items;  ///< in quotes, behind it
+  QStringList items;  ///< in quotes, after the colon
   bool hasItems = false;
 
   QString Word(int i) const { return words.value(i); }
@@ -24,7 +24,7 @@ struct Entry {
 /// "name(0..3)" becomes four entries; "%1" in their words and texts the index + 1, "%5" the index + 5.
 std::vector<Entry> ReadWords(const QString& file);
 
-/// A caption as the lists have it: without its mnemonic.
+/// A caption in the form of the lists: without its mnemonic.
 QString Plain(const QString& caption);
 
 }  // namespace zth::testing

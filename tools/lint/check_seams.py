@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks that only src/platform/ reaches outside the process, and that no file outgrows its budget.
 
-usage: check_seams.py ROOT    ends with 1 when a rule is broken
+usage: check_seams.py ROOT    exits with 1 if a rule is broken
 """
 
 import pathlib

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""The tests are roughly a quarter to a third of the code: of the C and C++ lines that are neither blank nor comment.
+"""Checks that tests are roughly a quarter to a third of the C and C++ lines that are neither blank nor comment.
 
-The share is printed; only one below 22 or above 36 percent fails.
+Prints the share; fails only below 22 or above 36 percent.
 
 usage: check_share.py [-v]     -v lists the tests' files
 """

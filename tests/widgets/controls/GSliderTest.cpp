@@ -31,7 +31,8 @@ class Slider : public testing::Test {
     note(qOverload<int>(&GSlider::MouseUp), "up");
   }
 
-  // Where a click on the groove gives a value: sought with a second slider, so that no measure is copied here.
+  // The place on the groove where a click gives a value, found with a second slider so that no dimensions are copied
+  // here.
   QPointF At(double value) const {
     for (int x = 0; x < slider_.width(); ++x) {
       GSlider probe;
@@ -43,7 +44,7 @@ class Slider : public testing::Test {
     ADD_FAILURE() << value << " is nowhere on the groove";
     return {};
   }
-  // What a window sees of those steps: "down change=50 up".
+  // The events that a window gets from those steps: "down change=50 up".
   std::string Reports(const QString& steps) {
     Play(slider_, steps, [this](const QString& place) { return At(place.toDouble()); });
     return std::exchange(log_, {}).join(' ').toStdString();
@@ -51,7 +52,7 @@ class Slider : public testing::Test {
   std::string ReportsWhenPaceEnds() {
     EXPECT_TRUE(slider_.PaceTimer().isActive());
     EXPECT_EQ(slider_.PaceTimer().interval(), 50);
-    slider_.PaceTimer().stop();  // a single shot that has fired
+    slider_.PaceTimer().stop();  // a single-shot timer that has fired
     QMetaObject::invokeMethod(&slider_.PaceTimer(), "timeout");
     return Reports("");
   }
@@ -80,22 +81,23 @@ TEST_F(Slider, ReportsWhatTheUserDoes) {
       {"PgDown", "down change=50 up"},
       {"Home", "down change=0 up"},
       {"End", "down change=100 up"},
-      // Nothing at the end, nor by half a notch; from a fraction to a whole percent.
+      // Nothing happens at the end or at half a notch; a fraction goes to a whole percent.
       {"Right", ""},
       {"wheel=-60", ""},
       {"wheel=-60", "down change=99 up"},
       {"Value=33.3 Right", "down change=34 up"},
-      // A click on the groove goes there, one on the thumb changes nothing.
+      // A click on the groove moves the thumb there, a click on the thumb changes nothing.
       {"press@70", "down change=70"},
       {"drop@70", "up"},
       {"pull@70>70", "down up"},
       {"drag@90", ""},
-      {"Value=50 pull@52>62", "down change=60 up"},  // held beside its middle
-      // Back at the reported value there is nothing to report; keys and wheel rest in a drag, Escape takes it back.
+      {"Value=50 pull@52>62", "down change=60 up"},  // held off its centre
+      // Back at the reported value there is nothing to report. Keys and wheel have no effect during a drag, Escape
+      // cancels it.
       {"Value=0 press@0 drag@10 drag@20 drag@10 drop@10", "down change=10 up"},
       {"Value=0 press@0 drag@80 Right wheel=120 +Esc", "down change=80 change=0 up"},
-      {"press@0 drag@80 wheel=60 +Esc wheel=60", "down change=80 change=0 up"},  // nor does it count behind the drag
-      // It lets go when it is taken out of the hand.
+      {"press@0 drag@80 wheel=60 +Esc wheel=60", "down change=80 change=0 up"},  // nor does it count after the drag
+      // It ends the drag when it can no longer be operated.
       {"Value=0 press@0 drag@10 drag@20 Enabled=0", "down change=10 up"},
       {"End press@50 drop@50", ""},
       {"Enabled=1 Value=0 press@0 drag@10 drag@20 visible=0", "down change=10 up"}};
@@ -124,7 +126,7 @@ TEST_F(Slider, ToolsAndAssistiveTechnologyEndInTheSameReports) {
   ASSERT_TRUE(QMetaObject::invokeMethod(&slider_, "Change"));
   ASSERT_TRUE(QMetaObject::invokeMethod(&slider_, "Change", Q_ARG(int, 2)));
   EXPECT_EQ(Reports(""), "change=25 change=25");
-  slider_.StepByUser(30);  // what assistive technology comes to
+  slider_.StepByUser(30);  // what assistive technology calls
   EXPECT_EQ(Reports(""), "down change=30 up");
 }
 

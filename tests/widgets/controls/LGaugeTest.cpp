@@ -40,8 +40,8 @@ class Gauge : public testing::Test {
     Put("PointerIndex", number);
     return gauge_.property("PointerValue").toDouble();
   }
-  // A place on the ring of the handles: "30" at a value, "L30" and "H30" where the sliders' own handles stand at it;
-  // "a170" at an angle, "mid" in the middle.
+  // A place on the ring of the handles: "30" at a value, "L30" and "H30" at the sliders' own handles for it, "a170" at
+  // an angle, "mid" in the middle.
   QPointF At(const QString& place) const {
     const DialMeasures measures(gauge_.size());
     if (place == "mid") return measures.centre;
@@ -50,7 +50,7 @@ class Gauge : public testing::Test {
     return OnDial(measures, gauge_.Scale().Angle(place.mid(beside == 0 ? 0 : 1).toDouble()) + beside,
                   measures.scale + measures.handle * 0.7);
   }
-  // Where the sliders stand after those steps, and how often a change has been reported.
+  // The positions of the sliders after those steps, and the number of reported changes.
   std::string After(const QString& steps) {
     Play(gauge_, steps, [this](const QString& place) { return At(place); });
     const QVariant selected = gauge_.property("PointerIndex");
@@ -89,9 +89,9 @@ TEST_F(Gauge, ReportsADragOnceAtItsEnd) {
 
 TEST_F(Gauge, DragsEndWhereTheyShould) {
   const std::pair<const char*, const char*> rows[] = {
-      // Only a slider can be taken; a click that moves nothing is not reported.
+      // Only a slider can be dragged; a click that moves nothing is not reported.
       {"pull@30>60 pull@mid>60 pull@25.25>60 pull@H85>H85", "-20 85 0"},
-      // Across the gap a slider stays at its end.
+      // A slider dragged across the gap stays at its end.
       {"press@H85 drag@a130 drag@a150", "-20 191 0"},
       {"drag@a170 drag@a-170 drag@a-150 drag@a-120", "-20 191 0"},
       {"drop@-64", "-20 191 1"},
@@ -99,10 +99,10 @@ TEST_F(Gauge, DragsEndWhereTheyShould) {
       {"+Esc drop@H10", "-20 85 1"},
       {"press@H85 drag@H10 enabled=0 drop@H10 enabled=1", "-20 85 1"},
       {"press@H85 drag@H10 visible=0 drop@H10 visible=1", "-20 85 1"},
-      {"press@H85 drag@H10 PointerValue=70 drag@H20 +Esc", "-20 70 1"},  // a write meanwhile is what it goes back to
-      // Two sliders at one value can both be taken.
+      {"press@H85 drag@H10 PointerValue=70 drag@H20 +Esc", "-20 70 1"},  // it goes back to a value written meanwhile
+      // Two sliders at the same value can both be dragged.
       {"PointerIndex=2 PointerValue=70 pull@L70>L60", "60 70 2"},
-      // What it cannot show it keeps; the other slider is nobody's business.
+      // It keeps a value that it cannot show; the other slider is not affected.
       {"PointerIndex=3 PointerValue=12000 ScaleMax=100 pull@L60>L0", "0 12000 3"}};
   for (const auto& [steps, state] : rows) EXPECT_EQ(After(steps), state) << steps;
 }
@@ -129,7 +129,7 @@ TEST_F(Gauge, KeysMoveByStepPageAndToTheEndsAndARunIsReportedOnce) {
       {"Home", "-64 85 7"},
       {"Right", "-63 85 8"},
       {"PgDown", "-64 85 9"},
-      {"Left", "-64 85 9"},  // at the end already
+      {"Left", "-64 85 9"},  // already at the end
       {"PgUp", "-54 85 10"},
       {"+Left *Left *Left +Down -Left", "-58 85 10"},  // a key is still held
       {"+Right *Right -Down", "-56 85 10"},
@@ -243,7 +243,7 @@ void ExpectGoodTicks(double minimum, double maximum, double radius) {
     for (const DialTick& other : majors) {
       const double width = (size(tick.text).width + size(other.text).width) / 2;
       EXPECT_TRUE(std::abs(tick.labelX - other.labelX) > width ||
-                  std::abs(tick.labelY - other.labelY) > size(tick.text).height)  // all texts are as high
+                  std::abs(tick.labelY - other.labelY) > size(tick.text).height)  // all texts have this height
           << tick.text << " touches " << other.text;
     }
     majors.push_back(tick);

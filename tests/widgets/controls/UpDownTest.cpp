@@ -104,7 +104,7 @@ TEST(Toggle, TellsItsStateBySign) {
   const QImage green = lamp.grab().toImage();
   ASSERT_TRUE(lamp.setProperty("Value", true));
   const QImage red = lamp.grab().toImage();
-  int differing = 0;  // in lightness alone, as a colour-blind eye or a grey print has it
+  int differing = 0;  // in lightness alone, for colour-blind users and grey prints
   for (int i = 0; i < green.width() * green.height(); ++i) {
     const QPoint at(i % green.width(), i / green.width());
     if (std::abs(qGray(green.pixel(at)) - qGray(red.pixel(at))) > 80) ++differing;

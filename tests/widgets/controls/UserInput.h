@@ -10,8 +10,7 @@
 #include <QWheelEvent>
 #include <QWidget>
 
-/// What a user's hands do, as events sent straight to a widget: no event loop runs, so no timer fires and nothing
-/// waits.
+/// A user's input, as events sent directly to a widget: no event loop runs, so no timer fires and nothing waits.
 namespace zth::tests {
 
 inline void Mouse(QWidget& widget, QEvent::Type type, const QPointF& at, Qt::MouseButton button = Qt::LeftButton) {
@@ -32,9 +31,9 @@ inline void Wheel(QWidget& widget, int eighths, Qt::KeyboardModifiers modifiers 
   QCoreApplication::sendEvent(&widget, &event);
 }
 
-/// Plays steps that stand apart by blanks: "press@70", "drag@10", "drop@10" and "pull@70>10", all three, at places
-/// that `place` knows by name; "Right" taps a key, "+Right" holds it down, "*Right" is its repetition, "-Right" lets
-/// go; "wheel=120" turns the wheel; "enabled=0" and the like set a property.
+/// Plays steps separated by blanks: "press@70", "drag@10", "drop@10", and "pull@70>10" for all three, at places that
+/// `place` resolves by name; "Right" taps a key, "+Right" holds it down, "*Right" repeats it, "-Right" releases it;
+/// "wheel=120" turns the wheel; "enabled=0" and the like set a property.
 inline void Play(QWidget& widget, const QString& steps, const std::function<QPointF(const QString&)>& place = {}) {
   for (const QString& step : steps.split(' ', Qt::SkipEmptyParts)) {
     const QString name = step.section('=', 0, 0), at = step.section('@', 1).section('>', 0, 0);

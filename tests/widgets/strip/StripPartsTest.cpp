@@ -52,7 +52,7 @@ TEST(TimeText, ReadsAsAClockFromAMinuteOn) {
   EXPECT_EQ(TimeText(119.96, 0.1).toStdString(), "2:00.0");
 }
 
-/// Draws into a small picture and gives it back as rows, apart by blanks: '#' full, '+' part, '.' untouched.
+/// Draws into a small picture and returns it as rows separated by blanks: '#' full, '+' partial, '.' untouched.
 std::string Drawn(const std::vector<Column>& columns, int height, RasterLine line = {}) {
   const int width = static_cast<int>(columns.size());
   std::vector<QRgb> bits(columns.size() * static_cast<std::size_t>(height), 0xFFFFFFFF);

@@ -52,7 +52,7 @@ class StripTest : public ::testing::Test {
     now += after;
     strip.PlotValue(trace, value);
   }
-  /// Lets the shared frame timer fire and the picture be painted, now.
+  /// Fires the shared frame timer and paints the picture now.
   QImage Painted() { return Paint(), strip.grab().toImage(); }
   static void Paint() {
     auto* frames = QApplication::instance()->findChild<QTimer*>("stripFrames");
@@ -66,7 +66,7 @@ class StripTest : public ::testing::Test {
     for (const QPoint at : {(from + to) / 2, to}) tests::Mouse(strip, QEvent::MouseMove, at, button);
     QTest::mouseRelease(&strip, button, {}, to);
   }
-  /// How wide the window is and what the two axes span, after a key: "100 s, 0 to 60, 0 to 12000, held".
+  /// The width of the time window and the ranges of both axes after a key: "100 s, 0 to 60, 0 to 12000, held".
   std::string After(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(&strip, key, modifiers);
     return Ranges();
@@ -83,7 +83,7 @@ class StripTest : public ::testing::Test {
     strip.SetAxisIndex(axis);
     return {strip.AxisMin(), strip.AxisMax()};
   }
-  /// Pixels of the plot that are about half of a colour or more: a line's ends and slopes are softened.
+  /// Pixels of the plot with about half of a colour or more: a line's ends and slopes are anti-aliased.
   int PixelsOf(const QColor& colour, double upperPart = 1) {
     const QImage image = strip.Picture();
     int count = 0;
@@ -142,7 +142,7 @@ TEST_F(StripTest, CountsTimeFromTheFirstSampleAndGivesOneFeedOneInstant) {
   EXPECT_EQ(strip.TracePoints(0), (QVariantList{QVariantList{0.0, 1.0}}));
 }
 
-// A scrolling chart draws only what has come in; that must not be told from drawing it all.
+// A scrolling chart draws only the new data; the result must be the same as drawing everything.
 TEST_F(StripTest, AScrolledPictureIsTheOneThatIsDrawnAfresh) {
   StripSetup setup = TwoZones();
   setup.xMin = 0;
@@ -246,7 +246,7 @@ TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndTellsHowToGetBack) {
 TEST_F(StripTest, ZoomsByWheelAboutThePointer) {
   for (const auto& [modifiers, x, y] : {std::tuple{Qt::NoModifier, 80, 48},
                                         {Qt::ControlModifier, 100, 48},
-                                        {Qt::ShiftModifier, 80, 60}}) {  // what is left of X and of the upper axis
+                                        {Qt::ShiftModifier, 80, 60}}) {  // the rest of the X axis and of the upper axis
     strip.ResetRanges();
     tests::Wheel(strip, 120, modifiers, {300, 120});
     EXPECT_NEAR(strip.XSpan(), x, 1e-9) << modifiers;
@@ -264,7 +264,7 @@ TEST_F(StripTest, ZoomsByHandlesAndBoxAndKeys) {
   EXPECT_GT(AxisRange(0)[1], 80);
   EXPECT_EQ(AxisRange(0)[0], 0);
   strip.ResetRanges();
-  // Below the plot: the edge that is pulled moves, the other one stands.
+  // Below the plot: the dragged edge moves, the other one stays.
   std::vector<int> arrows;
   for (int x = 0; x < strip.width(); ++x) {
     tests::Mouse(strip, QEvent::MouseMove, QPoint(x, strip.height() - 14), Qt::NoButton);
@@ -365,7 +365,7 @@ TEST_F(StripTest, DrawsPathsInTheOrderOfAddingWithPensAndDots) {
   const auto plot = [this](int trace, std::initializer_list<QPointF> points) {
     for (const QPointF& point : points) strip.PlotXY(trace, point.x(), point.y());
   };
-  plot(0, {{60, 20}, {60, 80}, {0, 80}, {0, 20}});  // a step down to the left: no function of x
+  plot(0, {{60, 20}, {60, 80}, {0, 80}, {0, 20}});  // a step down to the left: not a function of x
   EXPECT_EQ(strip.TracePoints(0)[2], QVariant(QVariantList{0.0, 80.0}));
   EXPECT_TRUE(strip.XSpan() == 160 && strip.XEnd() == 120);
   const int path = PixelsOf(Qt::red);

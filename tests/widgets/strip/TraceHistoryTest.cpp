@@ -27,13 +27,13 @@ TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneFurtherThanTheNextOne) {
     history.Append(next.x, next.y);
   }
   const double length = points.back().x;
-  using Row = std::tuple<double, double, std::size_t>;  // from and to as shares of the walk's length
+  using Row = std::tuple<double, double, std::size_t>;  // from and to as fractions of the walk's length
   for (const auto& [begin, end, columns] : {Row{0, 1, 800}, Row{0.9, 1, 800}, Row{-0.5, 1.5, 800}, Row{0.8, 0.9, 200},
                                             Row{0.999, 1.0001, 300}, Row{0, 1, 3840}, Row{0.2, 0.95, 10}}) {
     SCOPED_TRACE(testing::Message() << begin << " to " << end << " in " << columns);
     const double width = length * (end - begin) / static_cast<double>(columns);
     const auto first = static_cast<std::int64_t>(std::floor(length * begin / width));
-    std::vector<Column> shown(columns), exact(columns + 2);  // the span of the samples alone, one column wider
+    std::vector<Column> shown(columns), exact(columns + 2);  // only the span of the samples, one column wider
     EXPECT_LE(history.Columns(first, width, shown), 12 * columns + 64);
     for (const auto& point : points) {
       const double at = std::floor(point.x / width) - static_cast<double>(first) + 1;
@@ -45,7 +45,7 @@ TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneFurtherThanTheNextOne) {
       const Column &before = exact[i], &own = exact[i + 1], &after = exact[i + 2];
       if (own.Empty()) continue;
       ASSERT_TRUE(shown[i].lo <= own.lo && shown[i].hi >= own.hi) << "column " << i;
-      // A join to a neighbour that holds no sample reaches beyond: those are checked by the drawing tests.
+      // A line to a neighbour without a sample extends beyond; the drawing tests check those.
       if (before.Empty() || after.Empty()) continue;
       ASSERT_GE(shown[i].lo, std::min({before.lo, own.lo, after.lo}) - 1e-3F) << "column " << i;
       ASSERT_LE(shown[i].hi, std::max({before.hi, own.hi, after.hi}) + 1e-3F) << "column " << i;
@@ -74,7 +74,7 @@ TEST(TraceHistory, DropsWhatIsOlderThanADayAndStopsGrowing) {
   EXPECT_FALSE(history.At(199999 - TraceHistory::kKept - 70000).has_value());
   EXPECT_TRUE(history.At(199999 - TraceHistory::kKept + 10).has_value());
   std::vector<Column> columns(10);
-  history.Columns(0, 1000, columns);  // 0 s to 10,000 s are long gone
+  history.Columns(0, 1000, columns);  // 0 s to 10,000 s have long been dropped
   for (const Column& column : columns) EXPECT_TRUE(column.Empty());
   for (int i = 200000; i < 600000; ++i) history.Append(i * 1.0, i);
   EXPECT_EQ(history.Bytes(), bytes);
@@ -82,7 +82,7 @@ TEST(TraceHistory, DropsWhatIsOlderThanADayAndStopsGrowing) {
 
 TEST(TraceHistory, TakesOddSamplesByRule) {
   TraceHistory history;
-  // What comes before the newest counts as the newest's time.
+  // A sample older than the newest one gets the time of the newest.
   for (const auto& [x, y] : {std::pair{1.0, 10}, {kNaN, 11}, {kInfinity, 12}, {0.5, 13}}) history.Append(x, y);
   EXPECT_TRUE(history.Newest().x == 1 && history.Newest().y == 13 && history.Points(-10, 10).size() == 2);
   history.Append(2, kInfinity);
@@ -107,7 +107,7 @@ TEST(TraceHistory, JoinsSamplesAcrossEmptyColumnsButNotAcrossALostValue) {
   }
   EXPECT_TRUE(columns[6].Empty() && columns[7].Empty());
   EXPECT_FLOAT_EQ(columns[8].lo, 4);
-  // A window between two samples shows the line that crosses it.
+  // A time window between two samples shows the line that crosses it.
   history.Columns(20, 0.1, std::span(columns).first(5));
   EXPECT_FALSE(columns[0].Empty());
   EXPECT_NEAR(static_cast<double>(columns[2].lo), 3.4, 1e-4);

@@ -10,8 +10,9 @@
 namespace zth::testing {
 namespace {
 
-/// Rows "name(0..3) 1A.2:3 p 2+3": the controls of those indices, from bit 2 of register 0x1A on, 3 bits each, two in a
-/// register and 3 bits apart. Ticked, Unticked, Position, Duty, Number, and lists whose last 2 or 3 items are alike.
+/// Rows "name(0..3) 1A.2:3 p 2+3": the controls with those indices, from bit 2 of register 0x1A on, 3 bits each, two
+/// per register and 3 bits apart. Ticked, Unticked, Position, Duty, Number, and lists whose last 2 or 3 items are the
+/// same.
 std::vector<Control> Controls(const QString& rows) {
   static const QRegularExpression form(
       R"(^(\w+)(?:\((\d+)\.\.(\d+)\))? (\w\w)\.(\d)(?::(\d))? ([tupdn23])(?: (\d)\+(\d))?$)");
@@ -36,7 +37,7 @@ std::vector<Control> Controls(const QString& rows) {
   return all;
 }
 
-/// A register that is written whole keeps nothing, one that is modified all bits that are no control's.
+/// A register that is written whole keeps no bits; one that is modified keeps all bits without a control.
 WindowModel Window(const QString& name, const std::set<int>& modified, const QString& rows) {
   WindowModel window{name, Controls(rows), {}};
   std::map<int, unsigned> owned;

@@ -25,7 +25,7 @@ class Looks : public ::testing::TestWithParam<const char*> {
   static QColor Colour(const QWidget& control) { return control.palette().color(QPalette::Text); }
 
   const std::vector<Control>& controls_ = Model(GetParam()).controls;
-  // Fan Configuration's maximum has no exact text at its default.
+  // Fan Configuration's maximum cannot be shown exactly at its default.
   WindowDesk desk_{GetParam(), "2C=FF"};
 };
 
@@ -79,14 +79,14 @@ TEST(ConfigMarks, AnOddEntryTellsWhatWouldGoOut) {
   auto& box = Desk::Get<QLineEdit>(*desk.window, "txtMaxPWM");
   const QColor plain = box.palette().color(QPalette::Text);
   const std::vector<std::pair<QString, QString>> rows{
-      {"50", ""},          {"12.0", ""},  // the number that the chip will show, if in other digits
+      {"50", ""},          {"12.0", ""},  // the number that the chip will show, only in other digits
       {"abc", "0 (0x00)"}, {"", "0 (0x00)"},      {"12ab", "12 (0x1F)"}, {"101", "100 (0xFF)"},
       {"-7", "0 (0x00)"},  {"50.4", "51 (0x81)"},
   };
   for (const auto& [text, out] : rows) {
     box.setText(text);
     EXPECT_EQ(box.toolTip(), "0x2C bits 7:0, PWM 1-4 Max" + (out.isEmpty() ? out : "\nGoes out as " + out));
-    // What has gone out keeps its warning, and no longer counts as a change.
+    // A written value keeps its warning, and no longer counts as a change.
     desk.Do("cmdApply");
     EXPECT_FALSE(box.font().bold());
     EXPECT_EQ(box.palette().color(QPalette::Text) != plain, !out.isEmpty()) << text.toStdString();

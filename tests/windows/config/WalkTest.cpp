@@ -4,7 +4,7 @@
 namespace zth::testing {
 namespace {
 
-/// A table of one box, on a register that the chip need not have.
+/// A table of one box, on a register that the chip may not have.
 constexpr bool IsSound(int reg, base::BitField bits) {
   using namespace zth::windows;
   return windows::IsSound(std::array{Check("chkBox", "Box", {static_cast<std::uint8_t>(reg), bits})},
@@ -33,7 +33,7 @@ class Walk : public ::testing::TestWithParam<WindowModel> {
     }
   }
 
-  /// All that Apply leaves when nothing was touched, after a load of `before`.
+  /// All registers after a load of `before` and Apply with nothing touched.
   FakeBoard::Registers AllUntouched(FakeBoard::Registers before) const {
     for (const auto& [reg, kept] : model_.kept) {
       auto& byte = before[static_cast<std::size_t>(reg)];
@@ -102,7 +102,7 @@ TEST_P(Walk, WhatChangesElsewhereBeforeApplySurvivesWhereTheWindowOwnsNothing) {
 INSTANTIATE_TEST_SUITE_P(Windows, Walk, ::testing::ValuesIn(AllWindows()),
                          [](const auto& row) { return row.param.name.toStdString(); });
 
-// On a chip of default registers; a write of a PWM's configuration has a look at its behaviour field behind it.
+// On a chip with default registers. After writing a PWM's configuration the program reads its behaviour field.
 const std::pair<const char*, const char*> kApplies[] = {
     {"frmGenConfig", "R01 W01=01 R02 W02=80 R03 W03=00 R0C W0C=40"},
     {"frmFanConfig",
@@ -130,8 +130,8 @@ TEST(ConfigTransfers, ApplyGoesOutInOrderOnBothLinksOkClosesAndCancelJustCloses)
 }
 
 TEST(ConfigTexts, GoOutAsTheNumbersTheyBeginWithAndWithinAByte) {
-  // Over 0x44 in frmTherm: a number too great for its field spills into its neighbour, a fraction of the upper one
-  // below.
+  // Over 0x44 in frmTherm: a number too large for its field spills into its neighbour, a fraction of the upper field
+  // into the lower one.
   const std::vector<std::tuple<const char*, const char*, std::size_t, int>> rows{
       {"frmFanConfig", "txtMinPWM(3)=12ab", 0x2B, 31}, {"frmFanConfig", "txtMinPWM(0)=", 0x28, 0},
       {"frmFanConfig", "txtMinPWM(1)=ab", 0x29, 0},    {"frmFanConfig", "txtMinPWM(2)=101", 0x2A, 255},

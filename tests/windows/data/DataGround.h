@@ -15,13 +15,13 @@ namespace zth::testing {
 
 std::string Content(const QString& path);
 
-/// A log's head above columns such as "Local Temp ,".
+/// A log's header for columns such as "Local Temp ,".
 std::string LogHead(const std::string& columns);
 
-/// A log's lines first to last, ten a second, of one channel at 0.
+/// A log's lines from first to last, ten per second, of one channel at 0.
 std::string LogLines(int first, int last);
 
-/// A started program with a folder of its own; what the chip measures stands still.
+/// A started program with its own folder; the chip's measurements are constant.
 class DataTest : public ::testing::Test {
  protected:
   DataTest();
@@ -34,12 +34,12 @@ class DataTest : public ::testing::Test {
   /// Presses the log window's button, which asks for a file.
   void PressLog(const QString& path);
 
-  /// Lets the log job run so many times.
+  /// Lets the log job run that many times.
   void Log(int lines);
 
   QString Status() { return Desk::Text(desk.Main(), "sbStatusBar(1)"); }
   windows::ChildWindow& Logging() { return desk.Open("frmLogging"); }
-  /// The window is closed and opened anew.
+  /// Closes the window and opens it again.
   windows::ChildWindow& Reopen(const char* name) {
     desk.Open(name).Unload();
     Desk::Settle();
@@ -52,7 +52,7 @@ class DataTest : public ::testing::Test {
   QTemporaryDir folder_;
 };
 
-/// Lets files hold so many bytes while `act` runs, as a disk that is nearly full does.
+/// Limits files to that many bytes while `act` runs, like an almost full disk.
 inline void OnNearlyFullDisk(rlim_t bytes, const std::function<void()>& act) {
   const auto handler = std::signal(SIGXFSZ, SIG_IGN);
   rlimit old{};

@@ -16,7 +16,7 @@ class GraphTest : public DataTest {
   windows::ChildWindow& Graph() { return desk.Open("frmGraph"); }
   Strip& Chart(int index) { return Desk::Get<Strip>(Graph(), QString("stpGraph(%1)").arg(index)); }
   std::string Labels(int chart, int first, int last) { return Captions(Chart(chart), first, last); }
-  /// The newest values of a chart's traces from one on; -1 where there is none.
+  /// The newest values of a chart's traces from a given one on; -1 where there is none.
   std::vector<double> Values(int chart, int first, std::size_t count) {
     std::vector<double> values;
     while (values.size() < count) {
@@ -111,7 +111,7 @@ TEST_F(GraphTest, TheVoltageLegendHoldsTheNamesOfItsOpening) {
   EXPECT_EQ(Labels(5, 1, 4), "12V1|2.5V(P15)|VBatt|");
   EXPECT_EQ(Chart(5).TracePoints(2).size(), 0);
 
-  // More than the thirteen that a chart has as a rule.
+  // More than the usual thirteen of a chart.
   chip::Model.VoltagePresent.fill(true);
   chip::Model.Measurements.Voltage[22] = 1.5F;
   Reopen("frmGraph");

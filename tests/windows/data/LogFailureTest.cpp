@@ -50,7 +50,7 @@ TEST_F(LogFailureTest, LinesWaitInOrderAndTheStatusBarTells) {
   EXPECT_TRUE(desk.prompts.shown.empty());
 }
 
-// Three lines stand in the file, then something happens to it, two lines more.
+// Three lines are in the file, then something happens to it, then two more lines follow.
 TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
   const std::string before = kHead + LogLines(0, 2);
   const std::string anew = kHead + LogLines(3, 4);
@@ -62,7 +62,7 @@ TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
     ASSERT_EQ(std::rename(Path("other").toLocal8Bit().constData(), Path("d/a.csv").toLocal8Bit().constData()), 0);
   };
   const std::string longer(2000, 'x');
-  // Something happens between a look and the write, which leaves so much there.
+  // Something happens between the check and the write, which leaves this in the file.
   const auto meanwhile = [&](const std::function<void()>& happens, const std::string& left) {
     return [&, happens, left] {
       desk.files.beforeWrite = happens;
@@ -73,8 +73,8 @@ TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
   struct Accident {
     const char* what;
     std::function<void()> happen;
-    std::string file;  ///< what it holds then
-    const char* told;  ///< empty where nothing is to be told
+    std::string file;  ///< its contents then
+    const char* told;  ///< empty if there is nothing to report
   };
   const std::vector<Accident> accidents{
       {"deleted", [&] { QFile::remove(Path("d/a.csv")); }, anew, "it was gone"},
@@ -181,7 +181,7 @@ TEST_F(LogFailureTest, NoRunOfAccidentsLosesALineOrWritesOneTwice) {
     const QString path = Path("r.csv");
     QFile::remove(path);
     StartLog(path, {0});
-    std::string all;  // what has been taken out of the way, then what is left
+    std::string all;  // what was moved away, then what is left
     const auto take = [&] {
       const std::string piece = QFile::exists(path) ? Content(path) : std::string();
       EXPECT_TRUE(piece.empty() || piece.starts_with(kHead)) << piece;
@@ -234,7 +234,7 @@ TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   desk.files.locked = true;
   EXPECT_EQ(log(100'000, 0), Waiting(100000));
   EXPECT_EQ(log(3, 0), Waiting(100000) + ", 3 lost");
-  // Room for two lines: they go out, and a line comes into the store again, behind the mark of the gap.
+  // Space for two lines: they are written, and a new line is stored again, after the mark of the gap.
   desk.files.locked = false;
   desk.files.space = 2 * 7;
   EXPECT_EQ(log(1, 7), Waiting(100000));
@@ -287,7 +287,7 @@ TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
   desk.Advance(3000);
   EXPECT_EQ(File(), kHead);
   desk.files.locked = false;
-  // Another log may start meanwhile, into another file or into the same one.
+  // Meanwhile another log may start, into another file or into the same one.
   StartLog(Path("b.csv"), {1});
   Log(1);
   EXPECT_EQ(Status(), "Logging Enabled");
@@ -330,7 +330,7 @@ TEST_F(LogFailureTest, EveryEndTriesOnceMore) {
 
 TEST_F(LogFailureTest, TheSystemsOwnShortWritesAreCutBack) {
   Begin();
-  OnNearlyFullDisk(kHead.size() + 7 + 8 + 3, [this] { Log(4); });  // two lines and a bit
+  OnNearlyFullDisk(kHead.size() + 7 + 8 + 3, [this] { Log(4); });  // a little more than two lines
   EXPECT_EQ(Status(), Waiting(2));
   EXPECT_EQ(File(), kHead + LogLines(0, 1));
   Log(1);

@@ -79,7 +79,8 @@ TEST_F(LoggingTest, TakesThePeriodFromTheLeadingNumber) {
 }
 
 TEST_F(LoggingTest, KeepsPaceWithTheTicks) {
-  // Period 0: a line a tick. 100: the tick at 100 ms comes a moment too early for the rule, the next one takes it.
+  // Period 0: a line per tick. 100: the tick at 100 ms is slightly too early for the rule, the next one writes the
+  // line.
   for (const auto& [period, lines, pace] :
        {std::tuple{"0", 30, "true pace: 50 ms"}, {"10", 30, "true pace: 50 ms"}, {"100", 10, "true pace: 150 ms"}}) {
     StartLog(Path(period), {0}, period);
@@ -89,7 +90,7 @@ TEST_F(LoggingTest, KeepsPaceWithTheTicks) {
     EXPECT_EQ(Held(Logging(), "lblPace"), "") << "no log has no pace";
     EXPECT_NEAR(static_cast<double>(windows::Shared.LogSampleCount), lines, 1) << period;
   }
-  // It is told only where it is another.
+  // It is shown only if it differs.
   StartLog(Path("a.csv"), {0}, "2000");
   Log(2);
   desk.Advance(5000);
@@ -122,7 +123,7 @@ TEST_F(LoggingTest, TicksOnlyWhatIsAvailable) {
   EXPECT_FALSE(Desk::Get<QWidget>(window, "chkLog(3)").isEnabled());
   Do(window, "cmdSelectAll");
   EXPECT_EQ(Held(window, "chkLog(3) chkLog(5) chkLog(44)"), "0|1|1");
-  // A channel that goes while it is logged stays in the log until the next start.
+  // A channel that disappears while it is logged stays in the log until the next start.
   EXPECT_EQ(windows::BuildLogLine(), "0,0 ,0 ,");
   StartLog(Path("a.csv"), {6});
   EXPECT_EQ(Model.LogChannelTable[3].Selected + Model.LogChannelTable[5].Selected, 0);
@@ -146,7 +147,7 @@ TEST_F(LoggingTest, StartsOnlyWithANameASelectionAndAFile) {
   EXPECT_TRUE(question.appends);
 
   expectOff(Path("no folder") + "/a.csv", 1, "no folder; the selection is stored before the file is opened");
-  desk.files.space = 30;  // less than the head
+  desk.files.space = 30;  // less than the header
   expectOff(Path("full.csv"), 1, "full disk");
   EXPECT_EQ(Content(Path("full.csv")), "") << "no piece of a head stays";
   desk.files.space.reset();

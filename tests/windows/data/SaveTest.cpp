@@ -51,7 +51,7 @@ class SaveTest : public DataTest {
   QTimer& Master() { return Desk::Get<QTimer>(desk.Main(), "tmrMaster"); }
   std::uint8_t Value(int reg) { return desk.board.Chip()[static_cast<std::size_t>(reg)]; }
 
-  /// Presses "cmdsave" or "cmdRecall" and answers with that name.
+  /// Presses "cmdsave" or "cmdRecall" and answers with that file name.
   void Use(const char* button, const QString& name) {
     desk.fileDialogs.script.push_back(name.isEmpty() ? QString() : Path(name));
     Do(Save(), button);
@@ -63,7 +63,7 @@ class SaveTest : public DataTest {
   QString Passing() { return Desk::Get<QStatusBar>(desk.Main(), "sbStatusBar").currentMessage(); }
   QString Outcome() { return Desk::Text(Save(), "lblState"); }
 
-  /// The whole file as it is to be.
+  /// The expected contents of the whole file.
   std::string Expected(const std::string& comment, bool limited) {
     std::string text =
         "Tarnwell Silicon\r\nZTH4718 Evaluation Software\r\n\r\nSaved: 11/18/2026 at 2:40:12 AM\r\n\r\nComment : " +
@@ -107,7 +107,7 @@ TEST_F(SaveTest, ReadsTheChipBeforeItAsksForTheNameAndHoldsTheTimerMeanwhile) {
   bool active = true;
   desk.events.onPaint = [&] {
     active = active && Master().isActive();
-    desk.clock.Advance(200);  // the timer events that painting lets through
+    desk.clock.Advance(200);  // timer events that fire during painting
   };
   windows::ChildWindow& window = Save();
   SaveTo("");
@@ -183,7 +183,7 @@ TEST_F(SaveTest, AHugeFileEndsInBoundedMemory) {
   QFile file(Path("huge.sav"));
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   file.write("{\n0x28\t0x7\t\n");
-  ASSERT_TRUE(file.resize(std::int64_t{1} << 36));  // no disk holds its zeros
+  ASSERT_TRUE(file.resize(std::int64_t{1} << 36));  // a sparse file: its zeros are not on the disk
   file.close();
   Recall("huge.sav");
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{W(0x28, 7)});
@@ -206,7 +206,7 @@ TEST_F(SaveTest, WhileItRecallsTheBarAndTheRegisterShowAndNothingElseReachesTheL
     names.insert(Desk::Text(window, "lblState"));
     EXPECT_FALSE(Master().isActive());
     desk.clock.Advance(500);
-    // Whatever a hand or an assistive tool may reach for.
+    // Everything that a user or an assistive tool can operate.
     for (const char* button : {"cmdsave", "cmdRecall", "cmdClose"}) Desk::Get<QAbstractButton>(window, button).click();
     for (auto* button : other.findChildren<QAbstractButton*>()) button->click();
     for (auto* action : desk.Main().findChildren<QAction*>()) action->trigger();

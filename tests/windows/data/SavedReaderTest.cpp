@@ -12,7 +12,7 @@ namespace {
 using Result = SavedReader::Result;
 using namespace std::string_literals;
 
-/// What a text is read as: "1=2 4C=A4 end", or "broken" at its end.
+/// The result of reading a text: "1=2 4C=A4 end", or "broken" at its end.
 std::string ReadAll(std::string_view text) {
   std::ostringstream read;
   read << std::hex << std::uppercase;
@@ -79,7 +79,7 @@ TEST(SavedReader, KnowsATextOfWideCharacters) {
     return wide;
   };
   const std::string text = SavedHead("1/1/2026", "8:00", "") + SavedLine(0x28, 7, "Name") + std::string(kSavedEnd);
-  // A comment of other letters has no zeros.
+  // A comment in another script contains no zeros.
   std::string foreign;
   for (int i = 0; i < 60; ++i) foreign += "\x37\x04";
   for (const bool bigEnd : {false, true}) {

@@ -83,14 +83,14 @@ TEST_F(Curves, AreDrawnWithTheDotsOfTheTabShowing) {
   desk.Advance(400);
   for (int trace = 0; trace < chart.TraceCount(); ++trace) EXPECT_EQ(Trace(trace), Points{});
 
-  // The first source's tab comes up with the PWM's.
+  // The tab of the first source appears with that of the PWM.
   desk.Do("cmbControl(1)=3");
   EXPECT_EQ(desk.Held("tbTemp"), "3");
   EXPECT_EQ(Captions(chart, 1, 1), "Remote3");
 }
 
 TEST_F(Curves, FollowEachControlAtOnce) {
-  // Each step goes on from the one before it.
+  // Each step continues from the one before it.
   const std::pair<const char*, const char*> rows[]{
       {"txtMinPWM(0)=50", "-40,0 30,0 30,50 46,100 119,100"},
       {"txtMaxPWM=75", "-40,0 30,0 30,50 38,75 119,75"},
@@ -102,7 +102,7 @@ TEST_F(Curves, FollowEachControlAtOnce) {
       {"txtTH2(0)=40; chkThermFS2=1", "-40,50 20,50 20,50 36,75 40,75 40,100 119,100"},
       {"txtTH2(0)=50; chkMinSpeed(0)=0", "-40,0 20,0 20,50 36,75 50,75 50,100 119,100"},
       {"cmbControl(0)=4", ""},
-      {"cmbControl(0)=3", "-40,0 30,0 30,50 38,75 119,100"},  // its limits lie beyond the chart
+      {"cmbControl(0)=3", "-40,0 30,0 30,50 38,75 119,100"},  // its limits are outside the chart
   };
   Put(desk.board.Chip(), "4F=FF 53=FF");
   desk.Reopen();

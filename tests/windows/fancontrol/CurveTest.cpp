@@ -12,7 +12,7 @@ namespace {
 
 constexpr ChartRange kStartRange{160, 120};
 
-/// The controls' texts for a curve of one PWM by one channel, plain but for the changes: "therm1 therm2 on max=50
+/// The controls' texts for a curve of one PWM by one channel, simple except for the changes: "therm1 therm2 on max=50
 /// min=20 tmin=30 range=20°C hyst=4 th1=45 th2=50". All others hold something else.
 CurveTexts Texts(const std::string& changes = {}, std::size_t pwm = 0, std::size_t channel = 0) {
   CurveTexts texts;
@@ -46,7 +46,7 @@ std::string Text(const DrawPath& path) {
   return text;
 }
 
-// The curve as it is drawn, of each PWM by each channel.
+// The drawn curve of each PWM by each channel.
 TEST(Curve, HasTheShapesAnEngineerExpects) {
   constexpr const char* kPlain = "-40,0 30,0 30,25 53,100 119,100";
   constexpr const char* kDown = "26,0 26,25 30,25";
@@ -78,7 +78,7 @@ TEST(Curve, HasTheShapesAnEngineerExpects) {
 }
 
 TEST(Curve, RoundsEachOfItsFiguresToSinglePrecision) {
-  // A limit at the very end of the ramp cuts it, or not.
+  // A limit at the very end of the ramp may cut it or not.
   for (const auto& [changes, cut] : {std::pair{"range=3.3°C tmin=50 min=0 max=64 th1=53", true},
                                      {"range=3.3°C tmin=25 min=0 max=64 th1=28", false},
                                      {"range=3.3°C tmin=7 min=0 max=64 th1=10", false}}) {
@@ -125,8 +125,8 @@ TEST(Curve, TakesItsSourcesAndNumbersFromTheTexts) {
       << "limited to 16 bits";
 }
 
-// The curve once more, in whole numbers and fractions of 64 alone: the line from (Tmin, MinDuty) rises 64 percent
-// in Trange degrees, so it meets MaxDuty (MaxDuty - MinDuty) * Trange / 64 degrees further on.
+// The curve again, in whole numbers and fractions of 64 only: the line from (Tmin, MinDuty) rises 64 percent in Trange
+// degrees, so it meets MaxDuty (MaxDuty - MinDuty) * Trange / 64 degrees further on.
 
 struct Chosen {
   int max, min, tmin, hyst, trange, th1, th2;
@@ -143,7 +143,7 @@ int Nearest(std::int64_t numerator, std::int64_t denominator) {
 
 struct Expected {
   std::string shape;
-  bool tie = false;  ///< single precision decides
+  bool tie = false;  ///< depends on single precision
   DrawPath main, hysteresis;
 };
 
@@ -179,7 +179,7 @@ Expected Reference(const Chosen& c, int left, int right) {
   return out;
 }
 
-/// What a path looks like when it is drawn: a point on top of the one before adds nothing.
+/// The visible shape of a path: a point on top of the previous one adds nothing.
 DrawPath Line(DrawPath path) {
   path.erase(std::unique(path.begin(), path.end()), path.end());
   return path;
@@ -212,7 +212,7 @@ TEST(Curve, AgreesWithAnIndependentCalculation) {
     SCOPED_TRACE(testing::Message() << "round " << round << " shape " << expected.shape);
     if (expected.tie) {
       ++ties;
-      // The ramp's end may stand on either side, by one degree; what is drawn goes on the same from there.
+      // The end of the ramp may be off by one degree on either side; the rest of the drawing is the same.
       EXPECT_NEAR(Line(paths.main)[3].x, Line(expected.main)[3].x, 1);
     } else {
       ++shapes[expected.shape];

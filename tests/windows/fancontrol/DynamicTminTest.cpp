@@ -26,7 +26,7 @@ float LabelTop(const WindowDesk& desk, int channel, int slot) {
   return Chart(desk, channel).LabelTop();
 }
 
-/// The first chart shows, the second, or both: "10", "01", "11".
+/// Which charts are visible, the first, the second or both: "10", "01", "11".
 std::string Shown(const WindowDesk& desk) {
   return std::string(Chart(desk, 0).isHidden() ? "0" : "1") + (Chart(desk, 1).isHidden() ? "0" : "1");
 }
@@ -40,7 +40,7 @@ TEST(DynamicTmin, ShowsWhatTheRegistersHold) {
 }
 
 TEST(DynamicTmin, EachControlWritesItsOwnBitsAtOnce) {
-  // The loop sets its bit when it is unticked; the hysteresis goes out whole and without a read.
+  // Unticking the loop sets its bit; the hysteresis is written whole, without a read.
   RunLiveCases(
       "frmDynamicTmin", 0xA5,
       "chkEnDynR1: R0B W0B=A4, chkEnDynR2: R0B W0B=A7, chkLoadOp1Th1: R0B W0B=A1, chkLoadOp2Th1: R0B W0B=AD, "
@@ -66,7 +66,7 @@ TEST(DynamicTmin, WithoutRemote1OnlyTheSecondTabIsThere) {
 }
 
 TEST(DynamicTmin, FeedsBothChartsAndPlacesTheirNames) {
-  // 50.5 degrees, and on Remote2 90, which is beyond the second chart's axis.
+  // 50.5 degrees, and 90 on Remote2, which is outside the second chart's axis.
   WindowDesk desk("frmDynamicTmin",
                   "21=20 22=E0 23=C0 24=E0 64=30 8A=80 8B=72 8D=9A 5A=90 5D=68 49=AE 45=36 5B=5E AA=33 AC=66");
   desk.Advance(2000);
@@ -82,7 +82,7 @@ TEST(DynamicTmin, FeedsBothChartsAndPlacesTheirNames) {
   EXPECT_EQ(Captions(Chart(desk, 0), 6, 8), "PWM1|PWM3|");
   EXPECT_EQ(Captions(Chart(desk, 1), 6, 6), "PWM3");
 
-  // To manual in another window: the rest moves up, and nobody is left for Remote2.
+  // Set to manual in another window: the rest moves up, and no fan is left for Remote2.
   Put(desk.board.Chip(), "23=E0");
   desk.Advance(150);
   EXPECT_EQ(Captions(Chart(desk, 0), 7, 7), "");
@@ -101,7 +101,7 @@ TEST(DynamicTmin, ARefreshReadsTheFourBehavioursAndNothingElse) {
   chip::Model.PollEnabled = false;
   desk.Advance(60);
   EXPECT_EQ(desk.board.TakeTraffic(), B(0x21, 4));
-  // The legend keeps below the lower zone's top wherever the user puts it.
+  // The legend stays below the lower zone's top wherever the user moves it.
   Chart(desk, 0).SetAxisIndex(1);
   Chart(desk, 0).SetAxisAreaTop(0.4);
   const double top = Chart(desk, 0).AxisAreaTop();
@@ -111,7 +111,7 @@ TEST(DynamicTmin, ARefreshReadsTheFourBehavioursAndNothingElse) {
 }
 
 TEST(DynamicTmin, ABoxTellsWhatTheChipHasMadeOfItOnceThatHasBeenMeasured) {
-  // Each box with its register. The demo draws Remote2 15 degrees higher than the chip holds; the boxes do not.
+  // Each box with its register. The demo shows Remote2 15 degrees too high in the chart, but not in the boxes.
   const std::vector<std::tuple<const char*, QString, QString, int>> rows{
       {"frmDynamicTmin", "txtTmin(0)", "lblChipTmin(0)", 0x5D},
       {"frmDynamicTmin", "txtTmin(1)", "lblChipTmin(1)", 0x5E},
@@ -172,22 +172,22 @@ TEST(DynamicTmin, TheDemoShowsRemote2AndOutlivesTheWindow) {
   EXPECT_EQ(desk.Held("cmdDemo"), "Run Demo");
 }
 
-// On a chip of zeros. A write to a PWM's configuration is followed by the look at its manual flag; a register that is
+// On a chip with all registers 0. After a write to a PWM's configuration its manual flag is read; a register that is
 // changed twice is read again in between.
 constexpr char kOnZeros[] =
     "R21 W21=40 R21 R22 W22=40 R22 R23 W23=40 R23 R24 W24=40 R24 R0D W0D=02 W2C=FF R02 W02=40 R07 W07=0F R0F W0F=08 "
     "R0F W0F=09 R30 W30=90 R33 W33=20 R0B W0B=02 R0B W0B=22 R64 W64=20 R62 W62=02 W52=9A R62 W62=B2 W5B=95 W5E=68 "
     "W46=5F "
     "W4A=6D R01 W01=20";
-// On a chip of ones the same transfers, by which the bits that stay are seen.
+// The same transfers on a chip with all bits 1, to see which bits are kept.
 constexpr char kOnOnes[] =
     "R21 W21=5F R21 R22 W22=5F R22 R23 W23=5F R23 R24 W24=5F R24 R0D W0D=FF W2C=FF R02 W02=7F R07 W07=FF R0F W0F=FF "
     "R0F W0F=FF R30 W30=FF R33 W33=FF R0B W0B=FF R0B W0B=FF R64 W64=2F R62 W62=F2 W52=9A R62 W62=B2 W5B=95 W5E=68 "
     "W46=5F "
     "W4A=6D R01 W01=2F";
 
-// Behind the set-up the window reads anew, and as it is ready, each control that changes by that writes back what has
-// just been read, 0x64 whole.
+// After the set-up the window reads again. Each control that changes then writes back what was just read, 0x64 as a
+// whole.
 TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBackOnBothLinks) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     for (const bool ones : {false, true}) {
@@ -204,13 +204,13 @@ TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBackOnBothLinks) {
   }
 }
 
-/// The demo as it runs behind its set-up.
+/// The demo, running after its set-up.
 void RunDemo() {
   windows::Shared.DemoChip = link::ChipInUse();
   windows::Shared.DemoRunning = true;
 }
 
-/// Registers of Remote2: a temperature, and the state that dynamic Tmin is drawn by.
+/// Registers of Remote2: a temperature, and the state that the dynamic Tmin chart shows.
 void PutRemote2(Desk& desk, int quarters) {
   Put(desk.board.Chip(), "5E=68 5B=95 46=5F 4A=6D");
   desk.board.Chip()[0x8C] = static_cast<std::uint8_t>((quarters % 4) * 64);
@@ -251,7 +251,7 @@ TEST(Demo, ForcesItsOneTherm2EventAtFiftyDegreesAsDrawn) {
     EXPECT_EQ(Writes(desk.board.TakeTraffic()), T("W52=40 W52=9A"));
     EXPECT_EQ(desk.clock.waitedMs - waited, 500);
     EXPECT_TRUE(windows::Shared.DemoThermTripped);
-    // Stopping and running again brings no second one.
+    // Stopping and running again does not cause a second one.
     windows::Shared.DemoRunning = false;
     desk.Advance(1000);
     windows::Shared.DemoRunning = true;

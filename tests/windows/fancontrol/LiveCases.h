@@ -3,10 +3,10 @@
 #include "tests/support/Seen.h"
 #include "tests/support/Steps.h"
 
-/// One change of a control of a live window, and what it sends: the same ground for all of them.
+/// One change of a control of a live window, and what it sends: common code for all live windows.
 namespace zth::testing {
 
-/// Cases "steps: transfers" apart by ", ", each on a fresh program whose chip holds `before` in every register, on
+/// Cases "steps: transfers" separated by ", ", each on a fresh program whose chip holds `before` in every register, on
 /// either link: what it sends, in order.
 inline void RunLiveCases(const char* name, std::uint8_t before, const QString& cases) {
   for (const QString& row : cases.split(", ")) {

@@ -74,7 +74,7 @@ TEST_F(ManualControl, WritesTheDutyOfTheSliderThatMoves) {
 }
 
 TEST_F(ManualControl, NoStepOfAKeyIsLostToAnOlderDuty) {
-  // Past every refresh and at every distance from it and from the duty's reading, as a held key has it.
+  // Across every refresh and at every distance from it and from the reading of the duty, as with a held key.
   Slider(1).SetValue(20);
   link::WriteRegisterValue(link::Bus.DeviceAddress, 0xAB, 51);
   desk.Advance(3000);
@@ -96,7 +96,7 @@ TEST_F(ManualControl, FollowsTheChipAgainOnceTheDutyWasMeasured) {
   chip::Model.Measurements.PwmPercent = {0, 5, 5, 5};
   desk.Advance(2500);
   EXPECT_EQ(desk.Held("sldManual(0..3)"), "0|70|5|5") << "not measured since: the others follow, the written wait";
-  // Taken off manual meanwhile: what it shows is no older than its write either.
+  // No longer manual meanwhile: here, too, the value shown is not older than its write.
   link::WriteRegisterValue(link::Bus.DeviceAddress, 0x22, 0x25);
   desk.Advance(1100);
   EXPECT_EQ(desk.Held("sldManual(1) lblManual(1)"), "70|Disabled");

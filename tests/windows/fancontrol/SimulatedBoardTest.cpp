@@ -15,7 +15,7 @@ class SimulatedBoard : public ::testing::Test {
   Desk& desk = sim.desk;
 };
 
-/// The duty that a drawn path has at a temperature, beyond its step.
+/// The duty of a drawn path at a temperature, above its step.
 double DutyOnPath(const Points& path, double degrees) {
   for (std::size_t i = 1; i < path.size(); ++i) {
     const auto& [x0, y0] = path[i - 1];

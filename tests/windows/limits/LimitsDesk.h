@@ -12,7 +12,7 @@
 
 namespace zth::testing {
 
-/// The limits window on a board whose pins a test sets, with the measurement cycle standing still.
+/// The limits window on a board whose pins a test sets, with the measurement cycle stopped.
 class Limits : public ::testing::Test {
  protected:
   explicit Limits(Desk::Buses buses = Desk::Buses::Usb) : desk(buses) {
@@ -38,13 +38,13 @@ class Limits : public ::testing::Test {
   double Slider(const char* gauge, int number) const { return Indexed(gauge, "Pointer", number); }
   double Needle(const char* gauge, int number) const { return Indexed(gauge, "Needle", number); }
   QString Caption(const char* gauge) const { return Desk::Property(*window, gauge, "Caption").toString(); }
-  /// The five gauges' captions in the order of the tabs, apart by "|".
+  /// The five gauges' captions in the order of the tabs, separated by "|".
   std::string Captions() const {
     QStringList all;
     for (const char* gauge : {"ggeTemp", "ggeFan", "ggeVolt", "ggeThermTimer", "ggeTHERMPin"}) all << Caption(gauge);
     return all.join('|').toStdString();
   }
-  /// Puts a slider where a drag would leave it, and ends the drag.
+  /// Moves a slider to where a drag would leave it, and ends the drag.
   void Drag(const char* gauge, int number, double value) const {
     auto& widget = Desk::Get<QWidget>(*window, gauge);
     widget.setProperty("PointerIndex", number);

@@ -1,4 +1,4 @@
-// The gauges of the limits window: which registers their sliders are, and what a drag, a key and an empty list do.
+// The gauges of the limits window: the registers of their sliders, and the effects of a drag, a key and an empty list.
 #include <iterator>
 #include <numeric>
 
@@ -15,7 +15,7 @@ namespace {
 
 using Pins = chip::PinFunctionFlags;
 
-/// Pins that list one half of the choices and the other; two more states of pins 23 and 24.
+/// Pin settings that list one half of the choices and then the other; two more states of pins 23 and 24.
 void PutPins(Pins& pins, int state) {
   pins = {};
   pins.D1 = pins.D3 = state > 2;
@@ -26,7 +26,7 @@ void PutPins(Pins& pins, int state) {
   pins.Pin23 = pins.Pin24 = static_cast<std::int16_t>(state - 1);
 }
 
-/// Channels with their two registers and their nominal voltage, one behind the other.
+/// Channels with their two registers and their nominal voltage, one after the other.
 struct GaugeChannels {
   int pins;
   const char* list;
@@ -74,7 +74,7 @@ TEST_F(Limits, EachChannelShowsItsOwnReadingAndWritesItsOwnRegistersInOrder) {
       const double nominal = row.section(' ', -1).toDouble();
       const bool pair = low != 0;
       const Traffic reads = pair ? Concat(R(low), R(high)) : Concat(R(high));
-      // Away from the channel first, so that picking it is a change.
+      // Away from the channel first, so that selecting it is a change.
       Desk::Get<QComboBox>(*window, on.list).setCurrentIndex(-1);
       if (pair) desk.board.Chip()[static_cast<std::size_t>(low)] = 0;
       desk.board.Chip()[static_cast<std::size_t>(high)] = 192;
@@ -82,7 +82,7 @@ TEST_F(Limits, EachChannelShowsItsOwnReadingAndWritesItsOwnRegistersInOrder) {
       PickItem(on.list, row.section(' ', 0, -4));
       EXPECT_EQ(desk.board.TakeTraffic(), reads);
 
-      // A drag to where the slider stands; of a voltage, to the top of its scale.
+      // A drag to the slider's own position; for a voltage, to the top of its scale.
       const std::string gauge = on.gauge;
       int code = gauge == "ggeFan" || gauge == "ggeThermTimer" ? 191 : 192;
       double to = Slider(on.gauge, 3);
@@ -116,7 +116,7 @@ TEST_F(Limits, BothLimitsGoOutOnADragOfOneAndAreNotCheckedAgainstEachOther) {
 
 TEST_F(Limits, PickingTheChannelThatShowsReadsItsLimitsAgain) {
   Load();
-  Desk::Pick(*window, "cmbTemp", 0);  // the load's own selection is over with this one
+  Desk::Pick(*window, "cmbTemp", 0);  // this ends the load's own selection
   desk.board.Chip()[0x44] = 0x50;
   desk.board.TakeTraffic();
   Desk::Pick(*window, "cmbTemp", 0);
@@ -152,7 +152,7 @@ struct KeyRow {
 struct LimitKeys : Limits {
   widgets::LGauge& Gauge(const KeyRow& row) { return Desk::Get<widgets::LGauge>(*window, QString("gge") + row.kind); }
 
-  /// The limit with this code, its slider in use.
+  /// The limit with this code, with the focus on its slider.
   double Show(const KeyRow& row, int raw) {
     desk.board.Chip()[row.reg] = static_cast<std::uint8_t>(raw);
     Desk::Get<QComboBox>(*window, QString("cmb") + row.kind).setCurrentIndex(-1);
@@ -162,7 +162,7 @@ struct LimitKeys : Limits {
     return Gauge(row).SliderValue(row.position);
   }
 
-  /// What a drag can set, as it shows behind it.
+  /// The values that a drag can set, as shown afterwards.
   std::set<double> Reachable(const KeyRow& row) {
     Show(row, 0x80);
     std::set<double> reachable;
@@ -189,7 +189,7 @@ struct LimitKeys : Limits {
     }
   }
 
-  /// From a value on, in the direction of so many steps.
+  /// Starting from a value, in the direction of that many steps.
   static double After(const std::set<double>& reachable, double before, int steps) {
     std::vector<double> ways{before};
     if (steps > 0) ways.insert(ways.end(), reachable.upper_bound(before), reachable.end());

@@ -9,8 +9,8 @@ namespace {
 
 using Pins = chip::PinFunctionFlags;
 
-/// What a load reads with the pins as the chip starts, each tab's masks as they stand in the chip's defaults: a
-/// selection reads its limits, the load shows them once more, and a mask box that changes writes its bit back.
+/// The transfers of a load with the pins as at power-up and each tab's masks at the chip's defaults: a selection reads
+/// its limits, the load shows them again, and a mask box that changes writes its bit back.
 constexpr char kFirstLoad[] =
     "R44 R48 R44 R48 R30 "      // Temperature
     "R78 R78 R34 R07 "          // Fans
@@ -35,7 +35,7 @@ TEST(LimitsLoad, ReadsTabByTabOnBothLinksAndLeavesMasksAloneThatHaveNotChanged) 
 
 TEST_F(Limits, ALoadChangesNoRegisterWhateverItHolds) {
   for (std::size_t reg = 0; reg < 256; ++reg) {
-    // The pin registers stay, so that the pins do.
+    // The pin registers stay, so that the pins keep their functions.
     if (reg < 0x10 || reg > 0x14) desk.board.Chip()[reg] = static_cast<std::uint8_t>(reg * 37 + 11);
   }
   const auto before = desk.board.Chip();
@@ -72,7 +72,7 @@ TEST_F(Limits, AMaskClickChangesItsOneBitAtOnce) {
     const QString name = At(box.array, box.index);
     const bool masked = (0xA5 >> box.bit & 1) != 0;
     EXPECT_EQ(Desk::Checked(*window, name), masked) << name.toStdString();
-    // Bits changed meanwhile elsewhere survive.
+    // Bits changed elsewhere in the meantime are kept.
     desk.board.Chip()[static_cast<std::size_t>(box.mask)] = static_cast<std::uint8_t>(0x5A);
     desk.board.TakeTraffic();
     Desk::Press(*window, name);
@@ -116,7 +116,7 @@ TEST_F(Limits, RefreshReadsTheStatusEachHalfSecondAndMovesNoSlider) {
   EXPECT_EQ(Caption("ggeTemp"), " .25\u00B0C");
 }
 
-/// Rows of a table that are live: label and mask enabled, the lamp there.
+/// Rows of a table that are in use: label and mask enabled, lamp visible.
 std::string LiveRows(const QWidget& window, const char* table, int rows) {
   std::string live;
   for (int row = 0; row < rows; ++row) {

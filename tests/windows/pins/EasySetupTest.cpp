@@ -36,7 +36,7 @@ TEST(EasySetup, AnOptionSetsItsOwnBitsAndOneThatIsNotTickedDoesNothing) {
       FakeBoard::Registers expected = desk.board.Chip();
       expected[reg] = static_cast<std::uint8_t>(expected[reg] | bits);
       TickOnly(*desk.window, {option});
-      desk.Do("txtOption=nonsense; chkStartUp=1; cmdApply");  // the number is not looked at
+      desk.Do("txtOption=nonsense; chkStartUp=1; cmdApply");  // the number is ignored
       EXPECT_EQ(desk.board.Chip(), expected) << option;
       EXPECT_EQ(desk.settings.values["OpenEasySetup"], "True");
     }

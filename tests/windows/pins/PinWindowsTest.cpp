@@ -78,7 +78,7 @@ TEST(PinConfig, OpenWindowsFollowAnApplyAndClosedOnesAreLeftAlone) {
 
 TEST(PinConfig, AnEasyApplyShowsWhatTheChipHasMadeOfIt) {
   WindowDesk desk("frmPinConfig");
-  desk.Do("cmbPin7=0; optEasy(2)=1");  // not applied: lost with the reading
+  desk.Do("cmbPin7=0; optEasy(2)=1");  // not applied: lost when the window is read
   desk.board.Chip()[0x10] = 0x81;
   EXPECT_EQ(desk.Sent("cmdEasyApply"), T("W14=04 B10+4 P4A=3F P48=F0 B10+5"));
   EXPECT_EQ(desk.Held("cmbPins1234_31_32 cmbPin7"), "0|1");
@@ -122,7 +122,8 @@ TEST(PinWindows, WhatIsNotAppliedYetIsMarkedAndItsTextStays) {
   WindowDesk desk("frmPinConfig");
   const QTabBar& tabs = *desk.Get<QTabWidget>(*desk.window, "SSTab1").tabBar();
   const QColor plain = tabs.tabTextColor(1);
-  // Each Apply settles its own tab; an easy one overwrites the pins by what the chip holds.
+  // Each Apply clears the changes of its own tab; that of the easy tab also overwrites the pins with what the chip
+  // holds.
   for (const auto& [steps, marks] :
        {std::pair{"cmbPin7=0; optEasy(3)=1", "110"}, {"cmdApply", "010"}, {"cmbPin7=1; cmdEasyApply", "000"}}) {
     desk.Do(steps);
@@ -157,14 +158,14 @@ TEST(PinWindows, AnOptionsNumberThatReadsAsAnotherIsMarkedWithWhatGoesOut) {
 
 constexpr char kRefresh[] = "B09+2 RBF";
 
-/// The list that stands for a bit of 0x09, 0x0A or 0xBF.
+/// The list for a bit of 0x09, 0x0A or 0xBF.
 QString ListOf(int reg, int bit) {
   if (reg == 0xBF) return QString("cmbStatus(%1)").arg(bit);
   const int pin = bit / 2 + (reg == 0x0A ? 4 : 0);
   return QString(bit % 2 == 0 ? "cmbPolarity(%1)" : "cmbDir(%1)").arg(pin);
 }
 
-/// One bit differs from all others: so does one list, and putting it right by hand sends all three registers, whole.
+/// If one bit differs from all others so does one list, and correcting it by hand sends all three registers whole.
 TEST(Gpio, EachBitMovesOneListAndEachListOneBit) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     WindowDesk desk("frmGPIO", buses);
@@ -197,7 +198,7 @@ TEST(Gpio, EnableChangesItsOwnBitAlone) {
 
 TEST(Gpio, AnOutputHasAListOfItsStatusAndAnInputATextWhichSwapWithTheNextRefresh) {
   WindowDesk desk("frmGPIO", "09=08 BF=05");  // GPIO 2 is an output
-  // By the steps and the time that passes.
+  // By the steps and by the time that passes.
   for (const auto& [direction, wait, outputs] : {std::tuple{"0", 0, 0x02}, {"1", 0, 0x02}, {"1", 550, 0x06}}) {
     desk.Do(QString("cmbDir(2)=") + direction);
     desk.Advance(wait);

@@ -1,4 +1,4 @@
-// Reading and writing on the register map, and what it offers beside: search, marks, copies, bits by key.
+// Reading and writing on the register map, and its other features: search, marks, copying, bits by keyboard.
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -16,7 +16,7 @@
 namespace zth::testing {
 namespace {
 
-/// The register map, with the measurement cycle standing still.
+/// The register map, with the measurement cycle stopped.
 class RegisterMap : public ::testing::Test {
  protected:
   RegisterMap() {
@@ -40,7 +40,7 @@ class RegisterMap : public ::testing::Test {
     QTest::mouseClick(&At(bit), Qt::LeftButton);
     return desk.board.TakeTraffic();
   }
-  /// The registers that can be seen, groups unfolded.
+  /// The visible registers, with groups expanded.
   QStringList Found() const {
     QStringList names;
     for (QTreeWidgetItemIterator at(&tree, QTreeWidgetItemIterator::NoChildren); *at != nullptr; ++at) {
@@ -115,9 +115,9 @@ TEST_F(RegisterMap, WritesTheDecimalBoxAndReadsBack) {
            {"txtDec=300", "W44=FF R44"},
            {"txtDec=-5", "W44=00 R44"},
            {"txtReadAddr=04; txtDec=7", "W04=07 R04"},
-           {"txtReadAddr=3E; txtDec=9", "W3E=09 R3E"},        // read-only or not plays no part
-           {"txtReadAddr=21; txtDec=224", "W21=E0 R21 R21"},  // the first read renews the PWM's manual flag
-           {"txtReadAddr=145; txtDec=1", ""},                 // no such register: the link refuses it
+           {"txtReadAddr=3E; txtDec=9", "W3E=09 R3E"},        // read-only makes no difference
+           {"txtReadAddr=21; txtDec=224", "W21=E0 R21 R21"},  // the first read updates the PWM's manual flag
+           {"txtReadAddr=145; txtDec=1", ""},                 // no such register: the link rejects it
        }) {
     desk.Do(steps);
     EXPECT_EQ(desk.Sent("cmdWrite"), T(sent)) << steps;
