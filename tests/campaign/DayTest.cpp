@@ -40,7 +40,7 @@ struct Due {
   }
 
   double period;
-  std::array<int, 3> request;  ///< that each run starts with; every sixth run for the measurement
+  std::array<int, 3> request;  ///< that each run starts with, or every sixth run of the measurement
   std::int64_t runs = 0;
   double last = 0;
 };

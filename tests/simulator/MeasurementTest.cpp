@@ -93,7 +93,7 @@ const struct Input {
     {P29, 0x94, 0x19, 5, 0x77, 0x50, 0xC4, 7, {{{{0x13, 0xDC}}, 1.5}}},
 };
 
-/// A chip with one of the input's functions. All pins are at half a volt, and the low limit of pin 23 is below that.
+/// A chip with one of the input's functions. All pins are at half a volt, and the low limit of pin 23 is off.
 struct InputOnBench : ChipOnBench {
   explicit InputOnBench(const Input& input, std::size_t function = 0)
       : ChipOnBench({{0x19, 0x3F}, {0x72, 0}}), nominal(input.functions[function].second) {

@@ -59,7 +59,7 @@ void AddEach(const Entry& entry, std::vector<Entry>& entries) {
 std::vector<Entry> ReadWords(const QString& name) {
   QFile file(QString(ZTH_WORDS) + "/" + name);
   if (!file.open(QIODevice::ReadOnly)) throw std::runtime_error("no list " + file.fileName().toStdString());
-  std::vector<std::pair<QString, QString>> lines;  // and where each stands
+  std::vector<std::pair<QString, QString>> lines;  // and the position of each
   int number = 0;
   for (const QString& line : QString::fromUtf8(file.readAll()).split('\n')) {
     ++number;
