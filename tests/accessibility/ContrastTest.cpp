@@ -128,7 +128,7 @@ class Contrasts : public Access {
   const QPalette light_ = QApplication::palette();
 };
 
-TEST_P(Contrasts, EveryTextStandsOutFromItsGround) {
+TEST_P(Contrasts, EveryTextStandsOutFromItsBackground) {
   for (const char* how : {"", " changed"}) {
     EachPage([&](QWidget& root, const std::string& page) {
       desk.Advance(1100);

@@ -114,7 +114,7 @@ TEST_F(AccessControls, AGaugeIsADialWithItsSliders) {
   EXPECT_FALSE(high.isValid());
 }
 
-TEST_F(AccessControls, AChartTellsItsReadingsOnceASecondAndResets) {
+TEST_F(AccessControls, AChartReportsItsReadingsOnceASecondAndResets) {
   auto& strip = Find<widgets::Strip>("frmGraph", "stpGraph(3)");
   QAccessibleInterface& access = Of(strip);
   desk.Advance(1000);
@@ -135,7 +135,7 @@ TEST_F(AccessControls, AChartTellsItsReadingsOnceASecondAndResets) {
   EXPECT_TRUE(Desk::Get<QMenu>(strip, "mnuStrip").isVisible());
 }
 
-TEST_F(AccessControls, BitsFlipLampsTellAndLinksLead) {
+TEST_F(AccessControls, BitsFlipLampsReportAndLinksOpen) {
   QWidget& bit = Find("frmRegMap", "lblBit(2)");
   Desk::Type(desk.Open("frmRegMap"), "txtReadAddr", "30");
   EXPECT_TRUE(Of(bit).state().checkable && !Of(bit).state().checked);

@@ -72,7 +72,7 @@ std::string Words(const Node& node) {
 
 class AccessTree : public Access {};
 
-TEST_P(AccessTree, EachControlHasANameOfItsOwnARoleAndItsStates) {
+TEST_P(AccessTree, EachControlHasAUniqueNameARoleAndItsStates) {
   static const QRegularExpression kProgramNames("^(cmb|chk|txt|lbl|cmd|opt|sld|gge|tgl|stp)[A-Z]|&\\w|^\\W*$");
   int controls = 0;
   EachPage([&](QWidget& root, const std::string& page) {
@@ -231,7 +231,7 @@ void TakeAll(const std::vector<QWidget*>& widgets, Mnemonics& keys) {
   }
 }
 
-TEST_P(AccessTree, MnemonicsClashNeitherOnAPageNorWithTheMainWindow) {
+TEST_P(AccessTree, MnemonicsDoNotClashOnAPageOrWithTheMainWindow) {
   for (QAction* entry : desk.Main().menuBar()->actions()) {
     Mnemonics keys;
     if (entry->menu() != nullptr && entry->menu()->objectName() != "mnuWindow") TakeAll({entry->menu()}, keys);

@@ -47,7 +47,7 @@ TEST(NumberText, ADecimalReadingTakesTheLeadingNumber) {
   EXPECT_EQ(LeadingDecimal("-1e999"), -std::numeric_limits<double>::max());
 }
 
-TEST(NumberText, OnlyAWholeNumberCountsAsOne) {
+TEST(NumberText, OnlyACompleteNumberCountsAsANumber) {
   for (const char* text : {"1000", " -6.5 ", "1E+07", ".5"}) EXPECT_TRUE(IsDecimal(text)) << text;
   for (const char* text : {"", " ", "12a", "a12", "1 2", "-", "True"}) EXPECT_FALSE(IsDecimal(text)) << text;
 }
@@ -83,7 +83,7 @@ TEST(AnsiText, CharactersOutsideTheCodePageHaveNoCode) {
   EXPECT_EQ(AnsiCode(U'\u4E2D'), std::nullopt);
 }
 
-TEST(Twips, FifteenMakeAPixel) {
+TEST(Twips, FifteenAreOnePixel) {
   EXPECT_EQ(PixelsFromTwips(1000), 67);
   EXPECT_EQ(PixelsFromTwips(-120), -8);
   for (int pixels = -2000; pixels < 4000; ++pixels) EXPECT_EQ(PixelsFromTwips(TwipsFromPixels(pixels)), pixels);

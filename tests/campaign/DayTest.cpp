@@ -74,7 +74,7 @@ class Day {
   Desk& desk = sim.desk;
 };
 
-TEST(Day, WithEveryJobLosesNoRunNoLineAndNoMemory) {
+TEST(Day, WithEveryJobLosesNoRunAndNoLineAndLeaksNoMemory) {
   Day day;
   Due log{0.1, {}}, measurement{0.1, {0xDC, 1, 0x88}};
   Due others[]{{1.0, {0xDE, 1, 0x3E}}, {0.5, {0xDE, 1, 0xC0}}, {0.1, {0xDC, 1, 0x21}}, {0.5, {0xDC, 1, 0x09}}};

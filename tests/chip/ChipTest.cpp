@@ -44,7 +44,7 @@ TEST(Conversions, TemperaturesHaveTheirOffsetAndQuarters) {
   for (const auto& [low, high, degrees] : rows) EXPECT_EQ(TemperatureFromBytes(low, high), degrees);
 }
 
-TEST(Conversions, TachCountsOutsideTheWindowAreNoReading) {
+TEST(Conversions, TachCountsOutsideTheRangeAreNoReading) {
   constexpr std::int32_t kRows[][2] = {{0, 0},      {26, 0},      {27, 200000}, {28, 192857}, {1000, 5400},
                                        {7000, 771}, {36000, 150}, {60000, 90},  {60001, 0},   {0xFFFF, 0}};
   for (const auto& [count, rpm] : kRows) EXPECT_EQ(TachCountToRpm(count, 90000), rpm) << count;
@@ -225,7 +225,7 @@ TEST_F(Groups, ValuesComeFromTheirRegistersAndReachTheLogTable) {
 
 constexpr std::int32_t kClock = 90000;
 
-TEST(TemperatureLimits, HoldWholeDegreesAbove64BelowZero) {
+TEST(TemperatureLimits, AreWholeDegreesFrom64BelowZero) {
   for (const auto& [degrees, raw] :
        {std::pair{25.5, 90}, {24.5, 88}, {-0.5, 64}, {-1.5, 62}, {-64.5, 0}, {191.5, 255}, {300.0, 255}, {-100.0, 0}}) {
     EXPECT_EQ(TemperatureLimitFromDegrees(degrees), raw) << degrees;
@@ -247,7 +247,7 @@ TEST(VoltageLimits, ShowTwoDecimalsOfTheNominalVoltageAt192) {
   }
 }
 
-TEST(VoltageLimits, TakeTheNearestCodeOfAVoltage) {
+TEST(VoltageLimits, UseTheNearestCodeOfAVoltage) {
   // Half a code rounds to the even one.
   for (const auto& [volts, raw] : {std::pair{15.94, 255}, {0.03125, 0}, {0.09375, 2}, {99.0, 255}, {-1.0, 0}}) {
     EXPECT_EQ(VoltsToVoltageRaw(volts, 12), raw) << volts;
@@ -268,7 +268,7 @@ TEST(FanLimits, ShowTheSpeedOfTheUpperByte) {
   EXPECT_FLOAT_EQ(TachLimitToRpm(1, 2 * kClock), 21135.03F) << "the clock counts";
 }
 
-TEST(FanLimits, TakeTheSpeedThroughTheSameExpression) {
+TEST(FanLimits, ConvertTheSpeedByTheSameFormula) {
   for (const auto& [rpm, raw] : {std::pair{0, 255}, {1, 255}, {50, 255}, {82, 254}, {1000, 21}, {12000, 2}}) {
     EXPECT_EQ(RpmToTachLimit(rpm, kClock), raw) << rpm;
   }
@@ -280,7 +280,7 @@ TEST(FanLimits, TakeTheSpeedThroughTheSameExpression) {
   }
 }
 
-TEST(ThermTimerLimits, HoldPercentsIn255ths) {
+TEST(ThermTimerLimits, ArePercentsIn255ths) {
   for (const auto& [raw, percent] : {std::pair{0, 0}, {1, 0}, {2, 1}, {128, 50}, {192, 75}, {254, 100}, {255, 100}}) {
     EXPECT_EQ(ThermLimitToPercent(static_cast<std::uint8_t>(raw)), percent) << raw;
   }

@@ -125,7 +125,7 @@ void ExpectLeft(const OwnBox& own, Leave leave) {
   real.ExpectAlive();
 }
 
-TEST(Boxes, MayLoseTheirWindowOrTheProgramBeneathThem) {
+TEST(Boxes, SurviveTheEndOfTheirWindowOrOfTheProgram) {
   for (const OwnBox& own : kOwnBoxes) {
     for (const Leave leave : {Leave::Escape, Leave::ByCloseButton, Leave::WithItsWindow, Leave::WithTheProgram}) {
       ExpectLeft(own, leave);
@@ -133,7 +133,7 @@ TEST(Boxes, MayLoseTheirWindowOrTheProgramBeneathThem) {
   }
 }
 
-TEST(Boxes, OfAFailedLinkEndTheProgramAlsoOverADialogAndTheHeatersMayGoOn) {
+TEST(Boxes, OfAFailedLinkEndTheProgramEvenOverADialogAndThatOfTheHeatersMayContinue) {
   for (const bool overADialog : {false, true}) {
     RealDesktop real;
     real.Start();
@@ -166,7 +166,7 @@ TEST(Boxes, OfAFailedLinkEndTheProgramAlsoOverADialogAndTheHeatersMayGoOn) {
   real.ExpectAlive();
 }
 
-TEST(Boxes, OverADialogKeepItsWindowUntilItsHandlerIsThrough) {
+TEST(Boxes, OverADialogKeepItsWindowUntilItsHandlerReturns) {
   RealDesktop real;
   real.Start();
   const QPointer window = real.Open("frmLogging");

@@ -111,7 +111,7 @@ TEST_P(FileDialogs, AreAnsweredCancelledAndLoseTheirWindow) {
 INSTANTIATE_TEST_SUITE_P(All, FileDialogs, ::testing::ValuesIn(EveryAsker()),
                          [](const auto& row) { return row.param.window + std::to_string(row.index); });
 
-TEST(Charts, GoBeneathTheirMenuAndTheirDialogAndTellOfAFullDisk) {
+TEST(Charts, MayCloseUnderTheirMenuOrDialogAndReportAFullDisk) {
   for (const bool dialog : {false, true}) {
     RealDesktop real;
     real.Start();
@@ -139,7 +139,7 @@ TEST(Charts, GoBeneathTheirMenuAndTheirDialogAndTellOfAFullDisk) {
   }
 }
 
-TEST(FileDialogs, BeginWhereTheLastOneEndedWhenTheProgramsFolderCannotBeWritten) {
+TEST(FileDialogs, StartInTheFolderUsedLastIfTheProgramsFolderIsNotWritable) {
   RealDesktop real;
   const QTemporaryDir bench;
   ASSERT_TRUE(real.files.Replace(bench.filePath("monday.sav"), "{\n}"));
@@ -161,7 +161,7 @@ TEST(FileDialogs, BeginWhereTheLastOneEndedWhenTheProgramsFolderCannotBeWritten)
   for (std::size_t i = 1; i < begun.size(); ++i) EXPECT_EQ(begun[i], bench.path().toStdString()) << EveryAsker()[i - 1];
 }
 
-TEST(Start, DoesNotHangOnAPipeInThePlaceOfTheSettings) {
+TEST(Start, DoesNotHangOnAPipeInPlaceOfTheSettings) {
   RealDesktop real;
   const QString file = real.home.filePath("settings.conf");
   ASSERT_TRUE(QFile::remove(file));

@@ -88,7 +88,7 @@ TEST_P(Menus, EveryEntryOfEveryContextMenuWorks) {
   real.ExpectAlive();
 }
 
-TEST_P(Menus, AWindowMayCloseBeneathItsContextMenus) {
+TEST_P(Menus, AWindowMayCloseUnderItsContextMenus) {
   RealDesktop real;
   real.Start();
   std::set<std::string> kinds;

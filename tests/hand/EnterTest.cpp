@@ -92,7 +92,7 @@ TEST_F(EnterAnywhere, LeavesALogRunning) {
   EXPECT_TRUE(desk.fileDialogs.shown.empty());
 }
 
-TEST_F(EnterAnywhere, IsTestedOnTheThemeThatWasAskedFor) {
+TEST_F(EnterAnywhere, IsTestedOnTheRequestedTheme) {
   QCheckBox bare;
   bare.show();
   QTest::keyClick(&bare, Qt::Key_Return);

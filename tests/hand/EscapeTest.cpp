@@ -9,7 +9,7 @@ namespace {
 
 class Escape : public Hand {};
 
-TEST_P(Escape, AndItsLikesCloseTheWindowFromEveryKindOfControl) {
+TEST_P(Escape, AndTheOtherClosingKeysWorkFromEveryKindOfControl) {
   for (const QKeySequence& keys : {QKeySequence("Esc"), QKeySequence("Ctrl+W"), QKeySequence("Ctrl+F4")}) {
     const QKeyCombination key = keys[0];
     const auto press = [&](QWidget& at, const std::string& where) {
@@ -30,7 +30,7 @@ INSTANTIATE_TEST_SUITE_P(Windows, Escape, ::testing::ValuesIn(EveryWindow()), Wi
 
 class EscapeFirst : public Hand {};
 
-TEST_F(EscapeFirst, EndsWhatIsUnderWay) {
+TEST_F(EscapeFirst, CancelsWhatIsInProgress) {
   const auto escape = [this](const std::string& window, QWidget& at) {
     QTest::keyClick(&at, Qt::Key_Escape);
     return IsOpen(window);

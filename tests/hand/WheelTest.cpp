@@ -92,7 +92,7 @@ TEST_P(Wheel, PassesOverEveryControlAndScrollsTheDesktop) {
               [&](const std::string& page) { EXPECT_EQ(Complaints(window), std::vector<std::string>{}) << page; });
 }
 
-TEST_P(Wheel, SendsNothingFromTheControlThatHasTheFocusAsTheWindowOpens) {
+TEST_P(Wheel, SendsNothingFromTheControlThatHasTheFocusWhenTheWindowOpens) {
   windows::ChildWindow& window = Open(GetParam());
   QWidget* first = QApplication::focusWidget();
   if (first == nullptr || !window.isAncestorOf(first)) return;
@@ -104,13 +104,13 @@ INSTANTIATE_TEST_SUITE_P(Windows, Wheel, ::testing::ValuesIn(EveryWindow()), Win
 
 class WheelAnywhere : public Wheel {};
 
-TEST_F(WheelAnywhere, LeavesTheDeviceAsItIs) {
+TEST_F(WheelAnywhere, DoesNotChangeTheDevice) {
   desk.Main().resize(1200, 600);
   ASSERT_GT(Desk::Get<QComboBox>(desk.Main(), "cmbDevices").count(), 1);
   EXPECT_EQ(Complaints(desk.Main()), std::vector<std::string>{});
 }
 
-TEST_F(WheelAnywhere, IsMissedByNoControlThatIsAddedWithoutALimit) {
+TEST_F(WheelAnywhere, TheCheckFindsEveryControlThatIsAddedWithoutALimit) {
   windows::ChildWindow& window = Open("frmGPIO");
   auto* bare = new QComboBox;
   auto* eager = new QComboBox;

@@ -54,7 +54,7 @@ TEST_F(Link, EachUsbOperationIsOneRequestOfTheAdapter) {
                                          "usb P 4A", "usb P 48=FF", "usb D 4A=3C", "usb C 30:33"}));
 }
 
-TEST_F(Link, SmbusHasByteTransfersAlone) {
+TEST_F(Link, SmbusHasOnlyByteTransfers) {
   OnSmbus();
   Bus.ReadBuffer.fill(0x77);
   std::int32_t percent = 150;
@@ -72,7 +72,7 @@ TEST_F(Link, SmbusHasByteTransfersAlone) {
             (Traffic{"smb R 2C:3E", "smb R 2C:10", "smb R 2C:11", "smb R 2C:12", "smb W 2C:30=90"}));
 }
 
-TEST_F(Link, WithoutALinkNothingMoves) {
+TEST_F(Link, WithoutALinkNothingIsTransferred) {
   for (const std::int16_t mode : std::array<std::int16_t, 3>{0, 3, -1}) {
     Bus.InterfaceMode = mode;
     EXPECT_EQ(ReadRegister(0x58, 0x3E), 0);
@@ -104,7 +104,7 @@ TEST_F(Link, ValuesAreLimitedToAByteForTheCallerToo) {
   EXPECT_TRUE(desk.board.traffic.empty());
 }
 
-TEST_F(Link, ARegisterOutsideAByteIsNoTransfer) {
+TEST_F(Link, ARegisterAddressAboveAByteCausesNoTransfer) {
   int hooks = 0;
   OnRegisterWrite(0x121, [&] { ++hooks; });
   OnEach([] {
@@ -132,7 +132,7 @@ TEST_F(Link, AWriteToAPwmConfigurationReadsItBackForAllThreeBitsOfManual) {
   });
 }
 
-TEST_F(Link, TheHeaterQuestionShutsTheLinkAndNoLetsTheProgramGoOn) {
+TEST_F(Link, TheHeaterQuestionClosesTheLinkAndNoLetsTheProgramContinue) {
   desk.board.failMatching = "usb H";
   desk.prompts.script = {platform::BoxAnswer::No};
   std::int32_t percent = 20;

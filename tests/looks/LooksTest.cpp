@@ -216,7 +216,7 @@ class Looks : public ::testing::TestWithParam<std::string> {
   const QPalette palette_ = QApplication::palette();
 };
 
-TEST_P(Looks, NothingIsCutOrCoveredAndAllComesInSight) {
+TEST_P(Looks, NothingIsCutOrCoveredAndEverythingCanBeReached) {
   for (const int percent : {100, 150, 200}) {
     for (const bool dark : {false, true}) LookAtWindow(percent, dark);
   }

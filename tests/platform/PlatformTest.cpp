@@ -45,7 +45,7 @@ TEST(IniSettings, LastOverRunsAndCanBeEditedByHand) {
 /// Puts something else in place of a settings file. The file and its folder belong to the test.
 using Spoil = void (*)(const QString& file);
 
-TEST(IniSettings, LeaveAloneWhatIsNoFileOfTheirs) {
+TEST(IniSettings, TouchOnlyTheirOwnFile) {
   // Not as root, because permissions do not stop root. The store checks the effective user, a file check the real one.
   const bool root = geteuid() == 0;
   const std::pair<const char*, Spoil> rows[]{
@@ -91,13 +91,13 @@ TEST(IniSettings, LeaveAloneWhatIsNoFileOfTheirs) {
   }
 }
 
-TEST(IniSettings, StandInTheUsersConfigurationFolderUnderTheProgramsTitle) {
+TEST(IniSettings, AreInTheUsersConfigurationFolderUnderTheProgramsTitle) {
   const QFileInfo file(IniSettings::UserFile());
   EXPECT_EQ(file.completeBaseName(), "ZTH4718 Evaluation Software");
   EXPECT_FALSE(file.path().isEmpty());
 }
 
-TEST(FileDialogs, FiltersAreTakenInTheirOwnForm) {
+TEST(FileDialogs, FiltersAreAcceptedInTheirOwnForm) {
   EXPECT_EQ(QtFilter("Log Files (*.csv)|*.csv"), "Log Files (*.csv)");
   EXPECT_EQ(QtFilter("A (*.a)|*.a;*.b|All|*.*"), "A (*.a *.b);;All (*.*)");
   EXPECT_EQ(FilterExtension("Text Files (*.sav)|*.sav"), "sav");
@@ -114,7 +114,7 @@ void OnceShown(Act act) {
   });
 }
 
-TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
+TEST(Prompts, ShowTextsUnchangedAndReturnTheAnswer) {
   using Box = QMessageBox;
   const std::tuple<BoxIcon, BoxButtons, Box::Icon, Box::StandardButton, BoxAnswer> rows[]{
       {BoxIcon::None, BoxButtons::YesNo, Box::NoIcon, Box::Yes, BoxAnswer::Yes},
@@ -132,7 +132,7 @@ TEST(Prompts, ShowTextsAsTheyStandAndGiveTheAnswer) {
   }
 }
 
-TEST(Prompts, ChoicesStandInTheirOrderAndEnterIsAsSafeAsEscape) {
+TEST(Prompts, ChoicesAreInOrderAndEnterIsAsSafeAsEscape) {
   using Box = QMessageBox;
   const std::pair<std::function<void(Box&)>, int> rows[]{
       {[](Box& box) { box.findChild<QAbstractButton*>("choice(0)")->click(); }, 0},
@@ -155,7 +155,7 @@ TEST(Prompts, ChoicesStandInTheirOrderAndEnterIsAsSafeAsEscape) {
   }
 }
 
-TEST(FileDialogs, GiveAFileWithoutAnEndingThatOfTheFilter) {
+TEST(FileDialogs, AddTheFiltersEndingToAFileWithoutOne) {
   const QTemporaryDir folder;
   IniSettings settings(folder.filePath("settings.conf"));
   DesktopFileDialogs dialogs(settings);
@@ -170,7 +170,7 @@ TEST(FileDialogs, GiveAFileWithoutAnEndingThatOfTheFilter) {
   EXPECT_EQ(dialogs.Ask(question, nullptr), QDir(folder.path()).filePath("monday.csv"));
 }
 
-TEST(FileDialogs, BeginInAFolderThatCanBeWritten) {
+TEST(FileDialogs, StartInAWritableFolder) {
   const bool root = geteuid() == 0;
   const QTemporaryDir home;
   ASSERT_TRUE(QFile::setPermissions(home.path(), QFile::Permissions(0x7777)));
@@ -220,7 +220,7 @@ TEST(Files, ReplaceOnlyFiles) {
   EXPECT_FALSE(DesktopFiles().Replace(pipe, "x"));
 }
 
-TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
+TEST(Libraries, AMissingOneIsReportedAsNotFoundAndABrokenOneIsNot) {
   const QTemporaryDir folder;
   DesktopLibraries libraries(folder.path());
   EXPECT_TRUE(libraries.Load("zth-no-such-library").error.contains("File not found"));
@@ -236,7 +236,7 @@ TEST(Libraries, OneThatIsNotThereIsFileNotFoundAndABrokenOneIsNot) {
 
 #ifdef __linux__
 // Runs again as a copy in a folder whose name a QString cannot hold.
-TEST(ProgramFolder, IsKnownByItsBytesWhateverTheyAre) {
+TEST(ProgramFolder, IsIdentifiedByItsBytesWhateverTheyAre) {
   if (const char* expected = std::getenv("ZTH_TEST_FOLDER")) {
     EXPECT_EQ(ProgramFolderBytes(), QByteArray(expected));
     return;
@@ -255,7 +255,7 @@ TEST(ProgramFolder, IsKnownByItsBytesWhateverTheyAre) {
 }
 #endif
 
-TEST(Libraries, AreNotLookedForInTheWorkingFolderWhenTheProgramsOwnIsUnknown) {
+TEST(Libraries, AreNotSearchedInTheWorkingFolderWhenTheProgramsOwnIsUnknown) {
   const QTemporaryDir folder;
   const QString before = QDir::currentPath();
   QFile broken(folder.filePath("libzth-stray.so"));
@@ -266,7 +266,7 @@ TEST(Libraries, AreNotLookedForInTheWorkingFolderWhenTheProgramsOwnIsUnknown) {
   EXPECT_TRUE(error.contains("File not found")) << error.toStdString();
 }
 
-TEST(Files, ATextGoesOnlyIntoTheFileThatWasSeen) {
+TEST(Files, ATextIsWrittenOnlyToTheFileThatWasChecked) {
   const QTemporaryDir folder;
   const QString path = folder.filePath("a");
   DesktopFiles files;

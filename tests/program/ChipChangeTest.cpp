@@ -86,7 +86,7 @@ class ChipChange : public ::testing::TestWithParam<std::string> {
   std::string title;
 };
 
-TEST_P(ChipChange, ShowsInTitleAndBarUntilTheChipIsBackOrIsRead) {
+TEST_P(ChipChange, IsShownInTitleAndBarUntilTheChipIsSelectedAgainOrRead) {
   EXPECT_EQ(Note(), "");
   const QSize before = window->size();
   Use(kOther);
@@ -113,7 +113,7 @@ TEST_P(ChipChange, ShowsInTitleAndBarUntilTheChipIsBackOrIsRead) {
   EXPECT_EQ(Note(), "");
 }
 
-TEST_P(ChipChange, F5ReadsTheWindowAsItsOpeningDoesAndWritesNothing) {
+TEST_P(ChipChange, F5ReadsTheWindowAsWhenItOpensAndWritesNothing) {
   Put(desk.board.Chip(), "01..0F=A5 16..7F=A5");
   desk.board.heaterState = {40, 60, 0};
   const Traffic expected = ReadsChip() || ReadsBoard() ? load : Traffic{};
@@ -135,7 +135,7 @@ TEST_P(ChipChange, F5ReadsTheWindowAsItsOpeningDoesAndWritesNothing) {
   EXPECT_EQ(again, held());
 }
 
-TEST_P(ChipChange, AWindowOpenedOnAnotherChipSaysWhatIsKnownOfTheFirstAlone) {
+TEST_P(ChipChange, AWindowOpenedOnAnotherChipSaysWhatIsKnownOnlyOfTheFirst) {
   window->Unload();
   Desk::Settle();
   Use(kOther);
@@ -158,7 +158,7 @@ class TwoChips : public ChipChange {};
 
 INSTANTIATE_TEST_SUITE_P(Config, TwoChips, ::testing::Values("frmGenConfig", "frmPinConfig", "frmSwitches"), WindowOf);
 
-TEST_P(TwoChips, WhatWaitsForApplyIsAskedAbout) {
+TEST_P(TwoChips, AskAboutChangesThatWaitForApply) {
   const char* change = GetParam() == "frmGenConfig"   ? "chkShutDown"
                        : GetParam() == "frmPinConfig" ? "cmbPin25"
                                                       : "chkSwitch(3)";
@@ -204,7 +204,7 @@ struct Chips : ::testing::Test {
   Desk desk;
 };
 
-TEST_F(Chips, LiveWindowsReadAgainWithTheirTabsAndListsAsTheyWere) {
+TEST_F(Chips, LiveWindowsKeepTheirTabsAndListsWhenReadAgain) {
   auto& curve = desk.Open("frmAutoGraph");
   Do(curve, "tbPWM=2; tbTemp=3");
   PressF5();
@@ -228,7 +228,7 @@ TEST_F(Chips, LiveWindowsReadAgainWithTheirTabsAndListsAsTheyWere) {
   EXPECT_EQ(Held(log, "chkLog(2) txtLogInt"), "1|450");
 }
 
-TEST_F(Chips, NeitherChangesNorIsReadAgainWhileThePointerHoldsSomething) {
+TEST_F(Chips, AreNeitherChangedNorReadAgainDuringADrag) {
   auto& gauge = Desk::Get<QWidget>(desk.Open("frmLimits"), "ggeTemp");
   auto& devices = Desk::Get<QWidget>(desk.Main(), "cmbDevices");
   QTest::mousePress(&gauge, Qt::LeftButton);
@@ -241,7 +241,7 @@ TEST_F(Chips, NeitherChangesNorIsReadAgainWhileThePointerHoldsSomething) {
   EXPECT_TRUE(devices.hasFocus());
 }
 
-TEST_F(Chips, WhatAWriteRenewsOfTheModelIsOfTheNewChipFromThenOn) {
+TEST_F(Chips, WhatAWriteUpdatesInTheModelBelongsToTheNewChip) {
   desk.Open("frmGPIO");
   desk.Open("frmLimits");
   auto& pins = desk.Open("frmPinConfig");

@@ -9,7 +9,7 @@ namespace zth::testing {
 namespace {
 
 /// What a new user sees: the guide's first ten minutes, with its keys and its figures.
-TEST(Guide, FirstTenMinutesByKeyboardGiveTheFiguresThatItTells) {
+TEST(Guide, FirstTenMinutesByKeyboardGiveItsFigures) {
   SimulatedDesk board;
   Desk& desk = board.desk;
   desk.settings.values.erase("OpenEasySetup");

@@ -53,7 +53,7 @@ void ExpectOpensAndCloses(const Opening& row, Desk::Buses buses, const char* reg
 }
 
 /// frmLimits writes masks back when it opens and has its own test.
-TEST(Opening, EachWindowReadsInItsOrderChangesNothingWhateverTheChipHoldsAndEndsWithItsClosing) {
+TEST(Opening, EachWindowReadsInOrderChangesNothingWhateverTheChipHoldsAndEndsWhenClosed) {
   EXPECT_EQ(kOpenings.size() + 1, EveryWindow().size());
   for (const Opening& row : kOpenings) {
     for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {

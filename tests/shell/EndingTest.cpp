@@ -85,7 +85,7 @@ class Ending : public ::testing::Test {
   void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
-TEST_F(Ending, ASignalClosesInOrderAtWhateverMoment) {
+TEST_F(Ending, ASignalClosesInOrderAtAnyMoment) {
   const std::pair<const char*, std::function<void(RealDesk&)>> moments[] = {
       {"idle", [](RealDesk&) { QApplication::exec(); }},
       {"a box",
@@ -166,7 +166,7 @@ void EndOnceItListens(pid_t process) {
   ::kill(process, SIGTERM);
 }
 
-TEST_F(Ending, MessagesThatNobodyReadsEndNothing) {
+TEST_F(Ending, MessagesThatNobodyReadsDoNotEndTheProgram) {
   // The program's own output: Qt prints before the program starts, and the simulated board when it is loaded.
   const auto run = [] {
     std::array<int, 2> ends{};
@@ -240,7 +240,7 @@ TEST_F(Leaving, WithAHeaterOnAsksOnceAndSwitchesOffWhatIsOn) {
   EXPECT_EQ(link::Bus.InterfaceMode, link::kModeSmbus);
 }
 
-TEST_F(Leaving, WithALogTellsTheFileAndTheLinesThatWouldBeLost) {
+TEST_F(Leaving, WithALogNamesTheFileAndTheLinesThatWouldBeLost) {
   Log(0);
   const std::string file = windows::Shared.LogFileName.toStdString();
   EXPECT_EQ(Close({"&Cancel"}), "A log is running and ends with the program:/" + file + " <E&xit|&Cancel> stays");

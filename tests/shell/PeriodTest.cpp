@@ -66,7 +66,7 @@ void Prepare(Desk& desk, const std::string& job, const QString& path) {
   windows::StopLog({desk.services, desk.Main()});
 }
 
-TEST(Periods, EachJobKeepsItsOwnOverMinutes) {
+TEST(Periods, EachJobKeepsItsPeriodOverMinutes) {
   constexpr int kTickMs = 50;
   const QTemporaryDir folder;
   for (const auto& [job, window, milliseconds, transfer, look] : kPaces) {

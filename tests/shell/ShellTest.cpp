@@ -40,7 +40,7 @@ TEST(Jobs, ADueJobRunsInOrderAndItsPeriodCountsFromItsEnd) {
   EXPECT_EQ(ran, "asaga");
 }
 
-TEST(Polling, TakesTheGroupsInTheirOrder) {
+TEST(Polling, ReadsTheGroupsInOrder) {
   Desk desk(Desk::Buses::Usb);
   desk.Start();
   desk.Advance(1000);
@@ -52,7 +52,7 @@ struct MainWindow : ::testing::Test {
   Desk desk;
 };
 
-TEST_F(MainWindow, EveryCommandHasAnIconOrAShortcutOfItsOwn) {
+TEST_F(MainWindow, EveryCommandHasItsOwnIconOrShortcut) {
   EXPECT_TRUE(desk.Main().isMaximized());
   std::set<QString> shortcuts;
   for (const shell::MenuEntry& row : shell::kMenuEntries) {
@@ -80,7 +80,7 @@ TEST_F(MainWindow, AnEntryOpensItsWindowOnceAndBringsItBack) {
   EXPECT_TRUE(area.subWindowList().isEmpty());
 }
 
-TEST_F(MainWindow, TheDeviceListIsThereAtEveryWidthAndF2LeadsToIt) {
+TEST_F(MainWindow, TheDeviceListIsVisibleAtEveryWidthAndF2GoesToIt) {
   auto& main = desk.Main();
   auto& devices = Desk::Get<QWidget>(main, "cmbDevices");
   main.showNormal();
@@ -114,7 +114,7 @@ struct MdiWindows : MainWindow {
   QMdiArea& area = *desk.Main().findChild<QMdiArea*>();
 };
 
-TEST_F(MdiWindows, AWindowOpensInSightAndNeverMaximisedWithAnother) {
+TEST_F(MdiWindows, AWindowOpensInViewAndNeverMaximisedWithAnother) {
   const QRect room = area.viewport()->rect();
   auto& first = Frame("frmGenConfig");
   EXPECT_TRUE(room.contains(first.geometry()));
@@ -130,7 +130,7 @@ TEST_F(MdiWindows, AWindowOpensInSightAndNeverMaximisedWithAnother) {
   EXPECT_EQ(Frame("frmFanConfig").pos(), QPoint(0, 0)) << "larger than the desk";
 }
 
-TEST_F(MdiWindows, OpeningScrollsNothingAwayAndAnEmptyDeskHasNoBars) {
+TEST_F(MdiWindows, OpeningScrollsNothingOutOfViewAndAnEmptyDesktopHasNoBars) {
   desk.Main().showNormal();
   desk.Main().resize(440, 430);
   for (const char* name : {"frmLimits", "frmAutoGraph", "frmGPIO"}) {
@@ -227,7 +227,7 @@ TEST(Placement, AMaximisedWindowGoesBackToWhatItWasBefore) {
   }
 }
 
-TEST(Placement, APlacementComesBackOntoAScreen) {
+TEST(Placement, APlacementIsMovedBackOntoAScreen) {
   const QList<QRect> screens{QRect(0, 0, 1366, 768), QRect(1366, 0, 1920, 1080)};
   for (const auto& [stored, shown] :
        {std::pair{QRect(67, 67, 433, 433), QRect(67, 67, 433, 433)},
@@ -240,7 +240,7 @@ TEST(Placement, APlacementComesBackOntoAScreen) {
   }
 }
 
-TEST(Placement, ASpoiltPlacementCountsAsItsDefault) {
+TEST(Placement, AnInvalidPlacementCountsAsTheDefault) {
   Desk desk;
   desk.settings.values = {
       {"OpenEasySetup", "False"}, {"MainLeft", "left"}, {"MainTop", "750"}, {"MainWidth", ""}, {"MainHeight", "1e99"}};

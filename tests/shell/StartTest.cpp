@@ -54,7 +54,7 @@ TEST(Start, TransfersOnEitherBusAndUsbComesFirst) {
   }
 }
 
-TEST(Start, PickingAnotherChipOnlyChangesWhereTheNextTransferGoes) {
+TEST(Start, SelectingAnotherChipOnlyChangesWhereTheNextTransferGoes) {
   Desk desk;
   desk.board.AddUsbChip(0x5C)[0x10] = 0;
   desk.Start();
@@ -96,7 +96,7 @@ double Filled(const shell::frmSplash& splash) {
   return 100.0 * Desk::Get<QWidget>(splash, "lblProgress").width() / Desk::Get<QWidget>(splash, "fraProgress").width();
 }
 
-TEST(Start, TheSplashTellsWhereTheSearchIs) {
+TEST(Start, TheSplashShowsTheProgressOfTheSearch) {
   Desk desk(Desk::Buses::Smbus);
   desk.board.smbusChips.clear();
   desk.prompts.script = {platform::BoxAnswer::Ok};
@@ -170,7 +170,7 @@ TEST(Start, TheLibraryIsCalledWithTheBytesOfWhateverFolderTheProgramIsIn) {
   }
 }
 
-TEST(Start, AFolderWhoseNameIsNoTextIsHandedOverByItsBytes) {
+TEST(Start, AFolderWhoseNameIsNotTextIsPassedByItsBytes) {
   Desk desk(Desk::Buses::Usb);
   desk.process.folder = "";
   EXPECT_EQ(desk.RunMain(), std::nullopt);

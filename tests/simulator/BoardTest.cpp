@@ -49,7 +49,7 @@ TEST(Board, IsSoundOutOfTheBox) {
   board.Play("r5:0 r6:0 r7:0 r8:0 C0:00 C1:00 C2:00 C3:00 C4:00 C6:00");  // no alarm
 }
 
-TEST(Board, TheSwitchesPartWhatHangsOnThem) {
+TEST(Board, TheSwitchesDisconnectWhatIsBehindThem) {
   BoardOnBench board({.diodeAtD2Connector = false});
   board.Play("07=FF 21=90 22=90 ~30 r1:0 r2:0 r5:0 r6:0");  // PWM1 and PWM2 off
   board.Play("p4A=0C p48=25 ~30");  // D2 and both PWMs, tach 2 and 4, pins 23, 25 and 26 disconnected
@@ -61,7 +61,7 @@ TEST(Board, TheSwitchesPartWhatHangsOnThem) {
   board.Play("p4A=3F ~1 C0 C0:00");
 }
 
-TEST(Board, ADiodeAtTheConnectorTakesOverWhenD2IsParted) {
+TEST(Board, ADiodeAtTheConnectorTakesOverWhenD2IsDisconnected) {
   BoardOnBench board;
   board.Play("~1 p4A=3C");
   board.SetHeater(2, 100);
@@ -70,7 +70,7 @@ TEST(Board, ADiodeAtTheConnectorTakesOverWhenD2IsParted) {
   EXPECT_GT(board.Celsius(2), before + 3);
 }
 
-TEST(Board, TheSameSeedAndTimeGiveTheSameBytesHoweverTheTimeIsCut) {
+TEST(Board, TheSameSeedAndTimeGiveTheSameBytesHoweverTheTimeIsDivided) {
   const auto run = [](std::uint64_t seed, auto cut) {
     BoardOnBench board({.chip = {.seed = seed}, .plant = {.seed = seed}});
     board.Play("07=FF");
@@ -88,7 +88,7 @@ TEST(Board, TheSameSeedAndTimeGiveTheSameBytesHoweverTheTimeIsCut) {
   EXPECT_NE(run(9, whole), run(10, whole));
 }
 
-TEST(Plant, RestsAtTheClosedFormTemperaturesForEveryDriveOfFansAndHeaters) {
+TEST(Plant, SettlesAtTheClosedFormTemperaturesForEveryDriveOfFansAndHeaters) {
   for (const double fanDrive : {0.0, 0.4, 1.0}) {
     for (const double heater : {0.0, 0.5, 1.0}) {
       Plant plant({.spread = 0, .ripple = 0});
@@ -111,7 +111,7 @@ TEST(Plant, RestsAtTheClosedFormTemperaturesForEveryDriveOfFansAndHeaters) {
   }
 }
 
-TEST(Plant, WarmsAsTheExponentialOfItsHeatCapacityHoweverTheTimeIsCut) {
+TEST(Plant, WarmsExponentiallyWithItsHeatCapacityHoweverTheTimeIsDivided) {
   Plant whole({.spread = 0, .ripple = 0});
   whole.SetFanDrive(7, 0.5);
   whole.Step(20);

@@ -48,7 +48,7 @@ TEST(ControlLaw, TheCurveGoesThroughThePointsThatTheWindowDraws) {
           "t0=29 ~ d0:64 t0=26 ~ d0:64 t0=25.75 ~ d0:0 t0=29.75 ~ d0:0");
 }
 
-TEST(ControlLaw, AnOutputRunsAtMaxUntilWhateverShapesItsOwnDutySetsItUp) {
+TEST(ControlLaw, AnOutputRunsAtMaxUntilASettingOfItsOwnDutySetsItUp) {
   // Each write separately; the outputs follow Local and Remote 1 to 3 in order. Writing a value back or writing the
   // present value does not set up an output: a saved configuration brings the fans back as they were.
   for (const auto& [writes, duties] :
@@ -102,7 +102,7 @@ TEST(DynamicTmin, StaysWithinTheLimitsOfTheChannel) {
   }
 }
 
-TEST(DynamicTmin, TheStandardLoopHurriesWhenFarAndWaitsForATemperatureOnItsWay) {
+TEST(DynamicTmin, TheStandardLoopTakesLargeStepsWhenFarAndWaitsWhileTheTemperatureApproaches) {
   EXPECT_EQ(LoopOnBench(2, 0, true, 69).TminAfter(0.55), 48);
   for (const bool standardLoop : {true, false}) {
     LoopOnBench falling(2, 0, standardLoop, 66);
@@ -112,11 +112,11 @@ TEST(DynamicTmin, TheStandardLoopHurriesWhenFarAndWaitsForATemperatureOnItsWay) 
   }
 }
 
-TEST(DynamicTmin, LeavesAChannelAloneThatIsOffOrHasNoDiode) {
+TEST(DynamicTmin, DoesNotTouchAChannelThatIsOffOrHasNoDiode) {
   LoopOnBench(1, 0, false, 70).Play("0B=02 ~5 5D:72 0B=01 10=3F ~5 5D:72");
 }
 
-TEST(DynamicTmin, AThermEventLoadsTheOperatingPointOfTheChannelThatAsksForIt) {
+TEST(DynamicTmin, AThermEventLoadsTheOperatingPointOfAnEnabledChannel) {
   for (const char* steps : {"0B=04 4E=40 ~.5 4E=9A ~.5 5A:69 5B:A4", "0B=08 4E=40 ~.5 4E=9A ~.5 5A:A4 5B:6B",
                             "0B=10 52=40 ~.5 52=9A ~.5 5A:69 5B:A4", "0B=20 52=40 ~.5 52=9A ~.5 5A:A4 5B:6B",
                             "0B=20 4E=40 ~.5 4E=9A ~.5 5A:A4 5B:A4", "0B=00 52=40 ~.5 52=9A ~.5 5A:A4 5B:A4"}) {
@@ -124,7 +124,7 @@ TEST(DynamicTmin, AThermEventLoadsTheOperatingPointOfTheChannelThatAsksForIt) {
   }
 }
 
-TEST(Output, ManualDutyIsTakenInManualModeOnlyAndReadsInvertedAtRevisionZero) {
+TEST(Output, ManualDutyIsAcceptedInManualModeOnlyAndReadsInvertedAtRevisionZero) {
   for (const int revision : {0, 1}) {
     ChipOnBench bench(revision);
     bench.Play("~1 d0:192 AA=20 ~1 d0:192 21=F0 ~1 d0:192 AA=20 ~1 d0:32");  // manual keeps the previous duty
@@ -133,7 +133,7 @@ TEST(Output, ManualDutyIsTakenInManualModeOnlyAndReadsInvertedAtRevisionZero) {
   }
 }
 
-TEST(Output, PolarityTurnsThePinOverAndNotTheDuty) {
+TEST(Output, PolarityInvertsThePinAndNotTheDuty) {
   ChipOnBench bench("21=F0 22=E0 ~0.1 AA=33 AB=33 ~0.1 AB:33");
   EXPECT_DOUBLE_EQ(*bench.chip.Outputs().pwmHigh[0], 0.2);
   EXPECT_DOUBLE_EQ(*bench.chip.Outputs().pwmHigh[1], 0.8);
@@ -174,7 +174,7 @@ TEST(Output, EnhancedAcousticsRampsOverTheTimeOfItsField) {  // NOLINT(readabili
   }
 }
 
-TEST(Output, ARampFromStandstillBeginsAtMinAndOneToStandstillGoesAllTheWayDown) {
+TEST(Output, ARampFromStandstillStartsAtMinAndOneToStandstillGoesAllTheWayDown) {
   ChipOnBench bench("1A=01 21=10 28=64 2C=FF 5C=68 60=00 t0=30 ~1 d0:0 t0=42");  // Tmin 40, Min 100
   bench.Run(kConversionSeconds);
   EXPECT_NEAR(bench.Duty(0), 100, 1);
@@ -183,7 +183,7 @@ TEST(Output, ARampFromStandstillBeginsAtMinAndOneToStandstillGoesAllTheWayDown) 
   bench.Play("~15 d0:0");
 }
 
-TEST(Output, WhatGoesBeforeTheCurveSparesOffAndManualUnlessItIsForAll) {
+TEST(Output, WhatOverridesTheCurveExceptsOffAndManualUnlessItAppliesToAll) {
   // Off, manual at 40, and two that follow Remote 2 far below its Tmin.
   ChipOnBench bench("21=90 22=F0 23=50 24=50 AB=28 5E=9A ~ d0:0 d1:40 d2:0 d3:0");
   bench.pins.vrHot[0] = true;

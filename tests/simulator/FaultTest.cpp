@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(Faults, EachKindBeginsAndEndsAsThePlanSays) {
+TEST(Faults, EachKindStartsAndEndsAsPlanned) {
   for (const auto& [plan, steps] : {
            std::pair{"from 1 to 2 register 0x2C stuck at 0x12\nfault at 1 register 0x3E bit 6 flipped",
                      "2C=80 ~1 2C:12 2C=99 2C:12 3E:01 ~1 2C:80"},  // a write to a stuck register is lost
@@ -28,7 +28,7 @@ TEST(Faults, EachKindBeginsAndEndsAsThePlanSays) {
   }
 }
 
-TEST(Faults, TransfersFailAsOftenAsThePlanSays) {
+TEST(Faults, TransfersFailAsOftenAsPlanned) {
   Usb usb("fault at 1 transfer fails once\nfault at 2 transfer fails 3 times\nfault from 4 to 5 transfer fails\n");
   for (const int expected : {0, 1, 3, 0, 10, 0}) {  // out of ten transfers per second
     int failures = 0;
@@ -61,7 +61,7 @@ TEST(Faults, ASlowTransferIsReportedToTheLibrary) {
   }
 }
 
-TEST(Faults, AnUnpluggedAdapterTakesNothingAndTheBusOfThePcGoesOn) {
+TEST(Faults, AnUnpluggedAdapterAcceptsNothingAndThePcsBusKeepsWorking) {
   Usb usb("fault at 0 adapter unplugged\n");
   EXPECT_NE(usb.Ask(0xDA, 0, 0, 1, 3), 0);
   EXPECT_NE(usb.Connect(), 0);
@@ -76,7 +76,7 @@ TEST(Faults, AFailedTransferOnTheSmbusReadsAllOnesOrIsLost) {
   EXPECT_EQ(host.Read(0x2C, 0x3E), 0x41);
 }
 
-TEST(SimulatorSettings, EveryKeyIsTaken) {
+TEST(SimulatorSettings, EveryKeyIsAccepted) {
   const Settings s = Parsed(
       "seed = 12345\r\nambient = -5.5  # a cold room\ntime-factor = 20\nrevision = 3\nfan-pulses = 4\nnoise = 0\n"
       "d2-connector = open\nusb = 0x58 0x5C\nsmbus = none\nfirmware = refused\nconnect-at-try = 21");

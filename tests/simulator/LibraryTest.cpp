@@ -28,7 +28,7 @@ Entry* Find(const char* library, const char* name) {
   return reinterpret_cast<Entry*>(entry);
 }
 
-TEST_F(SimulatedLibraries, TakeAnyFirmwareAndShowOneChipEach) {
+TEST_F(SimulatedLibraries, AcceptAnyFirmwareAndShowOneChipEach) {
   unsetenv("ZTH4718_SIMULATOR");
   EXPECT_EQ(Find<LoadFirmWare>(ZTH_USB_LIBRARY, "LoadFirmWare")("/no/such/file"), 1);
   auto* request = Find<VendorIORequest>(ZTH_USB_LIBRARY, "VendorIORequest");
@@ -45,7 +45,7 @@ TEST_F(SimulatedLibraries, TakeAnyFirmwareAndShowOneChipEach) {
   EXPECT_EQ(Find<ReadSmbus>(ZTH_SMBUS_LIBRARY, "ReadSmbus")(0x2C, 0x3E), 0x41);
 }
 
-TEST_F(SimulatedLibraries, SayOnTheErrorStreamWhichLineOfTheSettingsIsWrongAndGoOn) {
+TEST_F(SimulatedLibraries, SayOnStandardErrorWhichLineOfTheSettingsIsWrongAndContinue) {
   const auto path = std::filesystem::temp_directory_path() / "zth-bad-simulator.conf";
   std::ofstream(path) << "ambient = 25\nambient = hot\n";
   const auto child = [&path] {
@@ -56,7 +56,7 @@ TEST_F(SimulatedLibraries, SayOnTheErrorStreamWhichLineOfTheSettingsIsWrongAndGo
   std::filesystem::remove(path);
 }
 
-TEST_F(SimulatedLibraries, ReadEveryScenarioWithoutAComplaint) {
+TEST_F(SimulatedLibraries, ReadEveryScenarioWithoutAMessage) {
   int count = 0;
   for (const auto& file : std::filesystem::directory_iterator(ZTH_SCENARIOS)) {
     if (file.path().extension() != ".conf") continue;

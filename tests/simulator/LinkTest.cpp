@@ -22,7 +22,7 @@ TEST(UsbAdapter, AnswersEveryRequestOfItsTable) {
   usb.Play("p4A:16");
 }
 
-TEST(UsbAdapter, AnAddressWithoutAChipIsNoFailureAndNoChipEither) {
+TEST(UsbAdapter, AnAddressWithoutAChipIsNeitherAFailureNorAChip) {
   Usb usb;
   for (const int address : {0x5A, 0x5C, 0, 0x7F, 300, -1}) {
     EXPECT_EQ(usb.Ask(0xDC, address, 0x3E, 1, 8), 0);
@@ -32,7 +32,7 @@ TEST(UsbAdapter, AnAddressWithoutAChipIsNoFailureAndNoChipEither) {
   }
 }
 
-TEST(UsbAdapter, RefusesWhatIsNotInItsTable) {
+TEST(UsbAdapter, RejectsWhatIsNotInItsTable) {
   constexpr int kRows[][5] = {
       {0xDB, 0x58, 0, 1, 1},    {0xD9, 0, 0, 0, 0},          {0, 0, 0, 0, 0},          {0xDE, 0x58, 0, 2, 1},
       {0xDE, 0x58, 0, -1, 1},   {0xDE, 0x58, 0x3E, 1, 0},    {0xDE, 0x58, 0x3E, 1, 2}, {0xDE, 0x58, 0x100, 1, 1},
@@ -56,7 +56,7 @@ TEST(UsbAdapter, StartsAsTheSettingsSay) {
   EXPECT_LE(Usb("firmware = refused").adapter.LoadFirmware(), 0);
 }
 
-TEST(UsbAdapter, HoldsAsManyChipsAsTheSettingsSayWithSwitchesOnTheFirst) {
+TEST(UsbAdapter, HasTheChipsOfTheSettingsWithSwitchesOnTheFirst) {
   Usb usb("noise = 0\nd2-connector = open\nusb = 0x5C 0x58");
   usb.Write(0x2C, 2, 0x5C);
   usb.Play("2C=01 2C:01 p4A=00 ~1 C0:00");
@@ -101,7 +101,7 @@ struct SlowClock {
   static inline duration time{0};
 };
 
-TEST(RealTime, NoCallWaitsLongForABoardThatIsBehindAndTheFollowingOnesMakeUpForIt) {
+TEST(RealTime, NoCallWaitsLongForABoardThatIsBehindAndLaterCallsCatchUp) {
   const Settings settings{.timeFactor = 100, .noise = 0};
   SmbusHost pieces{settings};
   SmbusHost whole{settings};

@@ -54,7 +54,7 @@ TEST(Measurement, TachReadingsComeAtTheRateOfTheirMode) {
   }
 }
 
-TEST(Measurement, AveragingTakesMostOfTheNoiseAway) {
+TEST(Measurement, AveragingRemovesMostOfTheNoise) {
   for (const auto& [configuration1, deviation] : {std::pair{0x01, 0.8}, {0x05, 0.2}}) {
     ChipOnBench bench(1, 10);
     bench.Write(0x01, configuration1);
@@ -118,7 +118,7 @@ TEST(Voltage, EveryFunctionReads192AtItsNominalVoltage) {
   }
 }
 
-TEST(Voltage, WithoutItsAttenuatorAnInputSpansTwoAndAQuarterVolts) {
+TEST(Voltage, WithoutItsAttenuatorAnInputHasARangeOfTwoAndAQuarterVolts) {
   for (const Input& input : kInputs) {
     InputOnBench bench(input);
     bench.Write(input.attenuator, 0xFF & ~(1 << input.attenuatorBit));

@@ -25,7 +25,7 @@ TEST(Registers, PowerUpShowsEveryDefaultAndAnEmptyAddressReadsZero) {
 // The registers that a write does not simply replace.
 const std::set<int> kSpecial{0x00, 0x14, 0xAA, 0xAB, 0xAC, 0xAD, 0xBF};
 
-TEST(Registers, EveryAddressKeepsOrRefusesAllEightBits) {
+TEST(Registers, EveryAddressKeepsOrRejectsAllEightBits) {
   for (int address = 0; address < 256; ++address) {
     if (kSpecial.contains(address)) continue;
     const RegisterRule* rule = RuleOf(static_cast<std::uint8_t>(address));
@@ -39,7 +39,7 @@ TEST(Registers, EveryAddressKeepsOrRefusesAllEightBits) {
   }
 }
 
-TEST(Registers, AWriteTouchesNoOtherRegisterButWhereThatIsItsPurpose) {
+TEST(Registers, AWriteTouchesNoOtherRegisterUnlessThatIsItsPurpose) {
   for (int address = 0; address < 256; ++address) {
     ChipOnBench bench;
     bench.Write(0x07, 0xFF);

@@ -7,7 +7,7 @@ TEST(Status, EachCopyLatchesUntilItsOwnReaderHasSeenTheEndOfTheCause) {
   ChipOnBench("~ t2=90 ~ B8:08 B8:08 t2=30 ~ B8:08 B8:00 C0:08 C0:00");  // the high limit is 85
 }
 
-TEST(Status, TemperaturesAreOutOnlyBeyondTheirLimits) {
+TEST(Status, TemperaturesAreOutOfLimitsOnlyBeyondThem) {
   for (const auto& [channel, out] : {std::pair{"t0", "02"}, {"t1", "04"}, {"t2", "08"}, {"t3", "10"}}) {
     for (const auto& [celsius, bits] : {std::pair{"=85", "00"}, {"=85.25", out}, {"=0", "00"}, {"=-0.25", out}}) {
       ChipOnBench(std::string(channel) + celsius + " ~ C0:" + bits);
@@ -29,7 +29,7 @@ TEST(Status, AFanIsSlowWhenItsCountPassesTheLimitAndAStalledOneToo) {
   }
 }
 
-TEST(Status, ThermComparesWithHysteresisAndLetsThroughWhatIsEnabled) {
+TEST(Status, ThermComparesWithHysteresisAndPassesWhatIsEnabled) {
   for (int therm = 0; therm < 2; ++therm) {
     for (int channel = 0; channel < 4; ++channel) {
       ChipOnBench bench({{0x54, 0x55}, {0x55, 0x55}, {0x0E, 0x01}, {0x0F, 0x01}, {0x0E + therm, 0x01 | 2 << channel}});
@@ -47,7 +47,7 @@ TEST(Status, ThermComparesWithHysteresisAndLetsThroughWhatIsEnabled) {
   }
 }
 
-TEST(Status, TheOnTimeIsTheShareOfTheWindowAndHasItsLimit) {
+TEST(Status, TheOnTimeIsAFractionOfTheWindowAndHasALimit) {
   constexpr double kSeconds[] = {0.25, 0.5, 1, 2, 4, 8, 8, 8};
   for (int therm = 0; therm < 2; ++therm) {
     for (int field = 0; field < 8; ++field) {
@@ -64,13 +64,13 @@ TEST(Status, TheOnTimeIsTheShareOfTheWindowAndHasItsLimit) {
   }
 }
 
-TEST(Status, AlertGoesByTheMasksAndItsMode) {
+TEST(Status, AlertFollowsTheMasksAndItsMode) {
   ChipOnBench bench("v=2 ~ a:0 t1=90 ~ a:1");
   bench.Play("30=04 a:0 C0:04 30=00");               // a mask affects the pin, not the status
   bench.Play("t1=30 ~ a:1 01=09 a:0 01=01 B8 a:0");  // held until the host has read it, except in comparator mode
 }
 
-TEST(Status, RegulatorHeatAndAnOpenCaseShowWherePinsReportThem) {
+TEST(Status, RegulatorHeatAndAnOpenCaseShowIfPinsReportThem) {
   ChipOnBench bench;
   bench.pins.vrHot = {true, true};
   bench.pins.pin27Asserted = true;

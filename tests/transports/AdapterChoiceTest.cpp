@@ -29,7 +29,7 @@ const std::vector<Adapter> kPresent{{0, "i915 gmbus dpa", false, true},
                                     {5, "CP2112 SMBus Bridge on hidraw1", false, false},
                                     {12, "unnamed host", true, false}};
 
-TEST(AdapterChoice, ASettingNamesAdaptersByNumberOrNameElseEveryHostIsTakenAndNothingElse) {
+TEST(AdapterChoice, ASettingNamesAdaptersByNumberOrNameOtherwiseOnlyHostsAreUsed) {
   using Row = std::tuple<const char*, std::vector<int>, const char*>;
   for (const auto& [setting, expected, told] :
        {Row{"5,2", {5, 2}, ""}, Row{"i2c-1", {1}, ""}, Row{"/dev/i2c-12", {12}, ""},
@@ -54,7 +54,7 @@ TEST(Settings, TheFileIsReadLineByLine) {
   EXPECT_THAT(settings.faults, ElementsAre(HasSubstr("smbus.conf:5:"), HasSubstr("smbus.conf:6:")));
 }
 
-TEST(Settings, FilesStandInTheUsersFolders) {
+TEST(Settings, FilesAreInTheUsersFolders) {
   const std::string home = "/home/ann", conf = "/zth4718/smbus.conf", log = "/zth4718/smbus.log",
                     usual = home + "/.config" + conf, usualLog = home + "/.local/state" + log;
   const std::tuple<std::map<std::string, std::string>, std::string, std::string> rows[] = {
@@ -102,7 +102,7 @@ class FilesTest : public testing::Test {
                          std::to_string(getpid()));
 };
 
-TEST_F(FilesTest, HostsAndDisplaysAreToldApartByTheirDevices) {
+TEST_F(FilesTest, HostsAndDisplaysAreDistinguishedByTheirDevices) {
   const std::string pci = "pci0000:00/0000:00:";
   Put(root / "devices" / (pci + "1f.4") / "class", "0x0c0500");
   Put(root / "devices" / (pci + "02.0") / "class", "0x030000");
@@ -133,7 +133,7 @@ TEST_F(FilesTest, HostsAndDisplaysAreToldApartByTheirDevices) {
   EXPECT_THAT(Sysfs(root / "nothing").Adapters(), IsEmpty());
 }
 
-TEST_F(FilesTest, TheVariableGoesBeforeTheFile) {
+TEST_F(FilesTest, TheVariableOverridesTheFile) {
   const UserPlaces places{root / "smbus.conf", {}};
   std::string variable;
   const auto adapters = [&] { return LoadSettings(places, [&](const char*) { return variable; }).adapters; };
@@ -146,7 +146,7 @@ TEST_F(FilesTest, TheVariableGoesBeforeTheFile) {
   EXPECT_THAT(adapters(), ElementsAre("1", "2"));
 }
 
-TEST_F(FilesTest, TheLogKeepsWhatItIsToldAndStaysWithinItsBound) {
+TEST_F(FilesTest, TheLogKeepsItsMessagesAndStaysWithinItsLimit) {
   const fs::path file = root / "deep" / "smbus.log";
   std::ostringstream errors;
   Journal journal(errors, file, [] { return std::string("[now]"); });

@@ -89,7 +89,7 @@ TEST_F(HostBusTest, AWriteFindsItsChipWithoutAReadBefore) {
             "5A A5 on 0:2C w 20, 1:2C w 20, 1:2C w 21, 1:2C r 20, 1:2C r 21,");
 }
 
-TEST_F(HostBusTest, AnAddressThatADriverHoldsIsLeftAlone) {
+TEST_F(HostBusTest, AnAddressHeldByADriverIsNotTouched) {
   AddBuses({0x41, 0x41});
   Bus(0).held = {0x2C};
   EXPECT_EQ(Run("2C r 3E 2C w 20=01"), "FF on") << "the address is the driver's, on the adapters behind it too";
@@ -112,7 +112,7 @@ TEST_F(HostBusTest, ABusyBusIsNoDriverAndATransferNeverFollowsAFailedSelection) 
   EXPECT_EQ(Run("2D r 3E 2D w 3E=07"), "FF on");
 }
 
-TEST_F(HostBusTest, AFailureIsToldOnceForAnAdapterAnAddressAndAnErrno) {
+TEST_F(HostBusTest, AFailureIsReportedOncePerAdapterAddressAndErrno) {
   AddBuses({0x41, -1});
   for (int poll = 0; poll < 50; ++poll) {
     Run("2D r 3E 2C r 3E");
@@ -128,7 +128,7 @@ TEST_F(HostBusTest, AFailureIsToldOnceForAnAdapterAnAddressAndAnErrno) {
   EXPECT_EQ(Told("i2c-0, address 0x2D:"), 2);
 }
 
-TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
+TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsReleasedAndNotUsedAgain) {
   AddBuses({0x41, -1});
   Bus(1).chips[0x58][0x3E] = 0x41;
   Run("2C r 3E 58 r 3E");
@@ -142,7 +142,7 @@ TEST_F(HostBusTest, AnAdapterThatFailsAndIsGoneIsLetGoAndNotAskedAgain) {
   EXPECT_EQ(Run("58 r 3E"), "41 on 1:58 r 3E,") << "the other adapter goes on";
 }
 
-TEST_F(HostBusTest, AnAdapterThatGoesWhileItsChipAnswersIsLetGoWithinSeconds) {
+TEST_F(HostBusTest, AnAdapterThatDisappearsWhileItsChipAnswersIsReleasedWithinSeconds) {
   AddBuses({0x41});
   bus.Read(0x2C, 0x3E);
   system.looks = 0;
@@ -163,7 +163,7 @@ TEST_F(HostBusTest, AnAdapterWithoutByteDataTransfersIsNotUsed) {
   EXPECT_EQ(Told("cannot do byte-data transfers"), 2);
 }
 
-TEST_F(HostBusTest, WhatCannotBeOpenedIsToldWithItsRemedyAndTriedAgainByTheNextDetection) {
+TEST_F(HostBusTest, WhatCannotBeOpenedIsReportedWithItsRemedyAndRetriedByTheNextDetection) {
   for (const auto& [error, cause, remedy] :
        {std::tuple{ENOENT, "No such file or directory (errno 2)", "sudo modprobe i2c-dev"},
         {EACCES, "Permission denied (errno 13)", "sudo usermod -aG i2c $USER"},
@@ -183,7 +183,7 @@ TEST_F(HostBusTest, WhatCannotBeOpenedIsToldWithItsRemedyAndTriedAgainByTheNextD
   }
 }
 
-TEST_F(HostBusTest, AMachineWithoutABusOrWithoutAHostIsTold) {
+TEST_F(HostBusTest, AMachineWithoutABusOrHostIsReported) {
   bus.Detect();
   EXPECT_THAT(errors.str(), AllOf(HasSubstr("knows no SMBus or I2C adapter"), HasSubstr("sudo modprobe i2c-i801")));
   errors.str("");

@@ -61,7 +61,7 @@ class Slider : public testing::Test {
   QStringList log_;
 };
 
-TEST_F(Slider, SaysNothingOfWhatCodeSets) {
+TEST_F(Slider, DoesNotReportWhatCodeSets) {
   for (const double value : {33.3, 0.0, 100.0, 250.0, -4.0}) {
     ASSERT_TRUE(slider_.setProperty("Value", value));
     EXPECT_EQ(slider_.property("Value").toDouble(), std::clamp(value, 0.0, 100.0));
@@ -115,13 +115,13 @@ TEST_F(Slider, ADragReportsAtMostOnceEach50MsAndItsLastValueBeforeMouseUp) {
   EXPECT_FALSE(slider_.PaceTimer().isActive());
 }
 
-TEST_F(Slider, LetsGoOnceWhenAHandlerDisablesIt) {
+TEST_F(Slider, ReleasesOnceWhenAHandlerDisablesIt) {
   QObject::connect(&slider_, qOverload<int>(&GSlider::Change), [this] { slider_.setEnabled(false); });
   EXPECT_EQ(Reports("Right"), "down change=1 up");
   EXPECT_EQ(Reports("enabled=1 press@50 drop@50"), "down change=50 up");
 }
 
-TEST_F(Slider, ToolsAndAssistiveTechnologyEndInTheSameReports) {
+TEST_F(Slider, ToolsAndAssistiveTechnologyCauseTheSameReports) {
   slider_.setProperty("Value", 25);
   ASSERT_TRUE(QMetaObject::invokeMethod(&slider_, "Change"));
   ASSERT_TRUE(QMetaObject::invokeMethod(&slider_, "Change", Q_ARG(int, 2)));

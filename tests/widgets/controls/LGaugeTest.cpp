@@ -117,7 +117,7 @@ TEST_F(Gauge, TabReachesEachSliderAndThenLeaves) {
   }
 }
 
-TEST_F(Gauge, KeysMoveByStepPageAndToTheEndsAndARunIsReportedOnce) {
+TEST_F(Gauge, KeysMoveByStepPageAndToTheEndsAndAHeldKeyIsReportedOnce) {
   gauge_.setFocus(Qt::TabFocusReason);
   const std::pair<const char*, const char*> rows[] = {
       {"Right", "-19 85 1"},
@@ -141,7 +141,7 @@ TEST_F(Gauge, KeysMoveByStepPageAndToTheEndsAndARunIsReportedOnce) {
   EXPECT_EQ(After(""), "-55 85 12") << "the focus went while the key was down";
 }
 
-TEST_F(Gauge, ShowsItsSlidersApartWithoutColour) {
+TEST_F(Gauge, ShowsItsSlidersDistinctWithoutColour) {
   const DialMeasures measures(gauge_.size());
   const auto low = SliderShape(measures, SliderKind::Low, 0);
   const auto high = SliderShape(measures, SliderKind::High, 0);
@@ -170,7 +170,7 @@ TEST_F(Gauge, ShowsItsReadingAtAnyRangeAndSize) {
   }
 }
 
-TEST_F(Gauge, PaintsAChangedScaleAnew) {
+TEST_F(Gauge, RepaintsAChangedScale) {
   const QImage before = gauge_.grab().toImage();
   EXPECT_EQ(gauge_.grab().toImage(), before);
   Put("ScaleMax", 300);
@@ -190,7 +190,7 @@ TextSize Measure(const std::string& text, double pixels) {
   return {0.6 * pixels * static_cast<double>(text.size()), 0.75 * pixels};
 }
 
-TEST(DialScale, ParksValuesOutsideAtTheNearerEnd) {
+TEST(DialScale, ShowsValuesOutsideAtTheNearerEnd) {
   for (const auto& [value, angle] :
        {std::pair{-64.0, -135.0}, {63.5, 0.0}, {191.0, 135.0}, {-65.0, -135.0}, {1e9, 135.0}, {kNaN, -135.0}}) {
     EXPECT_DOUBLE_EQ(DialScale(-64, 191).Angle(value), angle);
@@ -215,7 +215,7 @@ TEST(DialScale, ReportsWhatItShows) {
   EXPECT_EQ(DialScale(0, 10).ValueAt(-136), 0);
 }
 
-TEST(DialTicks, StandAtRoundNumbersOfAnyRange) {
+TEST(DialTicks, AreAtRoundNumbersOfAnyRange) {
   using Row = std::tuple<double, double, const char*>;
   for (const auto& [minimum, maximum, expected] :
        {Row{0, 100, "0 10 20 30 40 50 60 70 80 90 100 "}, Row{0, 2.5, "0.0 0.5 1.0 1.5 2.0 2.5 "},

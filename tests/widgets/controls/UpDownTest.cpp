@@ -39,7 +39,7 @@ class Pair : public testing::Test {
   UpDown* upDown_ = nullptr;
 };
 
-TEST_F(Pair, StepsTheNumberThatTheBoxBeginsWithWithinTheRange) {
+TEST_F(Pair, StepsTheLeadingNumberOfTheBoxWithinTheRange) {
   using Row = std::tuple<const char*, int, const char*>;
   for (const auto& [before, steps, after] :
        {Row{"50", 1, "51"}, Row{"50", -1, "49"}, Row{" 50 rpm", 1, "51"}, Row{"119", 5, "120"}, Row{"120", 1, "120"},
@@ -96,7 +96,7 @@ TEST_F(Pair, FollowsItsBox) {
   upDown_->Step(1);
 }
 
-TEST(Toggle, TellsItsStateBySign) {
+TEST(Toggle, ShowsItsStateByASign) {
   Toggle lamp;
   EXPECT_FALSE(lamp.property("Value").toBool());
   EXPECT_EQ(lamp.focusPolicy(), Qt::NoFocus);
@@ -114,7 +114,7 @@ TEST(Toggle, TellsItsStateBySign) {
   EXPECT_GT(qRed(red.pixel(4, 12)), qGreen(red.pixel(4, 12)));
 }
 
-TEST(Toggle, RemembersItsVisibilityApartFromItsWindow) {
+TEST(Toggle, RemembersItsVisibilityIndependentlyOfItsWindow) {
   QWidget window;
   auto* layout = new QVBoxLayout(&window);
   auto* lamp = new Toggle;

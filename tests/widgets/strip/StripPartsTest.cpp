@@ -21,7 +21,7 @@ std::string Texts(const std::vector<Tick>& ticks) {
   return texts.join(QLatin1Char(' ')).toStdString();
 }
 
-TEST(Ticks, StandAtRoundValuesAndNameThemApart) {
+TEST(Ticks, AreAtRoundValuesWithDistinctLabels) {
   EXPECT_EQ(Texts(RoundTicks(0, 12000, 7)), "0 2000 4000 6000 8000 10000 12000");
   EXPECT_EQ(Texts(RoundTicks(-0.3, 0.3, 7)), "-0.3 -0.2 -0.1 0.0 0.1 0.2 0.3");
   EXPECT_EQ(Texts(RoundTicks(3.2991, 3.2999, 4)), "3.2992 3.2994 3.2996 3.2998");
@@ -45,7 +45,7 @@ TEST(Ticks, AreFewForAnyRangeAndNoneForAnImpossibleOne) {
   EXPECT_TRUE(TimeTicks(0, std::numeric_limits<double>::infinity(), 5).empty());
 }
 
-TEST(TimeText, ReadsAsAClockFromAMinuteOn) {
+TEST(TimeText, IsAClockTimeFromAMinuteOn) {
   EXPECT_EQ(TimeText(12.345, 0.01).toStdString(), "12.35 s");
   EXPECT_EQ(TimeText(-185.2, 0.1).toStdString(), "-3:05.2");
   EXPECT_EQ(TimeText(8047.5, 1).toStdString(), "2:14:08");
@@ -84,7 +84,7 @@ StripSetup TwoZones() {
   return {.axes = {{-10, 110, 0, 0.59}, {0, 110, 0.62, 1}}, .traces = {{.axis = 0}, {.axis = 1}}};
 }
 
-TEST(View, StandsUntilTheNewestSampleReachesTheRightEdgeAndThenFollows) {
+TEST(View, StaysUntilTheNewestSampleReachesTheRightEdgeAndThenFollows) {
   StripView view(TwoZones());
   const auto endAfter = [&view](double newest) { return view.Advance(newest), view.XEnd(); };
   EXPECT_EQ(endAfter(5), 10);
@@ -103,7 +103,7 @@ TEST(View, StandsUntilTheNewestSampleReachesTheRightEdgeAndThenFollows) {
   EXPECT_TRUE(view.XEnd() == 10 && view.XSpan() == 600);
 }
 
-TEST(View, RefusesRangesThatNothingCanBeDrawnIn) {
+TEST(View, RejectsRangesInWhichNothingCanBeDrawn) {
   StripView view(TwoZones());
   for (const auto& [min, max] : {std::pair{5.0, 5.0}, {6.0, 5.0}, {0.0, 1e300}, {0.0, std::nan("")}}) {
     view.SetAxis(0, min, max);
@@ -117,7 +117,7 @@ TEST(View, RefusesRangesThatNothingCanBeDrawnIn) {
   EXPECT_LT(view.XBegin(), 10) << "the window has left the data";
 }
 
-TEST(View, MovesTheBorderWithItsGapAndLeavesBothZonesRoom) {
+TEST(View, MovesTheBorderWithItsGapAndLeavesRoomForBothZones) {
   StripView view(TwoZones());
   EXPECT_TRUE(view.MoveBorder(0, 0.4));
   EXPECT_DOUBLE_EQ(view.At(1).areaTop, 0.4);
@@ -134,7 +134,7 @@ StripLayout LaidOut(const StripSetup& setup, StripText& text, QSize size) {
   return {StripScene(setup), size, 1, text, columns};
 }
 
-TEST(Layout, GivesThirteenLegendRowsRoomAndKeepsThemInTheChart) {
+TEST(Layout, MakesRoomForThirteenLegendRowsInsideTheChart) {
   StripSetup setup{.traces = std::vector<StripTrace>(13)};
   for (int i = 0; i < 13; ++i) setup.labels.push_back({.slot = i + 1, .text = "1.5V(3GIO)", .trace = i});
   StripText text{QFont()};

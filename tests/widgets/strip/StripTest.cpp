@@ -143,7 +143,7 @@ TEST_F(StripTest, CountsTimeFromTheFirstSampleAndGivesOneFeedOneInstant) {
 }
 
 // A scrolling chart draws only the new data; the result must be the same as drawing everything.
-TEST_F(StripTest, AScrolledPictureIsTheOneThatIsDrawnAfresh) {
+TEST_F(StripTest, AScrolledPictureIsTheSameAsARedrawnOne) {
   StripSetup setup = TwoZones();
   setup.xMin = 0;
   setup.traces[0].width = 3;
@@ -196,7 +196,7 @@ TEST_F(StripTest, AThousandSamplesInOneTurnGiveOnePictureAndNoneWhileHidden) {
   EXPECT_GT(PixelsOf(Qt::blue), 100) << "what came in while hidden shows";
 }
 
-TEST_F(StripTest, ASpikeOfOneSampleStaysOnThePaperAtEveryZoomOfADay) {
+TEST_F(StripTest, ASpikeOfOneSampleStaysVisibleAtEveryZoomOfADay) {
   constexpr double kSpikes[] = {10, 30000.35, 86350};
   now = 0;
   Use({.axes = {{0, 100}}, .traces = {{.colour = Qt::magenta}}});
@@ -221,7 +221,7 @@ TEST_F(StripTest, ASpikeOfOneSampleStaysOnThePaperAtEveryZoomOfADay) {
   EXPECT_FALSE(spikeIn(1000, 20000)) << "where there is none";
 }
 
-TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndTellsHowToGetBack) {
+TEST_F(StripTest, FollowsTheNewestSampleUntilHeldAndSaysHowToReturn) {
   QSignalSpy held(&strip, &Strip::HeldChanged);
   for (int i = 0; i < 300; ++i) Feed(0, 20);
   EXPECT_NEAR(strip.XEnd(), 14.95, 1e-9);
@@ -291,7 +291,7 @@ TEST_F(StripTest, ZoomsByHandlesAndBoxAndKeys) {
   EXPECT_EQ(After(Qt::Key_Left), "75 s, 6 to 66, 1200 to 13200, held");
 }
 
-TEST_F(StripTest, MovesTheZonesByTheirBorderAndTellsTheWindow) {
+TEST_F(StripTest, MovesTheZonesByTheirBorderAndNotifiesTheWindow) {
   QSignalSpy layout(&strip, &Strip::Strip2_LayoutChanged);
   strip.SetAxisIndex(1);
   EXPECT_DOUBLE_EQ(strip.AxisAreaTop(), 0.53);
@@ -317,7 +317,7 @@ TEST_F(StripTest, AClickOnALegendEntryHidesItsTrace) {
   }
 }
 
-TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataGoOn) {
+TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataContinues) {
   for (int i = 0; i < 400; ++i) Feed(0, 20);
   const QImage before = strip.grab().toImage();
   tests::Mouse(strip, QEvent::MouseMove, {600, 120}, Qt::NoButton);
@@ -331,7 +331,7 @@ TEST_F(StripTest, ReadsOutUnderTheCursorWhileDataGoOn) {
   EXPECT_EQ(Painted(), strip.Picture()) << "a saved picture is the chart without the cursor";
 }
 
-TEST_F(StripTest, FitsAnAxisToWhatIsInSight) {
+TEST_F(StripTest, FitsAnAxisToTheVisibleData) {
   for (int i = 0; i < 100; ++i) Feed(0, 20 + i % 11);
   for (const int axis : {0, 1}) strip.FitAxis(axis);
   EXPECT_EQ(Ranges(), "100 s, 19 to 31, 0 to 12000") << "nothing to fit the second one to";

@@ -15,7 +15,7 @@ using Column = TraceHistory::Column;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN(), kInfinity = std::numeric_limits<double>::infinity();
 
-TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneFurtherThanTheNextOne) {
+TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneBeyondTheNextOne) {
   TraceHistory history;
   std::vector<TraceHistory::Point> points;
   std::mt19937 random(7);
@@ -53,7 +53,7 @@ TEST(TraceHistory, ShowsEveryExtremeInItsColumnAndNoneFurtherThanTheNextOne) {
   }
 }
 
-TEST(TraceHistory, CostsAsManyLooksForADayAsForAMinute) {
+TEST(TraceHistory, TakesAsManyLookupsForADayAsForAMinute) {
   TraceHistory history;
   std::vector<Column> columns(800);
   std::size_t short_ = 0;
@@ -80,7 +80,7 @@ TEST(TraceHistory, DropsWhatIsOlderThanADayAndStopsGrowing) {
   EXPECT_EQ(history.Bytes(), bytes);
 }
 
-TEST(TraceHistory, TakesOddSamplesByRule) {
+TEST(TraceHistory, TreatsOddSamplesByRule) {
   TraceHistory history;
   // A sample older than the newest one gets the time of the newest.
   for (const auto& [x, y] : {std::pair{1.0, 10}, {kNaN, 11}, {kInfinity, 12}, {0.5, 13}}) history.Append(x, y);

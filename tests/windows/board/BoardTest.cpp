@@ -22,7 +22,7 @@ WindowDesk Switches(int device4A, int device48) {
   });
 }
 
-TEST(Switches, ShowBothPortsFromTheDeviceAt4AOn) {
+TEST(Switches, ShowBothPortsStartingWithTheDeviceAt4A) {
   WindowDesk desk = Switches(0xE1, 0x81);
   EXPECT_EQ(desk.Held(kBoxes), "1|0|0|0|0|1|1|0|0|0|0|0|0|1") << "bits 6 and 7 of the first device have no box";
   EXPECT_EQ(desk.Text(*desk.window, "chkSwitch(0)") + desk.Text(*desk.window, "chkSwitch(13)"), "D2+ ( Pin17)Pin26");
@@ -38,7 +38,7 @@ TEST(Switches, ApplyWritesBothDevicesAndShowsWhatTheyTook) {
   EXPECT_EQ(desk.Held(kBoxes), "0|1|1|1|1|1|0|1|0|0|0|0|0|0");
 }
 
-TEST(Switches, SetByHandLastUntilThePinsAreWritten) {
+TEST(Switches, SetByHandStayUntilThePinsAreWritten) {
   WindowDesk desk("frmSwitches");
   chip::Model.BoardSwitch[12] = true;
   desk.Do("chkSwitch(10)=1; chkSwitch(10)=0; cmbApply");
@@ -55,7 +55,7 @@ TEST(Switches, TouchNothingOverSmbus) {
   EXPECT_FALSE(Desk::Get<QLabel>(*desk.window, "lblNoAdapter").isHidden());
 }
 
-TEST(Heaters, ShowTheAdaptersDrivesAnewAtEachOpening) {
+TEST(Heaters, ShowTheAdaptersDrivesEachTimeTheyOpen) {
   WindowDesk desk("frmHeaters", Desk::Buses::Both, [](Desk& each) { each.board.heaterState = {101, 60, 7}; });
   EXPECT_EQ(desk.Held("sldHeater(0..1) lblTemp(0)"), "50.5|30|Remote1 = ");
   desk.board.heaterState = {0, 200, 0};
@@ -89,7 +89,7 @@ TEST(Heaters, OverSmbusShowTheBufferAndSendNothing) {
   EXPECT_EQ(desk.Sent("sldHeater(0)=90"), Traffic{});
 }
 
-TEST(Heaters, StandWhenTheirLoadFailsAndTheUserGoesOn) {
+TEST(Heaters, StayOpenWhenTheirLoadFailsAndTheUserContinues) {
   WindowDesk desk("frmHeaters", Desk::Buses::Usb, [](Desk& each) {
     each.board.failMatching = "usb H";
     each.prompts.script = {platform::BoxAnswer::No};

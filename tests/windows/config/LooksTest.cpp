@@ -29,7 +29,7 @@ class Looks : public ::testing::TestWithParam<const char*> {
   WindowDesk desk_{GetParam(), "2C=FF"};
 };
 
-TEST_P(Looks, EveryControlTellsItsRegisterAndBits) {
+TEST_P(Looks, EveryControlNamesItsRegisterAndBits) {
   std::map<int, QString> names;
   for (const chip::RegisterRow& row : chip::kRegisterRows) names.emplace(row.address, row.name);
   for (const Control& control : controls_) {
@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(Windows, Looks,
                          ::testing::Values("frmGenConfig", "frmFanConfig", "frmVoltConfig", "frmTherm", "frmEDO"),
                          [](const auto& row) { return std::string(row.param); });
 
-TEST(ConfigMarks, AnOddEntryTellsWhatWouldGoOut) {
+TEST(ConfigMarks, AnOddEntryShowsWhatWouldBeWritten) {
   WindowDesk desk("frmFanConfig", "2C=FF");
   auto& box = Desk::Get<QLineEdit>(*desk.window, "txtMaxPWM");
   const QColor plain = box.palette().color(QPalette::Text);
@@ -94,7 +94,7 @@ TEST(ConfigMarks, AnOddEntryTellsWhatWouldGoOut) {
   }
 }
 
-TEST(ConfigMarks, AnUnchangedControlThatWouldNotGiveBackWhatTheChipHoldsTellsBothBytes) {
+TEST(ConfigMarks, AnUnchangedControlThatWouldWriteAnotherByteShowsBothBytes) {
   struct Row {
     const char *window, *registers, *control, *apply, *tip;
   };

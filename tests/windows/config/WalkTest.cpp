@@ -52,7 +52,7 @@ FakeBoard::Registers Filled(std::uint8_t byte) {
   return registers;
 }
 
-TEST_P(Walk, EachBitOfTheChipShowsInItsOwnControlAndReturnsAsItMust) {
+TEST_P(Walk, EachBitOfTheChipShowsInItsOwnControlAndIsWrittenBackCorrectly) {
   for (const std::uint8_t ground : {std::uint8_t{0x00}, std::uint8_t{0xFF}, std::uint8_t{0xA5}}) {
     for (const auto& [reg, kept] : model_.kept) {
       for (int bit = 0; bit < 8; ++bit) {
@@ -86,7 +86,7 @@ TEST_P(Walk, EachControlMovesItsOwnBitsAndNoOthers) {
   }
 }
 
-TEST_P(Walk, WhatChangesElsewhereBeforeApplySurvivesWhereTheWindowOwnsNothing) {
+TEST_P(Walk, ChangesElsewhereBeforeApplyAreKeptInBitsWithoutAControl) {
   const FakeBoard::Registers loaded = Filled(0x5A);
   LoadWith(loaded);
   Chip() = Filled(0xA5);
@@ -113,7 +113,7 @@ const std::pair<const char*, const char*> kApplies[] = {
     {"frmEDO", "R16 W16=00 W37=00 W38=00"},
 };
 
-TEST(ConfigTransfers, ApplyGoesOutInOrderOnBothLinksOkClosesAndCancelJustCloses) {
+TEST(ConfigTransfers, ApplyWritesInOrderOnBothLinksOkAlsoClosesAndCancelOnlyCloses) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     for (const auto& [window, applies] : kApplies) {
       SCOPED_TRACE(window);
@@ -129,7 +129,7 @@ TEST(ConfigTransfers, ApplyGoesOutInOrderOnBothLinksOkClosesAndCancelJustCloses)
   }
 }
 
-TEST(ConfigTexts, GoOutAsTheNumbersTheyBeginWithAndWithinAByte) {
+TEST(ConfigTexts, AreWrittenAsTheirLeadingNumbersLimitedToAByte) {
   // Over 0x44 in frmTherm: a number too large for its field spills into its neighbour, a fraction of the upper field
   // into the lower one.
   const std::vector<std::tuple<const char*, const char*, std::size_t, int>> rows{

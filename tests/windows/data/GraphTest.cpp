@@ -82,7 +82,7 @@ TEST_F(GraphTest, OneChartShowsAndFillsTheWindow) {
   EXPECT_EQ(Desk::Text(Reopen("frmGraph"), "cmbGraph"), "Temperature and Tach");
 }
 
-TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {
+TEST_F(GraphTest, UsesThePeriodWhileItIsTyped) {
   const std::tuple<const char*, int, bool> rows[]{
       {"200", 200, false},    {"0", 200, true},        {"", 200, true},        {"fast", 200, true},
       {"-5", 200, true},      {"0.5", 200, true},      {"1", 1, false},        {"32.5", 32, false},
@@ -101,7 +101,7 @@ TEST_F(GraphTest, TakesThePeriodWhileItIsTyped) {
   EXPECT_NEAR(static_cast<double>(Samples(0) - before), 4000.0 / 450, 1.5) << "to the next tick after 400 ms";
 }
 
-TEST_F(GraphTest, TheVoltageLegendHoldsTheNamesOfItsOpening) {
+TEST_F(GraphTest, TheVoltageLegendKeepsTheNamesFromWhenItOpened) {
   chip::Model.VoltagePresent.fill(false);
   for (const std::size_t channel : {0U, 3U, 20U}) chip::Model.VoltagePresent[channel] = true;
   Graph();

@@ -34,7 +34,7 @@ class LogFailureTest : public DataTest {
   QString Trouble() { return Desk::Text(Logging(), "lblTrouble"); }
 };
 
-TEST_F(LogFailureTest, LinesWaitInOrderAndTheStatusBarTells) {
+TEST_F(LogFailureTest, LinesWaitInOrderAndTheStatusBarSaysSo) {
   Begin();
   Log(2);
   LogLocked(1);
@@ -51,7 +51,7 @@ TEST_F(LogFailureTest, LinesWaitInOrderAndTheStatusBarTells) {
 }
 
 // Three lines are in the file, then something happens to it, then two more lines follow.
-TEST_F(LogFailureTest, WhateverBecomesOfTheFileEachLineStandsOnceBelowAHead) {
+TEST_F(LogFailureTest, WhateverHappensToTheFileEachLineIsThereOnceBelowAHeader) {
   const std::string before = kHead + LogLines(0, 2);
   const std::string anew = kHead + LogLines(3, 4);
   const auto put = [this](const QString& name, const std::string& text) {
@@ -225,7 +225,7 @@ TEST_F(LogFailureTest, ATornLineThatCannotBeCutAtOnceIsCutBeforeAnythingElse) {
   EXPECT_EQ(File(), kHead + LogLines(0, 4));
 }
 
-TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
+TEST_F(LogFailureTest, AFullStoreKeepsTheOldestLinesAndTheFileShowsTheGap) {
   Begin("0");
   const auto log = [this](int lines, float value) {
     for (chip::Model.LogChannelTable[0].Value = value; lines > 0; --lines) Job();
@@ -249,7 +249,7 @@ TEST_F(LogFailureTest, AFullStoreKeepsTheOldestAndTheFileTellsTheGap) {
   EXPECT_TRUE(File() == expected) << File().substr(expected.size() - 200);
 }
 
-TEST_F(LogFailureTest, NoHeadGoesOutBeforeLinesThatAreStillOwed) {
+TEST_F(LogFailureTest, NoHeaderIsWrittenBeforeLinesThatAreStillWaiting) {
   Begin();
   desk.files.space = 3;
   desk.files.cutFails = true;
@@ -263,7 +263,7 @@ TEST_F(LogFailureTest, NoHeadGoesOutBeforeLinesThatAreStillOwed) {
   EXPECT_EQ(File(), kHead + LogLines(0, 0) + LogHead(""));
 }
 
-TEST_F(LogFailureTest, TheStoreIsOneForAllFiles) {
+TEST_F(LogFailureTest, AllFilesShareOneStore) {
   desk.files.locked = true;
   const int rounds = 4;
   for (int file = 0; file < rounds; ++file) {
@@ -278,7 +278,7 @@ TEST_F(LogFailureTest, TheStoreIsOneForAllFiles) {
   EXPECT_EQ(Status(), Waiting(100000) + ", 1 lost");
 }
 
-TEST_F(LogFailureTest, LinesOfAStoppedLogAreStillOwedToTheirFile) {
+TEST_F(LogFailureTest, LinesOfAStoppedLogStillGoIntoTheirFile) {
   Begin();
   desk.files.locked = true;
   Log(2);

@@ -36,7 +36,7 @@ TEST_F(LoggingTest, WritesTheFileByteForByte) {
   EXPECT_EQ(desk.files.appends, 4) << "the head and each line as it comes and in one piece: a kill tears none";
 }
 
-TEST_F(LoggingTest, GoesOnWhileTheWindowIsClosedAndOpensAsItStands) {
+TEST_F(LoggingTest, ContinuesWhileTheWindowIsClosedAndTheWindowReopensInTheSameState) {
   StartLog(Path("a.csv"), {1, 44}, "250");
   Do(Logging(), "cmdClose");
   Desk::Settle();
@@ -57,7 +57,7 @@ TEST_F(LoggingTest, GoesOnWhileTheWindowIsClosedAndOpensAsItStands) {
             LogHead("Remote1 Temp ,Remote2 Op-Point ,") + "0,0 ,0 ,\r\n.25,0 ,0 ,\r\n.5,0 ,0 ,\r\n");
 }
 
-TEST_F(LoggingTest, ExtendsAFileAndStartsTheTimeAnew) {
+TEST_F(LoggingTest, ExtendsAFileAndRestartsTheTime) {
   std::ofstream(Path("a.csv").toStdString()) << "mine";
   StartLog(Path("a.csv"), {0});
   Log(2);

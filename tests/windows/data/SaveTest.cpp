@@ -103,7 +103,7 @@ TEST_F(SaveTest, WritesTheFileByteForByte) {
             "0x4C\t0x0\t // 1.5V2 (ICH) High Limit\r\n}\r\n");
 }
 
-TEST_F(SaveTest, ReadsTheChipBeforeItAsksForTheNameAndHoldsTheTimerMeanwhile) {
+TEST_F(SaveTest, ReadsTheChipBeforeItAsksForTheNameAndStopsTheTimerMeanwhile) {
   bool active = true;
   desk.events.onPaint = [&] {
     active = active && Master().isActive();
@@ -155,7 +155,7 @@ TEST_F(SaveTest, RecallGivesEveryWritableRegisterItsValueBack) {
   }
 }
 
-TEST_F(SaveTest, ABrokenFileStopsWhereItBreaksWithoutAWord) {
+TEST_F(SaveTest, ABrokenFileStopsSilentlyWhereItBreaks) {
   const std::string broken = " written; the file breaks off before its \"}\"";
   for (const auto& [text, writes, outcome] : std::initializer_list<std::tuple<const char*, const char*, std::string>>{
            {"{\n0x28\t0x7\t\n}", "W28=07", "1 register written"},
@@ -230,7 +230,7 @@ TEST_F(SaveTest, WhileItRecallsTheBarAndTheRegisterShowAndNothingElseReachesTheL
   EXPECT_NE(desk.Main().FindWindow("frmRegMap"), nullptr) << "all can be used again";
 }
 
-TEST_F(SaveTest, ARecallIsCancelledBetweenTwoRegistersAndTellsHowManyItHasWritten) {
+TEST_F(SaveTest, ARecallIsCancelledBetweenTwoRegistersAndSaysHowManyItHasWritten) {
   Write("a.sav", "{\n0x28\t0x7\n0x29\t0x8\n0x2A\t0x9\n0x2B\t0xA\n}");
   int pumps = 0;
   desk.events.onPump = [&] { ++pumps; };

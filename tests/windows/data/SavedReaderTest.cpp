@@ -26,7 +26,7 @@ std::string ReadAll(std::string_view text) {
   return read.str();
 }
 
-TEST(SavedReader, TakesWhateverHasTwoNumbersBehindAnX) {
+TEST(SavedReader, AcceptsAnythingWithTwoNumbersAfterAnX) {
   const std::vector<std::tuple<const char*, std::string, const char*>> rows{
       {"nothing", "", "broken"},
       {"no brace", "0x1\t0x2\r\n", "broken"},
@@ -68,7 +68,7 @@ TEST(SavedReader, StopsAtAHundredThousandLines) {
   EXPECT_TRUE(ReadAll("{\n" + text.substr(11) + "}") == read.substr(5) + "end");
 }
 
-TEST(SavedReader, KnowsATextOfWideCharacters) {
+TEST(SavedReader, RecognisesATextOfWideCharacters) {
   const auto widened = [](const std::string& text, int bytes, bool bigEnd) {
     std::string wide;
     for (const char c : text) {

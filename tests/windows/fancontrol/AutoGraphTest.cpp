@@ -55,7 +55,7 @@ class Curves : public ::testing::Test {
   widgets::Strip& chart = Desk::Get<widgets::Strip>(*desk.window, "stpGraph");
 };
 
-TEST_F(Curves, AreDrawnWithTheDotsOfTheTabShowing) {
+TEST_F(Curves, AreDrawnWithTheDotsOfTheCurrentTab) {
   const Points curve{{-40, 0}, {30, 0}, {30, 25}, {53, 100}, {119, 100}};
   EXPECT_EQ(Trace(0), curve) << "drawn by the load itself";
   EXPECT_EQ(Trace(8), (Points{{26, 0}, {26, 25}, {30, 25}}));

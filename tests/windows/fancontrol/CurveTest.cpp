@@ -77,7 +77,7 @@ TEST(Curve, HasTheShapesAnEngineerExpects) {
   }
 }
 
-TEST(Curve, RoundsEachOfItsFiguresToSinglePrecision) {
+TEST(Curve, RoundsEachIntermediateValueToSinglePrecision) {
   // A limit at the very end of the ramp may cut it or not.
   for (const auto& [changes, cut] : {std::pair{"range=3.3°C tmin=50 min=0 max=64 th1=53", true},
                                      {"range=3.3°C tmin=25 min=0 max=64 th1=28", false},

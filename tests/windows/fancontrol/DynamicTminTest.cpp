@@ -110,7 +110,7 @@ TEST(DynamicTmin, ARefreshReadsTheFourBehavioursAndNothingElse) {
   }
 }
 
-TEST(DynamicTmin, ABoxTellsWhatTheChipHasMadeOfItOnceThatHasBeenMeasured) {
+TEST(DynamicTmin, ABoxShowsTheChipsOwnValueOnceThatHasBeenMeasured) {
   // Each box with its register. The demo shows Remote2 15 degrees too high in the chart, but not in the boxes.
   const std::vector<std::tuple<const char*, QString, QString, int>> rows{
       {"frmDynamicTmin", "txtTmin(0)", "lblChipTmin(0)", 0x5D},
@@ -188,7 +188,7 @@ constexpr char kOnOnes[] =
 
 // After the set-up the window reads again. Each control that changes then writes back what was just read, 0x64 as a
 // whole.
-TEST(Demo, TheButtonSendsTheSetUpAndWhatTheReloadWritesBackOnBothLinks) {
+TEST(Demo, TheButtonSendsTheSetUpAndTheReloadWritesBackOnBothLinks) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     for (const bool ones : {false, true}) {
       WindowDesk desk("frmDynamicTmin", buses, [&](Desk& each) { each.board.Chip().fill(ones ? 0xFF : 0); });
@@ -217,7 +217,7 @@ void PutRemote2(Desk& desk, int quarters) {
   desk.board.Chip()[0x8D] = static_cast<std::uint8_t>(64 + quarters / 4);
 }
 
-TEST(Demo, LiftsRemote2ForTheMonitorAndNotForTheLog) {
+TEST(Demo, RaisesRemote2InTheMonitorButNotInTheLog) {
   Desk desk;
   desk.Start();
   PutRemote2(desk, 4 * 20);
@@ -297,7 +297,7 @@ TEST(DutyTraces, AreTheFansThatAChannelDrives) {
   }
 }
 
-TEST(TraceNames, StandLevelWithTheirValueAndStayInTheZone) {
+TEST(TraceNames, AreLevelWithTheirValueAndStayInTheZone) {
   const std::pair<int, float> rows[]{{110, 0.03F}, {-10, 0.59F}, {50, 0.31F}, {190, 0.03F}, {-64, 0.59F}};
   for (const auto& [value, top] : rows)
     EXPECT_FLOAT_EQ(TraceLabelTop(windows::TraceZone{0.59F, -10, 110}, value), top) << value;

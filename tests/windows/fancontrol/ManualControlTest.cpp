@@ -73,7 +73,7 @@ TEST_F(ManualControl, WritesTheDutyOfTheSliderThatMoves) {
   EXPECT_FALSE(windows::Shared.ManualSliderHeld);
 }
 
-TEST_F(ManualControl, NoStepOfAKeyIsLostToAnOlderDuty) {
+TEST_F(ManualControl, NoKeyStepIsLostToAnOlderDuty) {
   // Across every refresh and at every distance from it and from the reading of the duty, as with a held key.
   Slider(1).SetValue(20);
   link::WriteRegisterValue(link::Bus.DeviceAddress, 0xAB, 51);
@@ -105,7 +105,7 @@ TEST_F(ManualControl, FollowsTheChipAgainOnceTheDutyWasMeasured) {
   EXPECT_EQ(desk.Held("sldManual(0..3)"), "0|5|60|5");
 }
 
-TEST_F(ManualControl, AWindowClosedUnderAHeldSliderLetsGoOfIt) {
+TEST_F(ManualControl, AWindowClosedUnderAHeldSliderReleasesIt) {
   Slider(2).MouseDown();
   desk.window->Unload();
   EXPECT_FALSE(windows::Shared.ManualSliderHeld);

@@ -104,7 +104,7 @@ TEST_F(Limits, EachChannelShowsItsOwnReadingAndWritesItsOwnRegistersInOrder) {
   }
 }
 
-TEST_F(Limits, BothLimitsGoOutOnADragOfOneAndAreNotCheckedAgainstEachOther) {
+TEST_F(Limits, BothLimitsAreWrittenOnADragOfOneAndAreNotCheckedAgainstEachOther) {
   Load();
   desk.board.TakeTraffic();
   for (const auto& [number, to, sent] :
@@ -114,7 +114,7 @@ TEST_F(Limits, BothLimitsGoOutOnADragOfOneAndAreNotCheckedAgainstEachOther) {
   }
 }
 
-TEST_F(Limits, PickingTheChannelThatShowsReadsItsLimitsAgain) {
+TEST_F(Limits, SelectingTheCurrentChannelReadsItsLimitsAgain) {
   Load();
   Desk::Pick(*window, "cmbTemp", 0);  // this ends the load's own selection
   desk.board.Chip()[0x44] = 0x50;
@@ -198,7 +198,7 @@ struct LimitKeys : Limits {
   }
 };
 
-TEST_F(LimitKeys, NoneMovesALimitTheOtherWayAndEachStepReachesItsNeighbour) {
+TEST_F(LimitKeys, NoneMovesALimitTheWrongWayAndEachStepReachesItsNeighbour) {
   Load();
   Load([](Pins& pins) { PutPins(pins, 2); });
   for (const KeyRow& row :

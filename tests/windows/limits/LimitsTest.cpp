@@ -18,7 +18,7 @@ constexpr char kFirstLoad[] =
     "R80 R80 R31 R31 W31=C0 R31 W31=C0 "
     "R4D R4D R35 R35 W35=38 R35 W35=38 R35 W35=38";  // THERM Timer, THERM Limits, Digital/VRD
 
-TEST(LimitsLoad, ReadsTabByTabOnBothLinksAndLeavesMasksAloneThatHaveNotChanged) {
+TEST(LimitsLoad, ReadsTabByTabOnBothLinksAndDoesNotWriteUnchangedMasks) {
   for (const auto buses : {Desk::Buses::Usb, Desk::Buses::Smbus}) {
     WindowDesk desk("frmLimits", buses, [](Desk&) { chip::Model.PollEnabled = false; });
     EXPECT_EQ(desk.load, T(kFirstLoad));
@@ -65,7 +65,7 @@ std::vector<MaskBox> MaskBoxes() {
   return boxes;
 }
 
-TEST_F(Limits, AMaskClickChangesItsOneBitAtOnce) {
+TEST_F(Limits, AMaskClickChangesOnlyItsBitAtOnce) {
   Put(desk.board.Chip(), "07=FF 30..35=A5");
   Load();
   for (const MaskBox& box : MaskBoxes()) {
@@ -81,7 +81,7 @@ TEST_F(Limits, AMaskClickChangesItsOneBitAtOnce) {
   }
 }
 
-TEST_F(Limits, EachStatusBitLightsItsOneLamp) {
+TEST_F(Limits, EachStatusBitLightsOnlyItsLamp) {
   Load();
   std::vector<MaskBox> lamps = MaskBoxes();
   for (int n = 0; n < 8; ++n) lamps.push_back({"", n, 0, 0xBA, n, "tglTHERMPinAlert"});
@@ -142,7 +142,7 @@ TEST_F(Limits, TemperatureRowsAndListFollowTheDiodesInBothDirections) {
   }
 }
 
-TEST_F(Limits, AFanIsListedByItsPinAndLiveByItsTachToo) {
+TEST_F(Limits, AFanIsListedByItsPinAndAlsoNeedsItsTachToBeLive) {
   Put(desk.board.Chip(), "07=FE");
   Load([](Pins& pins) { pins.Pin8 = pins.Pin22 = 0; });
   EXPECT_EQ(Items("cmbFan").join('|'), "Fan1|Fan2|Fan3|Fan4|Fan5|Fan7");

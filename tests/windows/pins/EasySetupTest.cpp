@@ -43,7 +43,7 @@ TEST(EasySetup, AnOptionSetsItsOwnBitsAndOneThatIsNotTickedDoesNothing) {
   }
 }
 
-TEST(EasySetup, TheOptionsNumberIsTakenOrRefusedAsAWhole) {
+TEST(EasySetup, TheOptionNumberIsAcceptedOrRejectedAsAWhole) {
   constexpr int kNone = -1;
   const std::pair<const char*, int> rows[]{{"1", 0x01},    {"2", 0x02},   {"3", 0x04},   {"4", 0x08},    {"5", 0x10},
                                            {"2.5", 0x02},  {"5.5", 0x10}, {"0.5", 0},    {" 3 ", 4},     {"5.999", 16},

@@ -28,7 +28,7 @@ TEST(PinConfig, ApplyWritesFourRegistersEachWithItsEffectOnThePinsAndTheBoard) {
   }
 }
 
-TEST(PinConfig, AGroupTakesItsPinsAwayButNotTheirBits) {
+TEST(PinConfig, AGroupDisablesItsPinsButKeepsTheirBits) {
   const std::vector<std::pair<QString, QStringList>> groups{
       {"cmbPins1234_31_32", {"cmbPin1", "cmbPin2", "cmbPin3", "cmbPin31", "cmbPin32", "cmbPin4"}},
       {"cmbPins1516", {"cmbPin15"}},
@@ -57,7 +57,7 @@ TEST(PinConfig, AGroupTakesItsPinsAwayButNotTheirBits) {
   EXPECT_EQ(desk.board.Chip()[0x13], 0xFC);
 }
 
-TEST(PinConfig, OpenWindowsFollowAnApplyAndClosedOnesAreLeftAlone) {
+TEST(PinConfig, OpenWindowsFollowAnApplyAndClosedOnesAreNotTouched) {
   for (const auto& [limitsOpen, gpioOpen] : {std::pair{true, true}, {true, false}, {false, true}, {false, false}}) {
     WindowDesk desk("frmPinConfig", Desk::Buses::Usb);
     auto* limits = limitsOpen ? &desk.Open("frmLimits") : nullptr;
@@ -76,7 +76,7 @@ TEST(PinConfig, OpenWindowsFollowAnApplyAndClosedOnesAreLeftAlone) {
   }
 }
 
-TEST(PinConfig, AnEasyApplyShowsWhatTheChipHasMadeOfIt) {
+TEST(PinConfig, AnEasyApplyShowsWhatTheChipHasSet) {
   WindowDesk desk("frmPinConfig");
   desk.Do("cmbPin7=0; optEasy(2)=1");  // not applied: lost when the window is read
   desk.board.Chip()[0x10] = 0x81;
@@ -86,7 +86,7 @@ TEST(PinConfig, AnEasyApplyShowsWhatTheChipHasMadeOfIt) {
   EXPECT_TRUE(desk.Get<QWidget>(*desk.window, "cmbPin15").isEnabled());
 }
 
-TEST(PinConfig, TheHighestEasyOptionOfTheChipIsSelectedAndItsDetailsAloneAreSeen) {
+TEST(PinConfig, TheHighestEasyOptionOfTheChipIsSelectedAndOnlyItsDetailsAreVisible) {
   const std::vector<std::tuple<std::uint8_t, int, int>> cases{
       {0x00, -1, 0x00}, {0x01, 0, 0x01}, {0x02, 1, 0x02}, {0x05, 2, 0x04},
       {0xE8, 3, 0x08},  {0xFF, 4, 0x10}, {0xE0, 4, 0x10},  // no option's bit: the selection stays
@@ -106,7 +106,7 @@ TEST(PinConfig, TheHighestEasyOptionOfTheChipIsSelectedAndItsDetailsAloneAreSeen
   }
 }
 
-TEST(PinWindows, EveryControlTellsItsRegister) {
+TEST(PinWindows, EveryControlNamesItsRegister) {
   Desk desk;
   desk.Start();
   for (const auto& [name, control, tip] : {std::tuple{"frmPinConfig", "cmbPin25", "0x12 bits 5:4, Pin Config 3"},
@@ -118,7 +118,7 @@ TEST(PinWindows, EveryControlTellsItsRegister) {
   }
 }
 
-TEST(PinWindows, WhatIsNotAppliedYetIsMarkedAndItsTextStays) {
+TEST(PinWindows, WhatIsNotYetAppliedIsMarkedAndKeepsItsText) {
   WindowDesk desk("frmPinConfig");
   const QTabBar& tabs = *desk.Get<QTabWidget>(*desk.window, "SSTab1").tabBar();
   const QColor plain = tabs.tabTextColor(1);
@@ -139,7 +139,7 @@ TEST(PinWindows, WhatIsNotAppliedYetIsMarkedAndItsTextStays) {
   EXPECT_FALSE(desk.Get<QWidget>(gpio, "cmbDir(1)").font().bold()) << "written at once";
 }
 
-TEST(PinWindows, AnOptionsNumberThatReadsAsAnotherIsMarkedWithWhatGoesOut) {
+TEST(PinWindows, AnOptionNumberThatReadsAsAnotherIsMarkedWithWhatWillBeWritten) {
   WindowDesk desk("frmEasySetup");
   auto& box = desk.Get<QLineEdit>(*desk.window, "txtOption");
   const QColor plain = box.palette().color(QPalette::Text);
@@ -187,7 +187,7 @@ TEST(Gpio, EachBitMovesOneListAndEachListOneBit) {
   }
 }
 
-TEST(Gpio, EnableChangesItsOwnBitAlone) {
+TEST(Gpio, EnableChangesOnlyItsOwnBit) {
   for (const auto& [before, shown, sent] :
        {std::tuple{"03=00", "0", "R03 W03=01"}, {"03=5A", "0", "R03 W03=5B"}, {"03=FF", "1", "R03 W03=FE"}}) {
     WindowDesk desk("frmGPIO", before);
@@ -196,7 +196,7 @@ TEST(Gpio, EnableChangesItsOwnBitAlone) {
   }
 }
 
-TEST(Gpio, AnOutputHasAListOfItsStatusAndAnInputATextWhichSwapWithTheNextRefresh) {
+TEST(Gpio, AnOutputHasAStatusListAndAnInputATextWhichSwapAtTheNextRefresh) {
   WindowDesk desk("frmGPIO", "09=08 BF=05");  // GPIO 2 is an output
   // By the steps and by the time that passes.
   for (const auto& [direction, wait, outputs] : {std::tuple{"0", 0, 0x02}, {"1", 0, 0x02}, {"1", 550, 0x06}}) {
@@ -214,7 +214,7 @@ TEST(Gpio, AnOutputHasAListOfItsStatusAndAnInputATextWhichSwapWithTheNextRefresh
   EXPECT_EQ(desk.Held("lblStatus(0) lblStatus(3)"), "Active|Inactive");
 }
 
-TEST(Gpio, ThePinsThatServeGpioAreTickedAndVidPlaysNoPart) {
+TEST(Gpio, ThePinsUsedAsGpioAreTickedWhateverVidIs) {
   WindowDesk desk("frmGPIO");
   for (const auto& [registers, ticked] : {std::pair{"10=7F 13=FC", "0|0|0|0|0|0|0|0"},
                                           {"10=6B 13=F4", "1|0|1|0|1|0|0|0"},

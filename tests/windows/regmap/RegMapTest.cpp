@@ -125,7 +125,7 @@ TEST_F(RegisterMap, WritesTheDecimalBoxAndReadsBack) {
   EXPECT_TRUE(chip::Model.PwmManual[1]);
 }
 
-TEST_F(RegisterMap, SaysWhatBecomesOfANumberBeyondAByte) {
+TEST_F(RegisterMap, SaysWhatHappensToANumberAboveAByte) {
   const QColor plain = At("txtHex").palette().color(QPalette::Base);
   for (const auto& [steps, told, marked] : {std::tuple{"txtDec=300", "255", "txtHex txtDec"},
                                             {"txtHex=FF", "", ""},
@@ -170,7 +170,7 @@ TEST_F(RegisterMap, WritesOnEnterInAValueBoxOnly) {
   }
 }
 
-TEST_F(RegisterMap, RepeatedReadsLeaveTheAddressAloneThatIsBeingTyped) {
+TEST_F(RegisterMap, RepeatedReadsDoNotChangeTheAddressBeingTyped) {
   QApplication::setActiveWindow(&desk.Main());
   auto& box = Desk::Get<QLineEdit>(window, "txtReadAddr");
   desk.Do("txtReadAddr=89; cmdRead; chkContRead=1");
@@ -200,7 +200,7 @@ TEST_F(RegisterMap, RepeatedReadsLeaveTheAddressAloneThatIsBeingTyped) {
   EXPECT_EQ(box.text(), "2H") << "the typing is over";
 }
 
-TEST_F(RegisterMap, SaysBeforehandWhatAWriteSendsAndWhere) {
+TEST_F(RegisterMap, SaysInAdvanceWhatAWriteSendsAndWhere) {
   const auto tips = [this] {
     QString told = At("lblBit(7)").toolTip() + " | " + At("cmdWrite").toolTip();
     return told.replace('\n', ' ').toStdString();
