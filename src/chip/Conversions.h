@@ -35,11 +35,11 @@ constexpr std::int16_t PwmRawNormalise(std::int16_t raw, std::int16_t revision) 
   return revision == 0 ? static_cast<std::int16_t>(255 - raw) : raw;
 }
 
-/// A byte as a whole percentage of 255.
+/// A byte as a whole percentage of 255: of a duty, a limit of one, or a THERM on-time.
 std::int16_t PercentFromByte(std::int16_t raw);
 
-/// The duty byte of a slider at `percent`, 0 to 100. The product is formed in double precision and lies just under some
-/// of the ties.
+/// The byte of a slider or a gauge at `percent`, 0 to 100. The product is formed in double precision and lies just
+/// under some of the ties, so 50 and 90 % give a byte one lower than DutyByte.
 std::uint8_t ByteFromPercent(double percent);
 
 /// Volts of a voltage code, to two decimals: raw * scale / 192, the quotient in single precision before it is rounded.

@@ -2,11 +2,12 @@
 
 #include "base/NumberText.h"
 #include "base/Rounding.h"
+#include "chip/Conversions.h"
 
 namespace zth::chip {
 
 std::string DutyText(unsigned raw) {
-  return std::to_string(base::RoundToInt(raw * 100.0 / 255.0));
+  return std::to_string(PercentFromByte(static_cast<std::int16_t>(raw)));
 }
 
 std::uint8_t DutyByte(std::string_view text) {

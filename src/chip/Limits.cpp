@@ -40,13 +40,4 @@ std::uint8_t RpmToTachLimit(double rpm, std::int32_t clock) {
   return base::RoundToByte(static_cast<double>(CountsOver(rpm == 0 ? 1 : rpm, clock)));
 }
 
-std::int16_t ThermLimitToPercent(std::uint8_t raw) {
-  const auto percent = static_cast<float>(raw * 100.0 / 255);
-  return static_cast<std::int16_t>(base::RoundToInt(static_cast<double>(percent)));
-}
-
-std::uint8_t PercentToThermLimit(double percent) {
-  return ByteFromPercent(percent);
-}
-
 }  // namespace zth::chip

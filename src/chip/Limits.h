@@ -25,8 +25,4 @@ std::uint8_t RpmToTachLimit(double rpm, std::int32_t clock);
 
 inline constexpr float kTopRpm = 12000;
 
-/// Whole percent of a THERM on-time limit, and back.
-std::int16_t ThermLimitToPercent(std::uint8_t raw);
-std::uint8_t PercentToThermLimit(double percent);
-
 }  // namespace zth::chip

@@ -18,15 +18,6 @@ constexpr int kFirstVoltageRow = 16;
 constexpr int kFirstTminRow = 39;
 constexpr int kFirstOpPointRow = 43;
 
-/// Reads a run of registers and takes it out of the shared buffer.
-template <std::size_t kCount>
-std::array<std::uint8_t, kCount> ReadBlock(std::int32_t first) {
-  link::ReadRegisterBlock(link::Bus.DeviceAddress, first, static_cast<std::int16_t>(kCount));
-  std::array<std::uint8_t, kCount> bytes{};
-  std::copy_n(link::Bus.ReadBuffer.begin(), kCount, bytes.begin());
-  return bytes;
-}
-
 template <typename Values>
 void StoreRows(int firstRow, const Values& values) {
   auto row = Model.LogChannelTable.begin() + firstRow;
@@ -34,7 +25,7 @@ void StoreRows(int firstRow, const Values& values) {
 }
 
 void ReadTemperatures() {
-  const auto bytes = ReadBlock<8>("Local Temp LSBs"_reg);
+  const auto bytes = link::ReadBlock<8>("Local Temp LSBs"_reg);
   for (std::size_t i = 0; i < 4; ++i) {
     Model.Measurements.Temperature[i] = TemperatureFromBytes(bytes[2 * i], bytes[2 * i + 1]);
   }
@@ -43,7 +34,7 @@ void ReadTemperatures() {
 
 void ReadTachs() {
   for (std::size_t half = 0; half < 2; ++half) {
-    const auto bytes = ReadBlock<8>(half == 0 ? "Tach 1 LSB's"_reg : "Tach 5 LSB"_reg);
+    const auto bytes = link::ReadBlock<8>(half == 0 ? "Tach 1 LSB's"_reg : "Tach 5 LSB"_reg);
     for (std::size_t i = 0; i < 4; ++i) {
       const std::int32_t count = bytes[2 * i + 1] * 256 + bytes[2 * i];
       Model.Measurements.TachRpm[4 * half + i] = TachCountToRpm(count, Model.TachClock);
@@ -53,7 +44,7 @@ void ReadTachs() {
 }
 
 void ReadPwms() {
-  const auto bytes = ReadBlock<4>("PWM 1 Value"_reg);
+  const auto bytes = link::ReadBlock<4>("PWM 1 Value"_reg);
   for (std::size_t i = 0; i < 4; ++i) {
     Model.Measurements.PwmPercent[i] = PercentFromByte(PwmRawNormalise(bytes[i], Model.ChipRevision));
   }
@@ -63,7 +54,7 @@ void ReadPwms() {
 void ReadVoltages() {
   std::array<std::uint8_t, 256> raw{};
   const auto read = [&raw]<std::size_t kCount>(std::uint8_t first, std::integral_constant<std::size_t, kCount>) {
-    const auto bytes = ReadBlock<kCount>(first);
+    const auto bytes = link::ReadBlock<kCount>(first);
     std::copy(bytes.begin(), bytes.end(), raw.begin() + first);
   };
   read("Pin 15 Voltage"_reg, std::integral_constant<std::size_t, 1>());
@@ -76,18 +67,18 @@ void ReadVoltages() {
 }
 
 void ReadThermOnTimes() {
-  const auto bytes = ReadBlock<2>("THERM 1% Ontime"_reg);
+  const auto bytes = link::ReadBlock<2>("THERM 1% Ontime"_reg);
   for (std::size_t i = 0; i < 2; ++i) Model.Measurements.ThermPercent[i] = PercentFromByte(bytes[i]);
 }
 
 void ReadDynamicTminState() {
   const auto remotePair = [](std::int32_t first, std::array<std::int16_t, 3>& values) {
-    const auto bytes = ReadBlock<2>(first);
+    const auto bytes = link::ReadBlock<2>(first);
     values[1] = DegreesFromByte(bytes[0]);
     values[2] = DegreesFromByte(bytes[1]);
   };
   remotePair("Remote 1 Operating Point"_reg, Model.Measurements.PolledOpPoint);
-  const auto tmins = ReadBlock<4>("Local Tmin"_reg);
+  const auto tmins = link::ReadBlock<4>("Local Tmin"_reg);
   std::transform(tmins.begin(), tmins.end(), Model.Measurements.PolledTmin.begin(), DegreesFromByte);
   remotePair("Remote 1 High Limit"_reg, Model.Measurements.PolledHighLimit);
   remotePair("Remote 1 Low Limit"_reg, Model.Measurements.PolledLowLimit);

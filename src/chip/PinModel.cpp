@@ -104,10 +104,7 @@ PinFunctionFlags DecodePinFunctions(const std::array<std::uint8_t, 4>& configs) 
 }
 
 void ReadPinConfiguration() {
-  link::ReadRegisterBlock(link::Bus.DeviceAddress, "Pin Config 1"_reg, 4);
-  std::array<std::uint8_t, 4> configs{};
-  std::copy_n(link::Bus.ReadBuffer.begin(), configs.size(), configs.begin());
-  Model.PinFunctions = DecodePinFunctions(configs);
+  Model.PinFunctions = DecodePinFunctions(link::ReadBlock<4>("Pin Config 1"_reg));
   Model.PinFunctionsFrom = link::ChipInUse();
   Model.VoltagePresent = PresentVoltages(Model.PinFunctions);
   SetAvailability(Model.PinFunctions);

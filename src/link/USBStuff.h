@@ -1,6 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
+
+#include "link/Declarations.h"
 
 /// The one door to the hardware: the register operations over either link, and what only the USB adapter offers.
 ///
@@ -16,6 +21,15 @@ std::int16_t ReadRegister(std::int32_t address, std::int32_t reg);
 /// Reads `count` consecutive registers into ReadBuffer from index 0. 0, or the transport's failure code. A run that
 /// does not fit ReadBuffer or leaves 0 to 255 is not read.
 std::int16_t ReadRegisterBlock(std::int32_t address, std::int32_t first, std::int16_t count);
+
+/// The same of the chip in use, taken out of ReadBuffer before the next call can change it.
+template <std::size_t kCount>
+std::array<std::uint8_t, kCount> ReadBlock(std::int32_t first) {
+  ReadRegisterBlock(Bus.DeviceAddress, first, static_cast<std::int16_t>(kCount));
+  std::array<std::uint8_t, kCount> bytes{};
+  std::copy_n(Bus.ReadBuffer.begin(), kCount, bytes.begin());
+  return bytes;
+}
 
 /// Writes a register and then runs AfterRegisterWrite. `value` is limited to 0 to 255, for the caller as well. 0, or
 /// the transport's failure code; a register outside 0 to 255 gives 0 and runs no hook.

@@ -47,14 +47,11 @@ void MeasurementJob::Run() {
 }
 
 void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
-  // job 1
   jobs.Add({"measurement", [] { return chip::Model.PollEnabled; }, [] { return chip::Model.PollPeriodMs / 1000.0; },
             [job = std::make_shared<MeasurementJob>(context.services)] { job->Run(); }});
-  // job 2
   jobs.Add(
       {"graphs", [] { return windows::Shared.GraphOpen; }, [] { return windows::Shared.GraphPeriodMs / 1000.0; },
        OnWindow<windows::frmGraph>(context, "frmGraph", [](auto& window) { windows::FeedGraphs(window.Charts()); })});
-  // job 3
   const windows::Desktop& desktop = context.desktop;
   const auto readsContinuously = [&desktop] {
     const auto* regMap = qobject_cast<windows::frmRegMap*>(desktop.FindWindow("frmRegMap"));
@@ -62,26 +59,19 @@ void AddMonitorJobs(JobList& jobs, const windows::Context& context) {
   };
   jobs.Add({"register map", readsContinuously, Every(1.0),
             OnWindow<windows::frmRegMap>(context, "frmRegMap", [](auto& window) { window.RepeatRead(); })});
-  // job 4
   jobs.Add({"heaters", [] { return windows::Shared.HeatersOpen; }, Every(1.0),
             OnWindow<windows::frmHeaters>(context, "frmHeaters", [](auto& window) { window.RefreshTemperatures(); })});
-  // job 5
   jobs.Add({"limits", [] { return windows::Shared.LimitsOpen; }, Every(0.5),
             OnWindow<windows::frmLimits>(context, "frmLimits", [](auto& window) { window.Refresh(); })});
-  // job 6
   jobs.Add({"manual control", [] { return windows::Shared.ManualOpen; }, Every(1.0),
             OnWindow<windows::frmManualControl>(context, "frmManualControl", RefreshManualControl)});
-  // job 7
   jobs.Add({"automatic control", [] { return windows::Shared.AutoGraphOpen; }, Every(0.3),
             OnWindow<windows::frmAutoGraph>(context, "frmAutoGraph", [](auto& window) { window.PlotAFCTemps(); })});
-  // job 8
   jobs.Add({"dynamic Tmin", [] { return windows::Shared.DynTminOpen; }, Every(0.1),
             OnWindow<windows::frmDynamicTmin>(context, "frmDynamicTmin",
                                               [](auto& window) { window.UpdateDynTminGraph(); })});
-  // job 9
   jobs.Add({"GPIO", [] { return windows::Shared.GpioOpen; }, Every(0.5),
             OnWindow<windows::frmGPIO>(context, "frmGPIO", [](auto& window) { window.UpdateGPIOStatus(); })});
-  // job 10
   jobs.Add({"log", windows::LogHasWork, windows::LogPeriodSeconds, [context] { windows::RunLogJob(context); }});
 }
 

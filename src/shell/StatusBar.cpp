@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "platform/Services.h"
+#include "widgets/Named.h"
 
 namespace zth::shell {
 
@@ -16,8 +17,7 @@ StatusBar::StatusBar(platform::Clock& clock, QWidget* parent)
   SetStatus("Status");
   ShowDateAndTime();
 
-  auto* tick = new QTimer(this);
-  tick->setObjectName("tmrClock");
+  auto* tick = widgets::Named<QTimer>("tmrClock", this);
   tick->setInterval(1000);
   clock.Adopt(*tick);
   connect(tick, &QTimer::timeout, this, &StatusBar::ShowDateAndTime);
@@ -25,8 +25,7 @@ StatusBar::StatusBar(platform::Clock& clock, QWidget* parent)
 }
 
 QLabel* StatusBar::AddPanel(int number) {
-  auto* panel = new QLabel(this);
-  panel->setObjectName(QString("sbStatusBar(%1)").arg(number));
+  auto* panel = widgets::Named<QLabel>(QString("sbStatusBar(%1)").arg(number), this);
   panel->setTextFormat(Qt::PlainText);
   panel->setContentsMargins(4, 0, 4, 0);
   if (number == 1) {

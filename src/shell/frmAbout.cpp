@@ -12,28 +12,24 @@
 #include "platform/Guard.h"
 #include "shell/Icons.h"
 #include "shell/WebLink.h"
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 
 namespace zth::shell {
 
 frmAbout::frmAbout(const windows::Context& context) : ChildWindow("frmAbout", "About the  ZTH4718 Software", context) {
-  auto* picture = new QLabel(this);
-  picture->setObjectName("Image1");
+  auto* picture = widgets::Named<QLabel>("Image1", this);
   picture->setPixmap(ProgramIcon().pixmap(64, 64));
-  auto* label1 = new QLabel(QString(base::kTitle) + " Version " + base::kVersionText, this);
-  label1->setObjectName("Label1");
+  auto* label1 = widgets::Named<QLabel>("Label1", QString(base::kTitle) + " Version " + base::kVersionText, this);
   QFont bold = label1->font();
   bold.setBold(true);
   label1->setFont(bold);
-  auto* label5 = new QLabel("Visit the Tarnwell Silicon website at", this);
-  label5->setObjectName("Label5");
+  auto* label5 = widgets::Named<QLabel>("Label5", "Visit the Tarnwell Silicon website at", this);
 
-  label6_ = new WebLink(base::kMakerAddress, this);
-  label6_->setObjectName("Label6");
+  label6_ = widgets::Named<WebLink>("Label6", base::kMakerAddress, this);
   connect(label6_, &WebLink::Click, this, platform::Guarded([this] { Label6_Click(); }));
 
-  auto* cmdOK = new QPushButton("OK", this);
-  cmdOK->setObjectName("cmdOK");
+  auto* cmdOK = widgets::Named<QPushButton>("cmdOK", "OK", this);
   windows::OnClick(*cmdOK, [this] { Unload(); });
   SetDefaultButton(*cmdOK);
   SetCancelButton(*cmdOK);

@@ -29,6 +29,7 @@
 #include "shell/StatusBar.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmSplash.h"
+#include "widgets/Named.h"
 #include "windows/ChildWindow.h"
 #include "windows/Handlers.h"
 #include "windows/data/LogJob.h"
@@ -76,8 +77,7 @@ void frmMain::BuildMenus() {
     menus[row.name] = menu;
   }
   for (const MenuEntry& row : kMenuEntries) {
-    auto* action = new QAction(row.caption, this);
-    action->setObjectName(row.name);
+    auto* action = widgets::Named<QAction>(row.name, row.caption, this);
     action->setShortcut(QKeySequence(row.shortcut));
     const QString window = row.window;
     if (window.isEmpty()) {
@@ -133,8 +133,7 @@ void frmMain::BuildToolBar() {
   bar->addSeparator();
   for (const ToolButton& row : kToolButtons) {
     const QString key = row.key;
-    auto* action = new QAction(ToolIcon(key), row.toolTip, this);
-    action->setObjectName("tbToolBar(" + key + ")");
+    auto* action = widgets::Named<QAction>("tbToolBar(" + key + ")", ToolIcon(key), row.toolTip, this);
     action->setToolTip(row.toolTip);
     action->setEnabled(WindowExists(row.window));
     connect(action, &QAction::triggered, this, platform::Guarded([this, key] { tbToolBar_ButtonClick(key); }));
@@ -146,10 +145,8 @@ void frmMain::BuildToolBar() {
 
 void frmMain::AddDevices(QToolBar& bar) {
   // Every letter of it is a menu's or a window's, so the list has a key of its own.
-  auto* label = new QLabel(" Device ", &bar);
-  label->setObjectName("lblDevices");
-  cmbDevices_ = new QComboBox(&bar);
-  cmbDevices_->setObjectName("cmbDevices");
+  auto* label = widgets::Named<QLabel>("lblDevices", " Device ", &bar);
+  cmbDevices_ = widgets::Named<QComboBox>("cmbDevices", &bar);
   cmbDevices_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   cmbDevices_->setMinimumContentsLength(14);
   cmbDevices_->setToolTip("The chip that all windows work on (F2)");
@@ -165,8 +162,7 @@ void frmMain::AddDevices(QToolBar& bar) {
 
 void frmMain::BuildTimer() {
   AddMonitorJobs(jobs_, context_);
-  tmrMaster_ = new QTimer(this);
-  tmrMaster_->setObjectName("tmrMaster");
+  tmrMaster_ = widgets::Named<QTimer>("tmrMaster", this);
   tmrMaster_->setTimerType(Qt::PreciseTimer);
   tmrMaster_->setInterval(50);
   services_.clock.Adopt(*tmrMaster_);

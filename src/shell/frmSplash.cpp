@@ -10,6 +10,7 @@
 #include "base/Product.h"
 #include "base/Twips.h"
 #include "shell/Icons.h"
+#include "widgets/Named.h"
 
 namespace zth::shell {
 namespace {
@@ -20,8 +21,7 @@ constexpr int kOnePercentTwips = kFullWidthTwips / 100;
 constexpr int kBarHeight = 8;
 
 QLabel* MakeLabel(const char* name, const QString& text, double size, bool bold, QWidget* parent) {
-  auto* label = new QLabel(text, parent);
-  label->setObjectName(name);
+  auto* label = widgets::Named<QLabel>(name, text, parent);
   label->setTextFormat(Qt::PlainText);
   QFont font = label->font();
   font.setPointSizeF(font.pointSizeF() * size);
@@ -36,11 +36,9 @@ frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
   setObjectName("frmSplash");
   setWindowTitle(base::kTitle);
 
-  auto* frame = new QFrame(this);
-  frame->setObjectName("Frame1");
+  auto* frame = widgets::Named<QFrame>("Frame1", this);
   frame->setFrameStyle(QFrame::Box | QFrame::Plain);
-  auto* picture = new QLabel(frame);
-  picture->setObjectName("imgLogo");
+  auto* picture = widgets::Named<QLabel>("imgLogo", frame);
   picture->setPixmap(ProgramIcon().pixmap(72, 72));
 
   auto* lblProductName = MakeLabel("lblProductName", base::kTitle, 1.6, true, frame);
@@ -48,11 +46,9 @@ frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
   auto* lblPlatform = MakeLabel("lblPlatform", "Windows Vista/XP", 1.0, false, frame);
   lblProgInfo_ = MakeLabel("lblProgInfo", {}, 1.0, false, frame);
 
-  track_ = new QWidget(frame);
-  track_->setObjectName("fraProgress");
+  track_ = widgets::Named<QWidget>("fraProgress", frame);
   track_->setFixedSize(base::PixelsFromTwips(kFullWidthTwips), kBarHeight);
-  lblProgress_ = new QLabel(track_);
-  lblProgress_->setObjectName("lblProgress");
+  lblProgress_ = widgets::Named<QLabel>("lblProgress", track_);
   lblProgress_->setAutoFillBackground(true);
   QPalette bar = lblProgress_->palette();
   bar.setColor(QPalette::Window, bar.color(QPalette::Highlight));

@@ -11,6 +11,7 @@
 #include <QSvgGenerator>
 #include <QTimer>
 
+#include "widgets/Named.h"
 #include "widgets/StripAccessible.h"
 #include "widgets/StripExport.h"
 #include "widgets/StripPrivate.h"
@@ -27,8 +28,7 @@ QTimer& Frames() {
   const QString name = QStringLiteral("stripFrames");
   auto* timer = QCoreApplication::instance()->findChild<QTimer*>(name, Qt::FindDirectChildrenOnly);
   if (timer == nullptr) {
-    timer = new QTimer(QCoreApplication::instance());
-    timer->setObjectName(name);
+    timer = Named<QTimer>(name, QCoreApplication::instance());
     timer->setSingleShot(true);
     timer->setInterval(kFrameMs);
   }

@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "widgets/Named.h"
 #include "windows/BoundControls.h"
 #include "windows/BoundMarks.h"
 #include "windows/Handlers.h"
@@ -14,8 +15,7 @@ ConfigWindow::ConfigWindow(const QString& name, const QString& caption, const Co
     : ChildWindow(name, caption, context, kShowsChip), plan_(plan) {}
 
 QPushButton* ConfigWindow::AddButton(const QString& name, const QString& caption, const QString& tip) {
-  auto* button = new QPushButton(caption, this);
-  button->setObjectName(name);
+  auto* button = widgets::Named<QPushButton>(name, caption, this);
   button->setToolTip(tip);
   return button;
 }

@@ -8,6 +8,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "widgets/Named.h"
 #include "widgets/UpDown.h"
 #include "windows/Editors.h"
 
@@ -96,8 +97,7 @@ QVBoxLayout& AddBarePage(QTabWidget& tabs, const QString& caption) {
 }  // namespace
 
 QGroupBox* MakeFrame(const QString& name, const QString& caption, QWidget* parent) {
-  auto* frame = new QGroupBox(caption, parent);
-  frame->setObjectName(name);
+  auto* frame = widgets::Named<QGroupBox>(name, caption, parent);
   MakeGrid(frame);
   return frame;
 }

@@ -282,14 +282,13 @@ TEST(FanLimits, ConvertTheSpeedByTheSameFormula) {
 
 TEST(ThermTimerLimits, ArePercentsIn255ths) {
   for (const auto& [raw, percent] : {std::pair{0, 0}, {1, 0}, {2, 1}, {128, 50}, {192, 75}, {254, 100}, {255, 100}}) {
-    EXPECT_EQ(ThermLimitToPercent(static_cast<std::uint8_t>(raw)), percent) << raw;
+    EXPECT_EQ(PercentFromByte(static_cast<std::uint8_t>(raw)), percent) << raw;
   }
   // 25.5 rounds to the even code; 50 percent is just below 127.5.
   for (const auto& [percent, raw] : {std::pair{100, 255}, {10, 26}, {50, 127}, {101, 255}}) {
-    EXPECT_EQ(PercentToThermLimit(percent), raw) << percent;
+    EXPECT_EQ(ByteFromPercent(percent), raw) << percent;
   }
-  for (int percent = 0; percent <= 100; ++percent)
-    EXPECT_EQ(ThermLimitToPercent(PercentToThermLimit(percent)), percent);
+  for (int percent = 0; percent <= 100; ++percent) EXPECT_EQ(PercentFromByte(ByteFromPercent(percent)), percent);
 }
 
 }  // namespace

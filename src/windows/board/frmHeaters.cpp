@@ -12,6 +12,7 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "widgets/GSlider.h"
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
 #include "windows/SliderHandlers.h"
@@ -34,12 +35,10 @@ QString TemperatureCaption(int heater) {
 frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heater Control", context, kShowsBoard) {
   auto* column = new QVBoxLayout(this);
   for (int heater = 0; heater < kHeaters; ++heater) column->addWidget(MakeFrame(heater));
-  lblNoAdapter_ = new QLabel("The heaters can be reached over USB only.", this);
-  lblNoAdapter_->setObjectName("lblNoAdapter");
+  lblNoAdapter_ = widgets::Named<QLabel>("lblNoAdapter", "The heaters can be reached over USB only.", this);
   column->addWidget(lblNoAdapter_);
 
-  auto* cmdClose = new QPushButton("Clo&se", this);
-  cmdClose->setObjectName("cmdClose");
+  auto* cmdClose = widgets::Named<QPushButton>("cmdClose", "Clo&se", this);
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
   SetCancelButton(*cmdClose);
   column->addStretch();
@@ -50,15 +49,13 @@ frmHeaters::frmHeaters(const Context& context) : ChildWindow("frmHeaters", "Heat
 
 QFrame* frmHeaters::MakeFrame(int heater) {
   const auto index = static_cast<std::size_t>(heater);
-  auto* frame = new QFrame(this);
-  frame->setObjectName(QString("Frame%1").arg(heater + 1));
+  auto* frame = widgets::Named<QFrame>(QString("Frame%1").arg(heater + 1), this);
   frame->setFrameShape(QFrame::StyledPanel);
-  auto* label = new QLabel(QString("Heater&%1 PWM").arg(heater + 1), frame);
-  label->setObjectName(QString("Label%1").arg(heater + 1));
+  auto* label =
+      widgets::Named<QLabel>(QString("Label%1").arg(heater + 1), QString("Heater&%1 PWM").arg(heater + 1), frame);
 
   widgets::GSlider*& slider = sldHeater_[index];
-  slider = new widgets::GSlider(frame);
-  slider->setObjectName(QString("sldHeater(%1)").arg(heater));
+  slider = widgets::Named<widgets::GSlider>(QString("sldHeater(%1)").arg(heater), frame);
   slider->SetIndex(heater);
   slider->setToolTip("Drive of the heater; acts at once");
   slider->setMinimumWidth(slider->fontMetrics().height() * 14);
@@ -67,8 +64,7 @@ QFrame* frmHeaters::MakeFrame(int heater) {
           Services().clock);
 
   QLabel*& temperature = lblTemp_[index];
-  temperature = new QLabel(TemperatureCaption(heater), frame);
-  temperature->setObjectName(QString("lblTemp(%1)").arg(heater));
+  temperature = widgets::Named<QLabel>(QString("lblTemp(%1)").arg(heater), TemperatureCaption(heater), frame);
   // The widest reading has its place from the start, so that nothing moves with the temperature.
   temperature->setMinimumWidth(temperature->fontMetrics().horizontalAdvance(TemperatureCaption(heater) + "-88.75°C"));
 

@@ -12,6 +12,7 @@
 #include "chip/PinModel.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 
 namespace zth::windows {
@@ -40,17 +41,13 @@ constexpr std::array kDevices{
 frmSwitches::frmSwitches(const Context& context)
     : ChildWindow("frmSwitches", "ADG715 Switch Control ", context, kShowsBoard) {
   QGroupBox* frame = MakeFrame();
-  lblNoAdapter_ = new QLabel("The switches can be reached over USB only.", this);
-  lblNoAdapter_->setObjectName("lblNoAdapter");
+  lblNoAdapter_ = widgets::Named<QLabel>("lblNoAdapter", "The switches can be reached over USB only.", this);
 
-  auto* cmdRefresh = new QPushButton("&Read", this);
-  cmdRefresh->setObjectName("cmdRefresh");
+  auto* cmdRefresh = widgets::Named<QPushButton>("cmdRefresh", "&Read", this);
   cmdRefresh->setToolTip("Show what the two devices hold now");
-  auto* cmbApply = new QPushButton("A&pply", this);
-  cmbApply->setObjectName("cmbApply");
+  auto* cmbApply = widgets::Named<QPushButton>("cmbApply", "A&pply", this);
   cmbApply->setToolTip("Write both devices and read them back");
-  auto* cmdCancel = new QPushButton("Clo&se", this);
-  cmdCancel->setObjectName("cmdCancel");
+  auto* cmdCancel = widgets::Named<QPushButton>("cmdCancel", "Clo&se", this);
   OnClick(*cmdRefresh, [this] { cmdRefresh_Click(); });
   OnClick(*cmbApply, [this] { cmbApply_Click(); });
   OnClick(*cmdCancel, [this] { Unload(); });
@@ -69,20 +66,17 @@ frmSwitches::frmSwitches(const Context& context)
 }
 
 QGroupBox* frmSwitches::MakeFrame() {
-  auto* frame = new QGroupBox("Switch Control", this);
-  frame->setObjectName("Frame1");
+  auto* frame = widgets::Named<QGroupBox>("Frame1", "Switch Control", this);
   auto* row = new QHBoxLayout(frame);
   row->setSpacing(32);
   for (std::size_t device = 0; device < kDevices.size(); ++device) {
     auto* column = new QVBoxLayout;
     column->setSpacing(6);
-    auto* heading = new QLabel(kDevices[device].caption, frame);
-    heading->setObjectName(QString("lblDevice(%1)").arg(device));
+    auto* heading = widgets::Named<QLabel>(QString("lblDevice(%1)").arg(device), kDevices[device].caption, frame);
     column->addWidget(heading);
     for (std::size_t bit = 0; bit < kDevices[device].boxes; ++bit) {
       const std::size_t box = kDevices[device].firstBox + bit;
-      chkSwitch_[box] = new QCheckBox(kSwitchCaptions[box], frame);
-      chkSwitch_[box]->setObjectName(QString("chkSwitch(%1)").arg(box));
+      chkSwitch_[box] = widgets::Named<QCheckBox>(QString("chkSwitch(%1)").arg(box), kSwitchCaptions[box], frame);
       chkSwitch_[box]->setToolTip("Ticked: the switch is closed");
       column->addWidget(chkSwitch_[box]);
     }

@@ -17,6 +17,7 @@
 #include "chip/EasyOption.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
+#include "widgets/Named.h"
 #include "widgets/UpDown.h"
 #include "windows/Editors.h"
 #include "windows/Handlers.h"
@@ -64,12 +65,10 @@ frmEasySetup::frmEasySetup(const Context& context)
   chkStartUp_->setObjectName("chkStartUp");
   chkStartUp_->setToolTip("Open this window each time the program starts");
 
-  auto* cmdApply = new QPushButton("OK", this);
-  cmdApply->setObjectName("cmdApply");
+  auto* cmdApply = widgets::Named<QPushButton>("cmdApply", "OK", this);
   OnClick(*cmdApply, [this] { cmdApply_Click(); });
   SetDefaultButton(*cmdApply);
-  auto* cmdClose = new QPushButton("Cancel", this);
-  cmdClose->setObjectName("cmdClose");
+  auto* cmdClose = widgets::Named<QPushButton>("cmdClose", "Cancel", this);
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
   SetCancelButton(*cmdClose);
 
@@ -91,13 +90,11 @@ frmEasySetup::frmEasySetup(const Context& context)
 }
 
 QWidget* frmEasySetup::BuildOptions() {
-  auto* frame = new QGroupBox("Initialisation options : ", this);
-  frame->setObjectName("Frame1");
+  auto* frame = widgets::Named<QGroupBox>("Frame1", "Initialisation options : ", this);
   auto* column = new QVBoxLayout(frame);
   for (std::size_t i = 0; i < chkOption_.size(); ++i) {
     const SetupOption& option = kSetupOptions[i];
-    auto* box = new QCheckBox(option.row.caption, frame);
-    box->setObjectName(NameOf(option.row.control));
+    auto* box = widgets::Named<QCheckBox>(NameOf(option.row.control), option.row.caption, frame);
     box->setChecked(option.ticked);
     if (option.action != Action::OpenGraphs) box->setToolTip("Sets " + PlaceOf(option.row));
     chkOption_[i] = box;
@@ -108,8 +105,7 @@ QWidget* frmEasySetup::BuildOptions() {
     txtOption_->setObjectName("txtOption");
     txtOption_->setAccessibleName("Easy Configuration Option, 1 to 5");
     OnChange(*txtOption_, [this] { txtOption_Change(); });
-    auto* upDown1 = new widgets::UpDown(txtOption_, {1, 5, 1}, frame);
-    upDown1->setObjectName("UpDown1");
+    auto* upDown1 = widgets::Named<widgets::UpDown>("UpDown1", txtOption_, widgets::UpDown::Range{1, 5, 1}, frame);
     auto* line = new QHBoxLayout;
     line->addWidget(box);
     line->addLayout(upDown1->Row());

@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QTabWidget>
 
+#include "chip/ChannelNames.h"
+#include "widgets/Named.h"
 #include "windows/Editors.h"
 #include "windows/Handlers.h"
 #include "windows/Rows.h"
@@ -17,8 +19,6 @@ namespace zth::windows {
 namespace {
 
 constexpr std::array kPulses{"1", "2", "3", "4"};
-constexpr std::array kSources{
-    "Local", "Remote1", "Remote2", "Remote3", "Off", "Max of Local/Remote3", "Max of 4 Channels", "Manual Mode"};
 constexpr std::array kSpinUps{"None", "100ms", "250ms", "400ms", "667ms", "1 sec", "2 sec", "4 sec"};
 constexpr std::array kRampRates{"35 sec", "17.6  sec", "11.8  sec", "7 sec", "4.4 sec", "3 sec", "1.6 sec", "0.8 sec"};
 constexpr std::array kFrequencies{"11Hz", "14.7Hz", "22.1Hz", "29.4Hz", "35.3Hz", "44.1Hz", "58.8Hz", "88.2Hz"};
@@ -70,7 +70,7 @@ constexpr std::array<Pwm, 4> kPwms{{
 constexpr auto OutputRows(int i) {
   const Pwm& pwm = kPwms[static_cast<std::size_t>(i)];
   return std::array{
-      List({"cmbControl", i}, "Control &Source", {pwm.config, chip::kBehaviour}, kSources),
+      List({"cmbControl", i}, "Control &Source", {pwm.config, chip::kBehaviour}, chip::kBehaviourNames),
       Check({"chkEnActiveLow", i}, "PWM%1 &is Active Low", {pwm.config, Field("PWM1 Config", "Inv")}, Sense::Inverted),
   };
 }
@@ -150,8 +150,7 @@ static_assert(IsSound(kRows, kReads, kWrites));
 
 frmFanConfig::frmFanConfig(const Context& context)
     : ConfigWindow("frmFanConfig", "Fan Configuration", context, {kRows, kReads, kWrites}) {
-  auto* tabs = new QTabWidget(this);
-  tabs->setObjectName("SSTab1");
+  auto* tabs = widgets::Named<QTabWidget>("SSTab1", this);
   OnTab(*tabs);
 
   QGridLayout& all = AddFramedPage(*tabs, "A&ll Fans", "Frame1", "Settings for all fans");
@@ -177,8 +176,7 @@ void frmFanConfig::BuildTachPage(QTabWidget& tabs) {
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(fontMetrics().averageCharWidth());
   const auto add = [&](const char* name, const char* caption, const QString& tip) {
-    auto* button = new QPushButton(caption, grid.parentWidget());
-    button->setObjectName(name);
+    auto* button = widgets::Named<QPushButton>(name, caption, grid.parentWidget());
     button->setToolTip(tip);
     buttons->addWidget(button);
     return button;

@@ -12,6 +12,7 @@
 
 #include "chip/ChipState.h"
 #include "chip/PinModel.h"
+#include "widgets/Named.h"
 #include "windows/BoundControls.h"
 #include "windows/BoundMarks.h"
 #include "windows/Handlers.h"
@@ -83,8 +84,7 @@ constexpr std::array kPinFunctions{
 enum Column : int { kPinColumn, kDirColumn, kPolarityColumn, kStatusColumn, kPinEnColumn };
 
 QComboBox* MakeList(const QString& name, Items items, const QString& spoken) {
-  auto* list = new QComboBox;
-  list->setObjectName(name);
+  auto* list = widgets::Named<QComboBox>(name);
   for (const char* item : items) list->addItem(item);
   list->setAccessibleName(spoken);
   list->setAccessibleDescription(spoken);  // all that a list without a label tells on some desktops
@@ -95,16 +95,13 @@ QComboBox* MakeList(const QString& name, Items items, const QString& spoken) {
 
 frmGPIO::frmGPIO(const Context& context)
     : ChildWindow("frmGPIO", "GPIO Configuration", context, kShowsChip | kShowsPins | kFollowsModel) {
-  auto* chkEnGPIO = new QCheckBox(CaptionOf(kRows[0]), this);
-  chkEnGPIO->setObjectName("chkEnGPIO");
+  auto* chkEnGPIO = widgets::Named<QCheckBox>("chkEnGPIO", CaptionOf(kRows[0]), this);
 
-  auto* frame = new QGroupBox(this);
-  frame->setObjectName("Frame1");
+  auto* frame = widgets::Named<QGroupBox>("Frame1", this);
   auto& grid = *new QGridLayout(frame);
   grid.setHorizontalSpacing(16);
   const auto heading = [&](const QString& name, const QString& caption, Column column) {
-    auto* label = new QLabel(caption);
-    label->setObjectName(name);
+    auto* label = widgets::Named<QLabel>(name, caption);
     grid.addWidget(label, 0, column, column == kPinEnColumn ? Qt::AlignHCenter : Qt::AlignLeft);
   };
   heading("lblDir", "Direction", kDirColumn);
@@ -113,8 +110,7 @@ frmGPIO::frmGPIO(const Context& context)
   heading("lblPinEn", "Pin Enabled", kPinEnColumn);
   for (std::size_t i = 0; i < kPins; ++i) BuildLine(i, grid);
 
-  auto* cmdCancel = new QPushButton("C&lose", this);
-  cmdCancel->setObjectName("cmdCancel");
+  auto* cmdCancel = widgets::Named<QPushButton>("cmdCancel", "C&lose", this);
   cmdCancel->setToolTip("Close this window; what it has written stays");
   OnClick(*cmdCancel, [this] { Unload(); });
   SetCancelButton(*cmdCancel);
@@ -144,17 +140,14 @@ void frmGPIO::BuildLine(std::size_t i, QGridLayout& grid) {
   line.cmbDir = MakeList("cmbDir" + element, kDirections, spoken + "Direction");
   auto* cmbPolarity = MakeList("cmbPolarity" + element, kPolarities, spoken + "Polarity");
   line.cmbStatus = MakeList("cmbStatus" + element, kStates, spoken + "Status");
-  line.lblStatus = new QLabel;
-  line.lblStatus->setObjectName("lblStatus" + element);
+  line.lblStatus = widgets::Named<QLabel>("lblStatus" + element);
   // The text stands about where the list shows its own, so that little jumps when they take each other's place.
   line.lblStatus->setIndent(line.lblStatus->fontMetrics().horizontalAdvance('n'));
-  line.chkPinEn = new QCheckBox;
-  line.chkPinEn->setObjectName("chkPinEn" + element);
+  line.chkPinEn = widgets::Named<QCheckBox>("chkPinEn" + element);
   line.chkPinEn->setEnabled(false);
   line.chkPinEn->setToolTip(PlaceOf(kPinFunctions[i].place) + "\nTicked while the pin serves GPIO");
   line.chkPinEn->setAccessibleName(spoken + "Pin Enabled");
-  auto* caption = new QLabel(QString("GPIO &%1").arg(i + 1));
-  caption->setObjectName("Label3" + element);
+  auto* caption = widgets::Named<QLabel>("Label3" + element, QString("GPIO &%1").arg(i + 1));
   caption->setBuddy(line.cmbDir);
 
   const int row = static_cast<int>(i) + 1;

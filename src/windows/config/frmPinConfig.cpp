@@ -13,6 +13,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "widgets/Named.h"
 #include "windows/BoundControls.h"
 #include "windows/BoundMarks.h"
 #include "windows/Handlers.h"
@@ -24,8 +25,7 @@ namespace zth::windows {
 namespace {
 
 QListWidget* MakeDetails(std::size_t option) {
-  auto* list = new QListWidget;
-  list->setObjectName(QString("List1(%1)").arg(option));
+  auto* list = widgets::Named<QListWidget>(QString("List1(%1)").arg(option));
   list->setAccessibleName(QString("Details of Easy Option%1").arg(option + 1));
   for (const char* line : kEasyDetails[option]) {
     if (line != nullptr) list->addItem(line);
@@ -49,8 +49,7 @@ void AlignLists(std::initializer_list<QGroupBox*> boxes) {
 
 frmPinConfig::frmPinConfig(const Context& context)
     : ChildWindow("frmPinConfig", "Pin Configuration", context, kShowsChip) {
-  auto* tabs = new QTabWidget(this);
-  tabs->setObjectName("SSTab1");
+  auto* tabs = widgets::Named<QTabWidget>("SSTab1", this);
   OnTab(*tabs);
   tabs->addTab(BuildEasyTab(), "&Easy Configuration");
   tabs->addTab(BuildIndividualTab(), "&Individual Pin Configuration");
@@ -69,13 +68,11 @@ frmPinConfig::frmPinConfig(const Context& context)
 }
 
 QWidget* frmPinConfig::BuildEasyTab() {
-  auto* page = new QWidget;
-  page->setObjectName("tabEasy");
+  auto* page = widgets::Named<QWidget>("tabEasy");
   auto* options = new QVBoxLayout;
   options->setSpacing(12);
   for (std::size_t i = 0; i < optEasy_.size(); ++i) {
-    optEasy_[i] = new QRadioButton(CaptionOf(kEasyRows[i]));
-    optEasy_[i]->setObjectName(NameOf(kEasyRows[i].control));
+    optEasy_[i] = widgets::Named<QRadioButton>(NameOf(kEasyRows[i].control), CaptionOf(kEasyRows[i]));
     options->addWidget(optEasy_[i]);
   }
   options->addStretch();
@@ -90,13 +87,10 @@ QWidget* frmPinConfig::BuildEasyTab() {
 }
 
 QWidget* frmPinConfig::BuildDetails() {
-  auto* details = new QWidget;
-  details->setObjectName("fraDetails");
-  auto* label1 = new QLabel("Option Details (defaults)");
-  label1->setObjectName("Label1");
+  auto* details = widgets::Named<QWidget>("fraDetails");
+  auto* label1 = widgets::Named<QLabel>("Label1", "Option Details (defaults)");
   label1->setContentsMargins(0, 0, 0, 6);
-  noDetails_ = new QLabel("Select an option to see what it sets up.");
-  noDetails_->setObjectName("lblNoDetails");
+  noDetails_ = widgets::Named<QLabel>("lblNoDetails", "Select an option to see what it sets up.");
   noDetails_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
   noDetails_->setAlignment(Qt::AlignCenter);
   auto* grid = new QGridLayout(details);
@@ -119,8 +113,7 @@ QWidget* frmPinConfig::BuildDetails() {
 }
 
 QWidget* frmPinConfig::BuildIndividualTab() {
-  auto* page = new QWidget;
-  page->setObjectName("tabIndividual");
+  auto* page = widgets::Named<QWidget>("tabIndividual");
   QGroupBox* vid = BuildBox(PinBox::Vid, "fraVid", "VID inputs and the pins they take");
   QGroupBox* diodes = BuildBox(PinBox::Diodes, "fraDiodes", "Remote diodes and the pins they take");
   QGroupBox* alarms = BuildBox(PinBox::Alarms, "fraAlarms", "PWM, fan and THERM");
@@ -133,8 +126,7 @@ QWidget* frmPinConfig::BuildIndividualTab() {
   boxes->addWidget(vid);
   boxes->addLayout(middle);
   boxes->addWidget(inputs);
-  auto* note = new QLabel("A pin that is taken is grey. Apply sends its setting all the same.");
-  note->setObjectName("lblNote");
+  auto* note = widgets::Named<QLabel>("lblNote", "A pin that is taken is grey. Apply sends its setting all the same.");
   auto* bottom = BuildButtons("cmdApply", 1, &frmPinConfig::cmdApply_Click);
   bottom->insertWidget(0, note);
   auto* column = new QVBoxLayout(page);
@@ -144,12 +136,10 @@ QWidget* frmPinConfig::BuildIndividualTab() {
 }
 
 QBoxLayout* frmPinConfig::BuildButtons(const QString& apply, int close, void (frmPinConfig::*handler)()) {
-  auto* cmdApply = new QPushButton("A&pply");
-  cmdApply->setObjectName(apply);
+  auto* cmdApply = widgets::Named<QPushButton>(apply, "A&pply");
   cmdApply->setToolTip("Write the settings of this tab to the chip");
   OnClick(*cmdApply, [this, handler] { (this->*handler)(); });
-  auto* cmdClose = new QPushButton("C&lose");
-  cmdClose->setObjectName(QString("cmdClose(%1)").arg(close));
+  auto* cmdClose = widgets::Named<QPushButton>(QString("cmdClose(%1)").arg(close), "C&lose");
   cmdClose->setToolTip("Close this window and write nothing");
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
   // Escape closes from either tab. Enter applies nothing: a stray one must not re-route the pins of a live board.
@@ -162,13 +152,12 @@ QBoxLayout* frmPinConfig::BuildButtons(const QString& apply, int close, void (fr
 }
 
 QGroupBox* frmPinConfig::BuildBox(PinBox box, const QString& name, const QString& title) {
-  auto* frame = new QGroupBox(title);
-  frame->setObjectName(name);
+  auto* frame = widgets::Named<QGroupBox>(name, title);
   auto& grid = *new QGridLayout(frame);
   grid.setColumnStretch(1, 1);
   // A group's list heads the pins that hang on it.
   for (std::size_t i = 0; i < kPins.size(); ++i) {
-    if (kPins[i].box != box || kPins[i].group != nullptr) continue;
+    if (kPins[i].box != box || !kPins[i].group.empty()) continue;
     BuildPin(i, grid);
     for (std::size_t pin = 0; pin < kPins.size(); ++pin) {
       if (kPins[pin].group == kPins[i].row.control.base) BuildPin(pin, grid);
@@ -180,16 +169,14 @@ QGroupBox* frmPinConfig::BuildBox(PinBox box, const QString& name, const QString
 
 void frmPinConfig::BuildPin(std::size_t i, QGridLayout& grid) {
   const Pin& pin = kPins[i];
-  auto* list = new QComboBox;
-  list->setObjectName(NameOf(pin.row.control));
+  auto* list = widgets::Named<QComboBox>(NameOf(pin.row.control));
   for (const char* item : pin.row.items) list->addItem(item);
   // Nothing is selected before the first reading, so that it is a change for each list and runs its handler.
   list->setCurrentIndex(-1);
-  auto* label = new QLabel(CaptionOf(pin.row));
-  label->setObjectName(QString("lblPin(%1)").arg(pin.label));
+  auto* label = widgets::Named<QLabel>(QString("lblPin(%1)").arg(pin.label), CaptionOf(pin.row));
   label->setBuddy(list);
   label->setToolTip(PlaceOf(pin.row));
-  if (pin.group != nullptr) label->setIndent(2 * label->fontMetrics().horizontalAdvance('n'));
+  if (!pin.group.empty()) label->setIndent(2 * label->fontMetrics().horizontalAdvance('n'));
   const int line = grid.rowCount();
   grid.addWidget(label, line, 0);
   grid.addWidget(list, line, 1);
@@ -197,8 +184,9 @@ void frmPinConfig::BuildPin(std::size_t i, QGridLayout& grid) {
   lblPin_[i] = label;
 }
 
-QComboBox& frmPinConfig::List(const char* control) const {
-  const auto pin = std::ranges::find(kPins, control, [](const Pin& row) { return row.row.control.base; });
+QComboBox& frmPinConfig::List(std::string_view control) const {
+  const auto pin =
+      std::ranges::find(kPins, control, [](const Pin& row) { return std::string_view(row.row.control.base); });
   return *lists_[static_cast<std::size_t>(pin - kPins.begin())];
 }
 
@@ -223,7 +211,7 @@ void frmPinConfig::cmbPins1920_Click() {
   EnablePinsOf(kDiode3Group);
 }
 
-void frmPinConfig::EnablePinsOf(const char* group) {
+void frmPinConfig::EnablePinsOf(std::string_view group) {
   const bool taken = List(group).currentIndex() == 0;
   for (std::size_t i = 0; i < kPins.size(); ++i) {
     if (kPins[i].group != group) continue;

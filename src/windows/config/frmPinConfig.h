@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string_view>
 
 #include "windows/ChildWindow.h"
 #include "windows/config/frmPinConfigTables.h"
@@ -39,7 +40,7 @@ class frmPinConfig final : public ChildWindow {
   QBoxLayout* BuildButtons(const QString& apply, int close, void (frmPinConfig::*handler)());
   QGroupBox* BuildBox(PinBox box, const QString& name, const QString& title);
   void BuildPin(std::size_t i, QGridLayout& grid);
-  QComboBox& List(const char* control) const;
+  QComboBox& List(std::string_view control) const;
 
   void cmbPins1234_31_32_Click();
   void cmbPins1516_Click();
@@ -49,7 +50,7 @@ class frmPinConfig final : public ChildWindow {
   void cmdEasyApply_Click();
   void cmdClose_Click();
 
-  void EnablePinsOf(const char* group);
+  void EnablePinsOf(std::string_view group);
   void ShowEasyOptionDetails();
   void ReloadLimits();
 

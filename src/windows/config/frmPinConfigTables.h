@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "windows/Bindings.h"
 
@@ -15,7 +16,7 @@ struct Pin {
   Binding row;
   int label;  ///< index into lblPin
   PinBox box;
-  const char* group = nullptr;  ///< the list that takes the pin away while it shows its first item
+  std::string_view group = {};  ///< the list that takes the pin away while it shows its first item
 };
 
 inline constexpr char kVidGroup[] = "cmbPins1234_31_32";

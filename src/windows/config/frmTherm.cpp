@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/Rows.h"
 
@@ -55,8 +56,7 @@ constexpr int kThermLimitsTab = 4;
 
 frmTherm::frmTherm(const Context& context)
     : ConfigWindow("frmTherm", "THERM Configuration", context, {kRows, kReads, kWrites}) {
-  auto* tabs = new QTabWidget(this);
-  tabs->setObjectName("SSTab1");
+  auto* tabs = widgets::Named<QTabWidget>("SSTab1", this);
   OnTab(*tabs);
 
   QGridLayout& timer = AddPage(*tabs, "THERM &Timer");
@@ -67,8 +67,7 @@ frmTherm::frmTherm(const Context& context)
   QGridLayout& limits = AddPage(*tabs, "THERM H&ysteresis/Limits");
   BuildRows(limits, kHysteresis);
 
-  auto* cmdSetlimits = new QPushButton("&Set THERM Limits", limits.parentWidget());
-  cmdSetlimits->setObjectName("cmdSetlimits");
+  auto* cmdSetlimits = widgets::Named<QPushButton>("cmdSetlimits", "&Set THERM Limits", limits.parentWidget());
   cmdSetlimits->setToolTip("Open the Limits window on its tab THERM Limits; nothing is written here");
   OnClick(*cmdSetlimits, [this] { cmdSetlimits_Click(); });
   limits.addWidget(cmdSetlimits, limits.rowCount(), 0, 1, 3, Qt::AlignLeft);

@@ -5,6 +5,8 @@
 
 #include <QColor>
 
+#include "chip/ChannelNames.h"
+
 namespace zth::windows {
 namespace {
 
@@ -20,7 +22,6 @@ constexpr Rgb kNavy{0, 0, 128};
 constexpr std::array<Rgb, 8> kColours{
     {{0, 0, 255}, {255, 0, 0}, {0, 128, 0}, {0, 0, 0}, {255, 0, 255}, {255, 128, 0}, {0, 255, 0}, {128, 0, 0}}};
 
-constexpr std::array kTemperatures{"Local", "Remote1", "Remote2", "Remote3"};
 constexpr std::array kTachs{"Tach1", "Tach2", "Tach3", "Tach4", "Tach5", "Tach6", "Tach7", "Tach8"};
 constexpr std::array kPwms{"PWM1", "PWM2", "PWM3", "PWM4"};
 constexpr std::array kVoltages{"Pin15",     "Pin19", "Pin23", "Pin24", "Pin25", "Pin26", "1.5V(3GIO)",
@@ -50,14 +51,14 @@ StripSetup OneZone(const char* title, double max, const char* unit, const char* 
   return setup;
 }
 
-/// Temperatures above a second quantity, whose title stands at its zone's top, in slot 5.
+/// Temperatures above a second quantity, whose title stands at its zone's top.
 StripSetup TwoZones(const char* title, double max, const char* unit) {
   StripSetup setup = OneZone(kTemperatureTitle, 60, kDegrees, "Remote1 = -63.75\u00B0C");
   setup.axes[0].areaBottom = 0.47;
   setup.axes.push_back({.max = max, .areaTop = 0.53, .unit = QString::fromUtf8(unit)});
-  AddTraces(setup, kTemperatures, 0, 1);
+  AddTraces(setup, chip::kTemperatureNames, 0, kFirstSlot);
   setup.labels.push_back(
-      {.slot = 5, .text = QString::fromUtf8(title), .place = StripPlace::Heading, .line = false, .axis = 1});
+      {.slot = kHeadingSlot, .text = QString::fromUtf8(title), .place = StripPlace::Heading, .line = false, .axis = 1});
   return setup;
 }
 
@@ -68,7 +69,7 @@ StripSetup VoltageSetup(int voltages) {
     const Rgb colour = i < 4 ? kColours.at(at) : kNavy;
     setup.traces.push_back({.colour = QColor(colour.red, colour.green, colour.blue)});
     setup.labels.push_back(
-        {.slot = i + 1, .text = at < kVoltages.size() ? QString(kVoltages.at(at)) : QString(), .trace = i});
+        {.slot = kFirstSlot + i, .text = at < kVoltages.size() ? QString(kVoltages.at(at)) : QString(), .trace = i});
   }
   return setup;
 }
@@ -78,32 +79,32 @@ StripSetup VoltageSetup(int voltages) {
 StripSetup GraphSetup(int index, int voltages) {
   StripSetup setup;
   switch (index) {
-    case 0:
+    case kTemperatureGraph:
       setup = OneZone(kTemperatureTitle, 60, kDegrees, "Remote1 = -63.75\u00B0C");
-      AddTraces(setup, kTemperatures, 0, 1);
+      AddTraces(setup, chip::kTemperatureNames, 0, kFirstSlot);
       break;
-    case 1:
+    case kTachGraph:
       setup = OneZone(kTachTitle, 12000, " RPM", "Tach1=200000");
-      AddTraces(setup, kTachs, 0, 1);
+      AddTraces(setup, kTachs, 0, kFirstSlot);
       break;
-    case 2:
+    case kPwmGraph:
       setup = OneZone(kPwmTitle, 105, "%", "PWM1=100%");
-      AddTraces(setup, kPwms, 0, 1);
+      AddTraces(setup, kPwms, 0, kFirstSlot);
       break;
-    case 3:
+    case kTemperatureTachGraph:
       setup = TwoZones(kTachTitle, 12000, " RPM");
-      AddTraces(setup, kTachs, 1, 6);
+      AddTraces(setup, kTachs, 1, kSecondSlot);
       break;
-    case 4:
+    case kTemperaturePwmGraph:
       setup = TwoZones(kPwmTitle, 105, "%");
-      AddTraces(setup, kPwms, 1, 6);
+      AddTraces(setup, kPwms, 1, kSecondSlot);
       break;
-    case 5:
+    case kVoltageGraph:
       setup = VoltageSetup(voltages);
       break;
     default:
       setup = OneZone("THERM Timer %", 105, "%", "THERM1");
-      AddTraces(setup, kTherms, 0, 1);
+      AddTraces(setup, kTherms, 0, kFirstSlot);
       break;
   }
   setup.index = index;

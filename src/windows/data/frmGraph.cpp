@@ -13,6 +13,7 @@
 #include "base/Twips.h"
 #include "chip/ChipState.h"
 #include "chip/PinModel.h"
+#include "widgets/Named.h"
 #include "widgets/Strip.h"
 #include "widgets/UpDown.h"
 #include "windows/BoxHint.h"
@@ -47,19 +48,14 @@ frmGraph::frmGraph(const Context& context) : ChildWindow("frmGraph", "Graphing",
 
 void frmGraph::MakeHeader() {
   header_ = new QWidget(this);
-  auto* lblGraph = new QLabel("Select &Graph", header_);
-  lblGraph->setObjectName("lblGraph");
-  cmbGraph_ = new QComboBox(header_);
-  cmbGraph_->setObjectName("cmbGraph");
+  auto* lblGraph = widgets::Named<QLabel>("lblGraph", "Select &Graph", header_);
+  cmbGraph_ = widgets::Named<QComboBox>("cmbGraph", header_);
   for (const char* name : kGraphNames) cmbGraph_->addItem(name);
   lblGraph->setBuddy(cmbGraph_);
-  auto* lblUpdate = new QLabel("&Update Rate(ms)", header_);
-  lblUpdate->setObjectName("lblUpdate");
-  txtUpdate_ = new QLineEdit(header_);
-  txtUpdate_->setObjectName("txtUpdate");
+  auto* lblUpdate = widgets::Named<QLabel>("lblUpdate", "&Update Rate(ms)", header_);
+  txtUpdate_ = widgets::Named<QLineEdit>("txtUpdate", header_);
   lblUpdate->setBuddy(txtUpdate_);
-  auto* upDown = new widgets::UpDown(txtUpdate_, {10, 10000, 10}, header_);
-  upDown->setObjectName("UpDown1");
+  auto* upDown = widgets::Named<widgets::UpDown>("UpDown1", txtUpdate_, widgets::UpDown::Range{10, 10000, 10}, header_);
 
   auto* row = new QHBoxLayout(header_);
   row->addWidget(lblGraph);
@@ -73,8 +69,8 @@ void frmGraph::MakeHeader() {
 void frmGraph::MakeCharts() {
   const platform::Clock& clock = Services().clock;
   for (int i = 0; i < kGraphs; ++i) {
-    auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
-    chart->setObjectName(QString("stpGraph(%1)").arg(i));
+    auto* chart = widgets::Named<widgets::Strip>(
+        QString("stpGraph(%1)").arg(i), [&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
     chart->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
     chart->SetUp(GraphSetup(i, VoltagesPresent()));
     chart->hide();

@@ -19,6 +19,7 @@
 #include "base/Product.h"
 #include "base/Rounding.h"
 #include "chip/ChipState.h"
+#include "widgets/Named.h"
 #include "widgets/UpDown.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
@@ -106,15 +107,13 @@ frmLogging::frmLogging(const Context& context)
 
   auto* frames = new QHBoxLayout;
   for (QGroupBox* frame : {temperatures, fans, voltages}) frames->addWidget(frame);
-  lblState_ = new QLabel(this);
-  lblState_->setObjectName("lblState");
+  lblState_ = widgets::Named<QLabel>("lblState", this);
   lblState_->setTextFormat(Qt::PlainText);
   auto* column = new QVBoxLayout(this);
   column->addLayout(frames);
   column->addLayout(MakeCommandRow());
   column->addWidget(lblState_);
-  lblTrouble_ = new QLabel(this);
-  lblTrouble_->setObjectName("lblTrouble");
+  lblTrouble_ = widgets::Named<QLabel>("lblTrouble", this);
   lblTrouble_->setTextFormat(Qt::PlainText);
   lblTrouble_->setWordWrap(true);
   lblTrouble_->setMinimumHeight(fontMetrics().height());
@@ -122,8 +121,7 @@ frmLogging::frmLogging(const Context& context)
 }
 
 QGroupBox* frmLogging::MakeFrame(const char* name, const char* caption) {
-  auto* frame = new QGroupBox(caption, this);
-  frame->setObjectName(name);
+  auto* frame = widgets::Named<QGroupBox>(name, caption, this);
   auto* grid = new QGridLayout(frame);
   grid->setHorizontalSpacing(fontMetrics().averageCharWidth() * 3);
   return frame;
@@ -132,8 +130,8 @@ QGroupBox* frmLogging::MakeFrame(const char* name, const char* caption) {
 void frmLogging::AddColumn(QGroupBox& frame, int first, int count, int column, int row) {
   auto* grid = static_cast<QGridLayout*>(frame.layout());
   for (int i = first; i < first + count; ++i, ++row) {
-    auto* box = new QCheckBox(kCaptions.at(static_cast<std::size_t>(i)), &frame);
-    box->setObjectName(QString("chkLog(%1)").arg(i));
+    auto* box =
+        widgets::Named<QCheckBox>(QString("chkLog(%1)").arg(i), kCaptions.at(static_cast<std::size_t>(i)), &frame);
     grid->addWidget(box, row, column);
     chkLog_.at(static_cast<std::size_t>(i)) = box;
   }
@@ -143,27 +141,22 @@ void frmLogging::AddColumn(QGroupBox& frame, int first, int count, int column, i
 }
 
 QPushButton* frmLogging::MakeButton(const char* name, const char* caption, void (frmLogging::*handler)()) {
-  auto* button = new QPushButton(caption, this);
-  button->setObjectName(name);
+  auto* button = widgets::Named<QPushButton>(name, caption, this);
   OnClick(*button, [this, handler] { (this->*handler)(); });
   return button;
 }
 
 QHBoxLayout* frmLogging::MakeCommandRow() {
-  auto* label = new QLabel("&Interval (ms)", this);
-  label->setObjectName("Label1");
-  txtLogInt_ = new QLineEdit(this);
-  txtLogInt_->setObjectName("txtLogInt");
+  auto* label = widgets::Named<QLabel>("Label1", "&Interval (ms)", this);
+  txtLogInt_ = widgets::Named<QLineEdit>("txtLogInt", this);
   txtLogInt_->setToolTip("Milliseconds from line to line. The log keeps to the monitor's ticks of 50 ms.");
   label->setBuddy(txtLogInt_);
-  auto* upDown = new widgets::UpDown(txtLogInt_, {10, 10000, 1}, this);
-  upDown->setObjectName("UpDown1");
+  auto* upDown = widgets::Named<widgets::UpDown>("UpDown1", txtLogInt_, widgets::UpDown::Range{10, 10000, 1}, this);
 
   auto* row = new QHBoxLayout;
   row->addWidget(label);
   row->addLayout(upDown->Row());
-  lblPace_ = new QLabel(this);
-  lblPace_->setObjectName("lblPace");
+  lblPace_ = widgets::Named<QLabel>("lblPace", this);
   // Room for the longest, so that nothing moves when it comes and goes.
   lblPace_->setMinimumWidth(fontMetrics().horizontalAdvance(PaceText(kLongestPace)));
   row->addWidget(lblPace_);

@@ -20,6 +20,7 @@
 #include "chip/RegMapStuff.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/Hold.h"
 #include "windows/SharedState.h"
@@ -87,8 +88,7 @@ class frmSave::CancelPossible {
 
 frmSave::frmSave(const Context& context) : ChildWindow("frmSave", "Save/Recall Settings", context) {
   QGroupBox* frame = MakeFrame();
-  cmdClose_ = new QPushButton("C&lose", this);
-  cmdClose_->setObjectName("cmdClose");
+  cmdClose_ = widgets::Named<QPushButton>("cmdClose", "C&lose", this);
   OnClick(*cmdClose_, [this] { cmdClose_Click(); });
   SetCancelButton(*cmdClose_);
 
@@ -102,35 +102,27 @@ frmSave::frmSave(const Context& context) : ChildWindow("frmSave", "Save/Recall S
 }
 
 QGroupBox* frmSave::MakeFrame() {
-  auto* frame = new QGroupBox("File I/O", this);
-  frame->setObjectName("Frame2");
-  auto* save = new QPushButton("&Save  Current Configuration", frame);
-  save->setObjectName("cmdsave");
+  auto* frame = widgets::Named<QGroupBox>("Frame2", "File I/O", this);
+  auto* save = widgets::Named<QPushButton>("cmdsave", "&Save  Current Configuration", frame);
   OnClick(*save, [this] { cmdsave_Click(); });
-  cmdRecall_ = new QPushButton("&Recall Previous Configuration", frame);
-  cmdRecall_->setObjectName("cmdRecall");
+  cmdRecall_ = widgets::Named<QPushButton>("cmdRecall", "&Recall Previous Configuration", frame);
   OnClick(*cmdRecall_, [this] { cmdRecall_Click(); });
-  chkNotDefaults_ = new QCheckBox("O&nly save registers that differ from their defaults ", frame);
-  chkNotDefaults_->setObjectName("chkNotDefaults");
-  auto* label = new QLabel("Add Co&mment", frame);
-  label->setObjectName("Label2");
-  txtComment_ = new QLineEdit(frame);
-  txtComment_->setObjectName("txtComment");
+  chkNotDefaults_ =
+      widgets::Named<QCheckBox>("chkNotDefaults", "O&nly save registers that differ from their defaults ", frame);
+  auto* label = widgets::Named<QLabel>("Label2", "Add Co&mment", frame);
+  txtComment_ = widgets::Named<QLineEdit>("txtComment", frame);
   txtComment_->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
   label->setBuddy(txtComment_);
 
-  prgWork_ = new QProgressBar(frame);
-  prgWork_->setObjectName("prgWork");
+  prgWork_ = widgets::Named<QProgressBar>("prgWork", frame);
   prgWork_->setRange(0, 100);
   prgWork_->setTextVisible(false);
   prgWork_->setAccessibleName("Progress");
-  cmdCancel_ = new QPushButton("Canc&el", frame);
-  cmdCancel_->setObjectName("cmdCancel");
+  cmdCancel_ = widgets::Named<QPushButton>("cmdCancel", "Canc&el", frame);
   cmdCancel_->setToolTip("Ends a recall behind the register that is being written (Escape)");
   cmdCancel_->setEnabled(false);
   OnClick(*cmdCancel_, [this] { cmdCancel_Click(); });
-  lblState_ = new QLabel(frame);
-  lblState_->setObjectName("lblState");
+  lblState_ = widgets::Named<QLabel>("lblState", frame);
   lblState_->setTextFormat(Qt::PlainText);
   // Two lines of room: a path may be long.
   lblState_->setWordWrap(true);

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "chip/ChannelNames.h"
 #include "windows/fancontrol/DotTrail.h"
 
 namespace zth::windows {
@@ -56,9 +57,8 @@ widgets::StripSetup CurveChart() {
     }
   }
   setup.labels.push_back({.slot = 5, .text = "Controlled By:", .line = false});
-  const std::array names{"Local", "Remote1", "Remote2", "Remote3"};
   for (int s = 0; s < 4; ++s) {
-    setup.labels.push_back({.slot = s + 1, .text = names[static_cast<std::size_t>(s)], .trace = s});
+    setup.labels.push_back({.slot = s + 1, .text = chip::kTemperatureNames[static_cast<std::size_t>(s)], .trace = s});
   }
   setup.widestLegend = "under automatic";
   return setup;

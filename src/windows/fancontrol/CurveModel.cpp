@@ -8,9 +8,6 @@
 
 namespace zth::windows {
 
-const std::array<const char*, 8> kControlItems{
-    "Local", "Remote1", "Remote2", "Remote3", "Off", "Max of Local/Remote3", "Max of 4 Channels", "Manual Mode"};
-
 const std::array<const char*, 16> kTrangeItems{"2°C",    "2.5°C", "3.3°C", "4°C",    "5°C",  "6.7°C", "8°C",    "10°C",
                                                "13.3°C", "16°C",  "20°C",  "26.7°C", "32°C", "40°C",  "53.3°C", "80°C"};
 
@@ -21,7 +18,7 @@ constexpr int kRemote1 = 2;
 constexpr int kRemote2 = 3;
 constexpr int kRemote3 = 4;
 
-/// The channels behind each item of kControlItems, in their order.
+/// The channels behind each item of chip::kBehaviourNames, in their order.
 const std::array<std::vector<int>, 8> kSourcesOfControl{{
     {kLocal},
     {kRemote1},
@@ -45,7 +42,7 @@ CurveSource ReadSourceParameters(const CurveTexts& texts, int channel) {
   const bool polled = channel == kRemote1 || channel == kRemote2;
   return {
       .Channel = static_cast<std::int16_t>(channel),
-      .Name = kChannelNames[index],
+      .Name = chip::kTemperatureNames[index],
       .Tmin = polled ? texts.polledTmin[index] : WholeNumber(boxes.tmin),
       .TminHyst = WholeNumber(boxes.tminHyst),
       .Trange = WholeNumber(boxes.trange),
@@ -55,7 +52,7 @@ CurveSource ReadSourceParameters(const CurveTexts& texts, int channel) {
 }
 
 void ResolveControlSource(const CurveTexts& texts, const std::string& control, PwmCurve& curve) {
-  const int position = ItemPosition(kControlItems, control);
+  const int position = ItemPosition(chip::kBehaviourNames, control);
   if (position < 0) return;
   for (const int channel : kSourcesOfControl[static_cast<std::size_t>(position)]) {
     curve.Sources[static_cast<std::size_t>(curve.SourceCount)] = ReadSourceParameters(texts, channel);

@@ -5,18 +5,17 @@
 #include <string>
 #include <vector>
 
+#include "chip/ChannelNames.h"
+#include "chip/PwmModes.h"
+
 /// The transfer curve of the chip's automatic fan control, duty in percent against temperature in degrees C: what the
 /// texts of the controls come to. No widgets, no chip.
 namespace zth::windows {
 
-inline constexpr int kPwms = 4;
-inline constexpr int kChannels = 4;
-inline constexpr std::array<const char*, kChannels> kChannelNames{"Local", "Remote1", "Remote2", "Remote3"};
-
 /// The texts of the controls, and the Tmin that the chip reports.
 struct CurveTexts {
   struct Pwm {
-    std::string control;  ///< item of kControlItems
+    std::string control;  ///< item of chip::kBehaviourNames
     std::string minPwm;   ///< percent
     bool minSpeed = false;
   };
@@ -30,13 +29,12 @@ struct CurveTexts {
   std::string maxPwm;  ///< percent
   bool thermFS1 = false;
   bool thermFS2 = false;
-  std::array<Pwm, kPwms> pwms;
-  std::array<Channel, kChannels> channels;           ///< Local, Remote1, Remote2, Remote3
-  std::array<std::int16_t, kChannels> polledTmin{};  ///< degrees C, in the same order
+  std::array<Pwm, chip::kPwmChannels> pwms;
+  std::array<Channel, chip::kTemperatures> channels;           ///< Local, Remote1, Remote2, Remote3
+  std::array<std::int16_t, chip::kTemperatures> polledTmin{};  ///< degrees C, in the same order
 };
 
-/// The lists' items; an item's position is the value of its register field.
-extern const std::array<const char*, 8> kControlItems;
+/// The items of the lists of Trange; an item's position is the value of its register field.
 extern const std::array<const char*, 16> kTrangeItems;
 
 /// The position of the first item that reads `text`; -1 when none does.
@@ -61,7 +59,7 @@ struct CurveSource {
 
 struct PwmCurve {
   std::int16_t SourceCount = 0;  ///< 0, 1, 2 or 4
-  std::array<CurveSource, kChannels> Sources;
+  std::array<CurveSource, chip::kTemperatures> Sources;
   std::int16_t MinDuty = 0;  ///< percent
   bool AlwaysOn = false;
 };
@@ -70,7 +68,7 @@ struct CurveModel {
   std::int16_t MaxDuty = 0;  ///< percent
   bool UseTherm1 = false;
   bool UseTherm2 = false;
-  std::array<PwmCurve, kPwms> Pwm;
+  std::array<PwmCurve, chip::kPwmChannels> Pwm;
 };
 
 /// The model of those texts. A number with a fraction counts as rounded half to even, one beyond 16 bits as the nearer

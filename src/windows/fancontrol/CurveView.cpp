@@ -33,7 +33,7 @@ void CurveView::SetLegend() {
     stpGraph_->SetLabelIndex(slot);
     stpGraph_->SetCaption(text);
   };
-  for (int slot = 1; slot <= kChannels; ++slot) caption(slot, "");
+  for (int slot = 1; slot <= chip::kTemperatures; ++slot) caption(slot, "");
   for (int s = 0; s < curve.SourceCount; ++s) {
     caption(s + 1, QString::fromStdString(curve.Sources[static_cast<std::size_t>(s)].Name));
   }
@@ -106,7 +106,7 @@ void CurveView::PlotTrail() {
   if (SourcesShown() != trailOf_) return;
   const double now = services_.clock.Now();
   for (const DotTrail::Dot& dot : trail_.Dots()) {
-    stpGraph_->PlotXY(kTrailTrace + DotTrail::AgeOf(dot, now) * kChannels + dot.source, dot.x, dot.y);
+    stpGraph_->PlotXY(kTrailTrace + DotTrail::AgeOf(dot, now) * chip::kTemperatures + dot.source, dot.x, dot.y);
   }
 }
 

@@ -4,14 +4,14 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include "widgets/Named.h"
 #include "windows/Rows.h"
 
 namespace zth::windows {
 namespace {
 
 QLabel* AddHintLabel(const PlacedRow& placed) {
-  auto* label = new QLabel(placed.control->parentWidget());
-  label->setObjectName("lblChip" + placed.control->objectName().mid(3));
+  auto* label = widgets::Named<QLabel>("lblChip" + placed.control->objectName().mid(3), placed.control->parentWidget());
   // Its room is there whether it says something or not, so that nothing moves.
   label->setMinimumWidth(label->fontMetrics().horizontalAdvance("chip: -188"));
   label->setIndent(label->fontMetrics().horizontalAdvance(' '));

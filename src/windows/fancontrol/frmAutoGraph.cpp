@@ -9,6 +9,7 @@
 
 #include "chip/ChipState.h"
 #include "chip/Measurements.h"
+#include "widgets/Named.h"
 #include "widgets/Strip.h"
 #include "windows/SharedState.h"
 
@@ -24,7 +25,7 @@ constexpr std::array kAllFans{
 constexpr auto PwmRows(int i, const char* minDuty) {
   return std::array{
       List({"cmbControl", i}, "Contro&l", {static_cast<std::uint8_t>("PWM1 Config"_reg + i), chip::kBehaviour},
-           kControlItems),
+           chip::kBehaviourNames),
       Text({"txtMinPWM", i}, "Min &Duty", Byte("PWM1 Min"_reg + i), kDuty, minDuty),
       Check({"chkMinSpeed", i}, "Always O&n", "PWM 1&2 Freq"_reg + i / 2, i % 2),
   };
@@ -63,13 +64,13 @@ constexpr auto kRows = Joined(kAllFans, kPwmRows[0], kPwmRows[1], kPwmRows[2], k
                               kTemperatureRows[1], kTemperatureRows[2], kTemperatureRows[3]);
 constexpr std::array kReads{Read("THERM Configuration"_reg),
                             Read("PWM 1-4 Max"_reg),
-                            Read("PWM1 Config"_reg, kPwms),
+                            Read("PWM1 Config"_reg, chip::kPwmChannels),
                             Read("PWM 1&2 Freq"_reg, 2),
-                            Read("PWM1 Min"_reg, kPwms),
-                            Read("Local Tmin"_reg, kChannels),
-                            Read("Local Trange/Hys"_reg, kChannels),
+                            Read("PWM1 Min"_reg, chip::kPwmChannels),
+                            Read("Local Tmin"_reg, chip::kTemperatures),
+                            Read("Local Trange/Hys"_reg, chip::kTemperatures),
                             Read("Local/Remote 1 Hyst"_reg, 2),
-                            Read("Local THERM1 Limit"_reg, 2 * kChannels)};
+                            Read("Local THERM1 Limit"_reg, 2 * chip::kTemperatures)};
 static_assert(IsSound(kRows, kReads));
 
 }  // namespace
@@ -79,19 +80,18 @@ frmAutoGraph::frmAutoGraph(const Context& context)
   auto* controls = new QVBoxLayout;
   controls->addWidget(MakeAllFans());
   tbPWM_ = MakeTabs("tbPWM");
-  for (int pwm = 0; pwm < kPwms; ++pwm) {
+  for (int pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
     tbPWM_->addTab(MakePage(kPwmRows[static_cast<std::size_t>(pwm)]), QString("PWM%1").arg(pwm + 1));
   }
   controls->addWidget(tbPWM_);
   tbTemp_ = MakeTabs("tbTemp");
-  for (std::size_t channel = 0; channel < kChannels; ++channel) {
-    tbTemp_->addTab(MakePage(kTemperatureRows[channel]), kChannelNames[channel]);
+  for (std::size_t channel = 0; channel < chip::kTemperatures; ++channel) {
+    tbTemp_->addTab(MakePage(kTemperatureRows[channel]), chip::kTemperatureNames[channel]);
   }
   controls->addWidget(tbTemp_);
   controls->addStretch();
   view_ = std::make_unique<CurveView>(this, Services());
-  auto* cmdCancel = new QPushButton("Clo&se", this);
-  cmdCancel->setObjectName("cmdCancel");
+  auto* cmdCancel = widgets::Named<QPushButton>("cmdCancel", "Clo&se", this);
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
   SetCancelButton(*cmdCancel);
   controls->addWidget(cmdCancel, 0, Qt::AlignRight);
@@ -105,15 +105,13 @@ frmAutoGraph::frmAutoGraph(const Context& context)
 }
 
 QWidget* frmAutoGraph::MakeAllFans() {
-  auto* frame = new QGroupBox("All Fans", this);
-  frame->setObjectName("Frame1");
+  auto* frame = widgets::Named<QGroupBox>("Frame1", "All Fans", this);
   AddRows(*frame, kAllFans);
   return frame;
 }
 
 QTabWidget* frmAutoGraph::MakeTabs(const char* name) {
-  auto* tabs = new QTabWidget(this);
-  tabs->setObjectName(name);
+  auto* tabs = widgets::Named<QTabWidget>(name, this);
   // All tabs in sight: a quarter of them behind an arrow would be found by few.
   tabs->setUsesScrollButtons(false);
   tabs->setElideMode(Qt::ElideNone);
@@ -152,10 +150,10 @@ void frmAutoGraph::BuildModel() {
   texts.maxPwm = text("txtMaxPWM");
   texts.thermFS1 = ticked("chkThermFS1");
   texts.thermFS2 = ticked("chkThermFS2");
-  for (int i = 0; i < kPwms; ++i) {
+  for (int i = 0; i < chip::kPwmChannels; ++i) {
     texts.pwms[static_cast<std::size_t>(i)] = {text("cmbControl", i), text("txtMinPWM", i), ticked("chkMinSpeed", i)};
   }
-  for (int i = 0; i < kChannels; ++i) {
+  for (int i = 0; i < chip::kTemperatures; ++i) {
     texts.channels[static_cast<std::size_t>(i)] = {text("txtTmin", i), text("cmbTrange", i), text("txtTminHyst", i),
                                                    text("txtTH1", i), text("txtTH2", i)};
   }

@@ -74,10 +74,7 @@ void frmDynamicTmin::PlaceTraceLabel(widgets::Strip& strip, int label, double va
 }
 
 void frmDynamicTmin::SetDutyLegend() {
-  std::array<std::uint8_t, 4> configs{};
-  link::ReadRegisterBlock(link::Bus.DeviceAddress, "PWM1 Config"_reg, configs.size());
-  std::copy_n(link::Bus.ReadBuffer.begin(), configs.size(), configs.begin());
-  const auto lists = ListDutyTraces(configs);
+  const auto lists = ListDutyTraces(link::ReadBlock<4>("PWM1 Config"_reg));
   for (int channel = 0; channel < kRemotes; ++channel) {
     const DutyTraceList& list = lists[static_cast<std::size_t>(channel)];
     widgets::Strip& strip = *Strip2_[static_cast<std::size_t>(channel)];

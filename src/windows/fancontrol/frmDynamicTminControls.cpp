@@ -8,6 +8,7 @@
 #include <QTabWidget>
 
 #include "base/Twips.h"
+#include "widgets/Named.h"
 #include "widgets/Strip.h"
 #include "windows/fancontrol/Charts.h"
 #include "windows/fancontrol/DynTminModel.h"
@@ -92,8 +93,7 @@ frmDynamicTmin::frmDynamicTmin(const Context& context)
 }
 
 QTabWidget* frmDynamicTmin::MakeTabs() {
-  auto* tabs = new QTabWidget(this);
-  tabs->setObjectName("SSTab1");
+  auto* tabs = widgets::Named<QTabWidget>("SSTab1", this);
   for (int channel = 0; channel < kRemotes; ++channel) {
     tabs->addTab(MakeTab(channel), QString("Remote%1").arg(channel + 1));
   }
@@ -102,8 +102,7 @@ QTabWidget* frmDynamicTmin::MakeTabs() {
 }
 
 QWidget* frmDynamicTmin::MakeTab(int channel) {
-  auto* page = new QFrame;
-  page->setObjectName(QString("Frame%1").arg(channel + 1));
+  auto* page = widgets::Named<QFrame>(QString("Frame%1").arg(channel + 1));
   auto* switches = new QWidget(page);
   auto* numbers = new QWidget(page);
   auto* row = new QHBoxLayout(page);
@@ -132,12 +131,10 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
   AddRows(*loop, kControlLoop);
   loop->layout()->setContentsMargins(0, 0, 0, 0);
 
-  cmdDemo_ = new QPushButton("&Run Demo", area);
-  cmdDemo_->setObjectName("cmdDemo");
+  cmdDemo_ = widgets::Named<QPushButton>("cmdDemo", "&Run Demo", area);
   cmdDemo_->setToolTip("Sets the board up for a show of dynamic Tmin on Remote2");
   OnClick(*cmdDemo_, [this] { cmdDemo_Click(); });
-  auto* cmdCancel = new QPushButton("Clo&se", area);
-  cmdCancel->setObjectName("cmdCancel");
+  auto* cmdCancel = widgets::Named<QPushButton>("cmdCancel", "Clo&se", area);
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
   SetCancelButton(*cmdCancel);
 
@@ -156,8 +153,8 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 
 widgets::Strip* frmDynamicTmin::MakeChart(int channel) {
   const platform::Clock& clock = Services().clock;
-  auto* chart = new widgets::Strip([&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
-  chart->setObjectName(NameOf({"Strip2", channel}));
+  auto* chart = widgets::Named<widgets::Strip>(
+      NameOf({"Strip2", channel}), [&clock] { return clock.Now(); }, this, widgets::StripOutlets(Services()));
   chart->setAccessibleName(QString("Dynamic Tmin of Remote%1").arg(channel + 1));
   connect(chart, &widgets::Strip::Strip2_LayoutChanged, this, [this, chart](int index) {
     if (Strip2_[static_cast<std::size_t>(index)] == chart) Strip2_LayoutChanged(index);

@@ -17,6 +17,7 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "widgets/GSlider.h"
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
 #include "windows/SliderHandlers.h"
@@ -56,8 +57,7 @@ void ShowState(QLabel& label, bool manual) {
 
 frmManualControl::frmManualControl(const Context& context)
     : ChildWindow("frmManualControl", "Manual Fan Control", context, kShowsManual | kShowsDuties | kFollowsModel) {
-  auto* cmdClose = new QPushButton("Clo&se", this);
-  cmdClose->setObjectName("cmdClose");
+  auto* cmdClose = widgets::Named<QPushButton>("cmdClose", "Clo&se", this);
   OnClick(*cmdClose, [this] { cmdClose_Click(); });
   SetCancelButton(*cmdClose);
 
@@ -68,18 +68,15 @@ frmManualControl::frmManualControl(const Context& context)
 }
 
 QGroupBox* frmManualControl::MakeFrame() {
-  auto* frame = new QGroupBox("Set Fan PWM", this);
-  frame->setObjectName("Frame1");
+  auto* frame = widgets::Named<QGroupBox>("Frame1", "Set Fan PWM", this);
   auto* grid = new QGridLayout(frame);
   grid->setHorizontalSpacing(12);
   grid->setColumnStretch(1, 1);
   for (int pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
     const auto index = static_cast<std::size_t>(pwm);
-    auto* label = new QLabel(QString("PWM&%1").arg(pwm + 1), frame);
-    label->setObjectName(QString("Label1(%1)").arg(pwm));
+    auto* label = widgets::Named<QLabel>(QString("Label1(%1)").arg(pwm), QString("PWM&%1").arg(pwm + 1), frame);
     widgets::GSlider*& slider = sldManual_[index];
-    slider = new widgets::GSlider(frame);
-    slider->setObjectName(QString("sldManual(%1)").arg(pwm));
+    slider = widgets::Named<widgets::GSlider>(QString("sldManual(%1)").arg(pwm), frame);
     slider->SetIndex(pwm);
     slider->setMinimumWidth(slider->fontMetrics().height() * 16);
     label->setBuddy(slider);
@@ -89,8 +86,7 @@ QGroupBox* frmManualControl::MakeFrame() {
              .mouseUp = [this] { sldManual_MouseUp(); }},
             Services().clock);
     QLabel*& state = lblManual_[index];
-    state = new Badge("Disabled", frame);
-    state->setObjectName(QString("lblManual(%1)").arg(pwm));
+    state = widgets::Named<Badge>(QString("lblManual(%1)").arg(pwm), "Disabled", frame);
     state->setAlignment(Qt::AlignCenter);
     state->setMargin(4);
     grid->addWidget(label, pwm, 0);

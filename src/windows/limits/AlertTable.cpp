@@ -8,6 +8,7 @@
 #include "chip/ChipState.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
+#include "widgets/Named.h"
 #include "widgets/Toggle.h"
 #include "windows/Editors.h"
 #include "windows/Handlers.h"
@@ -34,8 +35,7 @@ AlertTable::AlertTable(const AlertTab& tab, QWidget* parent) : QWidget(parent), 
 }
 
 void AlertTable::AddHeading(const AlertHeading& heading, int column, QGridLayout& grid) {
-  auto* label = new QLabel(heading.caption, this);
-  label->setObjectName(NameOf({"Label3", heading.index}));
+  auto* label = widgets::Named<QLabel>(NameOf({"Label3", heading.index}), heading.caption, this);
   QFont heavy = label->font();
   heavy.setBold(true);
   label->setFont(heavy);
@@ -48,8 +48,7 @@ void AlertTable::AddRow(int row, QGridLayout& grid) {
   controls.label->setObjectName(NameOf({tab_.label, tab_.firstLabel + row}));
   grid.addWidget(controls.label, row + 1, kLabelColumn);
   if (tab_.mask != nullptr) {
-    controls.mask = new QCheckBox(this);
-    controls.mask->setObjectName(NameOf({tab_.mask, row}));
+    controls.mask = widgets::Named<QCheckBox>(NameOf({tab_.mask, row}), this);
     controls.mask->setToolTip("Tick to mask the channel's interrupt");
     grid.addWidget(controls.mask, row + 1, kMaskColumn, Qt::AlignCenter);
     OnToggle(*controls.mask, [this, row] { Mask_Click(row); });

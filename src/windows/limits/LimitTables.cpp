@@ -202,10 +202,10 @@ float VoltageReading(std::size_t index) {
 }
 
 double ShowThermTimer(std::uint8_t raw, const LimitChannel& /*channel*/) {
-  return chip::ThermLimitToPercent(raw);
+  return chip::PercentFromByte(raw);
 }
 std::uint8_t EncodeThermTimer(double percent, const LimitChannel& /*channel*/) {
-  return chip::PercentToThermLimit(percent);
+  return chip::ByteFromPercent(percent);
 }
 float ThermTimerReading(std::size_t index) {
   return chip::Model.Measurements.ThermPercent.at(index);

@@ -11,6 +11,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
 #include "windows/limits/AlertTable.h"
@@ -20,8 +21,7 @@ namespace zth::windows {
 
 frmLimits::frmLimits(const Context& context)
     : ChildWindow("frmLimits", "Limits / Interrupts", context, kShowsChip | kShowsPins) {
-  auto* SSTab1 = new QTabWidget(this);
-  SSTab1->setObjectName("SSTab1");
+  auto* SSTab1 = widgets::Named<QTabWidget>("SSTab1", this);
   OnTab(*SSTab1);
   SSTab1->setUsesScrollButtons(false);  // all six tabs are in sight
   form_.temperature = new LimitPanel(kTemperatureGauge, this);
@@ -47,8 +47,7 @@ frmLimits::frmLimits(const Context& context)
   AddTab(*SSTab1, "THERM Limits", nullptr, form_.thermPin, form_.thermPinAlerts);
   AddTab(*SSTab1, "Digital/VRD", nullptr, nullptr, form_.digitalAlerts);
 
-  auto* cmdClose = new QPushButton("C&lose", this);
-  cmdClose->setObjectName("cmdClose");
+  auto* cmdClose = widgets::Named<QPushButton>("cmdClose", "C&lose", this);
   OnClick(*cmdClose, [this] { Unload(); });
   SetCancelButton(*cmdClose);
 
@@ -63,8 +62,7 @@ void frmLimits::AddTab(QTabWidget& tabs, const char* caption, const char* frame,
   page->setFrameStyle(QFrame::NoFrame);
   QFrame* holder = page;
   if (frame != nullptr) {
-    holder = new QFrame(page);
-    holder->setObjectName(frame);
+    holder = widgets::Named<QFrame>(frame, page);
     auto* whole = new QVBoxLayout(page);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(holder);

@@ -13,6 +13,7 @@
 #include "base/BitField.h"
 #include "base/Twips.h"
 #include "widgets/ActionAccess.h"
+#include "widgets/Named.h"
 #include "windows/BoxHint.h"
 
 namespace zth::windows {
@@ -162,8 +163,7 @@ BitDisplay::BitDisplay(QWidget* parent) : QGroupBox("Bit Display", parent) {
     bits_.at(static_cast<std::size_t>(bit)) = digit;
     connect(digit, &BitLabel::Click, this, [this, bit] { emit lblBit_Click(bit); });
     const int place = kBits - 1 - bit;
-    auto* name = new QLabel("X", this);
-    name->setObjectName(QString("lblInfo(%1)").arg(place));
+    auto* name = widgets::Named<QLabel>(QString("lblInfo(%1)").arg(place), "X", this);
     name->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     names_.at(static_cast<std::size_t>(place)) = name;
   }

@@ -19,7 +19,7 @@ CurveTexts Texts(const std::string& changes = {}, std::size_t pwm = 0, std::size
   texts.maxPwm = "100";
   for (auto& other : texts.pwms) other = {"Off", "77", true};
   for (auto& other : texts.channels) other = {"11", "2°C", "1", "12", "13"};
-  texts.pwms[pwm] = {kControlItems[channel], "25", false};
+  texts.pwms[pwm] = {chip::kBehaviourNames[channel], "25", false};
   texts.channels[channel] = {"30", "20°C", "4", "45", "50"};
   auto& own = texts.channels[channel];
   std::map<std::string, std::string*> places{{"max", &texts.maxPwm},  {"min", &texts.pwms[pwm].minPwm},
