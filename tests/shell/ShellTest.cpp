@@ -229,13 +229,12 @@ TEST(Placement, AMaximisedWindowGoesBackToWhatItWasBefore) {
 
 TEST(Placement, APlacementIsMovedBackOntoAScreen) {
   const QList<QRect> screens{QRect(0, 0, 1366, 768), QRect(1366, 0, 1920, 1080)};
-  for (const auto& [stored, shown] :
-       {std::pair{QRect(67, 67, 433, 433), QRect(67, 67, 433, 433)},
-        {QRect(2000, 300, 800, 600), QRect(2000, 300, 800, 600)},
-        {QRect(5000, 300, 800, 600), QRect(566, 168, 800, 600)},
-        {QRect(-3000, -3000, 5000, 5000), QRect(0, 0, 1366, 768)},
-        {QRect(100, -20, 800, 600), QRect(100, 0, 800, 600)},  // no title bar to drag it by
-        {QRect(-100, -4, 800, 600), QRect(-100, -4, 800, 600)}}) {
+  for (const auto& [stored, shown] : {std::pair{QRect(67, 67, 433, 433), QRect(67, 67, 433, 433)},
+                                      {QRect(2000, 300, 800, 600), QRect(2000, 300, 800, 600)},
+                                      {QRect(5000, 300, 800, 600), QRect(566, 168, 800, 600)},
+                                      {QRect(-3000, -3000, 5000, 5000), QRect(0, 0, 1366, 768)},
+                                      {QRect(100, -20, 800, 600), QRect(100, 0, 800, 600)},  // title bar off screen
+                                      {QRect(-100, -4, 800, 600), QRect(-100, -4, 800, 600)}}) {
     EXPECT_EQ(shell::OntoScreens(stored, screens), shown) << stored.x();
   }
 }

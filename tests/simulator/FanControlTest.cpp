@@ -18,8 +18,7 @@ TEST(ControlLaw, EachChannelsCurveRisesByItsRangeToMaxAndEndsByItsHysteresis) {
       EXPECT_EQ(bench.Duty(channel), duty) << "channel " << channel << " field " << field << " at " << celsius;
     };
     expect(39.75, 0);
-    for (const int quarters :
-         {0, 1, 2, 3, 5, 15, 44, 171}) {  // 64 percent over the range, halves round to the even code
+    for (const int quarters : {0, 1, 2, 3, 5, 15, 44, 171}) {  // 64 percent over the range, ties to the even code
       expect(40 + quarters / 4.0, std::min(230.0, 51 + std::nearbyint(40.8 * quarters / kRange[field])));
     }
     expect(40 - hysteresis, 51);
