@@ -15,7 +15,7 @@ function(add_room name)
   endif()
 endfunction()
 
-# The Qt headers cost about a second a translation unit; they are compiled once and shared by every target with the
+# The Qt headers cost about a second per translation unit. They are compiled once and shared by every target with the
 # same flags.
 function(use_qt_precompiled_header target)
   if(NOT TARGET qt_precompiled)

@@ -1,11 +1,11 @@
-# The warnings that every target of the house builds under, and the sanitizers of the sanitize preset.
+# The warnings for every target of this project, and the sanitizers of the sanitize preset.
 add_library(house_flags INTERFACE)
 if(MSVC)
   target_compile_options(house_flags INTERFACE /W4 /permissive- /utf-8)
 else()
   target_compile_options(house_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # g++ 12 sees copies in std::operator+(const char*, std::string&&) that overlap or overflow, and there are none.
+    # g++ 12 wrongly reports overlapping or overflowing copies in std::operator+(const char*, std::string&&).
     target_compile_options(house_flags INTERFACE -Wno-restrict -Wno-stringop-overflow)
   endif()
 endif()

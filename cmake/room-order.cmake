@@ -1,11 +1,11 @@
-# The order of the rooms, held by a test: cmake -DSRC=<src> -DFIGURE=<docs/architecture.md> -P room-order.cmake
+# Checks the order of the rooms: cmake -DSRC=<src> -DFIGURE=<docs/architecture.md> -P room-order.cmake
 #
-# Takes from the figure which rooms a room sees, reads every include of every room, and ends with an error on one that
-# points elsewhere or that is not written as "room/File.h".
+# Reads from the figure which rooms each room sees, then reads every include of every room. Fails on an include of any
+# other room, or one that is not written as "room/File.h".
 cmake_minimum_required(VERSION 3.22)
 get_filename_component(SRC "${SRC}" ABSOLUTE)
 
-# The figure's rows: a room's name, the rooms that it sees, a bar.
+# The rows of the figure: the name of a room, the rooms that it sees, a bar.
 file(STRINGS "${FIGURE}" rows REGEX "^ [ |]*[a-z]+[a-z ]*\\|[^|]+$")
 foreach(row IN LISTS rows)
   string(REGEX MATCH "([a-z][a-z ]*)\\|" row "${row}")

@@ -1,4 +1,4 @@
-# What software centres show of the program. Version and date are those of the changelog's newest release.
+# What software centres show about the program. Version and date come from the newest release in the changelog.
 set(changes "${PROJECT_SOURCE_DIR}/CHANGELOG.md")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${changes}")
 file(STRINGS "${changes}" releases REGEX "^## [0-9.]+ - [0-9-]+$")
@@ -11,7 +11,7 @@ set(metainfo "${CMAKE_CURRENT_BINARY_DIR}/example.tarnwell.zth4718_evaluation.me
 configure_file(zth4718-evaluation.metainfo.xml.in "${metainfo}" @ONLY)
 install(FILES "${metainfo}" DESTINATION share/metainfo)
 
-# Checked where their checkers are installed; ./package installs both.
+# These tests exist only if their checkers are installed; ./package installs both.
 find_program(APPSTREAMCLI appstreamcli)
 if(APPSTREAMCLI AND BUILD_TESTING)
   add_test(NAME packaging.metainfo-is-sound COMMAND ${APPSTREAMCLI} validate --no-net --pedantic "${metainfo}")

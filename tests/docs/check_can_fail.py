@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Shows that check_docs.py can fail: each row plants one fault in a copy of the documents, and it is named.
+"""Shows that check_docs.py can fail: each row plants one fault in a copy of the documents, which it must report.
 
 usage: check_can_fail.py ROOT
 """
@@ -13,7 +13,7 @@ import tempfile
 CHECK = pathlib.Path(__file__).with_name("check_docs.py")
 NEEDED = ("LICENSE", "README.md", "CONTRIBUTING.md", "docs", "src", "simulator", "tools/gallery")
 
-# file, what stands there, what is put in its place, and what the check then says
+# file, original text, its replacement, and what the check then reports
 FAULTS = [
     ("README.md", "docs/hardware.md", "docs/hardwares.md", "docs/hardwares.md is not there"),
     ("docs/guide.md", "(#graphs)", "(#grafs)", "#grafs has no such heading"),

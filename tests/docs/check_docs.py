@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 """Checks that the documents keep up with the program.
 
-usage: check_docs.py ROOT    names each fault on a line of its own and ends with 1 when there is one
+usage: check_docs.py ROOT    prints one fault per line and exits with 1 if there is any
 
-- A relative link leads somewhere, to the heading that it names too.
-- A picture that is named is there, one that is there is named, and tools/gallery takes it.
+- Each relative link leads to an existing file and, if it names one, to an existing heading.
+- Each picture that is named exists, each existing picture is named, and tools/gallery takes it.
 - Each window has a page with a picture, linked from docs/windows/README.md.
-- In the guide and on the windows' pages, what stands in *italics* is a caption of the program, *Menu > Entry* is an entry
-  of that menu, and the shortcut behind it is the entry's.
-- What stands in "quotes" there is a text of the program, in whole or put together from its texts, numbers and a file name.
+- In the guide and on the windows' pages, text in *italics* is a caption of the program, *Menu > Entry* is an entry of that
+  menu, and a shortcut after it is the entry's.
+- Text in "quotes" there is a text of the program, or made up of its texts, numbers and a file name.
 """
 
 import functools
@@ -17,7 +17,7 @@ import pathlib
 import re
 import sys
 
-NO_PAGE = {"frmAbout"}  # it says all itself
+NO_PAGE = {"frmAbout"}  # it needs no explanation
 SKIPPED = re.compile(r"^(build.*|\..+)$")
 
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
@@ -26,7 +26,7 @@ QUOTE = re.compile(r'"((?:[^"|]|"}")+?)"(?!})')
 LITERAL = re.compile(r'(?:u8)?((?:"(?:[^"\\\n]|\\.)*"\s*)+)')
 MENU = re.compile(r'\{"(mnu\w+)", "([^"]+)"\}')
 ENTRY = re.compile(r'\{"(mnu\w*)", "(mnu\w+)", "([^"]+)", "([^"]*)", "(\w*)"\}')
-# They stand for themselves in a text of the program.
+# Names and addresses that are put into a text of the program.
 OWN_NAME = re.compile(r"[\w-]+\.(csv|sav)|^[0-9A-F]{2}(?=h on)")
 
 
@@ -37,7 +37,7 @@ def documents(root):
 
 
 def prose(text):
-    """The text without code, whose signs mean something else there."""
+    """The text without code, in which these characters have other meanings."""
     text = re.sub(r"^(```.*?^```|(?:^ {4,}[^\n]*\n)+)", "", text, flags=re.M | re.S)
     return re.sub(r"`[^`]*`", "", text)
 
@@ -93,7 +93,7 @@ def check_windows(root):
 
 
 def plain(caption):
-    """A caption as it is read: without its marks of keys, blanks as one."""
+    """A caption as the user reads it: without mnemonics, with single blanks."""
     return " ".join(re.sub(r"&(.)", r"\1", caption).split())
 
 
@@ -111,7 +111,7 @@ def texts_of(root):
 
 
 def pattern_of(texts):
-    """What matches a text with its %1 put in, if there is enough else in it to know it by."""
+    """Matches texts with their %1 filled in, if the rest is long enough to identify them."""
     known = [text for text in texts if "%" in text and len(re.sub(r"%\w|\W", "", text)) > 2]
     return re.compile("|".join(re.sub(r"%\d", r"\\w+", re.escape(text)) for text in known))
 

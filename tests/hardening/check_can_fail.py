@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Builds a small executable and a library, with each piece of the hardening left out in turn, and sees that
-check_hardening.py names just that piece.
+"""Builds a small executable and a library with each piece of the hardening left out in turn, and checks that
+check_hardening.py reports just that piece.
 
 usage: check_can_fail.py COMPILER FLAGS LINKER_FLAGS
 """
@@ -23,7 +23,8 @@ extern "C" int Entry(int count, const char* text) {
 int main(int count, char** texts) { return Entry(count, texts[0]); }
 """
 
-# What is left out by these flags behind the others, and what is said of an executable; of a library unless it is None.
+# Flags that leave one piece out when added after the others, and the report for an executable and, unless None, for a
+# library.
 PLANTED = [
     ("", [], []),
     ("-Wl,-z,norelro", ["no RELRO"], ["no RELRO"]),

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks that binaries carry the hardening of Debian's build flags, read from the files themselves.
 
-usage: check_hardening.py FILE...    ends with 1 and names each file and what it lacks
+usage: check_hardening.py FILE...    names each file that lacks some, says what it lacks, and exits with 1
 """
 
 import re
@@ -14,7 +14,7 @@ def read(*command: str) -> str:
 
 
 def entries(path: str, executable: bool) -> list[tuple[int, str]]:
-    """What is called from outside: main, or what a library exports. A stripped executable does not tell its main."""
+    """Functions called from outside: main, or the exports of a library. A stripped executable does not show its main."""
     if executable:
         found = re.findall(r"(\w+) +\d+ FUNC .* (main)$", read("readelf", "-Ws", path), re.M)
     else:

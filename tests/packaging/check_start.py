@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Runs the package's start script on doubles and sees what it starts, with which folders on the loader's path.
+"""Runs the package's start script on doubles and checks what it starts, with which folders on the loader's path.
 
-usage: check_start.py SCRIPT    names each wrong case on a line of its own and ends with 1 when there is one
+usage: check_start.py SCRIPT    prints one wrong case per line and exits with 1 if there is any
 """
 
 import os
@@ -13,8 +13,8 @@ import tempfile
 USB, SMBUS = "libUSBFunctions.so", "libsmbus.so"
 CACHE = "\t{} (libc6,x86-64) => /usr/local/lib/{}"
 
-# What is there: files below the package's folder or beside it, lines of the loader's cache, whether the PC's host may be
-# used, LD_LIBRARY_PATH and the arguments; then the program that runs and its path, or the status.
+# What exists: files in or beside the package's folder, lines of the loader's cache, whether the PC's host may be used,
+# LD_LIBRARY_PATH and the arguments; then the program that runs and its path, or the exit status.
 CASES = {
     "nothing": ({}, "simulated: boards/simulated"),
     "a bare name in our own boards is not somebody's": ({"path": "boards/simulated"},

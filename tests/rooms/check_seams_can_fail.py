@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The check of the seams refuses a line for each of them, and nothing where the line may stand.
+"""Checks that check_seams.py rejects a line for each seam, and accepts it where it is allowed.
 
 usage: check_seams_can_fail.py CHECK
 """

@@ -1,4 +1,4 @@
-# What a library exports is what is EXPECTED, no more and no less: cmake -DNM= -DLIBRARY= -DEXPECTED= -P exports.cmake
+# Checks that a library exports exactly what is EXPECTED: cmake -DNM= -DLIBRARY= -DEXPECTED= -P exports.cmake
 cmake_minimum_required(VERSION 3.22)
 
 execute_process(COMMAND "${NM}" -D --defined-only "${LIBRARY}" OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)

@@ -1,24 +1,24 @@
 #!/usr/bin/env python3
 """Checks that only src/platform/ reaches outside the process, and that no file outgrows its budget.
 
-usage: check_seams.py ROOT    ends with 1 when a rule is broken
+usage: check_seams.py ROOT    exits with 1 if a rule is broken
 """
 
 import pathlib
 import re
 import sys
 
-# What only platform/ may name, and what to use instead.
+# What only platform/ may use, and the replacement for it elsewhere.
 SEAMS = {
     r"\bQMessageBox\b": "platform::Prompts",
     r"\bQFileDialog\b": "platform::FileDialogs",
     r"\bQSettings\b": "platform::Settings",
-    # Names of files may be taken apart and encoded anywhere.
+    # Splitting and encoding file names is allowed anywhere.
     r"\bQFile\b(?!>|::(en|de)codeName)|\b(QSaveFile|QTemporary(File|Dir)|QLockFile|QDirIterator|QStandardPaths)\b"
     r"|\b[io]?fstream\b|\bfopen\b|\bstd::filesystem\b|\bQFileInfo::exists\b|\bQDir::(home|current|temp)\b":
         "platform::Files",
     r"\bQClipboard\b|\bclipboard\(\)": "platform::Clipboard",
-    # An event loop inside a handler lets the handler's own window be closed.
+    # During an event loop inside a handler, the handler's own window can be closed.
     r"(\.|->)exec\(|\bQMenu::exec\b|\bQEventLoop\b|\bActionsContextMenu\b|\bQ(Input|Color|Font|Progress)?Dialog\b":
         "platform::Prompts, platform::FileDialogs or widgets/PopUpMenu.h",
     r"\bQDesktopServices\b|\b(QApplication::|qApp->)beep\b": "platform::Shell",

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""The tests are roughly a quarter to a third of the code: of the C and C++ lines that are neither blank nor comment.
+"""Checks that tests are roughly a quarter to a third of the C and C++ lines that are neither blank nor comment.
 
-The share is printed; only one below 22 or above 36 percent fails.
+Prints the share; fails only below 22 or above 36 percent.
 
 usage: check_share.py [-v]     -v lists the tests' files
 """
@@ -12,7 +12,7 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parents[2]
 FOLDERS = ("src", "simulator", "transports", "bench", "tools", "tests")
 SUFFIXES = {".h", ".cpp", ".c"}
-# Texts come first, so that a "//" in one is none; they stay, comments go.
+# String literals come first, so that a "//" in one is not a comment. Strings stay, comments go.
 TEXT_OR_COMMENT = re.compile(r'R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(//[^\n]*|/\*.*?\*/)', re.DOTALL)
 
 

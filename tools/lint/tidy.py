@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
-"""clang-tidy over the sources that have changed since the whole tree was last found clean, or over all of them.
+"""Runs clang-tidy over the sources that have changed since the whole tree was last found clean, or over all of them.
 
-usage: tidy.py BUILD          the changed ones
-       tidy.py BUILD full     all, with the static analyzer; renews the record if nothing is found
+usage: tidy.py BUILD          the changed sources
+       tidy.py BUILD full     all sources, with the static analyzer; updates the record if nothing is found
 
-The record, tools/lint/clean.txt, holds two sums for each source: one of the source itself, one of it with the house's
-headers that it includes, .clang-tidy, the warning flags and the version of clang-tidy. A source whose second sum still
-stands is passed over. One that has changed itself gets every check; one that only sees something else that has changed
-gets all but the static analyzer, which takes half of the time. A stale record costs time and hides nothing.
+The record, tools/lint/clean.txt, holds two checksums for each source: one of the source itself, and one of the source
+together with the project's headers that it includes, .clang-tidy, the warning flags and the version of clang-tidy. A
+source whose second sum is unchanged is skipped. A source that has changed itself gets every check. If only something
+that it includes has changed, it gets all checks except the static analyzer, which takes half of the time. An outdated
+record costs time but hides nothing.
 """
 import concurrent.futures
 import functools
@@ -31,7 +32,7 @@ def content(path):
 
 @functools.cache
 def included(path):
-    """The house's files that a file names, sought where any target may look: a wrong guess is a file too many."""
+    """The project's files that a file includes, searched in the folders of all targets: a wrong guess only adds a file."""
     found = set()
     for name in INCLUDE.findall(content(path)):
         for folder in (path.parent, TOP, TOP / "src", TOP / "simulator", TOP / "transports"):
