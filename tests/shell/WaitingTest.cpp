@@ -104,7 +104,9 @@ TEST(Waiting, AWindowOverASlowLinkIsPaintedBeforeItIsReadAndComesOutAsOverAQuick
       EXPECT_EQ(desk.board.traffic, sent);
       // A legend that has been painted keeps the room of its widest text, and the guide's text wraps for the size
       // shown.
-      if (name != "frmAutoGraph" && name != "frmGuide") EXPECT_EQ(now, picture);
+      if (name != "frmAutoGraph" && name != "frmGuide") {
+        EXPECT_EQ(now, picture);
+      }
     }
   }
 }
