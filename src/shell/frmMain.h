@@ -78,6 +78,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void FitToolBar();
   void AddDevices(QToolBar& bar);
   bool UserLeaves();
+  /// True while the user drags something. It must be dropped with the same chip and values as when it was picked up.
+  static bool IsDragging();
   /// Work that every orderly end must finish: closing, "Exit", a failed link.
   void FinishWork();
   void mnuExit_Click();
