@@ -22,6 +22,7 @@
 #include "shell/Commands.h"
 #include "shell/Discovery.h"
 #include "shell/FirstContact.h"
+#include "shell/Icons.h"
 #include "shell/Layout.h"
 #include "shell/Leaving.h"
 #include "shell/LinkPanel.h"
