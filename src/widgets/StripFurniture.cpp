@@ -50,7 +50,8 @@ bool StripFurniture::HasSample(const StripScene& scene, const StripLabel& label)
 void StripFurniture::Heading(QRect rect, const QString& text) {
   painter_.setPen(colours_.text);
   const bool whole = bold_.Width(text) <= rect.width();
-  bold_.Draw(painter_, QPointF(rect.left(), rect.center().y() + 1 - bold_.Height() / 2),
+  const int top = rect.center().y() + 1 - bold_.Height() / 2;
+  bold_.Draw(painter_, QPointF(rect.left(), top),
              whole ? text : bold_.Metrics().elidedText(text, Qt::ElideRight, rect.width()));
 }
 
