@@ -35,7 +35,7 @@ class LinkHealth : public ::testing::Test {
     Put(desk.board.Chip(), "88..8F=5E 88=00 8A=00 8C=00 8E=00 AA..AD=80 21..24=00 30..35=00 C0=02");
     desk.Advance(1000);
   }
-  ~LinkHealth() override { QAccessible::installUpdateHandler(nullptr); }
+  void TearDown() override { QAccessible::installUpdateHandler(nullptr); }
 
   void Fail(int first, int last) { desk.board.smbusFails = ReadsOf(first, last); }
   std::string Message() { return Desk::Get<QStatusBar>(desk.Main(), "sbStatusBar").currentMessage().toStdString(); }
