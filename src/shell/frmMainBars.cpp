@@ -11,6 +11,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "base/Counted.h"
 #include "platform/Guard.h"
 #include "shell/Commands.h"
 #include "shell/Icons.h"
@@ -147,7 +148,7 @@ void frmMain::MarkAlerts(const QString& window, int count) {
     const QIcon icon = ToolIcon(row.key);
     action->setIcon(count > 0 ? widgets::WithBadge(icon, count) : icon);
     // Appended to the button's own text, which says what it opens.
-    const QString alerts = count == 1 ? "1 alert" : QString("%1 alerts").arg(count);
+    const QString alerts = QString::fromStdString(base::Counted(count, "alert"));
     action->setToolTip(count > 0 ? row.toolTip + (": " + alerts) : row.toolTip);
     auto* button = findChild<QToolBar*>("tbToolBar")->widgetForAction(action);
     button->setAccessibleDescription(count > 0 ? alerts : QString());

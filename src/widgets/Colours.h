@@ -19,6 +19,9 @@ inline QColor Blend(const QColor& a, const QColor& b, double share) {
   return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()), mix(a.blueF(), b.blueF()));
 }
 
+/// Share of the background in the colour of an old value's text: paler than a current one, and still readable.
+inline constexpr double kPale = 0.35;
+
 /// Relative luminance of a colour, 0 to 1.
 inline double Luminance(const QColor& colour) {
   const auto linear = [](float part) {

@@ -271,7 +271,6 @@ void GSlider::paintEvent(QPaintEvent*) {
   painter.setBrush(face);
   painter.drawEllipse(layout.thumb.adjusted(1.5, 1.5, -1.5, -1.5));
 
-  constexpr double kPale = 0.35;  // still readable
   const QColor ink = colours.color(QPalette::WindowText);
   painter.setPen(stale_ ? Blend(ink, ground, kPale) : ink);
   painter.drawText(layout.text, Qt::AlignRight | Qt::AlignVCenter, ValueText(value_));

@@ -30,9 +30,6 @@ QColor Ink(const QPalette& palette) {
   return palette.color(QPalette::Text);
 }
 
-/// For an old reading's caption: paler than a live one, but still readable.
-constexpr double kPale = 0.35;
-
 QColor Plate(const QPalette& palette) {
   return palette.color(QPalette::Base);
 }

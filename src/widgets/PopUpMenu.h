@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <QAbstractScrollArea>
 #include <QMenu>
 #include <QString>
 
@@ -25,6 +26,18 @@ inline QAction& AddEntry(QMenu& menu, QWidget& owner, const QString& name, const
   action->setEnabled(enabled);
   QObject::connect(action, &QAction::triggered, &owner, platform::Guarded(std::move(handler)), Qt::QueuedConnection);
   return *action;
+}
+
+/// Gives a view an action, by its key and in a context menu called `name`. Not by the policy that shows a widget's
+/// actions automatically: its menu is on the stack, and the window may be deleted under it.
+inline void AddPopUpMenu(QAbstractScrollArea& view, const QString& name, QAction& action) {
+  view.addAction(&action);
+  view.setContextMenuPolicy(Qt::CustomContextMenu);
+  QObject::connect(&view, &QWidget::customContextMenuRequested, &view, [&view, name, &action](const QPoint& at) {
+    QMenu& menu = MakePopUpMenu(view, name);
+    menu.addAction(&action);
+    menu.popup(view.viewport()->mapToGlobal(at));
+  });
 }
 
 }  // namespace zth::widgets

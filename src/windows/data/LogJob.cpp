@@ -6,6 +6,7 @@
 
 #include <QFileInfo>
 
+#include "base/Counted.h"
 #include "base/NumberText.h"
 #include "base/Rounding.h"
 #include "chip/ChipState.h"
@@ -51,7 +52,8 @@ void DropDone() {
 QString WaitingText() {
   const std::int64_t waiting = LogLinesWaiting();
   if (waiting == 0 && Lost() == 0) return {};
-  const QString text = QString("file not writable, %1 %2 waiting").arg(waiting).arg(waiting == 1 ? "line" : "lines");
+  const QString text =
+      QString("file not writable, %1 waiting").arg(QString::fromStdString(base::Counted(waiting, "line")));
   return Lost() == 0 ? text : text + QString(", %1 lost").arg(Lost());
 }
 

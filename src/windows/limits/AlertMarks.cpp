@@ -5,6 +5,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 
+#include "base/Counted.h"
 #include "widgets/Badge.h"
 #include "windows/Desktop.h"
 
@@ -13,8 +14,7 @@ namespace {
 
 QString Told(const QStringList& channels) {
   if (channels.isEmpty()) return "No alert";
-  const QString count = channels.size() == 1 ? "1 alert" : QString("%1 alerts").arg(channels.size());
-  return count + ": " + channels.join(", ");
+  return QString::fromStdString(base::Counted(channels.size(), "alert")) + ": " + channels.join(", ");
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include "base/Counted.h"
 #include "chip/ReadEffects.h"
 #include "link/Declarations.h"
 #include "link/Transfers.h"
@@ -28,8 +29,8 @@
 namespace zth::windows {
 namespace {
 
-QString Count(std::size_t number, const QString& what) {
-  return QString("%1 %2%3").arg(number).arg(what, number == 1 ? "" : "s");
+QString Count(std::size_t number, const char* noun) {
+  return QString::fromStdString(base::Counted(static_cast<std::int64_t>(number), noun));
 }
 
 }  // namespace
@@ -109,13 +110,7 @@ void AllRegisters::AddCopy() {
   copy->setShortcut(QKeySequence::Copy);
   copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(copy, &QAction::triggered, this, [this] { CopyRows(); });
-  tblRegisters_->addAction(copy);
-  tblRegisters_->setContextMenuPolicy(Qt::CustomContextMenu);
-  connect(tblRegisters_, &QWidget::customContextMenuRequested, this, [this, copy](const QPoint& at) {
-    QMenu& menu = widgets::MakePopUpMenu(*tblRegisters_, "mnuTable");
-    menu.addAction(copy);
-    menu.popup(tblRegisters_->viewport()->mapToGlobal(at));
-  });
+  widgets::AddPopUpMenu(*tblRegisters_, "mnuTable", *copy);
 }
 
 void AllRegisters::ShowRows() {

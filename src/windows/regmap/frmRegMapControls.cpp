@@ -185,15 +185,7 @@ void frmRegMap::ConnectTree() {
   copy->setShortcut(QKeySequence::Copy);
   copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(copy, &QAction::triggered, this, [this] { CopyRows(); });
-  TreeView1_->addAction(copy);
-  // Not the policy that shows a widget's actions automatically: its menu is on the stack, and the window may be deleted
-  // under it.
-  TreeView1_->setContextMenuPolicy(Qt::CustomContextMenu);
-  connect(TreeView1_, &QWidget::customContextMenuRequested, this, [this, copy](const QPoint& at) {
-    QMenu& menu = widgets::MakePopUpMenu(*TreeView1_, "mnuTree");
-    menu.addAction(copy);
-    menu.popup(TreeView1_->viewport()->mapToGlobal(at));
-  });
+  widgets::AddPopUpMenu(*TreeView1_, "mnuTree", *copy);
 }
 
 void frmRegMap::ConnectBoxes() {
