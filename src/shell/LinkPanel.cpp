@@ -15,8 +15,8 @@ namespace {
 
 constexpr double kPeriod = 1;
 
-QString Counted(std::int64_t count, const char* noun) {
-  return QString::fromStdString(base::Counted(count, noun));
+QString Counted(std::int64_t count, const char* nouns) {
+  return QString::fromStdString(base::Counted(count, nouns));
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ bool LinkPanel::CountFailures(double now) {
 QString LinkPanel::FailuresText(double now) const {
   if (!failures_) return "failures not known";
   if (*failures_ == 0) return "no failures";
-  const QString count = Counted(*failures_, "failure");
+  const QString count = Counted(*failures_, "failures");
   if (!failedAt_) return count;
   const QString when = chip::TimeText(now - *failedAt_) + " ago";
   return count + (*failures_ == 1 ? ", " : ", the last ") + when;
@@ -84,8 +84,8 @@ QString LinkPanel::FailuresText(double now) const {
 
 void LinkPanel::ShowText(double now) {
   const QString failures = FailuresText(now);
-  setText(Counted(perSecond_, "transfer") + "/s, " + failures);
-  const QString words = Counted(perSecond_, "transfer") + " a second, " + failures;
+  setText(Counted(perSecond_, "transfers") + "/s, " + failures);
+  const QString words = Counted(perSecond_, "transfers") + " a second, " + failures;
   setToolTip("The link to " + link::TextOf(chip_) + ": " + words +
              (failures_ ? "" : ".\nIts library does not tell whether a transfer has failed"));
   setAccessibleName(notice_ + (notice_.isEmpty() ? "" : ". ") + "Link: " + words);

@@ -148,7 +148,7 @@ void frmMain::MarkAlerts(const QString& window, int count) {
     const QIcon icon = ToolIcon(row.key);
     action->setIcon(count > 0 ? widgets::WithBadge(icon, count) : icon);
     // Appended to the button's own text, which says what it opens.
-    const QString alerts = QString::fromStdString(base::Counted(count, "alert"));
+    const QString alerts = QString::fromStdString(base::Counted(count, "alerts"));
     action->setToolTip(count > 0 ? row.toolTip + (": " + alerts) : row.toolTip);
     auto* button = findChild<QToolBar*>("tbToolBar")->widgetForAction(action);
     button->setAccessibleDescription(count > 0 ? alerts : QString());

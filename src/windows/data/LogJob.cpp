@@ -53,7 +53,7 @@ QString WaitingText() {
   const std::int64_t waiting = LogLinesWaiting();
   if (waiting == 0 && Lost() == 0) return {};
   const QString text =
-      QString("file not writable, %1 waiting").arg(QString::fromStdString(base::Counted(waiting, "line")));
+      QString("file not writable, %1 waiting").arg(QString::fromStdString(base::Counted(waiting, "lines")));
   return Lost() == 0 ? text : text + QString(", %1 lost").arg(Lost());
 }
 

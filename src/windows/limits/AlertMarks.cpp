@@ -14,7 +14,7 @@ namespace {
 
 QString Told(const QStringList& channels) {
   if (channels.isEmpty()) return "No alert";
-  return QString::fromStdString(base::Counted(channels.size(), "alert")) + ": " + channels.join(", ");
+  return QString::fromStdString(base::Counted(channels.size(), "alerts")) + ": " + channels.join(", ");
 }
 
 }  // namespace

@@ -29,8 +29,8 @@
 namespace zth::windows {
 namespace {
 
-QString Count(std::size_t number, const char* noun) {
-  return QString::fromStdString(base::Counted(static_cast<std::int64_t>(number), noun));
+QString Count(std::size_t number, const char* nouns) {
+  return QString::fromStdString(base::Counted(static_cast<std::int64_t>(number), nouns));
 }
 
 }  // namespace
@@ -194,9 +194,9 @@ void AllRegisters::Read(const std::vector<std::int32_t>& addresses) {
     model_->Note(address, value, services_.clock.WallTime());
   }
   model_->ShowNoted();
-  QString told = Count(addresses.size() - left - failed, "register") + " read.";
-  if (failed != 0) told += ' ' + Count(failed, "transfer") + " failed.";
-  if (left != 0) told += ' ' + Count(left, "register") + " left out: a read clears them. Select one alone to read it.";
+  QString told = Count(addresses.size() - left - failed, "registers") + " read.";
+  if (failed != 0) told += ' ' + Count(failed, "transfers") + " failed.";
+  if (left != 0) told += ' ' + Count(left, "registers") + " left out: a read clears them. Select one alone to read it.";
   lblTold_->setText(told);
 }
 
