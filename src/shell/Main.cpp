@@ -20,7 +20,7 @@
 #include "shell/ProgramState.h"
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
-#include "tasks/Traffic.h"
+#include "tasks/TasksState.h"
 #include "widgets/ClearBoxes.h"
 #include "windows/SharedState.h"
 #include "windows/config/frmEasySetup.h"

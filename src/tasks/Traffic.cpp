@@ -18,8 +18,6 @@ bool IsOfRegisters(link::Form form) {
 
 }  // namespace
 
-TasksState Work;
-
 void Traffic::Saw(const link::Call& call) {
   TrafficRecord record;
   record.time = call.began;
@@ -34,6 +32,7 @@ void Traffic::Saw(const link::Call& call) {
   const std::uint64_t asker = call.asker == nullptr ? 0 : call.asker->Serial();
   if (std::exchange(lastAsker_, asker) != asker) lastText_ = asker == 0 ? 0 : NumberOf(call.asker->Name());
   record.text = lastText_;
+  record.action = asker;
   Enter(record);
 }
 

@@ -70,11 +70,4 @@ class Traffic final : public link::Observer {
   std::vector<std::weak_ptr<Listener>> listeners_;
 };
 
-/// The room's state. `Work = {}` is the state before the program has started.
-struct TasksState {
-  std::unique_ptr<Traffic> traffic = std::make_unique<Traffic>();
-};
-
-extern TasksState Work;
-
 }  // namespace zth::tasks

@@ -27,7 +27,8 @@ struct TrafficRecord {
   std::optional<std::uint8_t> before;  ///< of a write: the value before it, if the traffic has shown one
   std::uint8_t count = 0;              ///< of the bytes
   std::array<std::uint8_t, kMostBytes> bytes{};
-  std::uint32_t text = 0;  ///< who asked, or the note; an index into the texts of its Traffic
+  std::uint64_t action = 0;  ///< the same for all calls of one action of the user or one run of a job; 0: nobody asked
+  std::uint32_t text = 0;    ///< who asked, or the note; an index into the texts of its Traffic
 
   std::span<const std::uint8_t> Bytes() const { return {bytes.data(), count}; }
 };

@@ -13,7 +13,7 @@
 #include "shell/Commands.h"
 #include "shell/Main.h"
 #include "shell/ProgramState.h"
-#include "tasks/Traffic.h"
+#include "tasks/TasksState.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {

@@ -1,0 +1,114 @@
+#include "tasks/PutBack.h"
+
+#include <algorithm>
+
+#include "chip/ChipState.h"
+#include "chip/RegisterFields.h"
+#include "chip/WriteEffects.h"
+#include "link/Declarations.h"
+#include "link/Transfers.h"
+#include "link/USBStuff.h"
+
+namespace zth::tasks {
+namespace {
+
+std::vector<chip::NamedField> FieldsAt(std::uint8_t reg) {
+  const int row = chip::RowOfAddress(reg);
+  if (row < 0) return {{"", 0xFF}};
+  return chip::FieldsOf(chip::Model.RegisterTable.at(static_cast<std::size_t>(row)));
+}
+
+/// The fields that contain one of the bits, whole.
+std::uint8_t WholeFields(std::uint8_t reg, unsigned bits) {
+  unsigned whole = 0;
+  for (const chip::NamedField& field : FieldsAt(reg)) {
+    if ((field.mask & bits) != 0) whole |= field.mask;
+  }
+  return static_cast<std::uint8_t>(whole);
+}
+
+std::uint8_t Byte(unsigned value) {
+  return static_cast<std::uint8_t>(value);
+}
+
+/// "Easy Config" first, because it sets the pin registers, and those before the rest, because they decide what other
+/// registers mean.
+int Rank(const PutBackPlan::Step& step) {
+  if (step.reg == "Easy Config"_reg) return 0;
+  return chip::IsOfEasyOption(step.reg) ? 1 : 2;
+}
+
+/// The register's value, or nothing if the transfer failed.
+std::optional<unsigned> Read(std::uint8_t reg) {
+  const link::FailureWatch watch;
+  const std::int16_t value = link::ReadRegister(link::Bus.DeviceAddress, reg);
+  return watch.Failed() ? std::nullopt : std::optional<unsigned>(static_cast<std::uint8_t>(value));
+}
+
+void Run(const PutBackPlan::Step& step, std::vector<Left>& left) {
+  const auto now = Read(step.reg);
+  if (!now) {
+    left.push_back({step.reg, step.mask, Reason::Failed});
+    return;
+  }
+  const unsigned departed = *now ^ step.to;
+  const unsigned foreign = step.written ? WholeFields(step.reg, (*now ^ *step.written) & departed) & step.mask : 0U;
+  if (foreign != 0) left.push_back({step.reg, Byte(foreign), Reason::Changed});
+  const unsigned own = step.mask & ~foreign;
+  const unsigned wanted = (*now & ~own) | (step.to & own);
+  if (wanted == *now) return;
+  link::WriteRegisterValue(link::Bus.DeviceAddress, step.reg, static_cast<std::int32_t>(wanted));
+  const auto after = Read(step.reg);
+  const unsigned wrong = after ? WholeFields(step.reg, *after ^ wanted) & own : own;
+  if (wrong != 0) left.push_back({step.reg, Byte(wrong), after ? Reason::NotTaken : Reason::Failed});
+}
+
+}  // namespace
+
+PutBackPlan PlanPutBack(const std::vector<Touched>& changes) {
+  PutBackPlan plan;
+  for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
+    const std::uint8_t fixed = chip::BitsNotPutBack(change->reg);
+    if (!change->before) {
+      plan.left.push_back({change->reg, 0xFF, fixed == 0xFF ? Reason::NotWrittenBack : Reason::NeverRead});
+      continue;
+    }
+    const unsigned differing = change->after ? *change->before ^ *change->after : 0xFFU;
+    const unsigned mask = WholeFields(change->reg, differing);
+    // Bits that only the chip could have changed are nothing that was asked for.
+    if (change->after && (mask & fixed) != 0) {
+      plan.left.push_back({change->reg, Byte(mask & fixed), Reason::NotWrittenBack});
+    }
+    if ((mask & ~fixed) == 0) continue;
+    plan.steps.push_back({change->reg, *change->before, Byte(mask & ~unsigned{fixed}), change->after});
+  }
+  std::ranges::stable_sort(plan.steps, {}, Rank);
+  return plan;
+}
+
+std::vector<Left> RunPutBack(const PutBackPlan& plan) {
+  std::vector<Left> left;
+  for (const PutBackPlan::Step& step : plan.steps) Run(step, left);
+  // A later write may have changed an earlier register again, as a pin register does with the Easy option.
+  for (const PutBackPlan::Step& step : plan.steps) {
+    if (!chip::IsOfEasyOption(step.reg)) continue;
+    const auto now = Read(step.reg);
+    const bool isNamed = std::ranges::any_of(left, [&](const Left& one) { return one.reg == step.reg; });
+    if (now && !isNamed && ((*now ^ step.to) & step.mask) != 0) {
+      left.push_back({step.reg, step.mask, Reason::NotTaken});
+    }
+  }
+  return left;
+}
+
+std::string FieldNames(std::uint8_t reg, std::uint8_t mask) {
+  if (mask == 0xFF) return {};
+  std::string names;
+  for (const chip::NamedField& field : FieldsAt(reg)) {
+    if ((field.mask & mask) == 0 || field.name.empty()) continue;
+    names += (names.empty() ? "" : ", ") + field.name;
+  }
+  return names;
+}
+
+}  // namespace zth::tasks

@@ -1,0 +1,7 @@
+#include "tasks/TasksState.h"
+
+namespace zth::tasks {
+
+TasksState Work;
+
+}  // namespace zth::tasks
