@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/BitField.h"
 #include "chip/ChipState.h"
 #include "chip/RegisterFields.h"
 #include "chip/WriteEffects.h"
@@ -31,11 +32,16 @@ std::uint8_t Byte(unsigned value) {
   return static_cast<std::uint8_t>(value);
 }
 
+bool IsDuty(std::uint8_t reg) {
+  return reg >= "PWM 1 Value"_reg && reg < "PWM 1 Value"_reg + chip::kPwmChannels;
+}
+
 /// "Easy Config" first, because it sets the pin registers, and those before the rest, because they decide what other
-/// registers mean.
+/// registers mean. Duties last, because they can be written only once their PWMs are manual again.
 int Rank(const PutBackPlan::Step& step) {
   if (step.reg == "Easy Config"_reg) return 0;
-  return chip::IsOfEasyOption(step.reg) ? 1 : 2;
+  if (chip::IsOfEasyOption(step.reg)) return 1;
+  return IsDuty(step.reg) ? 3 : 2;
 }
 
 /// The register's value, or nothing if the transfer failed.
@@ -45,7 +51,14 @@ std::optional<unsigned> Read(std::uint8_t reg) {
   return watch.Failed() ? std::nullopt : std::optional<unsigned>(static_cast<std::uint8_t>(value));
 }
 
+/// Whether the duty is the chip's own, not a setting.
+bool IsAutomatic(std::uint8_t duty) {
+  const auto config = Read(Byte("PWM1 Config"_reg + unsigned{duty} - "PWM 1 Value"_reg));
+  return config && base::GetField(*config, chip::kBehaviour) != chip::kManualMode;
+}
+
 void Run(const PutBackPlan::Step& step, std::vector<Left>& left) {
+  if (IsDuty(step.reg) && IsAutomatic(step.reg)) return;
   const auto now = Read(step.reg);
   if (!now) {
     left.push_back({step.reg, step.mask, Reason::Failed});

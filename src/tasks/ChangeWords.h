@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "tasks/PutBack.h"
+
+/// Changes of registers in words.
+namespace zth::tasks {
+
+/// "PWM1 Config (21h)"; "(5Fh)" for an address without a name.
+std::string RegisterWords(std::uint8_t reg);
+
+/// "11h -> 71h, Bhvr 0 -> 3"; values that are not known are "?".
+std::string ChangeWords(const Touched& change);
+
+/// "PWM1 Config (21h), Bhvr: something else has changed it since".
+std::string LeftWords(const Left& left);
+
+}  // namespace zth::tasks
