@@ -1,52 +1,42 @@
 #include "chip/RegisterFields.h"
 
 #include <algorithm>
-#include <cctype>
-#include <string_view>
+#include <cstdint>
 
 namespace zth::chip {
 namespace {
 
-bool IsNumber(std::string_view name) {
-  return std::ranges::all_of(name, [](unsigned char c) { return std::isdigit(c) != 0; });
-}
-
-bool IsReserved(std::string_view name) {
-  return name == "Res" || name == "RES";
-}
-
-/// The names from bit 7 down; those that tell nothing are empty.
-std::vector<std::string> TellingNames(std::string_view names) {
-  std::vector<std::string> telling;
-  while (telling.size() < 8) {
-    const std::size_t length = std::min(names.find(':'), names.size());
-    const std::string_view name = names.substr(0, length);
-    telling.emplace_back(IsNumber(name) || IsReserved(name) ? std::string_view() : name);
-    names.remove_prefix(std::min(length + 1, names.size()));
-  }
-  return telling;
+bool TellsNothing(std::string_view name) {
+  return name.empty() || name == "Res" || name == "RES" ||
+         std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 }  // namespace
 
-std::vector<NamedField> FieldsOf(const RegisterEntry& entry) {
+std::vector<NamedField> FieldsOf(std::string_view bitNames) {
   std::vector<NamedField> fields;
-  unsigned bit = 0x80;
-  for (const std::string& name : TellingNames(entry.BitNames)) {
-    auto field = std::ranges::find(fields, name, &NamedField::name);
-    if (field == fields.end()) field = fields.insert(fields.end(), {name, 0});
-    field->mask = static_cast<std::uint8_t>(field->mask | bit);
-    bit >>= 1;
+  std::string_view above;
+  for (int bit = 7; bit >= 0; --bit) {
+    const std::size_t length = std::min(bitNames.find(':'), bitNames.size());
+    const std::string_view name = bitNames.substr(0, length);
+    bitNames.remove_prefix(std::min(length + 1, bitNames.size()));
+    if (!TellsNothing(name)) {
+      const auto width = static_cast<std::uint8_t>(name == above ? fields.back().bits.width + 1 : 1);
+      if (name == above) fields.pop_back();
+      fields.push_back({name, {static_cast<std::uint8_t>(bit), width}});
+    }
+    above = name;
   }
   return fields;
 }
 
-unsigned ValueOf(const NamedField& field, unsigned byte) {
-  unsigned value = 0;
-  for (unsigned bit = 0x80; bit != 0; bit >>= 1) {
-    if ((field.mask & bit) != 0) value = value << 1 | ((byte & bit) != 0 ? 1U : 0U);
+std::string FieldsText(std::string_view bitNames, unsigned value) {
+  std::string text;
+  for (const NamedField& field : FieldsOf(bitNames)) {
+    if (!text.empty()) text += ", ";
+    text.append(field.name).append(" = ").append(std::to_string(base::GetField(value, field.bits)));
   }
-  return value;
+  return text;
 }
 
 }  // namespace zth::chip

@@ -1,24 +1,24 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "chip/RegMapStuff.h"
+#include "base/BitField.h"
 
+/// The fields of a register in words, by the bit names of its row.
 namespace zth::chip {
 
-/// A field of a register: the bits that share a name.
 struct NamedField {
-  std::string name;  ///< empty for the bits of a register that is one number
-  std::uint8_t mask = 0;
+  std::string_view name;
+  base::BitField bits;
 };
 
-/// The fields of a register, from bit 7 down; together they have all eight bits. Bits named by their numbers only are
-/// one field without a name, and so are reserved bits.
-std::vector<NamedField> FieldsOf(const RegisterEntry& entry);
+/// The fields from bit 7 down: neighbouring bits with the same name are one field. Reserved bits, and bits with only a
+/// number as their name, are left out. The names point into `bitNames`.
+std::vector<NamedField> FieldsOf(std::string_view bitNames);
 
-/// The value of a field in a byte, its bits moved together: of a field with bits 7 and 5, 1010'0000 is 3.
-unsigned ValueOf(const NamedField& field, unsigned byte);
+/// "Bhvr = 2, Inv = 1, Slow = 0, Spin = 1"
+std::string FieldsText(std::string_view bitNames, unsigned value);
 
 }  // namespace zth::chip

@@ -23,6 +23,7 @@
 #include "windows/guide/frmGuide.h"
 #include "windows/limits/frmLimits.h"
 #include "windows/regmap/frmRegMap.h"
+#include "windows/tools/frmChanges.h"
 
 namespace zth::shell {
 namespace {
@@ -43,6 +44,7 @@ windows::ChildWindow* Make(const windows::Context& context) {
 constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
     Row{"frmAutoGraph", Make<windows::frmAutoGraph>},
+    Row{"frmChanges", Make<windows::frmChanges>},
     Row{"frmDynamicTmin", Make<windows::frmDynamicTmin>},
     Row{"frmEDO", Make<windows::frmEDO>},
     Row{"frmEasySetup", Make<windows::frmEasySetup>},

@@ -22,6 +22,7 @@
 #include "widgets/Badge.h"
 #include "widgets/Named.h"
 #include "windows/Handlers.h"
+#include "windows/tools/frmChanges.h"
 
 // The main window's menus and tool bar.
 namespace zth::shell {
@@ -39,7 +40,9 @@ void frmMain::BuildMenus() {
     action->setShortcut(QKeySequence(row.shortcut));
     const QString window = row.window;
     if (window.isEmpty()) {
-      connect(action, &QAction::triggered, this, platform::Guarded([this] { mnuExit_Click(); }));
+      connect(action, &QAction::triggered, this, platform::Guarded([this, undoes = QString(row.name) == "mnuUndo"] {
+                undoes ? windows::UndoLastAction({services_, *this}) : mnuExit_Click();
+              }));
     } else {
       action->setEnabled(WindowExists(window));
       connect(action, &QAction::triggered, this, platform::Guarded([this, window] {

@@ -3,8 +3,9 @@
 #include <array>
 #include <optional>
 
-#include "chip/ChipState.h"
+#include "base/BitField.h"
 #include "chip/RegisterFields.h"
+#include "chip/RegisterNames.h"
 
 namespace zth::tasks {
 namespace {
@@ -20,26 +21,22 @@ std::string ByteWords(std::optional<unsigned> byte) {
   return {kDigits[*byte >> 4U & 0xFU], kDigits[*byte & 0xFU], 'h'};
 }
 
-const chip::RegisterEntry* EntryAt(std::uint8_t reg) {
-  const int row = chip::RowOfAddress(reg);
-  return row < 0 ? nullptr : &chip::Model.RegisterTable.at(static_cast<std::size_t>(row));
-}
-
 }  // namespace
 
 std::string RegisterWords(std::uint8_t reg) {
-  const chip::RegisterEntry* entry = EntryAt(reg);
-  return (entry == nullptr ? "" : entry->Name + " ") + "(" + ByteWords(reg) + ")";
+  const chip::RegisterRow* row = chip::RowAt(reg);
+  return (row == nullptr ? "" : std::string(row->name) + " ") + "(" + ByteWords(reg) + ")";
 }
 
 std::string ChangeWords(const Touched& change) {
   std::string words = ByteWords(change.before) + " -> " + ByteWords(change.after);
-  const chip::RegisterEntry* entry = EntryAt(change.reg);
-  if (entry == nullptr || !change.before || !change.after) return words;
-  for (const chip::NamedField& field : chip::FieldsOf(*entry)) {
-    if (field.name.empty() || ((*change.before ^ *change.after) & field.mask) == 0) continue;
-    words += ", " + field.name + " " + std::to_string(chip::ValueOf(field, *change.before)) + " -> " +
-             std::to_string(chip::ValueOf(field, *change.after));
+  const chip::RegisterRow* row = chip::RowAt(change.reg);
+  if (row == nullptr || !change.before || !change.after) return words;
+  for (const chip::NamedField& field : chip::FieldsOf(row->bitNames)) {
+    const unsigned before = base::GetField(*change.before, field.bits);
+    const unsigned after = base::GetField(*change.after, field.bits);
+    if (before == after) continue;
+    words += ", " + std::string(field.name) + " " + std::to_string(before) + " -> " + std::to_string(after);
   }
   return words;
 }

@@ -59,6 +59,8 @@ Action& Journal::ActionOf(const TrafficRecord& record, const std::string& who) {
 
 void Journal::EnterWrite(const TrafficRecord& record, const std::string& who) {
   const Known& known = known_[{record.mode, record.address}];
+  // An Apply writes all its registers, most of them as they are.
+  if (known[record.reg] == record.bytes[0]) return;
   Action& action = ActionOf(record, who);
   action.ended = record.time;
   Add(action.registers, {record.reg, known[record.reg], record.bytes[0]});

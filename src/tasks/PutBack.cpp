@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/BitField.h"
-#include "chip/ChipState.h"
+#include "chip/PwmModes.h"
 #include "chip/RegisterFields.h"
 #include "chip/WriteEffects.h"
 #include "link/Declarations.h"
@@ -14,18 +14,20 @@ namespace zth::tasks {
 namespace {
 
 std::vector<chip::NamedField> FieldsAt(std::uint8_t reg) {
-  const int row = chip::RowOfAddress(reg);
-  if (row < 0) return {{"", 0xFF}};
-  return chip::FieldsOf(chip::Model.RegisterTable.at(static_cast<std::size_t>(row)));
+  const chip::RegisterRow* row = chip::RowAt(reg);
+  return row == nullptr ? std::vector<chip::NamedField>() : chip::FieldsOf(row->bitNames);
 }
 
-/// The fields that contain one of the bits, whole.
+/// The fields that contain one of the bits, whole. Bits without a name are one field.
 std::uint8_t WholeFields(std::uint8_t reg, unsigned bits) {
   unsigned whole = 0;
+  unsigned unnamed = 0xFF;
   for (const chip::NamedField& field : FieldsAt(reg)) {
-    if ((field.mask & bits) != 0) whole |= field.mask;
+    const unsigned mask = base::Mask(field.bits);
+    unnamed &= ~mask;
+    if ((mask & bits) != 0) whole |= mask;
   }
-  return static_cast<std::uint8_t>(whole);
+  return static_cast<std::uint8_t>((unnamed & bits) != 0 ? whole | unnamed : whole);
 }
 
 std::uint8_t Byte(unsigned value) {
@@ -118,8 +120,8 @@ std::string FieldNames(std::uint8_t reg, std::uint8_t mask) {
   if (mask == 0xFF) return {};
   std::string names;
   for (const chip::NamedField& field : FieldsAt(reg)) {
-    if ((field.mask & mask) == 0 || field.name.empty()) continue;
-    names += (names.empty() ? "" : ", ") + field.name;
+    if ((base::Mask(field.bits) & mask) == 0) continue;
+    names += (names.empty() ? "" : ", ") + std::string(field.name);
   }
   return names;
 }

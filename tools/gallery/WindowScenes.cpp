@@ -139,6 +139,10 @@ void TakeWindows(const Camera& camera) {
   bench.Do("frmRegMap", "txtSearch=PWM; cmdReadShown");
   camera.Take(bench.Frame("frmRegMap"), "windows/frmRegMap-all");
 
+  bench.Open("frmChanges");
+  Bench::Settle();
+  TakeWindow(bench, camera, "frmChanges");
+
   bench.Open("frmAutoGraph");
   bench.Main().findChild<QAction*>("mnuGuide")->trigger();
   Bench::Settle();

@@ -117,6 +117,7 @@ frmChanges::frmChanges(const Context& context)
   // A recall writes many registers: show them once, a moment later.
   tmrShow_->setSingleShot(true);
   tmrShow_->setInterval(kShowAfterMs);
+  context.services.clock.Adopt(*tmrShow_);
   connect(tmrShow_, &QTimer::timeout, this, [this] { ShowChanges(); });
   listening_ = tasks::Work.traffic->Listen([this](const tasks::TrafficRecord& record, const std::string&) {
     if (record.form == link::Form::Write && !tmrShow_->isActive()) tmrShow_->start();

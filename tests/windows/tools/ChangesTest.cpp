@@ -1,0 +1,120 @@
+#include <QAction>
+#include <QListWidget>
+#include <QTreeWidget>
+
+#include "tests/support/Steps.h"
+#include "windows/SharedState.h"
+
+namespace zth::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// The program with the window of changes, and EDO Settings to change something with.
+class ChangesTest : public ::testing::Test {
+ protected:
+  ChangesTest() {
+    desk.Start();
+    Put(Chip(), "16=A4 37=00 38=00");
+    edo = &desk.Open("frmEDO");
+    changes = &desk.Open("frmChanges");
+    desk.Advance(2000);
+    desk.board.TakeTraffic();
+  }
+
+  FakeBoard::Registers& Chip() { return desk.board.usbChips[0x58]; }
+
+  void Apply(const QString& steps) {
+    Do(*edo, steps + "; cmdApply");
+    if (edo = desk.Main().FindWindow("frmEDO"); edo == nullptr) edo = &desk.Open("frmEDO");
+    desk.Advance(2000);
+    desk.board.TakeTraffic();
+  }
+
+  /// The lines of the actions; those below an action are indented.
+  std::vector<std::string> Actions() const {
+    std::vector<std::string> lines;
+    const auto& tree = Desk::Get<QTreeWidget>(*changes, "trvActions");
+    for (int i = 0; i < tree.topLevelItemCount(); ++i) {
+      const QTreeWidgetItem& action = *tree.topLevelItem(i);
+      lines.push_back((action.text(0) + ": " + action.text(1)).toStdString());
+      for (int j = 0; j < action.childCount(); ++j) {
+        lines.push_back(("  " + action.child(j)->text(0) + ": " + action.child(j)->text(1)).toStdString());
+      }
+    }
+    return lines;
+  }
+  std::vector<std::string> Left() const {
+    std::vector<std::string> lines;
+    const auto& list = Desk::Get<QListWidget>(*changes, "lstLeft");
+    for (int i = 0; i < list.count(); ++i) lines.push_back(list.item(i)->text().toStdString());
+    return lines;
+  }
+
+  Desk desk;
+  windows::ChildWindow* edo = nullptr;
+  windows::ChildWindow* changes = nullptr;
+};
+
+TEST_F(ChangesTest, ShowsEachActionWithWhatItHasChangedAndSendsNothing) {
+  EXPECT_THAT(Actions(), IsEmpty());
+  EXPECT_FALSE(Desk::Get<QWidget>(*changes, "cmdUndo").isEnabled());
+  Apply("chkEDOEnable(0)=1; chkEDO2Mask(7)=1");
+  EXPECT_THAT(Actions(), ElementsAre("frmEDO cmdApply: 2 registers", "  EDO Enable (16h): A4h -> A5h, EDO1 0 -> 1",
+                                     "  EDO Mask 2 (38h): 00h -> 80h, Volt 0 -> 1"));
+  Apply("chkEDOEnable(0)=0");
+  EXPECT_THAT(Actions().front(), "frmEDO cmdApply: 1 register") << "the last on top";
+  desk.board.TakeTraffic();
+  changes->Unload();
+  changes = &desk.Open("frmChanges");
+  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
+  EXPECT_EQ(Actions().size(), 5U);
+  Desk::Pick(desk.Main(), "cmbDevices", 1);
+  EXPECT_THAT(Actions(), IsEmpty()) << "another chip";
+}
+
+TEST_F(ChangesTest, UndoTakesTheLastActionBackAndLeavesWhatSomethingElseHasChanged) {
+  Apply("chkEDOEnable(0)=1");
+  Apply("chkEDO1Mask(7)=1; chkEDO2Mask(7)=1");
+  Chip()[0x38] = 0x81;
+  Desk::Press(*changes, "cmdUndo");
+  EXPECT_EQ(Writes(desk.board.TakeTraffic()), T("W38=01 W37=00"));
+  EXPECT_THAT(Left(), IsEmpty());
+  EXPECT_EQ(Desk::Text(*changes, "lblState"), "Undone: frmEDO cmdApply. 2 registers as before.");
+  EXPECT_EQ(Actions().size(), 2U);
+  Chip()[0x16] = 0xA4;  // somebody has been faster
+  desk.Main().findChild<QAction*>("mnuUndo")->trigger();
+  EXPECT_THAT(Writes(desk.board.TakeTraffic()), IsEmpty());
+  desk.Main().findChild<QAction*>("mnuUndo")->trigger();
+  EXPECT_EQ(Desk::Text(desk.Main(), "sbStatusBar(1)"), "Status");
+  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty()) << "nothing is left to undo";
+}
+
+TEST_F(ChangesTest, PutBackNamesWhatItLeavesBeforehandAndAfterwards) {
+  auto& map = desk.Open("frmRegMap");
+  Do(map, "txtReadAddr=4B; txtHex=07; cmdWrite");
+  desk.Advance(1000);
+  const std::string unread = "Remote 3 High Limit (4Bh): its value before was never read";
+  EXPECT_THAT(Left(), ElementsAre(unread));
+  Apply("chkEDOEnable(0)=1; chkEDO1Mask(7)=1");
+  desk.board.onTransfer = [this] { Chip()[0x37] = 0x80; };
+  Desk::Press(*changes, "cmdPutBack");
+  EXPECT_EQ(Chip()[0x16], 0xA4);
+  EXPECT_THAT(Left(), ElementsAre("EDO Mask 1 (37h), Volt: the chip did not take the value", unread));
+  EXPECT_THAT(Actions(), IsEmpty());
+  EXPECT_FALSE(Desk::Get<QWidget>(*changes, "cmdPutBack").isEnabled());
+}
+
+TEST_F(ChangesTest, NothingIsPutBackWhileARecallRuns) {
+  Apply("chkEDOEnable(0)=1");
+  windows::Shared.RecallRunning = true;
+  Desk::Press(*changes, "cmdUndo");
+  Desk::Press(*changes, "cmdPutBack");
+  desk.Main().findChild<QAction*>("mnuUndo")->trigger();
+  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
+  windows::Shared.RecallRunning = false;
+}
+
+}  // namespace
+}  // namespace zth::testing
