@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QSaveFile>
 #include <QStorageInfo>
 
@@ -109,6 +110,16 @@ std::optional<QByteArray> DesktopFiles::ReadAt(const QString& path, std::int64_t
   QFile file(path);
   if (IsSomethingElse(path) || !file.open(QIODevice::ReadOnly) || !file.seek(from)) return std::nullopt;
   return file.read(count);
+}
+
+void DesktopFiles::Remove(const QString& path) {
+  if (!IsSomethingElse(path)) QFile::remove(path);
+}
+
+std::shared_ptr<void> DesktopFiles::Claim(const QString& path) {
+  auto lock = std::make_shared<QLockFile>(path + ".lock");
+  lock->setStaleLockTime(0);  // a session may last for weeks
+  return lock->tryLock() ? lock : nullptr;
 }
 
 }  // namespace zth::platform

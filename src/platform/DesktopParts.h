@@ -98,6 +98,8 @@ class DesktopFiles final : public Files {
   bool Replace(const QString& path, const QByteArray& bytes) override;
   std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
   std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) override;
+  void Remove(const QString& path) override;
+  std::shared_ptr<void> Claim(const QString& path) override;
 };
 
 /// While it exists, handles requests from outside to end the program.
@@ -110,6 +112,7 @@ class DesktopProcess final : public Process {
   void OnEndOrders(EndOrders orders) override;
   [[noreturn]] void End(int status) override;
   QString Folder() const override;
+  QString StateFolder() const override;
 
  private:
   std::unique_ptr<EndWatch> watch_;

@@ -5,8 +5,11 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDir>
+#include <QStandardPaths>
 #include <QUrl>
 
+#include "base/Product.h"
 #include "platform/DesktopParts.h"
 #include "platform/EndWatch.h"
 
@@ -44,6 +47,11 @@ void DesktopProcess::End(int status) {
 
 QString DesktopProcess::Folder() const {
   return QCoreApplication::applicationDirPath();
+}
+
+QString DesktopProcess::StateFolder() const {
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + '/' + base::kTitle;
+  return QDir().mkpath(folder) ? folder : QString();
 }
 
 struct DesktopServices::Parts {

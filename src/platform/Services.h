@@ -133,6 +133,10 @@ class Files {
   virtual std::optional<QByteArray> Read(const QString& path, std::int64_t limit) = 0;
   /// Bytes of the file from an offset on, fewer at its end; nothing if it cannot be opened.
   virtual std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) = 0;
+  virtual void Remove(const QString& path) = 0;
+  /// Claims a file name for this process, for as long as the result lives; null if another process has it. The claim of
+  /// a process that was killed does not count.
+  virtual std::shared_ptr<void> Claim(const QString& path) = 0;
 };
 
 /// What the program does when it is asked from outside to end. Both run on the user-interface thread, in the next turn
@@ -151,6 +155,9 @@ class Process {
   [[noreturn]] virtual void End(int status) = 0;
   /// The folder of the executable, without a trailing separator.
   virtual QString Folder() const = 0;
+  /// The user's folder for what the program itself keeps from one start to the next, without a trailing separator; made
+  /// if necessary. Empty if it cannot be made.
+  virtual QString StateFolder() const = 0;
 };
 
 /// Thrown by a Process that cannot really end. Guarded() in Guard.h catches it before it reaches the event loop.

@@ -145,6 +145,7 @@ void Main(platform::Services& services) {
   }
   if (windows::OpensEasySetup(services.settings)) MainForm->OpenWindow("frmEasySetup");
   MainForm->RestoreWindows();
+  MainForm->KeepChanges();
 }
 
 }  // namespace zth::shell

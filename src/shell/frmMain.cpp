@@ -123,6 +123,11 @@ void frmMain::SaveForEnd() {
   if (isVisible() && !isMinimized()) StorePlacement(*this, services_.settings);
 }
 
+void frmMain::KeepChanges() {
+  changes_ = std::make_unique<ChangesFile>(windows::Context{services_, *this});
+  changes_->Offer();
+}
+
 void frmMain::KeepLayout() {
   // If a failed link ends the program during the restore, the windows that are not back yet must not be lost.
   if (!unloaded_ && !restoring_ && RestoresWindows(services_.settings)) StoreLayout(*area_, services_.settings);
@@ -281,6 +286,7 @@ bool frmMain::UserLeaves() {
   bool leaves = false;
   FinishWork();  // the file may be writable by now
   platform::Guarded([&] { leaves = MayLeave(services_); })();
+  if (leaves && changes_ != nullptr) changes_->End();
   return leaves;
 }
 

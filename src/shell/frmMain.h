@@ -7,6 +7,7 @@
 #include <QPointer>
 
 #include "chip/ChipModel.h"
+#include "shell/ChangesFile.h"
 #include "shell/Jobs.h"
 #include "windows/Desktop.h"
 
@@ -48,6 +49,8 @@ class frmMain final : public QMainWindow, public windows::Desktop {
   void RestoreWindows();
 
   /// True once the window has run its closing step.
+  /// From now on keeps what the session changes on disk, and offers to put back what an earlier one has left.
+  void KeepChanges();
   bool Unloaded() const { return unloaded_; }
 
   /// Closes every child window and then this one, each through its normal closing step.
@@ -96,6 +99,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
 
   platform::Services& services_;
   windows::Context context_;
+  std::unique_ptr<ChangesFile> changes_;  ///< null before KeepChanges
   JobList jobs_;
   chip::ModelOrigin modelFrom_;  ///< as last reported to the windows
   MdiDesk* area_;

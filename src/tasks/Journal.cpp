@@ -1,6 +1,7 @@
 #include "tasks/Journal.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "chip/WriteEffects.h"
@@ -53,7 +54,7 @@ Action& Journal::ActionOf(const TrafficRecord& record, const std::string& who) {
     if (record.action != 0 && last.serial == record.action) return true;
     return last.who == who && record.time - last.ended < kOneAction;
   };
-  if (actions_.empty() || !isSame(actions_.back())) actions_.push_back({chip, who, 0, record.action, {}});
+  if (actions_.empty() || !isSame(actions_.back())) actions_.push_back({chip, who, 0, record.action, false, {}});
   return actions_.back();
 }
 
@@ -61,6 +62,7 @@ void Journal::EnterWrite(const TrafficRecord& record, const std::string& who) {
   const Known& known = known_[{record.mode, record.address}];
   // An Apply writes all its registers, most of them as they are.
   if (known[record.reg] == record.bytes[0]) return;
+  ++revision_;
   Action& action = ActionOf(record, who);
   action.ended = record.time;
   Add(action.registers, {record.reg, known[record.reg], record.bytes[0]});
@@ -85,13 +87,21 @@ std::vector<Touched> Journal::ChangesOf(const ChipKey& chip) const {
   return sum;
 }
 
+void Journal::Adopt(std::vector<Action> earlier) {
+  ++revision_;
+  for (Action& action : earlier) action.isEarlier = true;
+  actions_.insert(actions_.begin(), std::make_move_iterator(earlier.begin()), std::make_move_iterator(earlier.end()));
+}
+
 void Journal::Forget(const Action& action) {
+  ++revision_;
   std::erase_if(actions_, [serial = action.serial, ended = action.ended](const Action& other) {
     return other.serial == serial && other.ended == ended;
   });
 }
 
 void Journal::ForgetAll(const ChipKey& chip) {
+  ++revision_;
   std::erase_if(actions_, [&](const Action& action) { return action.chip == chip; });
 }
 

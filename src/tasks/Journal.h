@@ -35,6 +35,7 @@ struct Action {
   std::string who;
   double ended = 0;  ///< monotonic clock, seconds
   std::uint64_t serial = 0;
+  bool isEarlier = false;          ///< of an earlier session: `ended` says nothing
   std::vector<Touched> registers;  ///< each once, in the order of their first writes
 };
 
@@ -49,6 +50,12 @@ class Journal {
   /// The sum of a chip's actions, in the order in which the registers were last written. A register that has its old
   /// value again is left out.
   std::vector<Touched> ChangesOf(const ChipKey& chip) const;
+
+  /// Puts the actions of an earlier session, which did not end in order, before those of this one.
+  void Adopt(std::vector<Action> earlier);
+
+  /// Counts every change of the actions.
+  std::uint64_t Revision() const { return revision_; }
 
   /// Takes the last action out of the list: its values have been put back.
   void Forget(const Action& action);
@@ -77,6 +84,7 @@ class Journal {
   std::vector<Action> actions_;
   std::map<ChipKey, Known> known_;
   int paused_ = 0;
+  std::uint64_t revision_ = 0;
   std::shared_ptr<void> listening_;
 };
 

@@ -129,6 +129,9 @@ class FailingFiles final : public platform::Files {
     return real_.ReadAt(path, from, count);
   }
 
+  void Remove(const QString& path) override { real_.Remove(path); }
+  std::shared_ptr<void> Claim(const QString& path) override { return real_.Claim(path); }
+
   bool locked = false;                ///< no file opens for writing
   std::optional<std::int64_t> space;  ///< free bytes on the disk
   bool cutFails = false;
@@ -152,11 +155,13 @@ class RecordedProcess final : public platform::Process {
   }
   void OnEndOrders(platform::EndOrders given) override { orders = std::move(given); }
   QString Folder() const override { return folder; }
+  QString StateFolder() const override { return stateFolder; }
 
   platform::EndOrders orders;  ///< what the program does when told to end
   std::vector<int> ends;
   std::function<void()> onEnd;  ///< called at that moment, after which a real process does nothing more
   QString folder = "/opt/zth";
+  QString stateFolder;  ///< by default there is none
 };
 
 }  // namespace zth::testing

@@ -113,7 +113,7 @@ frmChanges::frmChanges(const Context& context)
   column->addWidget(lblState_);
 
   OnClick(*cmdUndo_, [this] { cmdUndo_Click(); });
-  OnClick(*cmdPutBack_, [this] { cmdPutBack_Click(); });
+  OnClick(*cmdPutBack_, [this] { PutBackAsFound(); });
   // A recall writes many registers: show them once, a moment later.
   tmrShow_->setSingleShot(true);
   tmrShow_->setInterval(kShowAfterMs);
@@ -140,6 +140,7 @@ void frmChanges::Form_Load() {
 }
 
 QString frmChanges::WhenOf(const tasks::Action& action) const {
+  if (action.isEarlier) return "in an earlier session";
   const double ago = Services().clock.Now() - action.ended;
   return Services().clock.WallTime().addMSecs(static_cast<qint64>(-ago * 1000)).toString("HH:mm:ss");
 }
@@ -182,7 +183,7 @@ void frmChanges::cmdUndo_Click() {
   ShowChanges();
 }
 
-void frmChanges::cmdPutBack_Click() {
+void frmChanges::PutBackAsFound() {
   if (Shared.RecallRunning) return;
   const tasks::PutBackPlan plan = tasks::PlanPutBack(tasks::Work.journal->ChangesOf(InUse()));
   left_ = PutBack(plan);

@@ -24,6 +24,9 @@ class frmChanges final : public ChildWindow {
 
   void Form_Load() override;
 
+  /// Puts back everything that has been changed in the chip in use.
+  void PutBackAsFound();
+
  protected:
   void OriginChanged() override { ShowChanges(); }
 
@@ -34,7 +37,6 @@ class frmChanges final : public ChildWindow {
   void ShowLeft();
   QString WhenOf(const tasks::Action& action) const;
   void cmdUndo_Click();
-  void cmdPutBack_Click();
 
   QTreeWidget* trvActions_;
   QListWidget* lstLeft_;
