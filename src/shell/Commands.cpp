@@ -2,17 +2,18 @@
 
 namespace zth::shell {
 
-const std::array<Menu, 6> kMenus{{
+const std::array<Menu, 7> kMenus{{
     {"mnuFile", "&File"},
     {"mnuView", "&View"},
     {"mnuConfig", "&Configuration"},
     {"mnuFanControl", "Fan C&ontrol"},
     {"mnuBoard", "&Hardware"},
+    {"mnuTools", "&Tools"},
     {"mnuWindow", "&Window"},
 }};
 
 // clang-format off
-const std::array<MenuEntry, 21> kMenuEntries{{
+const std::array<MenuEntry, 22> kMenuEntries{{
     {"mnuFile", "mnuSave", "&Save/Recall Configuration", "Ctrl+S", "frmSave"},
     {"mnuFile", "mnuLog", "&Log Data to File", "Ctrl+L", "frmLogging"},
     {"mnuFile", "mnuExit", "E&xit", "Ctrl+Q", ""},
@@ -32,6 +33,7 @@ const std::array<MenuEntry, 21> kMenuEntries{{
     {"mnuFanControl", "mnuManualControl", "&Manual Control", "Ctrl+Shift+M", "frmManualControl"},
     {"mnuBoard", "mnuHeaters", "&Heaters", "Ctrl+Shift+H", "frmHeaters"},
     {"mnuBoard", "mnuSwitches", "&Switches", "Ctrl+Shift+S", "frmSwitches"},
+    {"mnuTools", "mnuTraffic", "&Bus Traffic", "Ctrl+T", "frmTraffic"},
     {"mnuWindow", "mnuGuide", "&User's Guide", "F1", "frmGuide"},
     {"", "mnuAbout", "&About...", "", "frmAbout"},
 }};

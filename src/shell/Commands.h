@@ -28,8 +28,8 @@ struct ToolButton {
   const char* window;
 };
 
-extern const std::array<Menu, 6> kMenus;
-extern const std::array<MenuEntry, 21> kMenuEntries;
+extern const std::array<Menu, 7> kMenus;
+extern const std::array<MenuEntry, 22> kMenuEntries;
 extern const std::array<ToolButton, 10> kToolButtons;
 
 }  // namespace zth::shell
