@@ -29,6 +29,7 @@ void Traffic::Saw(const link::Call& call) {
   record.address = call.address;
   record.reg = call.reg;
   record.succeeded = call.succeeded;
+  record.result = call.result;
   record.count = static_cast<std::uint8_t>(std::min(call.bytes.size(), kMostBytes));
   std::copy_n(call.bytes.begin(), record.count, record.bytes.begin());
   const std::uint64_t asker = call.asker == nullptr ? 0 : call.asker->Serial();

@@ -24,6 +24,7 @@ struct TrafficRecord {
   std::uint8_t address = 0;
   std::uint8_t reg = 0;
   bool succeeded = true;
+  std::int16_t result = 0;             ///< what the USB library's entry returned; 0 on SMBus
   std::optional<std::uint8_t> before;  ///< of a write: the value before it, if the traffic has shown one
   std::uint8_t count = 0;              ///< of the bytes
   std::array<std::uint8_t, kMostBytes> bytes{};
