@@ -24,6 +24,7 @@
 #include "windows/limits/frmLimits.h"
 #include "windows/regmap/frmRegMap.h"
 #include "windows/tools/frmChanges.h"
+#include "windows/tools/frmTraffic.h"
 
 namespace zth::shell {
 namespace {
@@ -62,6 +63,7 @@ constexpr std::array kWindows{
     Row{"frmSave", Make<windows::frmSave>},
     Row{"frmSwitches", Make<windows::frmSwitches>},
     Row{"frmTherm", Make<windows::frmTherm>},
+    Row{"frmTraffic", Make<windows::frmTraffic>},
     Row{"frmVoltConfig", Make<windows::frmVoltConfig>},
 };
 

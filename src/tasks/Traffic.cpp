@@ -62,6 +62,7 @@ std::shared_ptr<void> Traffic::Listen(Listener listener) {
 
 void Traffic::Enter(TrafficRecord& record) {
   if (!record.isNote) Learn(record);
+  if (!hasBegun_) CountFrom(record.time);
   if (records_.size() == most_) {
     records_.pop_front();
     ++first_;

@@ -36,6 +36,13 @@ class Traffic final : public link::Observer {
 
   std::uint64_t First() const { return first_; }
   std::uint64_t End() const { return first_ + records_.size(); }
+  /// From when times count: the time of the first of all records, whether or not it is still held; 0 before any.
+  double Began() const { return began_; }
+  /// Lets times count from there, whatever the first record.
+  void CountFrom(double time) {
+    began_ = time;
+    hasBegun_ = true;
+  }
   const TrafficRecord& At(std::uint64_t number) const { return records_[static_cast<std::size_t>(number - first_)]; }
 
   /// Who asked, or the note. Empty if nobody has said who asks.
@@ -62,6 +69,8 @@ class Traffic final : public link::Observer {
   std::size_t most_;
   std::deque<TrafficRecord> records_;
   std::uint64_t first_ = 0;
+  double began_ = 0;
+  bool hasBegun_ = false;
   std::vector<std::string> texts_{""};
   std::unordered_map<std::string, std::uint32_t> numbers_{{"", 0}};
   std::uint64_t lastAsker_ = 0;  ///< serial; 0 is no asker's

@@ -64,6 +64,12 @@ class ChildWindow : public QWidget {
   /// The button that Escape presses. Without one, Escape closes the window.
   void SetCancelButton(QPushButton& button);
 
+  /// Changes the title, for example when another file is shown.
+  void SetCaption(const QString& caption) {
+    caption_ = caption;
+    ShowOrigin();
+  }
+
   /// True if changes wait for Apply.
   virtual bool HoldsChanges() const { return false; }
   /// Load, but keeps the user's choice of what to view, and controls that change write nothing.

@@ -4,9 +4,9 @@
 
 #include <QStringList>
 
-#include "base/BitField.h"
 #include "base/NumberText.h"
 #include "chip/ChipState.h"
+#include "chip/RegisterFields.h"
 
 namespace zth::windows {
 namespace {
@@ -50,22 +50,7 @@ int AddressOf(QString text) {
 }
 
 QString FieldsText(const chip::RegisterEntry& entry, int value) {
-  const QStringList names = QString::fromStdString(entry.BitNames).split(':');
-  QStringList fields;
-  QStringList told;
-  for (const QString& name : names) {
-    bool number = false;
-    name.toInt(&number);
-    if (number || name.compare("Res", Qt::CaseInsensitive) == 0 || told.contains(name)) continue;
-    told << name;
-    unsigned field = 0;
-    for (int place = 0; place < names.size(); ++place) {
-      if (names[place] != name) continue;
-      field = field << 1U | (base::GetBit(static_cast<unsigned>(value), 7 - place) ? 1U : 0U);
-    }
-    fields << QString("%1 = %2").arg(name).arg(field);
-  }
-  return fields.join(", ");
+  return QString::fromStdString(chip::FieldsText(entry.BitNames, static_cast<unsigned>(value)));
 }
 
 QString RowText(const chip::RegisterEntry& entry, int value) {
