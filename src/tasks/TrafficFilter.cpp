@@ -77,18 +77,38 @@ bool TrafficMatcher::HasText(const TrafficRecord& record) {
   }
   std::ranges::transform(words_, words_.begin(), Lower);
   if (Contains(words_)) return true;
-  const bool isPlain = record.form == link::Form::Read || record.form == link::Form::Write;
-  if (record.isNote || !isPlain || record.count != 1 || !record.succeeded) {
-    if (record.form == link::Form::ReadBlock && number_ >= record.reg && number_ < record.reg + record.count)
-      return true;
+  if (record.isNote) return false;
+  const bool isBlock = record.form == link::Form::ReadBlock;
+  if (!isBlock && record.form != link::Form::Read && record.form != link::Form::Write) {
     return Contains(Lowered(NameText(record))) || Contains(Lowered(FieldsText(record)));
   }
-  Known& name = names_[record.reg];
-  if (name == Known::Unknown) name = Contains(Lowered(NameText(record))) ? Known::Yes : Known::No;
-  if (name == Known::Yes) return true;
-  Known& fields = fields_[record.reg * 256U + record.bytes[0]];
-  if (fields == Known::Unknown) fields = Contains(Lowered(FieldsText(record))) ? Known::Yes : Known::No;
-  return fields == Known::Yes;
+  if (isBlock && number_ >= record.reg && number_ < record.reg + record.count) return true;
+  for (unsigned i = 0; i < record.count; ++i) {
+    const unsigned reg = (record.reg + i) % 256;
+    if (HasName(reg)) return true;
+    if (record.succeeded && HasField(reg, record.bytes.at(i))) return true;
+  }
+  return record.count == 0 && HasName(record.reg);
+}
+
+bool TrafficMatcher::HasName(unsigned reg) {
+  Known& known = names_.at(reg);
+  if (known == Known::Unknown) {
+    known = Contains(Lowered(NameOfRegister(static_cast<std::uint8_t>(reg)))) ? Known::Yes : Known::No;
+  }
+  return known == Known::Yes;
+}
+
+bool TrafficMatcher::HasField(unsigned reg, std::uint8_t value) {
+  Known& known = fields_[reg * 256U + value];
+  if (known == Known::Unknown) {
+    TrafficRecord record;
+    record.reg = static_cast<std::uint8_t>(reg);
+    record.count = 1;
+    record.bytes[0] = value;
+    known = Contains(Lowered(FieldsText(record))) ? Known::Yes : Known::No;
+  }
+  return known == Known::Yes;
 }
 
 bool TrafficMatcher::Contains(std::string_view words) const {

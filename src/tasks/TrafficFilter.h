@@ -13,11 +13,11 @@ namespace zth::tasks {
 struct TrafficFilter {
   /// Found anywhere in the record's words but its time, whatever the case; "0x21" means 21h. Of a block, an address
   /// also finds the registers between. Empty: any.
-  std::string text;
+  std::string text = {};
   bool writesOnly = false;
   bool withoutMonitor = false;  ///< leaves out what the program reads by itself
   bool failuresOnly = false;
-  std::string source;  ///< as SourceOf gives it; empty: any
+  std::string source = {};  ///< as SourceOf gives it; empty: any
 
   bool operator==(const TrafficFilter&) const = default;
   bool ShowsAll() const { return *this == TrafficFilter{}; }
@@ -41,6 +41,8 @@ class TrafficMatcher {
 
   const Asker& AskerOf(const TrafficRecord& record);
   bool HasText(const TrafficRecord& record);
+  bool HasName(unsigned reg);
+  bool HasField(unsigned reg, std::uint8_t value);
   bool Contains(std::string_view words) const;
 
   const Traffic* traffic_;

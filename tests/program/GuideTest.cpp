@@ -45,11 +45,11 @@ TEST(Guide, FirstTenMinutesByKeyboardGiveItsFigures) {
   press("Ctrl+Shift+A");
   for (int i = 0; i < 3; ++i) press("Tab");
   press("Right");
-  press("Alt+T");
+  press("Alt+M");
   type("30");
   press("Alt+D");
   type("30");
-  press("Alt+R");
+  press("Alt+G");
   type("20");
   desk.Advance(30000);
   expect(31, 34, 1340);

@@ -139,6 +139,13 @@ void TakeWindows(const Camera& camera) {
   bench.Do("frmRegMap", "txtSearch=PWM; cmdReadShown");
   camera.Take(bench.Frame("frmRegMap"), "windows/frmRegMap-all");
 
+  bench.Open("frmTraffic");
+  bench.Do("frmTraffic", "cmdClear; chkNoMonitor=1; chkWrites=1; txtMark=Fan 2 gets its curve; cmdMark");
+  LetFan2FollowRemote1(bench);
+  bench.Pick("frmAutoGraph", "cmbControl(0)", "Manual Mode");
+  bench.Run(1);
+  TakeWindow(bench, camera, "frmTraffic");
+
   bench.Open("frmChanges");
   Bench::Settle();
   TakeWindow(bench, camera, "frmChanges");

@@ -44,7 +44,7 @@ struct SetupOption {
 constexpr std::array<SetupOption, 7> kSetupOptions{{
     {Check({"chkOption", 0}, "Set &Easy Configuration Option", {"Easy Config"_reg, Bits(4, 0)}),
      true, Action::EasyOption},
-    {Check({"chkOption", 1}, "Enable &Tachs 1-4 ", chip::kTachs1To4), true, Action::SetBits},
+    {Check({"chkOption", 1}, "Ena&ble Tachs 1-4 ", chip::kTachs1To4), true, Action::SetBits},
     {Check({"chkOption", 2}, "Enable '&Setup Complete' configuration bit", chip::kSetupComplete),
      true, Action::SetBits},
     {Check({"chkOption", 3}, "Load &Graphing Window", {}), true, Action::OpenGraphs},

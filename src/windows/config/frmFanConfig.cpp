@@ -24,7 +24,7 @@ constexpr std::array kRampRates{"35 sec", "17.6  sec", "11.8  sec", "7 sec", "4.
 constexpr std::array kFrequencies{"11Hz", "14.7Hz", "22.1Hz", "29.4Hz", "35.3Hz", "44.1Hz", "58.8Hz", "88.2Hz"};
 
 constexpr std::array kFullSpeed{
-    Check("chkThermFS1", "Fans go to Full &Speed on THERM1 Assertion", At("THERM Configuration", "B1"),
+    Check("chkThermFS1", "Fans &go to Full Speed on THERM1 Assertion", At("THERM Configuration", "B1"),
           Sense::Inverted),
     Check("chkThermFS2", "Fans go to F&ull Speed on THERM2 Assertion", At("THERM Configuration", "B2"),
           Sense::Inverted),
@@ -70,7 +70,7 @@ constexpr std::array<Pwm, 4> kPwms{{
 constexpr auto OutputRows(int i) {
   const Pwm& pwm = kPwms[static_cast<std::size_t>(i)];
   return std::array{
-      List({"cmbControl", i}, "Control &Source", {pwm.config, chip::kBehaviour}, chip::kBehaviourNames),
+      List({"cmbControl", i}, "Co&ntrol Source", {pwm.config, chip::kBehaviour}, chip::kBehaviourNames),
       Check({"chkEnActiveLow", i}, "PWM%1 &is Active Low", {pwm.config, Field("PWM1 Config", "Inv")}, Sense::Inverted),
   };
 }
@@ -171,7 +171,7 @@ frmFanConfig::frmFanConfig(const Context& context)
 }
 
 void frmFanConfig::BuildTachPage(QTabWidget& tabs) {
-  QGridLayout& grid = AddFramedPage(tabs, "&Tachs", "Frame3", "Enable Tachs");
+  QGridLayout& grid = AddFramedPage(tabs, "Tach&s", "Frame3", "Enable Tachs");
   BuildRows(grid, kTachs);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(fontMetrics().averageCharWidth());

@@ -12,7 +12,7 @@ namespace {
 constexpr std::array kMonitoring{
     Check("chkEnableMonitoring", "Enable Temp/Voltage &Monitoring", At("Configuration 1", "MON")),
     Check("chkEnVoltAve", "Enable Voltage Avera&ging", At("Configuration 1", "AVGV")),
-    Check("chkEnTempAve", "Enable &Temperature Averaging", At("Configuration 1", "AVGT")),
+    Check("chkEnTempAve", "Enable Temperat&ure Averaging", At("Configuration 1", "AVGT")),
 };
 constexpr std::array kChip{
     Check("chkAlertMode", "A&LERT mode = SMBus ", At("Configuration 1", "ALT"), Sense::Inverted),

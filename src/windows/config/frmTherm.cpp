@@ -59,7 +59,7 @@ frmTherm::frmTherm(const Context& context)
   auto* tabs = widgets::Named<QTabWidget>("SSTab1", this);
   OnTab(*tabs);
 
-  QGridLayout& timer = AddPage(*tabs, "THERM &Timer");
+  QGridLayout& timer = AddPage(*tabs, "THERM Ti&mer");
   BuildRows(timer, kTimer);
   QGridLayout& interrupt = AddPage(*tabs, "THERM &Interrupt");
   BuildGroup(interrupt, "THERM1", kTherm1);

@@ -75,8 +75,8 @@ constexpr std::array<const char*, chip::kLogChannels> kCaptions{"Local Temp",
                                                                 "Remote1 Op-Point",
                                                                 "Remote2 Op-Point"};
 
-constexpr char kStart[] = "S&tart Logging";
-constexpr char kStop[] = "S&top logging...";
+constexpr char kStart[] = "&Start Logging";
+constexpr char kStop[] = "&Stop logging...";
 
 /// A pace within this tolerance counts as kept.
 constexpr double kPaceTolerance = 0.03;

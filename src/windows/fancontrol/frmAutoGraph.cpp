@@ -55,11 +55,11 @@ constexpr auto TemperatureRows(int i) {
   const Channel& channel = kChannelParts[static_cast<std::size_t>(i)];
   const auto ramp = static_cast<std::uint8_t>("Local Trange/Hys"_reg + i);
   return std::array{
-      Text({"txtTmin", i}, "&Tmin", Byte("Local Tmin"_reg + i), kDegrees, channel.tmin),
-      List({"cmbTrange", i}, "T&range", {ramp, chip::kTrange}, kTrangeItems),
+      Text({"txtTmin", i}, "T&min", Byte("Local Tmin"_reg + i), kDegrees, channel.tmin),
+      List({"cmbTrange", i}, "Tran&ge", {ramp, chip::kTrange}, kTrangeItems),
       Text({"txtTminHyst", i}, "Tm&in Hyst", {ramp, chip::kTminHyst}, kCutNibble, channel.tminHyst),
       Text({"txtTH1", i}, "TH&ERM1 Limit", Byte("Local THERM1 Limit"_reg + i), kDegrees, channel.therm1),
-      Text({"txtTH2", i}, "THERM2 Li&mit", Byte("Local THERM2 Limit"_reg + i), kDegrees, channel.therm2),
+      Text({"txtTH2", i}, "THE&RM2 Limit", Byte("Local THERM2 Limit"_reg + i), kDegrees, channel.therm2),
       // Not limited to four bits: a number too large for them spills into the neighbour's.
       Text({"txtHyst", i}, "THERM H&yst", channel.hystBits, kNibble, channel.hyst),
   };

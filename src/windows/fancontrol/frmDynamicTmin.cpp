@@ -27,7 +27,7 @@ namespace zth::windows {
 void frmDynamicTmin::Form_Load() {
   LoadControls();
   ShowRemote1Available(chip::Model.PinFunctions.D1);
-  if (Shared.DemoRunning) cmdDemo_->setText("S&top...");
+  if (Shared.DemoRunning) cmdDemo_->setText("&Stop...");
   SetReady(true);
   Shared.DynTminOpen = true;
 }
@@ -145,7 +145,7 @@ void frmDynamicTmin::cmdDemo_Click() {
     return;
   }
   SetUpDemo();
-  cmdDemo_->setText("S&top...");
+  cmdDemo_->setText("&Stop...");
   Load();
   SSTab1_->setCurrentIndex(1);
   Strip2_[1]->ClearData();

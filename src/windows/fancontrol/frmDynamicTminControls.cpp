@@ -135,7 +135,7 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
   cmdDemo_ = widgets::Named<QPushButton>("cmdDemo", "&Run Demo", area);
   cmdDemo_->setToolTip("Sets the board up for a show of dynamic Tmin on Remote2");
   OnClick(*cmdDemo_, [this] { cmdDemo_Click(); });
-  auto* cmdCancel = widgets::Named<QPushButton>("cmdCancel", "Clo&se", area);
+  auto* cmdCancel = widgets::Named<QPushButton>("cmdCancel", "Clos&e", area);
   OnClick(*cmdCancel, [this] { cmdCancel_Click(); });
   SetCancelButton(*cmdCancel);
 

@@ -39,6 +39,7 @@ constexpr std::array kPlaces{
     Row{"frmPinConfig", "guide.md#pins"},
     Row{"frmSave", "guide.md#saving-and-recalling-a-configuration"},
     Row{"frmSwitches", "guide.md#manual-control-heaters-switches"},
+    Row{"frmTraffic", "guide.md#what-did-the-program-just-send"},
 };
 
 QByteArray BytesOf(const QString& path) {

@@ -31,7 +31,7 @@ LimitBoxes::LimitBoxes(const GaugeTab& tab, widgets::LGauge& gauge, QWidget* par
   row->setContentsMargins(0, 0, 0, 0);
   boxes_[0] = AddBox(tab, "Low", "Low li&mit", *row);
   row->addStretch();
-  boxes_[1] = AddBox(tab, "High", tab.lowAndHigh ? "Hi&gh limit" : "Limi&t", *row);
+  boxes_[1] = AddBox(tab, "High", tab.lowAndHigh ? "Hi&gh limit" : "L&imit", *row);
   for (std::size_t box = 0; box < boxes_.size(); ++box) {
     const int position = static_cast<int>(box) - firstSlider_;
     if (position < 0) continue;

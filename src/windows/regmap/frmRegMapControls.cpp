@@ -135,7 +135,7 @@ QGroupBox* frmRegMap::MakeReadWriteFrame() {
   txtDec_ = addBox(3, "Label6", "Value(D&ec)", "txtDec");
   // An empty box counts as 0.
   for (QLineEdit* box : {txtReadAddr_, txtHex_, txtDec_}) box->setPlaceholderText("0");
-  cmdWrite_ = widgets::Named<QPushButton>("cmdWrite", "Wri&te", frame);
+  cmdWrite_ = widgets::Named<QPushButton>("cmdWrite", "Wr&ite", frame);
   grid->addWidget(cmdWrite_, 3, 2);
   grid->setColumnStretch(1, 1);
   chkContRead_->setToolTip("Repeats the read once a second");
