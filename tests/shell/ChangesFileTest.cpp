@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QListWidget>
 #include <QTemporaryDir>
 #include <QTreeWidget>
 
@@ -76,7 +75,8 @@ TEST_F(ChangesFileTest, AValueThatIsNoLongerTheOneWrittenStays) {
   desk->board.usbChips[0x58][0x37] = 0x00;
   Begin("&Put them back");
   auto* changes = desk->Main().FindWindow("frmChanges");
-  EXPECT_EQ(Desk::Get<QListWidget>(*changes, "lstLeft").count(), 0) << "EDO1 is as it was written, EDO2 was not";
+  EXPECT_EQ(Desk::Get<QTreeWidget>(*changes, "lstLeft").topLevelItemCount(), 0)
+      << "EDO1 is as it was written, EDO2 was not";
   EXPECT_EQ(desk->board.usbChips[0x58][0x16], 0x02);
 }
 

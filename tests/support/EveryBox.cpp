@@ -6,6 +6,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QTemporaryDir>
 
 #include "link/LinkErrors.h"
 #include "link/USBStuff.h"
@@ -84,6 +85,21 @@ std::vector<platform::ChoiceQuestion> AskedBeforeReadingAgain() {
   return Free(std::exchange(desk.prompts.choicesShown, {}));
 }
 
+std::vector<platform::ChoiceQuestion> AskedAfterAKill() {
+  const QTemporaryDir folder;
+  Desk desk;
+  desk.process.stateFolder = folder.path();
+  desk.Start();
+  ChangeEach(desk.Open("frmTherm"));
+  Desk::Press(*desk.Main().FindWindow("frmTherm"), "cmdApply");
+  desk.Advance(1000);
+  Desk next;
+  next.process.stateFolder = folder.path();
+  next.prompts.picks.push_back("&Show them");
+  next.Start();
+  return Free(std::exchange(next.prompts.choicesShown, {}));
+}
+
 }  // namespace
 
 std::vector<BoxSource> EveryBox() {
@@ -93,6 +109,7 @@ std::vector<BoxSource> EveryBox() {
   }
   return {
       {"link/LinkErrors.cpp", failures},
+      {"shell/ChangesFile.cpp", {}, AskedAfterAKill()},
       {"shell/FirstContact.cpp", AskedAtTheStart()},
       {"shell/Leaving.cpp", {}, AskedAtTheEnd()},
       {"windows/ChildWindow.cpp", {}, AskedBeforeReadingAgain()},

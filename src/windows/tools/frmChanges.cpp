@@ -7,7 +7,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 #include <QTimer>
 #include <QTreeWidget>
@@ -86,7 +85,7 @@ void UndoLastAction(const Context& context) {
 frmChanges::frmChanges(const Context& context)
     : ChildWindow("frmChanges", "Session Changes", context),
       trvActions_(widgets::Named<QTreeWidget>("trvActions", this)),
-      lstLeft_(widgets::Named<QListWidget>("lstLeft", this)),
+      lstLeft_(widgets::Named<QTreeWidget>("lstLeft", this)),
       cmdUndo_(widgets::Named<QPushButton>("cmdUndo", "&Undo Last Action", this)),
       cmdPutBack_(widgets::Named<QPushButton>("cmdPutBack", "&Put Back as Found", this)),
       lblState_(widgets::Named<QLabel>("lblState", this)),
@@ -131,8 +130,11 @@ void frmChanges::MakeLists() {
   trvActions_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   trvActions_->header()->setStretchLastSection(false);
   trvActions_->setMinimumSize(fontMetrics().averageCharWidth() * 70, fontMetrics().height() * 10);
-  lstLeft_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  lstLeft_->setMinimumHeight(fontMetrics().height() * 3);
+  trvActions_->setAccessibleName("Done to this chip since the start");
+  lstLeft_->setHeaderHidden(true);
+  lstLeft_->setRootIsDecorated(false);
+  lstLeft_->setUniformRowHeights(true);
+  lstLeft_->setAccessibleName("Not put back");
 }
 
 void frmChanges::Form_Load() {
@@ -171,7 +173,7 @@ void frmChanges::ShowLeft() {
   lstLeft_->clear();
   std::vector<tasks::Left> left = tasks::PlanPutBack(tasks::Work.journal->ChangesOf(InUse())).left;
   left.insert(left.begin(), left_.begin(), left_.end());
-  for (const tasks::Left& one : left) lstLeft_->addItem(QString::fromStdString(tasks::LeftWords(one)));
+  for (const tasks::Left& one : left) new QTreeWidgetItem(lstLeft_, {QString::fromStdString(tasks::LeftWords(one))});
 }
 
 void frmChanges::cmdUndo_Click() {

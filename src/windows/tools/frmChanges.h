@@ -7,7 +7,6 @@
 #include "windows/ChildWindow.h"
 
 class QLabel;
-class QListWidget;
 class QPushButton;
 class QTimer;
 class QTreeWidget;
@@ -39,7 +38,7 @@ class frmChanges final : public ChildWindow {
   void cmdUndo_Click();
 
   QTreeWidget* trvActions_;
-  QListWidget* lstLeft_;
+  QTreeWidget* lstLeft_;
   QPushButton* cmdUndo_;
   QPushButton* cmdPutBack_;
   QLabel* lblState_;

@@ -1,5 +1,4 @@
 #include <QAction>
-#include <QListWidget>
 #include <QTreeWidget>
 
 #include "tests/support/Steps.h"
@@ -47,8 +46,8 @@ class ChangesTest : public ::testing::Test {
   }
   std::vector<std::string> Left() const {
     std::vector<std::string> lines;
-    const auto& list = Desk::Get<QListWidget>(*changes, "lstLeft");
-    for (int i = 0; i < list.count(); ++i) lines.push_back(list.item(i)->text().toStdString());
+    const auto& list = Desk::Get<QTreeWidget>(*changes, "lstLeft");
+    for (int i = 0; i < list.topLevelItemCount(); ++i) lines.push_back(list.topLevelItem(i)->text(0).toStdString());
     return lines;
   }
 

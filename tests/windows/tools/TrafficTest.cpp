@@ -18,7 +18,7 @@
 
 #include "chip/ChipState.h"
 #include "link/Declarations.h"
-#include "tasks/Traffic.h"
+#include "tasks/TasksState.h"
 #include "tests/support/Steps.h"
 
 namespace zth::testing {
