@@ -7,6 +7,7 @@
 #include <QAccessible>
 
 #include "base/Counted.h"
+#include "chip/ChipModel.h"
 #include "chip/Freshness.h"
 #include "link/Transfers.h"
 
@@ -14,6 +15,7 @@ namespace zth::shell {
 namespace {
 
 constexpr double kPeriod = 1;
+constexpr char kUnread[] = "The chip's pins, PWM modes or revision could not be read: press F5 to read them again";
 
 QString Counted(std::int64_t count, const char* nouns) {
   return QString::fromStdString(base::Counted(count, nouns));
@@ -40,6 +42,7 @@ void LinkPanel::Look(double now) {
   QString notice = chip::FreshnessNotice();
   if (notice.isEmpty()) isOfOther_ = false;
   if (isOfOther_) notice.clear();
+  if (notice.isEmpty() && chip::ModelIsUnread()) notice = kUnread;
   const bool raised = notice != std::exchange(notice_, notice);
   const double passed = now - shownAt_;
   const bool due = transfersThen_ < 0 || passed >= kPeriod || passed < 0;
