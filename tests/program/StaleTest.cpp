@@ -40,7 +40,9 @@ TEST(Stale, AFaultOfTheSimulatedBusShowsInGaugesChartsLogAndNoticeUntilItIsOver)
   Desk& desk = sim.desk;
   const double began = desk.clock.Now();
   desk.Start();
-  const auto advanceTo = [&](double seconds) { desk.Advance(static_cast<int>((began + seconds - desk.clock.Now()) * 1e3)); };
+  const auto advanceTo = [&](double seconds) {
+    desk.Advance(static_cast<int>((began + seconds - desk.clock.Now()) * 1e3));
+  };
   QWidget& limits = desk.Open("frmLimits");
   QWidget& graph = desk.Open("frmGraph");
   QWidget& logging = desk.Open("frmLogging");

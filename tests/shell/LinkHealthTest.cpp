@@ -146,7 +146,8 @@ TEST_F(LinkHealth, AWindowThatCouldNotBeReadSaysSoAndItsMasksWriteNothing) {
 }
 
 TEST(LinkHealthAtTheStart, WhatTheProgramCouldNotReadIsSaidAndReadAgainWithF5) {
-  constexpr const char* kNotice = "The chip's pins, PWM modes or revision could not be read: press F5 to read them again";
+  constexpr const char* kNotice =
+      "The chip's pins, PWM modes or revision could not be read: press F5 to read them again";
   for (const auto& [first, last, told] :
        {std::tuple{0x10, 0x13, "What the pins do could not be read: a transfer failed."},
         {0x23, 0x23, "Which PWMs are in manual mode could not be read: a transfer failed."},
@@ -158,7 +159,9 @@ TEST(LinkHealthAtTheStart, WhatTheProgramCouldNotReadIsSaidAndReadAgainWithF5) {
     desk.board.smbusFails = ReadsOf(first, last);
     desk.Start();
     desk.Advance(1000);
-    const auto message = [&] { return Desk::Get<QStatusBar>(desk.Main(), "sbStatusBar").currentMessage().toStdString(); };
+    const auto message = [&] {
+      return Desk::Get<QStatusBar>(desk.Main(), "sbStatusBar").currentMessage().toStdString();
+    };
     EXPECT_EQ(message(), kNotice);
     EXPECT_FALSE(Model.PwmManual[3]) << "0xFF would be manual mode";
     EXPECT_NE(Model.ChipRevision, 0xFF);
