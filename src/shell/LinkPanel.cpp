@@ -38,7 +38,9 @@ QSize LinkPanel::sizeHint() const {
 }
 
 void LinkPanel::Look(double now) {
-  const bool fails = CountFailures(now);
+  // A link that fails all the time counts up many times a second, too fast to be read or spoken.
+  const bool recent = failedAt_ && now - *failedAt_ < kPeriod && chip_ == link::ChipInUse();
+  const bool fails = CountFailures(now) && !recent;
   QString notice = chip::FreshnessNotice();
   if (notice.isEmpty()) isOfOther_ = false;
   if (isOfOther_) notice.clear();

@@ -241,6 +241,8 @@ TEST_F(LinkHealth, ThePanelTellsTheRateAndTheFailuresWithoutATransfer) {
   desk.Advance(100);
   EXPECT_TRUE(Panel().ends_with(", 1 failure, 0 s ago")) << "at once: " << Panel();
   chip::ReadMeasurementGroup(1);
+  desk.Advance(50);
+  EXPECT_TRUE(Panel().ends_with(", 1 failure, 0 s ago")) << "a second one so soon waits for its turn: " << Panel();
   desk.board.TakeTraffic();
   desk.Advance(4000);
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
