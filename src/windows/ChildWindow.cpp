@@ -15,6 +15,7 @@
 #include <QPushButton>
 
 #include "base/Product.h"
+#include "link/Asker.h"
 #include "link/Transfers.h"
 #include "link/Waiting.h"
 #include "platform/Guard.h"
@@ -74,6 +75,8 @@ void ChildWindow::ReadAgain() {
   const bool reads = IsOfOtherChip() || origin_.IsReadItself();
   if (!reads && !chip::ModelIsUnread()) return;
   const link::UserAction action([this] { return Caption(); });
+  const link::Asker asker(link::Asker::Kind::Action,
+                          [name = objectName()] { return name.toStdString() + " read again"; });
   if (reads && HoldsChanges()) {
     const QPointer<ChildWindow> self(this);  // it may be closed while the box is open
     constexpr int kRead = 0;
