@@ -26,13 +26,24 @@ bool ModelIsOfChipInUse() {
          std::ranges::all_of(origin.manual, [&](const link::ChipId& from) { return from == inUse; });
 }
 
+bool ModelIsUnread() {
+  const ModelOrigin origin = ModelReadFrom();
+  return origin.pins == kUnread || origin.revision == kUnread || std::ranges::count(origin.manual, kUnread) != 0;
+}
+
+link::ChipId OriginOfRead(const link::FailureWatch& watch) {
+  return watch.Failed() ? kUnread : link::ChipInUse();
+}
+
 void ReadManualFlags() {
   for (int pwm = 0; pwm < kPwmChannels; ++pwm) link::AfterRegisterWrite("PWM1 Config"_reg + pwm);
 }
 
 void ReadChipRevision() {
-  Model.ChipRevision = link::ReadRegister(link::Bus.DeviceAddress, "Revision Number"_reg);
-  Model.ChipRevisionFrom = link::ChipInUse();
+  const link::FailureWatch watch;
+  const std::int16_t revision = link::ReadRegister(link::Bus.DeviceAddress, "Revision Number"_reg);
+  Model.ChipRevisionFrom = OriginOfRead(watch);
+  if (!watch.Failed()) Model.ChipRevision = revision;
 }
 
 void ReadChipModel() {

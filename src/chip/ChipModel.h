@@ -3,10 +3,14 @@
 #include <array>
 
 #include "link/ChipId.h"
+#include "link/Transfers.h"
 
 /// What all windows share about a chip: `PinFunctions`, `PwmManual` and `ChipRevision`. Selecting another chip changes
-/// none of it, and a write to that chip updates only a part. So each part records the chip it was read from.
+/// none of it, and a write to that chip updates only a part. So each part records the chip it was read from. A part
+/// whose read failed keeps what it held, and its origin is `kUnread` until a read succeeds.
 namespace zth::chip {
+
+inline constexpr link::ChipId kUnread{};
 
 struct ModelOrigin {
   link::ChipId pins;
@@ -20,6 +24,12 @@ ModelOrigin ModelReadFrom();
 
 /// True if the whole model was read from the chip in use.
 bool ModelIsOfChipInUse();
+
+/// True if the last read of any part failed.
+bool ModelIsUnread();
+
+/// The origin of a part that has been read since `watch` was made.
+link::ChipId OriginOfRead(const link::FailureWatch& watch);
 
 /// Read `PwmManual` and `ChipRevision` from the chip in use.
 void ReadManualFlags();

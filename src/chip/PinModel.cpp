@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/BitField.h"
+#include "chip/ChipModel.h"
 #include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/RegisterNames.h"
@@ -105,8 +106,10 @@ PinFunctionFlags DecodePinFunctions(const std::array<std::uint8_t, 4>& configs) 
 }
 
 void ReadPinConfiguration() {
-  Model.PinFunctions = DecodePinFunctions(link::ReadBlock<4>("Pin Config 1"_reg));
-  Model.PinFunctionsFrom = link::ChipInUse();
+  const link::FailureWatch watch;
+  const PinFunctionFlags read = DecodePinFunctions(link::ReadBlock<4>("Pin Config 1"_reg));
+  Model.PinFunctionsFrom = OriginOfRead(watch);
+  if (!watch.Failed()) Model.PinFunctions = read;
   Model.VoltagePresent = PresentVoltages(Model.PinFunctions);
   SetAvailability(Model.PinFunctions);
 }

@@ -7,6 +7,7 @@
 #include <QAccessible>
 
 #include "base/Counted.h"
+#include "chip/ChipModel.h"
 #include "chip/Freshness.h"
 #include "link/Transfers.h"
 
@@ -14,6 +15,7 @@ namespace zth::shell {
 namespace {
 
 constexpr double kPeriod = 1;
+constexpr char kUnread[] = "The chip's pins, PWM modes or revision could not be read: press F5 to read them again";
 
 QString Counted(std::int64_t count, const char* nouns) {
   return QString::fromStdString(base::Counted(count, nouns));
@@ -36,10 +38,13 @@ QSize LinkPanel::sizeHint() const {
 }
 
 void LinkPanel::Look(double now) {
-  const bool fails = CountFailures(now);
+  // A link that fails all the time counts up many times a second, too fast to be read or spoken.
+  const bool recent = failedAt_ && now - *failedAt_ < kPeriod && chip_ == link::ChipInUse();
+  const bool fails = CountFailures(now) && !recent;
   QString notice = chip::FreshnessNotice();
   if (notice.isEmpty()) isOfOther_ = false;
   if (isOfOther_) notice.clear();
+  if (notice.isEmpty() && chip::ModelIsUnread()) notice = kUnread;
   const bool raised = notice != std::exchange(notice_, notice);
   const double passed = now - shownAt_;
   const bool due = transfersThen_ < 0 || passed >= kPeriod || passed < 0;

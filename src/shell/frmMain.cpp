@@ -15,6 +15,7 @@
 #include <QToolBar>
 
 #include "base/Product.h"
+#include "chip/ChipModel.h"
 #include "link/BoardName.h"
 #include "link/LinkErrors.h"
 #include "link/Waiting.h"
@@ -271,7 +272,11 @@ void frmMain::ShowOrigins() {
 
 void frmMain::ReadActiveWindowAgain() {
   const QMdiSubWindow* frame = area_->activeSubWindow();
-  if (frame == nullptr || frame->isMinimized()) return;
+  if (frame == nullptr || frame->isMinimized()) {
+    const link::UserAction action([] { return QString(); });
+    if (chip::ModelIsUnread()) chip::ReadChipModel();
+    return;
+  }
   if (auto* window = qobject_cast<windows::ChildWindow*>(frame->widget())) window->ReadAgain();
 }
 

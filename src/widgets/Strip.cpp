@@ -23,6 +23,8 @@ namespace {
 
 // The least time between two redraws of a chart, however fast data arrive.
 constexpr int kFrameMs = 16;
+// The longest time that new samples wait for a redraw.
+constexpr int kSlowestFrameMs = 200;
 constexpr double kTellSeconds = 1;
 
 /// The frame timer shared by all charts, so that they are drawn together.
@@ -32,9 +34,13 @@ QTimer& Frames() {
   if (timer == nullptr) {
     timer = Named<QTimer>(name, QCoreApplication::instance());
     timer->setSingleShot(true);
-    timer->setInterval(kFrameMs);
   }
   return *timer;
+}
+
+void AwaitFrame(int ms) {
+  QTimer& timer = Frames();
+  if (!timer.isActive() || timer.remainingTime() > ms) timer.start(std::max(ms, kFrameMs));
 }
 
 }  // namespace
@@ -48,6 +54,14 @@ Strip::Private::Private(Strip& owner, std::function<double()> time)
         strip.Changed(change);
       }) {}
 
+int Strip::Private::FrameLeft() const {
+  if (!frame.isValid()) return 0;
+  // A live chart moves by whole columns, so more redraws than columns would show little that is new.
+  const double column = strip.IsXY() ? 0 : painter.Layout().ColumnWidth() * 1000;
+  return std::clamp(static_cast<int>(std::min(column, 1e6)), kFrameMs, kSlowestFrameMs) -
+         static_cast<int>(std::min<qint64>(frame.elapsed(), kSlowestFrameMs));
+}
+
 Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional<StripOutlets>& outlets)
     : StripState(parent), p_(std::make_unique<Private>(*this, std::move(clock))), files_(*this, outlets) {
   InstallStripAccessibility();
@@ -57,9 +71,15 @@ Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   p_->bar = new StripBar(*this);
   connect(&Frames(), &QTimer::timeout, this, [this] {
+    if (!p_->waiting) return;
+    if (const int left = p_->FrameLeft(); left > 0) return AwaitFrame(left);
+    p_->waiting = false;
+    // Covered by other windows. What uncovers it draws it, too.
+    if (visibleRegion().isEmpty()) return;
+    p_->frame.start();
     // New values do not change the title's row or the buttons in it.
     const int top = p_->painter.Layout().plot.top() - 1;
-    if (std::exchange(p_->waiting, false)) update(0, top, width(), height() - top);
+    update(0, top, width(), height() - top);
   });
 }
 
@@ -98,15 +118,14 @@ void Strip::Touch() {
   TellValue();
   if (p_->waiting || !isVisible()) return;
   p_->waiting = true;
-  if (!Frames().isActive()) Frames().start();
+  AwaitFrame(p_->FrameLeft());
 }
 
 // A screen reader speaks for seconds, so it is told of new values at most once a second.
 void Strip::TellValue() {
   if (!QAccessible::isActive() || !isVisible() || p_->clock() < p_->tellNext) return;
   p_->tellNext = p_->clock() + kTellSeconds;
-  QAccessibleValueChangeEvent event(this, Summary());
-  QAccessible::updateAccessibility(&event);
+  // Not as a change of value: a chart has no single number, and Qt's bridge would complain of that each time.
   QAccessibleEvent described(this, QAccessible::DescriptionChanged);
   QAccessible::updateAccessibility(&described);
 }

@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include <QElapsedTimer>
+
 #include "widgets/Strip.h"
 #include "widgets/StripBar.h"
 #include "widgets/StripFeed.h"
@@ -25,6 +27,10 @@ struct Strip::Private {
   StripBar* bar = nullptr;  ///< owned by the strip, as its child
   double tellNext = 0;      ///< clock time of the next report to a screen reader
   bool waiting = false;     ///< something changed since the last frame
+  QElapsedTimer frame;      ///< since the last redraw for new samples
+
+  /// Milliseconds until the next redraw for new samples; 0 or less if it is due.
+  int FrameLeft() const;
 };
 
 }  // namespace zth::widgets

@@ -72,11 +72,12 @@ void ChildWindow::NoteOrigin(bool isUnread) {
 }
 
 void ChildWindow::ReadAgain() {
-  if (!IsOfOtherChip() && !origin_.IsReadItself()) return;
+  const bool reads = IsOfOtherChip() || origin_.IsReadItself();
+  if (!reads && !chip::ModelIsUnread()) return;
   const link::UserAction action([this] { return Caption(); });
   const link::Asker asker(link::Asker::Kind::Action,
                           [name = objectName()] { return name.toStdString() + " read again"; });
-  if (HoldsChanges()) {
+  if (reads && HoldsChanges()) {
     const QPointer<ChildWindow> self(this);  // it may be closed while the box is open
     constexpr int kRead = 0;
     constexpr int kKeep = 1;  // also the choice for a stray Enter
@@ -89,8 +90,10 @@ void ChildWindow::ReadAgain() {
     if (answer != kRead || self == nullptr) return;
   }
   // Checked again: the device may have changed while the box was open.
-  if (IsOfOtherChip() && origin_.IsReadWithModel() && !chip::ModelIsOfChipInUse()) chip::ReadChipModel();
-  Reread();
+  const bool needsModel = IsOfOtherChip() && origin_.IsReadWithModel() && !chip::ModelIsOfChipInUse();
+  // While the model is unread the status bar asks for the key, whichever window is active.
+  if (needsModel || chip::ModelIsUnread()) chip::ReadChipModel();
+  if (reads) Reread();
 }
 
 void ChildWindow::ShowOrigin() {

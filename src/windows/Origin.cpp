@@ -34,12 +34,14 @@ std::optional<Origin::Other> Origin::FindInModel(const link::ChipId& inUse) cons
 QString Origin::TitleNote() const {
   const auto other = Find();
   if (!other) return {};
+  if (IsUnread(*other)) return " (not read in full)";
   return QString(other->part == nullptr ? " (read from %1)" : " (in part read from %1)").arg(link::TextOf(other->chip));
 }
 
 QString Origin::Explanation() const {
   const auto other = Find();
   if (!other) return {};
+  if (IsUnread(*other)) return QString("%1 could not be read: a transfer failed.").arg(other->part);
   const QString from = link::TextOf(other->chip);
   const QString inUse = link::TextOf(link::ChipInUse());
   if (other->part != nullptr) {

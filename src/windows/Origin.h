@@ -49,6 +49,8 @@ class Origin {
     link::ChipId chip;
     const char* part;  ///< the part of the window read from it; null for its own registers
   };
+  /// True if it is not another chip that a part was read from, but none: its read failed.
+  static bool IsUnread(const Other& other) { return other.part != nullptr && other.chip == chip::kUnread; }
   std::optional<Other> Find() const;
   std::optional<Other> FindInModel(const link::ChipId& inUse) const;
 

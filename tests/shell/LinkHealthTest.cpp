@@ -1,9 +1,11 @@
 #include <fstream>
 
+#include <QApplication>
 #include <QLabel>
 #include <QRegularExpression>
 #include <QStatusBar>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include "chip/ChipState.h"
 #include "tests/accessibility/AccessGround.h"
@@ -143,6 +145,48 @@ TEST_F(LinkHealth, AWindowThatCouldNotBeReadSaysSoAndItsMasksWriteNothing) {
   EXPECT_TRUE(Desk::Get<QWidget>(limits, "fraOrigin").isHidden());
 }
 
+TEST(LinkHealthAtTheStart, WhatTheProgramCouldNotReadIsSaidAndReadAgainWithF5) {
+  constexpr const char* kNotice =
+      "The chip's pins, PWM modes or revision could not be read: press F5 to read them again";
+  for (const auto& [first, last, told] :
+       {std::tuple{0x10, 0x13, "What the pins do could not be read: a transfer failed."},
+        {0x23, 0x23, "Which PWMs are in manual mode could not be read: a transfer failed."},
+        {0x3F, 0x3F, "The chip's revision could not be read: a transfer failed."}}) {
+    SCOPED_TRACE(told);
+    Desk desk(Desk::Buses::Smbus);
+    desk.board.missingEntries.clear();
+    Put(desk.board.smbusChips[0x2C], "10=7E 23=00 3F=12");
+    desk.board.smbusFails = ReadsOf(first, last);
+    desk.Start();
+    desk.Advance(1000);
+    const auto message = [&] {
+      return Desk::Get<QStatusBar>(desk.Main(), "sbStatusBar").currentMessage().toStdString();
+    };
+    EXPECT_EQ(message(), kNotice);
+    EXPECT_FALSE(Model.PwmManual[3]) << "0xFF would be manual mode";
+    EXPECT_NE(Model.ChipRevision, 0xFF);
+    QApplication::setActiveWindow(&desk.Main());
+    auto& window = desk.Open(first == 0x23 ? "frmManualControl" : "frmLogging");
+    EXPECT_TRUE(window.windowTitle().endsWith(" (not read in full)"));
+    EXPECT_EQ(Desk::Text(window, "lblOrigin"), told);
+    EXPECT_TRUE(Desk::Get<QWidget>(window, "fraOrigin").isVisible());
+    // With the window active, with one that reads nothing itself, with none; then well again.
+    for (const int round : {0, 1, 2, 3}) {
+      const bool fails = round < 3;
+      if (round == 1) desk.Open("frmEasySetup");
+      if (round == 2) desk.Main().FindWindow("frmEasySetup")->Unload(), window.parentWidget()->showMinimized();
+      if (!fails) window.parentWidget()->showNormal(), desk.board.smbusFails = {};
+      desk.board.TakeTraffic();
+      QTest::keyClick(&desk.Main(), Qt::Key_F5);
+      EXPECT_EQ(desk.board.TakeTraffic(), T("R21 R22 R23 R24 R3F R10 R11 R12 R13"));
+      desk.Advance(100);
+      EXPECT_EQ(message(), fails ? kNotice : "");
+      EXPECT_EQ(Desk::Get<QWidget>(window, "fraOrigin").isHidden(), !fails);
+    }
+    EXPECT_EQ(Model.ChipRevision, 0x12);
+  }
+}
+
 TEST_F(LinkHealth, TheDemoLiftsAStaleValueNoFurther) {
   windows::Shared.DemoRunning = windows::Shared.DemoThermTripped = true;
   windows::Shared.DemoChip = link::ChipInUse();
@@ -197,6 +241,8 @@ TEST_F(LinkHealth, ThePanelTellsTheRateAndTheFailuresWithoutATransfer) {
   desk.Advance(100);
   EXPECT_TRUE(Panel().ends_with(", 1 failure, 0 s ago")) << "at once: " << Panel();
   chip::ReadMeasurementGroup(1);
+  desk.Advance(50);
+  EXPECT_TRUE(Panel().ends_with(", 1 failure, 0 s ago")) << "a second one so soon waits for its turn: " << Panel();
   desk.board.TakeTraffic();
   desk.Advance(4000);
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QPointer>
 
 #include "chip/ChipState.h"
 #include "chip/Measurements.h"
@@ -225,6 +226,27 @@ TEST(Start, ThatFindsNothingTellsWhatWasTriedAndEndsOrStartsOverAsTheUserSays) {
       EXPECT_TRUE(desk.prompts.shown.back().offers.empty() && desk.prompts.shown.back().details.isEmpty());
     }
   }
+}
+
+TEST(Start, ThatStartsOverLeavesNothingOfTheFailedOneBehind) {
+  Desk desk(Desk::Buses::Usb);
+  desk.board.failMatching = "usb P 48";  // one of the last transfers
+  desk.prompts.script = {platform::BoxAnswer::TryAgain};
+  QPointer<QObject> window;
+  desk.prompts.whileShown = [&] {
+    desk.board.failMatching.clear();
+    window = shell::MainForm.data();
+    link::Bus.usbFailures += 100;
+    chip::Model.Freshness.staleInARow = 2;
+    windows::Shared.LastFileWork = "Saved";
+    shell::Program.SmbusChips = 1;
+  };
+  EXPECT_EQ(desk.RunMain(), std::nullopt);
+  EXPECT_EQ(window, nullptr);
+  EXPECT_EQ(link::Bus.usbFailures, 0);
+  EXPECT_EQ(chip::Model.Freshness.staleInARow, 0);
+  EXPECT_EQ(windows::Shared.LastFileWork, "");
+  EXPECT_EQ(shell::Program.SmbusChips, 0);
 }
 
 TEST(Start, AConnectionOnTheTwentiethTryCounts) {

@@ -13,6 +13,7 @@
 #include "link/USBStuff.h"
 #include "widgets/GSlider.h"
 #include "widgets/Named.h"
+#include "widgets/Pale.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
 #include "windows/SliderHandlers.h"
@@ -95,7 +96,7 @@ void frmHeaters::RefreshTemperatures() {
     QLabel& label = *lblTemp_[static_cast<std::size_t>(heater)];
     label.setText(TemperatureCaption(heater) + QString::fromStdString(base::GeneralText(degrees)) + "°C" +
                   chip::AgeSuffix(chip::kTemperatureGroup));
-    label.setForegroundRole(chip::IsStale(chip::kTemperatureGroup) ? QPalette::PlaceholderText : QPalette::NoRole);
+    widgets::MakePale(label, chip::IsStale(chip::kTemperatureGroup));
   }
 }
 

@@ -13,6 +13,7 @@
 #include "chip/ChipState.h"
 #include "chip/PinModel.h"
 #include "widgets/Named.h"
+#include "widgets/Pale.h"
 #include "windows/BoundControls.h"
 #include "windows/BoundMarks.h"
 #include "windows/Handlers.h"
@@ -189,7 +190,7 @@ void frmGPIO::UpdateGPIOStatus() {
     line.cmbStatus->setVisible(output);
     line.lblStatus->setVisible(!output);
     line.lblStatus->setText(line.cmbStatus->currentText());
-    line.lblStatus->setForegroundRole(read ? QPalette::NoRole : QPalette::PlaceholderText);
+    widgets::MakePale(*line.lblStatus, !read);
     line.lblStatus->setToolTip(read ? line.cmbStatus->toolTip() : "Old: the last read failed");
     line.lblStatus->setAccessibleDescription(read ? QString() : "Old: the last read failed");
     line.chkPinEn->setChecked(chip::Model.PinFunctions.*kPinFunctions[i].flag == 0);

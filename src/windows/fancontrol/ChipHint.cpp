@@ -12,6 +12,7 @@
 #include "chip/DegreesText.h"
 #include "chip/Measurements.h"
 #include "chip/RegisterNames.h"
+#include "widgets/Pale.h"
 #include "windows/Handlers.h"
 
 namespace zth::windows {
@@ -80,7 +81,7 @@ bool ChipHint::IsMoved() const {
 void ChipHint::Refresh(bool otherChip) {
   const QString text = !otherChip && IsMoved() ? QString("chip: %1").arg(polled_()) : QString();
   const QString age = text.isEmpty() ? QString() : chip::AgeSuffix(chip::kDynamicTminGroup);
-  label_.setForegroundRole(age.isEmpty() ? QPalette::NoRole : QPalette::PlaceholderText);
+  widgets::MakePale(label_, !age.isEmpty());
   label_.setToolTip(age.isEmpty() ? QString() : text + age);
   const QString spoken = text.isEmpty() ? QString() : QString("The chip holds %1").arg(polled_()) + age;
   if (text == label_.text() && spoken == box_.accessibleDescription()) return;

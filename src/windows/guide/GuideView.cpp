@@ -28,6 +28,9 @@ void EachHeading(const QTextDocument& document, Visit visit) {
 
 GuideView::GuideView(QWidget* parent) : QTextBrowser(parent) {
   setOpenLinks(false);
+  // Nearly every page needs it. If it came with the text, the lines would be laid out for the wrong width first, and in
+  // a window that is not shown yet they would stay so, with a horizontal scroll bar.
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   document()->setUndoRedoEnabled(false);
   document()->setDocumentMargin(kMargin);
   connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) { emit LinkFollowed(link.toString()); });

@@ -121,10 +121,11 @@ void RefreshThermPinGauge(const LimitForm& form) {
 }
 
 void RefreshAlertToggles(const LimitForm& form) {
-  for (const int reg : kStatusRegisters) {
-    const auto status = Read(reg);
-    for (const LimitForm::Page& page : form.Pages()) page.alerts->ShowStatus(reg, status);
-  }
+  for (const int reg : kStatusRegisters) ShowStatus(form, reg, Read(reg));
+}
+
+void ShowStatus(const LimitForm& form, int reg, std::optional<int> status) {
+  for (const LimitForm::Page& page : form.Pages()) page.alerts->ShowStatus(reg, status);
 }
 
 }  // namespace zth::windows

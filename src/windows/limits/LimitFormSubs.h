@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 namespace zth::windows {
 
@@ -57,5 +58,7 @@ void RefreshThermTimerGauge(const LimitForm& form);
 void RefreshThermPinGauge(const LimitForm& form);
 /// Reads the seven status registers and sets the lamps of all tabs.
 void RefreshAlertToggles(const LimitForm& form);
+/// Sets the lamps of a status register, as AlertTable::ShowStatus does, on all tabs.
+void ShowStatus(const LimitForm& form, int reg, std::optional<int> status);
 
 }  // namespace zth::windows

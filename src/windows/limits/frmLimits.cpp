@@ -12,6 +12,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "chip/ReadEffects.h"
 #include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/SharedState.h"
@@ -136,12 +137,21 @@ void frmLimits::Refresh() {
   RefreshVoltageGauge(form_);
   RefreshThermTimerGauge(form_);
   RefreshThermPinGauge(form_);
-  // Each refresh reads the lamps of all tabs. The chip holds an alert until it has been read, so one read here is
-  // enough to record it. An alert that another window, or a program running next to this one, reads first is lost to
-  // this window.
+  // Each refresh reads the lamps of all tabs. The chip holds an alert until it has been read, so one read is enough to
+  // record it, here or in another window (NoteStatusRead). Only an alert that a program running next to this one reads
+  // first is lost.
+  TurnLamps([this] { RefreshAlertToggles(form_); });
+}
+
+void frmLimits::TakeStatus(std::int32_t reg, int value) {
+  TurnLamps([&] { ShowStatus(form_, reg, value); });
+}
+
+template <typename Show>
+void frmLimits::TurnLamps(Show show) {
   LookAtChip();
   turnedRed_ = false;
-  RefreshAlertToggles(form_);
+  show();
   std::vector<QStringList> red;
   for (const LimitForm::Page& page : form_.Pages()) red.push_back(page.alerts->Alerts());
   marks_->Show(red);
@@ -163,6 +173,11 @@ void frmLimits::NoteTurn(const LimitForm::Page& page, int row, bool alert) {
   events_->Add(
       {Services().clock.WallTime(), link::TextOf(polled_), page.alerts->Channel(row), facts.value, facts.limit, alert});
   turnedRed_ = turnedRed_ || alert;
+}
+
+void NoteStatusRead(const Desktop& desktop, std::int32_t reg, int value) {
+  if (!chip::ReadClears(reg) || !Shared.LimitsOpen) return;
+  if (auto* limits = qobject_cast<frmLimits*>(desktop.FindWindow("frmLimits"))) limits->TakeStatus(reg, value);
 }
 
 }  // namespace zth::windows

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "link/ChipId.h"
@@ -31,6 +32,9 @@ class frmLimits final : public ChildWindow {
   /// Called by the master timer: updates needles, captions and lamps, including those on hidden tabs.
   void Refresh();
 
+  /// Shows the value of a status register that was read from the chip in use, whoever read it.
+  void TakeStatus(std::int32_t reg, int value);
+
  protected:
   void Reread() override;
   void changeEvent(QEvent* event) override;
@@ -44,6 +48,9 @@ class frmLimits final : public ChildWindow {
   void NoteTurn(const LimitForm::Page& page, int row, bool alert);
   /// Discards what is known so far when another chip is in use.
   void LookAtChip();
+  /// Runs `show`, which sets lamps, and then updates the marks and plays the sound.
+  template <typename Show>
+  void TurnLamps(Show show);
 
   LimitForm form_;
   std::unique_ptr<AlertMarks> marks_;
@@ -52,5 +59,10 @@ class frmLimits final : public ChildWindow {
   link::ChipId polled_;     ///< the chip from which the lamps were last read
   bool turnedRed_ = false;  ///< a lamp has turned red in the current poll
 };
+
+/// To be called after any read of a register outside that window: a read ends what a status register has held, so the
+/// window would never see it. Does nothing for other registers, and while the window is closed, since only the open one
+/// keeps a list of events.
+void NoteStatusRead(const Desktop& desktop, std::int32_t reg, int value);
 
 }  // namespace zth::windows

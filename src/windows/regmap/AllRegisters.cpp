@@ -23,6 +23,7 @@
 #include "widgets/Named.h"
 #include "widgets/PopUpMenu.h"
 #include "windows/Handlers.h"
+#include "windows/limits/frmLimits.h"
 #include "windows/regmap/RegisterModel.h"
 #include "windows/regmap/RegisterTree.h"
 
@@ -35,8 +36,8 @@ QString Count(std::size_t number, const char* nouns) {
 
 }  // namespace
 
-AllRegisters::AllRegisters(platform::Services& services, QWidget* parent)
-    : QWidget(parent), services_(services), model_(new RegisterModel(this)), filter_(new RegisterFilter(this)) {
+AllRegisters::AllRegisters(const Context& context, QWidget* parent)
+    : QWidget(parent), context_(context), model_(new RegisterModel(this)), filter_(new RegisterFilter(this)) {
   MakeControls();
   MakeTable();
   AddCopy();
@@ -158,6 +159,7 @@ void AllRegisters::cmdReadSelected_Click() {
       return;
     }
     Note(addresses[0], value);
+    NoteStatusRead(context_.desktop, addresses[0], value);
     lblTold_->setText(name + " was read, and by that cleared of what is over.");
   } else {
     Read(addresses);
@@ -191,7 +193,7 @@ void AllRegisters::Read(const std::vector<std::int32_t>& addresses) {
       ++failed;  // the row keeps its previous value
       continue;
     }
-    model_->Note(address, value, services_.clock.WallTime());
+    model_->Note(address, value, context_.services.clock.WallTime());
   }
   model_->ShowNoted();
   QString told = Count(addresses.size() - left - failed, "registers") + " read.";
@@ -201,7 +203,7 @@ void AllRegisters::Read(const std::vector<std::int32_t>& addresses) {
 }
 
 void AllRegisters::Note(std::int32_t address, int value) {
-  model_->Note(address, value, services_.clock.WallTime());
+  model_->Note(address, value, context_.services.clock.WallTime());
   model_->ShowNoted();
 }
 
@@ -219,7 +221,7 @@ void AllRegisters::CopyRows() {
     }
     lines << fields.join('\t');
   }
-  if (!lines.isEmpty()) services_.clipboard.PutText(lines.join('\n'));
+  if (!lines.isEmpty()) context_.services.clipboard.PutText(lines.join('\n'));
 }
 
 bool AllRegisters::eventFilter(QObject* watched, QEvent* event) {

@@ -5,7 +5,7 @@
 
 #include <QWidget>
 
-#include "platform/Services.h"
+#include "windows/Desktop.h"
 
 class QComboBox;
 class QLabel;
@@ -24,7 +24,7 @@ class AllRegisters final : public QWidget {
   Q_OBJECT
 
  public:
-  AllRegisters(platform::Services& services, QWidget* parent);
+  AllRegisters(const Context& context, QWidget* parent);
 
   /// Records that another part of the window has read a register.
   void Note(std::int32_t address, int value);
@@ -51,7 +51,7 @@ class AllRegisters final : public QWidget {
   void Read(const std::vector<std::int32_t>& addresses);
   void CopyRows();
 
-  platform::Services& services_;
+  Context context_;
   RegisterModel* model_;
   RegisterFilter* filter_;
   QLineEdit* txtSearch_ = nullptr;

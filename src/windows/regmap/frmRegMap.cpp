@@ -26,6 +26,7 @@
 #include "windows/BoxHint.h"
 #include "windows/PendingMarks.h"
 #include "windows/SharedState.h"
+#include "windows/limits/frmLimits.h"
 #include "windows/regmap/AllRegisters.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
@@ -117,6 +118,7 @@ int frmRegMap::ReadShown() {
   const link::FailureWatch watch;
   const int value = link::ReadRegister(link::Bus.DeviceAddress, shown_->address);
   NoteOrigin(watch.Failed());
+  if (!IsUnread()) NoteStatusRead(TheDesktop(), shown_->address, value);
   lblDecVal_->setText(QString::number(value));
   lblHexVal_->setText(Hex(value));
   fraBits_->ShowRegisterBits(value);

@@ -45,7 +45,7 @@ frmRegMap::frmRegMap(const Context& context) : ChildWindow("frmRegMap", "Registe
   tabPages_ = widgets::Named<QTabWidget>("tabPages", this);
   tabPages_->setDocumentMode(true);  // the pages keep the window's own background
   tabPages_->addTab(MakeFirstPage(), "&By topic");
-  all_ = new AllRegisters(Services(), this);
+  all_ = new AllRegisters({Services(), TheDesktop()}, this);
   tabPages_->addTab(all_, "A&ll registers");
   OnTab(*tabPages_);
   (new QVBoxLayout(this))->addWidget(tabPages_);

@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
@@ -81,6 +82,32 @@ TEST_F(Alerts, EveryLampThatTurnsIsEnteredAndCountedWhicheverTabShows) {
   EXPECT_EQ(Poll("C0=00 C1=00 C3=00 C5=00"), "Remote 1 Temp cleared; VRD1 cleared; 1.8V (pin23) cleared; Fan2 cleared");
   EXPECT_EQ(Marks(), "0 0 0 0 0 0");
   EXPECT_EQ(Button().toolTip(), "Limits/Interrupts");
+}
+
+TEST_F(Alerts, WhatAnotherWindowReadsFirstIsEnteredTooAndCostsNoTransfer) {
+  Load();
+  Poll("C0..C6=00 BA=00");
+  auto& map = desk.Open("frmRegMap");
+  const auto readBy = [&](const std::string& registers, const QString& steps) {
+    Put(desk.board.Chip(), registers);
+    desk.board.TakeTraffic();
+    const int before = List().model()->rowCount();
+    testing::Do(map, steps);
+    return Concat(desk.board.TakeTraffic(), Rows(before, {Log::kChannel, Log::kEvent}));
+  };
+  // By its address, and alone on the page of all registers. The chip has cleared the bit by the next poll.
+  EXPECT_EQ(readBy("C0=02", "txtReadAddr=C0; cmdRead"), Concat(R(0xC0), std::string("Local Temp raised")));
+  EXPECT_EQ(Marks(), "1 0 0 0 0 0");
+  EXPECT_EQ(Poll("C0=00"), "Local Temp cleared");
+  auto& table = Desk::Get<QTableView>(map, "tblRegisters");
+  testing::Do(map, "tabPages=1; txtSearch=Digital Status,BMC");
+  table.selectRow(0);
+  EXPECT_EQ(readBy("C6=80", "cmdReadSelected"), Concat(R(0xC6), std::string("Chassis Intrusion raised")));
+  EXPECT_EQ(Poll("C6=00"), "Chassis Intrusion cleared");
+  EXPECT_EQ(readBy("B8=FF", "tabPages=0; txtReadAddr=B8; cmdRead"), Concat(R(0xB8), std::string()))
+      << "the host's copy is not the lamps'";
+  window->Unload();
+  EXPECT_EQ(readBy("C0=02", "txtReadAddr=C0; cmdRead").front(), R(0xC0)) << "with nobody to tell";
 }
 
 TEST_F(Alerts, ALampThatDoesNotShowIsNeitherEnteredNorCounted) {
