@@ -36,8 +36,8 @@ TEST(Ticks, AreFewForAnyRangeAndNoneForAnImpossibleOne) {
   for (const double size : {1e-9, 3e-4, 0.07, 1.0, 99.0, 5e5, 7e11}) {
     for (const int most : {2, 5, 11}) {
       const auto ticks = RoundTicks(-0.3 * size, 0.7 * size, most);
-      EXPECT_LE(static_cast<int>(ticks.size()), most + 1) << size;
-      EXPECT_GE(ticks.size(), 1U) << size;
+      EXPECT_LE(static_cast<int>(ticks.size()), std::max(most, 4)) << size;
+      EXPECT_GE(ticks.size(), 2U) << size << ": one number is no scale";
     }
   }
   EXPECT_TRUE(RoundTicks(1, 1, 5).empty());
@@ -50,6 +50,21 @@ TEST(TimeText, IsAClockTimeFromAMinuteOn) {
   EXPECT_EQ(TimeText(-185.2, 0.1).toStdString(), "-3:05.2");
   EXPECT_EQ(TimeText(8047.5, 1).toStdString(), "2:14:08");
   EXPECT_EQ(TimeText(119.96, 0.1).toStdString(), "2:00.0");
+}
+
+TEST(DayTime, IsOfTheClocksAtEachSampleAndTicksAtRoundTimes) {
+  StripDayTime times;
+  const auto at = [](const char* local) { return QDateTime::fromString(local, Qt::ISODateWithMs); };
+  EXPECT_EQ(Texts(DayTicks(0, 60, 6, times)), "") << "not known";
+  times.Note(0, at("2026-03-01T23:59:47.500"));
+  times.Note(1, at("2026-03-01T23:59:48.700")) /* read a little later, no jump */;
+  EXPECT_EQ(Texts(DayTicks(-20, 25, 5, times)), "23:59:30 23:59:40 23:59:50 00:00:00 00:00:10");
+  EXPECT_DOUBLE_EQ(DayTicks(-20, 25, 5, times)[3].value, 12.5);
+  EXPECT_EQ(Texts(DayTicks(0, 7000, 4, times)), "00:00:00 00:30:00 01:00:00 01:30:00");
+  times.Note(30, at("2026-03-02T07:00:00.000"));  // the computer has slept
+  EXPECT_EQ(Texts(DayTicks(0, 60, 6, times)), "23:59:50 00:00:00 00:00:10 07:00:00 07:00:10 07:00:20 07:00:30");
+  EXPECT_EQ(DayText(times.LocalAt(29.99), 0.1).toStdString(), "00:00:17.5");
+  EXPECT_EQ(DayText(times.LocalAt(30), 1).toStdString(), "07:00:00");
 }
 
 /// Draws into a small picture and returns it as rows separated by blanks: '#' full, '+' partial, '.' untouched.
