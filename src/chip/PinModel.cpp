@@ -6,6 +6,7 @@
 #include "chip/ChipState.h"
 #include "chip/Measurements.h"
 #include "chip/RegisterNames.h"
+#include "link/Asker.h"
 #include "link/Declarations.h"
 #include "link/RegisterHooks.h"
 #include "link/USBStuff.h"
@@ -148,6 +149,7 @@ void InitVoltageNames() {
 void EnterPinHooks() {
   for (std::int32_t reg = "Pin Config 1"_reg; reg <= "Easy Config"_reg; ++reg) {
     link::OnRegisterWrite(reg, [] {
+      const link::Asker pins(link::Asker::Kind::Part, [] { return "pins"; });
       ReadPinConfiguration();
       UpdateBoardSwitches();
     });

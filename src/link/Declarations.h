@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include "link/Tap.h"
 #include "link/Waiting.h"
 #include "platform/Services.h"
 
@@ -106,6 +107,9 @@ struct LinkState {
   std::map<std::int32_t, std::function<void()>> hooks;  ///< RegisterHooks.h: routine of each register
   FailureReporter reporter;                             ///< LinkErrors.h
   WaitState wait;                                       ///< Waiting.h
+
+  Observer* observer = nullptr;  ///< Tap.h: whom each call is shown to; null for nobody
+  const Asker* asker = nullptr;  ///< Asker.h: for whom calls are made now; null for nobody
 };
 
 extern LinkState Bus;

@@ -57,6 +57,10 @@ std::int16_t WriteBoardPort(std::int32_t address, std::int32_t port);
 /// USB only: the same write, passing one byte of ReadBuffer; the result is ignored.
 void WriteBoardPortUnchecked(std::int32_t address, std::int32_t port);
 
+/// Downloads the firmware file at an ANSI path to the adapter: above 0 if the adapter is present and accepted it. 0
+/// without the library.
+std::int16_t LoadFirmware(const char* path);
+
 /// The first contact with the adapter after the firmware download: 0 if it answered.
 std::int16_t ConnectAdapter();
 

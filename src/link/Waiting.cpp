@@ -53,12 +53,12 @@ TransferTime::TransferTime(Direction direction) {
     if (direction == Direction::Write) Bus.wait.writes = true;
     if (Bus.wait.used >= kNoWaiting) ShowSigns();
   }
-  began_ = TheClock()->Now();
+  Bus.wait.lastBegan = TheClock()->Now();
 }
 
 TransferTime::~TransferTime() {
   if (TheClock() == nullptr) return;
-  Bus.wait.lastTransfer = TheClock()->Now() - began_;
+  Bus.wait.lastTransfer = TheClock()->Now() - Bus.wait.lastBegan;
   if (Bus.wait.waiter == Waiter::User) Bus.wait.used += Bus.wait.lastTransfer;
 }
 

@@ -32,7 +32,8 @@ struct WaitState {
   double used = 0;                  ///< seconds spent in transfers for the user
   bool writes = false;              ///< whether one of them was a write
   QString shown;                    ///< the text shown; empty when no signs are shown
-  double lastTransfer = 0;          ///< duration of the last transfer in seconds, for whomever it ran
+  double lastBegan = 0;             ///< monotonic time at which the last transfer began, in seconds
+  double lastTransfer = 0;          ///< its duration in seconds, for whomever it ran
 };
 
 /// One action of the user, for its own lifetime. It shows the signs once its transfers have taken kNoWaiting. An action
@@ -67,9 +68,6 @@ class TransferTime {
   ~TransferTime();
   TransferTime(const TransferTime&) = delete;
   TransferTime& operator=(const TransferTime&) = delete;
-
- private:
-  double began_ = 0;
 };
 
 /// Ends the wait because the user is asked something. Resets the time waited so far.

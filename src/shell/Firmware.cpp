@@ -5,6 +5,7 @@
 #include <QDir>
 
 #include "link/Declarations.h"
+#include "link/USBStuff.h"
 #include "platform/PathBytes.h"
 #include "shell/ProgramState.h"
 
@@ -31,10 +32,10 @@ std::int16_t LoadFirmwareFile(const platform::Process& process) {
   if (link::Bus.UsbFunctions.LoadFirmWare == nullptr) return 0;
   const QByteArray bytes = process.Folder().isEmpty() ? platform::ProgramFolderBytes() + platform::PathBytes(file)
                                                       : platform::PathBytes(Program.FirmwarePath);
-  if (ToAnsiBuffer(bytes)) return link::Bus.UsbFunctions.LoadFirmWare(Program.AnsiBuffer.data());
+  if (ToAnsiBuffer(bytes)) return link::LoadFirmware(Program.AnsiBuffer.data());
   // Called even if the path is too long for the buffer: the library decides what to do with it, and one that finds the
   // file, or needs none, gives the user a working adapter.
-  return link::Bus.UsbFunctions.LoadFirmWare(bytes.constData());
+  return link::LoadFirmware(bytes.constData());
 }
 
 }  // namespace zth::shell

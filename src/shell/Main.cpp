@@ -7,9 +7,11 @@
 #include "chip/PinModel.h"
 #include "chip/PwmModes.h"
 #include "chip/RegMapStuff.h"
+#include "link/Asker.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
+#include "link/SMBusStuff.h"
 #include "link/Waiting.h"
 #include "platform/Guard.h"
 #include "shell/Discovery.h"
@@ -18,6 +20,7 @@
 #include "shell/ProgramState.h"
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
+#include "tasks/Traffic.h"
 #include "widgets/ClearBoxes.h"
 #include "windows/SharedState.h"
 #include "windows/config/frmEasySetup.h"
@@ -28,9 +31,9 @@ namespace {
 /// The library is tried once. Only a missing library counts as absent.
 bool ProbeSmbus(platform::Libraries& libraries) {
   const QString error = link::LoadSmbus(libraries);
-  if (link::Bus.Smbus.ReadSmbus != nullptr) link::Bus.Smbus.ReadSmbus(0, 0);
+  link::ProbeSmbusHost();
   if (error.toLower().contains("file not found")) return false;
-  if (link::Bus.Smbus.DetectSmbus != nullptr) link::Bus.Smbus.DetectSmbus();
+  link::DetectSmbusHost();
   return true;
 }
 
@@ -72,9 +75,12 @@ void AwaitEndOrders(platform::Process& process) {
 
 /// One pass of the start, up to polling.
 void Start(platform::Services& services) {
+  const link::Asker start(link::Asker::Kind::Job, [] { return "start"; });
   link::Attach(services, [] {
     if (MainForm != nullptr) MainForm->CloseAllWindows();
   });
+  // Before the first call, so that the traffic is whole.
+  link::Bus.observer = tasks::Work.traffic.get();
   link::Bus.reporter.ask = [&services](const platform::BoxQuestion& question) {
     return AskAtStart(question, services);
   };

@@ -4,6 +4,7 @@
 
 #include "chip/ChipState.h"
 #include "chip/Measurements.h"
+#include "link/Asker.h"
 #include "windows/ChildWindow.h"
 #include "windows/SharedState.h"
 #include "windows/board/frmHeaters.h"
@@ -24,6 +25,7 @@ namespace {
 template <typename Window>
 std::function<void()> OnWindow(const windows::Context& context, const char* name, void (*action)(Window&)) {
   return [&desktop = context.desktop, name, action] {
+    const link::Asker asker(link::Asker::Kind::Job, [name] { return std::string("monitor ") + name; });
     if (auto* window = qobject_cast<Window*>(desktop.FindWindow(name))) action(*window);
   };
 }
@@ -40,6 +42,7 @@ void RefreshManualControl(windows::frmManualControl& window) {
 }  // namespace
 
 void MeasurementJob::Run() {
+  const link::Asker asker(link::Asker::Kind::Job, [] { return "monitor"; });
   constexpr std::int16_t kGroups = 6;
   chip::Model.Freshness.now = services_.clock.Now();
   chip::ReadMeasurementGroup(static_cast<std::int16_t>(phase_ + 1));

@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QScopeGuard>
 
+#include "link/Asker.h"
 #include "link/Declarations.h"
 #include "link/Waiting.h"
 #include "shell/MdiDesk.h"
@@ -37,6 +38,8 @@ WaitingSigns::~WaitingSigns() {
 
 void WaitingSigns::Load(windows::ChildWindow& window, QMdiSubWindow& frame) {
   const link::UserAction action([&window] { return window.Caption(); });
+  const link::Asker asker(link::Asker::Kind::Action,
+                          [name = window.objectName()] { return name.toStdString() + " opens"; });
   opening_ = &frame;
   const auto end = qScopeGuard([this] {
     opening_ = nullptr;

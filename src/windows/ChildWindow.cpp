@@ -15,6 +15,7 @@
 #include <QPushButton>
 
 #include "base/Product.h"
+#include "link/Asker.h"
 #include "link/Transfers.h"
 #include "link/Waiting.h"
 #include "platform/Guard.h"
@@ -73,6 +74,8 @@ void ChildWindow::NoteOrigin(bool isUnread) {
 void ChildWindow::ReadAgain() {
   if (!IsOfOtherChip() && !origin_.IsReadItself()) return;
   const link::UserAction action([this] { return Caption(); });
+  const link::Asker asker(link::Asker::Kind::Action,
+                          [name = objectName()] { return name.toStdString() + " read again"; });
   if (HoldsChanges()) {
     const QPointer<ChildWindow> self(this);  // it may be closed while the box is open
     constexpr int kRead = 0;

@@ -10,6 +10,7 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include "link/Asker.h"
 #include "link/Waiting.h"
 #include "platform/Guard.h"
 #include "windows/ChildWindow.h"
@@ -65,12 +66,25 @@ class WheelFilter final : public QObject {
   Wheel wheel_;
 };
 
-/// The caption of the window that contains a control; empty for a control outside such windows.
-QString CaptionAround(const QWidget* control) {
+/// The window that contains a control; null for a control outside such windows.
+const ChildWindow* WindowAround(const QWidget* control) {
   for (; control != nullptr; control = control->parentWidget()) {
-    if (const auto* window = qobject_cast<const ChildWindow*>(control)) return window->Caption();
+    if (const auto* window = qobject_cast<const ChildWindow*>(control)) return window;
   }
-  return {};
+  return nullptr;
+}
+
+QString CaptionAround(const QWidget* control) {
+  const ChildWindow* window = WindowAround(control);
+  return window == nullptr ? QString() : window->Caption();
+}
+
+/// "frmAutoGraph cmbControl(0)"
+std::string NameOf(const QWidget* control) {
+  if (control == nullptr) return {};
+  const ChildWindow* window = WindowAround(control);
+  const QString around = window == nullptr || window == control ? QString() : window->objectName() + " ";
+  return (around + control->objectName()).toStdString();
 }
 
 }  // namespace
@@ -78,6 +92,7 @@ QString CaptionAround(const QWidget* control) {
 Handler ByUser(QWidget& control, Handler handler) {
   return platform::Guarded([control = QPointer<QWidget>(&control), handler = std::move(handler)] {
     const link::UserAction action([control] { return CaptionAround(control); });
+    const link::Asker asker(link::Asker::Kind::Action, [control] { return NameOf(control); });
     handler();
   });
 }

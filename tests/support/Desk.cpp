@@ -13,6 +13,7 @@
 #include "shell/Commands.h"
 #include "shell/Main.h"
 #include "shell/ProgramState.h"
+#include "tasks/Traffic.h"
 #include "windows/SharedState.h"
 
 namespace zth::testing {
@@ -21,6 +22,7 @@ namespace {
 void ResetProgram() {
   link::Bus = {};
   chip::Model = {};
+  tasks::Work = {};
   windows::Shared = {};
   ::zth::shell::Program = {};
 }

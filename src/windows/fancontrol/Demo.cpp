@@ -9,6 +9,7 @@
 #include "chip/Measurements.h"
 #include "chip/PinModel.h"
 #include "chip/RegisterNames.h"
+#include "link/Asker.h"
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "windows/SharedState.h"
@@ -96,6 +97,7 @@ void Lift(std::int16_t& value) {
 
 /// Sets the limit far below the temperature for a while, then restores the set-up's value.
 void PulseTherm2(platform::Services& services) {
+  const link::Asker demo(link::Asker::Kind::Part, [] { return "frmDynamicTmin demo"; });
   services.events.PumpPaint();  // nothing is drawn during the pulse
   link::WriteRegisterValue(link::Bus.DeviceAddress, kRemote2Therm2Limit, kZeroDegrees);
   services.clock.WaitMs(kPulseMs);
