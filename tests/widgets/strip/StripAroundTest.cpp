@@ -39,6 +39,30 @@ TEST_F(StripAround, TellsTheValuesUnderTheCursorInTheLegendAtOnePlace) {
   EXPECT_EQ(ends["20.25°C"].size(), 1U);
 }
 
+TEST_F(StripAround, TellsEachTracesOwnValueOfTheSampleUnderTheCursor) {
+  Use(TwoZones());
+  for (int i = 0; i < 9; ++i) {
+    Feed(0, i, i == 0 ? 0 : 1);
+    strip.PlotValue(1, 20 + i);
+    strip.PlotValue(2, 1000 * i);
+  }
+  for (int x = 606; x < 646; x += 4) {
+    tests::Mouse(strip, QEvent::MouseMove, QPoint(x, 120), Qt::NoButton);
+    std::map<double, std::vector<QString>> rows;
+    for (const auto& text : zth::testing::TextRecorder(strip).texts) rows[text.place.center().y()].push_back(text.text);
+    std::map<QString, double> values;
+    double at = -1;
+    for (const auto& [y, row] : rows) {
+      for (std::size_t i = 0; i < row.size(); ++i) {
+        if (row[i].endsWith(" s")) at = row[i].chopped(2).toDouble();
+        if (i > 0) values[row[i - 1]] = row[i].toDouble();
+      }
+    }
+    EXPECT_NEAR(values["Local"], at, 0.6) << x;
+    EXPECT_EQ(values["Tach1"], values["Local"] * 1000) << x;
+  }
+}
+
 TEST_F(StripAround, HasItsMenuInButtonsThatTakeNothingOfThePlot) {
   auto* bar = strip.findChild<QWidget*>("fraStripBar");
   const auto press = [this](const char* name) { strip.findChild<QAbstractButton*>(name)->click(); };
@@ -139,6 +163,17 @@ TEST_F(StripAround, MarksAtTheEdgeWhatIsCutOff) {
   strip.SetAxisIndex(0);
   strip.SetAxisMax(80);
   EXPECT_LE(wide(31), 1);
+  strip.SetAxisMin(40);
+  int edge = 250;
+  while (edge > 200 && wide(edge) < 20) --edge;
+  EXPECT_GE(wide(edge - 4), 4) << "and at the lower edge";
+  Use({.mode = StripMode::XY, .axes = {{0, 110}}, .traces = {{.colour = Qt::red, .width = 8, .dots = true}}});
+  for (const auto& [y, upper] : {std::pair{200, true}, {-20, false}}) {
+    strip.ClearData();
+    strip.PlotXY(0, -40, y);
+    EXPECT_GT(PixelsOf(Qt::red), 5) << y;
+    EXPECT_EQ(PixelsOf(Qt::red, 0.5) > 0, upper);
+  }
 }
 
 TEST_F(StripAround, KeepsMovingLabelsAboutTheirHeightAndOffTheNewestSamples) {

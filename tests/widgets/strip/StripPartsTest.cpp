@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+#include "widgets/StripColours.h"
 #include "widgets/StripLayout.h"
 #include "widgets/StripRaster.h"
 #include "widgets/StripTicks.h"
@@ -97,6 +98,18 @@ TEST(Raster, DrawsSpansGapsWidthsAndDashes) {
 
 StripSetup TwoZones() {
   return {.axes = {{-10, 110, 0, 0.59}, {0, 110, 0.62, 1}}, .traces = {{.axis = 0}, {.axis = 1}}};
+}
+
+TEST(Colours, OnDarkPaperKeepTheirHueAndStayDistinct) {
+  const StripColours dark(QPalette(QColor(240, 240, 240), QColor(45, 45, 48)));
+  ASSERT_TRUE(dark.dark);
+  for (const QRgb each : {0x0000FFU, 0x000080U, 0xFF0000U, 0x800000U, 0x008000U, 0xFF8000U}) {
+    const QColor colour = QColor::fromRgb(each);
+    EXPECT_LE(std::abs(std::remainder(dark.OfTrace(colour).hue() - colour.hue(), 360)), 25) << each;
+  }
+  EXPECT_GT(dark.OfTrace(Qt::black).lightness(), 200);
+  EXPECT_GT(dark.OfTrace(QColor(0, 0, 128)).lightness(), dark.OfTrace(Qt::blue).lightness());
+  EXPECT_GT(dark.OfTrace(QColor(128, 0, 0)).lightness(), dark.OfTrace(Qt::red).lightness());
 }
 
 TEST(View, StaysUntilTheNewestSampleReachesTheRightEdgeAndThenFollows) {
