@@ -23,6 +23,7 @@ QJsonObject RangesOf(widgets::Strip& chart) {
   QJsonObject ranges{{"XSpan", chart.XSpan()}};
   // The X axis of a time chart counts from its own first sample, so its end would mean another time after a restart.
   if (chart.IsXY()) ranges["XEnd"] = chart.XEnd();
+  if (chart.TimeOfDay()) ranges["TimeOfDay"] = true;
   const int chosen = chart.AxisIndex();
   QJsonArray axes;
   for (int axis = 0; axis < chart.AxisCount(); ++axis) {
@@ -147,6 +148,7 @@ void RestoreCharts(const QWidget& window, const QJsonObject& charts) {
       PutAxis(*chart, axes[axis].toArray());
     }
     chart->SetAxisIndex(chosen);
+    chart->SetTimeOfDay(ranges["TimeOfDay"].toBool());
     if (IsNumber(ranges["XSpan"])) chart->SetXSpan(ranges["XSpan"].toDouble());
     if (chart->IsXY() && IsNumber(ranges["XEnd"])) chart->SetXEnd(ranges["XEnd"].toDouble());
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <span>
 #include <vector>
 
 namespace zth::widgets {
@@ -40,6 +41,12 @@ class Ring {
 
   /// Index 0 is the oldest.
   const T& operator[](std::size_t index) const { return slots_[(head_ + index) & (slots_.size() - 1)]; }
+  /// The entries from `begin` up to `end`, as far as they are in one piece of memory.
+  std::span<const T> Straight(std::size_t begin, std::size_t end) const {
+    if (begin >= end) return {};
+    const std::size_t first = (head_ + begin) & (slots_.size() - 1);
+    return {slots_.data() + first, std::min(end - begin, slots_.size() - first)};
+  }
   const T& Front() const { return (*this)[0]; }
   const T& Back() const { return (*this)[size_ - 1]; }
   bool Empty() const { return size_ == 0; }

@@ -83,13 +83,23 @@ Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional
   });
 }
 
+Strip::Strip(const platform::Clock& clock, QWidget* parent, const std::optional<StripOutlets>& outlets)
+    : Strip([&clock] { return clock.Now(); }, parent, outlets) {
+  p_->wallClock = [&clock] { return clock.WallTime(); };
+}
+
 Strip::~Strip() = default;
+
+bool Strip::HasTimeOfDay() const {
+  return p_->wallClock && !IsXY();
+}
 
 void Strip::SetUp(const StripSetup& setup) {
   Renew(setup);
   p_->feed.Restart();
   p_->painter.ResetColumns();
   p_->painter.Forget();
+  p_->LayOut();
   Changed(StripChange::View);
   emit Strip2_LayoutChanged(setup.index);
 }
@@ -101,15 +111,21 @@ void Strip::Changed(StripChange change) {
   }
   if (change == StripChange::Zones) emit Strip2_LayoutChanged(Index());
   TellHeld();
-  PlaceBar();
+  ShowBar();
   update();
 }
 
 void Strip::PlaceBar() {
-  if (p_->bar == nullptr) return;
   p_->LayOut();
+  ShowBar();
+}
+
+// Uses the latest layout: a change of ranges moves the title by a few pixels at most, and the next picture tells.
+void Strip::ShowBar() {
+  if (p_->bar == nullptr) return;
   p_->bar->ShowState();
-  p_->bar->Place(p_->painter.Layout().plot.top(), p_->painter.TitleEnd(scene_));
+  p_->titleEnd = p_->painter.TitleEnd(scene_);
+  p_->bar->Place(p_->painter.Layout().plot.top(), p_->titleEnd);
 }
 
 // New samples only mark the chart; the shared timer combines any number of them into one redraw. A hidden chart does
@@ -157,7 +173,23 @@ void Strip::PlotValue(int trace, double value) {
   const double x = p_->feed.XAt(p_->clock(), history);
   history.Append(x, value);
   scene_.view.Advance(x);
+  NoteDayTime(x);
   Touch();
+}
+
+// Traces that are fed together share one x, which needs the time of day once.
+void Strip::NoteDayTime(double x) {
+  if (!p_->wallClock || (scene_.dayTime.Known() && x == p_->notedX)) return;
+  p_->notedX = x;
+  scene_.dayTime.Note(x, p_->wallClock());
+}
+
+void ShareTimeOfDay(std::span<Strip* const> charts) {
+  for (Strip* from : charts) {
+    for (Strip* to : charts) {
+      if (from != to) QObject::connect(from, &Strip::TimeOfDayChanged, to, &Strip::SetTimeOfDay);
+    }
+  }
 }
 
 void Strip::GoLive() {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 
 #include <QByteArray>
 #include <QImage>
@@ -21,6 +22,9 @@ class Strip : public StripState {
   /// `clock` returns monotonic seconds. `outlets`, if given, let the user copy and save pictures and data.
   explicit Strip(std::function<double()> clock, QWidget* parent = nullptr,
                  const std::optional<StripOutlets>& outlets = std::nullopt);
+  /// The same with both clocks, so that the time axis can show the time of day.
+  explicit Strip(const platform::Clock& clock, QWidget* parent = nullptr,
+                 const std::optional<StripOutlets>& outlets = std::nullopt);
   ~Strip() override;
 
   /// Sets up the chart from scratch, including all data and ranges.
@@ -35,6 +39,8 @@ class Strip : public StripState {
   /// Adds a sample to a time chart at the clock's time; NaN interrupts the line. Does nothing in an X-Y chart. Traces
   /// fed together share one time.
   Q_INVOKABLE void PlotValue(int trace, double value);
+
+  bool HasTimeOfDay() const override;
 
   Q_INVOKABLE void GoLive();
   /// Stops a time chart where it is, or makes it live again.
@@ -84,10 +90,15 @@ class Strip : public StripState {
   void Changed(StripChange change) override;
   void Touch();
   void TellValue();
+  void NoteDayTime(double x);
   void PlaceBar();
+  void ShowBar();
 
   std::unique_ptr<Private> p_;
   StripFiles files_;
 };
+
+/// Switches the time of day on and off for all charts of a window together.
+void ShareTimeOfDay(std::span<Strip* const> charts);
 
 }  // namespace zth::widgets

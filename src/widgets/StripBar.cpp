@@ -23,6 +23,7 @@ constexpr char kLive[] = R"(<path d="M7 4.500l12 7.500-12 7.500z"/>)";
 constexpr char kFit[] =
     R"(<path d="M4 3.500h16M4 20.500h16"/><path d="M12 7v10M9 9.500L12 6.500l3 3M9 14.500l3 3 3-3" stroke="#d9622b"/>)";
 constexpr char kStart[] = R"(<path d="M4.500 12a7.500 7.500 0 1 0 2.600-5.700"/><path d="M7.500 2.500v4.300h4.300"/>)";
+constexpr char kDay[] = R"(<circle cx="12" cy="12" r="8.500"/><path d="M12 6.500V12l4 2.500" stroke="#d9622b"/>)";
 constexpr char kCopy[] =
     R"(<rect x="8.500" y="8.500" width="11.500" height="12" rx="1.500"/><path d="M5.500 15.500H4V3.500h11.500V5"/>)";
 constexpr char kExport[] = R"(<path d="M4 14v6.500h16V14"/><path d="M12 3.500v11M8 10.500l4 4 4-4" stroke="#d9622b"/>)";
@@ -59,6 +60,9 @@ StripBar::StripBar(Strip& strip) : QWidget(&strip), strip_(strip) {
   Describe(*fit, kFit, tr("Fit to Data"), tr("Fit the Y axes to the data in sight (A)"));
   QToolButton* start = Add("cmdStripStart", [&strip] { strip.ResetRanges(); });
   Describe(*start, kStart, tr("Start Ranges"), tr("Back to the start ranges (Home)"));
+  day_ = Add("cmdStripTimeOfDay", [&strip] { strip.SetTimeOfDay(!strip.TimeOfDay()); });
+  day_->setCheckable(true);
+  Describe(*day_, kDay, tr("Time of Day"), tr("Label the axis with the time of day (T)"));
   QToolButton* copy = Add("cmdStripCopy", [&strip] { strip.Files().CopyPicture(); });
   Describe(*copy, kCopy, tr("Copy Picture"), tr("Copy the picture (Ctrl+C)"));
   export_ = Add("cmdStripExport", [this] { OpenExport(); });
@@ -93,6 +97,8 @@ void StripBar::Place(int height, int titleEnd) {
 
 void StripBar::ShowState() {
   hold_->setVisible(!strip_.IsXY());
+  day_->setVisible(strip_.HasTimeOfDay());
+  day_->setChecked(strip_.TimeOfDay());
   const bool held = strip_.Held();
   const QString name = held ? tr("Live") : tr("Hold");
   if (hold_->accessibleName() == name) return;

@@ -33,6 +33,7 @@ class StripBar final : public QWidget {
   Strip& strip_;
   std::vector<QToolButton*> buttons_;
   QToolButton* hold_;
+  QToolButton* day_;
   QToolButton* export_;
 };
 

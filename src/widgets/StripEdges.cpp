@@ -1,5 +1,6 @@
 #include "widgets/StripEdges.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QPainter>
@@ -40,6 +41,10 @@ void MarkCutColumns(const StripSheet& sheet, int trace, std::span<const TraceHis
   const auto stretch = static_cast<std::int64_t>(std::max(1.0, kApart * perPixel));
   const std::int64_t shift = trace * static_cast<std::int64_t>(kBetweenTraces * perPixel);
   for (const Edge edge : {Edge::Top, Edge::Bottom}) {
+    const auto leaves = [&](const TraceHistory::Column& column) {
+      return edge == Edge::Top ? static_cast<double>(column.hi) > axis.max : static_cast<double>(column.lo) < axis.min;
+    };
+    if (std::none_of(columns.begin(), columns.end(), leaves)) continue;
     for (std::size_t c = 0; c < columns.size();) {
       const std::int64_t number = first + static_cast<std::int64_t>(c) + shift;
       const std::int64_t rest = stretch - (number % stretch + stretch) % stretch;
@@ -47,10 +52,7 @@ void MarkCutColumns(const StripSheet& sheet, int trace, std::span<const TraceHis
       std::int64_t sum = 0;
       std::int64_t cut = 0;
       for (; c < end; ++c) {
-        const TraceHistory::Column& column = columns[c];
-        const bool out =
-            edge == Edge::Top ? static_cast<double>(column.hi) > axis.max : static_cast<double>(column.lo) < axis.min;
-        if (column.Empty() || !out) continue;
+        if (columns[c].Empty() || !leaves(columns[c])) continue;
         sum += first + static_cast<std::int64_t>(c);
         ++cut;
       }

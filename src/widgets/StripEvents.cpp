@@ -42,6 +42,9 @@ void Strip::paintEvent(QPaintEvent*) {
   } else {
     p_->painter.PaintVector(painter, scene_, size(), palette(), true);
   }
+  if (p_->painter.TitleEnd(scene_) != p_->titleEnd)
+    QMetaObject::invokeMethod(
+        this, [this] { ShowBar(); }, Qt::QueuedConnection);
 }
 
 void Strip::showEvent(QShowEvent* event) {
@@ -103,6 +106,8 @@ void Strip::keyPressEvent(QKeyEvent* event) {
     files_.CopyPicture();
   } else if (event->key() == Qt::Key_E && event->modifiers() == Qt::ControlModifier) {
     p_->bar->OpenExport();
+  } else if (event->key() == Qt::Key_T && event->modifiers() == Qt::NoModifier && HasTimeOfDay()) {
+    SetTimeOfDay(!TimeOfDay());
   } else if (!p_->input.Key(event->key(), event->modifiers())) {
     QWidget::keyPressEvent(event);
   }

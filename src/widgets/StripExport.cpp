@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include <QDateTime>
 #include <QLocale>
 
 namespace zth::widgets {
@@ -19,6 +20,12 @@ QString Field(QString text) {
     return text;
   }
   return QLatin1Char('"') + text.replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"');
+}
+
+/// A date and time that spreadsheets understand: "2026-11-23 14:05:30.250".
+QString LocalText(double local) {
+  const QDateTime time = QDateTime::fromMSecsSinceEpoch(std::llround(local * 1000), Qt::UTC);
+  return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
 }
 
 QString PathsCsv(const StripScene& scene) {
@@ -43,7 +50,9 @@ QString StripCsv(const StripScene& scene) {
     std::size_t next = 0;
   };
   std::vector<Source> sources;
+  const bool dayTime = scene.ShowsDayTime();
   QString csv = QStringLiteral("Time (s)");
+  if (dayTime) csv += QLatin1Char(',') + QStringLiteral("Local time");
   for (int t = 0; t < static_cast<int>(scene.traces.size()); ++t) {
     if (!scene.Shown(t) || !scene.HasData(t)) continue;
     sources.push_back({scene.TraceAt(t).history.Points(scene.view.XBegin(), scene.view.XEnd())});
@@ -57,6 +66,7 @@ QString StripCsv(const StripScene& scene) {
     }
     if (!std::isfinite(x)) return csv;
     csv += QString::number(x, 'f', 3);
+    if (dayTime) csv += QLatin1Char(',') + LocalText(scene.dayTime.LocalAt(x));
     for (Source& source : sources) {
       csv += QLatin1Char(',');
       if (source.next < source.points.size() && source.points[source.next].x == x) {

@@ -42,11 +42,6 @@ StripFurniture::StripFurniture(const StripSheet& sheet)
       readout_(sheet.readout),
       tag_(StripOverlay::TagOf(sheet)) {}
 
-bool StripFurniture::HasSample(const StripScene& scene, const StripLabel& label) {
-  return scene.HasTrace(label.trace) && label.line && !label.text.isEmpty() &&
-         (!scene.IsXY() || scene.HasData(label.trace));
-}
-
 void StripFurniture::Heading(QRect rect, const QString& text) {
   painter_.setPen(colours_.text);
   const bool whole = bold_.Width(text) <= rect.width();
@@ -75,15 +70,19 @@ void StripFurniture::Still(QSize size, bool handles, bool paper) {
 }
 
 void StripFurniture::Scales() {
-  // Up to the frames of the zones, and half a line above and below the plot, because the outermost numbers extend that
-  // far.
+  // Between the handles and the frames of the zones, and half a line above and below the plot, because the outermost
+  // numbers extend that far.
   const int half = text_.Height() / 2 + 1;
-  const QRect beside(QPoint(0, layout_.plot.top() - half),
+  int left = 0;
+  for (const StripLayout::Handle& handle : layout_.handles) {
+    const bool beside = handle.part.kind == StripPart::Kind::YHigh || handle.part.kind == StripPart::Kind::YLow;
+    if (beside) left = std::max(left, handle.rect.right() + 1);
+  }
+  const QRect beside(QPoint(left, layout_.plot.top() - half),
                      QPoint(layout_.plot.left() - 2, layout_.plot.bottom() + half));
   painter_.setClipRect(beside);
   painter_.fillRect(beside, colours_.window);
   Numbers();
-  Handles();
 }
 
 void StripFurniture::Paper() {
@@ -126,9 +125,13 @@ void StripFurniture::Handles() {
     const bool hovered = scene_.overlay.hovered == handle.part;
     painter_.setBrush(hovered ? colours_.accent : colours_.faint);
     if (handle.part.kind == StripPart::Kind::Border) {
-      for (const int dx : {-8, 0, 8}) {
-        painter_.drawEllipse(QPointF(handle.rect.center()) + QPointF(dx + 0.5, 0.5), 1.8, 1.8);
+      // The whole gap can be dragged; in a narrow chart the dots make way for the heading in it.
+      QPointF middle(handle.rect.center());
+      for (const StripLabel& label : scene_.labels) {
+        const bool heading = label.place == StripPlace::Heading && label.axis == handle.part.index + 1;
+        if (heading) middle.rx() = std::max(middle.x(), layout_.plot.left() + bold_.Width(label.text) + 16.0);
       }
+      for (const int dx : {-8, 0, 8}) painter_.drawEllipse(middle + QPointF(dx + 0.5, 0.5), 1.8, 1.8);
     } else {
       painter_.drawPolygon(Triangle(handle.rect, handle.part.kind));
     }
@@ -154,9 +157,10 @@ void StripFurniture::XLabels() {
     if (!place.adjusted(-2, 0, 2, 0).intersects(tag_)) text_.Draw(painter_, place.topLeft(), tick.text);
   }
   const bool clock = !layout_.xTicks.empty() && layout_.xTicks.back().text.contains(QLatin1Char(':'));
-  const QString unit = scene_.IsXY() ? scene_.setup.xUnit.trimmed()
-                       : clock       ? QStringLiteral("h:m:s")
-                                     : QStringLiteral("s");
+  const QString unit = scene_.IsXY()           ? scene_.setup.xUnit.trimmed()
+                       : scene_.ShowsDayTime() ? QStringLiteral("time of day")
+                       : clock                 ? QStringLiteral("h:m:s")
+                                               : QStringLiteral("s");
   const double left = layout_.plot.right() + layout_.xReach + 2 + kStripHandle;
   if (!layout_.legend.empty()) {
     painter_.setPen(colours_.faint);
@@ -185,7 +189,7 @@ void StripFurniture::Samples() {
   for (const StripLayout::LegendRow& row : layout_.legend) {
     if (row.label < 0) continue;
     const StripLabel& label = scene_.labels[static_cast<std::size_t>(row.label)];
-    if (!HasSample(scene_, label)) continue;
+    if (!scene_.HasSample(label)) continue;
     if (scene_.overlay.hovered == StripPart{StripPart::Kind::LegendRow, row.label}) {
       QColor wash = colours_.accent;
       wash.setAlpha(48);
@@ -224,7 +228,7 @@ void StripFurniture::Reading(const StripLayout::LegendRow& row) {
 void StripFurniture::Legend() {
   for (const StripLayout::LegendRow& row : layout_.legend) {
     const bool alone = row.label < 0;
-    const bool traced = alone || HasSample(scene_, scene_.labels[static_cast<std::size_t>(row.label)]);
+    const bool traced = alone || scene_.HasSample(scene_.labels[static_cast<std::size_t>(row.label)]);
     if (readout_ != nullptr && traced && scene_.Shown(row.trace)) {
       if (alone) Sample(SampleRect(row.rect), scene_.TraceAt(row.trace).style, true);
       painter_.setPen(colours_.text);

@@ -18,16 +18,13 @@ class StripFurniture {
   /// Draws what changes only with the ranges and the legend's rows, on a widget of that size. With `paper` it also
   /// draws the zones' background and the horizontal grid.
   void Still(QSize size, bool handles, bool paper);
-  /// Redraws the part of that which changes with the Y ranges: the numbers beside the zones and the handles there.
+  /// Redraws the part of that which changes with the Y ranges: the numbers beside the zones.
   void Scales();
   void XLabels();
   /// Draws the legend's texts; their line samples are part of Still. While there is a cursor, a trace's row shows its
   /// name and the value under the cursor, aligned to the row's right end.
   void Legend();
   void FreeLabels();
-
-  /// True if a legend row shows its trace's line.
-  static bool HasSample(const StripScene& scene, const StripLabel& label);
 
  private:
   void Heading(QRect rect, const QString& text);

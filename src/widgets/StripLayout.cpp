@@ -31,26 +31,33 @@ std::vector<int> TracesBeside(const StripScene& scene) {
   return traces;
 }
 
-int LegendWidthFor(const StripScene& scene, StripText& text, int widgetWidth) {
+/// The width that the legend needs whatever it shows: every name that the set-up gives has room beside its value, so
+/// that the plot does not depend on which of the names have been painted.
+int LegendWidthFor(const StripScene& scene, StripText& text, std::span<const int> beside, int widgetWidth) {
   int widest = 0;
   int reading = 0;
   bool any = false;
-  const auto read = [&](int trace) {
-    reading =
-        std::max(reading, text.Width(scene.NameOf(trace)) + kReadingGap + text.Width(WidestReading(scene, trace)));
+  std::vector<int> values;
+  for (std::size_t i = 0; i < scene.view.AxisCount(); ++i) values.push_back(text.Width(WidestReading(scene, i)));
+  const auto read = [&](const QString& name, int trace) {
+    reading = std::max(reading, text.Width(name) + kReadingGap + values[scene.AxisOf(trace)]);
   };
+  for (const StripLabel& label : scene.setup.labels) {
+    if (InLegend(label) && scene.HasTrace(label.trace)) read(label.text, label.trace);
+  }
   for (const StripLabel& label : scene.labels) {
     if (!InLegend(label)) continue;
     any = true;
     widest = std::max(widest, text.Width(label.text));
-    if (scene.HasTrace(label.trace) && label.line && !label.text.isEmpty()) read(label.trace);
+    if (scene.HasSample(label)) read(scene.NameOf(label.trace), label.trace);
   }
   if (!any) return 0;
-  for (const int trace : TracesBeside(scene)) read(trace);
-  // If a window gives the expected widest text, the plot keeps its size, and a much longer text wraps.
+  for (const int trace : beside) read(scene.NameOf(trace), trace);
+  // If a window gives the expected widest text, the plot keeps its size. A text that is a little longer gets its room,
+  // a much longer one wraps.
   if (!scene.setup.widestLegend.isEmpty()) {
     const int expected = text.Width(scene.setup.widestLegend);
-    widest = std::clamp(widest, expected, expected * 5 / 4);
+    widest = widest > expected * 5 / 4 ? expected : std::max(widest, expected);
   }
   widest = std::max(widest, reading);
   return std::min(widest + kLegendSample + kMargin, static_cast<int>(widgetWidth * kMostLegend));
@@ -82,7 +89,8 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
       columns.values = std::max(columns.values, text.Width(tick.text));
     }
   }
-  columns.legend = std::max(columns.legend, LegendWidthFor(scene, text, size.width()));
+  const std::vector<int> named = TracesBeside(scene);
+  columns.legend = std::max(columns.legend, LegendWidthFor(scene, text, named, size.width()));
   const int left = kMargin + kStripHandle + columns.values + 2 * kMargin;
   xReach = std::max(xReach, text.Width(QStringLiteral("-000")) / 2 + 4);
   const int beside = std::min(columns.legend, static_cast<int>(size.width() * kMostLegend));
@@ -101,10 +109,12 @@ StripLayout::StripLayout(const StripScene& scene, QSize size, double ratio, Stri
     xTicks = EvenTicks(given.xMin, given.xMax, given.xDivisions);
   } else if (scene.IsXY()) {
     xTicks = RoundTicks(scene.view.XBegin(), scene.view.XEnd(), std::max(2, plot.width() / 64));
+  } else if (scene.ShowsDayTime()) {
+    xTicks = DayTicks(scene.view.XBegin(), scene.view.XEnd(), most, scene.dayTime);
   } else {
     xTicks = TimeTicks(scene.view.XBegin(), scene.view.XEnd(), std::max(most, std::min(11, plot.width() / 48)));
   }
-  if (beside > 0) PlaceLegend(scene, text, plot.right() + 1 + kLegendGap, beside - kMargin);
+  if (beside > 0) PlaceLegend(scene, text, named, plot.right() + 1 + kLegendGap, beside - kMargin);
   PlaceHandles(scene);
   const int signWidth = text.Width(QStringLiteral("Held: click for live")) + 34;
   sign = QRect(plot.right() - signWidth - 7, plot.top() + 8, signWidth, line + 8);
@@ -122,13 +132,13 @@ void StripLayout::PlaceZones(const StripScene& scene) {
 
 // Rows are placed next to the zone of their trace, in the order of the set-up. In low zones they move as close together
 // as the texts allow, and they move up if they would leave the chart.
-void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, int left, int width) {
+void StripLayout::PlaceLegend(const StripScene& scene, StripText& text, std::span<const int> beside, int left,
+                              int width) {
   struct Entry {
     int label, trace, zone, height;
   };
   std::vector<Entry> entries;
   int total = 0;
-  const std::vector<int> beside = TracesBeside(scene);
   for (int zone = 0; zone < static_cast<int>(zones.size()); ++zone) {
     for (const int trace : beside) {
       if (static_cast<int>(scene.AxisOf(trace)) != zone) continue;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include <QRect>
@@ -62,7 +63,7 @@ class StripLayout {
 
  private:
   void PlaceZones(const StripScene& scene);
-  void PlaceLegend(const StripScene& scene, StripText& text, int left, int width);
+  void PlaceLegend(const StripScene& scene, StripText& text, std::span<const int> beside, int left, int width);
   void PlaceHandles(const StripScene& scene);
 
   int columnCount_ = 1;

@@ -62,6 +62,11 @@ void AddLive(QMenu& menu, Strip& strip) {
   };
   add("mnuHold", "&Hold\tH", !strip.Held());
   add("mnuLive", "&Back to Live\tEnd", strip.Held());
+  if (!strip.HasTimeOfDay()) return;
+  QAction& day = AddEntry(menu, strip, QStringLiteral("mnuTimeOfDay"), QStringLiteral("Time &of Day\tT"),
+                          [&strip] { strip.SetTimeOfDay(!strip.TimeOfDay()); });
+  day.setCheckable(true);
+  day.setChecked(strip.TimeOfDay());
 }
 
 }  // namespace

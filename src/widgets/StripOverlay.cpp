@@ -10,7 +10,6 @@
 namespace zth::widgets {
 namespace {
 
-constexpr double kRound = 4;
 constexpr int kTagEdge = 6;
 
 QString TagText(const StripReadout& readout) {
@@ -82,11 +81,9 @@ void StripOverlay::Cursor() {
   const double x = std::floor(scene_.overlay.cursor->x()) + 0.5;
   painter_.setPen(QPen(colours_.ink, 1, Qt::DotLine));
   painter_.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
-  painter_.setRenderHint(QPainter::Antialiasing);
-  painter_.setPen(Qt::NoPen);
-  painter_.setBrush(colours_.ink);
-  painter_.drawRoundedRect(tag_, kRound, kRound);
-  painter_.setRenderHint(QPainter::Antialiasing, false);
+  // It is drawn in every frame, so its corners are cut, not rounded.
+  painter_.fillRect(tag_.adjusted(0, 1, 0, -1), colours_.ink);
+  painter_.fillRect(tag_.adjusted(1, 0, -1, 0), colours_.ink);
   painter_.setPen(colours_.paper);
   text_.Draw(painter_, tag_.topLeft() + QPoint(kTagEdge, 0), TagText(*readout_));
 }

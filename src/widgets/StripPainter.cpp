@@ -52,7 +52,7 @@ StripPainter::StillKey StripPainter::KeyOf(const StripScene& scene, QSize size, 
     if (row.label < 0) continue;
     const StripLabel& label = scene.labels[static_cast<std::size_t>(row.label)];
     key.legend.insert(key.legend.end(),
-                      {row.rect.top(), label.trace, StripFurniture::HasSample(scene, label), scene.Shown(label.trace)});
+                      {row.rect.top(), label.trace, scene.HasSample(label), scene.Shown(label.trace)});
   }
   for (std::size_t i = 0; i < scene.view.AxisCount(); ++i) {
     key.zones.insert(key.zones.end(), {scene.view.At(i).areaTop, scene.view.At(i).areaBottom});
@@ -105,7 +105,14 @@ void StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size,
   } else {
     PaintColumns(scene, colours);
   }
-  painter.drawImage(QPointF(0, 0), scene.IsXY() ? paths_ : canvas_);
+  // The buttons leave a hole in the region to be painted. Without it, in the row of the title, Qt copies pixels and
+  // draws glyphs much faster below it, and nothing live is in that row.
+  const QImage& image = scene.IsXY() ? paths_ : canvas_;
+  const int row = layout_.plot.top() - 1;
+  painter.setClipRect(0, 0, size.width(), row);
+  painter.drawImage(QPointF(0, 0), image);
+  painter.setClipRect(0, row, size.width(), size.height() - row);
+  painter.drawImage(QPointF(0, 0), image);
   const StripSheet sheet = SheetOf(painter, scene, colours);
   if (!scene.IsXY()) MarkEdges(sheet);
   PaintLive(sheet, true);
@@ -161,7 +168,8 @@ RasterArea StripPainter::ZoneArea(std::size_t zone) {
 }
 
 StripPainter::Drawn StripPainter::ToDraw(const StripScene& scene) const {
-  Drawn next{true, layout_.FirstColumn(), layout_.ColumnWidth(), {0, 0}, {}};
+  const std::size_t stretches = scene.ShowsDayTime() ? scene.dayTime.Count() : 0;
+  Drawn next{true, layout_.FirstColumn(), layout_.ColumnWidth(), {0, 0}, stretches, {}};
   if (layout_.xTicks.size() > 1) {
     const double step = layout_.xTicks[1].value - layout_.xTicks[0].value;
     next.grid = {step, std::remainder(layout_.xTicks[0].value, step)};
@@ -179,7 +187,7 @@ StripPainter::Drawn StripPainter::ToDraw(const StripScene& scene) const {
 int StripPainter::FirstStale(const Drawn& next, int reach) const {
   const double slack = 1e-6 * std::abs(next.grid.first);
   const bool sameGrid = next.grid.first > 0 && std::abs(next.grid.first - drawn_.grid.first) < slack &&
-                        std::abs(next.grid.second - drawn_.grid.second) < slack;
+                        std::abs(next.grid.second - drawn_.grid.second) < slack && next.stretches == drawn_.stretches;
   if (!drawn_.valid || !sameGrid || next.width != drawn_.width || next.first < drawn_.first ||
       next.traces.size() != drawn_.traces.size()) {
     return 0;

@@ -68,6 +68,7 @@ class StripPainter {
     std::int64_t first = 0;
     double width = 0;
     std::pair<double, double> grid;  ///< step and phase of the x grid
+    std::size_t stretches = 0;       ///< of the time of day, each with a grid of its own
     struct Trace {
       std::uint64_t revision;
       bool shown;

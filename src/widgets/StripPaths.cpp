@@ -38,8 +38,8 @@ void DrawPaths(const StripSheet& sheet) {
     }
     const bool onePlace = std::all_of(path.begin(), path.end(), [&](const QPointF& p) { return p == path.front(); });
     if (trace.style.dots || onePlace) {
-      painter.setPen(QPen(sheet.colours.paper, 1));
-      painter.setBrush(colour);
+      painter.setPen(trace.style.hollow ? QPen(colour, 1.5) : QPen(sheet.colours.paper, 1));
+      painter.setBrush(trace.style.hollow ? sheet.colours.paper : colour);
       const double radius = std::max(trace.style.width, 2) / 2.0;
       for (const QPointF& place : onePlace ? QPolygonF{path.front()} : path) {
         painter.drawEllipse(place, radius + 0.5, radius + 0.5);

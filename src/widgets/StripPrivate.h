@@ -21,10 +21,13 @@ struct Strip::Private {
 
   Strip& strip;
   std::function<double()> clock;
+  std::function<QDateTime()> wallClock;  ///< empty if the chart has none
   StripPainter painter;
   StripInput input;
   StripFeed feed;
   StripBar* bar = nullptr;  ///< owned by the strip, as its child
+  int titleEnd = 0;         ///< where the title ended when the bar was placed
+  double notedX = 0;        ///< of the sample that brought the time of day last
   double tellNext = 0;      ///< clock time of the next report to a screen reader
   bool waiting = false;     ///< something changed since the last frame
   QElapsedTimer frame;      ///< since the last redraw for new samples

@@ -7,8 +7,10 @@
 namespace zth::widgets {
 namespace {
 
+// A row's height in the unit of spans, which is that of Mixed as well.
+constexpr int kFine = 256;
 // A span lower than this counts as horizontal.
-constexpr double kLevel = 1.0 / 32;
+constexpr int kLevel = kFine / 32;
 
 QRgb Mixed(QRgb under, QRgb over, unsigned weight) {
   const unsigned rest = 256 - weight;
@@ -26,23 +28,22 @@ bool Pen(const RasterLine& line, std::int64_t column) {
   return phase < drawn;
 }
 
-/// Fills one column from `top` to `bottom`, in fractional pixels, clipped to the area.
-void Fill(const RasterArea& area, int column, double top, double bottom, QRgb colour) {
-  top = std::max(top, 0.0);
-  bottom = std::min(bottom, static_cast<double>(area.height));
-  if (!(top < bottom)) return;
-  const int first = static_cast<int>(top);
-  const int whole = static_cast<int>(bottom);
-  const int last = bottom > whole ? whole : whole - 1;
+/// Fills one column from `top` to `bottom`, in kFine parts of a row, clipped to the area.
+void Fill(const RasterArea& area, int column, int top, int bottom, QRgb colour) {
+  top = std::max(top, 0);
+  bottom = std::min(bottom, area.height * kFine);
+  if (top >= bottom) return;
+  const int first = top / kFine;
+  const int last = (bottom - 1) / kFine;
   QRgb* pixel = area.bits + first * area.stride + column;
   if (first == last) {
-    *pixel = Mixed(*pixel, colour, static_cast<unsigned>((bottom - top) * 256));
+    *pixel = Mixed(*pixel, colour, static_cast<unsigned>(bottom - top));
     return;
   }
-  *pixel = Mixed(*pixel, colour, static_cast<unsigned>((first + 1 - top) * 256));
+  *pixel = Mixed(*pixel, colour, static_cast<unsigned>((first + 1) * kFine - top));
   for (int row = first + 1; row < last; ++row) *(pixel += area.stride) = colour;
   pixel += area.stride;
-  *pixel = Mixed(*pixel, colour, static_cast<unsigned>((bottom - last) * 256));
+  *pixel = Mixed(*pixel, colour, static_cast<unsigned>(bottom - last * kFine));
 }
 
 }  // namespace
@@ -50,21 +51,26 @@ void Fill(const RasterArea& area, int column, double top, double bottom, QRgb co
 void DrawColumns(const RasterArea& area, std::span<const TraceHistory::Column> columns, double low, double high,
                  const RasterLine& line) {
   if (!(high > low) || area.height < 1) return;
-  const double rows = area.height - 1;
-  const double scale = rows / (high - low);
-  const double half = line.width / 2.0;
+  const double lowest = (area.height - 1) * kFine;
+  const double scale = lowest / (high - low);
+  const int width = line.width * kFine;
+  const int above = (kFine - width) / 2;
+  const auto row = [&](float value) {
+    return static_cast<int>(std::min(std::max(0.0, (high - static_cast<double>(value)) * scale), lowest));
+  };
   const int count = std::min(area.width, line.begin + static_cast<int>(columns.size()));
   for (int c = line.begin; c < count; ++c) {
     const TraceHistory::Column& column = columns[static_cast<std::size_t>(c - line.begin)];
     if (column.Empty() || !Pen(line, c)) continue;
-    double top = std::clamp((high - column.hi) * scale, 0.0, rows) + 0.5 - half;
-    double bottom = std::clamp((high - column.lo) * scale, 0.0, rows) + 0.5 + half;
-    if (bottom - top - line.width < kLevel) {
-      top = static_cast<double>(std::lround(top));
-      bottom = top + line.width;
+    int top = row(column.hi) + above;
+    int bottom = row(column.lo) + above + width;
+    if (bottom - top - width < kLevel) {
+      // Rounded down, also above the area.
+      top = ((top + kFine / 2 + width) / kFine) * kFine - width;
+      bottom = top + width;
     }
     // Makes a steep stretch as wide as a horizontal one is high.
-    const bool steep = line.width > 1 && bottom - top > 2 * line.width;
+    const bool steep = line.width > 1 && bottom - top > 2 * width;
     const int begin = steep ? c - (line.width - 1) / 2 : c;
     const int end = steep ? std::min(area.width, begin + line.width) : c + 1;
     for (int x = std::max(begin, line.clip); x < end; ++x) Fill(area, x, top, bottom, line.colour);

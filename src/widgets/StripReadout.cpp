@@ -60,15 +60,14 @@ int DecimalsOf(double perPixel) {
   return perPixel >= 1 ? 0 : std::min(DecimalsFor(perPixel) + 1, 6);
 }
 
-const StripAxis& StartOf(const StripScene& scene, int trace) {
+const StripAxis& StartOf(const StripScene& scene, std::size_t axis) {
   static const StripAxis none;
-  const std::size_t axis = scene.AxisOf(trace);
   return axis < scene.setup.axes.size() ? scene.setup.axes[axis] : none;
 }
 
-/// A trace's value and unit, with decimals that match the value of a pixel in its zone.
-QString ValueText(const StripScene& scene, int trace, double value, double perPixel) {
-  const StripAxis& start = StartOf(scene, trace);
+/// A value of an axis with its unit, with decimals that match the value of a pixel in its zone.
+QString ValueText(const StripScene& scene, std::size_t axis, double value, double perPixel) {
+  const StripAxis& start = StartOf(scene, axis);
   const int finest = DecimalsOf((start.max - start.min) / kUsualZone);
   return PlainText(value, std::min(DecimalsOf(perPixel), finest)) + start.unit;
 }
@@ -81,10 +80,10 @@ const StripReadout::Line* StripReadout::Of(int trace) const {
   return found != lines.end() ? &*found : nullptr;
 }
 
-QString WidestReading(const StripScene& scene, int trace) {
-  const StripAxis& start = StartOf(scene, trace);
-  const QString low = ValueText(scene, trace, start.min, 0);
-  const QString high = ValueText(scene, trace, start.max, 0);
+QString WidestReading(const StripScene& scene, std::size_t axis) {
+  const StripAxis& start = StartOf(scene, axis);
+  const QString low = ValueText(scene, axis, start.min, 0);
+  const QString high = ValueText(scene, axis, start.max, 0);
   return low.size() > high.size() ? low : high;
 }
 
@@ -95,7 +94,7 @@ StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout)
   const auto xText = [&](double value) {
     return scene.IsXY() ? PlainText(value, DecimalsFor(perPixelX)) + scene.setup.xUnit : TimeText(value, perPixelX);
   };
-  readout.heading = xText(x);
+  readout.heading = scene.ShowsDayTime() ? DayText(scene.dayTime.LocalAt(x), perPixelX) : xText(x);
   const std::optional<double> mark = scene.overlay.mark;
   if (mark) readout.headingDifference = QStringLiteral("Δ ") + Signed(xText(x - *mark), x - *mark);
   for (int t = 0; t < static_cast<int>(scene.traces.size()); ++t) {
@@ -103,9 +102,10 @@ StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout)
     if (!scene.Shown(t) || (style.shownWith >= 0 && style.name.isEmpty())) continue;
     const auto here = SpanAt(scene, t, x, perPixelX);
     if (!here) continue;
-    const StripView::Axis& axis = scene.view.At(scene.AxisOf(t));
-    const double perPixel = (axis.max - axis.min) / std::max(1, layout.zones[scene.AxisOf(t)].height());
-    const auto text = [&](double value) { return ValueText(scene, t, value, perPixel); };
+    const std::size_t zone = scene.AxisOf(t);
+    const StripView::Axis& axis = scene.view.At(zone);
+    const double perPixel = (axis.max - axis.min) / std::max(1, layout.zones[zone].height());
+    const auto text = [&](double value) { return ValueText(scene, zone, value, perPixel); };
     StripReadout::Line line{t, scene.NameOf(t), text(here->lo), {}};
     if (here->hi != here->lo) line.value = text(here->lo) + QStringLiteral(" … ") + text(here->hi);
     if (mark) {

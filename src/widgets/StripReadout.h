@@ -29,8 +29,8 @@ struct StripReadout {
 /// Reads the scene at its cursor, which must exist.
 StripReadout ReadUnderCursor(const StripScene& scene, const StripLayout& layout);
 
-/// The longest value in the trace's start range, as the cursor would show it.
-QString WidestReading(const StripScene& scene, int trace);
+/// The longest value in the axis' start range, as the cursor would show it.
+QString WidestReading(const StripScene& scene, std::size_t axis);
 
 /// The latest values in one sentence, for users who cannot see the picture: "Temperature (°C): Local 25.25, Remote1
 /// 31".

@@ -43,9 +43,14 @@ QString StripScene::NameOf(int trace) const {
   if (!TraceAt(trace).style.name.isEmpty()) return TraceAt(trace).style.name;
   for (const StripLabel& label : labels) {
     if (label.slot == 0 || label.trace != trace || label.text.isEmpty()) continue;
-    return label.text.section(QLatin1Char('='), 0, 0).trimmed();
+    const auto end = label.text.indexOf(QLatin1Char('='));
+    return (end < 0 ? label.text : label.text.left(end)).trimmed();
   }
   return QStringLiteral("Trace %1").arg(trace);
+}
+
+bool StripScene::HasSample(const StripLabel& label) const {
+  return HasTrace(label.trace) && label.line && !label.text.isEmpty() && (!IsXY() || HasData(label.trace));
 }
 
 const StripLabel* StripScene::Label(int slot) const {
@@ -68,6 +73,7 @@ void StripScene::ClearData() {
     trace.history.Clear();
     trace.points.clear();
   }
+  dayTime.Clear();
   if (!IsXY()) overlay.mark.reset();
   view.Restart();
 }

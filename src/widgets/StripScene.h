@@ -7,6 +7,7 @@
 #include <QPointF>
 #include <QRect>
 
+#include "widgets/StripDayTime.h"
 #include "widgets/StripSetup.h"
 #include "widgets/StripView.h"
 #include "widgets/TraceHistory.h"
@@ -55,6 +56,8 @@ struct StripScene {
   std::size_t AxisOf(int trace) const;
   /// The trace's own name, or else its label's text up to an equals sign, or else "Trace 3".
   QString NameOf(int trace) const;
+  /// True if the label's legend row shows its trace's line.
+  bool HasSample(const StripLabel& label) const;
   /// The slot's label; null if there is none.
   StripLabel* Label(int slot);
   const StripLabel* Label(int slot) const;
@@ -62,6 +65,8 @@ struct StripScene {
   /// Adds a point to an X-Y trace; drops the oldest in case the owner never clears.
   void AddPoint(int trace, QPointF point);
   void ClearData();
+  /// True if the time axis shows the time of day. Without samples there is none to show.
+  bool ShowsDayTime() const { return dayTimeWanted && dayTime.Known(); }
   /// The range of the values that the shown traces of an axis have in the window, with a margin of a tenth; nothing
   /// without data.
   std::optional<std::pair<double, double>> FitOf(std::size_t axis) const;
@@ -70,6 +75,8 @@ struct StripScene {
   std::vector<Trace> traces;
   std::vector<StripLabel> labels;  ///< slot 0 first
   StripView view;
+  StripDayTime dayTime;        ///< of a time chart's samples
+  bool dayTimeWanted = false;  ///< instead of the seconds since the first sample
   Overlay overlay;
 };
 

@@ -20,6 +20,7 @@ struct StripTrace {
   Qt::PenStyle style = Qt::SolidLine;  ///< SolidLine, DashLine or DotLine
   int axis = 0;                        ///< index into StripSetup::axes
   bool dots = false;                   ///< X-Y: draws every point as a round dot of diameter `width` instead of a line
+  bool hollow = false;                 ///< the dots are rings
   int shownWith = -1;                  ///< the trace whose legend entry also hides and shows this one; -1 for its own
   QString name = {};                   ///< for read-outs and exports; if empty, the text of its label
 };

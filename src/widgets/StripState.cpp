@@ -10,7 +10,9 @@
 namespace zth::widgets {
 
 void StripState::Renew(const StripSetup& setup) {
+  const bool dayTime = scene_.dayTimeWanted;
   scene_ = StripScene(setup);
+  scene_.dayTimeWanted = dayTime;
   scene_.overlay.focus = hasFocus();
   labelIndex_ = axisIndex_ = 0;
 }
@@ -48,6 +50,16 @@ void StripState::SetXEnd(double end) {
 }
 bool StripState::Held() const {
   return scene_.view.Held();
+}
+
+bool StripState::TimeOfDay() const {
+  return scene_.dayTimeWanted;
+}
+void StripState::SetTimeOfDay(bool on) {
+  if (!HasTimeOfDay() || on == TimeOfDay()) return;
+  scene_.dayTimeWanted = on;
+  Changed(StripChange::View);
+  emit TimeOfDayChanged(on);
 }
 
 QString StripState::Caption() const {

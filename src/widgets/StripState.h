@@ -28,6 +28,7 @@ class StripState : public TwipsWidget {
   Q_PROPERTY(double AxisAreaBottom READ AxisAreaBottom)
   Q_PROPERTY(int Index READ Index)
   Q_PROPERTY(bool Held READ Held NOTIFY HeldChanged)
+  Q_PROPERTY(bool TimeOfDay READ TimeOfDay WRITE SetTimeOfDay NOTIFY TimeOfDayChanged)
   Q_PROPERTY(int TraceCount READ TraceCount)
   Q_PROPERTY(int AxisCount READ AxisCount)
   Q_PROPERTY(QString Summary READ Summary)
@@ -40,6 +41,12 @@ class StripState : public TwipsWidget {
   double XEnd() const;
   void SetXEnd(double end);
   bool Held() const;
+
+  /// Whether the time axis, its cursor and saved data show the local time of day. Off at first.
+  bool TimeOfDay() const;
+  /// Does nothing if the chart cannot know the time of day.
+  void SetTimeOfDay(bool on);
+  virtual bool HasTimeOfDay() const = 0;
 
   /// Writing to a slot that is not in the set-up creates a legend row.
   int LabelIndex() const { return labelIndex_; }
@@ -89,6 +96,7 @@ class StripState : public TwipsWidget {
 
  signals:
   void HeldChanged(bool held);
+  void TimeOfDayChanged(bool on);
 
  protected:
   explicit StripState(QWidget* parent) : TwipsWidget(parent) {}

@@ -11,6 +11,7 @@ namespace {
 constexpr int kMostTicks = 200;
 // Up to here, plain seconds are easier to read.
 constexpr double kPlainSeconds = 600;
+constexpr double kDay = 86400;
 
 bool Usable(double low, double high) {
   return std::isfinite(low) && std::isfinite(high) && high > low;
@@ -38,24 +39,64 @@ double TimeStep(double least) {
                                      1800.0, 3600.0, 7200.0, 10800.0, 14400.0, 21600.0, 43200.0};
   if (least <= 10) return RoundStep(least);
   const auto* const found = std::find_if(kSteps.begin(), kSteps.end(), [&](double step) { return step >= least; });
-  return found != kSteps.end() ? *found : 86400 * RoundStep(least / 86400);
+  return found != kSteps.end() ? *found : kDay * RoundStep(least / kDay);
+}
+
+/// The step for at most that many ticks, and at least two. `stepFrom` gives the least round step from a size on.
+double StepFor(double low, double high, int most, double (*stepFrom)(double)) {
+  double step = stepFrom((high - low) / std::max(1, most));
+  while (static_cast<int>(Multiples(low, high, step).size()) > std::max(2, most)) step = stepFrom(step * 1.5);
+  while (Multiples(low, high, step).size() < 2 && step > (high - low) / 10) step = stepFrom(step * 0.4);
+  return step;
+}
+
+/// A time as whole minutes and the text of its seconds, with two digits before the point.
+struct Clock {
+  std::int64_t minutes;
+  QString seconds;
+};
+
+Clock ClockOf(double seconds, int decimals) {
+  const double unit = std::pow(10.0, decimals);
+  const auto all = static_cast<std::int64_t>(std::llround(seconds * unit));
+  const auto perMinute = static_cast<std::int64_t>(60 * unit);
+  const QString rest = PlainText(static_cast<double>(all % perMinute) / unit, decimals);
+  const bool padded = rest.indexOf(QLatin1Char('.')) == 1 || rest.size() == 1;
+  return {all / perMinute, padded ? QLatin1Char('0') + rest : rest};
 }
 
 /// Minutes and seconds, or hours, minutes and seconds, with `decimals` on the seconds.
 QString ClockText(double seconds, int decimals) {
-  const double unit = std::pow(10.0, decimals);
-  const auto all = static_cast<std::int64_t>(std::llround(std::abs(seconds) * unit));
-  const auto perMinute = static_cast<std::int64_t>(60 * unit);
-  const std::int64_t minutes = all / perMinute;
-  const QString rest = PlainText(static_cast<double>(all % perMinute) / unit, decimals);
-  const QString padded = rest.indexOf(QLatin1Char('.')) == 1 || rest.size() == 1 ? QLatin1Char('0') + rest : rest;
-  const QString sign = seconds < 0 && all != 0 ? QStringLiteral("-") : QString();
-  if (minutes < 60) return QStringLiteral("%1%2:%3").arg(sign).arg(minutes).arg(padded);
+  const Clock clock = ClockOf(std::abs(seconds), decimals);
+  const bool negative = std::round(seconds * std::pow(10.0, decimals)) < 0;
+  const QString sign = negative ? QStringLiteral("-") : QString();
+  if (clock.minutes < 60) return QStringLiteral("%1%2:%3").arg(sign).arg(clock.minutes).arg(clock.seconds);
   return QStringLiteral("%1%2:%3:%4")
       .arg(sign)
-      .arg(minutes / 60)
-      .arg(minutes % 60, 2, 10, QLatin1Char('0'))
-      .arg(padded);
+      .arg(clock.minutes / 60)
+      .arg(clock.minutes % 60, 2, 10, QLatin1Char('0'))
+      .arg(clock.seconds);
+}
+
+/// Small numbers keep their decimals through the arithmetic.
+double SinceMidnight(double local) {
+  return local - std::floor(local / kDay) * kDay;
+}
+
+/// Hours, minutes and seconds of a time of day; days count on.
+QString OfDay(double seconds, int decimals) {
+  const double unit = std::pow(10.0, decimals);
+  const double rounded = std::round(seconds * unit) / unit;
+  const Clock clock = ClockOf(SinceMidnight(rounded), decimals);
+  const QLatin1Char zero('0');
+  return QStringLiteral("%1:%2:%3")
+      .arg(clock.minutes / 60, 2, 10, zero)
+      .arg(clock.minutes % 60, 2, 10, zero)
+      .arg(clock.seconds);
+}
+
+int CursorDecimals(double resolution) {
+  return std::min(DecimalsFor(std::max(resolution, 1e-4)), 4);
 }
 
 }  // namespace
@@ -73,8 +114,7 @@ int DecimalsFor(double step) {
 std::vector<Tick> RoundTicks(double low, double high, int most) {
   std::vector<Tick> ticks;
   if (!Usable(low, high)) return ticks;
-  double step = RoundStep((high - low) / std::max(1, most));
-  while (static_cast<int>(Multiples(low, high, step).size()) > std::max(2, most)) step = RoundStep(step * 1.5);
+  const double step = StepFor(low, high, most, RoundStep);
   for (const double value : Multiples(low, high, step)) ticks.push_back({value, PlainText(value, DecimalsFor(step))});
   return ticks;
 }
@@ -96,8 +136,7 @@ std::vector<Tick> EvenTicks(double low, double high, int divisions) {
 std::vector<Tick> TimeTicks(double low, double high, int most) {
   std::vector<Tick> ticks;
   if (!Usable(low, high)) return ticks;
-  double step = TimeStep((high - low) / std::max(1, most));
-  while (static_cast<int>(Multiples(low, high, step).size()) > std::max(2, most)) step = TimeStep(step * 1.5);
+  const double step = StepFor(low, high, most, TimeStep);
   const bool clock = step > 30 || std::max(std::abs(low), std::abs(high)) > kPlainSeconds;
   for (const double value : Multiples(low, high, step)) {
     const int decimals = DecimalsFor(step);
@@ -106,8 +145,29 @@ std::vector<Tick> TimeTicks(double low, double high, int most) {
   return ticks;
 }
 
+std::vector<Tick> DayTicks(double low, double high, int most, const StripDayTime& times) {
+  std::vector<Tick> ticks;
+  if (!Usable(low, high)) return ticks;
+  const std::vector<StripDayTime::Stretch> stretches = times.Within(low, high);
+  if (stretches.empty()) return ticks;
+  // One step for all stretches, for as many ticks as the whole axis has room for.
+  const double day = SinceMidnight(stretches.front().offset);
+  const double step = StepFor(low + day, high + day, most, TimeStep);
+  for (const StripDayTime::Stretch& stretch : stretches) {
+    const double offset = SinceMidnight(stretch.offset);
+    for (const double value : Multiples(stretch.low + offset, stretch.high + offset, step)) {
+      ticks.push_back({value - offset, OfDay(value, DecimalsFor(step))});
+    }
+  }
+  return ticks;
+}
+
+QString DayText(double local, double resolution) {
+  return OfDay(SinceMidnight(local), CursorDecimals(resolution));
+}
+
 QString TimeText(double seconds, double resolution) {
-  const int decimals = std::min(DecimalsFor(std::max(resolution, 1e-4)), 4);
+  const int decimals = CursorDecimals(resolution);
   if (std::abs(seconds) < 60) return PlainText(seconds, decimals) + QStringLiteral(" s");
   return ClockText(seconds, decimals);
 }

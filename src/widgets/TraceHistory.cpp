@@ -29,25 +29,13 @@ class TraceHistory::Filler {
         out_(out),
         end_(static_cast<std::int64_t>(out.size())) {}
 
-  /// Adds the samples from `begin` to `end`. In a full window, most fall into the same column as the previous one and
-  /// only extend its span.
+  /// Adds the samples from `begin` to `end`. In a full window, most fall into the column of the one before or into the
+  /// next, so these two cases are done here.
   void AddSamples(const Ring<Sample>& samples, std::size_t begin, std::size_t end) {
     while (begin < end) {
       Add(SummaryOf(samples[begin++]));
       if (!joined_ || lastIndex_ < 0 || lastIndex_ >= end_) continue;
-      double lo = last_.min;
-      double hi = last_.max;
-      const std::size_t from = begin;
-      for (; begin < end; ++begin) {
-        const Sample& sample = samples[begin];
-        if (!(sample.x < nextBorder_) || std::isnan(sample.y)) break;
-        lo = std::min(lo, sample.y);
-        hi = std::max(hi, sample.y);
-      }
-      if (begin == from) continue;
-      visited_ += begin - from;
-      Extend(lastIndex_, Limited(lo), Limited(hi));
-      last_ = SummaryOf(samples[begin - 1]);
+      begin += AddNear(samples.Straight(begin, end));
     }
   }
 
@@ -70,6 +58,42 @@ class TraceHistory::Filler {
   std::size_t Visited() const { return visited_; }
 
  private:
+  // Extends the last entry's column, and those after it, by samples until one leaves a gap. Returns their number.
+  std::size_t AddNear(std::span<const Sample> samples) {
+    Column span{last_.min, last_.max};
+    double x = last_.first;
+    float y = last_.max;
+    double border = nextBorder_;
+    std::size_t added = 0;
+    for (const Sample& sample : samples) {
+      if (std::isnan(sample.y)) break;
+      const auto next = static_cast<float>(std::min(std::max(-kLargest, sample.y), kLargest));
+      if (sample.x >= border) {
+        const std::int64_t column = Index(sample.x);
+        if (column > lastIndex_ + 1 || column >= end_) break;
+        if (column > lastIndex_) {
+          // The line crosses the border at one value, which both columns share.
+          const double slope = (static_cast<double>(next) - static_cast<double>(y)) / (sample.x - x);
+          const auto shared = static_cast<float>(static_cast<double>(y) + slope * (border - x));
+          Extend(lastIndex_, std::min(span.lo, shared), std::max(span.hi, shared));
+          span = {shared, shared};
+          lastIndex_ = column;
+          border = (first_ + static_cast<double>(column) + 1) * width_;
+        }
+      }
+      span = {std::min(span.lo, next), std::max(span.hi, next)};
+      x = sample.x;
+      y = next;
+      ++added;
+    }
+    if (added == 0) return 0;
+    visited_ += added;
+    nextBorder_ = border;
+    Extend(lastIndex_, span.lo, span.hi);
+    last_ = SummaryOf(samples[added - 1]);
+    return added;
+  }
+
   // Columns outside the range give -1 or end_, however far away they are.
   std::int64_t Index(double x) const {
     const double column = x * perWidth_ - first_;

@@ -112,8 +112,10 @@ void BoundControls::Apply(std::span<const WriteStep> writes) {
   Tell(nullptr);
 }
 
-void BoundControls::Write(const Binding& row) const {
-  const unsigned given = bounds_[static_cast<std::size_t>(&row - bounds_.front().row)].editor->Given();
+void BoundControls::Write(const Binding& row) {
+  Bound& bound = bounds_[static_cast<std::size_t>(&row - bounds_.front().row)];
+  const unsigned given = bound.editor->Given();
+  bound.field = base::GetField(given, row.bits);
   const unsigned own = base::Mask(row.bits);
   if (row.alone || own == 0xFF) {
     link::WriteRegisterValue(link::Bus.DeviceAddress, row.reg, static_cast<std::int32_t>(given));
@@ -138,11 +140,17 @@ std::uint8_t BoundControls::Compose(std::uint8_t reg, unsigned old) const {
 }
 
 std::string BoundControls::TextOf(const ControlName& control) const {
+  return BoundTo(control).editor->Text().toStdString();
+}
+
+unsigned BoundControls::FieldOf(const ControlName& control) const {
+  return BoundTo(control).field.value_or(0);
+}
+
+const Bound& BoundControls::BoundTo(const ControlName& control) const {
   for (const Bound& bound : bounds_) {
     const ControlName& name = bound.row->control;
-    if (name.index == control.index && std::string_view(name.base) == control.base) {
-      return bound.editor->Text().toStdString();
-    }
+    if (name.index == control.index && std::string_view(name.base) == control.base) return bound;
   }
   throw std::logic_error("no row for " + NameOf(control).toStdString());
 }

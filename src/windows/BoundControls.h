@@ -47,7 +47,7 @@ class BoundControls final : public QObject {
 
   /// Writes one control's value: reads its register immediately before and changes only the row's bits, unless the row
   /// fills the register or is written alone. Bits of a text's value outside its field are ORed in.
-  void Write(const Binding& row) const;
+  void Write(const Binding& row);
 
   /// True if a change has not been applied.
   bool HoldsChanges() const;
@@ -58,6 +58,8 @@ class BoundControls final : public QObject {
 
   /// The text shown by a control of the table.
   std::string TextOf(const ControlName& control) const;
+  /// The control's bits in the chip when they were last read or written; 0 before the first time.
+  unsigned FieldOf(const ControlName& control) const;
 
   std::span<const Bound> Bounds() const { return bounds_; }
   void SetWatch(Watch watch) { watch_ = std::move(watch); }
@@ -65,6 +67,7 @@ class BoundControls final : public QObject {
  private:
   bool Read(std::span<const ReadStep> reads, bool keepsUnread);
   void Tell(const Binding* row) const;
+  const Bound& BoundTo(const ControlName& control) const;
 
   std::vector<Bound> bounds_;  ///< in table order
   Changed live_;

@@ -149,6 +149,15 @@ TEST(Layout, APlaceOffTheDeskIsBroughtBackAndFollowsTheDeskUntilItIsMoved) {
   EXPECT_EQ(frame.pos(), QPoint(20, 30));
 }
 
+TEST(Layout, KeepsTheTimeOfDayOfCharts) {
+  Desk desk;
+  const char* layout = R"json({"Windows":[{"Name":"frmGraph","Charts":{"stpGraph(3)":{"TimeOfDay":true}}}]})json";
+  Restore(desk, {{"RestoreWindows", "True"}, {"WindowLayout", layout}});
+  EXPECT_TRUE(Desk::Get<widgets::Strip>(*desk.Main().FindWindow("frmGraph"), "stpGraph(0)").TimeOfDay());
+  desk.Main().close();
+  EXPECT_TRUE(desk.settings.values["WindowLayout"].contains("\"TimeOfDay\":true"));
+}
+
 TEST(Layout, OfAStartThatTheLinkCutsShortIsKeptWhole) {
   const Kept kept = KeptByAUser();
   Desk desk;

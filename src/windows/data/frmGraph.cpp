@@ -56,12 +56,14 @@ void frmGraph::MakeHeader() {
   auto* lblUpdate = widgets::Named<QLabel>("lblUpdate", "&Update Rate(ms)", header_);
   txtUpdate_ = widgets::Named<QLineEdit>("txtUpdate", header_);
   lblUpdate->setBuddy(txtUpdate_);
+  txtUpdate_->setMaximumWidth(fontMetrics().averageCharWidth() * 7);
   auto* upDown = widgets::Named<widgets::UpDown>("UpDown1", txtUpdate_, widgets::UpDown::Range{10, 10000, 10}, header_);
 
   auto* row = new QHBoxLayout(header_);
   row->addWidget(lblGraph);
   row->addWidget(cmbGraph_);
-  row->addSpacing(fontMetrics().averageCharWidth() * 4);
+  // Gives way in a narrow window, where the texts need the room.
+  row->addItem(new QSpacerItem(fontMetrics().averageCharWidth() * 4, 0, QSizePolicy::Maximum));
   row->addWidget(lblUpdate);
   row->addLayout(upDown->Row());
   row->addStretch();
@@ -70,14 +72,14 @@ void frmGraph::MakeHeader() {
 void frmGraph::MakeCharts() {
   const platform::Clock& clock = Services().clock;
   for (int i = 0; i < kGraphs; ++i) {
-    auto* chart = widgets::Named<widgets::Strip>(
-        QString("stpGraph(%1)").arg(i), [&clock] { return clock.Now(); }, this,
-        widgets::StripOutlets(Services(), link::BoardName));
+    auto* chart = widgets::Named<widgets::Strip>(QString("stpGraph(%1)").arg(i), clock, this,
+                                                 widgets::StripOutlets(Services(), link::BoardName));
     chart->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
     chart->SetUp(GraphSetup(i, VoltagesPresent()));
     chart->hide();
     stpGraph_.at(static_cast<std::size_t>(i)) = chart;
   }
+  widgets::ShareTimeOfDay(stpGraph_);
 }
 
 void frmGraph::Form_Load() {

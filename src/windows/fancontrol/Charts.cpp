@@ -56,6 +56,9 @@ widgets::StripSetup CurveChart() {
       add(s, {.colour = Faded(kSourceColours[static_cast<std::size_t>(s)], age), .width = 5, .dots = true});
     }
   }
+  for (int s = 0; s < 4; ++s) {
+    add(s, {.colour = kSourceColours[static_cast<std::size_t>(s)], .width = 7, .dots = true, .hollow = true});
+  }
   setup.labels.push_back({.slot = 5, .text = "Controlled By:", .line = false});
   for (int s = 0; s < 4; ++s) {
     setup.labels.push_back({.slot = s + 1, .text = chip::kTemperatureNames[static_cast<std::size_t>(s)], .trace = s});

@@ -6,7 +6,8 @@
 namespace zth::windows {
 
 /// The transfer curve: traces 0 to 3 are the curves of the sources, 4 to 7 their live dots, 8 to 11 their hysteresis
-/// curves, and from kTrailTrace on the trails of the dots, four sources for each age, newest first.
+/// curves, from kTrailTrace on the trails of the dots, four sources for each age, newest first, and from kCornerTrace
+/// on the chip's own corners.
 widgets::StripSetup CurveChart();
 
 /// The label slot for the unit of the duty axis, after the slots of the legend.
@@ -15,6 +16,8 @@ inline constexpr int kCurveUnitSlot = 6;
 inline constexpr int kDotTrace = 4;
 inline constexpr int kHysteresisTrace = 8;
 inline constexpr int kTrailTrace = 12;
+/// The corners of the duty that the chip computes for each source, as rings.
+inline constexpr int kCornerTrace = 28;
 
 /// The dynamic Tmin of Remote1 (index 0) or Remote2 (index 1).
 widgets::StripSetup DynTminChart(int index);

@@ -47,6 +47,7 @@ CurveSource ReadSourceParameters(const CurveTexts& texts, int channel) {
       .Tmin = polled ? texts.polledTmin[index] : WholeNumber(boxes.tmin),
       .TminHyst = WholeNumber(boxes.tminHyst),
       .Trange = WholeNumber(boxes.trange),
+      .TrangeField = std::max(ItemPosition(kTrangeItems, boxes.trange), 0),
       .Therm1Limit = WholeNumber(boxes.th1),
       .Therm2Limit = WholeNumber(boxes.th2),
   };
@@ -92,11 +93,13 @@ float RampEnd(const CurveModel& model, int pwm, int source) {
 CurveModel BuildCurveModel(const CurveTexts& texts) {
   CurveModel model;
   model.MaxDuty = WholeNumber(texts.maxPwm);
+  model.MaxByte = static_cast<int>(texts.maxByte);
   model.UseTherm1 = texts.thermFS1;
   model.UseTherm2 = texts.thermFS2;
   for (std::size_t pwm = 0; pwm < model.Pwm.size(); ++pwm) {
     model.Pwm[pwm].AlwaysOn = texts.pwms[pwm].minSpeed;
     model.Pwm[pwm].MinDuty = WholeNumber(texts.pwms[pwm].minPwm);
+    model.Pwm[pwm].MinByte = static_cast<int>(texts.pwms[pwm].minByte);
     ResolveControlSource(texts, texts.pwms[pwm].control, model.Pwm[pwm]);
   }
   return model;

@@ -18,6 +18,7 @@ struct CurveTexts {
     std::string control;  ///< item of chip::kBehaviourNames
     std::string minPwm;   ///< percent
     bool minSpeed = false;
+    unsigned minByte = 0;  ///< the chip's, 0 to 255: the text is rounded
   };
   struct Channel {
     std::string tmin;
@@ -26,7 +27,8 @@ struct CurveTexts {
     std::string th1;
     std::string th2;
   };
-  std::string maxPwm;  ///< percent
+  std::string maxPwm;    ///< percent
+  unsigned maxByte = 0;  ///< as minByte
   bool thermFS1 = false;
   bool thermFS2 = false;
   std::array<Pwm, chip::kPwmChannels> pwms;
@@ -53,6 +55,7 @@ struct CurveSource {
   std::int16_t Tmin = 0;
   std::int16_t TminHyst = 0;
   std::int16_t Trange = 0;  ///< degrees over which the duty rises by 64 percent
+  int TrangeField = 0;      ///< position in kTrangeItems
   std::int16_t Therm1Limit = 0;
   std::int16_t Therm2Limit = 0;
 };
@@ -61,11 +64,13 @@ struct PwmCurve {
   std::int16_t SourceCount = 0;  ///< 0, 1, 2 or 4
   std::array<CurveSource, chip::kTemperatures> Sources;
   std::int16_t MinDuty = 0;  ///< percent
+  int MinByte = 0;           ///< the chip's, 0 to 255
   bool AlwaysOn = false;
 };
 
 struct CurveModel {
   std::int16_t MaxDuty = 0;  ///< percent
+  int MaxByte = 0;           ///< the chip's, 0 to 255
   bool UseTherm1 = false;
   bool UseTherm2 = false;
   std::array<PwmCurve, chip::kPwmChannels> Pwm;

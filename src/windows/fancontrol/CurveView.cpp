@@ -9,13 +9,13 @@
 #include "platform/Services.h"
 #include "widgets/Strip.h"
 #include "windows/fancontrol/Charts.h"
+#include "windows/fancontrol/ChipCorners.h"
 
 namespace zth::windows {
 
 CurveView::CurveView(QWidget* parent, platform::Services& services)
     : services_(services),
-      stpGraph_(new widgets::Strip([&clock = services.clock] { return clock.Now(); }, parent,
-                                   widgets::StripOutlets(services, link::BoardName))) {
+      stpGraph_(new widgets::Strip(services.clock, parent, widgets::StripOutlets(services, link::BoardName))) {
   stpGraph_->setObjectName("stpGraph");
   stpGraph_->setToolTip("Drag the arrows at the edges of this graph to zoom in and out");
   stpGraph_->setAccessibleName("Duty against temperature");
@@ -56,6 +56,7 @@ void CurveView::Draw(bool ready) {
   }
   PlotPaths(paths);
   PlotTrail();
+  PlotCorners();
 }
 
 void CurveView::PlotPaths(const std::vector<CurvePaths>& paths) {
@@ -68,6 +69,16 @@ void CurveView::PlotPaths(const std::vector<CurvePaths>& paths) {
   }
   for (int s = 0; s < sources; ++s) {
     plot(s + kHysteresisTrace, VisibleHysteresis(paths[static_cast<std::size_t>(s)].hysteresis, stpGraph_->XEnd()));
+  }
+}
+
+// The curve goes through whole degrees and percent, as its points are computed; they stay as they are. The chip's own
+// corners lie beside them, so that they can be read exactly at any Trange.
+void CurveView::PlotCorners() {
+  for (int s = 0; s < Curve().SourceCount; ++s) {
+    for (const ChipCorner& corner : ChipCorners(RampOf(model_, pwm_, s))) {
+      stpGraph_->PlotXY(kCornerTrace + s, corner.x, corner.y);
+    }
   }
 }
 

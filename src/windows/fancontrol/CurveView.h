@@ -38,6 +38,7 @@ class CurveView {
 
  private:
   void SetLegend();
+  void PlotCorners();
   void PlotPaths(const std::vector<CurvePaths>& paths);
   /// The current dots of the sources.
   std::vector<DotTrail::Dot> DotsNow() const;

@@ -176,10 +176,12 @@ void frmAutoGraph::BuildModel() {
   const auto ticked = [&text](const char* check, int index = -1) { return text(check, index) == "1"; };
   CurveTexts texts;
   texts.maxPwm = text("txtMaxPWM");
+  texts.maxByte = Controls().FieldOf({"txtMaxPWM"});
   texts.thermFS1 = ticked("chkThermFS1");
   texts.thermFS2 = ticked("chkThermFS2");
   for (int i = 0; i < chip::kPwmChannels; ++i) {
-    texts.pwms[static_cast<std::size_t>(i)] = {text("cmbControl", i), text("txtMinPWM", i), ticked("chkMinSpeed", i)};
+    texts.pwms[static_cast<std::size_t>(i)] = {text("cmbControl", i), text("txtMinPWM", i), ticked("chkMinSpeed", i),
+                                               Controls().FieldOf({"txtMinPWM", i})};
   }
   for (int i = 0; i < chip::kTemperatures; ++i) {
     texts.channels[static_cast<std::size_t>(i)] = {text("txtTmin", i), text("cmbTrange", i), text("txtTminHyst", i),
@@ -198,12 +200,13 @@ void frmAutoGraph::ShowTrangeTips(const CurveModel& model) {
     const int apart = DrawnApart(text, curve.MinDuty, model.MaxDuty);
     auto* list = findChild<QComboBox*>(NameOf({"cmbTrange", i}));
     const QString drawn = QString::number(base::RoundToInt(base::LeadingDecimal(text)));
-    list->setToolTip(apart == 0
-                         ? QString()
-                         : QString("The line is drawn over %1\u00B0C, the chip's duty rises over %2. Both begin at "
-                                   "Tmin; on the way up they part by up to %3 steps of 1/255 of the duty")
-                               .arg(drawn, QString::fromStdString(text))
-                               .arg(apart));
+    list->setToolTip(
+        apart == 0 ? QString()
+                   : QString("The line is drawn over %1\u00B0C, the chip's duty rises over %2. Both begin at "
+                             "Tmin; on the way up they part by up to %3 steps of 1/255 of the duty. The rings are "
+                             "the chip's own corners")
+                         .arg(drawn, QString::fromStdString(text))
+                         .arg(apart));
   }
 }
 

@@ -86,6 +86,7 @@ frmDynamicTmin::frmDynamicTmin(const Context& context)
     Strip2_[static_cast<std::size_t>(channel)] = MakeChart(channel);
     charts->addWidget(Strip2_[static_cast<std::size_t>(channel)], 0, 0);
   }
+  widgets::ShareTimeOfDay(Strip2_);
   column->addLayout(charts, 1);
   column->addWidget(MakeCommonRow());
   Finish();
@@ -154,9 +155,8 @@ QWidget* frmDynamicTmin::MakeCommonRow() {
 
 widgets::Strip* frmDynamicTmin::MakeChart(int channel) {
   const platform::Clock& clock = Services().clock;
-  auto* chart = widgets::Named<widgets::Strip>(
-      NameOf({"Strip2", channel}), [&clock] { return clock.Now(); }, this,
-      widgets::StripOutlets(Services(), link::BoardName));
+  auto* chart = widgets::Named<widgets::Strip>(NameOf({"Strip2", channel}), clock, this,
+                                               widgets::StripOutlets(Services(), link::BoardName));
   chart->setAccessibleName(QString("Dynamic Tmin of Remote%1").arg(channel + 1));
   connect(chart, &widgets::Strip::Strip2_LayoutChanged, this, [this, chart](int index) {
     if (Strip2_[static_cast<std::size_t>(index)] == chart) Strip2_LayoutChanged(index);

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+#include "widgets/StripColours.h"
 #include "widgets/StripLayout.h"
 #include "widgets/StripRaster.h"
 #include "widgets/StripTicks.h"
@@ -36,8 +37,8 @@ TEST(Ticks, AreFewForAnyRangeAndNoneForAnImpossibleOne) {
   for (const double size : {1e-9, 3e-4, 0.07, 1.0, 99.0, 5e5, 7e11}) {
     for (const int most : {2, 5, 11}) {
       const auto ticks = RoundTicks(-0.3 * size, 0.7 * size, most);
-      EXPECT_LE(static_cast<int>(ticks.size()), most + 1) << size;
-      EXPECT_GE(ticks.size(), 1U) << size;
+      EXPECT_LE(static_cast<int>(ticks.size()), std::max(most, 4)) << size;
+      EXPECT_GE(ticks.size(), 2U) << size << ": one number is no scale";
     }
   }
   EXPECT_TRUE(RoundTicks(1, 1, 5).empty());
@@ -50,6 +51,21 @@ TEST(TimeText, IsAClockTimeFromAMinuteOn) {
   EXPECT_EQ(TimeText(-185.2, 0.1).toStdString(), "-3:05.2");
   EXPECT_EQ(TimeText(8047.5, 1).toStdString(), "2:14:08");
   EXPECT_EQ(TimeText(119.96, 0.1).toStdString(), "2:00.0");
+}
+
+TEST(DayTime, IsOfTheClocksAtEachSampleAndTicksAtRoundTimes) {
+  StripDayTime times;
+  const auto at = [](const char* local) { return QDateTime::fromString(local, Qt::ISODateWithMs); };
+  EXPECT_EQ(Texts(DayTicks(0, 60, 6, times)), "") << "not known";
+  times.Note(0, at("2026-03-01T23:59:47.500"));
+  times.Note(1, at("2026-03-01T23:59:48.700")) /* read a little later, no jump */;
+  EXPECT_EQ(Texts(DayTicks(-20, 25, 5, times)), "23:59:30 23:59:40 23:59:50 00:00:00 00:00:10");
+  EXPECT_DOUBLE_EQ(DayTicks(-20, 25, 5, times)[3].value, 12.5);
+  EXPECT_EQ(Texts(DayTicks(0, 7000, 4, times)), "00:00:00 00:30:00 01:00:00 01:30:00");
+  times.Note(30, at("2026-03-02T07:00:00.000"));  // the computer has slept
+  EXPECT_EQ(Texts(DayTicks(0, 60, 6, times)), "23:59:50 00:00:00 00:00:10 07:00:00 07:00:10 07:00:20 07:00:30");
+  EXPECT_EQ(DayText(times.LocalAt(29.99), 0.1).toStdString(), "00:00:17.5");
+  EXPECT_EQ(DayText(times.LocalAt(30), 1).toStdString(), "07:00:00");
 }
 
 /// Draws into a small picture and returns it as rows separated by blanks: '#' full, '+' partial, '.' untouched.
@@ -82,6 +98,18 @@ TEST(Raster, DrawsSpansGapsWidthsAndDashes) {
 
 StripSetup TwoZones() {
   return {.axes = {{-10, 110, 0, 0.59}, {0, 110, 0.62, 1}}, .traces = {{.axis = 0}, {.axis = 1}}};
+}
+
+TEST(Colours, OnDarkPaperKeepTheirHueAndStayDistinct) {
+  const StripColours dark(QPalette(QColor(240, 240, 240), QColor(45, 45, 48)));
+  ASSERT_TRUE(dark.dark);
+  for (const QRgb each : {0x0000FFU, 0x000080U, 0xFF0000U, 0x800000U, 0x008000U, 0xFF8000U}) {
+    const QColor colour = QColor::fromRgb(each);
+    EXPECT_LE(std::abs(std::remainder(dark.OfTrace(colour).hue() - colour.hue(), 360)), 25) << each;
+  }
+  EXPECT_GT(dark.OfTrace(Qt::black).lightness(), 200);
+  EXPECT_GT(dark.OfTrace(QColor(0, 0, 128)).lightness(), dark.OfTrace(Qt::blue).lightness());
+  EXPECT_GT(dark.OfTrace(QColor(128, 0, 0)).lightness(), dark.OfTrace(Qt::red).lightness());
 }
 
 TEST(View, StaysUntilTheNewestSampleReachesTheRightEdgeAndThenFollows) {

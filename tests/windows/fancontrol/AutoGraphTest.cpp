@@ -1,6 +1,7 @@
 #include <QLineEdit>
 #include <QTest>
 
+#include "tests/support/Seen.h"
 #include "tests/windows/fancontrol/LiveCases.h"
 #include "windows/fancontrol/Charts.h"
 #include "windows/fancontrol/DotTrail.h"
@@ -116,6 +117,31 @@ TEST_F(Curves, FollowEachControlAtOnce) {
   }
   desk.Do("cmbControl(0)=0; txtTminHyst(0)=7");
   EXPECT_EQ(PointsOf(Desk::Get<widgets::Strip>(*desk.window, "stpGraph"), 8).front().first, 13);
+}
+
+TEST_F(Curves, HaveTheChipsOwnCornersBesideThem) {
+  Put(desk.board.Chip(), "28=4D 60=84");  // 77 of 255 shows as 30 percent; 13.3 degrees
+  desk.Reopen();
+  auto& graph = Desk::Get<widgets::Strip>(*desk.window, "stpGraph");
+  const auto corners = [&graph] { return PointsOf(graph, windows::kCornerTrace); };
+  EXPECT_EQ(corners(), (Points{{30, 77 * 100.0 / 255}, {44.75, 100}}));
+  desk.Do("txtMinPWM(0)=31; txtMinPWM(0)=30; txtMaxPWM=60");
+  EXPECT_EQ(corners(), (Points{{30, 76 * 100.0 / 255}, {36.5, 60}})) << "30 percent goes to the chip as 76";
+  desk.Do("txtTH1(0)=32; chkThermFS1=1");
+  EXPECT_EQ(corners().back().first, 32);
+  // Texts of the legend stay where they are, whatever it shows.
+  const auto heading = [&graph] {
+    const TextRecorder recorder(graph);
+    for (const DrawnText& text : recorder.texts) {
+      if (text.text == "Controlled By:") return text.place.left();
+    }
+    return -1.0;
+  };
+  const double left = heading();
+  for (const char* control : {"cmbControl(0)=7", "cmbControl(0)=6"}) {
+    desk.Do(control);
+    EXPECT_EQ(heading(), left) << control;
+  }
 }
 
 TEST_F(Curves, FollowTheChipsTminOfRemote1AndTheUsersZoom) {

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "simulator/Encodings.h"
+#include "windows/fancontrol/ChipCorners.h"
 #include "windows/fancontrol/CurveModel.h"
 
 namespace zth::windows {
@@ -244,6 +246,29 @@ TEST(Curve, AgreesWithAnIndependentCalculation) {
   }
   EXPECT_EQ(shapes.size(), 14U);
   EXPECT_LT(ties, 1200);
+}
+
+double Percent(int duty) {
+  return duty * 100.0 / 255;
+}
+
+TEST(ChipCorners, AreWhereTheChipsDutyBeginsToRiseAndIsAtItsMaximum) {
+  for (int trange = 0; trange < 16; ++trange) {
+    for (const auto& [least, most] : {std::pair{0, 255}, {64, 255}, {77, 180}, {254, 255}}) {
+      const auto corners = ChipCorners({.tmin = 30, .trange = trange, .minDuty = least, .maxDuty = most});
+      ASSERT_EQ(corners.size(), 2U);
+      EXPECT_EQ(corners[0], (ChipCorner{30, Percent(least)}));
+      EXPECT_EQ(corners[1].y, Percent(most));
+      const int quarters = static_cast<int>((corners[1].x - 30) * 4);
+      EXPECT_GE(least + simulator::CurveRise(quarters, trange), most) << trange;
+      EXPECT_LT(least + simulator::CurveRise(quarters - 1, trange), most) << trange;
+    }
+  }
+  // At 13.3 degrees a limit cuts the ramp after 5 degrees: 64 percent * 5 / 13.33.
+  const auto cut = ChipCorners({.tmin = 30, .trange = 8, .minDuty = 0, .maxDuty = 255, .limit = 35});
+  EXPECT_EQ(cut.back(), (ChipCorner{35, Percent(61)}));
+  EXPECT_EQ(ChipCorners({.tmin = 30, .minDuty = 90, .maxDuty = 80}), (std::vector{ChipCorner{30, Percent(80)}}));
+  EXPECT_TRUE(ChipCorners({.tmin = 30, .maxDuty = 80, .limit = 30}).empty());
 }
 
 }  // namespace
