@@ -54,12 +54,11 @@ Strip::Private::Private(Strip& owner, std::function<double()> time)
         strip.Changed(change);
       }) {}
 
-int Strip::Private::FrameLeft() const {
-  if (!frame.isValid()) return 0;
+void Strip::Private::BeginFrame() {
   // A live chart moves by whole columns, so more redraws than columns would show little that is new.
   const double column = strip.IsXY() ? 0 : painter.Layout().ColumnWidth() * 1000;
-  return std::clamp(static_cast<int>(std::min(column, 1e6)), kFrameMs, kSlowestFrameMs) -
-         static_cast<int>(std::min<qint64>(frame.elapsed(), kSlowestFrameMs));
+  frame.setSingleShot(true);
+  frame.start(std::clamp(static_cast<int>(std::min(column, 1e6)), kFrameMs, kSlowestFrameMs));
 }
 
 Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional<StripOutlets>& outlets)
@@ -76,7 +75,7 @@ Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional
     p_->waiting = false;
     // Covered by other windows. What uncovers it draws it, too.
     if (visibleRegion().isEmpty()) return;
-    p_->frame.start();
+    p_->BeginFrame();
     // New values do not change the title's row or the buttons in it.
     const int top = p_->painter.Layout().plot.top() - 1;
     update(0, top, width(), height() - top);

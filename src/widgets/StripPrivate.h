@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include <QElapsedTimer>
+#include <QTimer>
 
 #include "widgets/Strip.h"
 #include "widgets/StripBar.h"
@@ -30,10 +30,12 @@ struct Strip::Private {
   double notedX = 0;        ///< of the sample that brought the time of day last
   double tellNext = 0;      ///< clock time of the next report to a screen reader
   bool waiting = false;     ///< something changed since the last frame
-  QElapsedTimer frame;      ///< since the last redraw for new samples
+  QTimer frame;             ///< runs until the next redraw for new samples may follow
 
-  /// Milliseconds until the next redraw for new samples; 0 or less if it is due.
-  int FrameLeft() const;
+  /// Milliseconds until the next redraw for new samples; 0 if it is due.
+  int FrameLeft() const { return frame.isActive() ? frame.remainingTime() : 0; }
+  /// Starts the time until the next one.
+  void BeginFrame();
 };
 
 }  // namespace zth::widgets
