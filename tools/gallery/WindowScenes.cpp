@@ -145,7 +145,7 @@ void TakeWindows(const Camera& camera) {
   bench.Do("frmAutoGraph", "tbPWM=1; txtTmin(1)=32");
   bench.Pick("frmAutoGraph", "cmbTrange(1)", QString::fromUtf8("16\u00B0C"));
   LetFan2FollowRemote1(bench);
-  bench.Open("frmTraffic");
+  bench.Open("frmTraffic", {0, 0, 1340, 420});
   bench.Run(1);
   TakeWindow(bench, camera, "frmTraffic");
 
