@@ -102,6 +102,14 @@ std::uint64_t TrafficModel::Waiting() const {
   return traffic_->End() - std::min(std::max(seen_, traffic_->First()), traffic_->End());
 }
 
+bool TrafficModel::HasNewsByUser() const {
+  for (std::uint64_t number = std::max(seen_, traffic_->First()); !held_ && number < traffic_->End(); ++number) {
+    const tasks::TrafficRecord& record = traffic_->At(number);
+    if (record.isNote || !tasks::IsOfMonitor(traffic_->TextOf(record))) return true;
+  }
+  return false;
+}
+
 int TrafficModel::Refresh() {
   const int dropped = DropGone();
   if (held_) return dropped;

@@ -28,7 +28,7 @@ namespace {
 
 /// Between two looks at what has been added, in milliseconds. The view has a timer of its own, so that showing the
 /// traffic never takes time from a tick.
-constexpr int kRefreshMs = 150;
+constexpr int kLookMs = 100;
 
 constexpr int kLongestMark = 200;  // characters
 constexpr int kLongestAsker = 18;  // characters of a window's name
@@ -111,6 +111,8 @@ void frmTraffic::MakeTable() {
   tblTraffic_->setAlternatingRowColors(true);
   tblTraffic_->setShowGrid(false);
   tblTraffic_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  // By rows, the view would look at every row each time that it moves.
+  tblTraffic_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   tblTraffic_->setMinimumHeight(fontMetrics().height() * 8);
   // Every row has the same height, so that no row has to be measured.
   tblTraffic_->verticalHeader()->hide();
@@ -196,8 +198,8 @@ void frmTraffic::ConnectControls() {
     txtFilter_->selectAll();
   });
   auto* timer = widgets::Named<QTimer>("tmrTraffic", this);
-  timer->setInterval(kRefreshMs);
-  connect(timer, &QTimer::timeout, this, [this] { Refresh(); });
+  timer->setInterval(kLookMs);
+  connect(timer, &QTimer::timeout, this, [this] { tmrTraffic_Timer(); });
   Services().clock.Adopt(*timer);
   timer->start();
 }
