@@ -19,7 +19,7 @@ constexpr double kLongestFilter = 0.25;
 constexpr double kLongestOpening = 1;
 constexpr double kLargestShare = 0.01;  // of a core, while it follows the calls of every window
 
-constexpr double kRefreshesPerSecond = 1000.0 / 600;  // of what the monitor reads
+constexpr double kRefreshesPerSecond = 1000.0 / 1000;  // of what the monitor reads
 
 tasks::TrafficRecord Some(std::uint64_t i) {
   tasks::TrafficRecord record;
@@ -41,7 +41,7 @@ void AddCalls(tasks::Traffic& traffic, std::uint64_t count) {
 }
 
 void Refresh(const QWidget& window) {
-  for (int look = 0; look < 6; ++look) {
+  for (int look = 0; look < 10; ++look) {
     QMetaObject::invokeMethod(window.findChild<QTimer*>("tmrTraffic"), "timeout", Qt::DirectConnection);
   }
   QApplication::processEvents();  // paints
@@ -75,19 +75,21 @@ void FollowEveryWindow(benchmark::State& state) {
   full.desk.Advance(20'000);
   const double calls = static_cast<double>(tasks::Work.traffic->End() - first) / 20;
   const auto each = static_cast<std::uint64_t>(calls / kRefreshesPerSecond) + 1;
-  const double before = CpuSeconds();
-  int times = 0;
-  for (auto _ : state) {
+  const auto follow = [&] {
     AddCalls(*tasks::Work.traffic, each);
     Refresh(full.window);
-    ++times;
-  }
-  const double share = (CpuSeconds() - before) / times * kRefreshesPerSecond;
+  };
+  for (auto _ : state) follow();
+  // Separate from the loop above, which may run only once and then includes the first painting.
+  constexpr int kTimes = 100;
+  const double before = CpuSeconds();
+  for (int i = 0; i < kTimes; ++i) follow();
+  const double share = (CpuSeconds() - before) / kTimes * kRefreshesPerSecond;
   state.counters["calls_per_second"] = calls;
   state.counters["percent_of_a_core"] = share * 100;
   if (share > kLargestShare) state.SkipWithError("following the calls takes too much");
 }
-BENCHMARK(FollowEveryWindow)->Unit(benchmark::kMicrosecond)->MinTime(2);
+BENCHMARK(FollowEveryWindow)->Unit(benchmark::kMicrosecond);
 
 void OpenLongFile(benchmark::State& state) {
   FullTraffic full;

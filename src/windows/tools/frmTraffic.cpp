@@ -40,8 +40,8 @@ constexpr char kFilter[] = "Bus Traffic (*.txt)|*.txt|All Files (*)|*";
 /// Calls of a file that are held, about 100 MB of memory. Of a longer file the last ones are.
 constexpr std::size_t kMostOfFile = 1'000'000;
 
-/// What the program reads by itself is shown at every sixth look only: drawing the table takes some milliseconds.
-constexpr int kCalmLooks = 6;
+/// What the program reads by itself is shown at every tenth look only: drawing the table takes some milliseconds.
+constexpr int kCalmLooks = 10;
 
 constexpr std::int64_t kPiece = 1024 * 1024;  // bytes read from a file at a time
 
