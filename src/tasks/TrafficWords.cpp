@@ -143,7 +143,7 @@ std::string BytesText(const TrafficRecord& record, std::size_t most) {
     if (i != 0) text += ' ';
     text += Hex(record.bytes.at(i));
   }
-  return record.count > most ? text + " ... " + std::to_string(record.count) + " bytes" : text;
+  return record.count > most ? text + " ..." : text;
 }
 
 std::string ChangeText(const TrafficRecord& record, std::size_t most) {

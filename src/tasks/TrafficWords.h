@@ -31,7 +31,7 @@ std::string RegisterText(const TrafficRecord& record);
 std::string NameText(const TrafficRecord& record);
 std::string NameOfRegister(std::uint8_t reg);
 
-/// "12 80 80 80", with at most `most` bytes and then their number. Empty for a failed read, which has given none.
+/// "12 80 80 80", with at most `most` bytes and then "...". Empty for a failed read, which has given none.
 std::string BytesText(const TrafficRecord& record, std::size_t most = kMostBytes);
 
 /// What a write has changed: "11 → 31: Bhvr 0 → 1", with at most `most` fields and then the number of the others; "31,

@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QFontInfo>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMenu>
@@ -43,7 +44,10 @@ constexpr double kSmallest = 0.6;  ///< of the application's font: the smallest 
 
 const QAbstractScrollArea* ScrollsOn(const QWidget& widget) {
   const auto* area = qobject_cast<const QAbstractScrollArea*>(widget.parentWidget());
-  return area != nullptr && area->viewport() == &widget ? area : nullptr;
+  if (area == nullptr || area->viewport() != &widget) return nullptr;
+  // A heading scrolls with what it heads.
+  const bool isHeading = qobject_cast<const QHeaderView*>(area) != nullptr;
+  return isHeading ? qobject_cast<const QAbstractScrollArea*>(area->parentWidget()) : area;
 }
 
 /// The user can scroll to every part of the window's frame, and a control that gets the focus scrolls into view.

@@ -22,6 +22,7 @@ const std::vector<Opening> kOpenings{
     {"frmLogging", "", "cmdClose"},
     {"frmSwitches", "P4A P48", "cmdCancel"},
     {"frmHeaters", "H", "cmdClose", &windows::Shared.HeatersOpen},
+    {"frmTraffic", "", nullptr},
     {"frmEasySetup", "", "cmdClose"},
     {"frmAbout", "", "cmdOK"},
     {"frmGuide", "", nullptr},

@@ -140,9 +140,12 @@ void TakeWindows(const Camera& camera) {
   camera.Take(bench.Frame("frmRegMap"), "windows/frmRegMap-all");
 
   bench.Open("frmTraffic");
-  bench.Do("frmTraffic", "cmdClear; chkNoMonitor=1; chkWrites=1; txtMark=Fan 2 gets its curve; cmdMark");
+  bench.Do("frmTraffic", "cmdClear; chkNoMonitor=1; txtMark=Fan 2 gets its curve; cmdMark");
+  bench.Open("frmAutoGraph");
+  bench.Do("frmAutoGraph", "tbPWM=1; txtTmin(1)=32");
+  bench.Pick("frmAutoGraph", "cmbTrange(1)", QString::fromUtf8("16\u00B0C"));
   LetFan2FollowRemote1(bench);
-  bench.Pick("frmAutoGraph", "cmbControl(0)", "Manual Mode");
+  bench.Open("frmTraffic", {0, 0, 1340, 420});
   bench.Run(1);
   TakeWindow(bench, camera, "frmTraffic");
 

@@ -20,20 +20,19 @@ static_assert(kHeads.size() == TrafficModel::kColumns);
 // Longer ones are shortened in the table, with the rest in the tool tip.
 constexpr std::size_t kMostBytes = 8;
 constexpr std::size_t kMostChanges = 2;
-constexpr std::size_t kMostFields = 100;
+constexpr std::size_t kMostName = 26;
+constexpr std::size_t kMostFields = 80;
 
 std::string Shortened(std::string text, std::size_t most) {
   if (text.size() <= most) return text;
-  return text.substr(0, text.find_last_of(",;", most)) + " ...";
+  return text.substr(0, text.find_last_of(",;", most - 10)) + " ...";
 }
 
-QString LongestName() {
-  std::string longest;
-  for (unsigned reg = 0; reg <= 0xFF; ++reg) {
-    std::string name = tasks::NameOfRegister(static_cast<std::uint8_t>(reg));
-    if (name.size() > longest.size()) longest = std::move(name);
-  }
-  return QString::fromStdString(longest);
+/// One name alone, if there are two and they are long.
+std::string ShortenedName(const std::string& name) {
+  if (name.size() <= kMostName) return name;
+  const std::size_t end = std::min(name.find(" to "), name.find(" / "));
+  return end == std::string::npos ? name : name.substr(0, end) + " ...";
 }
 
 }  // namespace
@@ -51,11 +50,11 @@ QString TrafficModel::WidestText(int column) {
     case kRegister:
       return "88h-9Bh";
     case kName:
-      return LongestName();
+      return "PWM1 Config to PWM4 Config WW";
     case kBytes:
-      return "00 00 00 00 00 00 00 00 ... 00 bytes";
+      return "00 00 00 00 00 00 00 00";
     case kChange:
-      return QString::fromUtf8("00 \u2192 00: Bhvr 0 \u2192 0, Spin 0 \u2192 0, 0 more");
+      return QString::fromUtf8("00 \u2192 00: Bhvr 0 \u2192 0, Inv 0 \u2192 0, 0 more");
     case kAsker:
       return "frmAutoGraph cmbControl(0), pins";
     default:
@@ -101,6 +100,14 @@ std::vector<std::uint64_t> TrafficModel::Find(std::uint64_t end) {
 
 std::uint64_t TrafficModel::Waiting() const {
   return traffic_->End() - std::min(std::max(seen_, traffic_->First()), traffic_->End());
+}
+
+bool TrafficModel::HasNewsByUser() const {
+  for (std::uint64_t number = std::max(seen_, traffic_->First()); !held_ && number < traffic_->End(); ++number) {
+    const tasks::TrafficRecord& record = traffic_->At(number);
+    if (record.isNote || !tasks::IsOfMonitor(traffic_->TextOf(record))) return true;
+  }
+  return false;
 }
 
 int TrafficModel::Refresh() {
@@ -164,9 +171,9 @@ std::string TrafficModel::Text(const tasks::TrafficRecord& record, int column) c
     case kRegister:
       return tasks::RegisterText(record);
     case kName:
-      return record.isNote ? traffic_->TextOf(record) : tasks::NameText(record);
+      return record.isNote ? traffic_->TextOf(record) : ShortenedName(tasks::NameText(record));
     case kBytes:
-      return tasks::BytesText(record, kMostBytes);
+      return tasks::BytesText(record, record.count > kMostBytes ? kMostBytes - 1 : kMostBytes);
     case kChange:
       return tasks::ChangeText(record, kMostChanges);
     case kAsker:
@@ -179,7 +186,8 @@ std::string TrafficModel::Text(const tasks::TrafficRecord& record, int column) c
 QString TrafficModel::ToolTip(const tasks::TrafficRecord& record, int column) const {
   if (column == kTime) return dateOf_(record.time);
   if (column == kName && record.isNote) return QString::fromStdString(traffic_->TextOf(record));
-  const std::string whole = column == kBytes    ? tasks::BytesText(record)
+  const std::string whole = column == kName     ? tasks::NameText(record)
+                            : column == kBytes  ? tasks::BytesText(record)
                             : column == kChange ? tasks::ChangeText(record)
                             : column == kFields ? tasks::FieldsText(record)
                                                 : "";

@@ -34,6 +34,8 @@ class TrafficModel final : public QAbstractTableModel {
   void SetHeld(bool held) { held_ = held; }
   /// The number of records that wait.
   std::uint64_t Waiting() const;
+  /// Whether a mark, or a call for anyone but the monitor, has been added since the last Refresh and would be shown.
+  bool HasNewsByUser() const;
 
   /// Takes in what has been added since, and drops the rows whose records are gone. Returns how many rows were dropped
   /// at the beginning.

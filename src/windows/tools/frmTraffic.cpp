@@ -9,6 +9,7 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
@@ -39,6 +40,9 @@ constexpr char kFilter[] = "Bus Traffic (*.txt)|*.txt|All Files (*)|*";
 /// Calls of a file that are held, about 100 MB of memory. Of a longer file the last ones are.
 constexpr std::size_t kMostOfFile = 1'000'000;
 
+/// What the program reads by itself is shown at every tenth look only: drawing the table takes some milliseconds.
+constexpr int kCalmLooks = 10;
+
 constexpr std::int64_t kPiece = 1024 * 1024;  // bytes read from a file at a time
 
 std::string Utc(const QDateTime& at) {
@@ -60,20 +64,25 @@ void frmTraffic::ShowFilter() {
   if (cmbAsker_->currentIndex() > 0) filter.source = cmbAsker_->currentText().toStdString();
   QScrollBar& bar = *tblTraffic_->verticalScrollBar();
   const bool isAtEnd = bar.value() >= bar.maximum();
-  const std::uint64_t top =
-      model_->rowCount() == 0 ? 0 : model_->NumberOf(std::min(bar.value(), model_->rowCount() - 1));
+  const int row = tblTraffic_->rowAt(0);
+  const std::uint64_t top = row < 0 ? 0 : model_->NumberOf(row);
   model_->SetFilter(filter);
   // The same place in the traffic, whatever is shown of it.
   if (isAtEnd) {
     tblTraffic_->scrollToBottom();
   } else {
-    bar.setValue(model_->RowFrom(top));
+    bar.setValue(model_->RowFrom(top) * tblTraffic_->verticalHeader()->defaultSectionSize());
   }
   ShowState();
 }
 
+void frmTraffic::tmrTraffic_Timer() {
+  if (!isVisible() || (++looks_ < kCalmLooks && !model_->HasNewsByUser())) return;
+  Refresh();
+}
+
 void frmTraffic::Refresh() {
-  if (!isVisible()) return;
+  looks_ = 0;
   QScrollBar& bar = *tblTraffic_->verticalScrollBar();
   const int value = bar.value();
   const bool isAtEnd = value >= bar.maximum();
@@ -81,7 +90,7 @@ void frmTraffic::Refresh() {
   if (isAtEnd) {
     tblTraffic_->scrollToBottom();
   } else if (dropped != 0) {
-    bar.setValue(std::max(0, value - dropped));
+    bar.setValue(std::max(0, value - dropped * tblTraffic_->verticalHeader()->defaultSectionSize()));
   }
   ShowSources();
   ShowState();

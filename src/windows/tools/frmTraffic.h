@@ -53,6 +53,7 @@ class frmTraffic final : public ChildWindow {
   void ConnectControls();
 
   void ShowFilter();
+  void tmrTraffic_Timer();
   /// Shows what has been added, and follows it if the view is at its end.
   void Refresh();
   void ShowState();
@@ -75,6 +76,7 @@ class frmTraffic final : public ChildWindow {
   TrafficModel* model_;
   std::unique_ptr<tasks::Traffic> file_;  ///< what an opened file holds; null while the live traffic is shown
   tasks::TrafficHead fileHead_;
+  int looks_ = 0;  ///< since the last refresh
   QLineEdit* txtFilter_ = nullptr;
   QComboBox* cmbAsker_ = nullptr;
   QCheckBox* chkWrites_ = nullptr;

@@ -28,10 +28,16 @@ namespace {
 
 /// Between two looks at what has been added, in milliseconds. The view has a timer of its own, so that showing the
 /// traffic never takes time from a tick.
-constexpr int kRefreshMs = 150;
+constexpr int kLookMs = 100;
 
 constexpr int kLongestMark = 200;  // characters
 constexpr int kLongestAsker = 18;  // characters of a window's name
+
+void KeepRoomForHint(QLineEdit& box) {
+  constexpr int kAround = 6;  // of a character's width: the frame and the button that clears the box
+  const QFontMetrics metrics = box.fontMetrics();
+  box.setMinimumWidth(metrics.horizontalAdvance(box.placeholderText()) + kAround * metrics.averageCharWidth());
+}
 
 }  // namespace
 
@@ -42,18 +48,22 @@ frmTraffic::frmTraffic(const Context& context)
   for (QCheckBox* box : {chkWrites_, chkNoMonitor_, chkFailures_}) checks->addWidget(box);
   checks->addStretch();
   MakeTable();
-  lblState_ = widgets::Named<QLabel>("lblState", this);
-  checks->addWidget(lblState_);
   auto* column = new QVBoxLayout(this);
   column->addLayout(filters);
   column->addLayout(checks);
   column->addWidget(tblTraffic_, 1);
-  column->addLayout(MakeButtons());
+  // In a frame of their own, so that Tab goes through them as they stand.
+  auto* buttons = new QWidget(this);
+  buttons->setLayout(MakeButtons());
+  column->addWidget(buttons);
   lblTold_ = widgets::Named<QLabel>("lblTold", this);
   lblTold_->setTextFormat(Qt::PlainText);
   lblTold_->setWordWrap(true);
-  lblTold_->setMinimumHeight(fontMetrics().lineSpacing());  // so that nothing moves when a text appears
-  column->addWidget(lblTold_);
+  lblState_ = widgets::Named<QLabel>("lblState", this);
+  auto* line = new QHBoxLayout;
+  line->addWidget(lblTold_, 1);
+  line->addWidget(lblState_);
+  column->addLayout(line);
   model_->SetPalette(palette());
   setAcceptDrops(true);
   ConnectControls();
@@ -64,7 +74,8 @@ frmTraffic::~frmTraffic() = default;
 
 QHBoxLayout* frmTraffic::MakeFilters() {
   txtFilter_ = widgets::Named<QLineEdit>("txtFilter", this);
-  txtFilter_->setPlaceholderText("Register, address, byte or name");
+  txtFilter_->setPlaceholderText("Name, address or byte");
+  KeepRoomForHint(*txtFilter_);
   txtFilter_->setToolTip("Shows the calls that hold this text anywhere but in their time (Ctrl+F)");
   txtFilter_->setClearButtonEnabled(true);
   txtFilter_->installEventFilter(this);
@@ -100,6 +111,8 @@ void frmTraffic::MakeTable() {
   tblTraffic_->setAlternatingRowColors(true);
   tblTraffic_->setShowGrid(false);
   tblTraffic_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  // By rows, the view would look at every row each time that it moves.
+  tblTraffic_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   tblTraffic_->setMinimumHeight(fontMetrics().height() * 8);
   // Every row has the same height, so that no row has to be measured.
   tblTraffic_->verticalHeader()->hide();
@@ -137,6 +150,7 @@ QHBoxLayout* frmTraffic::MakeButtons() {
   txtMark_->setPlaceholderText("Note");
   txtMark_->setAccessibleName("Note of the mark");
   txtMark_->setMaxLength(kLongestMark);
+  KeepRoomForHint(*txtMark_);
   cmdMark_ = MakeButton("cmdMark", "Mar&k", "Puts a mark with this note behind the latest call (Enter in the note)",
                         &frmTraffic::cmdMark_Click);
   cmdCopy_ = MakeButton("cmdCopy", "Co&py...", "Copies the selected rows, or all that are shown (Ctrl+C)",
@@ -147,6 +161,7 @@ QHBoxLayout* frmTraffic::MakeButtons() {
   cmdLive_ = MakeButton("cmdLive", "Back to Liv&e", "Closes the file and shows the calls as they are made",
                         &frmTraffic::ShowLive);
   auto* row = new QHBoxLayout;
+  row->setContentsMargins({});
   row->addWidget(cmdHold_);
   row->addWidget(cmdClear_);
   row->addWidget(txtMark_, 1);
@@ -171,8 +186,7 @@ void frmTraffic::AddCopies(QMenu& menu) {
 
 void frmTraffic::ConnectControls() {
   OnChange(*txtFilter_, [this] { ShowFilter(); });
-  OnSelect(
-      *cmbAsker_, [this] { ShowFilter(); }, Wheel::WithFocus);
+  OnSelect(*cmbAsker_, [this] { ShowFilter(); });
   for (QCheckBox* box : {chkWrites_, chkNoMonitor_, chkFailures_}) {
     OnToggle(*box, [this] { ShowFilter(); });
   }
@@ -184,8 +198,8 @@ void frmTraffic::ConnectControls() {
     txtFilter_->selectAll();
   });
   auto* timer = widgets::Named<QTimer>("tmrTraffic", this);
-  timer->setInterval(kRefreshMs);
-  connect(timer, &QTimer::timeout, this, [this] { Refresh(); });
+  timer->setInterval(kLookMs);
+  connect(timer, &QTimer::timeout, this, [this] { tmrTraffic_Timer(); });
   Services().clock.Adopt(*timer);
   timer->start();
 }

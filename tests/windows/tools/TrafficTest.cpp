@@ -45,16 +45,16 @@ class TrafficWindow : public ::testing::Test {
   /// Steps in the window, and the refresh after them.
   void Do(const QString& steps) {
     desk.Do(steps);
-    desk.Advance(200);
+    desk.Advance(1100);
   }
   /// Writes a register in the register map, which then reads it.
   void Write(const char* reg, const char* value) {
     testing::Do(desk.Open("frmRegMap"), QString("txtReadAddr=%1; txtHex=%2; cmdWrite").arg(reg, value));
-    desk.Advance(200);
+    desk.Advance(1100);
   }
   void ReadMany(int count) {
     for (int i = 0; i < count; ++i) testing::Do(desk.Open("frmRegMap"), "cmdRead");
-    desk.Advance(200);
+    desk.Advance(1100);
   }
   std::string Cell(int row, Column column, int role = Qt::DisplayRole) const {
     return table.model()->index(row, column).data(role).toString().toStdString();
@@ -91,6 +91,7 @@ class TrafficWindow : public ::testing::Test {
     return {std::istreambuf_iterator<char>(file), {}};
   }
   std::string Text(const char* label) const { return Desk::Text(*desk.window, label).toStdString(); }
+  void ScrollTo(int row) const { table.verticalScrollBar()->setValue(row * table.rowHeight(row)); }
   bool IsAtEnd() const { return table.verticalScrollBar()->value() == table.verticalScrollBar()->maximum(); }
 
   QTemporaryDir folder;
@@ -100,6 +101,10 @@ class TrafficWindow : public ::testing::Test {
 
 TEST_F(TrafficWindow, ShowsEachCallAndMakesNone) {
   EXPECT_EQ(desk.load, Traffic{});
+  testing::Do(desk.Open("frmRegMap"), "txtReadAddr=22; cmdRead");
+  desk.Advance(150);
+  EXPECT_EQ(Rows(), Lines{"R|22h|PWM2 Config|31||frmRegMap cmdRead"}) << "at once";
+  Do("cmdClear");
   Write("21", "11");
   Write("21", "31");
   EXPECT_EQ(Rows(), (Lines{"W|21h|PWM1 Config|11||frmRegMap cmdWrite", "R|21h|PWM1 Config|11||frmRegMap cmdWrite",
@@ -110,7 +115,7 @@ TEST_F(TrafficWindow, ShowsEachCallAndMakesNone) {
   EXPECT_EQ(Cell(3, kAddress) + Cell(3, kBus), "58hUSB");
   EXPECT_GT(Cell(3, kTime), Cell(0, kTime)) << "seconds since the start";
   const QDateTime at = QDateTime::fromString(Cell(3, kTime, Qt::ToolTipRole).c_str(), "yyyy-MM-dd HH:mm:ss.zzz");
-  EXPECT_LT(std::abs(at.msecsTo(desk.clock.WallTime())), 1000);
+  EXPECT_LT(std::abs(at.msecsTo(desk.clock.WallTime())), 2000);
   desk.board.TakeTraffic();
   Do("txtFilter=PWM; chkWrites=1; chkNoMonitor=1; chkFailures=1; cmbAsker=1; cmdHold; cmdMark; cmdClear");
   desk.Open("frmTraffic");
@@ -124,9 +129,9 @@ TEST_F(TrafficWindow, FollowsTheEndUnlessTheUserHasScrolledUp) {
   EXPECT_TRUE(IsAtEnd());
   ReadMany(5);
   EXPECT_TRUE(IsAtEnd());
-  table.verticalScrollBar()->setValue(50);
+  ScrollTo(50);
   ReadMany(5);
-  EXPECT_EQ(table.verticalScrollBar()->value(), 50);
+  EXPECT_EQ(table.rowAt(0), 50);
   EXPECT_EQ(Text("lblState"), "210 of 210");
 }
 
@@ -137,11 +142,11 @@ class ShortTraffic : public TrafficWindow {
 
 TEST_F(ShortTraffic, KeepsItsPlaceWhileOldCallsAreForgotten) {
   ReadMany(290);
-  table.verticalScrollBar()->setValue(100);
+  ScrollTo(100);
   const std::string top = Cell(100, kTime);
   ReadMany(30);
   EXPECT_EQ(table.model()->rowCount(), 300);
-  EXPECT_EQ(table.verticalScrollBar()->value(), 80);
+  EXPECT_EQ(table.rowAt(0), 80);
   EXPECT_EQ(Cell(80, kTime), top);
   Do("cmdHold");
   ReadMany(310);
@@ -152,7 +157,7 @@ TEST_F(ShortTraffic, KeepsItsPlaceWhileOldCallsAreForgotten) {
 TEST_F(TrafficWindow, CombinesItsFilters) {
   Write("21", "31");
   testing::Do(desk.Open("frmGenConfig"), "cmdApply");
-  desk.Advance(200);
+  desk.Advance(1100);
   auto& askers = Desk::Get<QComboBox>(*desk.window, "cmbAsker");
   EXPECT_GE(askers.findText("frmGenConfig"), 1);
   EXPECT_EQ(askers.findText("monitor"), -1) << "polling is off";
@@ -209,7 +214,7 @@ TEST_F(TrafficWindow, HoldsClearsAndMarks) {
   auto& note = Desk::Get<QLineEdit>(*desk.window, "txtMark");
   QTest::keyClicks(&note, "again");
   QTest::keyClick(&note, Qt::Key_Return);
-  desk.Advance(200);
+  desk.Advance(1100);
   EXPECT_EQ(Rows().back(), "mark||again|||");
   Do("cmdClear");
   EXPECT_EQ(Rows(), Lines{});

@@ -64,7 +64,7 @@ TEST(TrafficWords, TellEachFormOfACall) {
            Row{"0.900000 usb r 58 ff -> 00", "USB|58h|R|FFh||00|"},
            Row{"0.900000 usb rb 58 54 6 -> 43 21 01 02 03 04",
                "USB|58h|R block|54h-59h|"
-               "Local/Remote 1 Hyst to Remote 3 Offset|43 21 01 02 ... 6 bytes|"
+               "Local/Remote 1 Hyst to Remote 3 Offset|43 21 01 02 ...|"
                "Local/Remote 1 Hyst: RH1 = 4, LH = 3; "
                "Remote 2 / Remote 3 Hyst: RH3 = 2, RH2 = 1"},
            Row{"0.900000 usb port w 4a 03 -> ok", "USB|4Ah|W port|||03|"},
