@@ -110,6 +110,7 @@ class DesktopProcess final : public Process {
   void OnEndOrders(EndOrders orders) override;
   [[noreturn]] void End(int status) override;
   QString Folder() const override;
+  QString Variable(const char* name) const override;
 
  private:
   std::unique_ptr<EndWatch> watch_;

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFile>
 #include <QUrl>
 
 #include "platform/DesktopParts.h"
@@ -44,6 +45,10 @@ void DesktopProcess::End(int status) {
 
 QString DesktopProcess::Folder() const {
   return QCoreApplication::applicationDirPath();
+}
+
+QString DesktopProcess::Variable(const char* name) const {
+  return QFile::decodeName(qgetenv(name));
 }
 
 struct DesktopServices::Parts {

@@ -151,6 +151,8 @@ class Process {
   [[noreturn]] virtual void End(int status) = 0;
   /// The folder of the executable, without a trailing separator.
   virtual QString Folder() const = 0;
+  /// An environment variable that names a file or a number; empty if it is not set.
+  virtual QString Variable(const char* name) const = 0;
 };
 
 /// Thrown by a Process that cannot really end. Guarded() in Guard.h catches it before it reaches the event loop.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "tasks/Recorder.h"
+
 namespace zth::tasks {
 namespace {
 
@@ -19,6 +21,11 @@ bool IsOfRegisters(link::Form form) {
 }  // namespace
 
 TasksState Work;
+
+TasksState::TasksState() : traffic(std::make_unique<Traffic>()) {}
+TasksState::~TasksState() = default;
+TasksState::TasksState(TasksState&&) noexcept = default;
+TasksState& TasksState::operator=(TasksState&&) noexcept = default;
 
 void Traffic::Saw(const link::Call& call) {
   TrafficRecord record;

@@ -16,6 +16,8 @@
 
 namespace zth::tasks {
 
+class Recorder;
+
 /// The latest calls of the link, in the order in which they ended, and the user's notes between them.
 ///
 /// Records have numbers, counted from 0 since the start and never used again. Those from First() to End() - 1 are held.
@@ -72,7 +74,13 @@ class Traffic final : public link::Observer {
 
 /// The room's state. `Work = {}` is the state before the program has started.
 struct TasksState {
-  std::unique_ptr<Traffic> traffic = std::make_unique<Traffic>();
+  TasksState();
+  ~TasksState();
+  TasksState(TasksState&&) noexcept;
+  TasksState& operator=(TasksState&&) noexcept;
+
+  std::unique_ptr<Traffic> traffic;
+  std::unique_ptr<Recorder> recorder;  ///< null if nothing is recorded
 };
 
 extern TasksState Work;
