@@ -1,7 +1,7 @@
 // What the observer is shown of each call, and for whom the calls are said to be made.
 #include <set>
 
-#include <QTemporaryDir>
+#include <QDir>
 
 #include "link/Asker.h"
 #include "link/Declarations.h"
@@ -73,7 +73,7 @@ TEST_F(Tap, ShowsEachFormOverUsbWithItsContentAndResult) {
     link::ConnectAdapter();
     link::ReadRegister(0x58, 0x20);
     link::ReadRegisterBlock(0x58, 0x20, 2);
-    link::WriteRegisterValue(0x58, 0x21, 0x31);
+    link::WriteRegisterValue(0x58, 0x44, 0x31);
     link::ReadBoardPort(0x4A);
     link::WriteBoardPort(0x4A, 3);
     link::WriteBoardPortUnchecked(0x4A, 4);
@@ -82,13 +82,13 @@ TEST_F(Tap, ShowsEachFormOverUsbWithItsContentAndResult) {
   };
   EXPECT_EQ(Of(calls),
             (Expected{"usb firmware -> 1", "usb connect -> 30 33", "usb r 58 20 -> 12", "usb rb 58 20 2 -> 12 34",
-                      "usb w 58 21 31 -> ok", "usb port r 4a -> 3c", "usb port w 4a 03 -> ok",
+                      "usb w 58 44 31 -> ok", "usb port r 4a -> 3c", "usb port w 4a 03 -> ok",
                       "usb port wb 4a 04 -> ok", "usb heater w 1 75 -> ok", "usb heater r -> 64 32 07"}));
   desk.board.failFrom = 0;
   desk.board.firmwareResult = -3;
   link::Bus.reporter.services = nullptr;  // nobody is told, and the program goes on
   EXPECT_EQ(Of(calls), (Expected{"usb firmware -> fail -3", "usb connect -> fail -5", "usb r 58 20 -> fail -5",
-                                 "usb rb 58 20 2 -> fail -5", "usb w 58 21 31 -> fail -5", "usb port r 4a -> fail -5",
+                                 "usb rb 58 20 2 -> fail -5", "usb w 58 44 31 -> fail -5", "usb port r 4a -> fail -5",
                                  "usb port w 4a 03 -> fail -5", "usb port wb 4a 04 -> fail -5",
                                  "usb heater w 1 75 -> fail -5", "usb heater r -> fail -5"}));
 }
@@ -104,16 +104,16 @@ TEST_F(Tap, ShowsEachFormOverTheSmbusAndItsFailuresIfTheyAreKnown) {
     link::DetectSmbusHost();
     link::ReadRegister(0x2C, 0x20);
     link::ReadRegisterBlock(0x2C, 0x20, 2);
-    link::WriteRegisterValue(0x2C, 0x21, 0x31);
+    link::WriteRegisterValue(0x2C, 0x44, 0x31);
   };
   EXPECT_EQ(Of(calls), (Expected{"smbus r 00 00 -> fail", "smbus detect -> ok", "smbus r 2c 20 -> 12",
-                                 "smbus r 2c 20 -> 12", "smbus r 2c 21 -> 34", "smbus w 2c 21 31 -> ok"}));
+                                 "smbus r 2c 20 -> 12", "smbus r 2c 21 -> 34", "smbus w 2c 44 31 -> ok"}));
   desk.board.smbusFails = [](const std::string& /*transfer*/) { return true; };
   const Expected failing = Of(calls);
-  EXPECT_EQ(failing.back(), "smbus w 2c 21 31 -> fail");
+  EXPECT_EQ(failing.back(), "smbus w 2c 44 31 -> fail");
   EXPECT_EQ(failing[2], "smbus r 2c 20 -> fail");
   desk.board.knowsFailures = false;
-  EXPECT_EQ(Of(calls).back(), "smbus w 2c 21 31 -> ok");
+  EXPECT_EQ(Of(calls).back(), "smbus w 2c 44 31 -> ok");
 }
 
 TEST_F(Tap, AFailureIsShownBeforeTheProgramEnds) {
@@ -131,17 +131,25 @@ TEST_F(Tap, SaysWhoAsks) {
   EXPECT_EQ(AskersOf([&] { window = &desk.Open("frmAutoGraph"); }), std::set<std::string>{"frmAutoGraph opens"});
   EXPECT_EQ(AskersOf([&] { Do(*window, "cmbControl(1)=2"); }), std::set<std::string>{"frmAutoGraph cmbControl(1)"});
   EXPECT_EQ(AskersOf([&] { window->ReadAgain(); }), std::set<std::string>{"frmAutoGraph read again"});
-  EXPECT_EQ(AskersOf([this] { desk.Advance(1000); }), (std::set<std::string>{"monitor", "monitor frmAutoGraph"}));
-  window->Unload();
+  desk.Open("frmGPIO");
+  EXPECT_EQ(AskersOf([this] { desk.Advance(1000); }), (std::set<std::string>{"monitor", "monitor frmGPIO"}));
   auto& pins = desk.Open("frmPinConfig");
   EXPECT_EQ(AskersOf([&] { Do(pins, "cmdApply"); }),
             (std::set<std::string>{"frmPinConfig cmdApply", "frmPinConfig cmdApply, pins"}));
+}
+
+TEST_F(Tap, SaysThatTheDemoAsksInATick) {
+  desk.Start();
+  desk.board.Chip()[0x8D] = 64 + 60;  // hot enough for its THERM2 event
+  Do(desk.Open("frmDynamicTmin"), "cmdDemo");
+  EXPECT_THAT(AskersOf([this] { desk.Advance(2000); }), ::testing::Contains("monitor, frmDynamicTmin demo"));
 }
 
 TEST_F(Tap, ATickBelowABoxOfAHandlerIsTheMonitors) {
   desk.Start();
   auto& window = desk.Open("frmLogging");
   desk.prompts.script = {platform::BoxAnswer::Ok};
+  desk.fileDialogs.script = {QDir::temp().filePath("none.csv")};
   const auto askers = AskersOf([&] {
     desk.prompts.whileShown = [this] { desk.clock.Advance(500); };
     Do(window, "cmdLogData");  // nothing is selected
