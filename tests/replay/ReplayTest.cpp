@@ -88,7 +88,7 @@ TEST(Replay, WhereTheOrderDepartsItSaysSoOnceAndGoesOnFromWhatIsKnown) {
   EXPECT_EQ(it.Usb(0x58, 0x20), 1);
   EXPECT_EQ(it.Usb(0x58, 0x20), 1) << "as last read";
   const std::string parted = it.usb.Trouble();
-  EXPECT_EQ(parted, "Program and recording part at line 3 of it: recorded is \"usb r 58 21\", asked \"usb r 58 20\"");
+  EXPECT_EQ(parted, "Program and recording part at line 3 of it: recorded \"usb r 58 21\", asked \"usb r 58 20\"");
   EXPECT_EQ(it.Write(0x58, 0x20, 0x07), 0);
   EXPECT_EQ(it.Usb(0x58, 0x20), 7) << "as last written";
   EXPECT_EQ(it.Usb(0x58, 0x30), 9) << "as it will be read first";

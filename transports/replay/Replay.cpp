@@ -119,7 +119,7 @@ void Replay::Part(const TrafficRecord& request) {
     trouble_ = file_ + " ends with line " + std::to_string(lastLine_) + ", the program asks on with " + asked;
   } else {
     const Line& next = ahead_.front();
-    trouble_ = "Program and recording part at line " + std::to_string(next.number) + " of " + file_ + ": recorded is " +
+    trouble_ = "Program and recording part at line " + std::to_string(next.number) + " of " + file_ + ": recorded " +
                TextOf(next.record) + ", asked " + asked;
   }
 }
