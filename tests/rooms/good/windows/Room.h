@@ -1,1 +1,2 @@
 #include "base/Room.h"
+#include "tasks/Room.h"
