@@ -7,7 +7,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/shell/Running.h"
-#include "tasks/Traffic.h"
+#include "tasks/TasksState.h"
 #include "tasks/TrafficText.h"
 #include "tests/support/EveryWindow.h"
 

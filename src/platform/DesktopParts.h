@@ -113,6 +113,7 @@ class DesktopProcess final : public Process {
   [[noreturn]] void End(int status) override;
   QString Folder() const override;
   QString StateFolder() const override;
+  QString Variable(const char* name) const override;
 
  private:
   std::unique_ptr<EndWatch> watch_;

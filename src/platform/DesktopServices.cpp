@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -52,6 +53,10 @@ QString DesktopProcess::Folder() const {
 QString DesktopProcess::StateFolder() const {
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + '/' + base::kTitle;
   return QDir().mkpath(folder) ? folder : QString();
+}
+
+QString DesktopProcess::Variable(const char* name) const {
+  return QFile::decodeName(qgetenv(name));
 }
 
 struct DesktopServices::Parts {

@@ -158,6 +158,8 @@ class Process {
   /// The user's folder for what the program itself keeps from one start to the next, without a trailing separator; made
   /// if necessary. Empty if it cannot be made.
   virtual QString StateFolder() const = 0;
+  /// An environment variable that names a file or a number; empty if it is not set.
+  virtual QString Variable(const char* name) const = 0;
 };
 
 /// Thrown by a Process that cannot really end. Guarded() in Guard.h catches it before it reaches the event loop.

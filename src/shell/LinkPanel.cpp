@@ -9,6 +9,8 @@
 #include "base/Counted.h"
 #include "chip/ChipModel.h"
 #include "chip/Freshness.h"
+#include "link/BoardName.h"
+#include "link/Declarations.h"
 #include "link/Transfers.h"
 
 namespace zth::shell {
@@ -54,6 +56,7 @@ void LinkPanel::Look(double now) {
     }
     transfersThen_ = link::Bus.transfers;
     shownAt_ = now;
+    HearLibrary();
   }
   if (due || fails || raised) ShowText(now);
   if (!raised || notice_.isEmpty()) return;
@@ -78,6 +81,12 @@ bool LinkPanel::CountFailures(double now) {
   return true;
 }
 
+void LinkPanel::HearLibrary() {
+  const std::int16_t mode = link::Bus.InterfaceMode;
+  const QString trouble = link::BoardTrouble(mode);
+  if (std::exchange(troubles_[mode], trouble) != trouble) news_ = QString(trouble).replace('\n', ' ');
+}
+
 QString LinkPanel::FailuresText(double now) const {
   if (!failures_) return "failures not known";
   if (*failures_ == 0) return "no failures";
@@ -91,8 +100,10 @@ void LinkPanel::ShowText(double now) {
   const QString failures = FailuresText(now);
   setText(Counted(perSecond_, "transfers") + "/s, " + failures);
   const QString words = Counted(perSecond_, "transfers") + " a second, " + failures;
+  const QString& trouble = troubles_[link::Bus.InterfaceMode];
   setToolTip("The link to " + link::TextOf(chip_) + ": " + words +
-             (failures_ ? "" : ".\nIts library does not tell whether a transfer has failed"));
+             (failures_ ? "" : ".\nIts library does not tell whether a transfer has failed") +
+             (trouble.isEmpty() ? "" : ".\nIts library says: " + trouble));
   setAccessibleName(notice_ + (notice_.isEmpty() ? "" : ". ") + "Link: " + words);
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <utility>
 
 #include <QLabel>
 
@@ -22,11 +24,15 @@ class LinkPanel final : public QLabel {
   /// The text for the status bar to show instead of its message; empty otherwise.
   const QString& Notice() const { return notice_; }
 
+  /// What the link's library has begun to say of its hardware; empty if nothing, or once it has been taken.
+  QString TakeNews() { return std::exchange(news_, {}); }
+
   QSize sizeHint() const override;
 
  private:
   /// True when there is news about failures.
   bool CountFailures(double now);
+  void HearLibrary();
   QString FailuresText(double now) const;
   void ShowText(double now);
 
@@ -38,6 +44,8 @@ class LinkPanel final : public QLabel {
   std::optional<double> failedAt_;        ///< when this panel last saw the count change
   bool isOfOther_ = false;                ///< the current notice was raised by a chip that is no longer in use
   QString notice_;
+  std::map<std::int16_t, QString> troubles_;  ///< what each link's library has last said
+  QString news_;
 };
 
 }  // namespace zth::shell

@@ -20,6 +20,7 @@
 #include "shell/ProgramState.h"
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
+#include "tasks/Recorder.h"
 #include "tasks/TasksState.h"
 #include "widgets/ClearBoxes.h"
 #include "windows/SharedState.h"
@@ -134,6 +135,8 @@ void InitMonitorDefaults() {
 void Main(platform::Services& services) {
   AwaitEndOrders(services.process);
   widgets::ClearBoxes::Install();
+  // Once: a start that begins anew goes on in the same recording.
+  tasks::StartRecording(services);
   for (bool runs = false; !runs;) {
     try {
       Start(services);

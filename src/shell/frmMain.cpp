@@ -35,6 +35,7 @@
 #include "shell/WaitingSigns.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmSplash.h"
+#include "tasks/Recorder.h"
 #include "widgets/Named.h"
 #include "windows/ChildWindow.h"
 #include "windows/Handlers.h"
@@ -247,8 +248,12 @@ void frmMain::cmbDevices_Click() {
 
 void frmMain::ShowLink() {
   link_->Look(services_.clock.Now());
-  const QString before = std::exchange(notice_, link_->Notice());
+  // What concerns the values that are shown comes first.
+  const QString notice = link_->Notice().isEmpty() ? tasks::RecordingTrouble() : link_->Notice();
+  const QString before = std::exchange(notice_, notice);
   if (before != notice_ && !before.isEmpty() && status_->currentMessage() == before) status_->clearMessage();
+  const QString news = link_->TakeNews();
+  if (!news.isEmpty()) Tell(news);
   // The notice shows for as long as it holds. A message of a few seconds replaces it only for that time.
   if (!notice_.isEmpty() && status_->currentMessage().isEmpty()) status_->showMessage(notice_);
 }

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "tasks/Journal.h"
+#include "tasks/Recorder.h"
 #include "tasks/Traffic.h"
 
 namespace zth::tasks {
@@ -11,6 +12,7 @@ namespace zth::tasks {
 struct TasksState {
   std::unique_ptr<Traffic> traffic = std::make_unique<Traffic>();
   std::unique_ptr<Journal> journal = std::make_unique<Journal>(*traffic);
+  std::unique_ptr<Recorder> recorder;  ///< null if nothing is recorded
 };
 
 extern TasksState Work;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "tasks/Recorder.h"
+
 namespace zth::tasks {
 namespace {
 

@@ -9,7 +9,6 @@ namespace {
 constexpr std::string_view kTitleOfAnyVersion = "# ZTH4718 bus traffic ";
 constexpr std::string_view kStarted = "# started ";
 constexpr std::string_view kNote = "# note";
-constexpr std::string_view kFailuresUnknown = "# smbus failures unknown";
 
 /// The text up to a separator, which is taken off with it.
 std::string_view Cut(std::string_view& rest, std::string_view separator) {

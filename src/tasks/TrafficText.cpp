@@ -134,7 +134,10 @@ std::string TrafficHeadText(const TrafficHead& head) {
   text += " program ";
   AddText(text, head.program);
   text += '\n';
-  if (!head.smbusFailuresKnown) text += "# smbus failures unknown\n";
+  if (!head.smbusFailuresKnown) {
+    text += kFailuresUnknown;
+    text += '\n';
+  }
   return text;
 }
 

@@ -14,6 +14,9 @@ namespace zth::tasks {
 /// The first line of each recording.
 inline constexpr std::string_view kTrafficTitle = "# ZTH4718 bus traffic 1";
 
+/// The line of a head which says so.
+inline constexpr std::string_view kFailuresUnknown = "# smbus failures unknown";
+
 /// Bytes in a line at most. Who asked, or a note, is cut so that the line fits.
 inline constexpr std::size_t kMostTrafficLine = 2048;
 

@@ -5,6 +5,7 @@
 
 #include <QTemporaryDir>
 
+#include "tasks/TasksState.h"
 #include "tests/support/EveryWindow.h"
 #include "tests/support/SimulatedDesk.h"
 #include "tests/support/Steps.h"
@@ -49,6 +50,8 @@ class Day {
  public:
   Day() {
     desk.clock.lookUs = 0;
+    // The traffic's ring takes hours to fill, which is no leak; a short one is full within the first hour.
+    tasks::Work.traffic = std::make_unique<tasks::Traffic>(1000);
     desk.Start();
     for (const auto& [name, open] : OpenFlags()) desk.Open(name.c_str());
     Do(Window("frmGraph"), "txtUpdate=250");  // the most expensive job

@@ -41,6 +41,16 @@ CASES = {
     "simulated by name": ({"host": True, "files": [f"bin/{USB}"], "arguments": ["simulated"]},
                           "simulated: boards/simulated"),
     "the host by name": ({"arguments": ["linux-smbus"]}, "bin: boards/linux-smbus"),
+    "a recording of both links": ({"texts": {"r.txt": "# x\n0.1 usb firmware -> 1\n2 smbus detect -> ok\n"},
+                                   "arguments": ["replay", "r.txt"]}, "bin: boards/replay"),
+    "a recording of one": ({"texts": {"r.txt": "# 1 smbus x\n0.1 usb firmware -> 1\n"}, "arguments": ["replay", "r.txt"]},
+                           "bin: boards/replay/usb-only"),
+    "a recording of the other": ({"texts": {"r.txt": "0.1 smbus detect -> ok\n"}, "arguments": ["replay", "r.txt"]},
+                                 "bin: boards/replay/smbus-only"),
+    "no recording": ({"texts": {"r.txt": "?"}, "arguments": ["replay", "r.txt"]}, "bin: boards/replay"),
+    "a recording that is not there": ({"arguments": ["replay", "r.txt"]}, "status 2"),
+    "a recording behind a maker's library": ({"texts": {"r.txt": "?"}, "files": [f"bin/{USB}"],
+                                              "arguments": ["replay", "r.txt"]}, "status 2"),
     "a board that is not there": ({"host": True, "arguments": ["nowhere"]}, "status 2"),
 }
 
@@ -56,12 +66,14 @@ def run(script, case):
         home = pathlib.Path(folder).resolve()
         for program in ("bin", "boards/simulated"):
             put(home / program / "zth4718-evaluation", f'#!/bin/sh\necho "{program.split("/")[-1]}: $LD_LIBRARY_PATH"\n')
-        for board in ("simulated", "linux-smbus"):
+        for board in ("simulated", "linux-smbus", "replay", "replay/usb-only", "replay/smbus-only"):
             put(home / "boards" / board / SMBUS, "")
         put(home / "boards/linux-smbus/in-reach", f"#!/bin/sh\nexit {0 if case.get('host') else 1}\n")
         put(home / "path/ldconfig", "#!/bin/sh\ncat <<'END'\n" + "\n".join(case.get("cache", [])) + "\nEND\n")
         for file in case.get("files", []):
             put(home / file, "")
+        for file, text in case.get("texts", {}).items():
+            put(home / file, text)
         environment = {"PATH": f"{home / 'path'}:{os.environ['PATH']}", "ZTH4718_HOME": str(home)}
         if "path" in case:
             environment["LD_LIBRARY_PATH"] = ":".join(part and f"{home}/{part}" for part in case["path"].split(":"))

@@ -156,12 +156,17 @@ class RecordedProcess final : public platform::Process {
   void OnEndOrders(platform::EndOrders given) override { orders = std::move(given); }
   QString Folder() const override { return folder; }
   QString StateFolder() const override { return stateFolder; }
+  QString Variable(const char* name) const override {
+    const auto found = variables.find(name);
+    return found == variables.end() ? QString() : found->second;
+  }
 
   platform::EndOrders orders;  ///< what the program does when told to end
   std::vector<int> ends;
   std::function<void()> onEnd;  ///< called at that moment, after which a real process does nothing more
   QString folder = "/opt/zth";
-  QString stateFolder;  ///< by default there is none
+  QString stateFolder;                       ///< by default there is none
+  std::map<std::string, QString> variables;  ///< of the environment
 };
 
 }  // namespace zth::testing
