@@ -216,7 +216,7 @@ TEST_P(FailureSweep, EveryTransferOfEveryActionEndsTheProgramInOrder) {
   RecordProperty("transfers", static_cast<int>(transfers));
   RecordProperty("actions", static_cast<int>(actions.size()));
   const bool nothing = window == "frmAbout" || window == "frmGuide" || window == "frmChanges" ||
-                       window == "frmLogging" || window == "frmGraph" ||
+                       window == "frmLogging" || window == "frmGraph" || window == "frmTraffic" ||
                        (window == "frmManualControl" && !byte);  // without a PWM in manual mode
   EXPECT_EQ(transfers == 0, nothing) << "what is swept";
 }

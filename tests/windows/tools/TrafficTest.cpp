@@ -249,17 +249,17 @@ TEST_F(TrafficWindow, SavesAndShowsAgainWhatItHolds) {
   Write("21", "51");
   const Lines live = Rows();
   const std::string time = Cell(4, kTime);
-  Save("all.txt", "mnuSaveAll");
   Do("chkWrites=1");
+  Save("all.txt", "mnuSaveAll");
   Save("shown.txt", "mnuSaveShown");
   EXPECT_EQ(Text("lblTold"), "Saved as shown.txt");
   EXPECT_EQ(Contents("all.txt").find("# ZTH4718 bus traffic 1\n# started "), 0U);
   EXPECT_NE(Contents("all.txt").find(" usb w 58 21 31 -> ok ; frmRegMap cmdWrite\n"), std::string::npos);
 
+  Do("chkWrites=0");
   desk.fileDialogs.script.push_back(Path("shown.txt"));
   Do("cmdOpen");
   EXPECT_EQ(table.model()->rowCount(), 3) << "two writes and the mark";
-  Do("chkWrites=0");
   desk.fileDialogs.script.push_back(Path("all.txt"));
   Do("cmdOpen");
   EXPECT_EQ(Rows(), live);
