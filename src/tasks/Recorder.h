@@ -21,7 +21,8 @@ namespace zth::tasks {
 /// recording, so that what the file holds has no gap.
 ///
 /// The file never exceeds its bound. Beyond it the recording goes on in a second file with ".2" added to the name. When
-/// that is full too, it begins anew. So the first file keeps the start, which a replay needs, and the second the latest.
+/// that is full too, it begins anew. So the first file keeps the start, which a replay needs, and the second the
+/// latest.
 class Recorder {
  public:
   /// `most`: bytes in each of the two files.
@@ -51,7 +52,7 @@ class Recorder {
   std::int64_t calls_ = 0;  ///< and notes, written so far
   double start_ = 0;        ///< of the first call, monotonic seconds
   TrafficHead head_;
-  bool hasLink_[3] = {};  ///< by mode: whether a call has been seen
+  bool hasLink_[3] = {};                     ///< by mode: whether a call has been seen
   std::optional<platform::FileState> file_;  ///< as the last write left it
   QString trouble_;
   std::shared_ptr<void> listening_;
