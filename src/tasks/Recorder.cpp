@@ -108,11 +108,11 @@ void StartRecording(platform::Services& services) {
   const QString bound = services.process.Variable("ZTH4718_RECORD_MB");
   const qlonglong megabytes = bound.toLongLong();
   const bool isBound = megabytes > 0 && megabytes <= kMostTrafficBytes / kMegabyte;
-  Work.recorder = std::make_unique<Recorder>(*Work.traffic, services, path,
-                                             isBound ? megabytes * kMegabyte : kMostTrafficBytes);
+  Work.recorder =
+      std::make_unique<Recorder>(*Work.traffic, services, path, isBound ? megabytes * kMegabyte : kMostTrafficBytes);
   if (bound.isEmpty() || isBound) return;
-  Work.recorder->SetTrouble(QString("ZTH4718_RECORD_MB is no number from 1 to %1: it bounds nothing")
-                                .arg(kMostTrafficBytes / kMegabyte));
+  Work.recorder->SetTrouble(
+      QString("ZTH4718_RECORD_MB is no number from 1 to %1: it bounds nothing").arg(kMostTrafficBytes / kMegabyte));
 }
 
 QString RecordingTrouble() {
