@@ -26,28 +26,28 @@ enum Argument : char {
 enum class Outcome : std::uint8_t { Done, Bytes, Result };
 
 struct Grammar {
-  std::int16_t mode;
-  link::Form form;
   std::string_view words;
   std::string_view arguments;
+  std::int16_t mode;
+  link::Form form;
   Outcome outcome;
   std::uint8_t count;  ///< of the bytes that a success shows, unless an argument says it
 };
 
 inline constexpr Grammar kForms[] = {
-    {kUsb, link::Form::Read, "usb r", "ar", Outcome::Bytes, 1},
-    {kUsb, link::Form::ReadBlock, "usb rb", "arn", Outcome::Bytes, 0},
-    {kUsb, link::Form::Write, "usb w", "arb", Outcome::Done, 0},
-    {kUsb, link::Form::ReadPort, "usb port r", "a", Outcome::Bytes, 1},
-    {kUsb, link::Form::WritePort, "usb port w", "ab", Outcome::Done, 0},
-    {kUsb, link::Form::WritePortWithByte, "usb port wb", "ab", Outcome::Done, 0},
-    {kUsb, link::Form::SetHeater, "usb heater w", "hp", Outcome::Done, 0},
-    {kUsb, link::Form::ReadHeaters, "usb heater r", "", Outcome::Bytes, 3},
-    {kUsb, link::Form::Connect, "usb connect", "", Outcome::Bytes, 2},
-    {kUsb, link::Form::Firmware, "usb firmware", "", Outcome::Result, 0},
-    {kSmbus, link::Form::Read, "smbus r", "ar", Outcome::Bytes, 1},
-    {kSmbus, link::Form::Write, "smbus w", "arb", Outcome::Done, 0},
-    {kSmbus, link::Form::Detect, "smbus detect", "", Outcome::Done, 0},
+    {"usb r", "ar", kUsb, link::Form::Read, Outcome::Bytes, 1},
+    {"usb rb", "arn", kUsb, link::Form::ReadBlock, Outcome::Bytes, 0},
+    {"usb w", "arb", kUsb, link::Form::Write, Outcome::Done, 0},
+    {"usb port r", "a", kUsb, link::Form::ReadPort, Outcome::Bytes, 1},
+    {"usb port w", "ab", kUsb, link::Form::WritePort, Outcome::Done, 0},
+    {"usb port wb", "ab", kUsb, link::Form::WritePortWithByte, Outcome::Done, 0},
+    {"usb heater w", "hp", kUsb, link::Form::SetHeater, Outcome::Done, 0},
+    {"usb heater r", "", kUsb, link::Form::ReadHeaters, Outcome::Bytes, 3},
+    {"usb connect", "", kUsb, link::Form::Connect, Outcome::Bytes, 2},
+    {"usb firmware", "", kUsb, link::Form::Firmware, Outcome::Result, 0},
+    {"smbus r", "ar", kSmbus, link::Form::Read, Outcome::Bytes, 1},
+    {"smbus w", "arb", kSmbus, link::Form::Write, Outcome::Done, 0},
+    {"smbus detect", "", kSmbus, link::Form::Detect, Outcome::Done, 0},
 };
 
 inline const Grammar* GrammarOf(const TrafficRecord& record) {

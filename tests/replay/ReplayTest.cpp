@@ -11,8 +11,6 @@
 namespace zth::replay {
 namespace {
 
-using ::testing::ElementsAre;
-
 /// A recording behind both libraries' entries.
 class Recording {
  public:

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QStatusBar>
 #include <QTemporaryDir>
+#include <gmock/gmock.h>
 
 #include "link/USBStuff.h"
 #include "shell/frmMain.h"

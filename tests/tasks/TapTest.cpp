@@ -2,6 +2,7 @@
 #include <set>
 
 #include <QDir>
+#include <gmock/gmock.h>
 
 #include "link/Asker.h"
 #include "link/Declarations.h"

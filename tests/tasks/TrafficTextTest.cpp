@@ -10,7 +10,6 @@ namespace zth::tasks {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 constexpr char kHead[] = "# ZTH4718 bus traffic 1\n";
