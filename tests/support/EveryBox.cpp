@@ -87,12 +87,15 @@ std::vector<platform::ChoiceQuestion> AskedBeforeReadingAgain() {
 
 std::vector<platform::ChoiceQuestion> AskedAfterAKill() {
   const QTemporaryDir folder;
-  Desk desk;
-  desk.process.stateFolder = folder.path();
-  desk.Start();
-  ChangeEach(desk.Open("frmTherm"));
-  Desk::Press(*desk.Main().FindWindow("frmTherm"), "cmdApply");
-  desk.Advance(1000);
+  {
+    Desk desk;
+    desk.process.stateFolder = folder.path();
+    desk.Start();
+    auto& window = desk.Open("frmTherm");
+    ChangeEach(window);
+    Desk::Press(window, "cmdApply");
+    desk.Advance(1000);
+  }
   Desk next;
   next.process.stateFolder = folder.path();
   next.prompts.picks.push_back("&Show them");

@@ -128,7 +128,6 @@ void frmChanges::MakeLists() {
   trvActions_->setUniformRowHeights(true);
   trvActions_->setSelectionMode(QAbstractItemView::SingleSelection);
   trvActions_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  trvActions_->header()->setStretchLastSection(false);
   trvActions_->setMinimumSize(fontMetrics().averageCharWidth() * 70, fontMetrics().height() * 10);
   trvActions_->setAccessibleName("Done to this chip since the start");
   lstLeft_->setHeaderHidden(true);
