@@ -20,7 +20,9 @@ std::vector<std::uint8_t> ChangedByWrite(std::uint8_t reg, std::uint8_t value) {
   for (unsigned other = 0; other <= 0xFF; ++other) {
     const auto address = static_cast<std::uint8_t>(other);
     if (address == reg || BitsNotPutBack(address) == 0xFF) continue;
-    if (resets || (IsOfEasyOption(reg) && IsOfEasyOption(address))) changed.push_back(address);
+    const bool isOption = IsOfEasyOption(reg) && IsOfEasyOption(address);
+    const bool isMoved = IsOfTminControl(reg) && IsMovedByTminControl(address);
+    if (resets || isOption || isMoved) changed.push_back(address);
   }
   return changed;
 }

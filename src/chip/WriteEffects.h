@@ -21,6 +21,16 @@ constexpr bool IsOfEasyOption(std::int32_t reg) {
   return (reg >= "Pin Config 1"_reg && reg <= "Pin Config 4"_reg) || reg == "Easy Config"_reg;
 }
 
+/// Whether a register decides if and how the chip itself moves Tmin and operating points.
+constexpr bool IsOfTminControl(std::int32_t reg) {
+  return reg == "Tmin_Cal1"_reg || reg == "Tmin_Cal2"_reg;
+}
+
+/// Whether the chip may move a register while its Tmin control runs.
+constexpr bool IsMovedByTminControl(std::int32_t reg) {
+  return reg >= "Remote 1 Operating Point"_reg && reg <= "Remote 3 Tmin"_reg;
+}
+
 /// The bits of a register that are not written to put an old value back: they do something, or the chip sets them. All
 /// bits of a register that cannot be written.
 std::uint8_t BitsNotPutBack(std::uint8_t reg);

@@ -14,18 +14,24 @@ namespace {
 /// whose arrow is held down.
 constexpr double kOneAction = 1.0;
 
-Touched* Find(std::vector<Touched>& registers, std::uint8_t reg) {
-  const auto found = std::ranges::find(registers, reg, &Touched::reg);
-  return found == registers.end() ? nullptr : &*found;
-}
-
 /// Adds a later change of a register to an earlier one.
 void Add(std::vector<Touched>& registers, const Touched& change) {
-  if (Touched* earlier = Find(registers, change.reg)) {
+  const auto earlier = std::ranges::find(registers, change.reg, &Touched::reg);
+  if (earlier != registers.end()) {
     earlier->after = change.after;
   } else {
     registers.push_back(change);
   }
+}
+
+/// Adds a later change to a sum whose order is that of the last writes.
+void MoveToEnd(std::vector<Touched>& sum, Touched change) {
+  const auto earlier = std::ranges::find(sum, change.reg, &Touched::reg);
+  if (earlier != sum.end()) {
+    change.before = earlier->before;
+    sum.erase(earlier);
+  }
+  sum.push_back(change);
 }
 
 }  // namespace
@@ -75,13 +81,7 @@ std::vector<Touched> Journal::ChangesOf(const ChipKey& chip) const {
   std::vector<Touched> sum;
   for (const Action& action : actions_) {
     if (action.chip != chip) continue;
-    for (Touched change : action.registers) {
-      if (const Touched* earlier = Find(sum, change.reg)) {
-        change.before = earlier->before;
-        std::erase_if(sum, [&](const Touched& touched) { return touched.reg == change.reg; });
-      }
-      sum.push_back(change);
-    }
+    for (const Touched& change : action.registers) MoveToEnd(sum, change);
   }
   std::erase_if(sum, [](const Touched& touched) { return touched.before && touched.before == touched.after; });
   return sum;

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tasks/Traffic.h"
@@ -19,7 +19,8 @@ struct ChipKey {
   std::int16_t mode = 0;
   std::uint8_t address = 0;
 
-  auto operator<=>(const ChipKey&) const = default;
+  bool operator==(const ChipKey&) const = default;
+  bool operator<(const ChipKey& other) const { return std::tie(mode, address) < std::tie(other.mode, other.address); }
 };
 
 /// A register that was written, or that the chip may have changed because another one was written.

@@ -39,11 +39,13 @@ bool IsDuty(std::uint8_t reg) {
 }
 
 /// "Easy Config" first, because it sets the pin registers, and those before the rest, because they decide what other
-/// registers mean. Duties last, because they can be written only once their PWMs are manual again.
+/// registers mean. Then what lets the chip move registers itself. Duties last, because they can be written only once
+/// their PWMs are manual again.
 int Rank(const PutBackPlan::Step& step) {
   if (step.reg == "Easy Config"_reg) return 0;
   if (chip::IsOfEasyOption(step.reg)) return 1;
-  return IsDuty(step.reg) ? 3 : 2;
+  if (chip::IsOfTminControl(step.reg)) return 2;
+  return IsDuty(step.reg) ? 4 : 3;
 }
 
 /// The register's value, or nothing if the transfer failed.

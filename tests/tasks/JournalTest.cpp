@@ -146,6 +146,14 @@ TEST_F(JournalTest, AnEasyOptionComesBackWithItsPins) {
   for (std::size_t i = 0; i < found.size(); ++i) EXPECT_EQ(At(0x10 + static_cast<int>(i)), found[i]);
 }
 
+TEST_F(JournalTest, WhatTheChipHasMovedComesBackAfterItsControlHasEnded) {
+  link::ReadRegisterBlock(0x58, 0x5A, 6);  // as the monitor does
+  Do("frmDynamicTmin", {{0x0B, 0x02}});
+  At(0x5D) = 0x33;
+  EXPECT_THAT(PutBack(), IsEmpty());
+  EXPECT_THAT(written, ElementsAre("usb W 58:0B=00", "usb W 58:5D=9A"));
+}
+
 TEST_F(JournalTest, PuttingBackIsNoAction) {
   Do("a", {{0x48, 1}});
   {
