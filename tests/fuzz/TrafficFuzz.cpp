@@ -12,7 +12,6 @@
 namespace {
 
 using zth::tasks::TrafficReader;
-using zth::tasks::TrafficRecord;
 
 /// What the reader gives: each record written again, then the fault.
 std::vector<std::string> Read(std::string_view text, std::size_t piece) {

@@ -1,7 +1,6 @@
 #include "windows/tools/frmChanges.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include <QDateTime>
 #include <QHBoxLayout>
@@ -34,7 +33,8 @@ tasks::ChipKey InUse() {
 /// The last action on the chip in use; null if there is none.
 const tasks::Action* LastAction() {
   const auto& actions = tasks::Work.journal->Actions();
-  const auto last = std::ranges::find(actions | std::views::reverse, InUse(), &tasks::Action::chip);
+  const auto last = std::find_if(actions.rbegin(), actions.rend(),
+                                 [chip = InUse()](const tasks::Action& action) { return action.chip == chip; });
   return last == actions.rend() ? nullptr : &*last;
 }
 
@@ -156,7 +156,9 @@ void frmChanges::ShowChanges() {
 
 void frmChanges::ShowActions() {
   trvActions_->clear();
-  for (const tasks::Action& action : tasks::Work.journal->Actions() | std::views::reverse) {
+  const auto& actions = tasks::Work.journal->Actions();
+  for (auto at = actions.rbegin(); at != actions.rend(); ++at) {
+    const tasks::Action& action = *at;
     if (action.chip != InUse()) continue;
     const QString count = Counted(action.registers.size(), "registers");
     auto* item = new QTreeWidgetItem(trvActions_, {QString::fromStdString(action.who), count, WhenOf(action)});
