@@ -1,6 +1,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTreeWidget>
+#include <gmock/gmock.h>
 
 #include "tests/support/Steps.h"
 

@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include "chip/RegMapStuff.h"
 #include "link/Asker.h"
 #include "link/Declarations.h"

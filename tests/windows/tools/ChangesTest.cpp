@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QTreeWidget>
+#include <gmock/gmock.h>
 
 #include "tests/support/Steps.h"
 #include "windows/SharedState.h"
