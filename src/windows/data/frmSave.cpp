@@ -21,14 +21,16 @@
 #include "link/Declarations.h"
 #include "link/Transfers.h"
 #include "link/USBStuff.h"
+#include "tasks/SavedConfig.h"
 #include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/Hold.h"
 #include "windows/SharedState.h"
-#include "windows/data/SavedConfig.h"
 
 namespace zth::windows {
 namespace {
+
+using tasks::SavedReader;
 
 constexpr char kFilter[] = "Text Files (*.sav)|*.sav";
 
@@ -195,7 +197,7 @@ std::string frmSave::ReadChip(int& lines) {
     }
     const std::int16_t value = link::ReadRegister(link::Bus.DeviceAddress, entry.Address);
     if (!chkNotDefaults_->isChecked() || value != entry.Default) {
-      text += SavedLine(entry.Address, value, entry.Caption);
+      text += tasks::SavedLine(entry.Address, value, entry.Caption);
       ++lines;
     }
   }
@@ -205,13 +207,13 @@ std::string frmSave::ReadChip(int& lines) {
 void frmSave::cmdsave_Click() {
   Desktop& desktop = TheDesktop();
   const QDateTime now = Services().clock.WallTime();
-  std::string text = SavedHead(DateText(now.date()).toStdString(), TimeText(now.time()).toStdString(),
+  std::string text = tasks::SavedHead(DateText(now.date()).toStdString(), TimeText(now.time()).toStdString(),
                                txtComment_->text().toStdString());
   desktop.EnableTimer(false);
   int lines = 0;
   const link::FailureWatch watch;
   text += ReadChip(lines);
-  text += kSavedEnd;
+  text += tasks::kSavedEnd;
   const QString failed = watch.Failed() ? "; transfers failed: a value of 0xFF may not be the chip's" : "";
 
   EndProgress("");
@@ -240,7 +242,7 @@ void frmSave::cmdRecall_Click() {
 }
 
 void frmSave::Recall(std::string_view text, const QString& file) {
-  if (const char* encoding = WideEncoding(text)) {
+  if (const char* encoding = tasks::WideEncoding(text)) {
     EndProgress(QString("Nothing written: %1 is in %2; save it as plain text or in UTF-8")
                     .arg(QFileInfo(file).fileName(), encoding));
     return;
