@@ -2,12 +2,16 @@
 #
 # One room of the program, or a part of one: a static library whose headers are included as "<room>/File.h". CORE is for
 # a room that works without a display: it links Qt Core and nothing else of Qt. QT links Qt Widgets and turns on moc.
-# Each kind has a shared precompiled header.
+# Each kind has a shared precompiled header. With ZTH_UNITY four sources at a time are compiled as one; a source whose
+# names clash with others' is marked with SKIP_UNITY_BUILD_INCLUSION where the room is made.
 function(add_room name)
   cmake_parse_arguments(ROOM "CORE;QT" "" "SOURCES;USES" ${ARGN})
   add_library(${name} STATIC ${ROOM_SOURCES})
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(${name} PUBLIC ${ROOM_USES} PRIVATE house_flags)
+  if(ZTH_UNITY)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 4)
+  endif()
   if(ROOM_CORE)
     use_precompiled_header(${name} Core)
   elseif(ROOM_QT)

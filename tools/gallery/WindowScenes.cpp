@@ -97,6 +97,23 @@ void TakeConfigWindows(const Camera& camera) {
   TakeWindow(bench, camera, "frmGPIO");
 }
 
+/// Both show what is done before they are taken.
+void TakeTools(Bench& bench, const Camera& camera) {
+  bench.Open("frmTraffic");
+  bench.Do("frmTraffic", "cmdClear; chkNoMonitor=1; txtMark=Fan 2 gets its curve; cmdMark");
+  bench.Open("frmAutoGraph");
+  bench.Do("frmAutoGraph", "tbPWM=1; txtTmin(1)=32");
+  bench.Pick("frmAutoGraph", "cmbTrange(1)", QString::fromUtf8("16\u00B0C"));
+  LetFan2FollowRemote1(bench);
+  bench.Open("frmTraffic", {0, 0, 1340, 420});
+  bench.Run(1);
+  TakeWindow(bench, camera, "frmTraffic");
+
+  bench.Open("frmChanges");
+  Bench::Settle();
+  TakeWindow(bench, camera, "frmChanges");
+}
+
 void TakeWindows(const Camera& camera) {
   Bench bench;
   SetUpEasily(bench);
@@ -139,19 +156,7 @@ void TakeWindows(const Camera& camera) {
   bench.Do("frmRegMap", "txtSearch=PWM; cmdReadShown");
   camera.Take(bench.Frame("frmRegMap"), "windows/frmRegMap-all");
 
-  bench.Open("frmTraffic");
-  bench.Do("frmTraffic", "cmdClear; chkNoMonitor=1; txtMark=Fan 2 gets its curve; cmdMark");
-  bench.Open("frmAutoGraph");
-  bench.Do("frmAutoGraph", "tbPWM=1; txtTmin(1)=32");
-  bench.Pick("frmAutoGraph", "cmbTrange(1)", QString::fromUtf8("16\u00B0C"));
-  LetFan2FollowRemote1(bench);
-  bench.Open("frmTraffic", {0, 0, 1340, 420});
-  bench.Run(1);
-  TakeWindow(bench, camera, "frmTraffic");
-
-  bench.Open("frmChanges");
-  Bench::Settle();
-  TakeWindow(bench, camera, "frmChanges");
+  TakeTools(bench, camera);
 
   bench.Open("frmAutoGraph");
   bench.Main().findChild<QAction*>("mnuGuide")->trigger();
