@@ -1,10 +1,9 @@
 #include "command/CommandLine.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <utility>
-
-#include <CLI/CLI.hpp>
 
 #include "base/NumberText.h"
 #include "base/Product.h"
@@ -13,7 +12,8 @@
 namespace zth::command {
 namespace {
 
-constexpr char kNames[] = "a register (\"PWM1 Config\", 21h), a field (PWM1_Config.Bhvr), a reading (Remote1) or a group";
+constexpr char kNames[] =
+    "a register (\"PWM1 Config\", 21h), a field (PWM1_Config.Bhvr), a reading (Remote1) or a group";
 
 /// The commands, and where their parts go.
 class Grammar {
@@ -31,6 +31,9 @@ class Grammar {
     AddRegisters();
     AddConfigurations();
     AddSamples();
+    AddWords(Add("curve", "Print the duty for each temperature"), "PWM", "PWM1 to PWM4")->required()->expected(1);
+    Add("limits", "Print the limits and whether the readings are within them");
+    Add("alerts", "Print the alerts; reading them clears those that have ended");
     AddWords(Add("run", "Run the commands of a file"), "SCRIPT", "A command a line")->required()->expected(1);
   }
 

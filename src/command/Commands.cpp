@@ -13,12 +13,23 @@
 namespace zth::command {
 namespace {
 
-using Preparation = Job (*)(const Request&, const Setting&);
+struct Command {
+  std::string_view name;
+  Job (*prepare)(const Request&, const Setting&);
+};
 
-constexpr std::array kCommands{
-    std::pair<std::string_view, Preparation>{"find", PrepareFind},   {"read", PrepareRead}, {"write", PrepareWrite},
-    {"dump", PrepareDump},   {"apply", PrepareApply}, {"diff", PrepareDiff}, {"watch", PrepareWatch},
-    {"log", PrepareLog},     {"run", PrepareRun}};
+constexpr std::array<Command, 12> kCommands{{{"find", PrepareFind},
+                                             {"read", PrepareRead},
+                                             {"write", PrepareWrite},
+                                             {"dump", PrepareDump},
+                                             {"apply", PrepareApply},
+                                             {"diff", PrepareDiff},
+                                             {"watch", PrepareWatch},
+                                             {"log", PrepareLog},
+                                             {"curve", PrepareCurve},
+                                             {"limits", PrepareLimits},
+                                             {"alerts", PrepareAlerts},
+                                             {"run", PrepareRun}}};
 
 std::string Sentence(const Failure& failure) {
   return failure.what + "." + (failure.remedy.empty() ? "" : " " + failure.remedy + ".");
@@ -52,10 +63,9 @@ int RunSession(const CommandLine& line, const Setting& setting) {
 }  // namespace
 
 Job Prepare(const Request& request, const Setting& setting) {
-  const auto* const command = std::ranges::find(kCommands, std::string_view(request.name),
-                                                &std::pair<std::string_view, Preparation>::first);
+  const auto* const command = std::ranges::find(kCommands, std::string_view(request.name), &Command::name);
   if (command == kCommands.end()) throw Failure{kUsage, "'" + request.name + "' is no command here", ""};
-  return command->second(request, setting);
+  return command->prepare(request, setting);
 }
 
 int Run(const std::vector<std::string>& arguments, platform::Services& services, const Console& console) {

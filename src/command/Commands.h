@@ -30,6 +30,9 @@ Job PrepareApply(const Request& request, const Setting& setting);
 Job PrepareDiff(const Request& request, const Setting& setting);
 Job PrepareWatch(const Request& request, const Setting& setting);
 Job PrepareLog(const Request& request, const Setting& setting);
+Job PrepareCurve(const Request& request, const Setting& setting);
+Job PrepareLimits(const Request& request, const Setting& setting);
+Job PrepareAlerts(const Request& request, const Setting& setting);
 Job PrepareRun(const Request& request, const Setting& setting);
 
 /// Starts by itself, because it goes on where a start fails. Returns the exit status.

@@ -113,8 +113,8 @@ std::int64_t ShowDifferences(const Values& a, const Values& b, const Output& out
 Job PrepareDump(const Request& request, const Setting& /*setting*/) {
   return [request](Session& session) {
     const QDateTime now = session.Services().clock.WallTime();
-    std::string text = tasks::SavedHead(now.toString("yyyy-MM-dd").toStdString(), now.toString("HH:mm:ss").toStdString(),
-                                        request.comment);
+    std::string text = tasks::SavedHead(now.toString("yyyy-MM-dd").toStdString(),
+                                        now.toString("HH:mm:ss").toStdString(), request.comment);
     // Row by row, so that an address with two names is read and saved twice, as the window does.
     for (const chip::RegisterRow& row : chip::kRegisterRows) {
       if (row.readOnly) continue;

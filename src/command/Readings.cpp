@@ -41,7 +41,9 @@ struct Bytes {
 };
 
 Bytes BytesOf(std::size_t row) {
-  const auto pair = [](std::size_t first, std::size_t index) { return Bytes{first + 2 * index, first + 2 * index + 1}; };
+  const auto pair = [](std::size_t first, std::size_t index) {
+    return Bytes{first + 2 * index, first + 2 * index + 1};
+  };
   if (row < kTachs) return pair("Local Temp LSBs"_reg, row);
   if (row < kTachs + 4) return pair("Tach 1 LSB's"_reg, row - kTachs);
   if (row < kDuties) return pair("Tach 5 LSB"_reg, row - kTachs - 4);

@@ -4,8 +4,8 @@
 #include "chip/RegisterNames.h"
 #include "chip/WriteEffects.h"
 #include "command/Commands.h"
-#include "command/Verify.h"
 #include "command/Readings.h"
+#include "command/Verify.h"
 #include "link/BoardName.h"
 #include "tasks/Discovery.h"
 
@@ -37,8 +37,9 @@ void ShowPlan(const Assignment& assignment, const Output& output) {
     const std::string bits = BitsText(target.bits);
     output.Result("read " + reg + " (" + target.name + ")",
                   {{"transfer", "read"}, {"register", reg}, {"name", target.name}});
-    output.Result("write " + reg + " as read, with bits " + bits + " = " + std::to_string(assignment.value),
-                  {{"transfer", "write"}, {"register", reg}, {"bits", bits}, {"value", std::int64_t{assignment.value}}});
+    output.Result(
+        "write " + reg + " as read, with bits " + bits + " = " + std::to_string(assignment.value),
+        {{"transfer", "write"}, {"register", reg}, {"bits", bits}, {"value", std::int64_t{assignment.value}}});
   }
   ShowFollowers(target.reg, output);
 }

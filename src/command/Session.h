@@ -52,7 +52,11 @@ class Session {
   void Write(std::uint8_t reg, unsigned value);
   /// Read-modify-write.
   void Modify(std::uint8_t reg, base::BitField bits, unsigned value);
+  /// The pins' configuration, once for each connection.
   void ReadPins();
+  /// A group of readings (chip/Freshness.h), and before the first duties the chip's revision. If `goesOn`, a read that
+  /// fails over SMBus leaves the group stale.
+  void ReadGroup(int group, bool goesOn = false);
 
   /// Reads what the targets stand for, each group of readings once. A group as a whole leaves out what the chip's pins
   /// do not provide. If `goesOn`, a failed read of a group over SMBus gives stale samples.
@@ -73,7 +77,6 @@ class Session {
   void Attach();
   void Record();
   void Select();
-  void ReadGroup(int group, bool goesOn);
   void Note(std::uint8_t reg, unsigned value);
 
   Setting setting_;

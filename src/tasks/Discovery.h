@@ -30,9 +30,9 @@ bool ProbeLinks(platform::Services& services);
 /// Sets `DeviceAddress` and `InterfaceMode` from an item of the device list.
 void SelectDevice(const QString& item);
 
-/// Waits for the adapter to return, connects to it, and searches both buses for chips, showing the progress. Returns the
-/// items of the chips found, USB before SMBus. An adapter that does not answer is reported as a failure of the link,
-/// which ends the program.
+/// Waits for the adapter to return, connects to it, and searches both buses for chips, showing the progress. Returns
+/// the items of the chips found, USB before SMBus. An adapter that does not answer is reported as a failure of the
+/// link, which ends the program.
 std::vector<QString> FindDevices(SearchSigns& signs, platform::Services& services);
 
 /// WaitMs in pieces, repainting between them.

@@ -82,8 +82,7 @@ TEST_F(CommandTest, WithoutHardwareOrChipItSaysSo) {
 TEST_F(CommandTest, AFailedTransferEndsItWithWhatWasWritten) {
   desk.board.failMatching = "usb W 58:29";
   EXPECT_EQ(Run({"write", "28h=1", "29h=2", "2Ah=3"}), command::kLinkFailed);
-  EXPECT_EQ(error,
-            "zth4718: Communications Interrupted; written before: 28h = 01h. Check USB connections.\n");
+  EXPECT_EQ(error, "zth4718: Communications Interrupted; written before: 28h = 01h. Check USB connections.\n");
   EXPECT_EQ(desk.board.usbChips[0x58][0x2A], 0x80);
 
   desk.board.missingEntries.clear();

@@ -26,9 +26,9 @@ class CommandTest : public ::testing::Test {
     Forget();
     out.clear();
     error.clear();
-    const int status = command::Run(arguments, desk.services,
-                                    {[this](std::string_view text) { out += text; },
-                                     [this](std::string_view text) { error += text; }});
+    const int status = command::Run(
+        arguments, desk.services,
+        {[this](std::string_view text) { out += text; }, [this](std::string_view text) { error += text; }});
     traffic = desk.board.TakeTraffic();
     return status;
   }

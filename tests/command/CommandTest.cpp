@@ -34,17 +34,21 @@ TEST_F(CommandTest, ReadsWhatIsAskedAndNothingElse) {
     std::string shown;
   } kCases[] = {
       {{"21h"}, "R21", "PWM1 Config (21h) = 51h: Bhvr = 2, Inv = 1, Slow = 0, Spin = 1\n"},
-      {{"0x21", "pwm1_config"}, "R21 R21",
+      {{"0x21", "pwm1_config"},
+       "R21 R21",
        "PWM1 Config (21h) = 51h: Bhvr = 2, Inv = 1, Slow = 0, Spin = 1\n"
        "PWM1 Config (21h) = 51h: Bhvr = 2, Inv = 1, Slow = 0, Spin = 1\n"},
-      {{"PWM1_Config.Bhvr", "21h.7:5", "21h.0"}, "R21 R21 R21",
+      {{"PWM1_Config.Bhvr", "21h.7:5", "21h.0"},
+       "R21 R21 R21",
        "PWM1 Config.Bhvr = 2 (21h = 51h)\nPWM1 Config.7:5 = 2 (21h = 51h)\nPWM1 Config.0 = 1 (21h = 51h)\n"},
       {{"Remote1"}, "B88+8", "Remote1 Temp = 26.5 °C (raw 5A80h)\n"},
       {{"Tach2"}, "B98+8 BA2+8", "Tach2 = 5192 rpm (raw 0410h)\n"},
-      {{"PWM2%", "Remote1", "local"}, "R3F BAA+4 B88+8",
+      {{"PWM2%", "Remote1", "local"},
+       "R3F BAA+4 B88+8",
        "PWM2% = 50 % (raw 80h)\nRemote1 Temp = 26.5 °C (raw 5A80h)\nLocal Temp = -64 °C (raw 00h)\n"},
       {{"1.25V-Pin20"}, "B8B+1 B8F+8 BA3+7", "1.25V-Pin20 = 0.62 V (raw 60h)\n"},
-      {{"tmin"}, "B10+4 B5A+2 B5C+4 B49+2 B45+2",
+      {{"tmin"},
+       "B10+4 B5A+2 B5C+4 B49+2 B45+2",
        "Local Tmin = 90 °C (raw 9Ah)\nRemote1 Tmin = 90 °C (raw 9Ah)\nRemote2 Tmin = 90 °C (raw 9Ah)\n"
        "Remote3 Tmin = 90 °C (raw 9Ah)\nRemote1 Op-Point = 100 °C (raw A4h)\nRemote2 Op-Point = 100 °C (raw A4h)\n"},
   };

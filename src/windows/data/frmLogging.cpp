@@ -84,8 +84,8 @@ QGroupBox* frmLogging::MakeFrame(const char* name, const char* caption) {
 void frmLogging::AddColumn(QGroupBox& frame, int first, int count, int column, int row) {
   auto* grid = static_cast<QGridLayout*>(frame.layout());
   for (int i = first; i < first + count; ++i, ++row) {
-    auto* box =
-        widgets::Named<QCheckBox>(QString("chkLog(%1)").arg(i), chip::kLogCaptions.at(static_cast<std::size_t>(i)), &frame);
+    auto* box = widgets::Named<QCheckBox>(QString("chkLog(%1)").arg(i),
+                                          chip::kLogCaptions.at(static_cast<std::size_t>(i)), &frame);
     grid->addWidget(box, row, column);
     chkLog_.at(static_cast<std::size_t>(i)) = box;
   }

@@ -208,7 +208,7 @@ void frmSave::cmdsave_Click() {
   Desktop& desktop = TheDesktop();
   const QDateTime now = Services().clock.WallTime();
   std::string text = tasks::SavedHead(DateText(now.date()).toStdString(), TimeText(now.time()).toStdString(),
-                               txtComment_->text().toStdString());
+                                      txtComment_->text().toStdString());
   desktop.EnableTimer(false);
   int lines = 0;
   const link::FailureWatch watch;
