@@ -35,8 +35,8 @@ void ShowPlan(const Assignment& assignment, const Output& output) {
                   {{"transfer", "write"}, {"register", reg}, {"name", target.name}, {"value", value}});
   } else {
     const std::string bits = BitsText(target.bits);
-    output.Result("read " + reg + " (" + target.name + ")",
-                  {{"transfer", "read"}, {"register", reg}, {"name", target.name}});
+    const std::string name = chip::RowAt(target.reg)->name;
+    output.Result("read " + reg + " (" + name + ")", {{"transfer", "read"}, {"register", reg}, {"name", name}});
     output.Result(
         "write " + reg + " as read, with bits " + bits + " = " + std::to_string(assignment.value),
         {{"transfer", "write"}, {"register", reg}, {"bits", bits}, {"value", std::int64_t{assignment.value}}});

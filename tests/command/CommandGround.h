@@ -41,6 +41,13 @@ class CommandTest : public ::testing::Test {
     return {traffic.begin() + std::min(start, static_cast<std::ptrdiff_t>(traffic.size())), traffic.end()};
   }
 
+  /// Transfers with the chip at 58h on USB, in the notation of Steps.h.
+  static Traffic Usb(const std::string& text) {
+    link::Bus.InterfaceMode = link::kModeUsb;
+    link::Bus.DeviceAddress = 0x58;
+    return T(text);
+  }
+
   static void Forget() {
     link::Bus = {};
     chip::Model = {};

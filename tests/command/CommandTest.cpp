@@ -56,7 +56,7 @@ TEST_F(CommandTest, ReadsWhatIsAskedAndNothingElse) {
     std::vector<std::string> arguments{"read"};
     arguments.insert(arguments.end(), what.begin(), what.end());
     const Traffic read = Sent(arguments);
-    EXPECT_EQ(read, T(sent)) << what.front();
+    EXPECT_EQ(read, Usb(sent)) << what.front();
     EXPECT_EQ(out, shown);
     EXPECT_EQ(error, "");
   }
@@ -92,9 +92,9 @@ TEST_F(CommandTest, TakesTheChipThatIsNamed) {
 
 TEST_F(CommandTest, WritesAsTheWindowsDoAndSaysItBefore) {
   auto& chip = desk.board.usbChips[0x58];
-  EXPECT_EQ(Sent({"write", "28h=200", "21h.Bhvr=2"}), T("W28=C8 R21 W21=51 R21"));
+  EXPECT_EQ(Sent({"write", "28h=200", "21h.Bhvr=2"}), Usb("W28=C8 R21 W21=51 R21"));
   EXPECT_EQ(chip[0x21], 0x51);
-  EXPECT_EQ(Sent({"write", "28h=0x40", "--verify"}), T("W28=40 R28"));
+  EXPECT_EQ(Sent({"write", "28h=0x40", "--verify"}), Usb("W28=40 R28"));
   // What a pin's register brings with it is the program's own.
   const Traffic pins = Sent({"write", "10h=7Fh"});
   Forget();
@@ -149,7 +149,7 @@ TEST_F(CommandTest, TellsHowConfigurationsDiffer) {
 }
 
 TEST_F(CommandTest, WatchesAndLogsAtItsPace) {
-  EXPECT_EQ(Sent({"watch", "Remote1", "--interval", "2s", "--for", "4s"}), T("B88+8 B88+8 B88+8"));
+  EXPECT_EQ(Sent({"watch", "Remote1", "--interval", "2s", "--for", "4s"}), Usb("B88+8 B88+8 B88+8"));
   EXPECT_NE(out.find("  Remote1 Temp -64 °C\n"), std::string::npos) << out;
   const std::string file = Path("log.csv");
   EXPECT_EQ(Run({"log", file, "Remote1", "28h", "--interval", "500ms", "--for", "1s"}), command::kDone) << error;
