@@ -73,7 +73,8 @@ QStringList SearchLines() {
     case SearchStep::Done:
       break;
   }
-  return Work.start.UsbChips > 0 ? LostLines() : NoChipLines("at 58h, 5Ah and 5Ch");
+  if (Work.start.UsbChips == 0) return NoChipLines("at 58h, 5Ah and 5Ch");
+  return Bus.UsbResult == 0 ? QStringList{"A chip was found."} : LostLines();
 }
 
 QStringList UsbLines(platform::Services& services) {

@@ -75,6 +75,11 @@ TEST_F(CommandTest, WithoutHardwareOrChipItSaysSo) {
   EXPECT_EQ(Run({"doctor", "--no-transfers"}), command::kNoHardware);
   EXPECT_NE(out.find("File not found: b"), std::string::npos) << out;
   desk.board.loadErrors.clear();
+  desk.board.AddUsbChip(0x58);
+  EXPECT_EQ(Run({"doctor"}), command::kDone);
+  EXPECT_TRUE(out.starts_with("Found: 58h on USB\n")) << out;
+  EXPECT_NE(out.find("A chip was found."), std::string::npos) << out;
+  EXPECT_EQ(out.find("failed"), std::string::npos) << out;
   EXPECT_EQ(Run({"doctor", "--no-transfers"}), command::kDone);
   EXPECT_EQ(traffic, Traffic{});
 }

@@ -15,7 +15,7 @@ import sys
 import tempfile
 import time
 
-PROGRAM, ROOT = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2])
+PROGRAM, ROOT = pathlib.Path(sys.argv[1]).absolute(), pathlib.Path(sys.argv[2])
 WAITS = 7.2  # seconds that a start is to wait: for the adapter, for contact, before each search
 BESIDE = 0.05  # seconds that it may take besides
 faults = []
@@ -46,10 +46,9 @@ def check_examples(text: str, folder: str) -> None:
         line, shown = example
         expected = re.sub(r"^    ", "", shown, flags=re.MULTILINE)
         out = run(line, folder)
-        if expected != "...\n" and out != expected:
+        head = expected.removesuffix("...\n")
+        if out != expected and (head == expected or not out.startswith(head) or out == head):
             faults.append(f"{line}: printed\n{out}instead of\n{expected}")
-        if expected == "...\n" and "zth4718" in line and "apply" not in line and "--verify" not in line and not out:
-            faults.append(f"{line}: printed nothing")
 
     # Those that read a file go behind the one that writes it; starts take long, so the others run at a time.
     writers = [example for example in examples if ">" in example[0]]
@@ -100,7 +99,6 @@ def main() -> int:
         board = shlex.quote(f"{PROGRAM.parent.parent}/boards/simulated")
         run(f"zth4718 --board {board} --record r.txt read 21h", folder)
         run("zth4718 --board replay:r.txt read 21h", folder)
-        run("zth4718 --board replay:r.txt write 21h=1", folder, 4)
         run(f"zth4718 --board {folder}/ find", folder, 3)
         run("zth4718 --help", folder)
         run("zth4718 reed", folder, 2)
