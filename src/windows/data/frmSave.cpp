@@ -21,14 +21,19 @@
 #include "link/Declarations.h"
 #include "link/Transfers.h"
 #include "link/USBStuff.h"
+#include "tasks/SavedConfig.h"
 #include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/Hold.h"
 #include "windows/SharedState.h"
-#include "windows/data/SavedConfig.h"
 
 namespace zth::windows {
 namespace {
+
+using tasks::kSavedEnd;
+using tasks::SavedHead;
+using tasks::SavedLine;
+using tasks::SavedReader;
 
 constexpr char kFilter[] = "Text Files (*.sav)|*.sav";
 
@@ -240,7 +245,7 @@ void frmSave::cmdRecall_Click() {
 }
 
 void frmSave::Recall(std::string_view text, const QString& file) {
-  if (const char* encoding = WideEncoding(text)) {
+  if (const char* encoding = tasks::WideEncoding(text)) {
     EndProgress(QString("Nothing written: %1 is in %2; save it as plain text or in UTF-8")
                     .arg(QFileInfo(file).fileName(), encoding));
     return;
