@@ -69,6 +69,9 @@ class Grammar {
     auto* dump = Add("dump", "Print the chip's configuration as a saved one");
     dump->add_flag("--changed", line_.request.changedOnly, "Only registers that differ from their defaults");
     dump->add_option("--comment", line_.request.comment, "A comment for the head");
+    auto* exports = Add("export", "Print the chip's configuration to hand over");
+    exports->add_option("--as", line_.request.form, "saved, c, i2cset or csv; saved by default");
+    exports->add_option("--comment", line_.request.comment, "A comment for the head");
     auto* apply = Add("apply", "Write a saved configuration to the chip");
     AddWords(apply, "FILE", "A saved configuration")->required()->expected(1);
     AddWriteOptions(apply);

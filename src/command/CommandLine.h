@@ -20,7 +20,8 @@ struct Options {
 struct Request {
   std::string name;                ///< "read"
   std::vector<std::string> words;  ///< the names, files and so on behind it
-  std::string comment;             ///< of dump
+  std::string comment;             ///< of dump and export
+  std::string form = "saved";      ///< of export
   bool verify = false;
   bool dryRun = false;
   bool noTransfers = false;

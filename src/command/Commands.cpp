@@ -18,7 +18,7 @@ struct Command {
   Job (*prepare)(const Request&, const Setting&);
 };
 
-constexpr std::array<Command, 12> kCommands{{{"find", PrepareFind},
+constexpr std::array<Command, 13> kCommands{{{"find", PrepareFind},
                                              {"read", PrepareRead},
                                              {"write", PrepareWrite},
                                              {"dump", PrepareDump},
@@ -26,6 +26,7 @@ constexpr std::array<Command, 12> kCommands{{{"find", PrepareFind},
                                              {"diff", PrepareDiff},
                                              {"watch", PrepareWatch},
                                              {"log", PrepareLog},
+                                             {"export", PrepareExport},
                                              {"curve", PrepareCurve},
                                              {"limits", PrepareLimits},
                                              {"alerts", PrepareAlerts},

@@ -33,6 +33,7 @@ Job PrepareLog(const Request& request, const Setting& setting);
 Job PrepareCurve(const Request& request, const Setting& setting);
 Job PrepareLimits(const Request& request, const Setting& setting);
 Job PrepareAlerts(const Request& request, const Setting& setting);
+Job PrepareExport(const Request& request, const Setting& setting);
 Job PrepareRun(const Request& request, const Setting& setting);
 
 /// Starts by itself, because it goes on where a start fails. Returns the exit status.

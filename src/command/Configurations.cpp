@@ -1,17 +1,22 @@
+#include <algorithm>
 #include <array>
-#include <optional>
-#include <set>
+#include <string_view>
+#include <utility>
 
 #include "base/Counted.h"
-#include "base/NumberText.h"
-#include "chip/RegisterFields.h"
 #include "chip/RegisterNames.h"
 #include "command/Commands.h"
 #include "command/Verify.h"
+#include "link/ChipId.h"
+#include "tasks/Comparison.h"
+#include "tasks/Exports.h"
+#include "tasks/RegisterImage.h"
 #include "tasks/SavedConfig.h"
 
 namespace zth::command {
 namespace {
+
+using tasks::RegisterImage;
 
 struct SavedWrite {
   std::uint8_t reg = 0;
@@ -48,73 +53,59 @@ void ShowRegister(const chip::RegisterRow& row, unsigned value, const Output& ou
   output.Result("", {{"name", row.name}, {"register", ByteText(row.address)}, {"raw", std::int64_t{value}}});
 }
 
-/// Values by address; none where nothing is known.
-using Values = std::array<std::optional<unsigned>, 256>;
-/// Gives them once there is a connection.
-using Source = std::function<Values(Session&)>;
+/// Gives a configuration once there is a connection.
+using Source = std::function<RegisterImage(Session&)>;
 
-/// Each address that can be written, once.
-template <typename Visit>
-void ForEachWritable(const Visit& visit) {
-  std::set<std::uint8_t> seen;
-  for (const chip::RegisterRow& row : chip::kRegisterRows) {
-    if (!row.readOnly && seen.insert(row.address).second) visit(row);
+/// Reads every register that can be written, once.
+RegisterImage ReadChip(Session& session) {
+  RegisterImage image;
+  image.origin = link::TextOf(link::ChipInUse()).toStdString();
+  for (const std::uint8_t reg : tasks::ComparableRegisters()) {
+    image.Put(reg, static_cast<std::uint8_t>(session.Read(reg)));
   }
+  return image;
 }
 
 Source SourceOf(const std::string& word, const Setting& setting) {
-  Values values;
-  if (word == "chip") {
-    return [](Session& session) {
-      Values read;
-      ForEachWritable([&](const chip::RegisterRow& row) { read.at(row.address) = session.Read(row.address); });
-      return read;
-    };
-  }
-  if (word == "default") {
-    ForEachWritable([&](const chip::RegisterRow& row) { values.at(row.address) = row.defaultValue; });
-  } else {
-    for (const SavedWrite& write : WritesOf(word, setting.services)) values.at(write.reg) = write.value;
-  }
-  return [values](Session& /*session*/) { return values; };
+  if (word == "chip") return ReadChip;
+  if (word == "default") return [](Session& /*session*/) { return tasks::DefaultImage(); };
+  const tasks::ImageOrError read = tasks::ImageOfText(TextOfFile(word, setting.services), word);
+  if (!read) throw Failure{kUsage, "'" + word + "' cannot be compared: " + read.error, "Give default, chip or a file"};
+  return [image = *read.image](Session& /*session*/) { return image; };
 }
 
-/// "Bhvr 0 -> 3", or nothing for a register without named bits.
-std::string FieldChanges(const chip::RegisterRow& row, unsigned from, unsigned to) {
-  std::string text;
-  for (const chip::NamedField& field : chip::FieldsOf(row.bitNames)) {
-    const unsigned before = base::GetField(from, field.bits);
-    const unsigned after = base::GetField(to, field.bits);
-    if (before == after) continue;
-    text.append(text.empty() ? ": " : ", ").append(field.name);
-    text += " " + std::to_string(before) + " -> " + std::to_string(after);
-  }
-  return text;
-}
-
-/// A register that only one side holds does not differ.
-std::int64_t ShowDifferences(const Values& a, const Values& b, const Output& output) {
+std::int64_t ShowDifferences(const RegisterImage& a, const RegisterImage& b, const Output& output) {
   std::int64_t differing = 0;
-  ForEachWritable([&](const chip::RegisterRow& row) {
-    const auto from = a.at(row.address);
-    const auto to = b.at(row.address);
-    if (!from || !to || *from == *to) return;
+  for (const tasks::ComparedRow& row : tasks::Compare({&a, &b}, 0)) {
+    if (!row.Differs()) continue;
     ++differing;
-    const std::string reg = ByteText(row.address);
-    output.Result(std::string(row.name) + " (" + reg + ") " + ByteText(*from) + " -> " + ByteText(*to) +
-                      FieldChanges(row, *from, *to),
-                  {{"name", row.name}, {"register", reg}, {"a", std::int64_t{*from}}, {"b", std::int64_t{*to}}});
-  });
+    const std::string reg = ByteText(row.reg);
+    output.Result(row.name + " (" + reg + "): " + tasks::DifferenceWords(row, 1),
+                  {{"name", row.name},
+                   {"register", reg},
+                   {"a", std::int64_t{row.held[0].value}},
+                   {"b", std::int64_t{row.held[1].value}}});
+  }
   return differing;
 }
+
+/// The moment, as a saved configuration tells it.
+tasks::TextNotes NotesOf(const Request& request, const Session& session) {
+  const QDateTime now = session.Services().clock.WallTime();
+  return {now.toString("yyyy-MM-dd").toStdString(), now.toString("HH:mm:ss").toStdString(), request.comment};
+}
+
+constexpr std::array kForms{std::pair<std::string_view, tasks::ExportForm>{"saved", tasks::ExportForm::Saved},
+                            std::pair<std::string_view, tasks::ExportForm>{"c", tasks::ExportForm::C},
+                            std::pair<std::string_view, tasks::ExportForm>{"i2cset", tasks::ExportForm::Script},
+                            std::pair<std::string_view, tasks::ExportForm>{"csv", tasks::ExportForm::Csv}};
 
 }  // namespace
 
 Job PrepareDump(const Request& request, const Setting& /*setting*/) {
   return [request](Session& session) {
-    const QDateTime now = session.Services().clock.WallTime();
-    std::string text = tasks::SavedHead(now.toString("yyyy-MM-dd").toStdString(),
-                                        now.toString("HH:mm:ss").toStdString(), request.comment);
+    const tasks::TextNotes notes = NotesOf(request, session);
+    std::string text = tasks::SavedHead(notes.date, notes.time, notes.comment);
     // Row by row, so that an address with two names is read and saved twice, as the window does.
     for (const chip::RegisterRow& row : chip::kRegisterRows) {
       if (row.readOnly) continue;
@@ -153,10 +144,22 @@ Job PrepareDiff(const Request& request, const Setting& setting) {
   const Source a = SourceOf(request.words.front(), setting);
   const Source b = SourceOf(request.words.size() > 1 ? request.words.back() : "chip", setting);
   return [a, b](Session& session) {
-    const Values from = a(session);
+    const RegisterImage from = a(session);
     const std::int64_t differing = ShowDifferences(from, b(session), session.Out());
     if (differing == 0) return;
     throw Failure{kDiffers, base::Counted(differing, "registers") + (differing == 1 ? " differs" : " differ"), ""};
+  };
+}
+
+Job PrepareExport(const Request& request, const Setting& /*setting*/) {
+  const auto* const form =
+      std::ranges::find(kForms, std::string_view(request.form), &std::pair<std::string_view, tasks::ExportForm>::first);
+  if (form == kForms.end()) {
+    throw Failure{kUsage, "'" + request.form + "' is no form", "Give --as saved, c, i2cset or csv"};
+  }
+  return [request, as = form->second](Session& session) {
+    const RegisterImage image = ReadChip(session);
+    session.Out().Text(tasks::ExportText(as, {image}, NotesOf(request, session)));
   };
 }
 

@@ -39,6 +39,7 @@ TEST_F(CommandTest, BadInputGivesOneLineAndNoTransfer) {
       {"apply", empty},
       {"apply", wide},
       {"diff"},
+      {"export", "--as", "pdf"},
       {"diff", "default", broken},
       {"watch", "--interval", "0s"},
       {"watch", "--interval", "soon"},

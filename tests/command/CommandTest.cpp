@@ -143,9 +143,20 @@ TEST_F(CommandTest, TellsHowConfigurationsDiffer) {
   const std::string file = File("a.sav", out);
   Put(desk.board.usbChips[0x58], "21=51 28=40");
   EXPECT_EQ(Run({"diff", file, "chip"}), command::kDiffers);
-  EXPECT_EQ(out, "PWM1 Config (21h) 11h -> 51h: Bhvr 0 -> 2\nPWM1 Min (28h) 80h -> 40h\n");
+  EXPECT_EQ(out, "PWM1 Config (21h): Bhvr 0 -> 2\nPWM1 Min (28h): 80h -> 40h\n");
   EXPECT_EQ(error, "zth4718: 2 registers differ.\n");
   EXPECT_EQ(Run({"diff", file, "default"}), command::kDone);
+}
+
+TEST_F(CommandTest, ExportsWhatADiffReadsAgain) {
+  Put(desk.board.usbChips[0x58], "21=51 28=40");
+  for (const char* const form : {"saved", "c", "i2cset", "csv"}) {
+    const Traffic sent = Sent({"export", "--as", form, "--comment", "as found"});
+    EXPECT_EQ(Writes(sent), Traffic{});
+    EXPECT_NE(out.find("as found"), std::string::npos) << form;
+    const std::string file = File("exported", out);
+    EXPECT_EQ(Run({"diff", file}), command::kDone) << form << out << error;
+  }
 }
 
 TEST_F(CommandTest, WatchesAndLogsAtItsPace) {

@@ -30,6 +30,9 @@
 namespace zth::windows {
 namespace {
 
+using tasks::kSavedEnd;
+using tasks::SavedHead;
+using tasks::SavedLine;
 using tasks::SavedReader;
 
 constexpr char kFilter[] = "Text Files (*.sav)|*.sav";
@@ -197,7 +200,7 @@ std::string frmSave::ReadChip(int& lines) {
     }
     const std::int16_t value = link::ReadRegister(link::Bus.DeviceAddress, entry.Address);
     if (!chkNotDefaults_->isChecked() || value != entry.Default) {
-      text += tasks::SavedLine(entry.Address, value, entry.Caption);
+      text += SavedLine(entry.Address, value, entry.Caption);
       ++lines;
     }
   }
@@ -207,13 +210,13 @@ std::string frmSave::ReadChip(int& lines) {
 void frmSave::cmdsave_Click() {
   Desktop& desktop = TheDesktop();
   const QDateTime now = Services().clock.WallTime();
-  std::string text = tasks::SavedHead(DateText(now.date()).toStdString(), TimeText(now.time()).toStdString(),
-                                      txtComment_->text().toStdString());
+  std::string text = SavedHead(DateText(now.date()).toStdString(), TimeText(now.time()).toStdString(),
+                               txtComment_->text().toStdString());
   desktop.EnableTimer(false);
   int lines = 0;
   const link::FailureWatch watch;
   text += ReadChip(lines);
-  text += tasks::kSavedEnd;
+  text += kSavedEnd;
   const QString failed = watch.Failed() ? "; transfers failed: a value of 0xFF may not be the chip's" : "";
 
   EndProgress("");
