@@ -21,15 +21,26 @@ int LookOnly(const Session& session) {
   platform::Libraries& libraries = session.Services().libraries;
   const bool hasSmbus = link::LoadSmbus(libraries).isEmpty();
   const bool hasUsb = link::LoadUsbFunctions(libraries).isEmpty();
-  const auto show = [&session](const char* name, const link::LibraryReport& report, std::int16_t mode) {
+  const auto remedy = [](const std::string& error) {
+    if (error.empty()) return "";
+    return error.find("File not found") == std::string::npos
+               ? "install what the error names, or a library built for this system"
+               : "put the library there, or name another board with --board";
+  };
+  const auto show = [&](const char* name, const link::LibraryReport& report, std::int16_t mode) {
     const std::string file = report.file.toStdString();
     const std::string error = report.error.toStdString();
     const std::string board = link::BoardNameOf(mode).toStdString();
     const std::string trouble = link::BoardTrouble(mode).simplified().toStdString();
     session.Out().Result(std::string(name) + ": " + file + (board.empty() ? "" : " (" + board + ")") +
-                             (error.empty() ? ", usable" : "; error: " + error) +
+                             (error.empty() ? ", usable" : "; error: " + error + "; remedy: " + remedy(error)) +
                              (trouble.empty() ? "" : "; it says: " + trouble),
-                         {{"link", name}, {"file", file}, {"board", board}, {"error", error}, {"trouble", trouble}});
+                         {{"link", name},
+                          {"file", file},
+                          {"board", board},
+                          {"error", error},
+                          {"remedy", remedy(error)},
+                          {"trouble", trouble}});
   };
   show("USB adapter", link::Bus.UsbLibrary, link::kModeUsb);
   show("SMBus host", link::Bus.SmbusLibrary, link::kModeSmbus);

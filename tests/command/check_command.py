@@ -66,6 +66,18 @@ def check_libraries() -> None:
         faults.append(f"ldd told nothing: {linked}")
 
 
+def check_documents(folder: str) -> None:
+    """Each command and option is in the documents, the manual page and the completion."""
+    told = run("zth4718 --help", folder)
+    words = re.findall(r"^  (?:-h,)?(-{0,2}[a-z-]+) ", told, re.MULTILINE)
+    if len(words) < 15:
+        faults.append(f"only {len(words)} words found in the help")
+    for file in ("docs/command.md", "packaging/zth4718.1", "packaging/zth4718.completion"):
+        text = (ROOT / file).read_text().replace("\\-", "-")
+        faults.extend(f"{file} does not tell of {word}" for word in words
+                      if word not in ("--help", "--version") and not re.search(rf"(?<![\w-]){word}(?!\w)", text))
+
+
 def check_pace(folder: str) -> None:
     best = 1e9
     for _ in range(2):
@@ -93,6 +105,7 @@ def main() -> int:
     with tempfile.TemporaryDirectory() as folder:
         pathlib.Path(folder, "board.conf").write_text("noise = 0\n")
         check_libraries()
+        check_documents(folder)
         check_pace(folder)
         check_examples(text, folder)
         check_signal(folder)
@@ -100,7 +113,6 @@ def main() -> int:
         run(f"zth4718 --board {board} --record r.txt read 21h", folder)
         run("zth4718 --board replay:r.txt read 21h", folder)
         run(f"zth4718 --board {folder}/ find", folder, 3)
-        run("zth4718 --help", folder)
         run("zth4718 reed", folder, 2)
     for fault in faults:
         print(fault)
