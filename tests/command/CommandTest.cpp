@@ -153,7 +153,7 @@ TEST_F(CommandTest, ExportsWhatADiffReadsAgain) {
   for (const char* const form : {"saved", "c", "i2cset", "csv"}) {
     const Traffic sent = Sent({"export", "--as", form, "--comment", "as found"});
     EXPECT_EQ(Writes(sent), Traffic{});
-    EXPECT_NE(out.find("as found"), std::string::npos) << form;
+    EXPECT_EQ(out.find("as found") == std::string::npos, std::string(form) == "csv") << form;
     const std::string file = File("exported", out);
     EXPECT_EQ(Run({"diff", file}), command::kDone) << form << out << error;
   }
