@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QItemSelectionModel>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -260,21 +259,6 @@ void frmTraffic::cmdOpen_Click() {
   const QPointer<frmTraffic> self(this);
   const QString path = Services().fileDialogs.Ask(question, this);
   if (!path.isEmpty() && self != nullptr) ShowFile(path);
-}
-
-bool frmTraffic::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == txtFilter_ && event->type() == QEvent::KeyPress) {
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key == Qt::Key_Escape && !txtFilter_->text().isEmpty()) {
-      txtFilter_->clear();
-      return true;
-    }
-    if (key == Qt::Key_Down) {
-      tblTraffic_->setFocus();
-      return true;
-    }
-  }
-  return ChildWindow::eventFilter(watched, event);
 }
 
 void frmTraffic::changeEvent(QEvent* event) {
