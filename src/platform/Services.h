@@ -134,6 +134,10 @@ class Files {
   /// Bytes of the file from an offset on, fewer at its end; nothing if it cannot be opened.
   virtual std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) = 0;
   virtual void Remove(const QString& path) = 0;
+  /// The names of the regular files in a folder, without it, sorted; none if there is no such folder.
+  virtual QStringList List(const QString& folder) = 0;
+  /// Makes a folder and those above it if there is none. False if that fails.
+  virtual bool MakeFolder(const QString& folder) = 0;
   /// Claims a file name for this process, for as long as the result lives; null if another process has it. The claim of
   /// a process that was killed does not count.
   virtual std::shared_ptr<void> Claim(const QString& path) = 0;

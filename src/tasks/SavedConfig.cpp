@@ -1,4 +1,4 @@
-#include "windows/data/SavedConfig.h"
+#include "tasks/SavedConfig.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include "base/NumberText.h"
 #include "base/Product.h"
 
-namespace zth::windows {
+namespace zth::tasks {
 namespace {
 
 constexpr char kLineEnd[] = "\r\n";
@@ -130,4 +130,4 @@ int SavedReader::Percent() const {
   return text_.empty() ? 100 : static_cast<int>(at_ * 100 / text_.size());
 }
 
-}  // namespace zth::windows
+}  // namespace zth::tasks

@@ -6,7 +6,7 @@
 #include <string_view>
 
 /// The text of a saved configuration: a readable head, then one line for each register between braces.
-namespace zth::windows {
+namespace zth::tasks {
 
 /// Everything up to and including the line of the opening brace; all texts in UTF-8. A comment is put on one line: each
 /// line end in it becomes a blank. Tabs are kept.
@@ -65,4 +65,4 @@ class SavedReader {
   int lines_ = 0;
 };
 
-}  // namespace zth::windows
+}  // namespace zth::tasks

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "tasks/RegisterImage.h"
+
+namespace zth::tasks {
+
+/// What the head of a text tells besides the registers; all in UTF-8 and put on one line each. The same notes and the
+/// same image give the same text, byte for byte.
+struct TextNotes {
+  std::string date;     ///< as it is to be shown
+  std::string time;     ///< as it is to be shown
+  std::string comment;  ///< may be empty
+};
+
+/// A configuration read from a text, or why it could not be read.
+struct ImageOrError {
+  std::optional<RegisterImage> image;
+  std::string error;  ///< for people, without the name of the file: "line 12: \"0xZZ\" is no byte"
+
+  explicit operator bool() const { return image.has_value(); }
+};
+
+}  // namespace zth::tasks
