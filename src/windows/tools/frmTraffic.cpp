@@ -6,25 +6,20 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateTime>
-#include <QDragEnterEvent>
-#include <QDropEvent>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableView>
-#include <QUrl>
 
 #include "base/Product.h"
 #include "link/BoardName.h"
 #include "link/Declarations.h"
-#include "platform/Guard.h"
 #include "tasks/TasksState.h"
 #include "tasks/TrafficCopies.h"
 #include "tasks/TrafficReader.h"
@@ -264,16 +259,6 @@ void frmTraffic::cmdOpen_Click() {
 void frmTraffic::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && lblTold_ != nullptr) model_->SetPalette(palette());
-}
-
-void frmTraffic::dragEnterEvent(QDragEnterEvent* event) {
-  const QList<QUrl> urls = event->mimeData()->urls();
-  if (urls.size() == 1 && urls.first().isLocalFile()) event->acceptProposedAction();
-}
-
-void frmTraffic::dropEvent(QDropEvent* event) {
-  event->acceptProposedAction();
-  platform::Guarded([this, path = event->mimeData()->urls().value(0).toLocalFile()] { ShowFile(path); })();
 }
 
 }  // namespace zth::windows

@@ -38,8 +38,6 @@ class frmTraffic final : public ChildWindow {
 
  protected:
   void changeEvent(QEvent* event) override;
-  void dragEnterEvent(QDragEnterEvent* event) override;
-  void dropEvent(QDropEvent* event) override;
 
  private:
   enum class Copy { Text, I2cTools, C };

@@ -17,6 +17,7 @@
 #include "tasks/Traffic.h"
 #include "widgets/Named.h"
 #include "widgets/PopUpMenu.h"
+#include "windows/FileDrops.h"
 #include "windows/Handlers.h"
 #include "windows/SearchKeys.h"
 #include "windows/tools/TrafficModel.h"
@@ -59,7 +60,7 @@ frmTraffic::frmTraffic(const Context& context)
   line->addWidget(lblState_);
   column->addLayout(line);
   model_->SetPalette(palette());
-  setAcceptDrops(true);
+  TakeFiles(*this, 1, [this](const QStringList& paths, const QPoint&) { ShowFile(paths.first()); });
   ConnectControls();
   ShowLive();
 }
