@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
@@ -114,6 +115,14 @@ std::optional<QByteArray> DesktopFiles::ReadAt(const QString& path, std::int64_t
 
 void DesktopFiles::Remove(const QString& path) {
   if (!IsSomethingElse(path)) QFile::remove(path);
+}
+
+QStringList DesktopFiles::List(const QString& folder) {
+  return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+bool DesktopFiles::MakeFolder(const QString& folder) {
+  return QDir().mkpath(folder);
 }
 
 std::shared_ptr<void> DesktopFiles::Claim(const QString& path) {

@@ -99,6 +99,8 @@ class DesktopFiles final : public Files {
   std::optional<QByteArray> Read(const QString& path, std::int64_t limit) override;
   std::optional<QByteArray> ReadAt(const QString& path, std::int64_t from, std::int64_t count) override;
   void Remove(const QString& path) override;
+  QStringList List(const QString& folder) override;
+  bool MakeFolder(const QString& folder) override;
   std::shared_ptr<void> Claim(const QString& path) override;
 };
 

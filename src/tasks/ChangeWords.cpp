@@ -10,18 +10,26 @@
 namespace zth::tasks {
 namespace {
 
+/// By Reason.
 constexpr std::array kReasons{
-    "its value before was never read", "it is not written back", "something else has changed it since",
-    "the chip did not take the value", "a transfer failed",
+    "its value before was never read",
+    "it is not written back",
+    "something else has changed it since",
+    "the chip did not take the value",
+    "a transfer failed",
+    "the configuration does not hold it",
+    "it is not written",
+    "the chip sets it itself: the PWM is not in manual mode",
+    "the chip is locked until it is reset",
 };
+
+}  // namespace
 
 std::string ByteWords(std::optional<unsigned> byte) {
   if (!byte) return "?";
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   return {kDigits[*byte >> 4U & 0xFU], kDigits[*byte & 0xFU], 'h'};
 }
-
-}  // namespace
 
 std::string RegisterWords(std::uint8_t reg) {
   const chip::RegisterRow* row = chip::RowAt(reg);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "tasks/BoardPutBack.h"
@@ -8,6 +9,9 @@
 
 /// Changes of registers in words.
 namespace zth::tasks {
+
+/// "31h"; "?" for a value that is not known.
+std::string ByteWords(std::optional<unsigned> byte);
 
 /// "PWM1 Config (21h)"; "(5Fh)" for an address without a name.
 std::string RegisterWords(std::uint8_t reg);

@@ -41,12 +41,12 @@ struct WriteStep {
 };
 
 /// The place of a register in an order that the chip takes: lower first. "Easy Config", because it sets the pin
-/// registers, and those, because they decide what other registers mean. Then the rest; the duties, which can be written
-/// only once their PWMs are manual; at last "Configuration 1" with setup complete and the lock.
+/// registers, and those, because they decide what other registers mean. Then what lets the chip move registers itself.
+/// Duties last, because they can be written only once their PWMs are manual.
 int WriteRank(std::uint8_t reg);
 
 /// Carries out the steps in their order: reads each register, writes the bits of the mask if one of them differs, and
-/// reads it again. Returns what did not get its value.
+/// reads it again. For a duty it first reads whether the PWM is manual. Returns what did not get its value.
 std::vector<Left> RunSteps(const std::vector<WriteStep>& steps);
 
 /// The fields of a register that contain one of the bits, whole. Bits without a name are one field.

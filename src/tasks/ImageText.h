@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -13,6 +14,8 @@ struct TextNotes {
   std::string date;     ///< as it is to be shown
   std::string time;     ///< as it is to be shown
   std::string comment;  ///< may be empty
+  /// The chip that a script writes to unless it is told otherwise, in 7 bits: the board's adapter calls it 58h.
+  std::uint8_t i2cAddress = 0x2C;
 };
 
 /// A configuration read from a text, or why it could not be read.

@@ -21,10 +21,13 @@ enum class SavedRows : std::uint8_t {
 std::string SavedText(const RegisterImage& image, const TextNotes& notes, SavedRows rows = SavedRows::Writable);
 
 /// The values that a recall of the text would leave in the registers. An error if the text has no start, breaks off
-/// before its "}", or is in a wide encoding.
+/// before its "}", is in a wide encoding, or has neither the head of a saved configuration nor its lines.
 ImageOrError ImageOfSaved(std::string_view text, const std::string& origin);
 
 /// The comment in the head of a saved configuration; empty if there is none.
 std::string SavedComment(std::string_view text);
+
+/// The text with another comment, which must be one line; all else stays as it is.
+std::string WithSavedComment(std::string_view text, std::string_view comment);
 
 }  // namespace zth::tasks

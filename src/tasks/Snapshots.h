@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include <QString>
@@ -16,7 +17,7 @@ struct Snapshot {
   QString name;         ///< as it was given; of a file that cannot be read, made from the file's name
   QString path;         ///< of its file
   RegisterImage image;  ///< its origin is the name; empty if there is trouble
-  QString trouble;      ///< why the file cannot be read; empty if it can. Such a file is never changed by this class.
+  QString trouble;      ///< why the file cannot be read; empty if it can. Such a file is never overwritten.
 };
 
 /// Snapshots are saved configurations in one folder, a file each. Their names are any text: line ends and control
@@ -29,10 +30,12 @@ class Snapshots {
   /// can be saved and the list is empty.
   Snapshots(platform::Files& files, QString folder);
 
-  /// All of them, by name, upper and lower case alike; those with trouble too. Reads the files.
+  /// All of them, by name, upper and lower case alike; those with trouble too. Reads the files. Of two files with the
+  /// same name, as after a copy by hand, the second has its file's name added.
   std::vector<Snapshot> List() const;
 
-  /// Keeps what an image holds. Refused if the name is empty or taken, unless `replace` is set.
+  /// Keeps what an image holds, with the date and time of `when`. Refused if the image is empty, or the name is empty
+  /// or, unless `replace` is set, taken.
   [[nodiscard]] QString Save(const QString& name, const RegisterImage& image, const TextNotes& when,
                              bool replace = false);
 

@@ -1,41 +1,23 @@
 #include "tasks/TrafficCopies.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "link/Declarations.h"
 #include "tasks/TrafficWords.h"
+#include "tasks/WriteLines.h"
 
 namespace zth::tasks {
 namespace {
 
 using link::Form;
 
-constexpr std::uint8_t kFirst7Bit = 0x08;  // the addresses below and above are reserved; i2c-tools refuse them
-constexpr std::uint8_t kLast7Bit = 0x77;
-
-std::string Hex(unsigned byte) {
-  std::array<char, 8> text{};
-  std::snprintf(text.data(), text.size(), "0x%02x", byte);
-  return text.data();
-}
-
-std::string UpperHex(unsigned byte) {
-  std::array<char, 8> text{};
-  std::snprintf(text.data(), text.size(), "0x%02X", byte);
-  return text.data();
-}
-
 /// The address as i2c-tools take it; nothing for a call without one, or one that they cannot make.
 std::optional<std::uint8_t> SevenBits(const TrafficRecord& record) {
   const bool hasRegister = record.form == Form::Read || record.form == Form::ReadBlock || record.form == Form::Write;
   if (record.isNote || !hasRegister) return std::nullopt;
-  const auto address = static_cast<std::uint8_t>(record.mode == link::kModeUsb ? record.address / 2 : record.address);
-  return address < kFirst7Bit || address > kLast7Bit ? std::nullopt : std::optional(address);
+  return I2cAddress(record.mode, record.address);
 }
 
 /// Everything that a record tells, in one line. A mark stands in quotation marks: a backslash at the end of a comment
@@ -97,15 +79,19 @@ std::string AsI2cTools(const Traffic& traffic, const std::vector<std::uint64_t>&
     }
     if (watch.IsNew(record)) {
       const bool halved = *address != record.address;
-      lines += "# " + ChipText(record) + (halved ? ": " + Hex(*address) + " in 7 bits" : "") + '\n';
+      lines += "# " + ChipText(record) + (halved ? ": " + LowerHex(*address) + " in 7 bits" : "") + '\n';
     }
     const bool isWrite = record.form == Form::Write;
     for (unsigned i = 0; i < record.count; ++i) {
       const auto reg = static_cast<std::uint8_t>(record.reg + i);
       const std::string name = NameOfRegister(reg);
-      const std::string byte = Hex(record.bytes.at(i));
-      lines += (isWrite ? "i2cset" : "i2cget") + std::string(" -y $BUS ") + Hex(*address) + ' ' + Hex(reg);
-      lines += isWrite ? ' ' + byte + "  # " + name : "  # " + byte + (name.empty() ? "" : ", " + name);
+      const std::string chip = LowerHex(*address);
+      const std::uint8_t byte = record.bytes.at(i);
+      if (isWrite) {
+        lines += I2cSetLine("$BUS", chip, reg, byte) + "  # " + name;
+      } else {
+        lines += I2cGetLine("$BUS", chip, reg) + "  # " + LowerHex(byte) + (name.empty() ? "" : ", " + name);
+      }
       lines += '\n';
     }
   }
@@ -122,8 +108,7 @@ std::string AsC(const Traffic& traffic, const std::vector<std::uint64_t>& number
       continue;
     }
     if (watch.IsNew(record)) lines += "// " + ChipText(record) + '\n';
-    lines +=
-        '{' + UpperHex(record.reg) + ", " + UpperHex(record.bytes[0]) + "}, // " + NameOfRegister(record.reg) + '\n';
+    lines += CRow({record.reg, record.bytes[0]}) + ", // " + NameOfRegister(record.reg) + '\n';
   }
   return lines;
 }

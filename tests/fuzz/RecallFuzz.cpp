@@ -7,12 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "windows/data/SavedConfig.h"
+#include "tasks/SavedConfig.h"
 
 namespace {
 
 using Lines = std::vector<std::pair<int, int>>;
-using zth::windows::SavedReader;
+using zth::tasks::SavedReader;
 
 /// The reference reader: a stream that throws at its end.
 class PlainReading {

@@ -130,6 +130,8 @@ class FailingFiles final : public platform::Files {
   }
 
   void Remove(const QString& path) override { real_.Remove(path); }
+  QStringList List(const QString& folder) override { return real_.List(folder); }
+  bool MakeFolder(const QString& folder) override { return !locked && real_.MakeFolder(folder); }
   std::shared_ptr<void> Claim(const QString& path) override { return real_.Claim(path); }
 
   bool locked = false;                ///< no file opens for writing

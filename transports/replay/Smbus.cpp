@@ -1,32 +1,24 @@
 #include <cstdint>
 
+#include "replay/Entries.h"
 #include "replay/Links.h"
-#include "replay/Session.h"
 #include "simulator/entry/Export.h"
 
 namespace zth::replay {
 namespace {
 
-struct Library {
-  Session session{2, "smbus"};
-  SmbusLink link{[this](const tasks::TrafficRecord& request) { return session.Answer(request); }};
-};
-
-Library& TheLibrary() {
-  static Library library;
+Library<SmbusLink>& TheLibrary() {
+  static Library<SmbusLink> library(2, "smbus");
   return library;
 }
 
 }  // namespace
+
+Session& TheSession() {
+  return TheLibrary().session;
+}
+
 }  // namespace zth::replay
-
-ZTH_BOARD_EXPORT const char* ZTH_BOARD_CALL BoardName() {
-  return zth::replay::TheLibrary().session.BoardName();
-}
-
-ZTH_BOARD_EXPORT const char* ZTH_BOARD_CALL BoardTrouble() {
-  return zth::replay::TheLibrary().session.BoardTrouble();
-}
 
 ZTH_BOARD_EXPORT void ZTH_BOARD_CALL DetectSmbus() {
   zth::replay::TheLibrary().link.Detect();
@@ -41,5 +33,5 @@ ZTH_BOARD_EXPORT void ZTH_BOARD_CALL WriteSmbus(std::uint8_t address, std::uint8
 }
 
 ZTH_BOARD_EXPORT std::int32_t ZTH_BOARD_CALL SmbusFailures(std::uint8_t address) {
-  return zth::replay::TheLibrary().session.TheReplay().Failures(address);
+  return zth::replay::TheSession().TheReplay().Failures(address);
 }

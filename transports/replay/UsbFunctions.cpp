@@ -1,32 +1,24 @@
 #include <cstdint>
 
+#include "replay/Entries.h"
 #include "replay/Links.h"
-#include "replay/Session.h"
 #include "simulator/entry/Export.h"
 
 namespace zth::replay {
 namespace {
 
-struct Library {
-  Session session{1, "USBFunctions"};
-  UsbLink link{[this](const tasks::TrafficRecord& request) { return session.Answer(request); }};
-};
-
-Library& TheLibrary() {
-  static Library library;
+Library<UsbLink>& TheLibrary() {
+  static Library<UsbLink> library(1, "USBFunctions");
   return library;
 }
 
 }  // namespace
+
+Session& TheSession() {
+  return TheLibrary().session;
+}
+
 }  // namespace zth::replay
-
-ZTH_BOARD_EXPORT const char* ZTH_BOARD_CALL BoardName() {
-  return zth::replay::TheLibrary().session.BoardName();
-}
-
-ZTH_BOARD_EXPORT const char* ZTH_BOARD_CALL BoardTrouble() {
-  return zth::replay::TheLibrary().session.BoardTrouble();
-}
 
 ZTH_BOARD_EXPORT std::int16_t ZTH_BOARD_CALL LoadFirmWare(const char* /*path*/) {
   return zth::replay::TheLibrary().link.LoadFirmware();

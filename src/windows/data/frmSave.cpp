@@ -22,6 +22,7 @@
 #include "link/Declarations.h"
 #include "link/Transfers.h"
 #include "link/USBStuff.h"
+#include "tasks/SavedConfig.h"
 #include "widgets/Named.h"
 #include "widgets/PopUpMenu.h"
 #include "windows/FileDrops.h"
@@ -29,10 +30,14 @@
 #include "windows/Hold.h"
 #include "windows/SharedState.h"
 #include "windows/data/RecentFiles.h"
-#include "windows/data/SavedConfig.h"
 
 namespace zth::windows {
 namespace {
+
+using tasks::kSavedEnd;
+using tasks::SavedHead;
+using tasks::SavedLine;
+using tasks::SavedReader;
 
 constexpr char kFilter[] = "Text Files (*.sav)|*.sav";
 
@@ -270,7 +275,7 @@ void frmSave::RecallFile(const QString& file) {
 }
 
 void frmSave::Recall(std::string_view text, const QString& file) {
-  if (const char* encoding = WideEncoding(text)) {
+  if (const char* encoding = tasks::WideEncoding(text)) {
     EndProgress(QString("Nothing written: %1 is in %2; save it as plain text or in UTF-8")
                     .arg(QFileInfo(file).fileName(), encoding));
     return;

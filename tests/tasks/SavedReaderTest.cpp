@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "windows/data/SavedConfig.h"
+#include "tasks/SavedConfig.h"
 
-namespace zth::windows {
+namespace zth::tasks {
 namespace {
 
 using Result = SavedReader::Result;
@@ -111,4 +111,4 @@ TEST(SavedReader, PutsAnyCommentIntoOneLine) {
 }
 
 }  // namespace
-}  // namespace zth::windows
+}  // namespace zth::tasks
