@@ -38,7 +38,7 @@ struct Nodes {
   }
 };
 
-QString TextOf(const chip::RegisterGroup& group) {
+QString WordsOf(const chip::RegisterGroup& group) {
   return QString::fromStdString(chip::TextOf(group));
 }
 
@@ -83,7 +83,7 @@ void ColourRegisterTree(QTreeWidget& tree, const QPalette& palette) {
 
 QStringList RegisterGroups() {
   QStringList texts;
-  for (const chip::RegisterGroup& group : chip::kRegisterGroups) texts << TextOf(group);
+  for (const chip::RegisterGroup& group : chip::kRegisterGroups) texts << WordsOf(group);
   return texts;
 }
 
@@ -91,7 +91,7 @@ QString GroupOf(const std::string& name) {
   const auto group = std::ranges::find_if(chip::kRegisterGroups, [&name](const chip::RegisterGroup& each) {
     return std::ranges::count(each.registers, name) != 0;
   });
-  return group == chip::kRegisterGroups.end() ? QString() : TextOf(*group);
+  return group == chip::kRegisterGroups.end() ? QString() : WordsOf(*group);
 }
 
 bool FilterRegisterTree(QTreeWidget& tree, const QString& text) {
