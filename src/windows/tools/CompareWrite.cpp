@@ -44,7 +44,7 @@ std::optional<tasks::WritePlan> AskFor(const Context& context, QWidget& asker, c
                                        const QString& from, const std::vector<tasks::Wanted>& wanted) {
   tasks::WritePlan plan = tasks::PlanWrite(image, wanted);
   tasks::WritePlan locking = tasks::PlanWrite(image, wanted, tasks::Lock::Set);
-  const bool mayLock = locking.steps != plan.steps;
+  const bool mayLock = locking.left != plan.left;
   if (plan.steps.empty() && !mayLock) return plan;
   const QString text = QString("Write %1 of %2 to %3?")
                            .arg(Registers(plan.steps.size()), from, link::TextOf(link::ChipInUse())) +

@@ -128,7 +128,10 @@ void frmCompare::cmdExport_Click() {
   if (column == nullptr) return;
   const tasks::RegisterImage image = *column->image;
   const tasks::RegisterImage reference = *columns.front().image;
-  const auto tell = [this](const QString& text) { Tell(text); };
+  const auto tell = [this](const QString& text) {
+    columns_->ShowSources();  // a file that was saved can be chosen
+    Tell(text);
+  };
   const auto number = column->place + 1;
   QMenu& menu = widgets::MakePopUpMenu(*this, "mnuExport");
   AddExports(menu, *this, {Services(), TheDesktop()},
@@ -170,7 +173,8 @@ void frmCompare::changeEvent(QEvent* event) {
 }
 
 QSize frmCompare::OpeningSize(const QSize& desk) const {
-  const int wanted = tblCompare_->horizontalHeader()->length() + tblCompare_->verticalHeader()->defaultSectionSize() * 5;
+  // The table in full, with some room for the differences that a read will show.
+  const int wanted = tblCompare_->horizontalHeader()->length() + fontMetrics().averageCharWidth() * 40;
   return QSize(wanted, desk.height() * 4 / 5).expandedTo(sizeHint()).boundedTo(desk);
 }
 

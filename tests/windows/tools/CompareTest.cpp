@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
@@ -34,32 +35,39 @@ using Lines = std::vector<std::string>;
 /// A chip at 58h and one at 5Ah on USB, one at 2Ch on SMBus that tells its failures.
 class CompareWindow : public ::testing::Test {
  protected:
-  CompareWindow()
-      : desk("frmCompare", Desk::Buses::Both, [this](Desk& each) {
-          each.board.AddUsbChip(0x5A);
-          each.board.missingEntries.clear();
-          each.process.stateFolder = folder.path();
-        }) {
+  CompareWindow() {
+    desk.board.AddUsbChip(0x5A);
+    desk.board.missingEntries.clear();
+    desk.process.stateFolder = folder.path();
+    desk.Start();
     chip::Model.PollEnabled = false;
-    desk.board.TakeTraffic();
+    Open();
   }
 
+  /// Opens the window and takes what that has sent.
+  void Open() {
+    desk.board.TakeTraffic();
+    window = &desk.Open("frmCompare");
+    load = desk.board.TakeTraffic();
+  }
+  void Do(const QString& steps) const { testing::Do(*window, steps); }
+  QTableView& Table() const { return Desk::Get<QTableView>(*window, "tblCompare"); }
   FakeBoard::Registers& Chip(int address = 0x58) { return desk.board.usbChips[address]; }
   /// Chooses what a column shows, by its text in the list.
   void Choose(int column, const QString& text) {
-    auto& list = Desk::Get<QComboBox>(*desk.window, QString("cmbColumn(%1)").arg(column));
+    auto& list = Desk::Get<QComboBox>(*window, QString("cmbColumn(%1)").arg(column));
     ASSERT_GE(list.findText(text), 0) << text.toStdString();
     list.setCurrentIndex(list.findText(text));
   }
   std::string Cell(int row, int column, int role = Qt::DisplayRole) const {
-    return table.model()->index(row, column).data(role).toString().toStdString();
+    return Table().model()->index(row, column).data(role).toString().toStdString();
   }
   /// The rows as shown, their cells separated by "|".
   Lines Rows() const {
     Lines rows;
-    for (int row = 0; row < table.model()->rowCount(); ++row) {
+    for (int row = 0; row < Table().model()->rowCount(); ++row) {
       std::string line;
-      for (int column = 0; column < table.model()->columnCount(); ++column) {
+      for (int column = 0; column < Table().model()->columnCount(); ++column) {
         line += (column == 0 ? "" : "|") + Cell(row, column);
       }
       rows.push_back(line);
@@ -67,16 +75,16 @@ class CompareWindow : public ::testing::Test {
     return rows;
   }
   void Select(const std::vector<int>& rows) {
-    table.clearSelection();
+    Table().clearSelection();
     for (const int row : rows) {
-      table.selectionModel()->select(table.model()->index(row, 0),
+      Table().selectionModel()->select(Table().model()->index(row, 0),
                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
   }
-  std::string Told() const { return Desk::Text(*desk.window, "lblTold").toStdString(); }
+  std::string Told() const { return Desk::Text(*window, "lblTold").toStdString(); }
   Lines Left() const {
     Lines lines;
-    const auto& list = Desk::Get<QTreeWidget>(*desk.window, "lstLeft");
+    const auto& list = Desk::Get<QTreeWidget>(*window, "lstLeft");
     for (int i = 0; i < list.topLevelItemCount(); ++i) lines.push_back(list.topLevelItem(i)->text(0).toStdString());
     return lines;
   }
@@ -84,30 +92,34 @@ class CompareWindow : public ::testing::Test {
     std::ofstream(folder.filePath(name).toStdString(), std::ios::binary) << contents;
     return folder.filePath(name);
   }
-  void Drop(QWidget& window, const QStringList& paths) {
+  void Drop(QWidget& target, const QStringList& paths) {
     QMimeData data;
     QList<QUrl> urls;
     for (const QString& path : paths) urls << QUrl::fromLocalFile(path);
     data.setUrls(urls);
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &enter);
+    EXPECT_TRUE(enter.isAccepted());
     QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&window, &drop);
+    QApplication::sendEvent(&target, &drop);
     Desk::Settle();
   }
 
   QTemporaryDir folder;
-  WindowDesk desk;
-  QTableView& table = Desk::Get<QTableView>(*desk.window, "tblCompare");
+  Desk desk;
+  windows::ChildWindow* window = nullptr;
+  Traffic load;
 };
 
 TEST_F(CompareWindow, ReadsNothingUntilAskedAndThenLeavesAloneWhatAReadChanges) {
-  EXPECT_EQ(desk.load, Traffic{});
-  desk.Do("txtFilter=PWM; chkDifferences=1; chkFields=1; cmbGroup=3; cmbGroup=0; chkDifferences=0; txtFilter=");
+  EXPECT_EQ(load, Traffic{});
+  Do("txtFilter=PWM; chkDifferences=1; chkFields=1; cmbGroup=3; cmbGroup=0; chkDifferences=0; txtFilter=");
   Choose(2, "5Ah on USB");
   Choose(3, "2Ch on SMBus");
   desk.Open("frmCompare").ReadAgain();
   desk.Advance(3000);
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
-  desk.Do("cmdRead");
+  Do("cmdRead");
   const Traffic read = desk.board.TakeTraffic();
   const std::size_t each = tasks::ComparableRegisters().size();
   ASSERT_EQ(read.size(), 3 * each);
@@ -118,13 +130,13 @@ TEST_F(CompareWindow, ReadsNothingUntilAskedAndThenLeavesAloneWhatAReadChanges) 
   }
   EXPECT_EQ(link::Bus.DeviceAddress, 0x58) << "the chip in use is still the same";
   EXPECT_EQ(link::Bus.InterfaceMode, link::kModeUsb);
-  desk.Do("cmdRead");
+  Do("cmdRead");
   EXPECT_EQ(desk.board.TakeTraffic(), read);
 }
 
 TEST_F(CompareWindow, ShowsADifferenceInItsFieldsByMoreThanColourAndFindsIt) {
   Put(Chip(), "21=E2");
-  desk.Do("cmdRead; chkDifferences=1; txtFilter=21h");
+  Do("cmdRead; chkDifferences=1; txtFilter=21h");
   const auto rows = Rows();
   ASSERT_EQ(rows.size(), 4U) << ::testing::PrintToString(rows);
   EXPECT_EQ(rows[0].find("PWM1 Config|21h|"), 0U) << rows[0];
@@ -132,36 +144,36 @@ TEST_F(CompareWindow, ShowsADifferenceInItsFieldsByMoreThanColourAndFindsIt) {
   EXPECT_THAT(rows[0], HasSubstr("Bhvr "));
   EXPECT_EQ(rows[1].find("    Bhvr|bits 7:5|"), 0U) << rows[1];
   EXPECT_THAT(rows[1], HasSubstr("|\u2260 7|"));
-  EXPECT_TRUE(table.model()->index(1, 3).data(Qt::FontRole).value<QFont>().bold());
-  EXPECT_FALSE(table.model()->index(1, 2).data(Qt::FontRole).isValid()) << "the first column is what others differ from";
+  EXPECT_TRUE(Table().model()->index(1, 3).data(Qt::FontRole).value<QFont>().bold());
+  EXPECT_FALSE(Table().model()->index(1, 2).data(Qt::FontRole).isValid()) << "the first column is what others differ from";
   EXPECT_THAT(Cell(1, 3, Qt::AccessibleTextRole), HasSubstr("7, differs from "));
-  desk.Do("txtFilter=; cmbGroup=1");
+  Do("txtFilter=; cmbGroup=1");
   EXPECT_THAT(Rows(), IsEmpty());
-  desk.Do("cmbGroup=0");
+  Do("cmbGroup=0");
   EXPECT_EQ(Rows(), rows);
-  EXPECT_THAT(Desk::Text(*desk.window, "lblState").toStdString(), HasSubstr("1 of "));
-  desk.Do("chkDifferences=0; chkFields=1; txtFilter=21");
+  EXPECT_THAT(Desk::Text(*window, "lblState").toStdString(), HasSubstr("1 of "));
+  Do("chkDifferences=0; chkFields=1; txtFilter=21");
   EXPECT_GT(Rows().size(), rows.size()) << "every field";
 }
 
 TEST_F(CompareWindow, WritesTheSelectedFieldsOfAnyColumnMaskedAndReadsEachBack) {
   Put(Chip(), "21=E2 48=12");
-  desk.Do("cmdRead; chkDifferences=1");
+  Do("cmdRead; chkDifferences=1");
   const auto rows = Rows();
   const auto rowOf = [&](const char* begin) {
     return static_cast<int>(std::ranges::find_if(rows, [&](const auto& row) { return row.find(begin) == 0; }) - rows.begin());
   };
   desk.board.TakeTraffic();
-  desk.Do("cmdWrite");
+  Do("cmdWrite");
   EXPECT_THAT(Told(), HasSubstr("select"));
   Select({rowOf("    Bhvr"), rowOf("Local Low Limit") < std::ssize(rows) ? rowOf("Local Low Limit") : 0});
   desk.prompts.picks = {"&Cancel", "&Write"};
-  desk.Do("cmdWrite");
+  Do("cmdWrite");
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "a cancelled question";
   EXPECT_THAT(desk.prompts.choicesShown.at(0).text.toStdString(), HasSubstr("of Defaults to 58h on USB?"));
   Select({rowOf("    Bhvr")});
   const int wanted = (Chip()[0x21] & 0x1F) | (DefaultRegisters()[0x21] & 0xE0);
-  desk.Do("cmdWrite");
+  Do("cmdWrite");
   EXPECT_EQ(desk.board.TakeTraffic().front(), "usb R 58:21");
   EXPECT_EQ(Chip()[0x21], wanted) << "the other fields stay";
   EXPECT_EQ(Told(), "1 register of 58h on USB as in Defaults.");
@@ -174,17 +186,17 @@ TEST_F(CompareWindow, WritesTheSelectedFieldsOfAnyColumnMaskedAndReadsEachBack) 
 TEST_F(CompareWindow, TellsWhatCannotBeWrittenAndNamesWhatTheChipDoesNotTake) {
   Put(Chip(), "48=12 49=13");
   Choose(0, "5Ah on USB");
-  Put(Chip(0x5A), "01=03 48=22 49=23");  // set up and locked
-  desk.Do("cmdRead; chkDifferences=1");
-  table.selectAll();
+  Put(Chip(0x5A), "01=41 48=22 49=23");  // locked
+  Do("cmdRead; chkDifferences=1");
+  Table().selectAll();
   desk.prompts.picks = {"&Write"};
   desk.board.onTransfer = [this] { Chip()[0x49] = 0x13; };
-  desk.Do("cmdWrite");
+  Do("cmdWrite");
   desk.board.onTransfer = {};
   EXPECT_THAT(desk.prompts.choicesShown.at(0).choices, ElementsAre("&Write", "Write and &lock", "&Cancel"));
   EXPECT_THAT(desk.prompts.choicesShown.at(0).text.toStdString(), HasSubstr("Not written:\nConfiguration 1 (01h), LCK"));
   EXPECT_EQ(Chip()[0x48], 0x22);
-  EXPECT_EQ(Chip()[0x01] & 0x02, 0) << "the lock has a button of its own";
+  EXPECT_EQ(Chip()[0x01] & 0x40, 0) << "the lock has a button of its own";
   ASSERT_EQ(Left().size(), 2U) << ::testing::PrintToString(Left());
   EXPECT_THAT(Left()[0], HasSubstr("(49h): the chip did not take the value"));
   EXPECT_THAT(Told(), HasSubstr("2 items not written."));
@@ -195,48 +207,48 @@ TEST_F(CompareWindow, NamesTheRegisterWhoseTransferFailsAndGoesOn) {
   ASSERT_EQ(link::Bus.InterfaceMode, link::kModeSmbus);
   Put(desk.board.smbusChips[0x2C], "48=12 49=13");
   Choose(1, "2Ch on SMBus");
-  desk.Do("cmdRead; chkDifferences=1");
+  Do("cmdRead; chkDifferences=1");
   desk.board.smbusFails = [this](const std::string& transfer) {
     const bool fails = transfer.find("2C:48") != std::string::npos;
     if (fails) ++desk.board.smbusFailures[0x2C];
     return fails;
   };
-  table.selectAll();
+  Table().selectAll();
   desk.prompts.picks = {"&Write"};
-  desk.Do("cmdWrite");
+  Do("cmdWrite");
   EXPECT_THAT(Left(), ElementsAre(HasSubstr("(48h): a transfer failed")));
   EXPECT_EQ(desk.board.smbusChips[0x2C][0x49], DefaultRegisters()[0x49]);
-  desk.Do("cmdRead");
+  Do("cmdRead");
   EXPECT_THAT(Told(), HasSubstr("1 transfer failed"));
 }
 
 TEST_F(CompareWindow, WritesNothingToAnotherChipThanTheOneThatWasAskedAbout) {
   Put(Chip(), "48=12");
-  desk.Do("cmdRead; chkDifferences=1");
+  Do("cmdRead; chkDifferences=1");
   desk.board.TakeTraffic();
-  table.selectAll();
+  Table().selectAll();
   desk.prompts.picks = {"&Write"};
   desk.prompts.whileShown = [this] { Desk::Pick(desk.Main(), "cmbDevices", 1); };
-  desk.Do("cmdWrite");
+  Do("cmdWrite");
   desk.prompts.whileShown = {};
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{});
   EXPECT_EQ(Told(), "Nothing written: another chip is in use now.");
-  EXPECT_THAT(Desk::Get<QWidget>(*desk.window, "cmdWrite").toolTip().toStdString(), HasSubstr("5Ah on USB"));
+  EXPECT_THAT(Desk::Get<QWidget>(*window, "cmdWrite").toolTip().toStdString(), HasSubstr("5Ah on USB"));
   EXPECT_THAT(Rows(), ::testing::Not(IsEmpty())) << "the columns name their chips and stay";
 }
 
 TEST_F(CompareWindow, TakesDroppedFilesAndSaysWhatIsWrongWithADamagedOne) {
   const QString good = File("good.sav", "{\r\n0x48\t0x12\t// \r\n}\r\n");
   const QString bad = File("bad.sav", "no configuration at all");
-  Drop(*desk.window, {good});
-  EXPECT_EQ(desk.Held("cmbColumn(2)"), std::to_string(Desk::Get<QComboBox>(*desk.window, "cmbColumn(2)").findText("File: good.sav")));
-  EXPECT_EQ(table.model()->headerData(4, Qt::Horizontal).toString().toStdString(), "3: good.sav");
+  Drop(*window, {good});
+  EXPECT_EQ(Held(*window, "cmbColumn(2)"), std::to_string(Desk::Get<QComboBox>(*window, "cmbColumn(2)").findText("File: good.sav")));
+  EXPECT_EQ(Table().model()->headerData(4, Qt::Horizontal).toString().toStdString(), "3: good.sav");
   const auto rows = Rows();
-  Drop(*desk.window, {bad});
+  Drop(*window, {bad});
   EXPECT_EQ(Told().find("Not opened: bad.sav, "), 0U) << Told();
   EXPECT_EQ(Rows(), rows);
   desk.fileDialogs.script.push_back(folder.filePath("missing.sav"));
-  desk.Do("cmdOpen(1)");
+  Do("cmdOpen(1)");
   EXPECT_EQ(Told(), "Not opened: missing.sav could not be read");
   EXPECT_EQ(Rows(), rows);
   EXPECT_EQ(windows::RecentFiles(desk.settings), QStringList{good}) << "a file that cannot be used is not offered";
@@ -245,10 +257,10 @@ TEST_F(CompareWindow, TakesDroppedFilesAndSaysWhatIsWrongWithADamagedOne) {
 
 TEST_F(CompareWindow, SavesAndCopiesAColumnOrItsDifferences) {
   Put(Chip(), "48=12");
-  desk.Do("cmdRead; cmbFrom=1");
+  Do("cmdRead; cmbFrom=1");
   const auto pick = [&](const char* entry) {
-    desk.Do("cmdExport");
-    auto& menu = Desk::Get<QMenu>(*desk.window, "mnuExport");
+    Do("cmdExport");
+    auto& menu = Desk::Get<QMenu>(*window, "mnuExport");
     Desk::Get<QAction>(menu, entry).trigger();
     menu.close();
     Desk::Settle();
@@ -258,41 +270,42 @@ TEST_F(CompareWindow, SavesAndCopiesAColumnOrItsDifferences) {
   pick("mnuSaveColumn(sav)");
   EXPECT_EQ(Told(), "Saved as all.sav");
   Choose(2, "File: all.sav");
-  desk.Do("chkDifferences=1");
-  for (int row = 0; row < table.model()->rowCount(); ++row) {
-    if (Cell(row, 1).find("bit") == std::string::npos) EXPECT_EQ(Cell(row, 3), Cell(row, 4)) << Cell(row, 0);
+  Do("chkDifferences=1");
+  for (int row = 0; row < Table().model()->rowCount(); ++row) {
+    EXPECT_EQ(Cell(row, 3), Cell(row, 4)) << Cell(row, 0);
   }
   pick("mnuCopyDifferences(c)");
   const std::string c = desk.clipboard.text.toStdString();
   EXPECT_THAT(c, HasSubstr("0x48, 0x12"));
   EXPECT_EQ(c.find("0x49,"), std::string::npos) << "only what differs";
-  desk.Do("cmbFrom=0; cmdExport");
-  EXPECT_FALSE(Desk::Get<QMenu>(*desk.window, "mnuSaveDifferences").isEnabled()) << "of a column to itself";
+  Do("cmbFrom=0; cmdExport");
+  EXPECT_FALSE(Desk::Get<QMenu>(*window, "mnuSaveDifferences").isEnabled()) << "of a column to itself";
 }
 
 TEST_F(CompareWindow, KeepsSnapshotsByNameForThisAndLaterSessions) {
   Put(Chip(), "48=12");
-  desk.Do("tabPages=1; txtName=before; cmdTake");
+  Do("tabPages=1; txtName=before; cmdTake");
   EXPECT_EQ(Writes(desk.board.traffic), Traffic{});
   EXPECT_EQ(desk.board.TakeTraffic().size(), tasks::ReadableRegisters().size());
-  EXPECT_THAT(Desk::Text(*desk.window, "lblSnapshot").toStdString(), HasSubstr("Kept as before."));
-  desk.Do("cmdTake");
+  EXPECT_THAT(Desk::Text(*window, "lblSnapshot").toStdString(), HasSubstr("Kept as before."));
+  Do("cmdTake");
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "the name is taken";
-  desk.Do("txtName=after; cmdRename; tabPages=0");
-  desk.Reopen();
-  EXPECT_EQ(desk.load, Traffic{});
-  auto& list = Desk::Get<QComboBox>(*desk.window, "cmbColumn(1)");
+  Do("txtName=after; cmdRename; tabPages=0");
+  window->Unload();
+  Desk::Settle();
+  Open();
+  EXPECT_EQ(load, Traffic{});
+  auto& list = Desk::Get<QComboBox>(*window, "cmbColumn(1)");
   ASSERT_GE(list.findText("Snapshot: after"), 0);
   list.setCurrentIndex(list.findText("Snapshot: after"));
-  desk.Do("chkDifferences=1; txtFilter=48");
-  auto& shown = Desk::Get<QTableView>(*desk.window, "tblCompare");
-  EXPECT_EQ(shown.model()->index(0, 3).data().toString().toStdString(), "\u2260 12h");
-  auto& snapshots = Desk::Get<QTreeWidget>(*desk.window, "lstSnapshots");
+  Do("chkDifferences=1; txtFilter=48");
+  EXPECT_EQ(Table().model()->index(0, 3).data().toString().toStdString(), "\u2260 12h");
+  auto& snapshots = Desk::Get<QTreeWidget>(*window, "lstSnapshots");
   snapshots.setCurrentItem(snapshots.topLevelItem(0));
   desk.prompts.picks = {"&Keep it", "&Delete it"};
-  desk.Do("cmdDelete");
+  Do("cmdDelete");
   EXPECT_EQ(snapshots.topLevelItemCount(), 1);
-  desk.Do("cmdDelete");
+  Do("cmdDelete");
   EXPECT_EQ(snapshots.topLevelItemCount(), 0);
   EXPECT_EQ(list.findText("Snapshot: after"), -1);
 }
