@@ -15,7 +15,7 @@
 namespace zth::tasks {
 namespace {
 
-std::string Lowered(std::string_view text) {
+std::string InLowerCase(std::string_view text) {
   std::string lowered(text);
   std::ranges::transform(lowered, lowered.begin(),
                          [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
@@ -23,10 +23,10 @@ std::string Lowered(std::string_view text) {
 }
 
 /// In lower case, without blanks around it.
-std::string Wanted(std::string_view text) {
+std::string SearchedText(std::string_view text) {
   while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
   while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-  return Lowered(text);
+  return InLowerCase(text);
 }
 
 bool IsAddress(std::string_view text, std::uint8_t reg) {
@@ -46,10 +46,12 @@ std::vector<chip::NamedField> NamedFieldsOf(std::uint8_t reg) {
 }
 
 bool HasText(const ComparedRow& row, std::string_view text) {
-  const std::string wanted = Wanted(text);
-  if (wanted.empty() || IsAddress(wanted, row.reg) || Lowered(row.name).find(wanted) != std::string::npos) return true;
-  return std::ranges::any_of(NamedFieldsOf(row.reg),
-                             [&](const chip::NamedField& field) { return Lowered(field.name).starts_with(wanted); });
+  const std::string wanted = SearchedText(text);
+  if (wanted.empty() || IsAddress(wanted, row.reg) || InLowerCase(row.name).find(wanted) != std::string::npos)
+    return true;
+  return std::ranges::any_of(NamedFieldsOf(row.reg), [&](const chip::NamedField& field) {
+    return InLowerCase(field.name).starts_with(wanted);
+  });
 }
 
 std::uint8_t Differing(const HeldByte& one, const HeldByte& other) {

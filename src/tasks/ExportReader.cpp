@@ -43,7 +43,7 @@ class LineReader {
   bool isWhole_ = false;
 };
 
-int Digit(char c) {
+int HexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   const char lower = static_cast<char>(c | 0x20);
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
@@ -69,8 +69,8 @@ class Scanner {
     if (!Take("0x") && !Take("0X")) return std::nullopt;
     int value = 0;
     std::size_t digits = 0;
-    while (digits < text_.size() && Digit(text_[digits]) >= 0 && digits < 3)
-      value = value * 16 + Digit(text_[digits++]);
+    while (digits < text_.size() && HexDigit(text_[digits]) >= 0 && digits < 3)
+      value = value * 16 + HexDigit(text_[digits++]);
     text_.remove_prefix(digits);
     return digits == 1 || digits == 2 ? std::optional(static_cast<std::uint8_t>(value)) : std::nullopt;
   }
@@ -85,7 +85,7 @@ class Scanner {
 };
 
 /// The first characters of a text, for a message.
-std::string Quoted(std::string_view text) {
+std::string Excerpt(std::string_view text) {
   std::string shown(text.substr(0, 24));
   std::ranges::replace_if(
       shown, [](char c) { return c < ' ' || c > '~'; }, '?');
@@ -169,7 +169,7 @@ ImageOrError ImageOfC(std::string_view text, const std::string& origin) {
     Scanner scanner(lines.Line());
     if (scanner.AtEnd()) continue;
     const auto row = CRowOf(lines.Line());
-    if (!row) return lines.Fault(Quoted(lines.Line()) + " is no row of the table");
+    if (!row) return lines.Fault(Excerpt(lines.Line()) + " is no row of the table");
     if (row->mask == 0) return {std::move(image), {}};
     image.Put(row->address, row->value, row->mask);
   }
@@ -189,7 +189,7 @@ ImageOrError ImageOfScript(std::string_view text, const std::string& origin) {
     Scanner scanner(lines.Line());
     if (scanner.AtEnd() || scanner.Take("#") || IsOfScriptFrame(lines.Line())) continue;
     const auto row = CallOf(lines.Line());
-    if (!row) return lines.Fault(Quoted(lines.Line()) + " is no call that a script of a configuration makes");
+    if (!row) return lines.Fault(Excerpt(lines.Line()) + " is no call that a script of a configuration makes");
     image.Put(row->address, row->value, row->mask);
   }
   return lines.Fault("the script breaks off before its last line");
@@ -206,7 +206,7 @@ ImageOrError ImageOfCsv(std::string_view text, const std::string& origin) {
     const auto fields = CsvFields(lines.Line());
     if (!fields || fields->size() != 5) return lines.Fault("the line has no five fields");
     for (const std::size_t byte : {0, 2, 3}) {
-      if (!WholeByte((*fields)[byte])) return lines.Fault(Quoted((*fields)[byte]) + " is no byte");
+      if (!WholeByte((*fields)[byte])) return lines.Fault(Excerpt((*fields)[byte]) + " is no byte");
     }
     image.Put(*WholeByte((*fields)[0]), *WholeByte((*fields)[2]), *WholeByte((*fields)[3]));
   }

@@ -5,13 +5,6 @@
 #include "chip/WriteEffects.h"
 
 namespace zth::tasks {
-namespace {
-
-std::uint8_t Byte(unsigned value) {
-  return static_cast<std::uint8_t>(value);
-}
-
-}  // namespace
 
 PutBackPlan PlanPutBack(const std::vector<Touched>& changes) {
   PutBackPlan plan;
@@ -22,13 +15,12 @@ PutBackPlan PlanPutBack(const std::vector<Touched>& changes) {
       continue;
     }
     const unsigned differing = change->after ? *change->before ^ *change->after : 0xFFU;
-    const unsigned mask = WholeFields(change->reg, differing);
+    const std::uint8_t mask = WholeFields(change->reg, differing);
+    const auto kept = static_cast<std::uint8_t>(mask & fixed);
     // Bits that only the chip could have changed are nothing that was asked for.
-    if (change->after && (mask & fixed) != 0) {
-      plan.left.push_back({change->reg, Byte(mask & fixed), Reason::NotWrittenBack});
-    }
-    if ((mask & ~fixed) == 0) continue;
-    plan.steps.push_back({change->reg, *change->before, Byte(mask & ~unsigned{fixed}), change->after});
+    if (change->after && kept != 0) plan.left.push_back({change->reg, kept, Reason::NotWrittenBack});
+    if (kept == mask) continue;
+    plan.steps.push_back({change->reg, *change->before, static_cast<std::uint8_t>(mask ^ kept), change->after});
   }
   std::ranges::stable_sort(plan.steps, {}, [](const WriteStep& step) { return WriteRank(step.reg); });
   return plan;

@@ -21,7 +21,7 @@ std::string_view TakeLine(std::string_view& text) {
   return line;
 }
 
-bool TakeByte(std::string_view& line) {
+bool SkipByte(std::string_view& line) {
   if (!line.starts_with("0x")) return false;
   line.remove_prefix(2);
   const std::size_t digits = std::min(line.find_first_not_of("0123456789ABCDEFabcdef"), line.size());
@@ -31,10 +31,10 @@ bool TakeByte(std::string_view& line) {
 
 /// "0x21<tab>0x31", with anything after it.
 bool IsRegisterLine(std::string_view line) {
-  if (!TakeByte(line)) return false;
+  if (!SkipByte(line)) return false;
   const std::size_t blanks = std::min(line.find_first_not_of(" \t"), line.size());
   line.remove_prefix(blanks);
-  return blanks > 0 && TakeByte(line) && (line.empty() || line.front() == ' ' || line.front() == '\t');
+  return blanks > 0 && SkipByte(line) && (line.empty() || line.front() == ' ' || line.front() == '\t');
 }
 
 /// The first line between the braces that is no register's, from 1; 0 if there is none. A recall takes such a line as
@@ -55,7 +55,7 @@ int LinesOf(std::string_view text) {
   return static_cast<int>(std::ranges::count(text, '\n')) + (text.ends_with('\n') ? 0 : 1);
 }
 
-std::string Line(std::uint8_t address, const HeldByte& held, std::uint8_t defaultValue, std::string_view name) {
+std::string LineOf(std::uint8_t address, const HeldByte& held, std::uint8_t defaultValue, std::string_view name) {
   const unsigned value = held.value | (defaultValue & ~unsigned{held.known});
   return SavedLine(address, static_cast<std::int32_t>(value), name);
 }
@@ -68,11 +68,11 @@ std::string SavedText(const RegisterImage& image, const TextNotes& notes, SavedR
   for (const chip::RegisterRow& row : chip::kRegisterRows) {
     nameless.bytes[row.address] = {};
     if (!image.Holds(row.address) || (row.readOnly && rows == SavedRows::Writable)) continue;
-    text += Line(row.address, image.bytes[row.address], row.defaultValue, row.name);
+    text += LineOf(row.address, image.bytes[row.address], row.defaultValue, row.name);
   }
   for (unsigned reg = 0; reg < nameless.bytes.size() && rows == SavedRows::All; ++reg) {
     const auto address = static_cast<std::uint8_t>(reg);
-    if (nameless.Holds(address)) text += Line(address, nameless.bytes[address], 0, "");
+    if (nameless.Holds(address)) text += LineOf(address, nameless.bytes[address], 0, "");
   }
   return text.append(kSavedEnd);
 }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr unsigned kLockMask = base::Mask(chip::kLock.bits);
 
-std::uint8_t Byte(unsigned value) {
+std::uint8_t ToByte(unsigned value) {
   return static_cast<std::uint8_t>(value);
 }
 
@@ -32,7 +32,7 @@ int Rank(const WriteStep& step) {
 /// Adds the step for the wanted bits of a register that can be written, and what is left of them.
 void Plan(const HeldByte& held, const Wanted& wanted, unsigned writable, WritePlan& plan) {
   const unsigned have = wanted.mask & held.known;
-  if ((wanted.mask & ~have) != 0) plan.left.push_back({wanted.reg, Byte(wanted.mask & ~have), Reason::NotHeld});
+  if ((wanted.mask & ~have) != 0) plan.left.push_back({wanted.reg, ToByte(wanted.mask & ~have), Reason::NotHeld});
   if (have == 0) return;
   const unsigned step = have & writable;
   unsigned kept = have & ~writable;
@@ -40,9 +40,9 @@ void Plan(const HeldByte& held, const Wanted& wanted, unsigned writable, WritePl
     // The chip sets the ready bit itself, so that every configuration has it.
     if (wanted.reg == chip::kReady.reg) kept &= ~base::Mask(chip::kReady.bits);
     kept &= held.value;
-    plan.steps.push_back({wanted.reg, Byte(held.value & step), Byte(step), {}});
+    plan.steps.push_back({wanted.reg, ToByte(held.value & step), ToByte(step), {}});
   }
-  if (kept != 0) plan.left.push_back({wanted.reg, Byte(kept), Reason::NotWritable});
+  if (kept != 0) plan.left.push_back({wanted.reg, ToByte(kept), Reason::NotWritable});
 }
 
 bool IsLocked() {
@@ -58,7 +58,7 @@ WritePlan PlanWrite(const RegisterImage& image, const std::vector<Wanted>& wante
   for (const Wanted& each : wanted) masks[each.reg] |= each.mask;
   WritePlan plan;
   for (unsigned address = 0; address < masks.size(); ++address) {
-    const Wanted each{Byte(address), Byte(masks.at(address))};
+    const Wanted each{ToByte(address), ToByte(masks.at(address))};
     if (each.mask == 0) continue;
     const unsigned fixed = chip::BitsNotPutBack(each.reg);
     if (fixed == 0xFF) {
@@ -86,7 +86,7 @@ std::vector<Wanted> DifferencesOf(const RegisterImage& image, const RegisterImag
     const HeldByte& held = image.bytes[reg];
     const HeldByte& against = other.bytes[reg];
     const unsigned bits = ((held.value ^ against.value) | ~unsigned{against.known}) & held.known;
-    const auto mask = Byte(WholeFields(reg, bits) & held.known);
+    const auto mask = ToByte(WholeFields(reg, bits) & held.known);
     if (mask != 0) differences.push_back({reg, mask});
   }
   return differences;

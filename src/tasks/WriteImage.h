@@ -40,9 +40,8 @@ std::vector<Wanted> AllOf(const RegisterImage& image);
 /// too.
 std::vector<Wanted> DifferencesOf(const RegisterImage& image, const RegisterImage& other);
 
-/// Carries out a plan: reads each register, writes what differs in the masks' bits, reads it again. Makes no transfer
-/// but these, and at the end one read of the lock if the chip has not taken something. Returns what did not get its
-/// value, without what the plan has left.
+/// Carries out a plan: RunSteps, and at the end one read of the lock if the chip has not taken something. Returns what
+/// did not get its value, without what the plan has left.
 std::vector<Left> RunWrite(const WritePlan& plan);
 
 }  // namespace zth::tasks

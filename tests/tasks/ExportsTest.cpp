@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "tasks/Exports.h"
-#include "tasks/SavedConfig.h"
+#include "tasks/SavedImage.h"
 #include "tasks/WriteImage.h"
 #include "tests/tasks/RandomImage.h"
 
@@ -37,7 +37,7 @@ unsigned WrittenBits(std::uint8_t reg) {
 }
 
 /// Runs a program, with the folder as its own; its output with what it said of errors.
-std::string Run(const QString& folder, const QString& program, const QStringList& arguments, int expected = 0) {
+std::string RunProgram(const QString& folder, const QString& program, const QStringList& arguments, int expected = 0) {
   QProcess process;
   process.setWorkingDirectory(folder);
   process.setProcessChannelMode(QProcess::MergedChannels);
@@ -98,7 +98,7 @@ TEST(Exports, DifferencesComeBackAsFields) {
   const RegisterImage before = RandomImage(random, tasks::ComparableRegisters(), 10);
   RegisterImage image = before;
   for (const std::uint8_t reg : tasks::ComparableRegisters()) {
-    if (random() % 4U == 0) image.bytes[reg].value ^= 1U << random() % 7U;
+    if (random() % 4U == 0) image.Put(reg, static_cast<std::uint8_t>(image.bytes[reg].value ^ (1U << random() % 7U)));
   }
   for (const ExportForm form : {ExportForm::C, ExportForm::Script, ExportForm::Csv}) {
     const ImageOrError read = tasks::ImageOfText(ExportText(form, {image, before}, kNotes), "again");
@@ -173,16 +173,16 @@ TEST(Exports, AForeignOrDamagedTextGivesAnErrorWithItsLine) {
       {changed(c, "/* ZTH4718", "/* ZTH4719"), "line "},
       {changed(script, "0x48 0x95", "0x48 0x195"), line(script, "0x48 0x95") + ": \"i2cset"},
       {changed(script, "# Tach Enable", "reboot"), line(script, "# Tach Enable") + ": \"reboot"},
-      {script.substr(0, script.find("0x48 0x95")), line(script, "0x48 0x95") + ": \"i2cset -y \"$bus\" \"$addr...\""},
+      {script.substr(0, script.find("0x48 0x95")), line(script, "0x48 0x95") + ": \"i2cset -y \"$bus\" \"$addre...\""},
       {changed(script, "i2cset script 1", "i2cset script 9"), "line 2: this is no script"},
       {changed(csv, "0x48,", "48,"), line(csv, "0x48,") + ": \"48\" is no byte"},
       {changed(csv, "0x48,", "\"0x48,"), line(csv, "0x48,") + ": the line has no five fields"},
       {csv.substr(0, csv.find("0x48,") + 9), line(csv, "0x48,") + ": the text breaks off"},
-      {saved.substr(0, saved.find("0x49")), line(saved, "0x49") + ": the text breaks off before its \"}\""},
+      {saved.substr(0, saved.find("0x49")), line(saved, "0x48") + ": the text breaks off before its \"}\""},
       {"int main() {\n  return 0;\n}\n", "line 2: this is no line of a saved configuration"},
       {"", "no \"{\""},
       {"hello", "no \"{\""},
-      {std::string("{\0\n\0000\0x\0", 10), "the text is in UTF-16"},
+      {std::string("{\0\n\0000\0x\0", 8), "the text is in UTF-16"},
       {ExportText(ExportForm::Report, {image}, kNotes), "line 1: this is a report"},
   };
   for (const auto& [text, error] : rows) {
@@ -230,15 +230,15 @@ TEST(Exports, TheTableOfCCompilesWithoutAWarningAndHoldsTheWrites) {
     const std::string text = ExportText(ExportForm::C, subject, kNotes);
     Write(folder.filePath("table.c"), text);
     Write(folder.filePath("print.c"), text + print);
-    Run(folder.path(), ZTH_COMPILER, QStringList{"-x", "c++", "-std=c++17", "-c", "table.c"} + flags);
-    Run(folder.path(), ZTH_COMPILER, QStringList{"-x", "c", "-std=c99", "print.c", "-o", "print"} + flags);
+    RunProgram(folder.path(), ZTH_COMPILER, QStringList{"-x", "c++", "-std=c++17", "-c", "table.c"} + flags);
+    RunProgram(folder.path(), ZTH_COMPILER, QStringList{"-x", "c", "-std=c99", "print.c", "-o", "print"} + flags);
     std::map<unsigned, unsigned> expected;
     for (const tasks::Wanted& each :
          subject.against ? tasks::DifferencesOf(image, *subject.against) : tasks::AllOf(image)) {
       const unsigned mask = each.mask & WrittenBits(each.reg);
       if (mask != 0) expected[each.reg] = image.bytes[each.reg].value & mask;
     }
-    EXPECT_EQ(Applied(Run(folder.path(), folder.filePath("print"), {})), expected);
+    EXPECT_EQ(Applied(RunProgram(folder.path(), folder.filePath("print"), {})), expected);
   }
 }
 #endif
@@ -274,19 +274,19 @@ TEST(Exports, TheScriptCallsI2csetForEachRegister) {
     const ExportSubject subject = differences ? ExportSubject{image, other} : ExportSubject{image};
     Write(folder.filePath("script"), ExportText(ExportForm::Script, subject, kNotes));
     qputenv("WANTED", "1 0x2c");
-    EXPECT_EQ(Run(folder.path(), "sh", {"-n", "script"}), "");
-    const std::string calls = Run(folder.path(), "sh", {"script"});
+    EXPECT_EQ(RunProgram(folder.path(), "sh", {"-n", "script"}), "");
+    const std::string calls = RunProgram(folder.path(), "sh", {"script"});
     EXPECT_EQ(Applied(calls, held(other)), wanted(held(other)));
     EXPECT_EQ(std::count(calls.begin(), calls.end(), '\n'),
               static_cast<long>(
                   tasks::PlanWrite(image, differences ? tasks::DifferencesOf(image, other) : tasks::AllOf(image))
                       .steps.size()));
     qputenv("WANTED", "7 0x2e");
-    EXPECT_EQ(Run(folder.path(), "sh", {"script", "7", "0x2e"}), calls);
-    Run(folder.path(), "sh", {"script", "8", "0x2e"}, 8);  // the first call that fails ends it
+    EXPECT_EQ(RunProgram(folder.path(), "sh", {"script", "7", "0x2e"}), calls);
+    RunProgram(folder.path(), "sh", {"script", "8", "0x2e"}, 8);  // the first call that fails ends it
   }
   QFile::remove(folder.filePath("i2cset"));
-  EXPECT_EQ(Run(folder.path(), "sh", {"-c", "sh=$(command -v sh); PATH=/nowhere; exec \"$sh\" script"}, 1),
+  EXPECT_EQ(RunProgram(folder.path(), "sh", {"-c", "sh=$(command -v sh); PATH=/nowhere; exec \"$sh\" script"}, 1),
             "i2cset is missing: install i2c-tools.\n");
 }
 #endif

@@ -83,7 +83,7 @@ TEST_F(ImageTest, AReadingTakesEachRegisterOnceAndNoneThatItWouldChange) {
     const auto address = static_cast<std::uint8_t>(reg);
     const bool isRead = chip::HasRow(address) && !chip::ReadClears(address);
     EXPECT_EQ(reading.image.Holds(address), isRead) << reg;
-    if (isRead) EXPECT_EQ(reading.image.bytes[address].value, At(address)) << reg;
+    EXPECT_EQ(reading.image.bytes[address].value, isRead ? At(address) : 0) << reg;
   }
   desk.board.TakeTraffic();
   const tasks::ImageReading again = tasks::ReadImage(tasks::ReadableRegisters());
@@ -116,7 +116,9 @@ TEST(Comparison, OfRandomMapsIsWhatAPlainCountGives) {
     for (std::size_t i = 1; i < columns; ++i) {
       for (std::size_t reg = 0; reg < 256; ++reg) {
         if (random() % 4U != 0) images[i].bytes[reg] = images[0].bytes[reg];
-        if (random() % 8U == 0) images[i].bytes[reg].value ^= images[i].bytes[reg].known & (1U << random() % 8U);
+        if (random() % 8U != 0 || !images[i].Holds(static_cast<std::uint8_t>(reg))) continue;
+        const unsigned flipped = images[i].bytes[reg].value ^ (1U << random() % 8U);
+        images[i].Put(static_cast<std::uint8_t>(reg), static_cast<std::uint8_t>(flipped));
       }
     }
     std::vector<const RegisterImage*> pointers;
@@ -143,7 +145,7 @@ TEST(Comparison, OfRandomMapsIsWhatAPlainCountGives) {
       for (const tasks::ComparedField& field : tasks::FieldsOf(row)) fields |= field.differs ? field.mask : 0U;
       unsigned bits = 0;
       for (const std::uint8_t each : row.differing) bits |= each;
-      if (!tasks::FieldsOf(row).empty()) EXPECT_EQ(bits & ~fields, 0U) << "every difference is in a field";
+      EXPECT_TRUE(tasks::FieldsOf(row).empty() || (bits & ~fields) == 0) << "every difference is in a field";
       EXPECT_EQ(bits & ~unsigned{tasks::DifferingFields(row)}, 0U);
     }
     EXPECT_EQ(found, expected);
@@ -230,8 +232,8 @@ TEST_F(ImageTest, SelectedFieldsAreWrittenAndNothingElse) {
   const auto plan = tasks::PlanWrite(image, {{0x4A, 0xFF}, {0x21, 0b111'0'0'000}, {0x49, 0xFF}});
   EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
   EXPECT_THAT(tasks::RunWrite(plan), IsEmpty());
-  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre("usb R 58:21", "usb W 58:21=E1", "usb R 58:21", "usb R 58:49",
-                                                    "usb R 58:4A", "usb W 58:4A=33", "usb R 58:4A"));
+  EXPECT_THAT(desk.board.TakeTraffic(), ElementsAre("usb R 58:21", "usb W 58:21=E1", "usb R 58:21", "usb R 58:21",
+                                                    "usb R 58:49", "usb R 58:4A", "usb W 58:4A=33", "usb R 58:4A"));
   EXPECT_EQ(At(0x48), 0x90);
 }
 
