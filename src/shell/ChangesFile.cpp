@@ -66,13 +66,12 @@ void ChangesFile::Offer() {
   if (!changes.empty()) told << "It had changed " + count + " of " + link::TextOf(chip) + ".";
   if (isBoardSet) told << "It had set heaters or switches of the board.";
   enum { kShow, kPutBack, kForget };
-  const int answer = context_.services.prompts.Choose(
-      {base::kTitle,
-       "The last session was not ended in order. " + told.join(' '),
-       {"&Show them", "&Put them back", "&Forget them"},
-       kShow,
-       platform::BoxIcon::Warning,
-       nullptr});
+  const int answer = context_.services.prompts.Choose({base::kTitle,
+                                                       "The last session was not ended in order. " + told.join(' '),
+                                                       {"&Show them", "&Put them back", "&Forget them"},
+                                                       kShow,
+                                                       platform::BoxIcon::Warning,
+                                                       nullptr});
   if (answer == kForget) {
     TheJournal().ForgetAll({chip.mode, static_cast<std::uint8_t>(chip.address)});
     TheJournal().ForgetBoard(chip.mode);

@@ -52,8 +52,8 @@ struct Action {
   std::string who;
   double ended = 0;  ///< monotonic clock, seconds
   std::uint64_t serial = 0;
-  bool isEarlier = false;          ///< of an earlier session: `ended` says nothing
-  std::vector<Touched> registers;  ///< each once, in the order of their first writes
+  bool isEarlier = false;                ///< of an earlier session: `ended` says nothing
+  std::vector<Touched> registers;        ///< each once, in the order of their first writes
   std::vector<BoardTouched> board = {};  ///< likewise
 
   /// Whether it has changed that chip, or the board that the chip is reached through.

@@ -44,21 +44,23 @@ void AddRecentFiles(QMenu& menu, QWidget& owner, const platform::Settings& setti
                     const std::function<void(const QString& path)>& take) {
   const QStringList files = RecentFiles(settings);
   menu.setToolTipsVisible(true);
-  if (files.isEmpty()) widgets::AddEntry(menu, owner, "mnuNoFile", "No file yet", [] {}, false);
+  if (files.isEmpty())
+    widgets::AddEntry(
+        menu, owner, "mnuNoFile", "No file yet", [] {}, false);
   for (qsizetype i = 0; i < files.size(); ++i) {
     const QString name = ShortName(files[i], files).replace('&', "&&");
     // 1 to 9, and 0 for the tenth.
     const QString text = QString("&%1  %2").arg((i + 1) % kMostRecentFiles).arg(name);
-    QAction& entry = widgets::AddEntry(menu, owner, QString("mnuFile(%1)").arg(i), text,
-                                       [take, path = files[i]] { take(path); });
+    QAction& entry =
+        widgets::AddEntry(menu, owner, QString("mnuFile(%1)").arg(i), text, [take, path = files[i]] { take(path); });
     entry.setToolTip(QDir::toNativeSeparators(files[i]));
   }
 }
 
 QString ShortName(const QString& path, const QStringList& among) {
   const QFileInfo file(path);
-  const auto same =
-      std::ranges::count_if(among, [&](const QString& other) { return QFileInfo(other).fileName() == file.fileName(); });
+  const auto same = std::ranges::count_if(
+      among, [&](const QString& other) { return QFileInfo(other).fileName() == file.fileName(); });
   if (same < 2) return file.fileName();
   return QDir::toNativeSeparators(file.dir().dirName() + '/' + file.fileName());
 }

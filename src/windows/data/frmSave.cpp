@@ -194,10 +194,10 @@ void frmSave::Remember(const QString& outcome, Desktop& desktop) {
 QString frmSave::AskForFile(bool save, const QString& chosen) {
   using Kind = platform::FileQuestion::Kind;
   const QString folder = chosen.isEmpty() ? Services().process.Folder() : QFileInfo(chosen).absolutePath();
-  return Services().fileDialogs.Ask({save ? Kind::Save : Kind::Open, "CommonDialog1",
-                                     save ? "Save Current Configuration" : "Recall Previous Configuration",
-                                     folder, kFilter, chosen, false},
-                                    this);
+  return Services().fileDialogs.Ask(
+      {save ? Kind::Save : Kind::Open, "CommonDialog1",
+       save ? "Save Current Configuration" : "Recall Previous Configuration", folder, kFilter, chosen, false},
+      this);
 }
 
 std::string frmSave::ReadChip(int& lines) {

@@ -71,7 +71,7 @@ class CompareColumns final : public QWidget {
   QString NameOf(const QString& key) const;
 
   Context context_;
-  std::array<QString, kMost> keys_;                ///< what each column shows
+  std::array<QString, kMost> keys_;                 ///< what each column shows
   std::map<QString, tasks::RegisterImage> images_;  ///< what has been read, by the same keys
   std::array<QComboBox*, kMost> cmbColumn_{};
   std::array<QPushButton*, kMost> cmdOpen_{};

@@ -68,12 +68,11 @@ void AddExports(QMenu& menu, QWidget& owner, const Context& context, const Expor
     const QString extension = Text(tasks::WordsOf(form).extension);
     widgets::AddEntry(*save, owner, "mnuSave" + exports.name + "(" + extension + ")", caption + "...",
                       [form, exports, context, &owner] { Save(form, exports, context, owner); });
-    widgets::AddEntry(*copy, owner, "mnuCopy" + exports.name + "(" + extension + ")", caption,
-                      [form, exports, context] {
-                        context.services.clipboard.PutText(
-                            QString::fromStdString(TextOf(form, exports.subject(), context)));
-                        exports.tell("Copied as " + Text(tasks::WordsOf(form).name));
-                      });
+    widgets::AddEntry(
+        *copy, owner, "mnuCopy" + exports.name + "(" + extension + ")", caption, [form, exports, context] {
+          context.services.clipboard.PutText(QString::fromStdString(TextOf(form, exports.subject(), context)));
+          exports.tell("Copied as " + Text(tasks::WordsOf(form).name));
+        });
   }
 }
 

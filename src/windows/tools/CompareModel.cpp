@@ -97,7 +97,8 @@ QString CompareModel::DifferenceText(const tasks::ComparedRow& row) const {
 
 QString CompareModel::Text(const Line& line, int column) const {
   const tasks::ComparedRow& row = rows_[line.row];
-  if (column == kName) return line.field ? "    " + QString::fromStdString(line.field->name) : QString::fromStdString(row.name);
+  if (column == kName)
+    return line.field ? "    " + QString::fromStdString(line.field->name) : QString::fromStdString(row.name);
   if (column == kPlace) return line.field ? BitsText(line.field->mask) : HexWithSuffix(row.reg);
   if (column == DifferenceColumn()) return line.field ? QString() : DifferenceText(row);
   const auto value = static_cast<std::size_t>(column - kFirstValue);

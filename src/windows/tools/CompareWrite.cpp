@@ -46,9 +46,9 @@ std::optional<tasks::WritePlan> AskFor(const Context& context, QWidget& asker, c
   tasks::WritePlan locking = tasks::PlanWrite(image, wanted, tasks::Lock::Set);
   const bool mayLock = locking.left != plan.left;
   if (plan.steps.empty() && !mayLock) return plan;
-  const QString text = QString("Write %1 of %2 to %3?")
-                           .arg(Registers(plan.steps.size()), from, link::TextOf(link::ChipInUse())) +
-                       Listed(WordsOf(plan.left));
+  const QString text =
+      QString("Write %1 of %2 to %3?").arg(Registers(plan.steps.size()), from, link::TextOf(link::ChipInUse())) +
+      Listed(WordsOf(plan.left));
   QStringList choices{"&Write", "&Cancel"};
   // Only a reset ends the lock, so it is set only by a button of its own.
   if (mayLock) choices.insert(1, "Write and &lock");
@@ -90,8 +90,8 @@ Written WriteToChip(const Context& context, QWidget& asker, const tasks::Registe
   std::vector<std::string> words = WordsOf(left);
   std::ranges::copy(WordsOf(plan->left), std::back_inserter(words));
   if (!words.empty()) {
-    told += ' ' + QString::fromStdString(base::Counted(static_cast<std::int64_t>(words.size()), "items")) +
-            " not written.";
+    told +=
+        ' ' + QString::fromStdString(base::Counted(static_cast<std::int64_t>(words.size()), "items")) + " not written.";
   }
   return {told, words};
 }

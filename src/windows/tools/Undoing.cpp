@@ -37,7 +37,8 @@ Answer AskAbout(const Board& board, const char* who, const Context& context, QWi
   if (lines.isEmpty()) return kSetBack;
   return static_cast<Answer>(context.services.prompts.Choose(
       {base::kTitle,
-       QString("%1 has set heaters or switches of the board:\n\n%2\n\nSet them back as well?").arg(who, lines.join('\n')),
+       QString("%1 has set heaters or switches of the board:\n\n%2\n\nSet them back as well?")
+           .arg(who, lines.join('\n')),
        {"&Set them back", "&Leave them", "&Cancel"},
        kCancel,
        platform::BoxIcon::Warning,

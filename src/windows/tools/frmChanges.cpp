@@ -118,7 +118,8 @@ void frmChanges::ShowActions() {
   for (auto at = actions.rbegin(); at != actions.rend(); ++at) {
     const tasks::Action& action = *at;
     if (!action.Concerns(KeyInUse())) continue;
-    auto* item = new QTreeWidgetItem(trvActions_, {QString::fromStdString(action.who), CountOf(action), WhenOf(action)});
+    auto* item =
+        new QTreeWidgetItem(trvActions_, {QString::fromStdString(action.who), CountOf(action), WhenOf(action)});
     for (const tasks::Touched& change : action.registers) {
       new QTreeWidgetItem(item, {QString::fromStdString(tasks::RegisterWords(change.reg)),
                                  QString::fromStdString(tasks::ChangeWords(change))});

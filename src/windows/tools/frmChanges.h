@@ -15,8 +15,8 @@ class QTreeWidget;
 
 namespace zth::windows {
 
-/// What this session has changed in the chip in use and its board, with two ways back: the last action, or all of them. Reads and
-/// writes only when one of its buttons is pressed.
+/// What this session has changed in the chip in use and its board, with two ways back: the last action, or all of them.
+/// Reads and writes only when one of its buttons is pressed.
 class frmChanges final : public ChildWindow {
   Q_OBJECT
 

@@ -134,16 +134,23 @@ void frmCompare::cmdExport_Click() {
   };
   const auto number = column->place + 1;
   QMenu& menu = widgets::MakePopUpMenu(*this, "mnuExport");
-  AddExports(menu, *this, {Services(), TheDesktop()},
-             {"Column", QString("&Save Column %1 As").arg(number), QString("&Copy Column %1 As").arg(number),
-              !image.IsEmpty(), [image] { return tasks::ExportSubject{image, {}}; }, tell});
+  AddExports(
+      menu, *this, {Services(), TheDesktop()},
+      {"Column", QString("&Save Column %1 As").arg(number), QString("&Copy Column %1 As").arg(number), !image.IsEmpty(),
+       [image] {
+         return tasks::ExportSubject{image, {}};
+       },
+       tell});
   menu.addSeparator();
   const auto against = columns.front().place + 1;
   AddExports(menu, *this, {Services(), TheDesktop()},
              {"Differences", QString("S&ave Differences of %1 to %2 As").arg(number).arg(against),
               QString("C&opy Differences of %1 to %2 As").arg(number).arg(against),
               !image.IsEmpty() && !reference.IsEmpty() && number != against,
-              [image, reference] { return tasks::ExportSubject{image, reference}; }, tell});
+              [image, reference] {
+                return tasks::ExportSubject{image, reference};
+              },
+              tell});
   menu.popup(cmdExport_->mapToGlobal(QPoint(0, cmdExport_->height())));
 }
 

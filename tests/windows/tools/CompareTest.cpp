@@ -78,7 +78,7 @@ class CompareWindow : public ::testing::Test {
     Table().clearSelection();
     for (const int row : rows) {
       Table().selectionModel()->select(Table().model()->index(row, 0),
-                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+                                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
   }
   std::string Told() const { return Desk::Text(*window, "lblTold").toStdString(); }
@@ -145,7 +145,8 @@ TEST_F(CompareWindow, ShowsADifferenceInItsFieldsByMoreThanColourAndFindsIt) {
   EXPECT_EQ(rows[1].find("    Bhvr|bits 7:5|"), 0U) << rows[1];
   EXPECT_THAT(rows[1], HasSubstr("|\u2260 7|"));
   EXPECT_TRUE(Table().model()->index(1, 3).data(Qt::FontRole).value<QFont>().bold());
-  EXPECT_FALSE(Table().model()->index(1, 2).data(Qt::FontRole).isValid()) << "the first column is what others differ from";
+  EXPECT_FALSE(Table().model()->index(1, 2).data(Qt::FontRole).isValid())
+      << "the first column is what others differ from";
   EXPECT_THAT(Cell(1, 3, Qt::AccessibleTextRole), HasSubstr("7, differs from "));
   Do("txtFilter=; cmbGroup=1");
   EXPECT_THAT(Rows(), IsEmpty());
@@ -161,7 +162,8 @@ TEST_F(CompareWindow, WritesTheSelectedFieldsOfAnyColumnMaskedAndReadsEachBack) 
   Do("cmdRead; chkDifferences=1");
   const auto rows = Rows();
   const auto rowOf = [&](const char* begin) {
-    return static_cast<int>(std::ranges::find_if(rows, [&](const auto& row) { return row.find(begin) == 0; }) - rows.begin());
+    return static_cast<int>(std::ranges::find_if(rows, [&](const auto& row) { return row.find(begin) == 0; }) -
+                            rows.begin());
   };
   desk.board.TakeTraffic();
   Do("cmdWrite");
@@ -194,7 +196,8 @@ TEST_F(CompareWindow, TellsWhatCannotBeWrittenAndNamesWhatTheChipDoesNotTake) {
   Do("cmdWrite");
   desk.board.onTransfer = {};
   EXPECT_THAT(desk.prompts.choicesShown.at(0).choices, ElementsAre("&Write", "Write and &lock", "&Cancel"));
-  EXPECT_THAT(desk.prompts.choicesShown.at(0).text.toStdString(), HasSubstr("Not written:\nConfiguration 1 (01h), LCK"));
+  EXPECT_THAT(desk.prompts.choicesShown.at(0).text.toStdString(),
+              HasSubstr("Not written:\nConfiguration 1 (01h), LCK"));
   EXPECT_EQ(Chip()[0x48], 0x22);
   EXPECT_EQ(Chip()[0x01] & 0x40, 0) << "the lock has a button of its own";
   ASSERT_EQ(Left().size(), 2U) << ::testing::PrintToString(Left());
@@ -241,7 +244,8 @@ TEST_F(CompareWindow, TakesDroppedFilesAndSaysWhatIsWrongWithADamagedOne) {
   const QString good = File("good.sav", "{\r\n0x48\t0x12\t// \r\n}\r\n");
   const QString bad = File("bad.sav", "no configuration at all");
   Drop(*window, {good});
-  EXPECT_EQ(Held(*window, "cmbColumn(2)"), std::to_string(Desk::Get<QComboBox>(*window, "cmbColumn(2)").findText("File: good.sav")));
+  EXPECT_EQ(Held(*window, "cmbColumn(2)"),
+            std::to_string(Desk::Get<QComboBox>(*window, "cmbColumn(2)").findText("File: good.sav")));
   EXPECT_EQ(Table().model()->headerData(4, Qt::Horizontal).toString().toStdString(), "3: good.sav");
   const auto rows = Rows();
   Drop(*window, {bad});
