@@ -38,12 +38,6 @@ const CompareColumns::Column* ColumnAt(const Columns& columns, int place) {
 
 }  // namespace
 
-void frmCompare::Form_Load() {
-  ShowColumns();
-  Tell("No chip has been read yet: press Read.");
-  cmdRead_->setFocus();
-}
-
 void frmCompare::ShowColumns() {
   std::vector<const tasks::RegisterImage*> images;
   QStringList titles;
@@ -180,6 +174,7 @@ void frmCompare::changeEvent(QEvent* event) {
 }
 
 QSize frmCompare::OpeningSize(const QSize& desk) const {
+  tblCompare_->resizeColumnsToContents();
   // The table in full, with some room for the differences that a read will show.
   const int wanted = tblCompare_->horizontalHeader()->length() + fontMetrics().averageCharWidth() * 40;
   return QSize(wanted, desk.height() * 4 / 5).expandedTo(sizeHint()).boundedTo(desk);

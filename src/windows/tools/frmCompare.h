@@ -30,7 +30,7 @@ class frmCompare final : public ChildWindow {
  public:
   explicit frmCompare(const Context& context);
 
-  void Form_Load() override;
+  void Form_Load() override {}
 
   QSize OpeningSize(const QSize& desk) const override;
 

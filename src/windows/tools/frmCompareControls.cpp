@@ -36,6 +36,9 @@ frmCompare::frmCompare(const Context& context)
   (new QVBoxLayout(this))->addWidget(tabPages_);
   model_->SetPalette(palette());
   ConnectControls();
+  ShowColumns();
+  Tell("No chip has been read yet: press Read.");
+  cmdRead_->setFocus();
 }
 
 QWidget* frmCompare::MakePage() {
