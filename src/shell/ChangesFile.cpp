@@ -1,5 +1,7 @@
 #include "shell/ChangesFile.h"
 
+#include <QStringList>
+
 #include "base/Counted.h"
 #include "base/Product.h"
 #include "link/BoardName.h"
@@ -57,18 +59,22 @@ void ChangesFile::Offer() {
   saved_ = TheJournal().Revision();
   const link::ChipId chip = link::ChipInUse();
   const auto changes = TheJournal().ChangesOf({chip.mode, static_cast<std::uint8_t>(chip.address)});
-  if (changes.empty()) return;
+  const bool isBoardSet = !TheJournal().BoardChangesOf(chip.mode).empty();
+  if (changes.empty() && !isBoardSet) return;
   const QString count = QString::fromStdString(base::Counted(static_cast<std::int64_t>(changes.size()), "registers"));
+  QStringList told;
+  if (!changes.empty()) told << "It had changed " + count + " of " + link::TextOf(chip) + ".";
+  if (isBoardSet) told << "It had set heaters or switches of the board.";
   enum { kShow, kPutBack, kForget };
-  const int answer = context_.services.prompts.Choose(
-      {base::kTitle,
-       "The last session was not ended in order. It had changed " + count + " of " + link::TextOf(chip) + ".",
-       {"&Show them", "&Put them back", "&Forget them"},
-       kShow,
-       platform::BoxIcon::Warning,
-       nullptr});
+  const int answer = context_.services.prompts.Choose({base::kTitle,
+                                                       "The last session was not ended in order. " + told.join(' '),
+                                                       {"&Show them", "&Put them back", "&Forget them"},
+                                                       kShow,
+                                                       platform::BoxIcon::Warning,
+                                                       nullptr});
   if (answer == kForget) {
     TheJournal().ForgetAll({chip.mode, static_cast<std::uint8_t>(chip.address)});
+    TheJournal().ForgetBoard(chip.mode);
     return Save();
   }
   auto* window = qobject_cast<windows::frmChanges*>(context_.desktop.OpenWindow("frmChanges"));

@@ -13,7 +13,7 @@ const std::array<Menu, 7> kMenus{{
 }};
 
 // clang-format off
-const std::array<MenuEntry, 24> kMenuEntries{{
+const std::array<MenuEntry, 25> kMenuEntries{{
     {"mnuFile", "mnuSave", "&Save/Recall Configuration", "Ctrl+S", "frmSave"},
     {"mnuFile", "mnuLog", "&Log Data to File", "Ctrl+L", "frmLogging"},
     {"mnuFile", "mnuExit", "E&xit", "Ctrl+Q", ""},
@@ -35,6 +35,7 @@ const std::array<MenuEntry, 24> kMenuEntries{{
     {"mnuBoard", "mnuSwitches", "&Switches", "Ctrl+Shift+S", "frmSwitches"},
     {"mnuTools", "mnuTraffic", "&Bus Traffic", "Ctrl+T", "frmTraffic"},
     {"mnuTools", "mnuChanges", "&Session Changes", "Ctrl+J", "frmChanges"},
+    {"mnuTools", "mnuCompare", "&Compare Configurations", "Ctrl+D", "frmCompare"},
     {"mnuTools", "mnuUndo", "&Undo Last Action", "Ctrl+Z", ""},
     {"mnuWindow", "mnuGuide", "&User's Guide", "F1", "frmGuide"},
     {"", "mnuAbout", "&About...", "", "frmAbout"},

@@ -29,7 +29,7 @@ struct ToolButton {
 };
 
 extern const std::array<Menu, 7> kMenus;
-extern const std::array<MenuEntry, 24> kMenuEntries;
+extern const std::array<MenuEntry, 25> kMenuEntries;
 extern const std::array<ToolButton, 10> kToolButtons;
 
 }  // namespace zth::shell

@@ -24,6 +24,7 @@
 #include "windows/limits/frmLimits.h"
 #include "windows/regmap/frmRegMap.h"
 #include "windows/tools/frmChanges.h"
+#include "windows/tools/frmCompare.h"
 #include "windows/tools/frmTraffic.h"
 
 namespace zth::shell {
@@ -46,6 +47,7 @@ constexpr std::array kWindows{
     Row{"frmAbout", Make<frmAbout>},
     Row{"frmAutoGraph", Make<windows::frmAutoGraph>},
     Row{"frmChanges", Make<windows::frmChanges>},
+    Row{"frmCompare", Make<windows::frmCompare>},
     Row{"frmDynamicTmin", Make<windows::frmDynamicTmin>},
     Row{"frmEDO", Make<windows::frmEDO>},
     Row{"frmEasySetup", Make<windows::frmEasySetup>},

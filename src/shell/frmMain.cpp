@@ -211,6 +211,12 @@ void frmMain::OpenGuide() {
   if (guide != nullptr && from != guide->objectName()) guide->Go(windows::GuidePlaceFor(from));
 }
 
+QStringList frmMain::Devices() const {
+  QStringList devices;
+  for (int i = 0; i < cmbDevices_->count(); ++i) devices << cmbDevices_->itemText(i);
+  return devices;
+}
+
 void frmMain::SetStatus(const QString& text) {
   status_->SetStatus(text);
 }

@@ -58,6 +58,7 @@ class frmMain final : public QMainWindow, public windows::Desktop {
 
   windows::ChildWindow* OpenWindow(const QString& name) override;
   windows::ChildWindow* FindWindow(const QString& name) const override;
+  QStringList Devices() const override;
   void SetStatus(const QString& text) override;
   void Tell(const QString& text) override;
   void MarkAlerts(const QString& window, int count) override;

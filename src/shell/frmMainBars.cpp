@@ -22,7 +22,7 @@
 #include "widgets/Badge.h"
 #include "widgets/Named.h"
 #include "windows/Handlers.h"
-#include "windows/tools/frmChanges.h"
+#include "windows/tools/Undoing.h"
 
 // The main window's menus and tool bar.
 namespace zth::shell {

@@ -55,4 +55,20 @@ std::string LeftWords(const Left& left) {
          kReasons.at(static_cast<std::size_t>(left.reason));
 }
 
+std::string BoardWords(BoardPart part, std::uint8_t number) {
+  return part == BoardPart::Heater ? "Heater " + std::to_string(number) : "Switches at " + ByteWords(number);
+}
+
+std::string BoardChangeWords(const BoardTouched& change) {
+  const auto words = [&](std::optional<unsigned> value) {
+    if (change.part == BoardPart::Switches || !value) return ByteWords(value);
+    return std::to_string(*value) + " %";
+  };
+  return words(change.before) + " -> " + words(change.after);
+}
+
+std::string BoardLeftWords(const BoardLeft& left) {
+  return BoardWords(left.part, left.number) + ": " + kReasons.at(static_cast<std::size_t>(left.reason));
+}
+
 }  // namespace zth::tasks

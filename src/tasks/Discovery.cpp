@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "base/NumberText.h"
 #include "chip/RegisterNames.h"
 #include "link/BoardName.h"
 #include "link/ChipId.h"
@@ -151,9 +150,7 @@ void WaitPainted(float milliseconds, platform::Services& services) {
 }
 
 void SelectDevice(const QString& item) {
-  link::Bus.DeviceAddress = base::LeadingHex(item.toStdString());
-  if (item.contains("USB")) link::Bus.InterfaceMode = link::kModeUsb;
-  if (item.contains("SMBus")) link::Bus.InterfaceMode = link::kModeSmbus;
+  link::Use(link::ChipOf(item));
 }
 
 std::vector<QString> FindDevices(SearchSigns& signs, platform::Services& services) {

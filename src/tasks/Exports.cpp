@@ -53,7 +53,7 @@ std::vector<Wanted> PortionOf(const ExportSubject& subject) {
 Lines HeadOf(const ExportSubject& subject, const TextNotes& notes) {
   Lines head{"From: " + InLine(subject.image.origin)};
   if (subject.against) head.push_back("Only the fields that differ from: " + InLine(subject.against->origin));
-  head.push_back("Made: " + InLine(notes.date) + " at " + InLine(notes.time));
+  if (!notes.date.empty()) head.push_back("Made: " + InLine(notes.date) + " at " + InLine(notes.time));
   if (const std::string comment = InLine(notes.comment); !comment.empty()) head.push_back("Comment: " + comment);
   return head;
 }

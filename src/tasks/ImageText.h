@@ -11,7 +11,7 @@ namespace zth::tasks {
 /// What the head of a text tells besides the registers; all in UTF-8 and put on one line each. The same notes and the
 /// same image give the same text, byte for byte.
 struct TextNotes {
-  std::string date;     ///< as it is to be shown
+  std::string date;     ///< as it is to be shown; empty: exports name no date
   std::string time;     ///< as it is to be shown
   std::string comment;  ///< may be empty
   /// The chip that a script writes to unless it is told otherwise, in 7 bits: the board's adapter calls it 58h.

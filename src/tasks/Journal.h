@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "tasks/Traffic.h"
@@ -30,14 +31,33 @@ struct Touched {
   std::optional<std::uint8_t> after;   ///< what was written last; empty if only the chip has changed it
 };
 
+/// What the board's adapter drives besides the chips.
+enum class BoardPart : std::uint8_t { Heater, Switches };
+
+/// A heater or a device of switches that was set.
+struct BoardTouched {
+  BoardPart part = BoardPart::Heater;
+  std::uint8_t number = 0;  ///< the heater, 1 or 2; the switches' address on the bus
+  /// Percent of a heater, a byte of the switches. Empty if it was never read before it was set.
+  std::optional<std::uint8_t> before;
+  std::uint8_t after = 0;  ///< what was set last
+};
+
+/// The address in the key of an action that has set nothing but the board.
+inline constexpr std::uint8_t kBoardOnly = 0;
+
 /// Something that was done: all writes of one action of the user.
 struct Action {
   ChipKey chip;
   std::string who;
   double ended = 0;  ///< monotonic clock, seconds
   std::uint64_t serial = 0;
-  bool isEarlier = false;          ///< of an earlier session: `ended` says nothing
-  std::vector<Touched> registers;  ///< each once, in the order of their first writes
+  bool isEarlier = false;                ///< of an earlier session: `ended` says nothing
+  std::vector<Touched> registers;        ///< each once, in the order of their first writes
+  std::vector<BoardTouched> board = {};  ///< likewise
+
+  /// Whether it has changed that chip, or the board that the chip is reached through.
+  bool Concerns(const ChipKey& key) const { return chip == key || (!board.empty() && chip.mode == key.mode); }
 };
 
 class Journal {
@@ -52,6 +72,9 @@ class Journal {
   /// value again is left out.
   std::vector<Touched> ChangesOf(const ChipKey& chip) const;
 
+  /// The same of the board that the link reaches.
+  std::vector<BoardTouched> BoardChangesOf(std::int16_t mode) const;
+
   /// Puts the actions of an earlier session, which did not end in order, before those of this one.
   void Adopt(std::vector<Action> earlier);
 
@@ -60,8 +83,10 @@ class Journal {
 
   /// Takes the last action out of the list: its values have been put back.
   void Forget(const Action& action);
-  /// Takes all actions of a chip out of the list.
+  /// Takes all changes of a chip's registers out of the list.
   void ForgetAll(const ChipKey& chip);
+  /// Takes all that was set on a link's board out of the list.
+  void ForgetBoard(std::int16_t mode);
 
   /// While such an object exists, writes are no actions: they put something back.
   class Pause {
@@ -80,10 +105,14 @@ class Journal {
 
   void Saw(const TrafficRecord& record, const std::string& who);
   void EnterWrite(const TrafficRecord& record, const std::string& who);
-  Action& ActionOf(const TrafficRecord& record, const std::string& who);
+  void SawBoard(const TrafficRecord& record, const std::string& who);
+  void EnterBoard(const TrafficRecord& record, const std::string& who, BoardPart part);
+  Action& ActionOf(const TrafficRecord& record, const ChipKey& chip, const std::string& who);
+  void RemoveEmpty();
 
   std::vector<Action> actions_;
   std::map<ChipKey, Known> known_;
+  std::map<std::pair<BoardPart, std::uint8_t>, std::uint8_t> knownOfBoard_;
   int paused_ = 0;
   std::uint64_t revision_ = 0;
   std::shared_ptr<void> listening_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include "platform/Services.h"
 
@@ -19,6 +20,9 @@ class Desktop {
 
   /// The loaded window of that name, or null.
   virtual ChildWindow* FindWindow(const QString& name) const = 0;
+
+  /// The items of the device list: "58h on USB", as link::TextOf names a chip.
+  virtual QStringList Devices() const = 0;
 
   /// Sets the text of the status bar's first panel.
   virtual void SetStatus(const QString& text) = 0;

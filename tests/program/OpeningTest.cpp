@@ -27,6 +27,7 @@ const std::vector<Opening> kOpenings{
     {"frmAbout", "", "cmdOK"},
     {"frmGuide", "", nullptr},
     {"frmChanges", "", nullptr},
+    {"frmCompare", "", nullptr},
     {"frmGenConfig", "B01+3 R0C", "cmdCancel"},
     {"frmFanConfig", "B07+2 B01+2 R0D R2C B1A+2 B21+4 B25+2 B28+4", "cmdCancel"},
     {"frmVoltConfig", "B18+2", "cmdCancel"},

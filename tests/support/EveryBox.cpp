@@ -6,8 +6,10 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QTableView>
 #include <QTemporaryDir>
 
+#include "link/Asker.h"
 #include "link/LinkErrors.h"
 #include "link/USBStuff.h"
 #include "tests/support/Desk.h"
@@ -103,6 +105,50 @@ std::vector<platform::ChoiceQuestion> AskedAfterAKill() {
   return Free(std::exchange(next.prompts.choicesShown, {}));
 }
 
+/// Everything that can stand in the question before a write.
+std::vector<platform::ChoiceQuestion> AskedBeforeWriting() {
+  Desk desk;
+  desk.board.usbChips.begin()->second.fill(0xFF);
+  desk.Start();
+  auto& window = desk.Open("frmCompare");
+  Desk::Pick(window, "cmbColumn(0)", 1);
+  Desk::Pick(window, "cmbColumn(1)", 0);
+  Desk::Press(window, "cmdRead");
+  Desk::Get<QTableView>(window, "tblCompare").selectAll();
+  desk.prompts.picks.push_back("&Cancel");
+  Desk::Press(window, "cmdWrite");
+  return Free(std::exchange(desk.prompts.choicesShown, {}));
+}
+
+std::vector<platform::ChoiceQuestion> AskedBeforeADeletion() {
+  const QTemporaryDir folder;
+  Desk desk;
+  desk.process.stateFolder = folder.path();
+  desk.Start();
+  auto& window = desk.Open("frmCompare");
+  Desk::Type(window, "txtName", "the snapshot with a name as long as somebody may want it, before the fans");
+  Desk::Press(window, "cmdTake");
+  desk.prompts.picks.push_back("&Keep it");
+  Desk::Press(window, "cmdDelete");
+  return Free(std::exchange(desk.prompts.choicesShown, {}));
+}
+
+std::vector<platform::ChoiceQuestion> AskedBeforeHeatersAreSetBack() {
+  Desk desk;
+  desk.board.heaterState = {60, 60, 0};
+  desk.Start();
+  auto& heaters = desk.Open("frmHeaters");
+  for (const int heater : {0, 1}) {
+    const link::Asker asker(link::Asker::Kind::Action, [] { return "frmHeaters"; });
+    std::int32_t percent = 100;
+    link::SetHeater(heater + 1, percent);
+  }
+  heaters.Unload();
+  desk.prompts.picks.push_back("&Cancel");
+  Desk::Press(desk.Open("frmChanges"), "cmdPutBack");
+  return Free(std::exchange(desk.prompts.choicesShown, {}));
+}
+
 }  // namespace
 
 std::vector<BoxSource> EveryBox() {
@@ -128,6 +174,9 @@ std::vector<BoxSource> EveryBox() {
          Desk::Press(window, "cmdDeselectAll");
          Desk::Press(window, "cmdLogData");
        })},
+      {"windows/tools/CompareWrite.cpp", {}, AskedBeforeWriting()},
+      {"windows/tools/SnapshotPage.cpp", {}, AskedBeforeADeletion()},
+      {"windows/tools/Undoing.cpp", {}, AskedBeforeHeatersAreSetBack()},
   };
 }
 

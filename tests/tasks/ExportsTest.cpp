@@ -169,6 +169,8 @@ TEST(Exports, AForeignOrDamagedTextGivesAnErrorWithItsLine) {
   };
   const std::vector<std::pair<std::string, std::string>> rows{
       {changed(c, "{0x48, 0x95", "{0x48, 0xZZ"), line(c, "{0x48") + ": \"  {0x48, 0xZZ, 0xFF}, /*...\" is no row"},
+      {changed(c, "/* Local High Limit", "Local High Limit"),
+       line(c, "{0x48") + ": \"  {0x48, 0x95, 0xFF}, Lo...\" is no row"},
       {c.substr(0, c.find("{0x48")), line(c, "{0x48")},
       {changed(c, "/* ZTH4718", "/* ZTH4719"), "line "},
       {changed(script, "0x48 0x95", "0x48 0x195"), line(script, "0x48 0x95") + ": \"i2cset"},

@@ -112,6 +112,11 @@ void TakeTools(Bench& bench, const Camera& camera) {
   bench.Open("frmChanges");
   Bench::Settle();
   TakeWindow(bench, camera, "frmChanges");
+
+  bench.Open("frmCompare", {0, 0, 860, 560});
+  bench.Do("frmCompare", "cmdRead; chkDifferences=1");
+  Bench::Settle();
+  TakeWindow(bench, camera, "frmCompare");
 }
 
 void TakeWindows(const Camera& camera) {

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMenu>
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
@@ -23,9 +24,12 @@
 #include "link/USBStuff.h"
 #include "tasks/SavedConfig.h"
 #include "widgets/Named.h"
+#include "widgets/PopUpMenu.h"
+#include "windows/FileDrops.h"
 #include "windows/Handlers.h"
 #include "windows/Hold.h"
 #include "windows/SharedState.h"
+#include "windows/data/RecentFiles.h"
 
 namespace zth::windows {
 namespace {
@@ -96,6 +100,8 @@ frmSave::frmSave(const Context& context) : ChildWindow("frmSave", "Save/Recall S
   cmdClose_ = widgets::Named<QPushButton>("cmdClose", "C&lose", this);
   OnClick(*cmdClose_, [this] { cmdClose_Click(); });
   SetCancelButton(*cmdClose_);
+  // A drop writes nothing: it asks as the button does, with the file chosen.
+  TakeFiles(*this, 1, [this](const QStringList& paths, const QPoint&) { RecallChosen(paths.first()); });
 
   auto* column = new QVBoxLayout(this);
   column->addWidget(frame);
@@ -112,6 +118,9 @@ QGroupBox* frmSave::MakeFrame() {
   OnClick(*save, [this] { cmdsave_Click(); });
   cmdRecall_ = widgets::Named<QPushButton>("cmdRecall", "&Recall Previous Configuration", frame);
   OnClick(*cmdRecall_, [this] { cmdRecall_Click(); });
+  cmdRecent_ = widgets::Named<QPushButton>("cmdRecent", "Used &Before...", frame);
+  cmdRecent_->setToolTip("Recalls one of the files used last. A file dropped on this window can be recalled as well");
+  OnClick(*cmdRecent_, [this] { cmdRecent_Click(); });
   chkNotDefaults_ =
       widgets::Named<QCheckBox>("chkNotDefaults", "O&nly save registers that differ from their defaults ", frame);
   auto* label = widgets::Named<QLabel>("Label2", "Add Co&mment", frame);
@@ -138,6 +147,7 @@ QGroupBox* frmSave::MakeFrame() {
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(save, 1);
   buttons->addWidget(cmdRecall_, 1);
+  buttons->addWidget(cmdRecent_);
   column->addLayout(buttons);
   column->addWidget(chkNotDefaults_);
   auto* comment = new QHBoxLayout;
@@ -181,12 +191,13 @@ void frmSave::Remember(const QString& outcome, Desktop& desktop) {
   desktop.Tell(outcome);
 }
 
-QString frmSave::AskForFile(bool save) {
+QString frmSave::AskForFile(bool save, const QString& chosen) {
   using Kind = platform::FileQuestion::Kind;
-  return Services().fileDialogs.Ask({save ? Kind::Save : Kind::Open, "CommonDialog1",
-                                     save ? "Save Current Configuration" : "Recall Previous Configuration",
-                                     Services().process.Folder(), kFilter, "", false},
-                                    this);
+  const QString folder = chosen.isEmpty() ? Services().process.Folder() : QFileInfo(chosen).absolutePath();
+  return Services().fileDialogs.Ask(
+      {save ? Kind::Save : Kind::Open, "CommonDialog1",
+       save ? "Save Current Configuration" : "Recall Previous Configuration", folder, kFilter, chosen, false},
+      this);
 }
 
 std::string frmSave::ReadChip(int& lines) {
@@ -223,6 +234,7 @@ void frmSave::cmdsave_Click() {
   const QString file = AskForFile(true);
   if (!file.isEmpty()) {
     if (Services().files.Replace(file, QByteArray::fromStdString(text))) {
+      NoteRecentFile(Services().settings, file);
       Remember("Saved " + Registers(lines) + " to " + QDir::toNativeSeparators(file) + failed, desktop);
       Unload();
     } else {
@@ -233,14 +245,32 @@ void frmSave::cmdsave_Click() {
 }
 
 void frmSave::cmdRecall_Click() {
-  const QString file = AskForFile(false);
-  if (file.isEmpty()) return;
+  RecallChosen({});
+}
+
+void frmSave::RecallChosen(const QString& chosen) {
+  if (Shared.RecallRunning) return;
+  const QString file = AskForFile(false, chosen);
+  if (!file.isEmpty()) RecallFile(file);
+}
+
+void frmSave::cmdRecent_Click() {
+  QMenu& menu = widgets::MakePopUpMenu(*this, "mnuRecent");
+  AddRecentFiles(menu, *this, Services().settings,
+                 [this](const QString& path) { ByUser(*cmdRecall_, [this, path] { RecallFile(path); })(); });
+  menu.popup(cmdRecent_->mapToGlobal(QPoint(0, cmdRecent_->height())));
+}
+
+void frmSave::RecallFile(const QString& file) {
+  if (Shared.RecallRunning) return;
   EndProgress("");
   const auto bytes = Services().files.Read(file, SavedReader::kMostBytes);
   if (!bytes) {
+    ForgetRecentFile(Services().settings, file);
     EndProgress("Nothing written: " + QFileInfo(file).fileName() + " could not be opened");
     return;
   }
+  NoteRecentFile(Services().settings, file);
   Recall({bytes->constData(), static_cast<std::size_t>(bytes->size())}, file);
 }
 

@@ -32,6 +32,7 @@ class frmSave final : public ChildWindow {
 
   void cmdsave_Click();
   void cmdRecall_Click();
+  void cmdRecent_Click();
   void cmdClose_Click();
   void cmdCancel_Click();
 
@@ -40,7 +41,10 @@ class frmSave final : public ChildWindow {
 
   /// Writes the registers listed in the text, and reports the outcome.
   void Recall(std::string_view text, const QString& file);
-  QString AskForFile(bool save);
+  /// Asks for the file to recall, with that one chosen, and recalls it. `chosen` may be empty.
+  void RecallChosen(const QString& chosen);
+  void RecallFile(const QString& file);
+  QString AskForFile(bool save, const QString& chosen = {});
 
   /// Shows the progress and the current register. False if nothing has changed, so that no painting is needed.
   bool ShowProgress(int percent, const QString& reg);
@@ -50,6 +54,7 @@ class frmSave final : public ChildWindow {
 
   bool stop_ = false;  ///< the user has cancelled the recall or closed the window
   QPushButton* cmdRecall_ = nullptr;
+  QPushButton* cmdRecent_ = nullptr;
   QPushButton* cmdClose_ = nullptr;
   QPushButton* cmdCancel_ = nullptr;
   QCheckBox* chkNotDefaults_ = nullptr;

@@ -7,7 +7,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -23,6 +22,7 @@
 #include "widgets/Named.h"
 #include "widgets/PopUpMenu.h"
 #include "windows/Handlers.h"
+#include "windows/SearchKeys.h"
 #include "windows/limits/frmLimits.h"
 #include "windows/regmap/RegisterModel.h"
 #include "windows/regmap/RegisterTree.h"
@@ -65,12 +65,12 @@ void AllRegisters::MakeControls() {
   txtSearch_ = widgets::Named<QLineEdit>("txtSearch", this);
   txtSearch_->setPlaceholderText("Name, bit or address");
   txtSearch_->setClearButtonEnabled(true);
-  txtSearch_->installEventFilter(this);
   cmbGroup_ = widgets::Named<QComboBox>("cmbGroup", this);
   cmbGroup_->addItem("All");
   cmbGroup_->addItems(RegisterGroups());
   cmbGroup_->addItem("Not in the tree");
   tblRegisters_ = widgets::Named<QTableView>("tblRegisters", this);
+  AddSearchKeys(*txtSearch_, *tblRegisters_);
   cmdReadSelected_ = widgets::Named<QPushButton>("cmdReadSelected", "&Read Selected", this);
   cmdReadShown_ = widgets::Named<QPushButton>("cmdReadShown", "Rea&d Shown", this);
   cmdReadShown_->setToolTip("Reads every register of the table as it shows, but those that a read would clear");
@@ -222,21 +222,6 @@ void AllRegisters::CopyRows() {
     lines << fields.join('\t');
   }
   if (!lines.isEmpty()) context_.services.clipboard.PutText(lines.join('\n'));
-}
-
-bool AllRegisters::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == txtSearch_ && event->type() == QEvent::KeyPress) {
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key == Qt::Key_Escape && !txtSearch_->text().isEmpty()) {
-      txtSearch_->clear();
-      return true;
-    }
-    if (key == Qt::Key_Down) {
-      tblRegisters_->setFocus();
-      return true;
-    }
-  }
-  return QWidget::eventFilter(watched, event);
 }
 
 void AllRegisters::changeEvent(QEvent* event) {

@@ -34,7 +34,6 @@ class AllRegisters final : public QWidget {
   void ReadAgain();
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

@@ -339,14 +339,6 @@ bool frmRegMap::eventFilter(QObject* watched, QEvent* event) {
       if (!pressed.isAutoRepeat()) platform::Guarded([this] { txtFind_Enter(); })();
       return true;
     }
-    if (key == Qt::Key_Escape && !txtFind_->text().isEmpty()) {
-      txtFind_->clear();
-      return true;
-    }
-    if (key == Qt::Key_Down) {
-      TreeView1_->setFocus();
-      return true;
-    }
   }
   return ChildWindow::eventFilter(watched, event);
 }

@@ -18,6 +18,7 @@
 #include "widgets/Named.h"
 #include "widgets/PopUpMenu.h"
 #include "windows/Handlers.h"
+#include "windows/SearchKeys.h"
 #include "windows/regmap/AllRegisters.h"
 #include "windows/regmap/BitDisplay.h"
 #include "windows/regmap/RegisterTexts.h"
@@ -91,6 +92,7 @@ QGroupBox* frmRegMap::MakeTreeFrame() {
   auto* lblFind = widgets::Named<QLabel>("lblFind", "&Search", frame);
   lblFind->setBuddy(txtFind_);
   TreeView1_ = widgets::Named<QTreeWidget>("TreeView1", frame);
+  AddSearchKeys(*txtFind_, *TreeView1_);
   TreeView1_->setHeaderHidden(true);
   TreeView1_->setIndentation(base::PixelsFromTwips(kIndentationTwips));
   TreeView1_->setExpandsOnDoubleClick(true);

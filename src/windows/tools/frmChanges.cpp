@@ -1,19 +1,20 @@
 #include "windows/tools/frmChanges.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <QDateTime>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
+#include <QStringList>
 #include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "base/Counted.h"
-#include "link/ChipId.h"
-#include "link/Waiting.h"
 #include "tasks/ChangeWords.h"
 #include "tasks/TasksState.h"
 #include "widgets/Named.h"
@@ -25,62 +26,19 @@ namespace {
 
 constexpr int kShowAfterMs = 200;
 
-tasks::ChipKey InUse() {
-  const link::ChipId chip = link::ChipInUse();
-  return {chip.mode, static_cast<std::uint8_t>(chip.address)};
-}
-
-/// The last action on the chip in use; null if there is none.
-const tasks::Action* LastAction() {
-  const auto& actions = tasks::Work.journal->Actions();
-  const auto last = std::find_if(actions.rbegin(), actions.rend(),
-                                 [chip = InUse()](const tasks::Action& action) { return action.chip == chip; });
-  return last == actions.rend() ? nullptr : &*last;
-}
-
 QString Counted(std::size_t count, const char* nouns) {
   return QString::fromStdString(base::Counted(static_cast<std::int64_t>(count), nouns));
 }
 
-/// Carries out a plan; what has not been put back, with what the plan had left.
-std::vector<tasks::Left> PutBack(const tasks::PutBackPlan& plan) {
-  const tasks::Journal::Pause pause(*tasks::Work.journal);
-  std::vector<tasks::Left> left = tasks::RunPutBack(plan);
-  left.insert(left.end(), plan.left.begin(), plan.left.end());
-  return left;
-}
-
-QString Outcome(const tasks::PutBackPlan& plan, const std::vector<tasks::Left>& left) {
-  std::vector<std::uint8_t> registers;
-  for (const tasks::PutBackPlan::Step& step : plan.steps) registers.push_back(step.reg);
-  std::erase_if(registers, [&](std::uint8_t reg) {
-    return std::ranges::any_of(left, [reg](const tasks::Left& one) { return one.reg == reg; });
-  });
-  const QString whole = Counted(registers.size(), "registers") + " as before.";
-  return left.empty() ? whole : whole + ' ' + Counted(left.size(), "items") + " not put back.";
-}
-
-/// The outcome of the undoing, and what was not undone.
-std::pair<QString, std::vector<tasks::Left>> Undo(const tasks::Action& last) {
-  const tasks::Action action = last;
-  const tasks::PutBackPlan plan = tasks::PlanPutBack(action.registers);
-  const std::vector<tasks::Left> left = PutBack(plan);
-  tasks::Work.journal->Forget(action);
-  return {"Undone: " + QString::fromStdString(action.who) + ". " + Outcome(plan, left), left};
+/// "2 registers", "1 register and the board", "the board".
+QString CountOf(const tasks::Action& action) {
+  QStringList counts;
+  if (!action.registers.empty()) counts << Counted(action.registers.size(), "registers");
+  if (!action.board.empty()) counts << "the board";
+  return counts.join(" and ");
 }
 
 }  // namespace
-
-void UndoLastAction(const Context& context) {
-  if (Shared.RecallRunning) return context.desktop.Tell("Not undone: a recall is running");
-  const tasks::Action* last = LastAction();
-  if (last == nullptr) return context.desktop.Tell("Nothing to undo");
-  const link::UserAction action([] { return QString(); });
-  const auto [told, left] = Undo(*last);
-  QString text = told;
-  for (const tasks::Left& one : left) text += ' ' + QString::fromStdString(tasks::LeftWords(one)) + '.';
-  context.desktop.Tell(text);
-}
 
 frmChanges::frmChanges(const Context& context)
     : ChildWindow("frmChanges", "Session Changes", context),
@@ -119,7 +77,7 @@ frmChanges::frmChanges(const Context& context)
   context.services.clock.Adopt(*tmrShow_);
   connect(tmrShow_, &QTimer::timeout, this, [this] { ShowChanges(); });
   listening_ = tasks::Work.traffic->Listen([this](const tasks::TrafficRecord& record, const std::string&) {
-    if (record.form == link::Form::Write && !tmrShow_->isActive()) tmrShow_->start();
+    if (link::IsWrite(record.form) && !tmrShow_->isActive()) tmrShow_->start();
   });
 }
 
@@ -159,12 +117,16 @@ void frmChanges::ShowActions() {
   const auto& actions = tasks::Work.journal->Actions();
   for (auto at = actions.rbegin(); at != actions.rend(); ++at) {
     const tasks::Action& action = *at;
-    if (action.chip != InUse()) continue;
-    const QString count = Counted(action.registers.size(), "registers");
-    auto* item = new QTreeWidgetItem(trvActions_, {QString::fromStdString(action.who), count, WhenOf(action)});
+    if (!action.Concerns(KeyInUse())) continue;
+    auto* item =
+        new QTreeWidgetItem(trvActions_, {QString::fromStdString(action.who), CountOf(action), WhenOf(action)});
     for (const tasks::Touched& change : action.registers) {
       new QTreeWidgetItem(item, {QString::fromStdString(tasks::RegisterWords(change.reg)),
                                  QString::fromStdString(tasks::ChangeWords(change))});
+    }
+    for (const tasks::BoardTouched& change : action.board) {
+      new QTreeWidgetItem(item, {QString::fromStdString(tasks::BoardWords(change.part, change.number)),
+                                 QString::fromStdString(tasks::BoardChangeWords(change))});
     }
     if (trvActions_->topLevelItemCount() == 1) item->setExpanded(true);
   }
@@ -172,27 +134,30 @@ void frmChanges::ShowActions() {
 
 void frmChanges::ShowLeft() {
   lstLeft_->clear();
-  std::vector<tasks::Left> left = tasks::PlanPutBack(tasks::Work.journal->ChangesOf(InUse())).left;
-  left.insert(left.begin(), left_.begin(), left_.end());
-  for (const tasks::Left& one : left) new QTreeWidgetItem(lstLeft_, {QString::fromStdString(tasks::LeftWords(one))});
+  std::vector<std::string> left = left_;
+  std::ranges::copy(LeftBeforehand(), std::back_inserter(left));
+  for (const std::string& one : left) new QTreeWidgetItem(lstLeft_, {QString::fromStdString(one)});
+}
+
+void frmChanges::Show(const Undone& undone, const QString& more) {
+  if (undone.outcome.isEmpty()) return;
+  left_ = undone.left;
+  lblState_->setText(undone.outcome + more);
+  ShowChanges();
 }
 
 void frmChanges::cmdUndo_Click() {
-  const tasks::Action* last = LastAction();
-  if (last == nullptr || Shared.RecallRunning) return;
-  const auto [told, left] = Undo(*last);
-  left_ = left;
-  lblState_->setText(told);
-  ShowChanges();
+  if (Shared.RecallRunning) return;
+  const QPointer<frmChanges> self(this);  // it may be closed while the box is open
+  const Undone undone = UndoLast({Services(), TheDesktop()}, this);
+  if (self != nullptr) Show(undone);
 }
 
 void frmChanges::PutBackAsFound() {
   if (Shared.RecallRunning) return;
-  const tasks::PutBackPlan plan = tasks::PlanPutBack(tasks::Work.journal->ChangesOf(InUse()));
-  left_ = PutBack(plan);
-  tasks::Work.journal->ForgetAll(InUse());
-  lblState_->setText(Outcome(plan, left_) + " Windows that are open show what they read before (F5 reads again).");
-  ShowChanges();
+  const QPointer<frmChanges> self(this);
+  const Undone undone = PutBackAll({Services(), TheDesktop()}, this);
+  if (self != nullptr) Show(undone, " Windows that are open show what they read before (F5 reads again).");
 }
 
 }  // namespace zth::windows

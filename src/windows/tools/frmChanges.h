@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
-#include "tasks/PutBack.h"
+#include "tasks/Journal.h"
 #include "windows/ChildWindow.h"
+#include "windows/tools/Undoing.h"
 
 class QLabel;
 class QPushButton;
@@ -13,8 +15,8 @@ class QTreeWidget;
 
 namespace zth::windows {
 
-/// What this session has changed in the chip in use, with two ways back: the last action, or all of them. Reads and
-/// writes only when one of its buttons is pressed.
+/// What this session has changed in the chip in use and its board, with two ways back: the last action, or all of them.
+/// Reads and writes only when one of its buttons is pressed.
 class frmChanges final : public ChildWindow {
   Q_OBJECT
 
@@ -23,7 +25,7 @@ class frmChanges final : public ChildWindow {
 
   void Form_Load() override;
 
-  /// Puts back everything that has been changed in the chip in use.
+  /// Puts back everything that has been changed in the chip in use, and asks first about heaters and switches.
   void PutBackAsFound();
 
  protected:
@@ -35,6 +37,8 @@ class frmChanges final : public ChildWindow {
   void ShowActions();
   void ShowLeft();
   QString WhenOf(const tasks::Action& action) const;
+  /// What has become of a put-back; nothing if it was not done.
+  void Show(const Undone& undone, const QString& more = {});
   void cmdUndo_Click();
 
   QTreeWidget* trvActions_;
@@ -43,11 +47,8 @@ class frmChanges final : public ChildWindow {
   QPushButton* cmdPutBack_;
   QLabel* lblState_;
   QTimer* tmrShow_;
-  std::vector<tasks::Left> left_;  ///< what the last put-back has not put back
+  std::vector<std::string> left_;  ///< what the last put-back has not put back
   std::shared_ptr<void> listening_;
 };
-
-/// Undoes the last action on the chip in use, and says in the main window what has become of it.
-void UndoLastAction(const Context& context);
 
 }  // namespace zth::windows

@@ -6,26 +6,20 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateTime>
-#include <QDragEnterEvent>
-#include <QDropEvent>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QItemSelectionModel>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableView>
-#include <QUrl>
 
 #include "base/Product.h"
 #include "link/BoardName.h"
 #include "link/Declarations.h"
-#include "platform/Guard.h"
 #include "tasks/TasksState.h"
 #include "tasks/TrafficCopies.h"
 #include "tasks/TrafficReader.h"
@@ -262,34 +256,9 @@ void frmTraffic::cmdOpen_Click() {
   if (!path.isEmpty() && self != nullptr) ShowFile(path);
 }
 
-bool frmTraffic::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == txtFilter_ && event->type() == QEvent::KeyPress) {
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key == Qt::Key_Escape && !txtFilter_->text().isEmpty()) {
-      txtFilter_->clear();
-      return true;
-    }
-    if (key == Qt::Key_Down) {
-      tblTraffic_->setFocus();
-      return true;
-    }
-  }
-  return ChildWindow::eventFilter(watched, event);
-}
-
 void frmTraffic::changeEvent(QEvent* event) {
   ChildWindow::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && lblTold_ != nullptr) model_->SetPalette(palette());
-}
-
-void frmTraffic::dragEnterEvent(QDragEnterEvent* event) {
-  const QList<QUrl> urls = event->mimeData()->urls();
-  if (urls.size() == 1 && urls.first().isLocalFile()) event->acceptProposedAction();
-}
-
-void frmTraffic::dropEvent(QDropEvent* event) {
-  event->acceptProposedAction();
-  platform::Guarded([this, path = event->mimeData()->urls().value(0).toLocalFile()] { ShowFile(path); })();
 }
 
 }  // namespace zth::windows

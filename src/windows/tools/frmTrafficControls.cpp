@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QShortcut>
 #include <QTableView>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -18,7 +17,9 @@
 #include "tasks/Traffic.h"
 #include "widgets/Named.h"
 #include "widgets/PopUpMenu.h"
+#include "windows/FileDrops.h"
 #include "windows/Handlers.h"
+#include "windows/SearchKeys.h"
 #include "windows/tools/TrafficModel.h"
 #include "windows/tools/frmTraffic.h"
 
@@ -32,12 +33,6 @@ constexpr int kLookMs = 100;
 
 constexpr int kLongestMark = 200;  // characters
 constexpr int kLongestAsker = 18;  // characters of a window's name
-
-void KeepRoomForHint(QLineEdit& box) {
-  constexpr int kAround = 6;  // of a character's width: the frame and the button that clears the box
-  const QFontMetrics metrics = box.fontMetrics();
-  box.setMinimumWidth(metrics.horizontalAdvance(box.placeholderText()) + kAround * metrics.averageCharWidth());
-}
 
 }  // namespace
 
@@ -65,7 +60,7 @@ frmTraffic::frmTraffic(const Context& context)
   line->addWidget(lblState_);
   column->addLayout(line);
   model_->SetPalette(palette());
-  setAcceptDrops(true);
+  TakeFiles(*this, 1, [this](const QStringList& paths, const QPoint&) { ShowFile(paths.first()); });
   ConnectControls();
   ShowLive();
 }
@@ -78,7 +73,6 @@ QHBoxLayout* frmTraffic::MakeFilters() {
   KeepRoomForHint(*txtFilter_);
   txtFilter_->setToolTip("Shows the calls that hold this text anywhere but in their time (Ctrl+F)");
   txtFilter_->setClearButtonEnabled(true);
-  txtFilter_->installEventFilter(this);
   auto* lblFilter = widgets::Named<QLabel>("lblFilter", "F&ilter", this);
   lblFilter->setBuddy(txtFilter_);
   cmbAsker_ = widgets::Named<QComboBox>("cmbAsker", this);
@@ -101,6 +95,7 @@ QHBoxLayout* frmTraffic::MakeFilters() {
 
 void frmTraffic::MakeTable() {
   tblTraffic_ = widgets::Named<QTableView>("tblTraffic", this);
+  AddSearchKeys(*txtFilter_, *tblTraffic_);
   tblTraffic_->setModel(model_);
   tblTraffic_->setAccessibleName("Calls");
   tblTraffic_->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -191,12 +186,7 @@ void frmTraffic::ConnectControls() {
     OnToggle(*box, [this] { ShowFilter(); });
   }
   connect(txtMark_, &QLineEdit::returnPressed, this, platform::Guarded([this] { cmdMark_Click(); }));
-  auto* find = new QShortcut(QKeySequence::Find, this);
-  find->setContext(Qt::WidgetWithChildrenShortcut);
-  connect(find, &QShortcut::activated, txtFilter_, [this] {
-    txtFilter_->setFocus(Qt::ShortcutFocusReason);
-    txtFilter_->selectAll();
-  });
+  AddFindKey(*this, *txtFilter_);
   auto* timer = widgets::Named<QTimer>("tmrTraffic", this);
   timer->setInterval(kLookMs);
   connect(timer, &QTimer::timeout, this, [this] { tmrTraffic_Timer(); });

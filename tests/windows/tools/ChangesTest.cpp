@@ -2,6 +2,8 @@
 #include <QTreeWidget>
 #include <gmock/gmock.h>
 
+#include "link/Asker.h"
+#include "link/USBStuff.h"
 #include "tests/support/Steps.h"
 #include "windows/SharedState.h"
 
@@ -104,6 +106,73 @@ TEST_F(ChangesTest, PutBackNamesWhatItLeavesBeforehandAndAfterwards) {
   EXPECT_THAT(Left(), ElementsAre("EDO Mask 1 (37h), Volt: the chip did not take the value", unread));
   EXPECT_THAT(Actions(), IsEmpty());
   EXPECT_FALSE(Desk::Get<QWidget>(*changes, "cmdPutBack").isEnabled());
+}
+
+/// Heater 1 at 30 percent, switches as they are with the default pins.
+class BoardChangesTest : public ChangesTest {
+ protected:
+  BoardChangesTest() {
+    desk.board.heaterState = {60, 0, 0};
+    desk.board.ports[0x4A] = 0x03;
+    heaters = &desk.Open("frmHeaters");
+    switches = &desk.Open("frmSwitches");
+    Do(*heaters, "sldHeater(0)=80");
+    desk.Advance(2000);
+    desk.board.heaterState = {160, 0, 0};
+    Do(*switches, "chkSwitch(0)=0; cmbApply");
+    desk.Advance(2000);
+    desk.board.TakeTraffic();
+  }
+
+  windows::ChildWindow* heaters = nullptr;
+  windows::ChildWindow* switches = nullptr;
+};
+
+TEST_F(BoardChangesTest, HeatersAndSwitchesAreListedAndSetBackOnlyAfterAQuestion) {
+  EXPECT_THAT(Actions(), ElementsAre("frmSwitches cmbApply: the board", "  Switches at 4Ah: 03h -> 02h",
+                                     "frmHeaters sldHeater(0): the board", "  Heater 1: 30 % -> 80 %"));
+  QAction& undo = Desk::Get<QAction>(desk.Main(), "mnuUndo");
+  desk.prompts.picks = {"&Cancel", "&Set them back", "&Leave them"};
+  undo.trigger();
+  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty());
+  EXPECT_EQ(Actions().size(), 4U) << "a cancelled question";
+  undo.trigger();
+  EXPECT_EQ(desk.board.TakeTraffic(), T("P4A P4A=03 P4A"));
+  undo.trigger();
+  EXPECT_THAT(desk.board.TakeTraffic(), IsEmpty()) << "the heater stays";
+  desk.Advance(1000);
+  EXPECT_THAT(Actions(), IsEmpty());
+  EXPECT_EQ(desk.prompts.choicesShown.back().text.toStdString(),
+            "The last action has set heaters or switches of the board:\n\nHeater 1: 30 % -> 80 %\n\nSet them back as "
+            "well?");
+}
+
+TEST_F(BoardChangesTest, PutBackAsFoundAsksOnceAndLeavesWhatSomethingElseHasSet) {
+  Apply("chkEDOEnable(0)=1");
+  desk.prompts.picks = {"&Leave them", "&Set them back"};
+  Do(*changes, "cmdPutBack");
+  EXPECT_EQ(Writes(desk.board.TakeTraffic()), T("W16=A4"));
+  EXPECT_EQ(Actions().size(), 4U) << "what was left can still be set back";
+  desk.board.heaterState = {20, 0, 0};
+  Do(*changes, "cmdPutBack");
+  EXPECT_EQ(desk.board.TakeTraffic(), T("P4A P4A=03 P4A H"));
+  EXPECT_THAT(Left(), ElementsAre("Heater 1: something else has changed it since"));
+  EXPECT_THAT(Actions(), IsEmpty());
+}
+
+TEST_F(ChangesTest, AHeaterThatWasNeverReadIsNamedAndTheSwitchesThatFollowThePinsAreNot) {
+  auto& map = desk.Open("frmRegMap");
+  Do(map, "txtReadAddr=10; txtHex=01; cmdWrite");
+  std::int32_t percent = 50;
+  {
+    const link::Asker asker(link::Asker::Kind::Action, [] { return "somebody"; });
+    link::SetHeater(2, percent);
+  }
+  desk.Advance(1000);
+  EXPECT_EQ(Actions().front(), "somebody: the board");
+  EXPECT_EQ(Actions()[1], "  Heater 2: ? -> 50 %");
+  EXPECT_THAT(Left(), ::testing::Contains("Heater 2: its value before was never read"));
+  for (const std::string& line : Actions()) EXPECT_EQ(line.find("Switches"), std::string::npos) << line;
 }
 
 TEST_F(ChangesTest, NothingIsPutBackWhileARecallRuns) {

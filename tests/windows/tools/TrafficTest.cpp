@@ -301,6 +301,7 @@ TEST_F(TrafficWindow, TakesAFileThatIsDroppedOnIt) {
   EXPECT_TRUE(enter.isAccepted());
   QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(desk.window, &drop);
+  Desk::Settle();
   EXPECT_EQ(Rows(), Lines{"W|21h|PWM1 Config|31||me"});
 }
 
