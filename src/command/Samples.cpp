@@ -23,9 +23,11 @@ void Repeat(Session& session, const Request& request, const std::function<void()
   const double began = session.Now();
   const double end = began + request.duration.value_or(std::numeric_limits<double>::infinity());
   try {
-    for (double due = began; due <= end; due += request.interval) {
+    double due = began;
+    while (due <= end) {
       if (due > session.Now()) session.Wait(due - session.Now());
       take();
+      due += request.interval;
     }
   } catch (const Failure& failure) {
     if (failure.status != kEnded) throw;
