@@ -115,6 +115,9 @@ void Session::Attach() {
   });
   chip::EnterPwmHooks();
   chip::EnterPinHooks();
+  // Before there is a link, so that nothing is sent: a write to the pins' registers goes on from what the program has
+  // set the board's switches to.
+  chip::ResetBoardSwitches();
   chip::InitRegisterTable();
   chip::InitVoltageNames();
   chip::Model.TachClock = 90000;

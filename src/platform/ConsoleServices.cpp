@@ -5,7 +5,6 @@
 #include "platform/DesktopParts.h"
 
 namespace zth::platform {
-namespace {
 
 class NoPrompts final : public Prompts {
  public:
@@ -31,8 +30,6 @@ class NoClipboard final : public Clipboard {
   void PutText(const QString& /*text*/) override {}
   void PutPicture(const QImage& /*picture*/) override {}
 };
-
-}  // namespace
 
 struct ConsoleServices::Parts {
   NoPrompts prompts;

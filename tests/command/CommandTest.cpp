@@ -100,7 +100,7 @@ TEST_F(CommandTest, WritesAsTheWindowsDoAndSaysItBefore) {
   Forget();
   desk.Start();
   link::WriteRegisterValue(0x58, 0x10, 0x7F);
-  EXPECT_EQ(pins.size(), desk.board.TakeTraffic().size());
+  EXPECT_EQ(pins, desk.board.TakeTraffic());
 
   EXPECT_EQ(Run({"write", "28h=200", "21h.Bhvr=2", "--dry-run"}), command::kDone);
   EXPECT_EQ(out,
