@@ -3,6 +3,7 @@
 #include <QApplication>
 
 #include "platform/DesktopServices.h"
+#include "platform/SignalWatch.h"
 #include "shell/frmMain.h"
 
 int main(int argc, char** argv) {

@@ -60,7 +60,8 @@ LoadedLibrary DesktopLibraries::Load(const QString& name) {
   const QString folder = taken_.isEmpty() ? folder_ : taken_;
   const QString beside = QDir(folder).filePath(FileName(name));
   // If the folder's name cannot be decoded, the folder is empty here. Do not mistake that for the working folder.
-  const bool isBeside = !folder.isEmpty() && (QFileInfo::exists(beside) || !taken_.isEmpty());
+  const bool isThere = QFileInfo::exists(beside);
+  const bool isBeside = !folder.isEmpty() && (isThere || !taken_.isEmpty());
   const QString named = isBeside ? beside : FileName(name);
   const auto file = std::make_shared<LoadedFile>(named);
   if (file->Load()) return {file, {}, FoundFile(named)};
@@ -68,8 +69,9 @@ LoadedLibrary DesktopLibraries::Load(const QString& name) {
   // The loader reports "libname.so: cannot open ..." if the file itself is missing, and names another file if one of
   // the library's dependencies is missing. Only the first case counts as absent.
   const QString why = file->Error();
-  const bool absent = !isBeside && (why.contains(FileName(name) + ": cannot open shared object file: No such file") ||
-                                    why.contains("The specified module could not be found"));
+  const bool absent = isBeside ? !isThere
+                               : why.contains(FileName(name) + ": cannot open shared object file: No such file") ||
+                                     why.contains("The specified module could not be found");
   return {nullptr, absent ? "File not found: " + FileName(name) + " (" + why + ")" : why, named};
 }
 
@@ -87,7 +89,12 @@ QStringList DesktopLibraries::Places() const {
 }
 
 QString DesktopLibraries::BoardFolder(const QString& board) const {
-  return QDir::cleanPath(folder_ + "/../boards/" + board);
+  return QDir::isAbsolutePath(board) ? QDir::cleanPath(board) : QDir::cleanPath(folder_ + "/../boards/" + board);
+}
+
+QStringList DesktopLibraries::Boards() const {
+  if (folder_.isEmpty()) return {};
+  return QDir(BoardFolder(".")).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
 }
 
 bool DesktopLibraries::HasBoard(const QString& board) const {

@@ -4,7 +4,7 @@
 
 #include "platform/Services.h"
 
-/// The real implementation of each seam. Only DesktopServices and this room's tests use these classes.
+/// The real implementation of each seam. Only DesktopServices, ConsoleServices and this room's tests use these classes.
 namespace zth::platform {
 
 class DesktopPrompts final : public Prompts {
@@ -79,6 +79,7 @@ class DesktopLibraries final : public Libraries {
   LoadedLibrary Load(const QString& name) override;
   QStringList Places() const override;
   bool HasBoard(const QString& board) const override;
+  QStringList Boards() const override;
   void TakeBoard(const QString& board) override { taken_ = BoardFolder(board); }
 
  private:
@@ -104,18 +105,32 @@ class DesktopFiles final : public Files {
   std::shared_ptr<void> Claim(const QString& path) override;
 };
 
-/// While it exists, handles requests from outside to end the program.
-class EndWatch;
+class SignalWatch;
 
-class DesktopProcess final : public Process {
+/// A process without a desktop's session.
+class PlainProcess : public Process {
  public:
-  DesktopProcess();
-  ~DesktopProcess() override;
+  PlainProcess();
+  ~PlainProcess() override;
   void OnEndOrders(EndOrders orders) override;
   [[noreturn]] void End(int status) override;
   QString Folder() const override;
   QString StateFolder() const override;
   QString Variable(const char* name) const override;
+  void SetVariable(const char* name, const QString& text) override;
+
+ private:
+  std::unique_ptr<SignalWatch> signals_;
+};
+
+/// While it exists, handles requests from outside to end the program.
+class EndWatch;
+
+class DesktopProcess final : public PlainProcess {
+ public:
+  DesktopProcess();
+  ~DesktopProcess() override;
+  void OnEndOrders(EndOrders orders) override;
 
  private:
   std::unique_ptr<EndWatch> watch_;

@@ -1,16 +1,9 @@
 #include "platform/DesktopServices.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 #include <QApplication>
 #include <QDesktopServices>
-#include <QDir>
-#include <QFile>
-#include <QStandardPaths>
 #include <QUrl>
 
-#include "base/Product.h"
 #include "platform/DesktopParts.h"
 #include "platform/EndWatch.h"
 
@@ -24,39 +17,12 @@ void DesktopShell::Beep() {
   QApplication::beep();
 }
 
-void DesktopEvents::Pump() {
-  QCoreApplication::processEvents();
-}
-
-void DesktopEvents::PumpPaint() {
-  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-}
-
 DesktopProcess::DesktopProcess() = default;
 DesktopProcess::~DesktopProcess() = default;
 
 void DesktopProcess::OnEndOrders(EndOrders orders) {
   watch_.reset();
   watch_ = std::make_unique<EndWatch>(std::move(orders));
-}
-
-void DesktopProcess::End(int status) {
-  std::fflush(nullptr);
-  // exit, not _Exit: the closed libraries release their adapter in their exit handlers.
-  std::exit(status);
-}
-
-QString DesktopProcess::Folder() const {
-  return QCoreApplication::applicationDirPath();
-}
-
-QString DesktopProcess::StateFolder() const {
-  const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + '/' + base::kTitle;
-  return QDir().mkpath(folder) ? folder : QString();
-}
-
-QString DesktopProcess::Variable(const char* name) const {
-  return QFile::decodeName(qgetenv(name));
 }
 
 struct DesktopServices::Parts {

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <memory>
-
 #include <QObject>
 
 #include "platform/Services.h"
-
-class QSocketNotifier;
+#include "platform/SignalWatch.h"
 
 namespace zth::platform {
 
@@ -22,10 +19,8 @@ class EndWatch final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void WatchSignals();
-
   EndOrders orders_;
-  std::unique_ptr<QSocketNotifier> notifier_;
+  SignalWatch signals_;
 };
 
 }  // namespace zth::platform

@@ -93,7 +93,9 @@ class Libraries {
   virtual QStringList Places() const = 0;
   /// Whether the program brings the libraries of a board ("simulated") and does not use them yet.
   virtual bool HasBoard(const QString& board) const = 0;
-  /// From now on Load uses the libraries of that board and no others.
+  /// The names of all boards that the program brings.
+  virtual QStringList Boards() const = 0;
+  /// From now on Load uses the libraries of that board and no others. An absolute path is any folder of libraries.
   virtual void TakeBoard(const QString& board) = 0;
 };
 
@@ -164,6 +166,8 @@ class Process {
   virtual QString StateFolder() const = 0;
   /// An environment variable that names a file or a number; empty if it is not set.
   virtual QString Variable(const char* name) const = 0;
+  /// Sets it for the libraries that are loaded from now on.
+  virtual void SetVariable(const char* name, const QString& text) = 0;
 };
 
 /// Thrown by a Process that cannot really end. Guarded() in Guard.h catches it before it reaches the event loop.

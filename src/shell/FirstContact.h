@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QString>
-
 #include "platform/Services.h"
 
 /// What the user is told and offered when the start finds nothing to work with.
@@ -19,8 +17,5 @@ struct StartOver {
 /// Shows a box of the start, with a report of what was tried below its text and the alternatives next to OK. Returns
 /// after OK, and the prescribed course follows.
 platform::BoxAnswer AskAtStart(platform::BoxQuestion question, platform::Services& services);
-
-/// Where the start has looked so far, what it found and how to help.
-QString StartDetails(platform::Services& services);
 
 }  // namespace zth::shell

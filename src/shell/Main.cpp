@@ -11,15 +11,12 @@
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
 #include "link/RegisterHooks.h"
-#include "link/SMBusStuff.h"
 #include "link/Waiting.h"
 #include "platform/Guard.h"
-#include "shell/Discovery.h"
-#include "shell/Firmware.h"
 #include "shell/FirstContact.h"
-#include "shell/ProgramState.h"
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
+#include "tasks/Discovery.h"
 #include "tasks/Recorder.h"
 #include "tasks/TasksState.h"
 #include "widgets/ClearBoxes.h"
@@ -28,21 +25,6 @@
 
 namespace zth::shell {
 namespace {
-
-/// The library is tried once. Only a missing library counts as absent.
-bool ProbeSmbus(platform::Libraries& libraries) {
-  const QString error = link::LoadSmbus(libraries);
-  link::ProbeSmbusHost();
-  if (error.toLower().contains("file not found")) return false;
-  link::DetectSmbusHost();
-  return true;
-}
-
-bool ProbeUsb(platform::Services& services) {
-  link::LoadUsbFunctions(services.libraries);
-  Program.FirmwareResult = LoadFirmwareFile(services.process);
-  return Program.FirmwareResult > 0;
-}
 
 void FillTables() {
   chip::InitRegisterTable();
@@ -88,10 +70,8 @@ void Start(platform::Services& services) {
   chip::EnterPwmHooks();
   chip::EnterPinHooks();
 
-  link::Bus.SmbusPresent = ProbeSmbus(services.libraries);
-  link::Bus.UsbPresent = ProbeUsb(services);
-  if (!link::Bus.SmbusPresent && !link::Bus.UsbPresent) EndWith("USB/SMBus Hardware not detected", services);
-  SetDeviceName();
+  if (!tasks::ProbeLinks(services)) EndWith("USB/SMBus Hardware not detected", services);
+  tasks::SetDeviceName();
   {
     frmSplash splash;
     splash.show();
@@ -117,7 +97,7 @@ void ForgetStart() {
   link::Bus = {};
   chip::Model = {};
   windows::Shared = {};
-  Program = {};
+  tasks::Work.start = {};
 }
 
 }  // namespace

@@ -21,7 +21,6 @@
 #include "link/Waiting.h"
 #include "platform/Guard.h"
 #include "shell/Commands.h"
-#include "shell/Discovery.h"
 #include "shell/FirstContact.h"
 #include "shell/Icons.h"
 #include "shell/Layout.h"
@@ -30,12 +29,13 @@
 #include "shell/MdiDesk.h"
 #include "shell/MonitorJobs.h"
 #include "shell/Placement.h"
-#include "shell/ProgramState.h"
 #include "shell/StatusBar.h"
 #include "shell/WaitingSigns.h"
 #include "shell/WindowFactory.h"
 #include "shell/frmSplash.h"
+#include "tasks/Discovery.h"
 #include "tasks/Recorder.h"
+#include "tasks/TasksState.h"
 #include "widgets/Named.h"
 #include "windows/ChildWindow.h"
 #include "windows/Handlers.h"
@@ -91,14 +91,14 @@ void frmMain::Form_Load(frmSplash& splash) {
   setWindowState(Qt::WindowMaximized);
   setWindowTitle(base::kTitle);
 
-  const std::vector<QString> devices = FindDevices(splash, services_);
+  const std::vector<QString> devices = tasks::FindDevices(splash, services_);
   for (const QString& device : devices) {
     const QSignalBlocker quiet(cmbDevices_);
     cmbDevices_->addItem(device);
     cmbDevices_->setCurrentIndex(-1);
   }
   if (devices.empty()) {
-    AskAtStart({base::kTitle, "Failed to find the " + Program.DeviceName, platform::BoxIcon::Critical,
+    AskAtStart({base::kTitle, "Failed to find the " + tasks::Work.start.DeviceName, platform::BoxIcon::Critical,
                 platform::BoxButtons::Ok},
                services_);
     services_.process.End(1);
@@ -106,7 +106,7 @@ void frmMain::Form_Load(frmSplash& splash) {
   cmbDevices_->setCurrentIndex(0);
   splash.SetBoard(link::BoardName());
   FitToolBar();
-  WaitPainted(1000, services_);
+  tasks::WaitPainted(1000, services_);
 }
 
 void frmMain::Form_Unload() {
@@ -247,7 +247,7 @@ void frmMain::tbToolBar_ButtonClick(const QString& key) {
 
 void frmMain::cmbDevices_Click() {
   if (cmbDevices_->currentIndex() < 0) return;
-  SelectDevice(cmbDevices_->currentText());
+  tasks::SelectDevice(cmbDevices_->currentText());
   status_->SetBoard(link::BoardName());
   ShowOrigins();
 }

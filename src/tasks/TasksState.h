@@ -4,6 +4,7 @@
 
 #include "tasks/Journal.h"
 #include "tasks/Recorder.h"
+#include "tasks/StartState.h"
 #include "tasks/Traffic.h"
 
 namespace zth::tasks {
@@ -13,6 +14,7 @@ struct TasksState {
   std::unique_ptr<Traffic> traffic = std::make_unique<Traffic>();
   std::unique_ptr<Journal> journal = std::make_unique<Journal>(*traffic);
   std::unique_ptr<Recorder> recorder;  ///< null if nothing is recorded
+  StartState start;
 };
 
 extern TasksState Work;

@@ -8,9 +8,9 @@
 #include "chip/PwmModes.h"
 #include "link/Declarations.h"
 #include "platform/PathBytes.h"
-#include "shell/Firmware.h"
-#include "shell/ProgramState.h"
 #include "shell/frmSplash.h"
+#include "tasks/Firmware.h"
+#include "tasks/TasksState.h"
 #include "tests/support/Steps.h"
 #include "widgets/Strip.h"
 #include "windows/SharedState.h"
@@ -239,14 +239,14 @@ TEST(Start, ThatStartsOverLeavesNothingOfTheFailedOneBehind) {
     link::Bus.usbFailures += 100;
     chip::Model.Freshness.staleInARow = 2;
     windows::Shared.LastFileWork = "Saved";
-    shell::Program.SmbusChips = 1;
+    tasks::Work.start.SmbusChips = 1;
   };
   EXPECT_EQ(desk.RunMain(), std::nullopt);
   EXPECT_EQ(window, nullptr);
   EXPECT_EQ(link::Bus.usbFailures, 0);
   EXPECT_EQ(chip::Model.Freshness.staleInARow, 0);
   EXPECT_EQ(windows::Shared.LastFileWork, "");
-  EXPECT_EQ(shell::Program.SmbusChips, 0);
+  EXPECT_EQ(tasks::Work.start.SmbusChips, 0);
 }
 
 TEST(Start, AConnectionOnTheTwentiethTryCounts) {
@@ -272,7 +272,7 @@ TEST(Start, TheLibraryIsCalledWithTheBytesOfWhateverFolderTheProgramIsIn) {
     desk.process.folder = folder;
     EXPECT_EQ(desk.RunMain(), std::nullopt);
     EXPECT_EQ(desk.board.traffic.front(), "usb F " + folder.toUtf8().toStdString() + "/ZTH4718FW.Hex");
-    EXPECT_EQ(shell::Program.AnsiBuffer[0] == 0, folder.size() > 498) << "what fits 513 bytes with its end";
+    EXPECT_EQ(tasks::Work.start.AnsiBuffer[0] == 0, folder.size() > 498) << "what fits 513 bytes with its end";
   }
 }
 

@@ -12,7 +12,6 @@
 #include "link/Declarations.h"
 #include "shell/Commands.h"
 #include "shell/Main.h"
-#include "shell/ProgramState.h"
 #include "tasks/TasksState.h"
 #include "windows/SharedState.h"
 
@@ -24,7 +23,6 @@ void ResetProgram() {
   chip::Model = {};
   tasks::Work = {};
   windows::Shared = {};
-  ::zth::shell::Program = {};
 }
 
 }  // namespace

@@ -100,6 +100,7 @@ class FakeLibraries final : public platform::Libraries {
 
   QStringList Places() const override { return {"/opt/zth (the program's folder)", "the system's folders"}; }
   bool HasBoard(const QString& board) const override { return boards.contains(board) && board != taken; }
+  QStringList Boards() const override { return boards; }
   void TakeBoard(const QString& board) override {
     taken = board;
     if (onTake) onTake();
@@ -162,6 +163,7 @@ class RecordedProcess final : public platform::Process {
     const auto found = variables.find(name);
     return found == variables.end() ? QString() : found->second;
   }
+  void SetVariable(const char* name, const QString& text) override { variables[name] = text; }
 
   platform::EndOrders orders;  ///< what the program does when told to end
   std::vector<int> ends;

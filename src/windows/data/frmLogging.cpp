@@ -18,6 +18,7 @@
 #include "base/NumberText.h"
 #include "base/Product.h"
 #include "base/Rounding.h"
+#include "chip/ChannelNames.h"
 #include "chip/ChipState.h"
 #include "widgets/Named.h"
 #include "widgets/UpDown.h"
@@ -27,53 +28,6 @@
 
 namespace zth::windows {
 namespace {
-
-// Indexed by row of LogChannelTable; also the column headings of the file.
-constexpr std::array<const char*, chip::kLogChannels> kCaptions{"Local Temp",
-                                                                "Remote1 Temp",
-                                                                "Remote2 Temp",
-                                                                "Remote3 Temp",
-                                                                "Tach1",
-                                                                "Tach2",
-                                                                "Tach3",
-                                                                "Tach4",
-                                                                "Tach5",
-                                                                "Tach6",
-                                                                "Tach7",
-                                                                "Tach8",
-                                                                "PWM1%",
-                                                                "PWM2%",
-                                                                "PWM3%",
-                                                                "PWM4%",
-                                                                "12V1",
-                                                                "12V2",
-                                                                "3.3V-Pin13",
-                                                                "2.5V-Pin15",
-                                                                "1.8V-Pin15",
-                                                                "1.25V-Pin20",
-                                                                "0.9V-Pin20",
-                                                                "5V",
-                                                                "12V3",
-                                                                "Vccp1",
-                                                                "1.5V-Pin23",
-                                                                "1.8-Pin23",
-                                                                "2.5V-Pin23",
-                                                                "Vccp2",
-                                                                "1.5V-Pin24",
-                                                                "1.8V-Pin24",
-                                                                "2.5V-Pin24",
-                                                                "1.2V-Pin25",
-                                                                "3.3V-Pin25",
-                                                                "1.2V-Pin26",
-                                                                "VBatt",
-                                                                "1.5V2",
-                                                                "1.5V1",
-                                                                "Local Tmin",
-                                                                "Remote1 Tmin",
-                                                                "Remote2 Tmin",
-                                                                "Remote3 Tmin",
-                                                                "Remote1 Op-Point",
-                                                                "Remote2 Op-Point"};
 
 constexpr char kStart[] = "&Start Logging";
 constexpr char kStop[] = "&Stop logging...";
@@ -130,8 +84,8 @@ QGroupBox* frmLogging::MakeFrame(const char* name, const char* caption) {
 void frmLogging::AddColumn(QGroupBox& frame, int first, int count, int column, int row) {
   auto* grid = static_cast<QGridLayout*>(frame.layout());
   for (int i = first; i < first + count; ++i, ++row) {
-    auto* box =
-        widgets::Named<QCheckBox>(QString("chkLog(%1)").arg(i), kCaptions.at(static_cast<std::size_t>(i)), &frame);
+    auto* box = widgets::Named<QCheckBox>(QString("chkLog(%1)").arg(i),
+                                          chip::kLogCaptions.at(static_cast<std::size_t>(i)), &frame);
     grid->addWidget(box, row, column);
     chkLog_.at(static_cast<std::size_t>(i)) = box;
   }

@@ -9,9 +9,6 @@
 
 namespace zth::windows {
 
-const std::array<const char*, 16> kTrangeItems{"2°C",    "2.5°C", "3.3°C", "4°C",    "5°C",  "6.7°C", "8°C",    "10°C",
-                                               "13.3°C", "16°C",  "20°C",  "26.7°C", "32°C", "40°C",  "53.3°C", "80°C"};
-
 namespace {
 
 constexpr int kLocal = 1;

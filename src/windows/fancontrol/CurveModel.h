@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "chip/ChannelNames.h"
+#include "chip/FanCurve.h"
 #include "chip/PwmModes.h"
 
 /// The transfer curve of the chip's automatic fan control, duty in percent against temperature in degrees C, computed
@@ -36,8 +37,7 @@ struct CurveTexts {
   std::array<std::int16_t, chip::kTemperatures> polledTmin{};  ///< degrees C, in the same order as `channels`
 };
 
-/// The items of the Trange lists; an item's position is its value in the register field.
-extern const std::array<const char*, 16> kTrangeItems;
+using chip::kTrangeItems;
 
 /// The position of the first item equal to `text`; -1 if there is none.
 template <std::size_t kCount>

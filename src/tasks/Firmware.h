@@ -8,7 +8,7 @@
 #include "platform/Services.h"
 
 /// Passes the firmware file's path to the adapter's library; only the library opens the file.
-namespace zth::shell {
+namespace zth::tasks {
 
 /// Writes the text to AnsiBuffer in the encoding of platform::PathBytes, with a terminating 0. False, with an empty
 /// AnsiBuffer, if it does not fit.
@@ -18,4 +18,4 @@ bool StringToAnsiBuffer(const QString& text);
 /// the library is not loaded.
 std::int16_t LoadFirmwareFile(const platform::Process& process);
 
-}  // namespace zth::shell
+}  // namespace zth::tasks

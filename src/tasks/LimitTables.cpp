@@ -1,4 +1,4 @@
-#include "windows/limits/LimitTables.h"
+#include "tasks/LimitTables.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 #include "chip/Measurements.h"
 #include "chip/RegisterNames.h"
 
-namespace zth::windows {
+namespace zth::tasks {
 namespace {
 
 using Pins = chip::PinFunctionFlags;
@@ -308,4 +308,4 @@ const AlertTab kThermPinAlerts{"lblTherm",        6,  nullptr,        "tglTHERMP
 const AlertTab kDigitalAlerts{"lblTherm",        14,           "chkDigMask",   "tglDigAlert",
                               {16, "Interrupt"}, {12, "Mask"}, {15, "Status"}, kDigitalRows};
 
-}  // namespace zth::windows
+}  // namespace zth::tasks

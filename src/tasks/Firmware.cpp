@@ -1,4 +1,4 @@
-#include "shell/Firmware.h"
+#include "tasks/Firmware.h"
 
 #include <algorithm>
 
@@ -7,16 +7,16 @@
 #include "link/Declarations.h"
 #include "link/USBStuff.h"
 #include "platform/PathBytes.h"
-#include "shell/ProgramState.h"
+#include "tasks/TasksState.h"
 
-namespace zth::shell {
+namespace zth::tasks {
 
 namespace {
 
 bool ToAnsiBuffer(const QByteArray& bytes) {
-  Program.AnsiBuffer.fill(0);
+  Work.start.AnsiBuffer.fill(0);
   if (bytes.size() >= kAnsiBufferSize) return false;
-  std::copy(bytes.begin(), bytes.end(), Program.AnsiBuffer.begin());
+  std::copy(bytes.begin(), bytes.end(), Work.start.AnsiBuffer.begin());
   return true;
 }
 
@@ -28,14 +28,14 @@ bool StringToAnsiBuffer(const QString& text) {
 
 std::int16_t LoadFirmwareFile(const platform::Process& process) {
   const QString file = QDir::separator() + QString("ZTH4718FW.Hex");
-  Program.FirmwarePath = process.Folder() + file;
+  Work.start.FirmwarePath = process.Folder() + file;
   if (link::Bus.UsbFunctions.LoadFirmWare == nullptr) return 0;
   const QByteArray bytes = process.Folder().isEmpty() ? platform::ProgramFolderBytes() + platform::PathBytes(file)
-                                                      : platform::PathBytes(Program.FirmwarePath);
-  if (ToAnsiBuffer(bytes)) return link::LoadFirmware(Program.AnsiBuffer.data());
+                                                      : platform::PathBytes(Work.start.FirmwarePath);
+  if (ToAnsiBuffer(bytes)) return link::LoadFirmware(Work.start.AnsiBuffer.data());
   // Called even if the path is too long for the buffer: the library decides what to do with it, and one that finds the
   // file, or needs none, gives the user a working adapter.
   return link::LoadFirmware(bytes.constData());
 }
 
-}  // namespace zth::shell
+}  // namespace zth::tasks

@@ -5,15 +5,15 @@
 
 #include <QString>
 
-namespace zth::shell {
+namespace zth::tasks {
 
 inline constexpr int kAnsiBufferSize = 513;
 
 /// How far the search of a link has got.
 enum class SearchStep { NotBegun, Connecting, Searching, Done };
 
-/// Results of the start. `Program = {}` is the state before the program has started.
-struct ProgramState {
+/// Results of the start.
+struct StartState {
   /// The chip's part number as shown in messages.
   QString DeviceName;
 
@@ -34,6 +34,4 @@ struct ProgramState {
   int SmbusChips = 0;
 };
 
-extern ProgramState Program;
-
-}  // namespace zth::shell
+}  // namespace zth::tasks

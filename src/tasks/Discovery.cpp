@@ -1,4 +1,4 @@
-#include "shell/Discovery.h"
+#include "tasks/Discovery.h"
 
 #include <algorithm>
 #include <array>
@@ -8,14 +8,15 @@
 #include "link/ChipId.h"
 #include "link/Declarations.h"
 #include "link/LinkErrors.h"
+#include "link/SMBusStuff.h"
 #include "link/USBStuff.h"
-#include "shell/ProgramState.h"
-#include "shell/frmSplash.h"
+#include "tasks/Firmware.h"
+#include "tasks/TasksState.h"
 
-namespace zth::shell {
+namespace zth::tasks {
 
 void SetDeviceName() {
-  Program.DeviceName = QStringLiteral("ZTH4718");
+  Work.start.DeviceName = QStringLiteral("ZTH4718");
 }
 
 namespace {
@@ -30,51 +31,57 @@ constexpr int kLastSmbusAddress = 0x7F;
 /// A search, with the objects it needs.
 class Search {
  public:
-  Search(frmSplash& splash, platform::Services& services) : splash_(splash), services_(services) {}
+  Search(SearchSigns& signs, platform::Services& services) : signs_(signs), services_(services) {}
 
   std::vector<QString> Run() {
     WaitForAdapter();
     if (link::Bus.UsbPresent) SearchUsb();
     if (link::Bus.SmbusPresent) SearchSmbus();
-    splash_.SetProgress(100);
+    SetProgress(100);
     return std::move(found_);
   }
 
  private:
+  void SetProgress(double percent) {
+    progress_ = percent;
+    signs_.SetProgress(percent);
+  }
+  void Advance(double percent) { SetProgress(progress_ + percent); }
+
   void Tell(const QString& text) {
-    splash_.SetStep(text);
+    signs_.SetStep(text);
     services_.events.PumpPaint();
   }
 
   /// After the download the adapter leaves the USB and returns with its firmware; five seconds are enough.
   void WaitForAdapter() {
-    splash_.SetBoard(link::BoardNameOf(link::Bus.UsbPresent ? link::kModeUsb : link::kModeSmbus));
-    splash_.SetProgress(0);
-    splash_.SetStep("Downloading Firmware...");
-    splash_.ShowProgress();
+    signs_.SetBoard(link::BoardNameOf(link::Bus.UsbPresent ? link::kModeUsb : link::kModeSmbus));
+    SetProgress(0);
+    signs_.SetStep("Downloading Firmware...");
+    signs_.ShowProgress();
     services_.events.PumpPaint();
     Tell("Enumerating...");
-    while (splash_.Progress() < 50) {
-      splash_.SetProgress(splash_.Progress() + 0.5);
+    while (progress_ < 50) {
+      Advance(0.5);
       services_.clock.WaitMs(50);
       services_.events.Pump();
     }
   }
 
   void SearchUsb() {
-    Program.UsbSearch = SearchStep::Connecting;
+    Work.start.UsbSearch = SearchStep::Connecting;
     Tell("Connecting...");
     if (!Connect()) link::ReportLinkError(link::kConnectionFailed);
-    Program.UsbSearch = SearchStep::Searching;
-    splash_.SetProgress(76);
+    Work.start.UsbSearch = SearchStep::Searching;
+    SetProgress(76);
     link::Bus.InterfaceMode = link::kModeUsb;
-    Tell("Searching for " + Program.DeviceName + " on USB...");
+    Tell("Searching for " + Work.start.DeviceName + " on USB...");
     WaitPainted(1000, services_);
     for (const int address : kUsbAddresses) {
-      splash_.SetProgress(splash_.Progress() + 4);
+      Advance(4);
       Probe(address);
     }
-    Program.UsbSearch = SearchStep::Done;
+    Work.start.UsbSearch = SearchStep::Done;
   }
 
   bool Connect() {
@@ -90,25 +97,47 @@ class Search {
 
   void SearchSmbus() {
     link::Bus.InterfaceMode = link::kModeSmbus;
-    splash_.SetBoard(link::BoardName());
-    Tell("Searching for " + Program.DeviceName + " on SMBus...");
+    signs_.SetBoard(link::BoardName());
+    Tell("Searching for " + Work.start.DeviceName + " on SMBus...");
     WaitPainted(1000, services_);
     for (int address = kFirstSmbusAddress; address <= kLastSmbusAddress; ++address) Probe(address);
-    Program.SmbusSearch = SearchStep::Done;
+    Work.start.SmbusSearch = SearchStep::Done;
   }
 
   void Probe(int address) {
     if (link::ReadRegister(address, "Company ID"_reg) != kCompanyId) return;
-    ++(link::Bus.InterfaceMode == link::kModeUsb ? Program.UsbChips : Program.SmbusChips);
+    ++(link::Bus.InterfaceMode == link::kModeUsb ? Work.start.UsbChips : Work.start.SmbusChips);
     found_.push_back(link::TextOf({link::Bus.InterfaceMode, address}));
   }
 
-  frmSplash& splash_;
+  SearchSigns& signs_;
   platform::Services& services_;
+  double progress_ = 0;  ///< percent
   std::vector<QString> found_;
 };
 
+/// The library is tried once. Only a missing library counts as absent.
+bool ProbeSmbus(platform::Libraries& libraries) {
+  const QString error = link::LoadSmbus(libraries);
+  link::ProbeSmbusHost();
+  if (error.toLower().contains("file not found")) return false;
+  link::DetectSmbusHost();
+  return true;
+}
+
+bool ProbeUsb(platform::Services& services) {
+  link::LoadUsbFunctions(services.libraries);
+  Work.start.FirmwareResult = LoadFirmwareFile(services.process);
+  return Work.start.FirmwareResult > 0;
+}
+
 }  // namespace
+
+bool ProbeLinks(platform::Services& services) {
+  link::Bus.SmbusPresent = ProbeSmbus(services.libraries);
+  link::Bus.UsbPresent = ProbeUsb(services);
+  return link::Bus.SmbusPresent || link::Bus.UsbPresent;
+}
 
 void WaitPainted(float milliseconds, platform::Services& services) {
   constexpr float kPiece = 50;
@@ -124,8 +153,8 @@ void SelectDevice(const QString& item) {
   link::Use(link::ChipOf(item));
 }
 
-std::vector<QString> FindDevices(frmSplash& splash, platform::Services& services) {
-  return Search(splash, services).Run();
+std::vector<QString> FindDevices(SearchSigns& signs, platform::Services& services) {
+  return Search(signs, services).Run();
 }
 
-}  // namespace zth::shell
+}  // namespace zth::tasks

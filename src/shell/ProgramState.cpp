@@ -1,7 +1,0 @@
-#include "shell/ProgramState.h"
-
-namespace zth::shell {
-
-ProgramState Program;
-
-}  // namespace zth::shell
