@@ -71,7 +71,6 @@ void CompareColumns::MakePlace(std::size_t place) {
   auto* open = widgets::Named<QPushButton>(QString("cmdOpen(%1)").arg(place), "...", this);
   open->setToolTip(QString("Shows a file in column %1. Files can be dropped here as well").arg(number));
   open->setAccessibleName(QString("Open a file in column %1").arg(number));
-  open->setMaximumWidth(fontMetrics().averageCharWidth() * 6);
   const int row = static_cast<int>(place) / 2;
   const int column = static_cast<int>(place) % 2 * 3;
   grid->addWidget(label, row, column);

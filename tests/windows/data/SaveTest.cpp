@@ -4,13 +4,18 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QLabel>
 #include <QLocale>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
+#include <QUrl>
 
 #include "chip/ChipState.h"
 #include "chip/RegMapStuff.h"
@@ -286,6 +291,26 @@ TEST_F(SaveTest, ARecallIsCancelledBetweenTwoRegistersAndSaysHowManyItHasWritten
   EXPECT_TRUE(desk.prompts.choicesShown.back().text.startsWith("A recall is running."));
   EXPECT_FALSE(windows::Shared.RecallRunning);
   EXPECT_FALSE(Master().isActive()) << "closed is closed";
+}
+
+TEST_F(SaveTest, ADroppedFileIsChosenInTheDialogAndFilesUsedBeforeAreOffered) {
+  SaveTo("a.sav");
+  desk.board.TakeTraffic();
+  auto& window = Save();
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(Path("a.sav"))});
+  QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &enter);
+  desk.fileDialogs.script.push_back(QString());
+  QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &drop);
+  Desk::Settle();
+  EXPECT_EQ(desk.fileDialogs.shown.back().suggestion, Path("a.sav"));
+  EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "a drop alone writes nothing";
+  Do(window, "cmdRecent");
+  Desk::Get<QAction>(window, "mnuFile(0)").trigger();
+  Desk::Settle();
+  EXPECT_EQ(Writes(desk.board.TakeTraffic()).size(), WritableRows().size());
 }
 
 }  // namespace
