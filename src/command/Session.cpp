@@ -230,9 +230,11 @@ std::vector<Sample> Session::Take(const std::vector<Target>& targets, bool goesO
 void Session::Wait(double seconds) {
   constexpr double kPiece = 0.05;
   const double end = Now() + seconds;
-  for (double left = seconds; left > 0; left = end - Now()) {
+  double left = seconds;
+  while (left > 0) {
     Check();
     setting_.services.clock.WaitMs(static_cast<float>(1000 * std::min(left, kPiece)));
+    left = end - Now();
   }
   Check();
 }

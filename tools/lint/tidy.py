@@ -3,6 +3,8 @@
 
 usage: tidy.py BUILD          the changed sources
        tidy.py BUILD full     all sources, with the static analyzer; writes the record of those without a finding
+       tidy.py BUILD record   the changed sources; brings the record up to date with those without a finding, also when
+                              it is interrupted
 
 The record, tools/lint/clean.txt, holds two checksums for each source: one of the source itself, and one of the source
 together with the project's headers that it includes, .clang-tidy, the warning flags and the version of clang-tidy. A
@@ -78,8 +80,17 @@ def tidy(build, path, analyzer):
     return told
 
 
+def write_record(now, common, clean):
+    # A source that somebody has edited since is not what was checked.
+    content.cache_clear()
+    included.cache_clear()
+    same = (name for name, pair in now.items() if name in clean and sums(TOP / name, common) == pair)
+    rows = "".join(f"{now[name][0]} {now[name][1]} {name}\n" for name in same)
+    RECORD.write_text("# Sources that the whole lint found clean: see tidy.py, which writes this file.\n" + rows)
+
+
 def main():
-    build, full = sys.argv[1], sys.argv[2:] == ["full"]
+    build, mode = sys.argv[1], (sys.argv[2:] or [""])[0]
     version = subprocess.run(["clang-tidy", "--version"], capture_output=True, check=True).stdout
     common = digest(re.search(rb"version [\d.]+", version)[0], content(TOP / ".clang-tidy"),
                     content(TOP / "cmake/HouseFlags.cmake")).encode()
@@ -88,25 +99,30 @@ def main():
         for folder in FOLDERS
         for path in sorted((TOP / folder).rglob("*.cpp"))
     }
-    before = {} if full else recorded()
-    changed = {name: pair for name, pair in now.items() if before.get(name, ("", ""))[1] != pair[1]}
-    jobs = [(name, name not in before or before[name][0] != pair[0]) for name, pair in changed.items()]
+    before = {} if mode == "full" else recorded()
+    clean = {name for name, pair in now.items() if before.get(name, ("", ""))[1] == pair[1]}
+    jobs = [(name, name not in before or before[name][0] != pair[0]) for name, pair in now.items() if name not in clean]
+    jobs.sort(key=lambda job: not job[1])
     print(f"{len(jobs)} of {len(now)} sources, {sum(deep for _, deep in jobs)} of them with the static analyzer")
     sys.stdout.flush()
 
-    found = set()
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        for (name, _), told in zip(jobs, pool.map(lambda job: tidy(build, *job), jobs)):
-            if told:
-                print(told, flush=True)
-                found.add(name)
-    if full:
-        # A source that somebody has edited since is not what was checked.
-        content.cache_clear()
-        included.cache_clear()
-        same = (name for name, pair in now.items() if name not in found and sums(TOP / name, common) == pair)
-        rows = "".join(f"{now[name][0]} {now[name][1]} {name}\n" for name in same)
-        RECORD.write_text("# Sources that the whole lint found clean: see tidy.py, which writes this file.\n" + rows)
+    found = False
+    try:
+        with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+            tasks = {pool.submit(tidy, build, *job): job[0] for job in jobs}
+            try:
+                for task in concurrent.futures.as_completed(tasks):
+                    if told := task.result():
+                        print(told, flush=True)
+                        found = True
+                    else:
+                        clean.add(tasks[task])
+            except KeyboardInterrupt:
+                pool.shutdown(cancel_futures=True)
+                raise
+    finally:
+        if mode in ("full", "record"):
+            write_record(now, common, clean)
     return 1 if found else 0
 
 

@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateTime>
+#include <QEvent>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QItemSelectionModel>
