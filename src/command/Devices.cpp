@@ -13,7 +13,8 @@ constexpr char kLoadDriver[] =
     "load the driver of this PC's SMBus host, \"sudo modprobe i2c-i801\" (Intel) or \"sudo modprobe i2c-piix4\" (AMD)";
 constexpr char kLoadModule[] = "\"sudo modprobe i2c-dev\"";
 constexpr char kJoinGroup[] =
-    "\"sudo usermod -aG i2c $USER\", log in again; docs/hardware.md tells of the rule that gives the node to this group";
+    "\"sudo usermod -aG i2c $USER\", log in again; docs/hardware.md tells of the rule that gives the node to this "
+    "group";
 
 /// One line of the report.
 struct Finding {

@@ -17,7 +17,8 @@ void ShowReport(const Session& session) {
   }
 }
 
-/// A library that names its board before it has looked for one needs no device of this machine: it simulates or replays.
+/// A library that names its board before it has looked for one needs no device of this machine: it simulates or
+/// replays.
 bool NeedsDevices(std::int16_t mode) {
   return link::BoardNameOf(mode).isEmpty();
 }

@@ -39,7 +39,8 @@ struct ReadingKind {
 };
 constexpr std::array<ReadingKind, 7> kKinds{{
     {4, "zth4718_temperature_celsius", "celsius", "Measured temperature.", " Temp", 1},
-    {12, "zth4718_fan_speed_rpm", "rpm", "Measured fan speed; 0 for a fan that stands still.", "", 1},
+    {12, "zth4718_fan_speed_rpm", "rpm", "Measured fan speed; 0 for a fan that stands still or is not measured.", "",
+     1},
     {16, "zth4718_duty_ratio", "ratio", "Duty of a PWM output.", "%", 100},
     {39, "zth4718_voltage_volts", "volts", "Measured supply voltage.", "", 1},
     {43, "zth4718_tmin_celsius", "celsius", "Temperature at which the fans of a channel start.", " Tmin", 1},
@@ -151,7 +152,7 @@ std::vector<MetricFamily> WatchOf(const Monitor& monitor, bool isStuck) {
     transfers.samples.push_back({labels, static_cast<double>(chip.transfers)});
     if (chip.failures) failures.samples.push_back({labels, static_cast<double>(*chip.failures)});
   }
-  MetricFamily build{"zth4718_build", MetricType::Info, "", "The program's version.", {}};
+  MetricFamily build = Gauge("zth4718_build_info", "", "Always 1; the program's version.");
   build.samples.push_back({{{"version", base::kVersionText}}, 1});
   return {up, readAt, transfers, failures, build};
 }
@@ -166,9 +167,9 @@ std::string HealthText(const Monitor& monitor, bool isStuck) {
   if (isStuck) text += "A transfer has not come back for a while.\n";
   for (const PolledChip& chip : monitor.Chips()) {
     text += chip.device + (chip.board.empty() ? "" : " (" + chip.board + ")") + ": " +
-            (Answers(chip) ? "answers" : "does not answer") + "; polled since " + TimeText(chip.since) + ", last read " +
-            (chip.readAt.isValid() ? TimeText(chip.readAt) : "never") + ", " + std::to_string(chip.transfers) +
-            " transfers";
+            (Answers(chip) ? "answers" : "does not answer") + "; polled since " + TimeText(chip.since) +
+            ", last read " + (chip.readAt.isValid() ? TimeText(chip.readAt) : "never") + ", " +
+            std::to_string(chip.transfers) + " transfers";
     text += chip.failures ? ", " + std::to_string(*chip.failures) + " failed\n" : ", failures not known\n";
   }
   return text;

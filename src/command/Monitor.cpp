@@ -25,7 +25,7 @@ constexpr double kFirstRetry = 5;    // seconds; an adapter needs them to return
 constexpr double kRarestRetry = 60;  // seconds
 
 std::string DeviceOf(const link::ChipId& chip) {
-  const std::string text = link::TextOf(chip).toStdString();
+  const std::string text = link::TextOf(chip).toLower().toStdString();
   return text.substr(0, text.find('h')) + (chip.mode == link::kModeUsb ? "@usb" : "@smbus");
 }
 
@@ -154,8 +154,8 @@ void Monitor::NoteFailure(PolledChip& chip) {
 }
 
 bool Monitor::AdapterIsLost() const {
-  return std::ranges::all_of(
-      chips_, [](const PolledChip& chip) { return chip.id.mode != link::kModeUsb || chip.isLost; });
+  return std::ranges::all_of(chips_,
+                             [](const PolledChip& chip) { return chip.id.mode != link::kModeUsb || chip.isLost; });
 }
 
 }  // namespace zth::command

@@ -29,14 +29,14 @@ struct PolledChip {
   bool isLost = false;                      ///< it does not answer, and is tried again more rarely
 
   bool hasPins = false;
-  std::int16_t phase = 0;    ///< 0 to 5: the next group to read, minus 1
+  std::int16_t phase = 0;  ///< 0 to 5: the next group to read, minus 1
   int failedInARow = 0;
-  double endedAt = 0;        ///< when the last read ended, in seconds of the clock
-  double waits = 0;          ///< seconds until the next read
+  double endedAt = 0;  ///< when the last read ended, in seconds of the clock
+  double waits = 0;    ///< seconds until the next read
 };
 
-/// Reads the chips' measurements in rotation as the program's monitor does: the same transfers at the same pace for each
-/// chip. A chip whose reads fail three times in a row counts as lost until one succeeds.
+/// Reads the chips' measurements in rotation as the program's monitor does: the same transfers at the same pace for
+/// each chip. A chip whose reads fail three times in a row counts as lost until one succeeds.
 class Monitor {
  public:
   /// With `readsAlerts` the host's status registers are read too, behind each round.

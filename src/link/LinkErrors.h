@@ -25,7 +25,8 @@ void Attach(platform::Services& services, std::function<void()> closeAllWindows)
 /// kHeaterError answered with No. While it runs, no operation reaches a transport.
 void ReportLinkError(int code);
 
-/// Opens the link again after a report that an exception of `ask` has left, for a caller that goes on without an answer.
+/// Opens the link again after a report that an exception of `ask` has left, for a caller that goes on without an
+/// answer.
 void OpenAfterFailure();
 
 /// False while a failure is being reported and after the program has ended. The master timer then skips its jobs, and a

@@ -49,9 +49,10 @@ struct ConsoleServices::Parts {
 };
 
 ConsoleServices::ConsoleServices()
-    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,  parts_->shell,
-                                              parts_->clock,     parts_->events,      parts_->libraries, parts_->files,
-                                              parts_->clipboard, parts_->process,     &parts_->machine,  &parts_->pageHost} {}
+    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,
+                                              parts_->shell,     parts_->clock,       parts_->events,
+                                              parts_->libraries, parts_->files,       parts_->clipboard,
+                                              parts_->process,   &parts_->machine,    &parts_->pageHost} {}
 
 ConsoleServices::~ConsoleServices() = default;
 

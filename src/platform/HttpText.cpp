@@ -19,13 +19,14 @@ constexpr int kHeadTooLarge = 431;
 constexpr int kVersionUnknown = 505;
 
 std::string_view Reason(int status) {
-  constexpr std::array<std::pair<int, std::string_view>, 7> kReasons{{{200, "OK"},
-                                                                      {kBadRequest, "Bad Request"},
-                                                                      {kNotFound, "Not Found"},
-                                                                      {kNotAllowed, "Method Not Allowed"},
-                                                                      {kHeadTooLarge, "Request Header Fields Too Large"},
-                                                                      {503, "Service Unavailable"},
-                                                                      {kVersionUnknown, "HTTP Version Not Supported"}}};
+  constexpr std::array<std::pair<int, std::string_view>, 7> kReasons{
+      {{200, "OK"},
+       {kBadRequest, "Bad Request"},
+       {kNotFound, "Not Found"},
+       {kNotAllowed, "Method Not Allowed"},
+       {kHeadTooLarge, "Request Header Fields Too Large"},
+       {503, "Service Unavailable"},
+       {kVersionUnknown, "HTTP Version Not Supported"}}};
   const auto* const row = std::ranges::find(kReasons, status, &std::pair<int, std::string_view>::first);
   return row == kReasons.end() ? "Error" : row->second;
 }

@@ -28,16 +28,6 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
-std::string_view Suffix(MetricType type) {
-  if (type == MetricType::Counter) return "_total";
-  return type == MetricType::Info ? "_info" : "";
-}
-
-std::string_view TypeName(MetricType type, Format format) {
-  if (type == MetricType::Counter) return "counter";
-  return type == MetricType::Info && format == Format::OpenMetrics ? "info" : "gauge";
-}
-
 std::string Line(const std::string& name, const MetricSample& sample) {
   std::string labels;
   for (const auto& [label, text] : sample.labels) {
@@ -53,12 +43,11 @@ std::string Text(const std::vector<MetricFamily>& families, Format format) {
   std::string text;
   for (const MetricFamily& family : families) {
     if (family.samples.empty()) continue;
-    const std::string sample = family.name + std::string(Suffix(family.type));
+    const bool isCounter = family.type == MetricType::Counter;
+    const std::string sample = family.name + (isCounter ? "_total" : "");
     // The older format knows a family by the name of its samples, and has no units.
     const std::string& name = format == Format::OpenMetrics ? family.name : sample;
-    text += "# TYPE " + name + " ";
-    text += TypeName(family.type, format);
-    text += "\n";
+    text += "# TYPE " + name + (isCounter ? " counter\n" : " gauge\n");
     if (format == Format::OpenMetrics && !family.unit.empty()) text += "# UNIT " + name + " " + family.unit + "\n";
     text += "# HELP " + name + " " + Escaped(family.help) + "\n";
     for (const MetricSample& of : family.samples) text += Line(sample, of);

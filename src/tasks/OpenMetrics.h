@@ -8,7 +8,7 @@
 /// Measured values as text for monitoring systems.
 namespace zth::tasks {
 
-enum class MetricType : std::uint8_t { Gauge, Counter, Info };
+enum class MetricType : std::uint8_t { Gauge, Counter };
 
 struct MetricSample {
   std::vector<std::pair<std::string, std::string>> labels;  ///< names and texts; one with an empty text is left out
@@ -17,7 +17,7 @@ struct MetricSample {
 
 /// Samples of one kind.
 struct MetricFamily {
-  std::string name;  ///< without the "_total" of a counter and the "_info" of an info; ends with the unit, if any
+  std::string name;  ///< without the "_total" of a counter; ends with the unit, if any
   MetricType type = MetricType::Gauge;
   std::string unit;  ///< "celsius"; empty for none
   std::string help;

@@ -54,6 +54,7 @@ TEST(UsbAdapter, StartsAsTheSettingsSay) {
   Usb third("connect-at-try = 3");
   EXPECT_TRUE(third.Connect() != 0 && third.Connect() != 0 && third.Connect() == 0 && third.Connect() == 0);
   EXPECT_LE(Usb("firmware = refused").adapter.LoadFirmware(), 0);
+  EXPECT_EQ(Usb("set-up = 0x28 0x40 0x07 0xFF").Read(0x28), 0x40);
 }
 
 TEST(UsbAdapter, HasTheChipsOfTheSettingsWithSwitchesOnTheFirst) {
