@@ -1,4 +1,5 @@
 #include <charconv>
+#include <cmath>
 #include <memory>
 #include <utility>
 
@@ -53,14 +54,17 @@ void Announce(const Session& session, const Monitor& monitor, const std::string&
 void Serve(Session& session, platform::PageServer& server, bool readsAlerts, const std::string& url) {
   Monitor monitor(session, session.ChipsMeant(), readsAlerts);
   Announce(session, monitor, url);
-  double shownAt = -kRenewal;
+  double tick = session.Now();
+  double shownAt = tick - kRenewal;
   try {
     for (;;) {
       if (monitor.Tick() || session.Now() - shownAt >= kRenewal) {
         server.Show(PagesOf(monitor), StuckPagesOf(monitor), kStuckAfter);
         shownAt = session.Now();
       }
-      session.Wait(Monitor::kTick);
+      // At whole ticks, as a timer does: reads that take a while do not make the next ones follow any sooner.
+      tick += Monitor::kTick * (std::floor((session.Now() - tick) / Monitor::kTick) + 1);
+      session.Wait(tick - session.Now());
     }
   } catch (const Failure& failure) {
     if (failure.status != kEnded) throw;

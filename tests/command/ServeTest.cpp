@@ -160,8 +160,9 @@ TEST_F(ServeTest, AChipThatFailsIsToldOnceAndTriedMoreRarely) {
   };
   int checks = 0;
   onPump = [&](double left) {
-    isDead = left < 56 && left > 8;
-    if (left < 10 && left > 9.9 && checks++ == 0) {
+    isDead = left < 56 && left > 22;
+    if (left < 30 && checks == 0) {
+      ++checks;
       EXPECT_TRUE(host.Has(R"(zth4718_up{device="2c@smbus"} 0)"));
       EXPECT_TRUE(host.Has(R"(zth4718_up{device="58@usb"} 1)"));
       EXPECT_EQ(host.Metrics().find("celsius{device=\"2c@smbus\""), std::string::npos) << "no reading is made up";
@@ -184,11 +185,15 @@ TEST_F(ServeTest, AChipThatFailsIsToldOnceAndTriedMoreRarely) {
 }
 
 TEST_F(ServeTest, AnAdapterThatWasUnpluggedIsTakenUpAgain) {
+  bool isPlugged = true;
   onPump = [&](double left) {
-    desk.board.failFrom = left < 35 && left > 20 ? std::optional(0) : std::nullopt;
-    desk.board.firmwareResult = desk.board.failFrom ? 0 : 1;
+    if (left < 75 && left > 74) isPlugged = false;
+    // Even when it is back, its transfers fail until it has been asked for contact.
+    desk.board.failMatching = isPlugged ? "" : "usb B";
+    desk.board.firmwareResult = left < 65 ? 1 : 0;
+    desk.board.onTransfer = [&] { isPlugged = isPlugged || desk.board.traffic.back() == "usb C 30:33"; };
   };
-  const Traffic sent = Serve({"--device", "58@usb", "serve"}, 40);
+  const Traffic sent = Serve({"--device", "58@usb", "serve"}, 80);
   EXPECT_TRUE(host.Has(R"(zth4718_up{device="58@usb"} 1)")) << error;
   EXPECT_NE(error.find("58h on USB answers again"), std::string::npos) << error;
   EXPECT_EQ(host.Metrics().find("failed_transfers_total{device=\"58@usb\"} 0\n"), std::string::npos);
