@@ -191,7 +191,11 @@ TEST_F(ServeTest, AnAdapterThatWasUnpluggedIsTakenUpAgain) {
     // Even when it is back, its transfers fail until it has been asked for contact.
     desk.board.failMatching = isPlugged ? "" : "usb B";
     desk.board.firmwareResult = left < 65 ? 1 : 0;
-    desk.board.onTransfer = [&] { isPlugged = isPlugged || desk.board.traffic.back() == "usb C 30:33"; };
+    desk.board.onTransfer = [&] {
+      if (desk.board.traffic.back() != "usb C 30:33") return;
+      isPlugged = true;
+      desk.board.failMatching.clear();
+    };
   };
   const Traffic sent = Serve({"--device", "58@usb", "serve"}, 80);
   EXPECT_TRUE(host.Has(R"(zth4718_up{device="58@usb"} 1)")) << error;
