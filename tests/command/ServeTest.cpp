@@ -39,10 +39,10 @@ class ShownPages final : public platform::PageHost {
   class Server final : public platform::PageServer {
    public:
     explicit Server(ShownPages& host) : host_(host) {}
-    void Show(std::vector<platform::Page> pages, std::vector<platform::Page> late, double seconds) override {
+    void Show(std::vector<platform::Page> now, std::vector<platform::Page> then, double seconds) override {
       EXPECT_GT(seconds, 5);
-      host_.pages = std::move(pages);
-      host_.late = std::move(late);
+      host_.pages = std::move(now);
+      host_.late = std::move(then);
       const int status = host_.At("/").status;
       if (host_.statuses.empty() || host_.statuses.back() != status) host_.statuses.push_back(status);
     }
@@ -59,7 +59,7 @@ class ServeTest : public CommandTest {
   ServeTest() { desk.services.pageHost = &host; }
 
   /// Serves for so many seconds behind the start, and returns the transfers behind those of the start.
-  Traffic Serve(std::vector<std::string> arguments, double seconds) {
+  Traffic Serve(const std::vector<std::string>& arguments, double seconds) {
     EXPECT_EQ(Run({"find"}), command::kDone);
     const auto start = static_cast<std::ptrdiff_t>(traffic.size());
     const double end = desk.clock.Now() + kStart + seconds;
@@ -67,7 +67,7 @@ class ServeTest : public CommandTest {
       if (desk.clock.Now() > end) desk.process.orders.end();
       if (onPump) onPump(end - desk.clock.Now());
     };
-    EXPECT_EQ(Run(std::move(arguments)), command::kDone) << error;
+    EXPECT_EQ(Run(arguments), command::kDone) << error;
     desk.events.onPump = nullptr;
     return {traffic.begin() + std::min(start, static_cast<std::ptrdiff_t>(traffic.size())), traffic.end()};
   }
