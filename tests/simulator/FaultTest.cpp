@@ -149,6 +149,7 @@ TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
       "ambient = 101 => from -40 to 100; ambient = nan => from -40 to 100; "
       "time-factor = 0 => from 0.01 to 1000; revision = 256 => from 0 to 255; revision = 1.5 => whole number; "
       "seed = -1 => whole number; usb = => bus addresses; usb = 0x58 0x80 => '0x80'; smbus = 0x2C 44 => twice; "
+      "set-up = 7 => in turn; set-up = 7 256 => '256'; "
       "firmware = maybe => accepted or refused; fault => begins with; fault fan 1 stalled => begins with; "
       "fault at soon fan 1 stalled => 'soon'; fault from 5 to 5 fan 1 stalled => ends before; "
       "fault at 5 => missing; fault at 5 fan 9 stalled => fans 1 to 8; "
