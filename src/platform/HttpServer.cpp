@@ -97,7 +97,16 @@ class Client {
 
   /// Goes on after a poll. False when the connection is over.
   bool GoOn(const Shelf& shelf) {
-    if (!out_.empty()) return Write(shelf);
+    if (out_.empty() && !Receive()) return false;
+    while (!out_.empty() || TakeRequest(shelf)) {
+      if (!Send()) return false;
+      if (!out_.empty()) return true;
+    }
+    return true;
+  }
+
+ private:
+  bool Receive() {
     std::array<char, 4096> bytes{};
     const auto count = ::recv(Number(), bytes.data(), bytes.size(), 0);
     if (count < 0) return errno == EAGAIN || errno == EINTR;
@@ -105,39 +114,38 @@ class Client {
     if (drains_) return true;
     if (in_.empty()) deadline_ = After(kRequestSeconds);
     in_.append(bytes.data(), static_cast<std::size_t>(count));
-    return Answer(shelf);
+    return true;
   }
 
- private:
-  /// Answers the requests that are complete, one after the other.
-  bool Answer(const Shelf& shelf) {
+  /// Has the answer to the next request ready; false if there is none that is complete.
+  bool TakeRequest(const Shelf& shelf) {
+    if (drains_) return false;
     const HttpHead head = ReadHttpHead(in_);
-    if (head.size == 0) return true;
+    if (head.size == 0) return false;
     in_.erase(0, head.size);
-    stays_ = head.fault == 0 && head.request.keepsAlive;
-    // A refusal says that the connection ends, and so it must.
-    if (head.request.method != "GET" && head.request.method != "HEAD") stays_ = false;
+    const bool isAllowed = head.request.method == "GET" || head.request.method == "HEAD";
+    stays_ = head.fault == 0 && isAllowed && head.request.keepsAlive;
     out_ = head.fault != 0 ? HttpRefusal(head.fault) : HttpAnswer(head.request, *shelf.Take(), stays_);
     sent_ = 0;
     deadline_ = After(kAnswerSeconds);
-    return Write(shelf);
+    return true;
   }
 
-  bool Write(const Shelf& shelf) {
+  bool Send() {
     const auto count = ::send(Number(), out_.data() + sent_, out_.size() - sent_, MSG_NOSIGNAL);
     if (count < 0) return errno == EAGAIN || errno == EINTR;
     sent_ += static_cast<std::size_t>(count);
     if (sent_ < out_.size()) return true;
     out_.clear();
-    if (!stays_) {
-      // Not closed at once: what the client is still sending would reset the connection, and with it the answer.
-      ::shutdown(Number(), SHUT_WR);
-      drains_ = true;
-      deadline_ = After(kDrainSeconds);
+    if (stays_) {
+      deadline_ = After(in_.empty() ? kIdleSeconds : kRequestSeconds);
       return true;
     }
-    deadline_ = After(in_.empty() ? kIdleSeconds : kRequestSeconds);
-    return in_.empty() || Answer(shelf);
+    // Not closed at once: what the client is still sending would reset the connection, and with it the answer.
+    ::shutdown(Number(), SHUT_WR);
+    drains_ = true;
+    deadline_ = After(kDrainSeconds);
+    return true;
   }
 
   Descriptor socket_;
