@@ -1,52 +1,95 @@
 #include "characterise/Characteriser.h"
 
+#include <algorithm>
 #include <utility>
 
-namespace zth::characterise {
+#include "characterise/Run.h"
+#include "link/ChipId.h"
+#include "link/LinkErrors.h"
 
-class Run {};
+namespace zth::characterise {
+namespace {
+
+constexpr char kLinkFailed[] = "A transfer with the board failed";
+
+}  // namespace
 
 Characteriser::Characteriser(platform::Services& services) : services_(services) {}
-Characteriser::~Characteriser() = default;
-void Characteriser::Start(const Settings& settings) {
-  empty_.settings = settings;
-  empty_.ending = Ending::Refused;
-  empty_.endWords = "Not built yet";
-  if (finished_) finished_();
-}
-void Characteriser::Tick() {}
-void Characteriser::Cancel() {}
-void Characteriser::Abort() {}
-bool Characteriser::IsRunning() const {
-  return false;
-}
-double Characteriser::Progress() const {
-  return 0;
-}
-double Characteriser::SecondsLeft() const {
-  return 0;
-}
-std::string Characteriser::Words() const {
-  return {};
-}
-const Characterisation& Characteriser::Data() const {
-  return empty_;
-}
-bool Characteriser::Owns(std::uint8_t /*reg*/) const {
-  return false;
-}
-bool Characteriser::OwnsHeater(int /*heater*/) const {
-  return false;
-}
-std::vector<std::uint8_t> Characteriser::Owned() const {
-  return {};
-}
-void Characteriser::OnFinished(std::function<void()> finished) {
-  finished_ = std::move(finished);
+
+Characteriser::~Characteriser() {
+  finished_ = nullptr;
+  Abort();
 }
 
-std::string CheckSettings(const Settings& settings) {
-  return settings.pwms.empty() ? "No PWM is chosen; choose one" : "";
+void Characteriser::Start(const Settings& settings) {
+  if (IsRunning()) return;
+  run_ = std::make_unique<Run>(services_, settings);
+  if (run_->IsOver()) return NoteEnd();
+  // Another's transfer may fail as well; the program then ends, and nothing must stay as the run has set it.
+  link::BeforeReport([this] {
+    if (!IsRunning()) return;
+    run_->EndNow(Ending::TransferFailed, kLinkFailed);
+    NoteEnd();
+  });
+}
+
+void Characteriser::Tick() {
+  if (!IsRunning()) return;
+  run_->Tick();
+  if (run_->IsOver()) NoteEnd();
+}
+
+void Characteriser::Cancel() {
+  if (IsRunning()) run_->End(Ending::Cancelled, "Cancelled");
+}
+
+void Characteriser::Abort() {
+  if (!IsRunning()) return;
+  run_->EndNow(Ending::Closed, "Closed before its end");
+  NoteEnd();
+}
+
+void Characteriser::NoteEnd() {
+  link::BeforeReport(nullptr);
+  if (finished_) finished_();
+}
+
+bool Characteriser::IsRunning() const {
+  return run_ != nullptr && !run_->IsOver();
+}
+
+double Characteriser::Progress() const {
+  return run_ == nullptr ? 0 : run_->Progress();
+}
+
+double Characteriser::SecondsLeft() const {
+  return run_ == nullptr ? 0 : run_->SecondsLeft();
+}
+
+std::string Characteriser::Words() const {
+  return run_ == nullptr ? std::string() : run_->Words();
+}
+
+const Characterisation& Characteriser::Data() const {
+  return run_ == nullptr ? empty_ : run_->Data();
+}
+
+bool Characteriser::Owns(std::uint8_t reg) const {
+  return IsRunning() && std::ranges::find(Owned(), reg) != Owned().end();
+}
+
+bool Characteriser::OwnsHeater(int heater) const {
+  if (!IsRunning()) return false;
+  const Settings& settings = run_->Data().settings;
+  return run_->Held().OwnsHeater(heater) || ((settings.heat || settings.controller) && settings.heater == heater);
+}
+
+std::vector<std::uint8_t> Characteriser::Owned() const {
+  return IsRunning() ? run_->Owned() : std::vector<std::uint8_t>();
+}
+
+void Characteriser::OnFinished(std::function<void()> finished) {
+  finished_ = std::move(finished);
 }
 
 }  // namespace zth::characterise

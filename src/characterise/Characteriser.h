@@ -59,6 +59,8 @@ class Characteriser {
   void OnFinished(std::function<void()> finished);
 
  private:
+  void NoteEnd();
+
   platform::Services& services_;
   std::unique_ptr<Run> run_;
   std::function<void()> finished_;
