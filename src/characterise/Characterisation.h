@@ -48,42 +48,42 @@ enum class Fate : std::uint8_t {
 };
 
 struct PartState {
-  std::string name;  ///< "PWM1 Config (21h)", "Heater 1"
-  std::string before;
-  std::string set;  ///< what the run set last
+  std::string name{};  ///< "PWM1 Config (21h)", "Heater 1"
+  std::string before{};
+  std::string set{};  ///< what the run set last
   Fate fate = Fate::InUse;
-  std::string words;  ///< the fate for people: "as before, verified"
+  std::string words{};  ///< the fate for people: "as before, verified"
 };
 
 /// A register that differs from its default.
 struct Departure {
   std::uint8_t reg = 0;
-  std::string name;
+  std::string name{};
   std::uint8_t value = 0;
   std::uint8_t standard = 0;
 };
 
 struct Characterisation {
-  Settings settings;
-  std::string board;    ///< as the link's library names it; may be empty
-  std::string chip;     ///< "58h on USB"
-  std::string device;   ///< revision and identification of the chip
-  std::string version;  ///< of this software
-  std::string began;    ///< local time, "2026-03-01 10:20:30"
-  std::string ended;    ///< empty while running
-  double seconds = 0;   ///< since the start
+  Settings settings{};
+  std::string board{};    ///< as the link's library names it; may be empty
+  std::string chip{};     ///< "58h on USB"
+  std::string device{};   ///< revision and identification of the chip
+  std::string version{};  ///< of this software
+  std::string began{};    ///< local time, "2026-03-01 10:20:30"
+  std::string ended{};    ///< empty while running
+  double seconds = 0;     ///< since the start
 
-  std::vector<Point> points;
-  std::vector<FanResult> fans;
-  std::optional<HeatResult> heat;
-  std::optional<ControllerResult> controller;
+  std::vector<Point> points{};
+  std::vector<FanResult> fans{};
+  std::optional<HeatResult> heat{};
+  std::optional<ControllerResult> controller{};
 
   Ending ending = Ending::Running;
-  std::string endWords;               ///< for people, a sentence
-  bool boardAsFound = false;          ///< all parts are as before, or heaters off, and verified
-  std::vector<PartState> parts;       ///< all that the run has set, in the order of the first writes
-  std::vector<Departure> departures;  ///< read before the run changes anything
-  std::vector<std::string> remarks;   ///< for people, sentences
+  std::string endWords{};               ///< for people, a sentence
+  bool boardAsFound = false;            ///< all parts are as before, or heaters off, and verified
+  std::vector<PartState> parts{};       ///< all that the run has set, in the order of the first writes
+  std::vector<Departure> departures{};  ///< read before the run changes anything
+  std::vector<std::string> remarks{};   ///< for people, sentences
 };
 
 }  // namespace zth::characterise

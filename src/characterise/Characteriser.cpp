@@ -75,7 +75,8 @@ const Characterisation& Characteriser::Data() const {
 }
 
 bool Characteriser::Owns(std::uint8_t reg) const {
-  return IsRunning() && std::ranges::find(Owned(), reg) != Owned().end();
+  const std::vector<std::uint8_t> owned = Owned();
+  return std::ranges::find(owned, reg) != owned.end();
 }
 
 bool Characteriser::OwnsHeater(int heater) const {

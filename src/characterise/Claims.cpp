@@ -20,10 +20,6 @@ std::uint8_t Byte(unsigned value) {
   return static_cast<std::uint8_t>(value);
 }
 
-bool IsDuty(std::uint8_t reg) {
-  return reg >= "PWM 1 Value"_reg && reg < "PWM 1 Value"_reg + kPwms;
-}
-
 /// Whether the transfer succeeded. An SMBus library that does not count failures always says so: hence the read after.
 bool Write(std::uint8_t reg, unsigned value) {
   const link::Quiet quiet;

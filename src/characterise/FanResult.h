@@ -40,25 +40,25 @@ enum class TachState : std::uint8_t {
 struct TachResult {
   int tach = 0;
   TachState state = TachState::Dead;
-  std::string words;                     ///< the state for people, a sentence
-  std::vector<SpeedAtDuty> speeds;       ///< down from 100 %, then up, in the order measured
-  std::optional<double> stallDuty;       ///< the highest duty downwards at which it stands still
-  std::optional<double> startDuty;       ///< the lowest duty upwards at which it turns
-  std::optional<double> hysteresis;      ///< start - stall
-  double topRpm = 0;                     ///< at 100 %
-  double lowestRpm = 0;                  ///< the slowest settled speed
-  std::optional<Estimate> slope;         ///< rpm per percent of duty: straight line through the speeds while turning
-  std::optional<Estimate> intercept;     ///< rpm at 0 %
-  double linearity = 0;                  ///< largest distance from that line, percent of topRpm
-  double noise = 0;                      ///< percent, median over the settled speeds
-  std::optional<double> spinUp;          ///< from standstill to 90 % of the top speed at full duty, s
-  std::optional<Estimate> timeConstant;  ///< of that rise, s
+  std::string words{};                     ///< the state for people, a sentence
+  std::vector<SpeedAtDuty> speeds{};       ///< down from 100 %, then up, in the order measured
+  std::optional<double> stallDuty{};       ///< the highest duty downwards at which it stands still
+  std::optional<double> startDuty{};       ///< the lowest duty upwards at which it turns
+  std::optional<double> hysteresis{};      ///< start - stall
+  double topRpm = 0;                       ///< at 100 %
+  double lowestRpm = 0;                    ///< the slowest settled speed
+  std::optional<Estimate> slope{};         ///< rpm per percent of duty: straight line through the speeds while turning
+  std::optional<Estimate> intercept{};     ///< rpm at 0 %
+  double linearity = 0;                    ///< largest distance from that line, percent of topRpm
+  double noise = 0;                        ///< percent, median over the settled speeds
+  std::optional<double> spinUp{};          ///< from standstill to 90 % of the top speed at full duty, s
+  std::optional<Estimate> timeConstant{};  ///< of that rise, s
 };
 
 struct FanResult {
   int pwm = 0;
-  std::string words;  ///< what is wrong with the PWM as a whole; empty: nothing
-  std::vector<TachResult> tachs;
+  std::string words{};  ///< what is wrong with the PWM as a whole; empty: nothing
+  std::vector<TachResult> tachs{};
 };
 
 }  // namespace zth::characterise

@@ -43,8 +43,14 @@ Run::Run(platform::Services& services, const Settings& settings)
   data_.settings = settings;
   Describe();
   const std::string why = CheckSettings(settings);
-  if (!why.empty()) return Refuse(why);
-  if (chip_.mode != link::kModeUsb && chip_.mode != link::kModeSmbus) return Refuse("There is no chip");
+  if (!why.empty()) {
+    Refuse(why);
+    return;
+  }
+  if (chip_.mode != link::kModeUsb && chip_.mode != link::kModeSmbus) {
+    Refuse("There is no chip");
+    return;
+  }
   if (settings.fans) parts_.push_back(std::make_unique<FanPart>(settings));
   if (settings.heat) parts_.push_back(std::make_unique<HeatPart>(settings));
   if (settings.controller) parts_.push_back(std::make_unique<ControllerPart>(settings));
