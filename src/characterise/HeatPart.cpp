@@ -15,7 +15,7 @@ constexpr double kRestWindow = 20;      // seconds
 constexpr double kRestDrift = 0.15;     // K over the window
 constexpr double kLeastHeating = 20;    // seconds
 constexpr double kConstants = 3;        // time constants that are waited for
-constexpr double kGoodConstant = 0.02;  // relative uncertainty that is waited for
+constexpr double kGoodConstant = 0.012;  // relative uncertainty that is waited for
 constexpr double kLeastRise = 1;        // K
 constexpr double kMargin = 2;           // K below the limit
 constexpr double kCheckEvery = 2;       // seconds
@@ -64,6 +64,7 @@ void HeatPart::Prepare(Bench& bench) {
     }
   }
   bench.SetHeater(0);
+  bench.Every().temperatures = 0.25;
 }
 
 void HeatPart::BeginDuty(Bench& bench) {
