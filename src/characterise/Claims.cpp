@@ -1,6 +1,7 @@
 #include "characterise/Claims.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "chip/Conversions.h"
 #include "chip/RegisterNames.h"
@@ -13,8 +14,6 @@
 
 namespace zth::characterise {
 namespace {
-
-constexpr int kTries = 3;
 
 std::uint8_t Byte(unsigned value) {
   return static_cast<std::uint8_t>(value);
@@ -127,17 +126,24 @@ bool Claims::Set(std::uint8_t reg, unsigned mask, unsigned value) {
 }
 
 bool Claims::SetDuty(int pwm, std::uint8_t duty) {
-  const auto reg = Byte("PWM 1 Value"_reg + static_cast<unsigned>(pwm - 1));
+  const auto index = static_cast<unsigned>(pwm - 1);
+  const std::uint8_t reg = Byte("PWM 1 Value"_reg + index);
   Claim* claim = Find(Kind::Duty, reg);
   if (claim == nullptr) {
     const auto now = ReadQuietly(reg);
     if (!now) return false;
-    claim =
-        &Enter({.kind = Kind::Duty, .number = reg, .before = Actual(*now), .mask = 0xFF}, tasks::RegisterWords(reg));
+    const Claim* config = Find(Kind::Register, Byte("PWM1 Config"_reg + index));
+    const std::uint8_t manual = base::PutField(0, chip::kBehaviour, chip::kManualMode);
+    claim = &Enter({.kind = Kind::Duty,
+                    .number = reg,
+                    .before = Actual(*now),
+                    .mask = 0xFF,
+                    .beforeConfig = config == nullptr ? manual : config->before},
+                   tasks::RegisterWords(reg));
   }
   claim->written = duty;
   Show(*claim);
-  duties_.at(static_cast<std::size_t>(pwm - 1)) = duty;
+  duties_.at(index) = duty;
   return Write(reg, duty) || Write(reg, duty);
 }
 
@@ -175,18 +181,23 @@ std::vector<std::uint8_t> Claims::Registers() const {
 }
 
 Claims::Claim* Claims::Next() {
-  for (Claim& claim : claims_) {
-    if (claim.kind == Kind::Heater && !claim.done) return &claim;
+  // Heaters first; then in the reverse order of the first writes. One that has failed waits for the others.
+  const auto rank = [](const Claim& claim) { return std::pair(claim.tries, claim.kind != Kind::Heater); };
+  Claim* next = nullptr;
+  for (auto claim = claims_.rbegin(); claim != claims_.rend(); ++claim) {
+    if (!claim->done && (next == nullptr || rank(*claim) < rank(*next))) next = &*claim;
   }
-  const auto claim = std::find_if(claims_.rbegin(), claims_.rend(), [](const Claim& one) { return !one.done; });
-  return claim == claims_.rend() ? nullptr : &*claim;
+  return next;
 }
 
 Fate Claims::PutBackDuty(const Claim& claim) const {
   const auto config = ReadQuietly(Byte("PWM1 Config"_reg + unsigned{claim.number} - "PWM 1 Value"_reg));
   if (!config) return Fate::Unknown;
-  // The duty of a PWM that was not in manual mode was the chip's own, and will be again.
-  if (base::GetField(*config, chip::kBehaviour) != chip::kManualMode) return Fate::Foreign;
+  if (base::GetField(*config, chip::kBehaviour) != chip::kManualMode) {
+    // The duty of a PWM that was not in manual mode was the chip's own, and is so again.
+    const bool wasManual = base::GetField(claim.beforeConfig, chip::kBehaviour) == chip::kManualMode;
+    return wasManual ? Fate::Foreign : Fate::Restored;
+  }
   if (!Write(claim.number, claim.before)) return Fate::Unknown;
   const auto now = ReadQuietly(claim.number);
   if (!now) return Fate::Unknown;
@@ -216,39 +227,20 @@ void Claims::Finish(Claim& claim, Fate fate) {
   part.words = FateWords(fate);
   if (claim.kind == Kind::Duty) duties_.at(unsigned{claim.number} - "PWM 1 Value"_reg).reset();
   if (claim.kind == Kind::Heater && fate == Fate::Off) heaters_.at(claim.number - 1U) = 0;
-  if (fate == Fate::Unknown)
-    isGone_ = true;
-  else
-    hasReached_ = true;
 }
 
-bool Claims::Forget() {
-  claims_.clear();
-  isGone_ = false;
-  hasReached_ = false;
-  lastRound_ = false;
-  return false;
-}
-
-bool Claims::PutBackNext() {
+bool Claims::PutBackNext(bool mayTryAgain) {
   Claim* claim = Next();
-  if (claim == nullptr) return false;
+  if (claim == nullptr) {
+    claims_.clear();
+    return false;
+  }
   const Fate fate = PutBack(*claim);
   // A duty may read as before only after the chip's next moment.
-  const bool again = fate == Fate::Unknown || fate == Fate::NotVerified;
-  const int tries = isGone_ ? 1 : kTries;
-  if (again && ++claim->tries < tries) return true;
-  Finish(*claim, fate);
-  if (Next() != nullptr) return true;
-  if (!isGone_ || !hasReached_ || lastRound_) return Forget();
-  // The link has come back meanwhile.
-  lastRound_ = true;
-  for (Claim& one : claims_) {
-    if (parts_.at(one.part).fate != Fate::Unknown) continue;
-    one.done = false;
-    one.tries = 0;
-  }
-  isGone_ = false;
+  constexpr int kVerifications = 5;
+  const bool again = fate == Fate::Unknown || (fate == Fate::NotVerified && claim->tries < kVerifications);
+  ++claim->tries;
+  if (!again || !mayTryAgain) Finish(*claim, fate);
   return true;
 }
 
@@ -256,7 +248,7 @@ void Claims::GiveUp() {
   for (Claim& claim : claims_) {
     if (!claim.done) Finish(claim, Fate::Unknown);
   }
-  Forget();
+  claims_.clear();
 }
 
 bool Claims::AllAsFound() const {

@@ -39,8 +39,8 @@ class Claims {
   std::vector<std::uint8_t> Registers() const;
 
   /// Puts back one part, heaters first and then in the reverse order of the first writes. True while there is more to
-  /// do. A part whose transfers fail is tried again; if others succeed meanwhile, once more at the end.
-  bool PutBackNext();
+  /// do. A part whose transfers fail is tried again, behind the others, as long as `mayTryAgain`.
+  bool PutBackNext(bool mayTryAgain);
 
   /// Gives all up without a transfer: what has become of it is not known.
   void GiveUp();
@@ -56,6 +56,7 @@ class Claims {
     std::uint8_t before = 0;  ///< a duty's as it is, not as it reads
     std::uint8_t mask = 0;    ///< bits that were set
     std::uint8_t written = 0;
+    std::uint8_t beforeConfig = 0;  ///< of a duty: what the PWM's configuration was
     std::size_t part = 0;
     int tries = 0;
     bool done = false;
@@ -64,7 +65,6 @@ class Claims {
   Claim* Find(Kind kind, std::uint8_t number);
   Claim& Enter(const Claim& claim, const std::string& name);
   Claim* Next();
-  bool Forget();  ///< all is done; returns false
   Fate PutBack(const Claim& claim) const;
   Fate PutBackDuty(const Claim& claim) const;
   void Finish(Claim& claim, Fate fate);
@@ -76,9 +76,6 @@ class Claims {
   std::array<std::optional<std::uint8_t>, kPwms> duties_{};
   std::array<int, kHeaters> heaters_{};
   std::int16_t revision_ = 0;
-  bool isGone_ = false;      ///< a part could not be reached however often it was tried
-  bool lastRound_ = false;   ///< those that failed are tried once more
-  bool hasReached_ = false;  ///< a part was reached
 };
 
 /// What a fate means, for people.

@@ -10,17 +10,17 @@
 namespace zth::characterise {
 namespace {
 
-constexpr double kAirSeconds = 8;       // until the fans have their new speed
-constexpr double kRestWindow = 20;      // seconds
-constexpr double kRestDrift = 0.15;     // K over the window
-constexpr double kLeastHeating = 20;    // seconds
-constexpr double kConstants = 3;        // time constants that are waited for
+constexpr double kAirSeconds = 8;        // until the fans have their new speed
+constexpr double kRestWindow = 20;       // seconds
+constexpr double kRestDrift = 0.15;      // K over the window
+constexpr double kLeastHeating = 20;     // seconds
+constexpr double kConstants = 3;         // time constants that are waited for
 constexpr double kGoodConstant = 0.012;  // relative uncertainty that is waited for
-constexpr double kLeastRise = 1;        // K
-constexpr double kMargin = 2;           // K below the limit
-constexpr double kCheckEvery = 2;       // seconds
-constexpr double kUsualStep = 150;      // seconds
-constexpr double kFastest = 1;          // time constants, seconds
+constexpr double kLeastRise = 1;         // K
+constexpr double kMargin = 2;            // K below the limit
+constexpr double kCheckEvery = 2;        // seconds
+constexpr double kUsualStep = 150;       // seconds
+constexpr double kFastest = 1;           // time constants, seconds
 constexpr double kSlowest = 3000;
 
 double Drift(const std::vector<Datum>& data, double from) {

@@ -25,6 +25,8 @@ namespace {
 constexpr int kReadsPerTick = 8;
 constexpr double kPointEvery = 0.24;  // seconds
 constexpr double kPrepareSeconds = 1;
+constexpr double kTryFor = 5;  // seconds, to put back what cannot be reached
+constexpr double kTryForNow = 1;
 
 std::string WallTime(platform::Services& services) {
   return services.clock.WallTime().toString("yyyy-MM-dd HH:mm:ss").toStdString();
@@ -39,7 +41,11 @@ std::string OneDecimal(double value) {
 }  // namespace
 
 Run::Run(platform::Services& services, const Settings& settings)
-    : services_(services), claims_(data_.parts), bench_(services, data_, claims_), chip_(link::ChipInUse()) {
+    : services_(services),
+      claims_(data_.parts),
+      bench_(services, data_, claims_),
+      chip_(link::ChipInUse()),
+      tryFor_(kTryFor) {
   data_.settings = settings;
   Describe();
   const std::string why = CheckSettings(settings);
@@ -181,7 +187,9 @@ void Run::End(Ending ending, const std::string& words) {
 void Run::PutBackSome() {
   const link::Meanwhile meanwhile(chip_);
   const tasks::Journal::Pause pause(*tasks::Work.journal);
-  if (claims_.PutBackNext()) return;
+  if (putBackFrom_ < 0) putBackFrom_ = bench_.Now();
+  if (claims_.PutBackNext(bench_.Now() - putBackFrom_ < tryFor_)) return;
+  putBackFrom_ = -1;
   if (puttingBack_) return Finish();
   between_ = false;
   if (!claims_.AllAsFound()) End(Ending::TransferFailed, "What a part of the run had set could not be put back");
@@ -192,6 +200,7 @@ void Run::EndNow(Ending ending, const std::string& words) {
   const link::Asker asker(link::Asker::Kind::Job, [] { return std::string(kAsker); });
   const link::Quiet quiet;
   End(ending, words);
+  tryFor_ = kTryForNow;
   if (link::LinkHeld()) claims_.GiveUp();
   constexpr float kPause = 20;
   for (int round = 0; puttingBack_ && round < 1000; ++round) {

@@ -54,6 +54,8 @@ class Run {
   bool hasRead_ = false;
   bool between_ = false;  ///< what a part has set is being put back before the next
   bool puttingBack_ = false;
+  double tryFor_;            ///< how long what cannot be reached is tried
+  double putBackFrom_ = -1;  ///< since when; negative if nothing is being put back
   double pointAt_ = -1;
   double progress_ = 0;
 };

@@ -33,6 +33,15 @@ Settings Short() {
   return settings;
 }
 
+/// What is not as before.
+std::vector<std::string> Left(const Characterisation& data) {
+  std::vector<std::string> left;
+  for (const PartState& part : data.parts) {
+    if (part.fate != Fate::Restored && part.fate != Fate::Off) left.push_back(part.name + ": " + part.words);
+  }
+  return left;
+}
+
 /// Whether what the run says of each part is so on the board.
 void ExpectTrueWords(Rig& rig, const std::array<int, 258>& before, const Characterisation& data, int at) {
   const auto now = rig.Found();
@@ -84,7 +93,8 @@ TEST(CharacteriseSafety, AfterAFailedTransferTheBoardIsAsItWasFound) {
     };
     const Characterisation& data = rig.Run(Short());
     EXPECT_NE(data.ending, Ending::Running);
-    EXPECT_TRUE(data.boardAsFound) << failing.from << " " << failing.count << ": " << data.endWords;
+    EXPECT_TRUE(data.boardAsFound) << failing.from << " " << failing.count << ": " << data.endWords
+                                   << ::testing::PrintToString(Left(data));
     EXPECT_EQ(rig.Found(), before) << failing.from << " " << failing.count << ": " << data.endWords;
     ended += data.ending == Ending::Done ? 0 : 1;
   }
