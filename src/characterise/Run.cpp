@@ -10,6 +10,8 @@
 #include "characterise/FanPart.h"
 #include "characterise/HeatPart.h"
 #include "chip/ChannelNames.h"
+#include "chip/ChipModel.h"
+#include "chip/ChipState.h"
 #include "chip/RegisterNames.h"
 #include "chip/WriteEffects.h"
 #include "link/Asker.h"
@@ -81,6 +83,8 @@ bool Run::CheckChip() {
   const auto second = ReadQuietly("Configuration 2"_reg);
   const auto revision = ReadQuietly("Revision Number"_reg);
   if (!first || !second || !revision) return Refuse("A transfer with the chip failed"), false;
+  // The duties that are measured depend on it.
+  if (chip::Model.ChipRevisionFrom != chip_) chip::ReadChipRevision();
   claims_.SetRevision(static_cast<std::int16_t>(*revision));
   data_.device = "Revision " + std::to_string(*revision);
   const auto isSet = [](unsigned value, base::BitField bits) { return base::GetField(value, bits) != 0; };

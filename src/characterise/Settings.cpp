@@ -22,7 +22,7 @@ std::string Number(double value) {
 }
 
 std::string CheckRanges(const Settings& settings) {
-  const std::array ranges{Range{"The step of the duty", static_cast<double>(settings.dutyStep), 1, 25},
+  const std::array ranges{Range{"The step of the duty", static_cast<double>(settings.dutyStep), 1, 50},
                           Range{"The longest wait for a speed", settings.settleMost, 5, 120},
                           Range{"The number of tach pulses", static_cast<double>(settings.pulses), 0, 4},
                           Range{"The heater", static_cast<double>(settings.heater), 1, kHeaters},

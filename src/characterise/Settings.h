@@ -29,7 +29,7 @@ struct Settings {
   /// Tach pulses of the fans per revolution, 1 to 4; 0: as the chip is set.
   int pulses = 0;
 
-  int dutyStep = 5;        ///< fans: percent, 1 to 25
+  int dutyStep = 5;        ///< fans: percent, 1 to 50
   double settleMost = 30;  ///< fans: longest wait for one speed, 5 to 120 s
 
   int heater = 1;                            ///< 1 or 2
