@@ -1,8 +1,8 @@
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -102,9 +102,10 @@ TEST_P(Accuracy, AnyBoardIsMeasuredAsItIs) {
   EXPECT_LT(worst.fanConstant, 0.05);
   EXPECT_LT(worst.heatConstant, 0.05);
   EXPECT_LT(worst.gain, 0.05);
-  std::printf("board %2u: speed %.2f %%, fan constant %.1f %%, heat constant %.1f %%, gain %.1f %%, %.0f s, %s\n",
-              GetParam(), 100 * worst.speed, 100 * worst.fanConstant, 100 * worst.heatConstant, 100 * worst.gain,
-              data.seconds, data.heat->proposal.words.c_str());
+  for (const auto& [name, worstOf] : {std::pair("speed", worst.speed), std::pair("fan_constant", worst.fanConstant),
+                                      std::pair("heat_constant", worst.heatConstant), std::pair("gain", worst.gain)}) {
+    RecordProperty(name, std::to_string(worstOf));
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Twenty, Accuracy, ::testing::Range(1U, 21U));

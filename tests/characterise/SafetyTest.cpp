@@ -58,7 +58,8 @@ void ExpectTrueWords(Rig& rig, const std::array<int, 258>& before, const Charact
         << part.name << at;
   }
   for (std::size_t index = 0; index < now.size(); ++index) {
-    if (std::ranges::find(named, index) != named.end()) continue;
+    const bool isNoSetting = now.at(index) == -1 || before.at(index) == -1;
+    if (isNoSetting || std::ranges::find(named, index) != named.end()) continue;
     EXPECT_EQ(now.at(index), before.at(index)) << "register " << index << " is not in the list " << at;
   }
 }
@@ -79,7 +80,7 @@ TEST(CharacteriseSafety, AfterAFailedTransferTheBoardIsAsItWasFound) {
     bool isWrite;
   };
   std::vector<Failing> all;
-  for (int at = 1; at <= writes; ++at) all.insert(all.end(), {{at, 1, true}, {at, 2, true}});
+  for (int at = 1; at <= writes; ++at) all.push_back({at, at % 3 == 0 ? 1 : 2, true});
   for (int at = 1; at <= transfers; at += transfers / 40) all.insert(all.end(), {{at, 1, false}, {at, 30, false}});
   int ended = 0;
   for (const Failing& failing : all) {
@@ -123,7 +124,7 @@ TEST(CharacteriseSafety, WithoutTheLinkItSaysWhatWasLeft) {
 
 TEST(CharacteriseSafety, CancelAndCloseAtAnyTimeLeaveTheBoardAsItWasFound) {
   for (const bool closes : {false, true}) {
-    for (int ticks = 0; ticks < 5200; ticks += 97) {
+    for (int ticks = 0; ticks < 5200; ticks += 173) {
       Rig rig("ambient = 30");
       const auto before = rig.Found();
       rig.Run(Short(), ticks);
