@@ -245,6 +245,35 @@ TEST(CharacteriseSafety, AnotherChipEndsTheRunAndItsOwnIsPutBack) {
   EXPECT_EQ(rig.Found(), before);
 }
 
+TEST(CharacteriseSafety, InTheProgramItUsesWhatTheMonitorReads) {
+  SimulatedDesk sim("spread = 0");
+  sim.desk.Start();
+  characterise::Characteriser engine(sim.desk.services);
+  Settings settings;
+  settings.pwms = {3};
+  settings.dutyStep = 20;
+  settings.pulses = 2;
+  engine.Start(settings);
+  const auto reads = [&] { return sim.requests[{0xDC, 1, "Local Temp LSBs"_reg}]; };
+  const auto before = reads();
+  double seconds = 0;
+  for (; engine.IsRunning(); seconds += 0.05) {
+    sim.desk.Advance(50);
+    engine.Tick();
+  }
+  const Characterisation& data = engine.Data();
+  ASSERT_EQ(data.ending, Ending::Done) << data.endWords;
+  EXPECT_TRUE(data.boardAsFound);
+  ASSERT_EQ(data.fans.size(), 1U);
+  for (const characterise::TachResult& tach : data.fans[0].tachs) {
+    EXPECT_NEAR(tach.topRpm, 4800, 24);
+    EXPECT_NEAR(tach.timeConstant.value_or(characterise::Estimate{}).value, 0.8, 0.04);
+  }
+  // Every half second at most, the monitor's own among them.
+  EXPECT_LT(static_cast<double>(reads() - before), seconds / 0.4);
+  EXPECT_TRUE(tasks::Work.journal->Actions().empty());
+}
+
 TEST(CharacteriseSafety, AFailureOfTheMonitorPutsBackBeforeItsBox) {
   SimulatedDesk sim;
   sim.desk.Start();
