@@ -24,7 +24,8 @@ class Rig {
  public:
   static constexpr int kTickMs = 50;
 
-  explicit Rig(const std::string& settings = {}, std::int16_t mode = link::kModeUsb) : sim(settings) {
+  explicit Rig(const std::string& settings = {}, std::int16_t mode = link::kModeUsb)
+      : sim((mode == link::kModeUsb ? "smbus = none\n" : "usb = none\n") + settings) {
     link::Bus = {};
     chip::Model = {};
     tasks::Work = {};
