@@ -7,6 +7,7 @@
 #include "base/NumberText.h"
 #include "base/Rounding.h"
 #include "characterise/Characteriser.h"
+#include "characterise/Report.h"
 #include "chip/FanCurve.h"
 #include "command/Commands.h"
 
@@ -242,16 +243,52 @@ Failure FailureOf(const Characterisation& data, Status status) {
   return {status, what, data.boardAsFound ? "" : "Check the board, and that its heaters are off"};
 }
 
+/// The report's files in a folder.
+struct ReportFile {
+  const char* name;
+  std::string (*text)(const Characterisation& data);
+};
+constexpr std::array<ReportFile, 3> kReportFiles{{{"characterise.html", characterise::ReportHtml},
+                                                  {"characterise.csv", characterise::ReportCsv},
+                                                  {"characterise.json", characterise::ReportJson}}};
+
+QString PathIn(const std::string& folder, const char* name) {
+  return QString::fromStdString(folder) + "/" + name;
+}
+
+/// Before anything is transferred.
+void CheckFolder(const std::string& folder, platform::Files& files) {
+  if (folder.empty()) return;
+  if (!files.MakeFolder(QString::fromStdString(folder))) {
+    throw Failure{kUsage, "The folder '" + folder + "' cannot be made", "Check its name and the disk"};
+  }
+  for (const ReportFile& file : kReportFiles) {
+    if (!files.Look(PathIn(folder, file.name))) continue;
+    throw Failure{kUsage, "'" + folder + "' holds a report already", "Name another folder"};
+  }
+}
+
+void WriteReport(const std::string& folder, const Characterisation& data, platform::Files& files) {
+  if (folder.empty()) return;
+  for (const ReportFile& file : kReportFiles) {
+    if (files.Replace(PathIn(folder, file.name), QByteArray::fromStdString(file.text(data)))) continue;
+    throw Failure{kUsage, std::string(file.name) + " cannot be written to '" + folder + "'", "Check the disk"};
+  }
+}
+
 }  // namespace
 
-Job PrepareCharacterise(const Request& request, const Setting& /*setting*/) {
-  return [settings = SettingsOf(request)](Session& session) {
+Job PrepareCharacterise(const Request& request, const Setting& setting) {
+  const characterise::Settings settings = SettingsOf(request);
+  CheckFolder(request.measuring.folder, setting.services.files);
+  return [settings, folder = request.measuring.folder](Session& session) {
     session.ReadPins();
     characterise::Characteriser engine(session.Services());
     engine.Start(settings);
     Drive(session, engine);
     const Characterisation& data = engine.Data();
     ShowResults(session.Out(), data);
+    WriteReport(folder, data, session.Services().files);
     const Status status = StatusOf(data);
     if (status != kDone) throw FailureOf(data, status);
     session.Out().Remark(data.endWords);

@@ -1,10 +1,12 @@
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include "chip/ChipState.h"
@@ -68,6 +70,24 @@ TEST(CharacteriseCommand, JsonHasAnObjectForEachResult) {
   EXPECT_EQ(tach["tach"].toInt(), 2);
   EXPECT_NEAR(tach["start %"].toDouble(), 50, 0.2);
   EXPECT_NEAR(tach["time constant s"].toDouble(), 0.8, 0.04);
+}
+
+TEST(CharacteriseCommand, WritesItsReportAndNoneOver) {
+  Measuring measuring;
+  const QTemporaryDir folder;
+  const QString out = folder.filePath("a/b");
+  const std::vector<std::string> arguments{"characterise", "--pwm", "1", "--step", "50", "--out", out.toStdString()};
+  EXPECT_EQ(measuring.Run(arguments), command::kDone) << measuring.error;
+  const std::pair<const char*, const char*> files[] = {
+      {"characterise.html", "</html>"}, {"characterise.csv", "\r\n"}, {"characterise.json", "\"points\""}};
+  for (const auto& [name, holds] : files) {
+    const QByteArray text = measuring.sim.desk.files.Read(out + "/" + name, 1 << 22).value_or(QByteArray());
+    EXPECT_TRUE(text.contains(holds)) << name << " " << text.left(200).toStdString();
+  }
+  measuring.sim.requests.clear();
+  EXPECT_EQ(measuring.Run(arguments), command::kUsage);
+  EXPECT_NE(measuring.error.find("holds a report already"), std::string::npos) << measuring.error;
+  EXPECT_TRUE(measuring.sim.requests.empty());
 }
 
 TEST(CharacteriseCommand, ASignalStillPutsEverythingBack) {
