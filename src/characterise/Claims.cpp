@@ -238,9 +238,10 @@ bool Claims::PutBackNext(bool mayTryAgain) {
   const Fate fate = PutBack(*claim);
   // A duty may read as before only after the chip's next moment.
   constexpr int kVerifications = 5;
-  const bool again = fate == Fate::Unknown || (fate == Fate::NotVerified && claim->tries < kVerifications);
+  const bool again =
+      fate == Fate::Unknown ? mayTryAgain : fate == Fate::NotVerified && ++claim->mismatches < kVerifications;
   ++claim->tries;
-  if (!again || !mayTryAgain) Finish(*claim, fate);
+  if (!again) Finish(*claim, fate);
   return true;
 }
 

@@ -58,7 +58,8 @@ class Claims {
     std::uint8_t written = 0;
     std::uint8_t beforeConfig = 0;  ///< of a duty: what the PWM's configuration was
     std::size_t part = 0;
-    int tries = 0;
+    int tries = 0;       ///< to put it back
+    int mismatches = 0;  ///< of them, how often it read something else
     bool done = false;
   };
 

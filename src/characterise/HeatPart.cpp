@@ -37,14 +37,14 @@ double HeatPart::Expected() const {
 }
 
 double HeatPart::Done() const {
-  const double inStep = state_ == State::Heating ? 0.5 : 0;
+  const double inStep = state_ >= State::Heating ? 0.5 : 0;
   return (static_cast<double>(duty_) + inStep) / static_cast<double>(settings_.heatDuties.size());
 }
 
 std::string HeatPart::Words() const {
   if (duty_ >= settings_.heatDuties.size()) return "Heat: done";
   const std::string at = "Heat at " + std::to_string(settings_.heatDuties[duty_]) + " %: ";
-  return at + (state_ == State::Heating ? "heating" : "waiting for rest");
+  return at + (state_ >= State::Heating ? "heating" : "waiting for rest");
 }
 
 void HeatPart::Prepare(Bench& bench) {

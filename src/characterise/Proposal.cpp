@@ -77,9 +77,9 @@ void ChooseCurve(const HeatResult& heat, Proposal& proposal, double keep, double
 
 /// What the chip limits duties to, percent.
 double MaxDuty(const Characterisation& data) {
-  constexpr std::uint8_t kMax = "PWM 1-4 Max"_reg;
-  const auto departure = std::ranges::find(data.departures, kMax, &Departure::reg);
-  const unsigned max = departure == data.departures.end() ? chip::RowAt(kMax)->defaultValue : departure->value;
+  constexpr const chip::RegisterRow& kMax = chip::RowNamed("PWM 1-4 Max");
+  const auto departure = std::ranges::find(data.departures, kMax.address, &Departure::reg);
+  const unsigned max = departure == data.departures.end() ? kMax.defaultValue : departure->value;
   return max / chip::kPercentDivisor;
 }
 

@@ -61,7 +61,7 @@ class Rig {
     for (unsigned pwm = 0; pwm < chip::kPwmChannels; ++pwm) {
       if (Byte(0x21 + pwm) >> 5 != 7) found.at(0xAA + pwm) = -1;
     }
-    for (int heater = 1; heater <= 2; ++heater) {
+    for (int heater = 1; heater <= 2 && sim.usb.TheBus().First() != nullptr; ++heater) {
       found.at(255 + static_cast<std::size_t>(heater)) = sim.usb.TheBus().First()->HeaterState(heater);
     }
     return found;

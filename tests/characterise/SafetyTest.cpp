@@ -253,6 +253,23 @@ TEST(CharacteriseSafety, WhatCannotBeDoneIsRefusedAndNothingIsSet) {
   EXPECT_EQ(characterise::CheckSettings(Settings{}), "");
 }
 
+TEST(CharacteriseSafety, OverSmbusFailuresAreNoticedAsWell) {
+  struct Case {
+    const char* scenario;
+    Ending ending;
+  };
+  for (const Case& one : {Case{"", Ending::Done}, Case{"fault at 20 transfer fails 20 times", Ending::Done},
+                          Case{"fault from 20 to 26 transfer fails", Ending::TransferFailed},
+                          Case{"fault from 20 to 26 register 0x21 stuck at 0x11", Ending::Done}}) {
+    Rig rig(one.scenario, link::kModeSmbus);
+    const auto before = rig.Found();
+    const Characterisation& data = rig.Run(Only(characterise::Phase::Fans));
+    EXPECT_EQ(data.ending, one.ending) << one.scenario << ": " << data.endWords;
+    EXPECT_TRUE(data.boardAsFound) << one.scenario << ": " << ::testing::PrintToString(Left(data));
+    EXPECT_EQ(rig.Found(), before) << one.scenario;
+  }
+}
+
 TEST(CharacteriseSafety, AnotherChipEndsTheRunAndItsOwnIsPutBack) {
   Rig rig;
   const auto before = rig.Found();
