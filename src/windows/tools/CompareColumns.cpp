@@ -138,7 +138,10 @@ std::vector<CompareColumns::Column> CompareColumns::Columns() const {
     const bool isRead = image != images_.end();
     const auto written = written_.find(key);
     const bool isWritten = written != written_.end() && !written->second.empty();
-    columns.push_back({place, NameOf(key) + (!isRead ? ", not read" : isWritten ? ", written since" : ""),
+    columns.push_back({place,
+                       NameOf(key) + (!isRead     ? ", not read"
+                                      : isWritten ? ", written since"
+                                                  : ""),
                        isRead ? &image->second : &kUnread});
   }
   return columns;
