@@ -21,6 +21,7 @@ BoardOptions OptionsOf(const Settings& settings, std::uint8_t address, bool swit
   options.chip.revision = settings.revision;
   options.chip.seed = settings.seed ^ (std::uint64_t{address} << 32U);
   options.chip.noise = settings.noise;
+  options.plant = settings.plant;
   options.plant.seed = options.chip.seed + 1;
   options.plant.ambientC = settings.ambientC;
   options.plant.ripple = settings.noise;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "simulator/FaultPlan.h"
+#include "simulator/Plant.h"
 
 namespace zth::simulator {
 
@@ -19,6 +20,7 @@ struct Settings {
   int fanPulses = 2;          ///< tach pulses of the fans per revolution
   double noise = 1;           ///< scale of noise and ripple, 0 for none
   bool diodeAtD2Connector = true;
+  PlantOptions plant{};  ///< fans and heat; what is said above is not taken from here
 
   std::vector<std::uint8_t> usbChips{0x58};
   std::vector<std::uint8_t> smbusChips{0x2C};

@@ -16,6 +16,21 @@ struct Options {
   bool quiet = false;
 };
 
+/// What characterise is asked for, as given; empty or 0 for what is left out.
+struct MeasuringOptions {
+  std::string pwms;    ///< "1,2"
+  std::string duties;  ///< "100,60,35"
+  std::string keep;    ///< "60C"
+  std::string limit;   ///< likewise
+  std::string most;    ///< a time
+  std::string folder;
+  int pulses = 0;
+  int step = 0;  ///< percent
+  int heater = 0;
+  double heat = 0;  ///< percent
+  double watts = 0;
+};
+
 /// A command with its own words and options.
 struct Request {
   std::string name;                ///< "read"
@@ -32,6 +47,7 @@ struct Request {
   std::string listen = "127.0.0.1:9418";  ///< of serve
   double interval = 1;                    ///< seconds between two samples
   std::optional<double> duration;         ///< seconds; none: until a signal
+  MeasuringOptions measuring;
 };
 
 struct CommandLine {

@@ -37,4 +37,18 @@ bool LinkOpen();
 /// True if a failure is being reported or the program has ended; unlike LinkOpen, never ends anything. For the timer.
 bool LinkHeld();
 
+/// While such an object exists, no failure is reported: the caller looks at each transfer with a FailureWatch
+/// (Transfers.h) and says itself what has become of its work. No event may be handled in between.
+class Quiet {
+ public:
+  Quiet();
+  ~Quiet();
+  Quiet(const Quiet&) = delete;
+  Quiet& operator=(const Quiet&) = delete;
+};
+
+/// Sets what is to be done once, before the next failure is reported, while the link can still be used; null for
+/// nothing. It must report no failure itself. For work that must not be left half done, such as a heater that heats.
+void BeforeReport(std::function<void()> step);
+
 }  // namespace zth::link

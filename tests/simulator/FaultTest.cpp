@@ -164,6 +164,8 @@ TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
       "fault at 5 coffee spilled => not known; fault at 5 fan 2 at 0 % => 1 to 100 %; fault at 5 fan 1.5 stalled => "
       "fans; "
       "fault at 5 tach 1 noisy 91 % => 90 %; fault at 5 tach 0 misses 1 % => tachs; fault at 5 vid 0x40 => 0x3F; "
+      "fan-stall = 91 => 0 to 90; fan-rise = 0 => 0.05 to 20; heat-capacity = 1 2 => one for each; "
+      "still-air = 1 2 3 0 => 0.01 to 10; "
       "fault at 5 sensor 4 frozen => sensors 0; fault at 5 sensor 1 drifts 601 degrees a minute => -600 to 600; "
       "fault at 5 ambient at warm degrees => not known; fault at 5 ambient at 101 degrees => -40 to 100; ");
   for (std::string row; std::getline(cases >> std::ws, row, ';');) {
