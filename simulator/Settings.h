@@ -27,6 +27,9 @@ struct Settings {
   bool firmwareRefused = false;
   int connectAtTry = 1;  ///< the first connect request that succeeds
 
+  /// Written to every chip at power-up, as a PC's firmware does: addresses and values in turn.
+  std::vector<std::uint8_t> setUp{};
+
   FaultPlan faults{};
 };
 

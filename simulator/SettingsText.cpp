@@ -72,6 +72,17 @@ Problem Addresses(const Values& values, std::vector<std::uint8_t>& target) {
   return std::nullopt;
 }
 
+Problem SetUp(const Values& values, std::vector<std::uint8_t>& target) {
+  target.clear();
+  for (const std::string& word : values) {
+    long long number = 0;
+    if (!ParseInteger(word, number) || number < 0 || number > 0xFF) return "'" + word + "' is not 0 to 0xFF";
+    target.push_back(static_cast<std::uint8_t>(number));
+  }
+  if (target.empty() || target.size() % 2 != 0) return "expected registers and values in turn";
+  return std::nullopt;
+}
+
 /// One number for all sensors, or one for each.
 Problem OfSensors(const Values& values, double low, double high, std::array<double, kTemperatures>& target) {
   if (values.size() != 1 && values.size() != target.size()) return "expected one number, or one for each of 4 sensors";
@@ -119,6 +130,7 @@ Problem Set(Settings& settings, const std::string& key, const Values& values) {
   if (key == "d2-connector") return Choice(values, "open", "diode", settings.diodeAtD2Connector);
   if (key == "usb") return Addresses(values, settings.usbChips);
   if (key == "smbus") return Addresses(values, settings.smbusChips);
+  if (key == "set-up") return SetUp(values, settings.setUp);
   if (key == "firmware") return Choice(values, "accepted", "refused", settings.firmwareRefused);
   if (key == "connect-at-try") return Whole(values, 1, 1000, settings.connectAtTry);
   return "'" + key + "' is no setting";

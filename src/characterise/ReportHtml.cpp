@@ -78,8 +78,9 @@ std::string Facts(const Characterisation& data) {
 
 std::string Outcome(const Characterisation& data) {
   std::string words = data.endWords.empty() ? std::string(EndingName(data.ending)) : data.endWords;
+  if (!words.ends_with('.')) words += '.';
   const std::string board = data.parts.empty()  ? "Nothing was set."
-                            : data.boardAsFound ? "The board was left as it was found; this was verified by reading."
+                            : data.boardAsFound ? "Everything that was set is as before, verified by reading."
                                                 : "The board was NOT left as it was found: see the last table.";
   const bool isGood = data.ending == Ending::Done && (data.boardAsFound || data.parts.empty());
   std::string text = std::string("<div class=\"outcome") + (isGood ? " good" : "") + "\">\n" + ParagraphText(words) +
@@ -109,36 +110,46 @@ SvgPlot SpeedChart(const FanResult& fan) {
   return plot;
 }
 
+/// A row for each duty, a column for each tach and direction.
+std::string SpeedTable(const FanResult& fan) {
+  PageTable table{"Settled speeds, rpm; those in brackets had not settled", {"Duty"}, {}};
+  for (const TachResult& tach : fan.tachs) {
+    if (tach.state == TachState::Dead) continue;
+    for (const Direction direction : {Direction::Down, Direction::Up}) {
+      table.heads.push_back("Tach" + std::to_string(tach.tach) + (direction == Direction::Up ? " up" : " down"));
+      for (const SpeedAtDuty& speed : tach.speeds) {
+        if (speed.direction != direction) continue;
+        const std::string duty = Plain(speed.duty, 1) + " %";
+        auto row = std::ranges::find_if(table.rows, [&](const auto& one) { return one.front() == duty; });
+        if (row == table.rows.end()) row = table.rows.insert(row, {duty});
+        row->resize(table.heads.size() - 1, "-");
+        row->push_back(speed.settled ? Fixed(speed.rpm, 0) : "(" + Fixed(speed.rpm, 0) + ")");
+      }
+    }
+  }
+  for (auto& row : table.rows) row.resize(table.heads.size(), "-");
+  return TableText(table);
+}
+
 std::string FanText(const FanResult& fan) {
   std::string text = Element("h3", "PWM" + std::to_string(fan.pwm)) + "\n" + ParagraphText(fan.words);
   PageTable results{"Results",
-                    {"Tach", "Top", "Slowest", "Starts at", "Stalls at", "Hysteresis", "Slope", "Linearity", "Noise",
-                     "Spin-up", "Time constant"},
+                    {"Tach", "Top, rpm", "Slowest, rpm", "Starts at, %", "Stalls at, %", "Hysteresis, %",
+                     "Slope, rpm/%", "Linearity, %", "Noise, %", "Spin-up, s", "Time constant, s"},
                     {}};
-  PageTable speeds{"Settled speeds", {"Duty"}, {}};
   for (const TachResult& tach : fan.tachs) {
     const std::string name = "Tach" + std::to_string(tach.tach);
     if (!tach.words.empty()) text += ParagraphText(name + ": " + tach.words);
     if (tach.state == TachState::Dead) continue;
-    results.rows.push_back({name, With(tach.topRpm, 0, " rpm"), With(tach.lowestRpm, 0, " rpm"),
-                            With(tach.startDuty, 0, " %"), With(tach.stallDuty, 0, " %"),
-                            With(tach.hysteresis, 0, " %"), With(tach.slope, 2, " rpm/%"),
-                            With(tach.linearity, 1, " %"), With(tach.noise, 2, " %"), With(tach.spinUp, 2, " s"),
-                            With(tach.timeConstant, 2, " s")});
-    speeds.heads.push_back(name);
-    for (std::size_t i = 0; i < tach.speeds.size(); ++i) {
-      const SpeedAtDuty& speed = tach.speeds[i];
-      if (speeds.rows.size() <= i) {
-        speeds.rows.push_back({Plain(speed.duty, 1) + (speed.direction == Direction::Up ? " % up" : " % down")});
-      }
-      speeds.rows[i].resize(speeds.heads.size() - 1, "-");
-      speeds.rows[i].push_back(With(speed.rpm, 0, speed.settled ? " rpm" : " rpm, not settled"));
-    }
+    results.rows.push_back({name, With(tach.topRpm, 0, ""), With(tach.lowestRpm, 0, ""), With(tach.startDuty, 0, ""),
+                            With(tach.stallDuty, 0, ""), With(tach.hysteresis, 0, ""), With(tach.slope, 2, ""),
+                            With(tach.linearity, 1, ""), With(tach.noise, 2, ""), With(tach.spinUp, 2, ""),
+                            With(tach.timeConstant, 3, "")});
   }
   text += TableText(results);
   const SvgPlot chart = SpeedChart(fan);
   if (!chart.series.empty()) text += SvgOf(chart);
-  return text + TableText(speeds);
+  return text + SpeedTable(fan);
 }
 
 /// What the points of a part show over the time.

@@ -23,6 +23,8 @@ h2 { font-size: 1.25rem; margin: 2.4rem 0 .6rem; padding-bottom: .25rem; border-
 h3 { font-size: 1.05rem; margin: 1.6rem 0 .4rem; }
 p { margin: .5rem 0; max-width: 48rem; }
 table { border-collapse: collapse; margin: .8rem 0; font-variant-numeric: tabular-nums; }
+th, td { white-space: nowrap; }
+td.text, table.facts td, thead th { white-space: normal; }
 caption { text-align: left; color: var(--soft); padding-bottom: .3rem; }
 th, td { padding: .22rem .9rem .22rem 0; text-align: right; border-bottom: 1px solid var(--line); vertical-align: top; }
 thead th { color: var(--soft); font-weight: 600; }
@@ -52,7 +54,8 @@ svg.chart .dot { fill: var(--paper); stroke-width: 2; }
 
 std::string TableText(const PageTable& table) {
   if (table.rows.empty()) return {};
-  std::string text = "<table>\n" + (table.caption.empty() ? "" : Element("caption", table.caption) + "\n");
+  const char* const begin = table.heads.empty() ? "<table class=\"facts\">\n" : "<table>\n";
+  std::string text = begin + (table.caption.empty() ? "" : Element("caption", table.caption) + "\n");
   if (!table.heads.empty()) {
     text += "<thead><tr>";
     for (const std::string& head : table.heads) text += "<th scope=\"col\">" + Escaped(head) + "</th>";

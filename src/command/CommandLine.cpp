@@ -35,6 +35,7 @@ class Grammar {
     AddMeasuring();
     Add("limits", "Print the limits and whether the readings are within them");
     Add("alerts", "Print the alerts; reading them clears those that have ended");
+    AddServe();
     AddWords(Add("run", "Run the commands of a file"), "SCRIPT", "A command a line")->required()->expected(1);
   }
 
@@ -87,7 +88,15 @@ class Grammar {
     AddPace(watch);
     auto* log = Add("log", "Write samples to a file, comma-separated");
     AddWords(log, "FILE WHAT", "A new file, then what to log")->required();
+    auto* append = log->add_flag("--append", line_.request.append, "Go on with a file that is there");
+    log->add_flag("--force", line_.request.force, "Write over a file that is there")->excludes(append);
     AddPace(log);
+  }
+
+  void AddServe() {
+    auto* serve = Add("serve", "Serve the readings of all chips over HTTP, in the OpenMetrics format");
+    serve->add_option("--listen", line_.request.listen, "An IP address and a port; 127.0.0.1:9418 by default");
+    serve->add_flag("--alerts", line_.request.alerts, "Read the host's status registers too, which clears them");
   }
 
   void AddMeasuring() {

@@ -41,8 +41,12 @@ struct Request {
   bool dryRun = false;
   bool noTransfers = false;
   bool changedOnly = false;
-  double interval = 1;             ///< seconds between two samples
-  std::optional<double> duration;  ///< seconds; none: until a signal
+  bool append = false;                    ///< of log: to a file that is there
+  bool force = false;                     ///< of log: in place of it
+  bool alerts = false;                    ///< of serve
+  std::string listen = "127.0.0.1:9418";  ///< of serve
+  double interval = 1;                    ///< seconds between two samples
+  std::optional<double> duration;         ///< seconds; none: until a signal
   MeasuringOptions measuring;
 };
 

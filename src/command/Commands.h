@@ -34,6 +34,7 @@ Job PrepareCurve(const Request& request, const Setting& setting);
 Job PrepareLimits(const Request& request, const Setting& setting);
 Job PrepareAlerts(const Request& request, const Setting& setting);
 Job PrepareExport(const Request& request, const Setting& setting);
+Job PrepareServe(const Request& request, const Setting& setting);
 Job PrepareCharacterise(const Request& request, const Setting& setting);
 Job PrepareRun(const Request& request, const Setting& setting);
 

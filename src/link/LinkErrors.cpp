@@ -51,6 +51,10 @@ void ReportLinkError(int code) {
   Bus.reporter.services->process.End(1);
 }
 
+void OpenAfterFailure() {
+  if (!Bus.reporter.ended) Bus.reporter.held = false;
+}
+
 bool LinkOpen() {
   if (Bus.reporter.ended) Bus.reporter.services->process.End(1);
   return !Bus.reporter.held;

@@ -25,6 +25,10 @@ void Attach(platform::Services& services, std::function<void()> closeAllWindows)
 /// kHeaterError answered with No. While it runs, no operation reaches a transport.
 void ReportLinkError(int code);
 
+/// Opens the link again after a report that an exception of `ask` has left, for a caller that goes on without an
+/// answer.
+void OpenAfterFailure();
+
 /// False while a failure is being reported and after the program has ended. The master timer then skips its jobs, and a
 /// handler that runs underneath the box gets 0 from every operation. If a test has prevented the end of the process,
 /// this call ends it again.

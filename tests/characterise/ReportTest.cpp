@@ -121,12 +121,13 @@ TEST(ReportTest, IsAWellFormedPageThatStandsAlone) {
 
 TEST(ReportTest, TellsTheResultsAndHowTheBoardWasLeft) {
   const Document page(ReportHtml(Measured()));
-  for (const char* text : {"3170 rpm",
-                           "25 %",
-                           "15 %",
-                           "31.70 \u00B1 0.05 rpm/%",
-                           "1.25 s",
-                           "1585 rpm, not settled",
+  for (const char* text : {"3170",
+                           "25",
+                           "15",
+                           "31.70 \u00B1 0.05",
+                           "1.25",
+                           "(1585)",
+                           "1600",
                            "Tach5: No speed at any duty.",
                            "12.34 \u00B1 0.05 K",
                            "41.5 \u00B1 0.7 s",
