@@ -7,7 +7,6 @@
 #include <QAccessible>
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QPainter>
 #include <QSvgGenerator>
 #include <QTimer>
@@ -72,9 +71,7 @@ void Strip::Private::BeginFrame() {
     return;
   }
   const int beat = strip.IsXY() ? kXyBeatMs : kBeatMs;
-  QElapsedTimer now;
-  now.start();
-  frame.start(beat - static_cast<int>(now.msecsSinceReference() % beat));
+  frame.start(beat - static_cast<int>(std::fmod(clock() * 1000, beat)));
 }
 
 Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional<StripOutlets>& outlets)
