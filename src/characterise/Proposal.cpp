@@ -21,6 +21,7 @@ constexpr int kFirstTrange = 4;    // 5 degrees: a steeper curve swings
 constexpr int kUsualTrange = 7;    // 10 degrees
 constexpr double kRise = 64;       // percent over Trange
 constexpr double kFull = 100;
+constexpr double kLatestFull = 20;  // K above the temperature that is kept
 
 double Degrees(int trange) {
   return base::LeadingDecimal(chip::kTrangeItems.at(static_cast<std::size_t>(trange)));
@@ -70,7 +71,8 @@ void ChooseCurve(const HeatResult& heat, Proposal& proposal, double keep, double
   const auto tminOf = [&](int trange) { return static_cast<int>(std::floor(keep - rise * Degrees(trange) / kRise)); };
   proposal.trange = kUsualTrange;
   for (int trange = kFirstTrange; trange < static_cast<int>(chip::kTrangeItems.size()); ++trange) {
-    if (tminOf(trange) > idle) proposal.trange = trange;
+    const double full = tminOf(trange) + (kFull - proposal.minDuty) * Degrees(trange) / kRise;
+    if (tminOf(trange) > idle && full <= keep + kLatestFull) proposal.trange = trange;
   }
   proposal.tmin = tminOf(proposal.trange);
 }

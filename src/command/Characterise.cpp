@@ -121,7 +121,7 @@ void ShowTach(const Output& output, int pwm, const characterise::TachResult& tac
   row.emplace_back("noise %", Short(tach.noise));
   std::string line = name + ": " + tach.words;
   if (tach.spinUp) line += "; up to speed in " + Text(*tach.spinUp, 2) + " s";
-  if (tach.timeConstant) line += ", time constant " + Text(*tach.timeConstant, 2) + " s";
+  if (tach.timeConstant) line += ", time constant " + Text(*tach.timeConstant, 3) + " s";
   output.Result(line, row);
 }
 
@@ -133,7 +133,7 @@ void ShowHeat(const Output& output, const characterise::HeatResult& heat) {
       Add(row, "gain K/%", std::optional(step.gain));
       Add(row, "time constant s", std::optional(step.timeConstant));
       Add(row, "resistance K/W", step.resistance);
-      line += Text(step.gain, 3) + " K per % of the heater, time constant " + Text(step.timeConstant, 1) + " s";
+      line += Text(step.gain, 4) + " K per % of the heater, time constant " + Text(step.timeConstant, 1) + " s";
       if (step.resistance) line += ", " + Text(*step.resistance, 2) + " K/W";
     }
     if (!step.words.empty()) line += (step.good ? "; " : "") + step.words;

@@ -138,6 +138,13 @@ TEST(CharacteriseDiagnosis, ATemperatureThatCannotBeKeptIsNoProposal) {
   EXPECT_TRUE(data.heat->proposal.possible) << data.heat->proposal.words;
   EXPECT_LE(data.heat->proposal.predicted, 60.01);
   EXPECT_EQ(data.heat->proposal.fields.front().name, "Remote 1 Tmin");
+  // With the least duty enough, the fans must still answer to more heat soon.
+  settings.minDuty = 90;
+  settings.keep = 70;
+  settings.temperatureLimit = 100;
+  characterise::Propose(data, settings);
+  EXPECT_EQ(data.heat->proposal.tmin, 70);
+  EXPECT_LE(data.heat->proposal.curve.back().temperature, 91);
 }
 
 TEST(CharacteriseFits, UncertaintiesCoverTheErrors) {
