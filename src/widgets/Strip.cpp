@@ -6,6 +6,7 @@
 
 #include <QAccessible>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QPainter>
 #include <QTimer>
 
@@ -22,9 +23,15 @@ namespace {
 
 // The least time between two redraws of a chart, however fast data arrive.
 constexpr int kFrameMs = 16;
-// The longest time that new samples wait for a redraw.
-constexpr int kSlowestFrameMs = 200;
+// A chart that moves slowly is redrawn this often. All such charts keep one beat, so that they are drawn together: what
+// a redraw costs besides its pixels is then paid once.
+constexpr int kBeatMs = 250;
+// The same for the data of an X-Y chart, which does not move.
+constexpr int kXyBeatMs = 125;
+// With columns narrower than this a chart moves fast enough to be redrawn for each of them.
+constexpr int kFastColumnMs = 80;
 constexpr double kTellSeconds = 1;
+constexpr double kNoteSeconds = 1;
 
 /// The frame timer shared by all charts, so that they are drawn together.
 QTimer& Frames() {
@@ -33,6 +40,7 @@ QTimer& Frames() {
   if (timer == nullptr) {
     timer = Named<QTimer>(name, QCoreApplication::instance());
     timer->setSingleShot(true);
+    timer->setTimerType(Qt::PreciseTimer);
   }
   return *timer;
 }
@@ -54,10 +62,18 @@ Strip::Private::Private(Strip& owner, std::function<double()> time)
       }) {}
 
 void Strip::Private::BeginFrame() {
-  // A live chart moves by whole columns, so more redraws than columns would show little that is new.
-  const double column = strip.IsXY() ? 0 : painter.Layout().ColumnWidth() * 1000;
   frame.setSingleShot(true);
-  frame.start(std::clamp(static_cast<int>(std::min(column, 1e6)), kFrameMs, kSlowestFrameMs));
+  frame.setTimerType(Qt::PreciseTimer);
+  const double column = strip.IsXY() ? kFastColumnMs : painter.Layout().ColumnWidth() * 1000;
+  if (column < kFastColumnMs) {
+    // A live chart moves by whole columns, so more redraws than columns would show little that is new.
+    frame.start(std::max(static_cast<int>(column), kFrameMs));
+    return;
+  }
+  const int beat = strip.IsXY() ? kXyBeatMs : kBeatMs;
+  QElapsedTimer now;
+  now.start();
+  frame.start(beat - static_cast<int>(now.msecsSinceReference() % beat));
 }
 
 Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional<StripOutlets>& outlets)
@@ -175,9 +191,9 @@ void Strip::PlotValue(int trace, double value) {
   Touch();
 }
 
-// Traces that are fed together share one x, which needs the time of day once.
+// Asking for the time of day reads the file of the time zone, and between two jumps of the clock nothing new is learnt.
 void Strip::NoteDayTime(double x) {
-  if (!p_->wallClock || (scene_.dayTime.Known() && x == p_->notedX)) return;
+  if (!p_->wallClock || (scene_.dayTime.Known() && std::abs(x - p_->notedX) < kNoteSeconds)) return;
   p_->notedX = x;
   scene_.dayTime.Note(x, p_->wallClock());
 }

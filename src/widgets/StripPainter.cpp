@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <optional>
 
 #include <QPainter>
@@ -16,9 +17,30 @@
 namespace zth::widgets {
 namespace {
 
+// Qt copies taller pieces of an image in its threads where other windows cover a part of the chart. Waking them takes
+// longer than the copying.
+constexpr int kBandRows = 64;
+
 QFont Bold(QFont font) {
   font.setBold(true);
   return font;
+}
+
+/// Draws the rows `top` to `bottom`, exclusive, of an image at the painter's origin; in logical pixels.
+void DrawInBands(QPainter& painter, const QImage& image, int top, int bottom) {
+  const int rows = std::max(1, static_cast<int>(kBandRows / image.devicePixelRatio()));
+  const int width = static_cast<int>(std::ceil(image.width() / image.devicePixelRatio()));
+  for (int row = top; row < bottom; row += rows) {
+    painter.setClipRect(0, row, width, std::min(rows, bottom - row));
+    painter.drawImage(QPointF(0, 0), image);
+  }
+}
+
+/// As an assignment does, but into the memory that `to` has already.
+void CopyPixels(QImage& to, const QImage& from) {
+  if (to.size() != from.size() || to.format() != from.format()) to = QImage(from.size(), from.format());
+  to.setDevicePixelRatio(from.devicePixelRatio());
+  std::memcpy(to.bits(), from.constBits(), static_cast<std::size_t>(from.sizeInBytes()));
 }
 
 }  // namespace
@@ -99,7 +121,7 @@ void StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size,
   const StripColours colours(palette);
   PaintStill(scene, size, ratio, palette, colours);
   if (scene.IsXY()) {
-    paths_ = canvas_.copy();
+    CopyPixels(paths_, canvas_);
     QPainter canvas(&paths_);
     DrawPaths(SheetOf(canvas, scene, colours));
   } else {
@@ -109,10 +131,9 @@ void StripPainter::Paint(QPainter& painter, const StripScene& scene, QSize size,
   // draws glyphs much faster below it, and nothing live is in that row.
   const QImage& image = scene.IsXY() ? paths_ : canvas_;
   const int row = layout_.plot.top() - 1;
-  painter.setClipRect(0, 0, size.width(), row);
-  painter.drawImage(QPointF(0, 0), image);
+  DrawInBands(painter, image, 0, row);
+  DrawInBands(painter, image, row, size.height());
   painter.setClipRect(0, row, size.width(), size.height() - row);
-  painter.drawImage(QPointF(0, 0), image);
   const StripSheet sheet = SheetOf(painter, scene, colours);
   if (!scene.IsXY()) MarkEdges(sheet);
   PaintLive(sheet, true);

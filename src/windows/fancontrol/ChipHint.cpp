@@ -82,7 +82,9 @@ void ChipHint::Refresh(bool otherChip) {
   const QString text = !otherChip && IsMoved() ? QString("chip: %1").arg(polled_()) : QString();
   const QString age = text.isEmpty() ? QString() : chip::AgeSuffix(chip::kDynamicTminGroup);
   widgets::MakePale(label_, !age.isEmpty());
-  label_.setToolTip(age.isEmpty() ? QString() : text + age);
+  // Every set tip tells the label's window of a change, even of none.
+  const QString tip = age.isEmpty() ? QString() : text + age;
+  if (tip != label_.toolTip()) label_.setToolTip(tip);
   const QString spoken = text.isEmpty() ? QString() : QString("The chip holds %1").arg(polled_()) + age;
   if (text == label_.text() && spoken == box_.accessibleDescription()) return;
   label_.setText(text);

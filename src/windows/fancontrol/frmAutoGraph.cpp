@@ -198,6 +198,10 @@ void frmAutoGraph::ShowTrangeTips(const CurveModel& model) {
   for (int i = 0; i < chip::kTemperatures; ++i) {
     const std::string text = Controls().TextOf({"cmbTrange", i});
     const int apart = DrawnApart(text, curve.MinDuty, model.MaxDuty);
+    // The tips hardly ever change, and this is called at every poll.
+    TrangeTip& tip = tips_.at(static_cast<std::size_t>(i));
+    if (tip.text == text && tip.apart == apart) continue;
+    tip = {text, apart};
     auto* list = findChild<QComboBox*>(NameOf({"cmbTrange", i}));
     const QString drawn = QString::number(base::RoundToInt(base::LeadingDecimal(text)));
     list->setToolTip(

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <memory>
+#include <string>
 
 #include "windows/fancontrol/CurveView.h"
 #include "windows/fancontrol/LiveWindow.h"
@@ -45,6 +47,13 @@ class frmAutoGraph final : public LiveWindow {
   QTabWidget* tbPWM_ = nullptr;
   QTabWidget* tbTemp_ = nullptr;
   std::unique_ptr<CurveView> view_;
+
+  /// What the tip of a list of Tranges was made of.
+  struct TrangeTip {
+    std::string text;
+    int apart = -1;
+  };
+  std::array<TrangeTip, chip::kTemperatures> tips_;
 };
 
 }  // namespace zth::windows

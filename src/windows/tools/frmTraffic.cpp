@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateTime>
@@ -35,8 +36,10 @@ constexpr char kFilter[] = "Bus Traffic (*.txt)|*.txt|All Files (*)|*";
 /// Calls of a file that are held, about 100 MB of memory. Of a longer file the last ones are.
 constexpr std::size_t kMostOfFile = 1'000'000;
 
-/// What the program reads by itself is shown at every tenth look only: drawing the table takes some milliseconds.
+/// What the program reads by itself is shown at every tenth look only: drawing the table takes some milliseconds. While
+/// the user works in another window, every third of these is enough.
 constexpr int kCalmLooks = 10;
+constexpr int kAsideLooks = 30;
 
 constexpr std::int64_t kPiece = 1024 * 1024;  // bytes read from a file at a time
 
@@ -72,7 +75,10 @@ void frmTraffic::ShowFilter() {
 }
 
 void frmTraffic::tmrTraffic_Timer() {
-  if (!isVisible() || (++looks_ < kCalmLooks && !model_->HasNewsByUser())) return;
+  const QWidget* focus = QApplication::focusWidget();
+  const bool isAside = focus != nullptr && !isAncestorOf(focus) && !cmdHold_->isChecked();
+  ++looks_;
+  if (!isVisible() || (looks_ < (isAside ? kAsideLooks : kCalmLooks) && !model_->HasNewsByUser())) return;
   Refresh();
 }
 

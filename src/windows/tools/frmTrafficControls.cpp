@@ -20,6 +20,7 @@
 #include "windows/FileDrops.h"
 #include "windows/Handlers.h"
 #include "windows/SearchKeys.h"
+#include "windows/tools/TrafficDelegate.h"
 #include "windows/tools/TrafficModel.h"
 #include "windows/tools/frmTraffic.h"
 
@@ -97,6 +98,7 @@ void frmTraffic::MakeTable() {
   tblTraffic_ = widgets::Named<QTableView>("tblTraffic", this);
   AddSearchKeys(*txtFilter_, *tblTraffic_);
   tblTraffic_->setModel(model_);
+  tblTraffic_->setItemDelegate(new TrafficDelegate(*tblTraffic_));
   tblTraffic_->setAccessibleName("Calls");
   tblTraffic_->setSelectionBehavior(QAbstractItemView::SelectRows);
   tblTraffic_->setSelectionMode(QAbstractItemView::ExtendedSelection);
