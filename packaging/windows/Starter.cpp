@@ -1,10 +1,15 @@
-// Starts the program from the folder above, so that nobody has to look for it among the libraries. ZTH_PROGRAM is its
-// path from here, a wide text. Links no library of its own folder and no tool chain's: it must start wherever it is.
+// Starts the program from the folder above, so that nobody has to look for it among the libraries; with ZTH_SIMULATED
+// the copy that has only the simulated board beside it. Needs no library but the system's.
 #include <string>
 #include <windows.h>
 
 namespace {
 
+#ifdef ZTH_SIMULATED
+constexpr wchar_t kProgram[] = L"\\boards\\simulated\\zth4718-evaluation.exe";
+#else
+constexpr wchar_t kProgram[] = L"\\bin\\zth4718-evaluation.exe";
+#endif
 constexpr DWORD kLongest = 32'768;  // characters of a path or a variable
 
 std::wstring OwnFolder() {
@@ -23,7 +28,7 @@ std::wstring Variable(const wchar_t* name) {
 
 int WINAPI wWinMain(HINSTANCE /*instance*/, HINSTANCE /*before*/, LPWSTR arguments, int /*show*/) {
   const std::wstring home = OwnFolder();
-  const std::wstring program = home + L"\\" + ZTH_PROGRAM;
+  const std::wstring program = home + kProgram;
   // The copy beside the simulated board has none of the program's own libraries in its folder.
   ::SetEnvironmentVariableW(L"PATH", (home + L"\\bin;" + Variable(L"PATH")).c_str());
   std::wstring line = L"\"" + program + L"\" " + arguments;

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr std::array kProgramSides{16, 20, 24, 32, 40, 48, 64, 128, 256};
+constexpr std::array kProgramSides{16, 20, 24, 32, 40, 48, 64, 256};
 
 QByteArray ContentOf(const QString& path) {
   QFile file(path);

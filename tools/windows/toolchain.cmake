@@ -30,7 +30,8 @@ if(ZTH_WINDOWS_QT)
   foreach(package CLI11 nlohmann_json GTest)
     set(${package}_DIR "${CMAKE_CURRENT_LIST_DIR}/packages")
   endforeach()
-  # moc and rcc run on this system.
+  # moc and rcc run on this system, whose rcc would compress in a way that the other Qt was built without.
+  set(CMAKE_AUTORCC_OPTIONS --no-zstd)
   set(QT_HOST_PATH /usr)
   file(GLOB QT_HOST_PATH_CMAKE_DIR /usr/lib/*/cmake/Qt6HostInfo)
   list(TRANSFORM QT_HOST_PATH_CMAKE_DIR REPLACE "/Qt6HostInfo$" "")

@@ -87,7 +87,7 @@ HMODULE LoadModule(const QString& path, DWORD& error) {
 }
 
 QString WhyNot(const QString& path, DWORD error) {
-  QStringList folders{QFileInfo(path).absolutePath()};
+  QStringList folders{QDir::toNativeSeparators(QFileInfo(path).absolutePath())};
   folders << SearchedFolders();
   const DllSearch search{[&](const QString& name) { return Search(folders, name); }, ReadHeader, IsSystems};
   const QString trouble = DllTrouble(path, kOwnMachine, search);
