@@ -15,6 +15,7 @@ namespace {
 
 constexpr DllMachine kOwnMachine = sizeof(void*) == 8 ? DllMachine::X64 : DllMachine::X86;
 constexpr qint64 kLargestLibrary = 256 << 20;
+constexpr qint64 kBeginning = 4096;  // bytes of a file, enough to tell its machine
 
 LPCWSTR Wide(const QString& text) {
   return reinterpret_cast<LPCWSTR>(text.utf16());
@@ -53,9 +54,16 @@ QString Search(const QStringList& folders, const QString& name) {
   });
 }
 
-std::optional<DllHeader> ReadHeader(const QString& path) {
+std::optional<DllHeader> ReadHeader(const QString& path, qint64 bytes = kLargestLibrary) {
   QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? ReadDllHeader(file.read(kLargestLibrary)) : std::nullopt;
+  return file.open(QIODevice::ReadOnly) ? ReadDllHeader(file.read(bytes)) : std::nullopt;
+}
+
+/// Whether the file says that it is for another machine. Asked first: a system that runs both kinds might map the file
+/// and find no entries in it.
+bool IsForeign(const QString& path) {
+  const auto header = ReadHeader(path, kBeginning);
+  return header && header->machine != kOwnMachine;
 }
 
 bool IsSystems(const QString& path) {
@@ -86,11 +94,14 @@ HMODULE LoadModule(const QString& path, DWORD& error) {
   return module;
 }
 
+/// `error` is the system's number of the reason; 0 if it was not asked.
 QString WhyNot(const QString& path, DWORD error) {
   QStringList folders{QDir::toNativeSeparators(QFileInfo(path).absolutePath())};
   folders << SearchedFolders();
-  const DllSearch search{[&](const QString& name) { return Search(folders, name); }, ReadHeader, IsSystems};
+  const DllSearch search{[&](const QString& name) { return Search(folders, name); },
+                         [](const QString& needed) { return ReadHeader(needed); }, IsSystems};
   const QString trouble = DllTrouble(path, kOwnMachine, search);
+  if (error == 0) return trouble;
   return (trouble.isEmpty() ? path + " cannot be loaded." : trouble) + " (" +
          qt_error_string(static_cast<int>(error)).trimmed() + ", error " + QString::number(error) + ')';
 }
@@ -111,7 +122,7 @@ LoadedLibrary LoadLibraryFile(const QString& file) {
             file};
   }
   DWORD error = 0;
-  const HMODULE module = LoadModule(path, error);
+  const HMODULE module = IsForeign(path) ? nullptr : LoadModule(path, error);
   if (module != nullptr) return {std::make_shared<LoadedFile>(module), {}, path};
   return {nullptr, WhyNot(path, error), path};
 }
