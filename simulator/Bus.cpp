@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -20,6 +21,7 @@ BoardOptions OptionsOf(const Settings& settings, std::uint8_t address, bool swit
   options.chip.revision = settings.revision;
   options.chip.seed = settings.seed ^ (std::uint64_t{address} << 32U);
   options.chip.noise = settings.noise;
+  options.plant = settings.plant;
   options.plant.seed = options.chip.seed + 1;
   options.plant.ambientC = settings.ambientC;
   options.plant.ripple = settings.noise;
@@ -31,7 +33,8 @@ BoardOptions OptionsOf(const Settings& settings, std::uint8_t address, bool swit
 
 }  // namespace
 
-Bus::Bus(const Settings& settings, Link link) : faults_(settings.faults, link), timeFactor_(settings.timeFactor) {
+Bus::Bus(const Settings& settings, Link link)
+    : setUp_(settings.setUp), faults_(settings.faults, link), timeFactor_(settings.timeFactor) {
   const std::vector<std::uint8_t>& addresses = link == Link::Usb ? settings.usbChips : settings.smbusChips;
   for (const std::uint8_t address : addresses) {
     // The switches are on the adapter and belong to the first board; on other boards all connections are permanently
@@ -43,7 +46,10 @@ Bus::Bus(const Settings& settings, Link link) : faults_(settings.faults, link), 
 }
 
 void Bus::PowerUp() {
-  for (auto& [address, board] : boards_) board->Advance(kUnderPower);
+  for (auto& [address, board] : boards_) {
+    for (std::size_t i = 0; i + 1 < setUp_.size(); i += 2) board->TheChip().Write(setUp_[i], setUp_[i + 1]);
+    board->Advance(kUnderPower);
+  }
 }
 
 void Bus::Owe(std::chrono::nanoseconds elapsed) {

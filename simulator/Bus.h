@@ -19,7 +19,8 @@ class Bus {
   /// address.
   Bus(const Settings& settings, Link link);
 
-  /// Lets two seconds pass under power before the link first accesses the boards. The plan's time starts here.
+  /// Sets the chips up and lets two seconds pass under power before the link first accesses the boards. The plan's time
+  /// starts here.
   void PowerUp();
 
   /// Advances real time, which the time factor converts to simulated time. A pause of more than ten minutes, for
@@ -61,6 +62,7 @@ class Bus {
   Board* At(int address);
 
   std::map<int, std::unique_ptr<Board>> boards_;
+  std::vector<std::uint8_t> setUp_;  ///< as in Settings
   Board* first_ = nullptr;
   FaultClock faults_;
   double timeFactor_;

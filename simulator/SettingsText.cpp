@@ -1,6 +1,8 @@
 #include "simulator/SettingsText.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -70,7 +72,55 @@ Problem Addresses(const Values& values, std::vector<std::uint8_t>& target) {
   return std::nullopt;
 }
 
+Problem SetUp(const Values& values, std::vector<std::uint8_t>& target) {
+  target.clear();
+  for (const std::string& word : values) {
+    long long number = 0;
+    if (!ParseInteger(word, number) || number < 0 || number > 0xFF) return "'" + word + "' is not 0 to 0xFF";
+    target.push_back(static_cast<std::uint8_t>(number));
+  }
+  if (target.empty() || target.size() % 2 != 0) return "expected registers and values in turn";
+  return std::nullopt;
+}
+
+/// One number for all sensors, or one for each.
+Problem OfSensors(const Values& values, double low, double high, std::array<double, kTemperatures>& target) {
+  if (values.size() != 1 && values.size() != target.size()) return "expected one number, or one for each of 4 sensors";
+  for (std::size_t sensor = 0; sensor < target.size(); ++sensor) {
+    const std::string& word = values[values.size() == 1 ? 0 : sensor];
+    if (const Problem problem = Number({word}, low, high, target[sensor])) return problem;
+  }
+  return std::nullopt;
+}
+
+/// A number that is given in percent.
+Problem Percent(const Values& values, double low, double high, double& target) {
+  double percent = 0;
+  Problem problem = Number(values, low, high, percent);
+  if (!problem) target = percent / 100;
+  return problem;
+}
+
+/// The fans and the heat; nothing if the key is not among them.
+std::optional<Problem> SetPlant(PlantOptions& plant, const std::string& key, const Values& values) {
+  if (key == "fan-speed") return Number(values, 500, 20000, plant.fullRpm);
+  if (key == "fan-idle") return Percent(values, 0, 90, plant.idleShare);
+  if (key == "fan-stall") return Percent(values, 0, 90, plant.stallDuty);
+  if (key == "fan-start") return Percent(values, 0, 95, plant.startDuty);
+  if (key == "fan-rise") return Number(values, 0.05, 20, plant.spinUpSeconds);
+  if (key == "fan-coast") return Number(values, 0.05, 20, plant.coastSeconds);
+  if (key == "spread") return Number(values, 0, 2, plant.spread);
+  if (key == "heater-power") return Number(values, 0, 100, plant.heaterWatts);
+  if (key == "heater-to-local") return Percent(values, 0, 100, plant.heaterToLocal);
+  if (key == "heat-capacity") return OfSensors(values, 0.1, 1000, plant.heatCapacity);
+  if (key == "still-air") return OfSensors(values, 0.01, 10, plant.stillAir);
+  if (key == "moving-air") return OfSensors(values, 0, 10, plant.movingAir);
+  if (key == "standing-power") return OfSensors(values, 0, 100, plant.standingWatts);
+  return std::nullopt;
+}
+
 Problem Set(Settings& settings, const std::string& key, const Values& values) {
+  if (const auto problem = SetPlant(settings.plant, key, values)) return *problem;
   if (key == "seed") return Whole(values, 0, std::numeric_limits<long long>::max(), settings.seed);
   if (key == "ambient") return Number(values, -40, 100, settings.ambientC);
   if (key == "time-factor") return Number(values, 0.01, 1000, settings.timeFactor);
@@ -80,6 +130,7 @@ Problem Set(Settings& settings, const std::string& key, const Values& values) {
   if (key == "d2-connector") return Choice(values, "open", "diode", settings.diodeAtD2Connector);
   if (key == "usb") return Addresses(values, settings.usbChips);
   if (key == "smbus") return Addresses(values, settings.smbusChips);
+  if (key == "set-up") return SetUp(values, settings.setUp);
   if (key == "firmware") return Choice(values, "accepted", "refused", settings.firmwareRefused);
   if (key == "connect-at-try") return Whole(values, 1, 1000, settings.connectAtTry);
   return "'" + key + "' is no setting";

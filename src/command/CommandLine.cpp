@@ -32,8 +32,10 @@ class Grammar {
     AddConfigurations();
     AddSamples();
     AddWords(Add("curve", "Print the duty for each temperature"), "PWM", "PWM1 to PWM4")->required()->expected(1);
+    AddMeasuring();
     Add("limits", "Print the limits and whether the readings are within them");
     Add("alerts", "Print the alerts; reading them clears those that have ended");
+    AddServe();
     AddWords(Add("run", "Run the commands of a file"), "SCRIPT", "A command a line")->required()->expected(1);
   }
 
@@ -86,7 +88,32 @@ class Grammar {
     AddPace(watch);
     auto* log = Add("log", "Write samples to a file, comma-separated");
     AddWords(log, "FILE WHAT", "A new file, then what to log")->required();
+    auto* append = log->add_flag("--append", line_.request.append, "Go on with a file that is there");
+    log->add_flag("--force", line_.request.force, "Write over a file that is there")->excludes(append);
     AddPace(log);
+  }
+
+  void AddServe() {
+    auto* serve = Add("serve", "Serve the readings of all chips over HTTP, in the OpenMetrics format");
+    serve->add_option("--listen", line_.request.listen, "An IP address and a port; 127.0.0.1:9418 by default");
+    serve->add_flag("--alerts", line_.request.alerts, "Read the host's status registers too, which clears them");
+  }
+
+  void AddMeasuring() {
+    auto* measure = Add("characterise", "Measure fans, heat and the chip's control, and put everything back");
+    AddWords(measure, "WHAT", "fans, heat, controller or all; fans by default");
+    MeasuringOptions& options = line_.request.measuring;
+    measure->add_option("--pwm", options.pwms, "The PWMs: 1,2; all by default");
+    measure->add_option("--pulses", options.pulses, "Tach pulses per revolution; by default as the chip is set");
+    measure->add_option("--step", options.step, "Of the duty, percent; 5 by default");
+    measure->add_option("--heater", options.heater, "1 or 2; 1 by default");
+    measure->add_option("--heat", options.heat, "Its drive, percent; 60 by default");
+    measure->add_option("--watts", options.watts, "Its power at 100 %, for results in K/W");
+    measure->add_option("--duties", options.duties, "Of the fans for heat: 100,60,35 by default");
+    measure->add_option("--keep", options.keep, "The temperature that a proposal keeps; 60C by default");
+    measure->add_option("--limit", options.limit, "The temperature that ends it; 85C by default");
+    measure->add_option("--most", options.most, "The time that ends it; 1h by default");
+    measure->add_option("--out", options.folder, "A folder for the report's files");
   }
 
   void AddWriteOptions(CLI::App* command) {

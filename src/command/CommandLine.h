@@ -16,6 +16,21 @@ struct Options {
   bool quiet = false;
 };
 
+/// What characterise is asked for, as given; empty or 0 for what is left out.
+struct MeasuringOptions {
+  std::string pwms;    ///< "1,2"
+  std::string duties;  ///< "100,60,35"
+  std::string keep;    ///< "60C"
+  std::string limit;   ///< likewise
+  std::string most;    ///< a time
+  std::string folder;
+  int pulses = 0;
+  int step = 0;  ///< percent
+  int heater = 0;
+  double heat = 0;  ///< percent
+  double watts = 0;
+};
+
 /// A command with its own words and options.
 struct Request {
   std::string name;                ///< "read"
@@ -26,8 +41,13 @@ struct Request {
   bool dryRun = false;
   bool noTransfers = false;
   bool changedOnly = false;
-  double interval = 1;             ///< seconds between two samples
-  std::optional<double> duration;  ///< seconds; none: until a signal
+  bool append = false;                    ///< of log: to a file that is there
+  bool force = false;                     ///< of log: in place of it
+  bool alerts = false;                    ///< of serve
+  std::string listen = "127.0.0.1:9418";  ///< of serve
+  double interval = 1;                    ///< seconds between two samples
+  std::optional<double> duration;         ///< seconds; none: until a signal
+  MeasuringOptions measuring;
 };
 
 struct CommandLine {

@@ -18,7 +18,7 @@ struct Command {
   Job (*prepare)(const Request&, const Setting&);
 };
 
-constexpr std::array<Command, 13> kCommands{{{"find", PrepareFind},
+constexpr std::array<Command, 15> kCommands{{{"find", PrepareFind},
                                              {"read", PrepareRead},
                                              {"write", PrepareWrite},
                                              {"dump", PrepareDump},
@@ -30,6 +30,8 @@ constexpr std::array<Command, 13> kCommands{{{"find", PrepareFind},
                                              {"curve", PrepareCurve},
                                              {"limits", PrepareLimits},
                                              {"alerts", PrepareAlerts},
+                                             {"serve", PrepareServe},
+                                             {"characterise", PrepareCharacterise},
                                              {"run", PrepareRun}}};
 
 std::string Sentence(const Failure& failure) {

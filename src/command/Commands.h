@@ -34,6 +34,8 @@ Job PrepareCurve(const Request& request, const Setting& setting);
 Job PrepareLimits(const Request& request, const Setting& setting);
 Job PrepareAlerts(const Request& request, const Setting& setting);
 Job PrepareExport(const Request& request, const Setting& setting);
+Job PrepareServe(const Request& request, const Setting& setting);
+Job PrepareCharacterise(const Request& request, const Setting& setting);
 Job PrepareRun(const Request& request, const Setting& setting);
 
 /// Starts by itself, because it goes on where a start fails. Returns the exit status.

@@ -1,6 +1,7 @@
 #include <sstream>
 
 #include "command/Commands.h"
+#include "command/Devices.h"
 #include "link/BoardName.h"
 #include "link/Declarations.h"
 #include "tasks/StartReport.h"
@@ -16,7 +17,13 @@ void ShowReport(const Session& session) {
   }
 }
 
-/// What can be said of the libraries without calling what transfers.
+/// A library that names its board before it has looked for one needs no device of this machine: it simulates or
+/// replays.
+bool NeedsDevices(std::int16_t mode) {
+  return link::BoardNameOf(mode).isEmpty();
+}
+
+/// What can be said of the libraries and of this machine without calling what transfers.
 int LookOnly(const Session& session) {
   platform::Libraries& libraries = session.Services().libraries;
   const bool hasSmbus = link::LoadSmbus(libraries).isEmpty();
@@ -44,9 +51,13 @@ int LookOnly(const Session& session) {
   };
   show("USB adapter", link::Bus.UsbLibrary, link::kModeUsb);
   show("SMBus host", link::Bus.SmbusLibrary, link::kModeSmbus);
-  if (hasSmbus || hasUsb) return kDone;
-  throw Failure{kNoHardware, "There is no library for either link",
-                "Name a board with --board, or put the maker's library beside the program"};
+  if (!hasSmbus && !hasUsb) {
+    throw Failure{kNoHardware, "There is no library for either link",
+                  "Name a board with --board, or put the maker's library beside the program"};
+  }
+  if (session.Services().machine == nullptr) return kDone;
+  const DevicesNeeded needed{hasSmbus && NeedsDevices(link::kModeSmbus), hasUsb && NeedsDevices(link::kModeUsb)};
+  return ShowDevices(*session.Services().machine, needed, session.Out()) ? kNoHardware : kDone;
 }
 
 }  // namespace

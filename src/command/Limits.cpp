@@ -4,7 +4,7 @@
 
 #include "base/BitField.h"
 #include "base/Rounding.h"
-#include "chip/ChipState.h"
+#include "command/Alerts.h"
 #include "command/Commands.h"
 #include "tasks/LimitTables.h"
 
@@ -18,12 +18,6 @@ using tasks::LimitChannel;
 
 constexpr std::array kGauges{&tasks::kTemperatureGauge, &tasks::kFanGauge, &tasks::kVoltageGauge,
                              &tasks::kThermTimerGauge, &tasks::kThermPinGauge};
-constexpr std::array kAlerts{&tasks::kTemperatureAlerts, &tasks::kFanAlerts,      &tasks::kVoltageAlerts,
-                             &tasks::kThermAlerts,       &tasks::kThermPinAlerts, &tasks::kDigitalAlerts};
-
-bool IsListed(tasks::PinCondition condition) {
-  return condition == nullptr || condition(chip::Model.PinFunctions);
-}
 
 double Rounded(double value) {
   return base::RoundHalfEven(value, 2);
@@ -56,15 +50,6 @@ void ShowLimits(Session& session, const GaugeTab& tab, const LimitChannel& chann
   }
   row.emplace_back("state", state);
   session.Out().Result(line + ": " + state, row);
-}
-
-/// Whether the pins provide what a row of alerts is about.
-bool IsLive(const AlertTab& tab, std::size_t row) {
-  if (&tab != &tasks::kVoltageAlerts) return IsListed(tab.rows[row].live);
-  for (const LimitChannel& channel : tasks::kVoltageGauge.channels) {
-    if (channel.row == static_cast<int>(row) && IsListed(channel.listed)) return true;
-  }
-  return false;
 }
 
 /// Reads registers once each.
@@ -109,7 +94,7 @@ Job PrepareAlerts(const Request& /*request*/, const Setting& /*setting*/) {
     session.ReadPins();
     session.Out().Remark("Reading the alerts clears those whose cause has ended");
     Registers registers(session);
-    for (const AlertTab* tab : kAlerts) {
+    for (const AlertTab* tab : AlertTabs()) {
       for (std::size_t row = 0; row < tab->rows.size(); ++row) {
         if (IsLive(*tab, row)) ShowAlert(registers, tab->rows[row], session.Out());
       }

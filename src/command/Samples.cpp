@@ -1,7 +1,7 @@
 #include <limits>
-#include <utility>
 
 #include "command/Commands.h"
+#include "command/LogFile.h"
 #include "command/Readings.h"
 
 namespace zth::command {
@@ -47,28 +47,7 @@ void ShowSamples(Session& session, const std::vector<Target>& targets) {
   session.Out().Result(line, row);
 }
 
-/// A new file that grows by whole lines.
-class GrowingFile {
- public:
-  GrowingFile(platform::Files& files, QString path) : files_(files), path_(std::move(path)) {}
-
-  void Add(const std::string& line) {
-    const platform::FileAppend done = files_.Append(path_, state_, QByteArray::fromStdString(line + "\r\n"));
-    const auto size = static_cast<std::int64_t>(line.size() + 2);
-    if (!done.opened || done.written < size) {
-      throw Failure{kUsage, "'" + path_.toStdString() + "' cannot be written", "Check the disk and the folder"};
-    }
-    state_ = done.before;
-    state_->size += done.written;
-  }
-
- private:
-  platform::Files& files_;
-  QString path_;
-  std::optional<platform::FileState> state_;
-};
-
-void LogTo(GrowingFile& file, Session& session, const std::vector<Target>& targets, double began, bool& hasHead) {
+void LogTo(LogFile& file, Session& session, const std::vector<Target>& targets, double began) {
   const std::string time = TimeOf(session.Services());
   const double seconds = session.Now() - began;
   std::string head = "UTC,Seconds";
@@ -77,8 +56,7 @@ void LogTo(GrowingFile& file, Session& session, const std::vector<Target>& targe
     head += "," + LabelOf(sample);
     line += "," + (sample.isStale ? std::string() : NumberText(sample.value));
   }
-  if (!std::exchange(hasHead, true)) file.Add(head);
-  file.Add(line);
+  file.Add(head, line);
 }
 
 }  // namespace
@@ -91,15 +69,18 @@ Job PrepareWatch(const Request& request, const Setting& /*setting*/) {
 
 Job PrepareLog(const Request& request, const Setting& setting) {
   const QString path = QString::fromStdString(request.words.front());
-  if (setting.services.files.Look(path)) {
-    throw Failure{kUsage, "'" + request.words.front() + "' is there already", "Name a new file"};
+  const auto mode = request.append  ? LogFile::Mode::Append
+                    : request.force ? LogFile::Mode::Replace
+                                    : LogFile::Mode::New;
+  if (mode == LogFile::Mode::New && setting.services.files.Look(path)) {
+    throw Failure{kUsage, "'" + request.words.front() + "' is there already",
+                  "Name a new file, go on with this one by --append, or write over it by --force"};
   }
   const std::vector<std::string> words(request.words.begin() + 1, request.words.end());
-  return [request, path, targets = TargetsOf(words.empty() ? kWatchedByDefault : words)](Session& session) {
-    GrowingFile file(session.Services().files, path);
-    bool hasHead = false;
+  return [request, path, mode, targets = TargetsOf(words.empty() ? kWatchedByDefault : words)](Session& session) {
+    LogFile file(session.Services().files, path, mode);
     const double began = session.Now();
-    Repeat(session, request, [&] { LogTo(file, session, targets, began, hasHead); });
+    Repeat(session, request, [&] { LogTo(file, session, targets, began); });
   };
 }
 

@@ -58,7 +58,8 @@ Job JobOf(const Words& words, const Setting& setting) {
   if (name == "wait-for") return WaitForOf(words);
   if (name == "assert") return AssertOf(words);
   if (name == "note") return NoteOf(words);
-  if (name == "run" || name == "doctor") throw Failure{kUsage, "'" + name + "' is no command of a script", ""};
+  if (name == "run" || name == "doctor" || name == "serve")
+    throw Failure{kUsage, "'" + name + "' is no command of a script", ""};
   const CommandLine line = ParseCommandLine(words);
   const Options& options = line.options;
   if (!options.board.empty() || !options.device.empty() || !options.record.empty() || options.json || options.quiet ||

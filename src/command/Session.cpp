@@ -156,6 +156,13 @@ void Session::Select() {
   tasks::SelectDevice(chosen);
 }
 
+std::vector<link::ChipId> Session::ChipsMeant() const {
+  if (!options_.device.empty()) return {link::ChipInUse()};
+  std::vector<link::ChipId> chips;
+  for (const QString& chip : chips_) chips.push_back(link::ChipOf(chip));
+  return chips;
+}
+
 void Session::Check() const {
   setting_.services.events.Pump();
   if (*ended_) throw Failure{kEnded, "Ended between two transfers", ""};

@@ -13,6 +13,7 @@
 #include "command/Failure.h"
 #include "command/Names.h"
 #include "command/Output.h"
+#include "link/ChipId.h"
 #include "platform/Services.h"
 
 namespace zth::command {
@@ -47,6 +48,8 @@ class Session {
   /// Finds the chips, with the transfers and the waits of the program's own start, and takes one.
   void Start();
   const std::vector<QString>& Chips() const { return chips_; }
+  /// Those that the user means: the one of --device, or else all that were found.
+  std::vector<link::ChipId> ChipsMeant() const;
 
   unsigned Read(std::uint8_t reg);
   void Write(std::uint8_t reg, unsigned value);

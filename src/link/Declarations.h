@@ -70,8 +70,10 @@ struct FailureReporter {
   std::function<void()> closeAllWindows;
   /// Asks instead of the services' own box while the program starts; null otherwise.
   std::function<platform::BoxAnswer(const platform::BoxQuestion&)> ask;
-  bool held = false;   ///< a failure is being reported
-  bool ended = false;  ///< the end of the process has been requested
+  bool held = false;               ///< a failure is being reported
+  bool ended = false;              ///< the end of the process has been requested
+  int quiet = 0;                   ///< how many Quiet (LinkErrors.h) there are
+  std::function<void()> before{};  ///< what is to be done before a failure is reported; null otherwise
 };
 
 /// The link's state. `Bus = {}` is the state before the program has started.

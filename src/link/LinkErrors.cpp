@@ -1,6 +1,7 @@
 #include "link/LinkErrors.h"
 
 #include <array>
+#include <utility>
 
 #include "base/Product.h"
 #include "link/Declarations.h"
@@ -34,7 +35,8 @@ void Attach(platform::Services& services, std::function<void()> closeAllWindows)
 void ReportLinkError(int code) {
   // A box runs an event loop: handlers called in it must not reach the board, and a second failure must not open a
   // second box.
-  if (Bus.reporter.held || Bus.reporter.services == nullptr) return;
+  if (Bus.reporter.held || Bus.reporter.services == nullptr || Bus.reporter.quiet > 0) return;
+  if (const auto step = std::exchange(Bus.reporter.before, nullptr)) step();
   Bus.reporter.held = true;
   StopWaiting();
   if (code >= 0 && code < static_cast<int>(kMessages.size())) {
@@ -49,6 +51,10 @@ void ReportLinkError(int code) {
   Bus.reporter.services->process.End(1);
 }
 
+void OpenAfterFailure() {
+  if (!Bus.reporter.ended) Bus.reporter.held = false;
+}
+
 bool LinkOpen() {
   if (Bus.reporter.ended) Bus.reporter.services->process.End(1);
   return !Bus.reporter.held;
@@ -56,6 +62,19 @@ bool LinkOpen() {
 
 bool LinkHeld() {
   return Bus.reporter.held;
+}
+
+Quiet::Quiet() {
+  ++Bus.reporter.quiet;
+}
+
+Quiet::~Quiet() {
+  // The state may have been reset meanwhile.
+  if (Bus.reporter.quiet > 0) --Bus.reporter.quiet;
+}
+
+void BeforeReport(std::function<void()> step) {
+  Bus.reporter.before = std::move(step);
 }
 
 }  // namespace zth::link

@@ -25,6 +25,10 @@ void Attach(platform::Services& services, std::function<void()> closeAllWindows)
 /// kHeaterError answered with No. While it runs, no operation reaches a transport.
 void ReportLinkError(int code);
 
+/// Opens the link again after a report that an exception of `ask` has left, for a caller that goes on without an
+/// answer.
+void OpenAfterFailure();
+
 /// False while a failure is being reported and after the program has ended. The master timer then skips its jobs, and a
 /// handler that runs underneath the box gets 0 from every operation. If a test has prevented the end of the process,
 /// this call ends it again.
@@ -32,5 +36,19 @@ bool LinkOpen();
 
 /// True if a failure is being reported or the program has ended; unlike LinkOpen, never ends anything. For the timer.
 bool LinkHeld();
+
+/// While such an object exists, no failure is reported: the caller looks at each transfer with a FailureWatch
+/// (Transfers.h) and says itself what has become of its work. No event may be handled in between.
+class Quiet {
+ public:
+  Quiet();
+  ~Quiet();
+  Quiet(const Quiet&) = delete;
+  Quiet& operator=(const Quiet&) = delete;
+};
+
+/// Sets what is to be done once, before the next failure is reported, while the link can still be used; null for
+/// nothing. It must report no failure itself. For work that must not be left half done, such as a heater that heats.
+void BeforeReport(std::function<void()> step);
 
 }  // namespace zth::link

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 
 #include "platform/DesktopParts.h"
+#include "platform/HttpServer.h"
+#include "platform/Machine.h"
 
 namespace zth::platform {
 
@@ -42,12 +44,15 @@ struct ConsoleServices::Parts {
   DesktopFiles files;
   NoClipboard clipboard;
   PlainProcess process;
+  LocalMachine machine;
+  HttpHost pageHost;
 };
 
 ConsoleServices::ConsoleServices()
-    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,  parts_->shell,
-                                              parts_->clock,     parts_->events,      parts_->libraries, parts_->files,
-                                              parts_->clipboard, parts_->process} {}
+    : parts_(std::make_unique<Parts>()), all_{parts_->prompts,   parts_->fileDialogs, parts_->settings,
+                                              parts_->shell,     parts_->clock,       parts_->events,
+                                              parts_->libraries, parts_->files,       parts_->clipboard,
+                                              parts_->process,   &parts_->machine,    &parts_->pageHost} {}
 
 ConsoleServices::~ConsoleServices() = default;
 

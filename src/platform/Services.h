@@ -16,6 +16,11 @@ class QImage;
 class QTimer;
 class QWidget;
 
+namespace zth::platform {
+class Machine;   // Machine.h
+class PageHost;  // Pages.h
+}  // namespace zth::platform
+
 /// The seams to everything outside the program. The rooms above open boxes and file dialogs, read clocks, load
 /// libraries and end the process only through these; tests pass scripted doubles.
 namespace zth::platform {
@@ -187,6 +192,9 @@ struct Services {
   Files& files;
   Clipboard& clipboard;
   Process& process;
+  // Null in a program that needs them for nothing.
+  Machine* machine = nullptr;
+  PageHost* pageHost = nullptr;
 };
 
 }  // namespace zth::platform

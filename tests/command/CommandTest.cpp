@@ -169,7 +169,36 @@ TEST_F(CommandTest, WatchesAndLogsAtItsPace) {
   EXPECT_EQ(lines[0], "UTC,Seconds,Remote1 Temp,PWM1 Min");
   EXPECT_TRUE(lines[3].contains("Z,1.00")) << lines[3].toStdString();
   EXPECT_TRUE(lines[3].endsWith(",-64,128"));
-  EXPECT_EQ(Run({"log", file}), command::kUsage) << "a file that is there is not written over";
+}
+
+TEST_F(CommandTest, ALogThatIsThereIsKeptUnlessTheUserSaysOtherwise) {
+  const std::vector<std::string> pace{"Remote1", "--interval", "1s", "--for", "1s"};
+  const auto log = [&](const std::string& file, const std::vector<std::string>& options) {
+    std::vector<std::string> line{"log", file};
+    line.insert(line.end(), pace.begin(), pace.end());
+    line.insert(line.end(), options.begin(), options.end());
+    return Run(line);
+  };
+  const auto lines = [this](const std::string& file) { return QString::fromStdString(Text(file)).count("\r\n"); };
+  const std::string file = Path("log.csv");
+  EXPECT_EQ(log(file, {"--append"}), command::kDone) << "one that is not there yet";
+  EXPECT_EQ(log(file, {}), command::kUsage);
+  EXPECT_EQ(error, "zth4718: '" + file +
+                       "' is there already. Name a new file, go on with this one by --append, or write over it by "
+                       "--force.\n");
+  EXPECT_EQ(traffic, Traffic{});
+  EXPECT_EQ(lines(file), 3);
+  EXPECT_EQ(log(file, {"--append"}), command::kDone);
+  EXPECT_EQ(lines(file), 5) << "one head";
+  EXPECT_EQ(log(file, {"Remote2", "--append"}), command::kUsage) << "other columns";
+  EXPECT_EQ(lines(file), 5);
+  EXPECT_EQ(log(file, {"Remote2", "--force"}), command::kDone);
+  EXPECT_EQ(lines(file), 3);
+  EXPECT_TRUE(Text(file).starts_with("UTC,Seconds,Remote1 Temp,Remote2 Temp\r\n"));
+  const std::string killed = File("killed.csv", "UTC,Seconds,Remote1 Temp\r\n2026-01-01T00:00:00.000Z,0.0");
+  EXPECT_EQ(log(killed, {"--append"}), command::kDone);
+  EXPECT_EQ(lines(killed), 4) << Text(killed);
+  EXPECT_EQ(log(file, {"--append", "--force"}), command::kUsage);
 }
 
 TEST_F(CommandTest, RecordsItsTransfers) {

@@ -29,7 +29,7 @@ def environment(folder: str) -> dict[str, str]:
 
 def run(line: str, folder: str, status: int = 0) -> str:
     done = subprocess.run(["bash", "-c", line], cwd=folder, env=environment(folder), capture_output=True, text=True,
-                          timeout=60)
+                          timeout=150)
     if done.returncode != status:
         faults.append(f"{line}: status {done.returncode}, not {status}\n{done.stdout}{done.stderr}")
     return done.stdout

@@ -120,10 +120,12 @@ TEST(Faults, AFailedTransferOnTheSmbusReadsAllOnesOrIsLost) {
 TEST(SimulatorSettings, EveryKeyIsAccepted) {
   const Settings s = Parsed(
       "seed = 12345\r\nambient = -5.5  # a cold room\ntime-factor = 20\nrevision = 3\nfan-pulses = 4\nnoise = 0\n"
-      "d2-connector = open\nusb = 0x58 0x5C\nsmbus = none\nfirmware = refused\nconnect-at-try = 21");
+      "d2-connector = open\nusb = 0x58 0x5C\nsmbus = none\nfirmware = refused\nconnect-at-try = 21\n"
+      "set-up = 0x07 0xFF 2 64");
   EXPECT_TRUE(s.seed == 12345U && s.ambientC == -5.5 && s.timeFactor == 20 && s.revision == 3 && s.fanPulses == 4);
   EXPECT_TRUE(s.noise == 0 && !s.diodeAtD2Connector && s.usbChips == (std::vector<std::uint8_t>{0x58, 0x5C}));
   EXPECT_TRUE(s.smbusChips.empty() && s.firmwareRefused && s.connectAtTry == 21);
+  EXPECT_EQ(s.setUp, (std::vector<std::uint8_t>{7, 0xFF, 2, 0x40}));
 }
 
 TEST(SimulatorSettings, AFaultKeepsItsTimesNumbersAndFilters) {
@@ -147,6 +149,7 @@ TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
       "ambient = 101 => from -40 to 100; ambient = nan => from -40 to 100; "
       "time-factor = 0 => from 0.01 to 1000; revision = 256 => from 0 to 255; revision = 1.5 => whole number; "
       "seed = -1 => whole number; usb = => bus addresses; usb = 0x58 0x80 => '0x80'; smbus = 0x2C 44 => twice; "
+      "set-up = 7 => in turn; set-up = 7 256 => '256'; "
       "firmware = maybe => accepted or refused; fault => begins with; fault fan 1 stalled => begins with; "
       "fault at soon fan 1 stalled => 'soon'; fault from 5 to 5 fan 1 stalled => ends before; "
       "fault at 5 => missing; fault at 5 fan 9 stalled => fans 1 to 8; "
@@ -161,6 +164,8 @@ TEST(SimulatorSettings, AWrongLineIsNamedAndSaysWhatIsWrong) {
       "fault at 5 coffee spilled => not known; fault at 5 fan 2 at 0 % => 1 to 100 %; fault at 5 fan 1.5 stalled => "
       "fans; "
       "fault at 5 tach 1 noisy 91 % => 90 %; fault at 5 tach 0 misses 1 % => tachs; fault at 5 vid 0x40 => 0x3F; "
+      "fan-stall = 91 => 0 to 90; fan-rise = 0 => 0.05 to 20; heat-capacity = 1 2 => one for each; "
+      "still-air = 1 2 3 0 => 0.01 to 10; "
       "fault at 5 sensor 4 frozen => sensors 0; fault at 5 sensor 1 drifts 601 degrees a minute => -600 to 600; "
       "fault at 5 ambient at warm degrees => not known; fault at 5 ambient at 101 degrees => -40 to 100; ");
   for (std::string row; std::getline(cases >> std::ws, row, ';');) {

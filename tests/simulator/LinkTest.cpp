@@ -54,6 +54,10 @@ TEST(UsbAdapter, StartsAsTheSettingsSay) {
   Usb third("connect-at-try = 3");
   EXPECT_TRUE(third.Connect() != 0 && third.Connect() != 0 && third.Connect() == 0 && third.Connect() == 0);
   EXPECT_LE(Usb("firmware = refused").adapter.LoadFirmware(), 0);
+  Usb setUp("set-up = 0x28 0x40 0x07 0xFF");
+  setUp.adapter.TheBus().PowerUp();
+  EXPECT_EQ(setUp.Read(0x28), 0x40);
+  EXPECT_EQ(setUp.Read(0x07), 0xFF);
 }
 
 TEST(UsbAdapter, HasTheChipsOfTheSettingsWithSwitchesOnTheFirst) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -28,6 +29,8 @@ class SimulatedDesk : private BoardEntries {
   Desk desk;
   simulator::UsbAdapter usb;
   simulator::SmbusHost smbus;
+  /// Called before each USB request: whether it fails without reaching the board.
+  std::function<bool(std::int16_t request, bool isRead)> fails;
   int refused = 0;  ///< USB requests that the adapter failed
   std::map<std::array<int, 3>, std::int64_t> requests;
 

@@ -11,10 +11,12 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QTimer>
 
 #include "tasks/Exports.h"
 #include "tasks/SavedConfig.h"
 #include "tasks/Snapshots.h"
+#include "tasks/TasksState.h"
 #include "widgets/Named.h"
 #include "windows/Handlers.h"
 #include "windows/data/RecentFiles.h"
@@ -57,6 +59,9 @@ CompareColumns::CompareColumns(const Context& context, QWidget* parent)
   grid->setColumnStretch(1, 1);
   grid->setColumnStretch(4, 1);
   ShowSources();
+  following_ = tasks::Work.traffic->Listen([this](const tasks::TrafficRecord& record, const std::string&) {
+    if (!record.isNote && record.succeeded) Follow(record);
+  });
 }
 
 void CompareColumns::MakePlace(std::size_t place) {
@@ -131,7 +136,13 @@ std::vector<CompareColumns::Column> CompareColumns::Columns() const {
     if (key.isEmpty()) continue;
     const auto image = images_.find(key);
     const bool isRead = image != images_.end();
-    columns.push_back({place, NameOf(key) + (isRead ? "" : ", not read"), isRead ? &image->second : &kUnread});
+    const auto written = written_.find(key);
+    const bool isWritten = written != written_.end() && !written->second.empty();
+    columns.push_back({place,
+                       NameOf(key) + (!isRead     ? ", not read"
+                                      : isWritten ? ", written since"
+                                                  : ""),
+                       isRead ? &image->second : &kUnread});
   }
   return columns;
 }
@@ -155,15 +166,40 @@ QString CompareColumns::Read() {
     const tasks::ImageReading reading = tasks::ReadImage(tasks::ComparableRegisters());
     // What a failed transfer did not bring keeps no old value: it would look like the chip's.
     images_[key] = reading.image;
+    written_.erase(key);
     told << device + ": " + QString::fromStdString(tasks::ReadingWords(reading));
   }
   emit Changed();
   return read.isEmpty() ? "No column shows a chip: choose one, then read." : told.join(' ');
 }
 
-void CompareColumns::Enter(const link::ChipId& chip, std::uint8_t reg, std::uint8_t value) {
+tasks::RegisterImage CompareColumns::ImageOf(const link::ChipId& chip) const {
   const auto image = images_.find(kChip + link::TextOf(chip));
-  if (image != images_.end()) image->second.Put(reg, value);
+  return image != images_.end() ? image->second : tasks::RegisterImage();
+}
+
+// Most windows do not read back what they write, and nothing is read here that nobody has asked for: the column's name
+// says that it is older than a write.
+void CompareColumns::Follow(const tasks::TrafficRecord& record) {
+  const bool isWrite = record.form == link::Form::Write;
+  if (!isWrite && record.form != link::Form::Read) return;
+  const QString key = kChip + link::TextOf({record.mode, record.address});
+  const auto image = images_.find(key);
+  if (image == images_.end() || std::ranges::count(tasks::ComparableRegisters(), record.reg) == 0) return;
+  const tasks::HeldByte before = image->second.bytes.at(record.reg);
+  const std::size_t unread = written_[key].size();
+  if (isWrite) {
+    written_[key].insert(record.reg);
+  } else {
+    image->second.Put(record.reg, record.bytes[0]);
+    written_[key].erase(record.reg);
+  }
+  if (image->second.bytes.at(record.reg) == before && written_[key].size() == unread) return;
+  if (std::exchange(isTelling_, true)) return;
+  QTimer::singleShot(0, this, [this] {
+    isTelling_ = false;
+    emit Changed();
+  });
 }
 
 void CompareColumns::cmbColumn_Select(std::size_t place) {

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <set>
 #include <vector>
 
 #include <QPoint>
@@ -12,6 +14,7 @@
 
 #include "link/ChipId.h"
 #include "tasks/RegisterImage.h"
+#include "tasks/TrafficRecord.h"
 #include "windows/Desktop.h"
 
 class QComboBox;
@@ -39,8 +42,8 @@ class CompareColumns final : public QWidget {
   /// Reads every chip that a column shows, once, and leaves the chip in use as it was. Returns what to tell.
   QString Read();
 
-  /// Enters a value that was read back from a chip; nothing if the chip has not been read.
-  void Enter(const link::ChipId& chip, std::uint8_t reg, std::uint8_t value);
+  /// What is known of a chip; nothing before it was read.
+  tasks::RegisterImage ImageOf(const link::ChipId& chip) const;
 
   /// Shows files in the column under that point, or else in the columns that are free.
   void Open(const QStringList& paths, const QPoint& at);
@@ -69,10 +72,15 @@ class CompareColumns final : public QWidget {
   bool LoadFile(const QString& path);
   bool LoadSnapshot(const QString& name);
   QString NameOf(const QString& key) const;
+  /// Keeps what a column shows of a chip true while other windows read and write it.
+  void Follow(const tasks::TrafficRecord& record);
 
   Context context_;
   std::array<QString, kMost> keys_;                 ///< what each column shows
   std::map<QString, tasks::RegisterImage> images_;  ///< what has been read, by the same keys
+  std::map<QString, std::set<int>> written_;        ///< registers of a chip that were written and not read since
+  bool isTelling_ = false;                          ///< `Changed` is on its way
+  std::shared_ptr<void> following_;
   std::array<QComboBox*, kMost> cmbColumn_{};
   std::array<QPushButton*, kMost> cmdOpen_{};
 };

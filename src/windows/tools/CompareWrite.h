@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,13 +17,11 @@ struct Written {
   std::vector<std::string> left;  ///< what was not written, or not taken, with the reason
 };
 
-/// Called with each value that is read from the chip meanwhile.
-using ReadBack = std::function<void(std::uint8_t reg, std::uint8_t value)>;
-
-/// Writes registers and fields of a configuration to the chip in use, after a question that says what cannot be
-/// written. `from`: the configuration's name. Without a yes, and if the chip in use has changed by then, nothing is
-/// written. `asker` may be closed meanwhile: then nothing is written either.
+/// Writes registers and fields of a configuration to the chip in use, after a question that lists what will change and
+/// what cannot be written. `from`: the configuration's name. `now`: what is known of the chip. Without a yes, and if
+/// the chip in use has changed by then, nothing is written. `asker` may be closed meanwhile: then nothing is written
+/// either.
 Written WriteToChip(const Context& context, QWidget& asker, const tasks::RegisterImage& image, const QString& from,
-                    const std::vector<tasks::Wanted>& wanted, const ReadBack& readBack);
+                    const std::vector<tasks::Wanted>& wanted, const tasks::RegisterImage& now);
 
 }  // namespace zth::windows

@@ -128,7 +128,7 @@ void SnapshotPage::cmdTake_Click() {
   const QString read = chip + ": " + QString::fromStdString(tasks::ReadingWords(reading));
   const QString error = snapshots_.Save(
       name, reading.image, {now.toString("yyyy-MM-dd").toStdString(), now.toString("HH:mm:ss").toStdString(), ""});
-  lblSnapshot_->setText(error.isEmpty() ? read + " Kept as " + name + "." : "Not kept: " + error);
+  lblSnapshot_->setText(error.isEmpty() ? read + " Kept as \"" + name + "\"." : "Not kept: " + error);
   ShowList(name);
   emit Changed();
 }

@@ -104,12 +104,11 @@ void frmCompare::cmdWrite_Click() {
   const Columns columns = columns_->Columns();
   const CompareColumns::Column* column = ColumnAt(columns, cmbFrom_->currentData().toInt());
   if (column == nullptr || column->image->IsEmpty()) return Tell("Nothing written: the column has not been read.");
-  const link::ChipId chip = link::ChipInUse();
   const QPointer<frmCompare> self(this);
-  // A copy: what is read back changes the column of the chip.
+  // Copies: what is read back changes the column of the chip.
   const tasks::RegisterImage image = *column->image;
-  const Written written = WriteToChip({Services(), TheDesktop()}, *this, image, column->name, wanted,
-                                      [&](std::uint8_t reg, std::uint8_t value) { columns_->Enter(chip, reg, value); });
+  const tasks::RegisterImage now = columns_->ImageOf(link::ChipInUse());
+  const Written written = WriteToChip({Services(), TheDesktop()}, *this, image, column->name, wanted, now);
   if (self == nullptr) return;
   ShowColumns();
   ShowLeft(written.left);

@@ -113,6 +113,7 @@ void frmCompare::MakeTable() {
   tblCompare_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
   QHeaderView& head = *tblCompare_->horizontalHeader();
   head.setSectionResizeMode(QHeaderView::ResizeToContents);
+  head.setStretchLastSection(true);
   head.setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   head.setHighlightSections(false);
   auto* copy = widgets::Named<QAction>("actCopyRows", "&Copy", tblCompare_);

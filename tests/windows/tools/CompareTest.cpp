@@ -27,6 +27,7 @@ namespace zth::testing {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -178,11 +179,28 @@ TEST_F(CompareWindow, WritesTheSelectedFieldsOfAnyColumnMaskedAndReadsEachBack) 
   Do("cmdWrite");
   EXPECT_EQ(desk.board.TakeTraffic().front(), "usb R 58:21");
   EXPECT_EQ(Chip()[0x21], wanted) << "the other fields stay";
+  EXPECT_THAT(desk.prompts.choicesShown.at(1).text.toStdString(),
+              EndsWith("PWM1 Config (21h): E2h -> 02h, Bhvr 7 -> 0"));
   EXPECT_EQ(Told(), "1 register of 58h on USB as in Defaults.");
   EXPECT_THAT(Left(), IsEmpty());
   const std::string shown = Cell(rowOf("PWM1 Config"), 3);
   EXPECT_THAT(shown, HasSubstr(QString("%1h").arg(wanted, 2, 16, QChar('0')).toUpper().replace('H', 'h').toStdString()))
       << "what was read back shows in the chip's column";
+}
+
+TEST_F(CompareWindow, FollowsWhatOtherWindowsWriteAndReadMeanwhile) {
+  Put(Chip(), "21=11");
+  Do("cmdRead; txtFilter=21h");
+  const auto title = [&] { return Table().model()->headerData(3, Qt::Horizontal).toString(); };
+  testing::Do(desk.Open("frmRegMap"), "txtReadAddr=21; txtHex=71; cmdWrite");
+  Desk::Settle();
+  EXPECT_THAT(Rows().at(0), HasSubstr("71h")) << "the register map reads back what it writes";
+  EXPECT_EQ(title(), "2: 58h on USB");
+  testing::Do(desk.Open("frmFanConfig"), "cmdApply");
+  Desk::Settle();
+  EXPECT_EQ(title(), "2: 58h on USB, written since") << "this window does not read back";
+  Do("cmdRead");
+  EXPECT_EQ(title(), "2: 58h on USB");
 }
 
 TEST_F(CompareWindow, TellsWhatCannotBeWrittenAndNamesWhatTheChipDoesNotTake) {
@@ -291,7 +309,7 @@ TEST_F(CompareWindow, KeepsSnapshotsByNameForThisAndLaterSessions) {
   Do("tabPages=1; txtName=before; cmdTake");
   EXPECT_EQ(Writes(desk.board.traffic), Traffic{});
   EXPECT_EQ(desk.board.TakeTraffic().size(), tasks::ReadableRegisters().size());
-  EXPECT_THAT(Desk::Text(*window, "lblSnapshot").toStdString(), HasSubstr("Kept as before."));
+  EXPECT_THAT(Desk::Text(*window, "lblSnapshot").toStdString(), HasSubstr("Kept as \"before\"."));
   Do("cmdTake");
   EXPECT_EQ(desk.board.TakeTraffic(), Traffic{}) << "the name is taken";
   Do("txtName=after; cmdRename; tabPages=0");

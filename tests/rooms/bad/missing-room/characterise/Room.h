@@ -1,0 +1,1 @@
+#include "chip/Room.h"
