@@ -6,7 +6,6 @@
 
 #include <QAccessible>
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QPainter>
 #include <QTimer>
 
@@ -71,9 +70,7 @@ void Strip::Private::BeginFrame() {
     return;
   }
   const int beat = strip.IsXY() ? kXyBeatMs : kBeatMs;
-  QElapsedTimer now;
-  now.start();
-  frame.start(beat - static_cast<int>(now.msecsSinceReference() % beat));
+  frame.start(beat - static_cast<int>(std::fmod(clock() * 1000, beat)));
 }
 
 Strip::Strip(std::function<double()> clock, QWidget* parent, const std::optional<StripOutlets>& outlets)

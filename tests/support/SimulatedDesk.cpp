@@ -32,8 +32,8 @@ std::int16_t SimulatedDesk::VendorIORequest(std::int16_t request, std::int32_t v
   ++requests[{request, direction, index & 0xFF}];
   CatchUp();
   const bool isLost = fails && fails(request, direction == 1);
-  const auto result = isLost ? simulator::UsbAdapter::kTransferFailed
-                             : usb.Request(request, value, index, direction, length, buffer);
+  const auto result =
+      isLost ? simulator::UsbAdapter::kTransferFailed : usb.Request(request, value, index, direction, length, buffer);
   if (result != 0) ++refused;
   desk.clock.WaitMs(static_cast<float>(usb.TheBus().TakeDelay().count()));
   return result;
