@@ -7,6 +7,7 @@
 #include "command/Commands.h"
 #include "platform/ConsoleServices.h"
 #include "platform/SignalWatch.h"
+#include "platform/Surroundings.h"
 
 namespace {
 
@@ -19,9 +20,10 @@ void Put(std::FILE* file, std::string_view text) {
 
 int main(int argc, char** argv) {
   zth::platform::IgnoreBrokenPipes();
+  zth::platform::PrepareStreams();
   const QCoreApplication application(argc, argv);
   zth::platform::ConsoleServices services;
   return zth::command::Run(
-      std::vector<std::string>(argv + 1, argv + argc), services.All(),
+      zth::platform::Arguments(argc, argv), services.All(),
       {[](std::string_view text) { Put(stdout, text); }, [](std::string_view text) { Put(stderr, text); }});
 }

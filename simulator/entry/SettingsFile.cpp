@@ -36,12 +36,23 @@ fs::path OwnFile() {
 #endif
 }
 
+/// The file that the user has named; empty if none.
+fs::path NamedFile() {
+#ifdef _WIN32
+  // The narrow variable lacks the characters that are not in the code page.
+  const wchar_t* const named = ::_wgetenv(L"ZTH4718_SIMULATOR");
+#else
+  const char* const named = std::getenv("ZTH4718_SIMULATOR");
+#endif
+  return named == nullptr ? fs::path() : fs::path(named);
+}
+
 }  // namespace
 
 Settings LoadSettings(const char* library) {
-  const char* named = std::getenv("ZTH4718_SIMULATOR");
-  const bool isNamed = named != nullptr && *named != '\0';
-  const fs::path path = isNamed ? fs::path(named) : OwnFile().parent_path() / "simulator.conf";
+  const fs::path named = NamedFile();
+  const bool isNamed = !named.empty();
+  const fs::path path = isNamed ? named : OwnFile().parent_path() / "simulator.conf";
 
   std::ifstream file(path);
   if (!file) {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cerrno>
 
 #include <QDir>
 #include <QFile>
@@ -9,11 +8,7 @@
 #include <QStorageInfo>
 
 #include "platform/DesktopParts.h"
-
-#if !defined(_WIN32)
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
+#include "platform/FileFacts.h"
 
 namespace zth::platform {
 namespace {
@@ -24,44 +19,10 @@ bool IsSomethingElse(const QString& path) {
   return info.exists() && !info.isFile();
 }
 
-/// False if the disk has reported a write error late. QSaveFile flushes too, but does not check the result.
-bool OnDisk([[maybe_unused]] QFileDevice& file) {
-#if defined(_WIN32)
-  return true;
-#else
-  return ::fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP;
-#endif
-}
-
-#if defined(_WIN32)
-/// Qt gives no file number on this platform, so the creation time identifies the file.
-FileState StateOf(const QDateTime& birth, std::int64_t size) {
-  return {0, birth.isValid() ? static_cast<std::uint64_t>(birth.toMSecsSinceEpoch()) : 0, size};
-}
-#endif
-
-std::optional<FileState> StateOf(QFileDevice& file) {
-#if defined(_WIN32)
-  return StateOf(file.fileTime(QFileDevice::FileBirthTime), file.size());
-#else
-  struct stat found {};
-  if (::fstat(file.handle(), &found) != 0) return std::nullopt;
-  return FileState{found.st_dev, found.st_ino, found.st_size};
-#endif
-}
-
 }  // namespace
 
 std::optional<FileState> DesktopFiles::Look(const QString& path) {
-#if defined(_WIN32)
-  const QFileInfo info(path);
-  if (!info.isFile()) return std::nullopt;
-  return StateOf(info.birthTime(), info.size());
-#else
-  struct stat found {};
-  if (::stat(QFile::encodeName(path).constData(), &found) != 0 || !S_ISREG(found.st_mode)) return std::nullopt;
-  return FileState{found.st_dev, found.st_ino, found.st_size};
-#endif
+  return FactsOf(path);
 }
 
 FileAppend DesktopFiles::Append(const QString& path, const std::optional<FileState>& seen, const QByteArray& bytes) {
@@ -70,7 +31,7 @@ FileAppend DesktopFiles::Append(const QString& path, const std::optional<FileSta
   // Unbuffered: Qt's buffer would split a long run of lines into several writes.
   const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
   if (!file.open(seen ? mode | QIODevice::ExistingOnly : mode)) return {};
-  const auto before = StateOf(file);
+  const auto before = FactsOf(file);
   if (!before || (seen ? !before->SameFile(*seen) || before->size < seen->size : before->size > 0)) return {};
   FileAppend done{true, *before, 0};
   done.written = std::max<std::int64_t>(0, file.write(bytes));
@@ -81,7 +42,7 @@ bool DesktopFiles::Cut(const QString& path, const FileState& seen, std::int64_t 
   QFile file(path);
   // Open for appending: write-only mode would truncate the file.
   if (IsSomethingElse(path) || !file.open(QIODevice::Append | QIODevice::ExistingOnly)) return false;
-  const auto now = StateOf(file);
+  const auto now = FactsOf(file);
   return now && now->SameFile(seen) && now->size == seen.size && file.resize(size);
 }
 
@@ -97,8 +58,8 @@ bool DesktopFiles::Replace(const QString& path, const QByteArray& bytes) {
   if (IsSomethingElse(path)) return false;
   QSaveFile file(path);
   // Unbuffered: QSaveFile does not notice if its last buffer does not fit on the disk.
-  return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(bytes) == bytes.size() && OnDisk(file) &&
-         file.commit();
+  return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(bytes) == bytes.size() &&
+         ReachesDisk(file) && file.commit();
 }
 
 std::optional<QByteArray> DesktopFiles::Read(const QString& path, std::int64_t limit) {

@@ -8,7 +8,7 @@
 namespace zth::platform {
 
 /// Waits for termination signals and for the end of the user's session, and runs the orders. Only one exists at a time;
-/// create it after the QApplication. Windows has no such signals; the end of the session is reported there too.
+/// create it after the QApplication.
 class EndWatch final : public QObject {
  public:
   explicit EndWatch(EndOrders orders);

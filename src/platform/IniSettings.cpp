@@ -4,6 +4,7 @@
 
 #include "base/Product.h"
 #include "platform/DesktopParts.h"
+#include "platform/Surroundings.h"
 
 namespace zth::platform {
 namespace {
@@ -30,12 +31,8 @@ bool CanBeStored(const QString& file) {
 }  // namespace
 
 QString IniSettings::UserFile() {
-#ifdef Q_OS_WIN
-  const QString extension = QStringLiteral(".ini");
-#else
-  const QString extension = QStringLiteral(".conf");
-#endif
-  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + '/' + base::kTitle + extension;
+  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + '/' + base::kTitle +
+         SettingsEnding();
 }
 
 QString IniSettings::Get(const QString& key, const QString& fallback) const {

@@ -3,12 +3,12 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QStandardPaths>
 
 #include "base/Product.h"
 #include "platform/DesktopParts.h"
 #include "platform/SignalWatch.h"
+#include "platform/Surroundings.h"
 
 namespace zth::platform {
 
@@ -44,11 +44,11 @@ QString PlainProcess::StateFolder() const {
 }
 
 QString PlainProcess::Variable(const char* name) const {
-  return QFile::decodeName(qgetenv(name));
+  return VariableOf(name);
 }
 
 void PlainProcess::SetVariable(const char* name, const QString& text) {
-  qputenv(name, QFile::encodeName(text));
+  PutVariable(name, text);
 }
 
 }  // namespace zth::platform

@@ -5,8 +5,6 @@
 
 #include <QObject>
 
-class QSocketNotifier;
-
 namespace zth::platform {
 
 /// Ignores SIGPIPE, so that writing to a pipe without a reader fails as an ordinary write error and does not end the
@@ -14,8 +12,8 @@ namespace zth::platform {
 /// the application object is created.
 void IgnoreBrokenPipes();
 
-/// Waits for SIGTERM, SIGHUP and SIGINT, and runs `end` in the event loop. Only one exists at a time; create it after
-/// the application object. Windows has no such signals.
+/// Waits for SIGTERM, SIGHUP and SIGINT, on Windows for Ctrl+C, Ctrl+Break and the end of the console, and runs `end`
+/// in the event loop. Only one exists at a time; create it after the application object.
 class SignalWatch final : public QObject {
  public:
   explicit SignalWatch(std::function<void()> end);
@@ -25,7 +23,7 @@ class SignalWatch final : public QObject {
   void Watch();
 
   std::function<void()> end_;
-  std::unique_ptr<QSocketNotifier> notifier_;
+  std::unique_ptr<QObject> waker_;  ///< if the system needs one
 };
 
 }  // namespace zth::platform

@@ -1,7 +1,5 @@
 #include "shell/Icons.h"
 
-#include <QResource>
-
 #include "widgets/PaletteIcon.h"
 
 /// The icons are in a static library, and a program links only what it refers to. Q_INIT_RESOURCE must be outside any
@@ -15,8 +13,7 @@ namespace {
 
 QIcon FromResource(const QString& name) {
   NameResources();
-  const QResource drawing(":/shell/icons/" + name + ".svg");
-  return drawing.isValid() ? widgets::PaletteIcon(drawing.uncompressedData()) : QIcon();
+  return widgets::PaletteIcon(":/shell/icons/" + name);
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ bool StringToAnsiBuffer(const QString& text) {
 
 std::int16_t LoadFirmwareFile(const platform::Process& process) {
   const QString file = QDir::separator() + QString("ZTH4718FW.Hex");
-  Work.start.FirmwarePath = process.Folder() + file;
+  Work.start.FirmwarePath = QDir::toNativeSeparators(process.Folder()) + file;
   if (link::Bus.UsbFunctions.LoadFirmWare == nullptr) return 0;
   const QByteArray bytes = process.Folder().isEmpty() ? platform::ProgramFolderBytes() + platform::PathBytes(file)
                                                       : platform::PathBytes(Work.start.FirmwarePath);

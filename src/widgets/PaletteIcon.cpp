@@ -6,21 +6,19 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
-#include <QSvgRenderer>
+
+#include "widgets/Drawings.h"
 
 namespace zth::widgets {
 namespace {
 
-class PaletteSvgEngine final : public QIconEngine {
+class PaletteEngine final : public QIconEngine {
  public:
-  explicit PaletteSvgEngine(QByteArray drawing) : drawing_(std::move(drawing)) {}
+  explicit PaletteEngine(QString icon) : icon_(std::move(icon)) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
-    QByteArray drawing = drawing_;
-    drawing.replace("currentColor", ColourOf(mode).name().toLatin1());
-    QSvgRenderer renderer(drawing);
     if (mode == QIcon::Disabled) painter->setOpacity(0.5);
-    renderer.render(painter, rect);
+    Draw(icon_, ColourOf(mode), *painter, rect);
   }
 
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
@@ -36,7 +34,7 @@ class PaletteSvgEngine final : public QIconEngine {
     return drawn_[key] = picture;
   }
 
-  QIconEngine* clone() const override { return new PaletteSvgEngine(*this); }
+  QIconEngine* clone() const override { return new PaletteEngine(*this); }
 
  private:
   static constexpr int kMostDrawn = 16;
@@ -46,14 +44,14 @@ class PaletteSvgEngine final : public QIconEngine {
     return QGuiApplication::palette().color(group, QPalette::ButtonText);
   }
 
-  QByteArray drawing_;
+  QString icon_;
   QHash<QString, QPixmap> drawn_;
 };
 
 }  // namespace
 
-QIcon PaletteIcon(const QByteArray& drawing) {
-  return QIcon(new PaletteSvgEngine(drawing));
+QIcon PaletteIcon(const QString& icon) {
+  return HasDrawing(icon) ? QIcon(new PaletteEngine(icon)) : QIcon();
 }
 
 }  // namespace zth::widgets

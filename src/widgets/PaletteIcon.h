@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QByteArray>
 #include <QIcon>
+#include <QString>
 
 namespace zth::widgets {
 
-/// An icon from an SVG. Its "currentColor" becomes the palette's current button text colour, so that one drawing serves
-/// light and dark.
-QIcon PaletteIcon(const QByteArray& drawing);
+/// The icon of a resource, named without an ending (":/shell/icons/Save"), or none. The "currentColor" of its drawing
+/// becomes the palette's current button text colour, so that one drawing serves light and dark.
+QIcon PaletteIcon(const QString& icon);
 
 }  // namespace zth::widgets

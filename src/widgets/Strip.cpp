@@ -5,12 +5,11 @@
 #include <utility>
 
 #include <QAccessible>
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QPainter>
-#include <QSvgGenerator>
 #include <QTimer>
 
+#include "widgets/Drawings.h"
 #include "widgets/Named.h"
 #include "widgets/StripAccessible.h"
 #include "widgets/StripBar.h"
@@ -241,19 +240,10 @@ QImage Strip::Picture(const QString& caption) {
 QByteArray Strip::PictureSvg(const QString& caption) const {
   const StripCaption beneath{caption, font(), palette()};
   const QSize whole(width(), height() + beneath.Height(width()));
-  QByteArray svg;
-  QBuffer buffer(&svg);
-  QSvgGenerator generator;
-  generator.setOutputDevice(&buffer);
-  generator.setSize(whole);
-  generator.setViewBox(QRect({0, 0}, whole));
-  generator.setTitle(Title());
-  generator.setDescription(Summary());
-  QPainter painter(&generator);
-  p_->painter.PaintVector(painter, scene_, size(), palette(), false);
-  beneath.Paint(painter, size());
-  painter.end();
-  return svg;
+  return SvgOf({whole, Title(), Summary()}, [&](QPainter& painter) {
+    p_->painter.PaintVector(painter, scene_, size(), palette(), false);
+    beneath.Paint(painter, size());
+  });
 }
 
 QString Strip::VisibleData() const {

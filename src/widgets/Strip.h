@@ -52,6 +52,7 @@ class Strip : public StripState {
 
   /// The chart as it is now, without the cursor; a caption becomes a line below it.
   Q_INVOKABLE QImage Picture(const QString& caption = {});
+  /// Empty in a build without SVG (Drawings.h).
   Q_INVOKABLE QByteArray PictureSvg(const QString& caption = {}) const;
   Q_INVOKABLE QString VisibleData() const;
   /// The format follows the file extension: .png, .svg or .csv. False if writing fails; the chart tells the user.

@@ -10,6 +10,12 @@
 #include "widgets/Strip.h"
 #include "widgets/StripMenu.h"
 
+/// The icons are in a static library, and a program links only what it refers to. Q_INIT_RESOURCE must be outside any
+/// namespace.
+static void NameResources() {
+  Q_INIT_RESOURCE(stripicons);
+}
+
 namespace zth::widgets {
 namespace {
 
@@ -17,16 +23,6 @@ constexpr int kEdge = 4;    // distance from the chart's right edge
 constexpr int kApart = 12;  // distance from the title
 constexpr int kAround = 6;  // an icon's margins, both sides added
 constexpr int kLeastSide = 16;
-
-constexpr char kHold[] = R"(<path d="M8 5v14M16 5v14" stroke-width="3"/>)";
-constexpr char kLive[] = R"(<path d="M7 4.500l12 7.500-12 7.500z"/>)";
-constexpr char kFit[] =
-    R"(<path d="M4 3.500h16M4 20.500h16"/><path d="M12 7v10M9 9.500L12 6.500l3 3M9 14.500l3 3 3-3" stroke="#d9622b"/>)";
-constexpr char kStart[] = R"(<path d="M4.500 12a7.500 7.500 0 1 0 2.600-5.700"/><path d="M7.500 2.500v4.300h4.300"/>)";
-constexpr char kDay[] = R"(<circle cx="12" cy="12" r="8.500"/><path d="M12 6.500V12l4 2.500" stroke="#d9622b"/>)";
-constexpr char kCopy[] =
-    R"(<rect x="8.500" y="8.500" width="11.500" height="12" rx="1.500"/><path d="M5.500 15.500H4V3.500h11.500V5"/>)";
-constexpr char kExport[] = R"(<path d="M4 14v6.500h16V14"/><path d="M12 3.500v11M8 10.500l4 4 4-4" stroke="#d9622b"/>)";
 
 /// As small as its icon allows: the style's own margins would make the title's row higher.
 class SlimButton final : public QToolButton {
@@ -36,15 +32,13 @@ class SlimButton final : public QToolButton {
   QSize minimumSizeHint() const override { return sizeHint(); }
 };
 
-QIcon Icon(const char* strokes) {
-  return PaletteIcon(QByteArray(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 24 24" fill="none" )"
-                                R"(stroke="currentColor" stroke-width="1.7" stroke-linecap="round" )"
-                                R"(stroke-linejoin="round">)") +
-                     strokes + "</svg>");
+QIcon Icon(const char* key) {
+  NameResources();
+  return PaletteIcon(QStringLiteral(":/widgets/icons/") + QLatin1String(key));
 }
 
-void Describe(QToolButton& button, const char* strokes, const QString& name, const QString& tip) {
-  button.setIcon(Icon(strokes));
+void Describe(QToolButton& button, const char* icon, const QString& name, const QString& tip) {
+  button.setIcon(Icon(icon));
   button.setAccessibleName(name);
   button.setToolTip(tip);
 }
@@ -57,16 +51,16 @@ StripBar::StripBar(Strip& strip) : QWidget(&strip), strip_(strip) {
   setCursor(Qt::ArrowCursor);
   hold_ = Add("cmdStripHold", [&strip] { strip.ToggleHold(); });
   QToolButton* fit = Add("cmdStripFit", [&strip] { strip.FitAll(); });
-  Describe(*fit, kFit, tr("Fit to Data"), tr("Fit the Y axes to the data in sight (A)"));
+  Describe(*fit, "Fit", tr("Fit to Data"), tr("Fit the Y axes to the data in sight (A)"));
   QToolButton* start = Add("cmdStripStart", [&strip] { strip.ResetRanges(); });
-  Describe(*start, kStart, tr("Start Ranges"), tr("Back to the start ranges (Home)"));
+  Describe(*start, "Start", tr("Start Ranges"), tr("Back to the start ranges (Home)"));
   day_ = Add("cmdStripTimeOfDay", [&strip] { strip.SetTimeOfDay(!strip.TimeOfDay()); });
   day_->setCheckable(true);
-  Describe(*day_, kDay, tr("Time of Day"), tr("Label the axis with the time of day (T)"));
+  Describe(*day_, "Day", tr("Time of Day"), tr("Label the axis with the time of day (T)"));
   QToolButton* copy = Add("cmdStripCopy", [&strip] { strip.Files().CopyPicture(); });
-  Describe(*copy, kCopy, tr("Copy Picture"), tr("Copy the picture (Ctrl+C)"));
+  Describe(*copy, "Copy", tr("Copy Picture"), tr("Copy the picture (Ctrl+C)"));
   export_ = Add("cmdStripExport", [this] { OpenExport(); });
-  Describe(*export_, kExport, tr("Export"), tr("Save the picture or the data (Ctrl+E)"));
+  Describe(*export_, "Export", tr("Export"), tr("Save the picture or the data (Ctrl+E)"));
   for (QToolButton* button : {copy, export_}) button->setVisible(strip.Files().HasOutlets());
   ShowState();
 }
@@ -102,7 +96,7 @@ void StripBar::ShowState() {
   const bool held = strip_.Held();
   const QString name = held ? tr("Live") : tr("Hold");
   if (hold_->accessibleName() == name) return;
-  Describe(*hold_, held ? kLive : kHold, name,
+  Describe(*hold_, held ? "Live" : "Hold", name,
            held ? tr("Back to live (End)") : tr("Hold the picture where it is (H)"));
 }
 

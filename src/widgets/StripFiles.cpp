@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QImage>
 
+#include "widgets/Drawings.h"
 #include "widgets/Strip.h"
 
 namespace zth::widgets {
@@ -34,6 +35,10 @@ bool StripFiles::SaveTo(const QString& path) {
   if (!outlets_) return false;
   QByteArray content;
   const QString ending = QFileInfo(path).suffix().toLower();
+  if (ending == QStringLiteral("svg") && !WritesSvg()) {
+    strip_.Tell(QStringLiteral("Not saved: this version writes no SVG, save it as PNG"));
+    return false;
+  }
   if (ending == QStringLiteral("svg")) {
     content = strip_.PictureSvg(Caption());
   } else if (ending == QStringLiteral("csv")) {

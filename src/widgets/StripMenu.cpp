@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMenu>
 
+#include "widgets/Drawings.h"
 #include "widgets/PopUpMenu.h"
 #include "widgets/Strip.h"
 
@@ -39,6 +40,7 @@ void AddPictureFiles(QMenu& menu, Strip& strip) {
   AddEntry(
       menu, strip, QStringLiteral("mnuSavePng"), QStringLiteral("Save Picture as &PNG..."),
       [&strip] { strip.Files().AskAndSave(File::Png); }, out);
+  if (!WritesSvg()) return;
   AddEntry(
       menu, strip, QStringLiteral("mnuSaveSvg"), QStringLiteral("Save Picture as &SVG..."),
       [&strip] { strip.Files().AskAndSave(File::Svg); }, out);

@@ -18,7 +18,12 @@ using std::chrono::duration;
 using std::chrono::steady_clock;
 
 fs::path RecordingFile() {
+#ifdef _WIN32
+  // The narrow variable lacks the characters that are not in the code page.
+  const wchar_t* const named = ::_wgetenv(L"ZTH4718_REPLAY");
+#else
   const char* const named = std::getenv("ZTH4718_REPLAY");
+#endif
   return named == nullptr ? fs::path() : fs::path(named);
 }
 

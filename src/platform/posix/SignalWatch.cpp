@@ -2,25 +2,14 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
 #include <utility>
 
 #include <QSocketNotifier>
 
-#if !defined(_WIN32)
-#include <csignal>
-#include <fcntl.h>
-#include <unistd.h>
-#endif
-
 namespace zth::platform {
-
-#if defined(_WIN32)
-
-void IgnoreBrokenPipes() {}
-void SignalWatch::Watch() {}
-
-#else
-
 namespace {
 
 /// A signal handler may call almost nothing, so it wakes the event loop with a byte through a pipe.
@@ -62,17 +51,16 @@ void IgnoreBrokenPipes() {
 
 void SignalWatch::Watch() {
   if (!OpenPipe()) return;
-  notifier_ = std::make_unique<QSocketNotifier>(wakeUp[0], QSocketNotifier::Read);
-  QObject::connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
+  auto notifier = std::make_unique<QSocketNotifier>(wakeUp[0], QSocketNotifier::Read);
+  QObject::connect(notifier.get(), &QSocketNotifier::activated, this, [this] {
     std::array<char, 16> bytes{};
     while (::read(wakeUp[0], bytes.data(), bytes.size()) > 0) {
     }
     end_();
   });
+  waker_ = std::move(notifier);
   for (const int number : {SIGTERM, SIGHUP, SIGINT}) Catch(number);
 }
-
-#endif
 
 SignalWatch::SignalWatch(std::function<void()> end) : end_(std::move(end)) {
   Watch();
