@@ -110,22 +110,25 @@ SvgPlot SpeedChart(const FanResult& fan) {
   return plot;
 }
 
-/// A row for each duty, a column for each tach and direction.
+/// The speeds in one direction as the table's next column; duties that are new get a row.
+void AddSpeeds(PageTable& table, const TachResult& tach, Direction direction) {
+  table.heads.push_back("Tach" + std::to_string(tach.tach) + (direction == Direction::Up ? " up" : " down"));
+  for (const SpeedAtDuty& speed : tach.speeds) {
+    if (speed.direction != direction) continue;
+    const std::string duty = Plain(speed.duty, 1) + " %";
+    auto row = std::ranges::find_if(table.rows, [&](const auto& one) { return one.front() == duty; });
+    if (row == table.rows.end()) row = table.rows.insert(row, {duty});
+    row->resize(table.heads.size() - 1, "-");
+    row->push_back(speed.settled ? Fixed(speed.rpm, 0) : "(" + Fixed(speed.rpm, 0) + ")");
+  }
+}
+
 std::string SpeedTable(const FanResult& fan) {
   PageTable table{"Settled speeds, rpm; those in brackets had not settled", {"Duty"}, {}};
   for (const TachResult& tach : fan.tachs) {
     if (tach.state == TachState::Dead) continue;
-    for (const Direction direction : {Direction::Down, Direction::Up}) {
-      table.heads.push_back("Tach" + std::to_string(tach.tach) + (direction == Direction::Up ? " up" : " down"));
-      for (const SpeedAtDuty& speed : tach.speeds) {
-        if (speed.direction != direction) continue;
-        const std::string duty = Plain(speed.duty, 1) + " %";
-        auto row = std::ranges::find_if(table.rows, [&](const auto& one) { return one.front() == duty; });
-        if (row == table.rows.end()) row = table.rows.insert(row, {duty});
-        row->resize(table.heads.size() - 1, "-");
-        row->push_back(speed.settled ? Fixed(speed.rpm, 0) : "(" + Fixed(speed.rpm, 0) + ")");
-      }
-    }
+    AddSpeeds(table, tach, Direction::Down);
+    AddSpeeds(table, tach, Direction::Up);
   }
   for (auto& row : table.rows) row.resize(table.heads.size(), "-");
   return TableText(table);
