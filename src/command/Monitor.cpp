@@ -19,7 +19,7 @@
 namespace zth::command {
 namespace {
 
-constexpr std::int16_t kGroups = 6;
+constexpr std::int16_t kRotation = 6;
 constexpr int kLostAfter = 3;        // failures in a row
 constexpr double kFirstRetry = 5;    // seconds; an adapter needs them to return with its firmware
 constexpr double kRarestRetry = 60;  // seconds
@@ -109,8 +109,8 @@ bool Monitor::ReadNext(PolledChip& chip) {
   const auto group = static_cast<std::int16_t>(chip.phase + 1);
   chip::ReadMeasurementGroup(group);
   bool isGood = !chip::IsStale(group);
-  if (readsAlerts_ && group == kGroups) isGood = ReadStatus(chip) && isGood;
-  chip.phase = static_cast<std::int16_t>(group % kGroups);
+  if (readsAlerts_ && group == kRotation) isGood = ReadStatus(chip) && isGood;
+  chip.phase = static_cast<std::int16_t>(group % kRotation);
   return isGood;
 }
 
@@ -147,7 +147,7 @@ void Monitor::NoteFailure(PolledChip& chip) {
   // It may come back after a power-up, with other pins.
   chip.hasPins = false;
   chip.status.clear();
-  for (int group = 1; group <= kGroups; ++group) chip::NoteReading(group, true);
+  for (int group = 1; group <= kRotation; ++group) chip::NoteReading(group, true);
   if (chip.id.mode == link::kModeUsb && AdapterIsLost()) {
     hasNewFirmware_ = tasks::LoadFirmwareFile(session_.Services().process) > 0;
   }

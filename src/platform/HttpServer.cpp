@@ -34,10 +34,10 @@ Listening HttpHost::Listen(const std::string& /*address*/, std::uint16_t /*port*
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
-Clock::time_point After(double seconds) {
-  return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+SteadyClock::time_point After(double seconds) {
+  return SteadyClock::now() + std::chrono::duration_cast<SteadyClock::duration>(std::chrono::duration<double>(seconds));
 }
 
 /// A file descriptor of its own.
@@ -76,14 +76,14 @@ class Shelf {
   }
   Shown Take() const {
     const std::lock_guard lock(mutex_);
-    return Clock::now() < lateAt_ ? now_ : late_;
+    return SteadyClock::now() < lateAt_ ? now_ : late_;
   }
 
  private:
   mutable std::mutex mutex_;
   Shown now_ = std::make_shared<const std::vector<Page>>();
   Shown late_ = now_;
-  Clock::time_point lateAt_;
+  SteadyClock::time_point lateAt_;
 };
 
 /// One connection.
@@ -93,7 +93,7 @@ class Client {
 
   int Number() const { return socket_.Number(); }
   short Wants() const { return out_.empty() ? POLLIN : POLLOUT; }
-  Clock::time_point Deadline() const { return deadline_; }
+  SteadyClock::time_point Deadline() const { return deadline_; }
 
   /// Goes on after a poll. False when the connection is over.
   bool GoOn(const Shelf& shelf) {
@@ -154,7 +154,7 @@ class Client {
   std::size_t sent_ = 0;
   bool stays_ = true;
   bool drains_ = false;
-  Clock::time_point deadline_ = After(kRequestSeconds);
+  SteadyClock::time_point deadline_ = After(kRequestSeconds);
 };
 
 class HttpServer final : public PageServer {
@@ -183,7 +183,7 @@ class HttpServer final : public PageServer {
  private:
   void Run() {
     for (;;) {
-      const bool accepts = Clock::now() >= acceptsAt_;
+      const bool accepts = SteadyClock::now() >= acceptsAt_;
       std::vector<pollfd> polled{{woken_.Number(), POLLIN, 0}};
       polled.push_back({accepts ? listener_.Number() : -1, POLLIN, 0});
       for (const Client& client : clients_) polled.push_back({client.Number(), client.Wants(), 0});
@@ -199,14 +199,14 @@ class HttpServer final : public PageServer {
   int Wait() const {
     auto next = After(kIdleSeconds);
     for (const Client& client : clients_) next = std::min(next, client.Deadline());
-    if (Clock::now() < acceptsAt_) next = std::min(next, acceptsAt_);
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
+    if (SteadyClock::now() < acceptsAt_) next = std::min(next, acceptsAt_);
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(next - SteadyClock::now());
     return std::max(0, static_cast<int>(wait.count()));
   }
 
   void Serve(const std::vector<pollfd>& polled) {
     std::size_t index = 2;
-    const auto now = Clock::now();
+    const auto now = SteadyClock::now();
     for (auto client = clients_.begin(); client != clients_.end();) {
       const bool isReady = polled[index++].revents != 0;
       const bool stays = client->Deadline() > now && (!isReady || client->GoOn(shelf_));
@@ -231,7 +231,7 @@ class HttpServer final : public PageServer {
   Descriptor woken_;
   Shelf shelf_;
   std::list<Client> clients_;
-  Clock::time_point acceptsAt_;
+  SteadyClock::time_point acceptsAt_;
   std::thread thread_;
 };
 
