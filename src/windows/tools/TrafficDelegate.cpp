@@ -19,7 +19,8 @@ void TrafficDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     return;
   }
   painter->setPen(option.palette.color(QPalette::Text));
-  text_.Draw(*painter, QPointF(option.rect.left() + margin, option.rect.center().y() + 1 - text_.Height() / 2), text);
+  const int top = option.rect.center().y() + 1 - text_.Height() / 2;
+  text_.Draw(*painter, QPointF(option.rect.left() + margin, top), text);
 }
 
 }  // namespace zth::windows
