@@ -175,6 +175,12 @@ def transfers(file: str) -> list[str]:
     return [re.sub(r"^\S+\s+", "", line).split("->")[0].strip() for line in lines if "monitor" in line]
 
 
+def chip_of(call: str) -> tuple[str, str]:
+    """Its bus and address."""
+    words = call.split()
+    return words[0], words[2]
+
+
 def check_scrapes(folder: str, quiet: Server, busy: Server) -> None:
     answers = []
     ends = threading.Event()
@@ -198,9 +204,12 @@ def check_scrapes(folder: str, quiet: Server, busy: Server) -> None:
         server.end(signal.SIGINT)
     expect(len(answers) > 250 and all(status == 200 for status, _ in answers), f"{len(answers)} answers in 5 s")
     alone, scraped = transfers(f"{folder}/quiet.txt"), transfers(f"{folder}/busy.txt")
-    common = min(len(alone), len(scraped))
     print(f"{len(alone)} transfers without a scrape, {len(scraped)} with {len(answers)}")
-    expect(common > 100 and alone[:common] == scraped[:common], "scrapes change the transfers")
+    # On a busy machine ticks are late, and then the two chips' turns may come in another order: each is looked at alone.
+    for chip in sorted({chip_of(call) for call in alone + scraped}):
+        ones, others = ([call for call in calls if chip_of(call) == chip] for calls in (alone, scraped))
+        common = min(len(ones), len(others))
+        expect(common > 50 and ones[:common] == others[:common], f"scrapes change the transfers of {chip}")
     expect(len(scraped) <= 1.2 * len(alone) + 20, f"{len(scraped)} transfers with scrapes, {len(alone)} without")
 
 
