@@ -205,7 +205,7 @@ ImageOrError ImageOfCsv(std::string_view text, const std::string& origin) {
     if (lines.Line().empty()) continue;
     const auto fields = CsvFields(lines.Line());
     if (!fields || fields->size() != 5) return lines.Fault("the line has no five fields");
-    for (const std::size_t byte : {0, 2, 3}) {
+    for (const std::size_t byte : {0U, 2U, 3U}) {
       if (!WholeByte((*fields)[byte])) return lines.Fault(Excerpt((*fields)[byte]) + " is no byte");
     }
     image.Put(*WholeByte((*fields)[0]), *WholeByte((*fields)[2]), *WholeByte((*fields)[3]));

@@ -58,6 +58,9 @@ std::optional<int> Desk::RunMain() {
 }
 
 void Desk::Start() {
+  // Of an earlier start in the same test.
+  delete ::zth::shell::MainForm;
+  Settle();
   const auto ended = RunMain();
   if (ended) throw std::runtime_error("the program ended in its start");
   board.TakeTraffic();
