@@ -3,12 +3,10 @@ add_library(house_flags INTERFACE)
 if(MSVC)
   target_compile_options(house_flags INTERFACE /W4 /permissive- /utf-8)
 else()
-  # Not for the resources of a program for Windows, whose compiler knows none of them.
-  target_compile_options(house_flags INTERFACE
-    "$<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Werror>")
+  target_compile_options(house_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # g++ 12 wrongly reports overlapping or overflowing copies in std::operator+(const char*, std::string&&).
-    target_compile_options(house_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict;-Wno-stringop-overflow>")
+    target_compile_options(house_flags INTERFACE -Wno-restrict -Wno-stringop-overflow)
   endif()
 endif()
 

@@ -1,3 +1,9 @@
+# The resources of a program for Windows have a compiler that knows none of the warnings.
+if(WIN32 AND NOT MSVC)
+  get_target_property(warnings house_flags INTERFACE_COMPILE_OPTIONS)
+  set_property(TARGET house_flags PROPERTY INTERFACE_COMPILE_OPTIONS "$<$<COMPILE_LANGUAGE:CXX>:${warnings}>")
+endif()
+
 # add_windows_resources(<program> <description>)
 #
 # The icon, the version and the manifest in a program's file. On other systems it does nothing.
